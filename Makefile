@@ -1,0 +1,71 @@
+# The commands of daily work. Each does by itself what it needs: it installs or names missing packages,
+# configures, builds and runs. `make run` writes nothing of its own to standard output and leaves
+# standard input alone, so that it can stand in a pipe.
+#
+#   make run ARGS='-q file'    the terminal program
+#   make test                  everything built, every test passed
+#   make sanitize              the same under the address and undefined-behaviour sanitizers
+#   make bench                 the benchmark table
+#   make fuzz TIME=600         the fuzz targets, each for that many seconds
+#   make install PREFIX=/usr/local DESTDIR=
+
+ARGS ?=
+PREFIX ?= /usr/local
+DESTDIR ?=
+TIME ?= 60
+
+JOBS := $(shell nproc 2>/dev/null || echo 2)
+NEEDED := g++ cmake ninja-build
+TESTING := libgtest-dev librapidcheck-dev
+REFERENCES := libgmp-dev libmpfr-dev
+
+.PHONY: run program test sanitize bench fuzz install format clean
+
+run: program
+	@build/release/bin/korelTTY $(ARGS)
+
+# Shows its progress the first time, and only what goes wrong from then on.
+program:
+	@exec </dev/null >&2; \
+	if ! test -e build/release/build.ninja; then \
+	  tools/packages.sh $(NEEDED) && tools/packages.sh --optional libedit-dev && \
+	  cmake --preset release || exit 1; \
+	fi; \
+	if test -x build/release/bin/korelTTY; then quiet=--quiet; fi; \
+	cmake --build --preset release --target korelTTY -- $$quiet
+
+test:
+	@tools/packages.sh $(NEEDED) $(TESTING)
+	@tools/packages.sh --optional libedit-dev $(REFERENCES)
+	@cmake --preset release </dev/null
+	@cmake --build --preset release </dev/null
+	@ctest --preset release -j $(JOBS) </dev/null
+
+sanitize:
+	@tools/packages.sh $(NEEDED) $(TESTING)
+	@tools/packages.sh --optional libedit-dev $(REFERENCES)
+	@cmake --preset debug </dev/null
+	@cmake --build --preset debug </dev/null
+	@ctest --preset debug -j $(JOBS) </dev/null
+
+bench:
+	@tools/packages.sh $(NEEDED)
+	@tools/packages.sh --optional libbenchmark-dev $(REFERENCES)
+	@cmake --preset release </dev/null >&2
+	@cmake --build --preset release --target benchmarks </dev/null >&2
+	@bench/run.sh build/release
+
+fuzz:
+	@tools/packages.sh $(NEEDED) clang libclang-rt-14-dev
+	@cmake --preset fuzz </dev/null
+	@cmake --build --preset fuzz </dev/null
+	@fuzz/run.sh build/fuzz $(TIME)
+
+install: program
+	@DESTDIR="$(DESTDIR)" cmake --install build/release --prefix "$(PREFIX)"
+
+format:
+	@git ls-files -co --exclude-standard '*.cpp' '*.h' | xargs clang-format -i
+
+clean:
+	rm -rf build

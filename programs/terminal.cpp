@@ -1,0 +1,158 @@
+#include "terminal.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+#include "frame/errors.h"
+#include "frame/interface.h"
+#include "frame/output.h"
+#include "help.h"
+#include "interrupt.h"
+#include "line_editor.h"
+#include "store/constants.h"
+#include "store/names.h"
+#include "text/input.h"
+
+namespace korel {
+
+namespace {
+
+int source = STDIN_FILENO;
+bool interactive = false;
+bool seekable = false;
+
+// What a file has delivered and nobody has used yet. A pipe is read byte by byte and needs none.
+char block[16384];
+std::size_t blockLength = 0, blockPosition = 0;
+
+// The line typed last, and how much of it the kernel has.
+const char* typed = nullptr;
+std::size_t typedLength = 0, typedPosition = 0;
+bool atStatementStart = true;
+
+/// `read` that goes on after a signal.
+ssize_t readSource(char* buffer, std::size_t size) {
+  ssize_t got;
+  do got = read(source, buffer, size);
+  while (got < 0 && errno == EINTR);
+  return got;
+}
+
+int nextByte() {
+  if (!seekable) {
+    char byte;
+    return readSource(&byte, 1) == 1 ? static_cast<unsigned char>(byte) : -1;
+  }
+  if (blockPosition == blockLength) {
+    ssize_t got = readSource(block, sizeof block);
+    blockPosition = 0;
+    blockLength = got > 0 ? static_cast<std::size_t>(got) : 0;
+    if (blockLength == 0) return -1;
+  }
+  return static_cast<unsigned char>(block[blockPosition++]);
+}
+
+int readLine(char* buffer, int size) {
+  int count = 0;
+  while (count < size - 1) {
+    int c = nextByte();
+    if (c == -1) break;
+    buffer[count++] = static_cast<char>(c);
+    if (c == '\n') break;
+  }
+  buffer[count] = '\0';
+  return count;
+}
+
+/// Serves a help line; true when `line` was one.
+bool servedHelp(const char* line) {
+  const char* mark = firstnonblank(line);
+  if (*mark != '?') return false;
+  showHelp(mark + 1);
+  return true;
+}
+
+/// Whether a typed line begins or continues a statement: blank lines, comments and shell commands don't.
+bool holdsStatement(const char* line) {
+  const char* mark = firstnonblank(line);
+  return *mark != '\0' && *mark != '#' && *mark != '!';
+}
+
+/// Asks for lines until there is one for the kernel; false at the end.
+bool askForLine() {
+  for (;;) {
+    typedLength = typedPosition = 0;
+    switch (editLine(defaultNerinVariables.prompt, typed, typedLength)) {
+      case LineStatus::end: typedLength = 0; return false;
+      case LineStatus::interrupted:
+        typedLength = 0;
+        if (!atStatementStart) jumpback();  // out of the parser: the whole statement is dropped
+        continue;
+      case LineStatus::line: break;
+    }
+    if (!atStatementStart) return true;
+    if (servedHelp(typed)) continue;
+    if (holdsStatement(typed)) atStatementStart = false;
+    return true;
+  }
+}
+
+int nextTypedLine(char* buffer, int size) {
+  if (typedPosition == typedLength && !askForLine()) return 0;
+  std::size_t count = typedLength - typedPosition;
+  if (count > static_cast<std::size_t>(size - 1)) count = static_cast<std::size_t>(size - 1);
+  std::memcpy(buffer, typed + typedPosition, count);
+  buffer[count] = '\0';
+  typedPosition += count;
+  return static_cast<int>(count);
+}
+
+}  // namespace
+
+bool openStatements(const char* path) {
+  if (path != nullptr) {
+    source = open(path, O_RDONLY | O_CLOEXEC);
+    if (source < 0) return false;
+    struct stat status;
+    if (fstat(source, &status) == 0 && S_ISDIR(status.st_mode)) {
+      errno = EISDIR;
+      return false;
+    }
+  }
+  interactive = path == nullptr && isatty(source) != 0;
+  seekable = !interactive && lseek(source, 0, SEEK_CUR) >= 0;
+  return true;
+}
+
+bool isInteractive() { return interactive; }
+bool readsFile() { return source != STDIN_FILENO; }
+
+int nextStatementLine(char* buffer, int size) {
+  return interactive ? nextTypedLine(buffer, size) : readLine(buffer, size);
+}
+
+void beginStatement() { atStatementStart = true; }
+
+DAG readUserLine(const char* prompt) {
+  if (!interactive && !readsFile()) {
+    // The program and its input share one pipe. A line longer than this comes in parts.
+    char line[4096];
+    return readLine(line, sizeof line) > 0 ? strinstall(line) : null;
+  }
+  const char* line;
+  std::size_t length;
+  if (isatty(STDIN_FILENO) == 0) prompt = "";
+  return plainLine(prompt, line, length) == LineStatus::line ? strinstall(line) : null;
+}
+
+void closeStatements() {
+  if (source == STDIN_FILENO && seekable && blockPosition < blockLength)
+    lseek(source, static_cast<off_t>(blockPosition) - static_cast<off_t>(blockLength), SEEK_CUR);
+}
+
+}  // namespace korel

@@ -1,0 +1,14 @@
+#pragma once
+// Storing values: into names, table entries, list members, module members and remember tables.
+
+#include "store/dag.h"
+
+namespace korel {
+
+/// Stores `value` in `target`, by the kind of the target: NAME, TABLEREF, DCOLON, MEMBER, or a call for
+/// an entry of a remember table. A name assigned to itself becomes unassigned. Gives the value.
+DAG assign(DAG target, DAG value);
+/// True for attributes that hold `protected`.
+bool isProtected(DAG attributes);
+
+}  // namespace korel

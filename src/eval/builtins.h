@@ -1,0 +1,35 @@
+#pragma once
+// The built-in procedures: one table, in number order.
+//
+// A built-in is a plain function named as the language names it, declared in the header of its
+// subject. It is given its arguments as an EXPSEQ, evaluated and simplified, or as they stand when its
+// row says so, and `self`, the name it was called by. It answers with its value, or with
+// `callUnevaluated` when the call stays as it is.
+
+#include "store/dag.h"
+
+namespace korel {
+
+struct BuiltinCall {
+  DAG arguments;  // EXPSEQ
+  DAG self;       // the name called: a NAME, or a TABLEREF for an indexed call
+  DAG form;       // the FUNCTION object itself
+};
+using BuiltinFunction = DAG (*)(const BuiltinCall& call);
+
+struct Builtin {
+  const char* name;
+  bool raw;                  // arguments arrive unevaluated
+  BuiltinFunction function;  // null: the operation isn't there
+};
+/// Row of built-in `number` (78 to 257).
+const Builtin& builtinRow(int number);
+
+/// Runs built-in `number` on the call `form`, whose arguments are not yet evaluated.
+DAG callBuiltin(int number, DAG form, DAG self);
+
+inline Word argumentCount(const BuiltinCall& call) { return lengthOf(call.arguments) - 1; }
+/// The common failure: "wrong number (or type) of parameters in function %1".
+[[noreturn]] void wrongParameters(const BuiltinCall& call);
+
+}  // namespace korel

@@ -1,0 +1,279 @@
+#include "eval/environment_variables.h"
+
+#include <cstring>
+
+#include "eval/arithmetic.h"
+#include "eval/evaluate.h"
+#include "eval/procedures.h"
+#include "eval/retrieve.h"
+#include "eval/simplify.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "numbers/integer.h"
+#include "numbers/numeric_events.h"
+#include "store/constants.h"
+#include "store/generations.h"
+#include "store/hash.h"
+#include "store/names.h"
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+constexpr int slotCount = 64;
+constexpr std::int64_t maxDigits = 268435448;
+
+// The fixed environment names; slots are found from their first characters, with no collision.
+const StandardName fixedNames[] = {
+    "%", "%%", "%%%", "Digits", "UseHardwareFloats", "Rounding", "Order", "mod",
+    "Testzero", "Normalizer", "index/newtable", "NumericEventHandlers", "printlevel",
+};
+DAG HashEnv[slotCount];
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+
+int slotOf(DAG name) {
+  const char* text = textOf(name);
+  int c0 = static_cast<unsigned char>(text[0]);
+  int c1 = c0 != 0 ? static_cast<unsigned char>(text[1]) : 0;
+  int c2 = c1 != 0 ? static_cast<unsigned char>(text[2]) : 0;
+  return (c1 + c2 + 2 * c0) & (slotCount - 1);
+}
+bool isFixedName(DAG name) { return HashEnv[slotOf(name)] == name; }
+
+// Open environment names begin with these four characters, compared as one word.
+bool isOpenName(DAG name) { return std::memcmp(textOf(name), "_Env", 4) == 0; }
+
+Frame& currentFrame() { return *Environment->frame; }
+bool sharesBlock(const Frame& frame) {
+  return frame.previousFrame != nullptr && frame.previousFrame->envVars == frame.envVars;
+}
+
+// Position of an open name's pair in the block, or 0.
+Word openPosition(DAG block, DAG name) {
+  for (std::int64_t i = std::int64_t{lengthOf(block)} - 2; i >= envFirstOpen; i -= 2)
+    if (block[i] == name) return static_cast<Word>(i);
+  return 0;
+}
+
+DAG settle(DAG value, bool full, DAG* lastName) { return full ? eval(value, lastName) : value; }
+
+DAG openValue(DAG x, bool full, DAG* lastName, bool& found) {
+  Frame& frame = currentFrame();
+  found = true;
+  if (frame.previousFrame != nullptr) {
+    Word at = openPosition(frame.envVars, x);
+    if (at != 0) {
+      DAG value = frame.envVars[at + 1];
+      return value ? settle(value, full, lastName) : x;
+    }
+  }
+  found = false;
+  return DAG();
+}
+
+DAG fixedValue(DAG x, bool full, DAG* lastName) {
+  Frame& frame = currentFrame();
+  DAG block = frame.envVars;
+  if (x == ini("%")) return settle(frame.ditto1, full, lastName);
+  if (x == ini("%%")) return settle(frame.ditto2, full, lastName);
+  if (x == ini("%%%")) return settle(frame.ditto3, full, lastName);
+  if (x == ini("printlevel")) return Newint(frame.printLevel);
+  if (x == ini("NumericEventHandlers")) return simpl(CopyAlg(block[envNumericEventHandlers]));
+  struct Row {
+    StandardName name;
+    EnvironmentWord word;
+    bool procedure;  // a procedure, evaluated, or absent
+  };
+  static const Row rows[] = {
+      {"Digits", envDigits, false},       {"UseHardwareFloats", envUseHardwareFloats, false},
+      {"Rounding", envRounding, false},   {"Order", envOrder, false},
+      {"mod", envMod, false},             {"Testzero", envTestzero, true},
+      {"Normalizer", envNormalizer, true}, {"index/newtable", envNewtable, true},
+  };
+  for (const Row& row : rows)
+    if (x == ini(row.name)) {
+      DAG value = block[row.word];
+      if (!value) return x;
+      return row.procedure ? settle(value, full, lastName) : value;
+    }
+  return x;
+}
+
+// ---- writing
+
+// The block of the frame, made its own on the first write.
+DAG ownBlock() {
+  Frame& frame = currentFrame();
+  if (sharesBlock(frame)) frame.envVars = CopyAlg(frame.envVars);
+  else updategen(frame.envVars);
+  return frame.envVars;
+}
+void setWord(EnvironmentWord word, DAG value) {
+  DAG block = ownBlock();
+  updategen(value);
+  block[word] = value;
+}
+
+void checkDigits(DAG v) {
+  if (!isInteger(v) || consneg(v) || v == cons0) KernelException("invalid assignment to Digits");
+  if (!isImmediate(v) || immediateValue(v) > maxDigits)
+    KernelException("Digits cannot exceed %1", Newint(static_cast<std::int32_t>(maxDigits)));
+}
+void checkHardwareFloats(DAG v) {
+  if (v != ini("true") && v != ini("false"))
+    KernelException("UseHardwareFloats must be true or false");
+}
+void checkRounding(DAG v) {
+  bool negative = isTag(v, SUM) && lengthOf(v) == 3 && v[1] == ini("infinity") && v[2] == consm1;
+  if (v != ini("nearest") && v != cons0 && v != ini("infinity") && !negative)
+    KernelException("Rounding must be nearest, 0, infinity, or -infinity");
+}
+void checkOrder(DAG v) {
+  if (v == ini("infinity")) return;
+  if (!isInteger(v) || consneg(v) || !FitIntoWord(v))
+    KernelException("invalid assignment to Order");
+}
+void checkMod(DAG v) {
+  if (v != ini("modp") && v != ini("mods")) KernelException("invalid assignment to mod");
+}
+void checkTestzero(DAG v) {
+  bool composed = isTag(v, FUNCTION) && v[1] == ini("@");
+  if (!NAMED_PROC(v) && !composed) KernelException("invalid assignment to Testzero");
+}
+void checkNormalizer(DAG v) {
+  if (!NAMED_PROC(v)) KernelException("invalid assignment to Normalizer");
+}
+void checkNewtable(DAG v) {
+  if (!NAMED_PROC(v)) KernelException("invalid assignment to index/newtable");
+}
+
+struct BlockVariable {
+  StandardName name;
+  EnvironmentWord word;
+  bool clearable;  // assigned to itself, it is absent
+  void (*check)(DAG value);
+};
+const BlockVariable blockVariables[] = {
+    // name               word                   clearable  check
+    {"Digits", envDigits, false, checkDigits},
+    {"UseHardwareFloats", envUseHardwareFloats, false, checkHardwareFloats},
+    {"Rounding", envRounding, false, checkRounding},
+    {"Order", envOrder, false, checkOrder},
+    {"mod", envMod, false, checkMod},
+    {"Testzero", envTestzero, true, checkTestzero},
+    {"Normalizer", envNormalizer, true, checkNormalizer},
+    {"index/newtable", envNewtable, true, checkNewtable},
+};
+
+void assignOpen(DAG x, DAG v) {
+  Frame& frame = currentFrame();
+  DAG value = v == x ? DAG() : v;
+  if (frame.previousFrame == nullptr) {
+    if (value) updategen(value);
+    x[1] = value;
+    return;
+  }
+  Word at = openPosition(frame.envVars, x);
+  if (at == 0) {
+    frame.envVars = space_insert(frame.envVars, envFirstOpen - 1, 2);
+    at = envFirstOpen;
+    frame.envVars[at] = x;
+  } else {
+    ownBlock();
+  }
+  if (value) updategen(value);
+  frame.envVars[at + 1] = value;
+}
+
+void assignPrintlevel(DAG v) {
+  if (!isInteger(v) || !FitIntoWord(v)) KernelException("printlevel must be a word size integer");
+  currentFrame().printLevel = isImmediate(v) ? immediateValue(v) : SoftIntValue(v);
+  updategen(v);
+  ini("printlevel")[1] = v;
+}
+
+}  // namespace
+
+bool isEnvironmentName(DAG name) { return isFixedName(name) || isOpenName(name); }
+
+DAG valuenv(DAG x, bool full, DAG* lastName) {
+  if (isOpenName(x)) {
+    bool found = false;
+    DAG value = openValue(x, full, lastName, found);
+    if (found) return value;
+  } else if (isFixedName(x)) {
+    return fixedValue(x, full, lastName);
+  }
+  if ((controlWord(x) & deferredBit) != 0) RetrieveName(x);
+  DAG value = x[1];
+  if (!value) return x;
+  return settle(value, full, lastName);
+}
+
+void assignenv(DAG x, DAG v) {
+  Frame& frame = currentFrame();
+  if (x == ini("%")) {
+    frame.ditto1 = v;
+  } else if (x == ini("%%")) {
+    frame.ditto2 = v;
+  } else if (x == ini("%%%")) {
+    frame.ditto3 = v;
+  } else if (isOpenName(x)) {
+    assignOpen(x, v);
+  } else if (x == ini("printlevel")) {
+    assignPrintlevel(v);
+  } else if (x == ini("NumericEventHandlers")) {
+    KernelException(
+        "NumericEventHandlers cannot be assigned to; use the NumericEventHandler function instead");
+  } else {
+    for (const BlockVariable& row : blockVariables)
+      if (x == ini(row.name)) {
+        if (row.clearable && v == x) {
+          ownBlock()[row.word] = DAG();
+        } else {
+          row.check(v);
+          setWord(row.word, v);
+        }
+        return;
+      }
+    updategen(v);
+    x[1] = v == x ? DAG() : v;
+  }
+}
+
+DAG EnvNameSeq() {
+  DAG block = currentFrame().envVars;
+  Word open = (lengthOf(block) - environmentBlockLength) / 2;
+  DAG names = newl2(static_cast<Word>(std::size(fixedNames)) + open + 1, EXPSEQ);
+  Word at = 1;
+  for (DAG name : HashEnv)
+    if (name) names[at++] = name;
+  for (std::int64_t i = std::int64_t{lengthOf(block)} - 2; i >= envFirstOpen; i -= 2)
+    names[at++] = block[i];
+  return simpl(names);
+}
+
+void initializeEnvironmentVariables() {
+  for (DAG& slot : HashEnv) slot = DAG();
+  for (StandardName name : fixedNames) HashEnv[slotOf(ini(name))] = ini(name);
+  DAG block = newl2(environmentBlockLength, EXPSEQ);
+  block[envDigits] = immediate(10);
+  block[envUseHardwareFloats] = ini("true");
+  block[envRounding] = ini("nearest");
+  block[envOrder] = immediate(6);
+  block[envMod] = ini("modp");
+  block[envTestzero] = DefTestzero;
+  block[envNormalizer] = ini("normal")[1];
+  DAG handlers = newl2(numericEventCount + 1, EXPSEQ);
+  for (int code = 1; code <= numericEventCount; ++code) handlers[code] = ini("default");
+  block[envNumericEventHandlers] = handlers;
+  TopLevelStack.envVars = block;
+  TopLevelStack.printLevel = 1;
+  ini("printlevel")[1] = cons1;
+}
+
+std::int64_t currentDigits() { return immediateValue(Environment->frame->envVars[envDigits]); }
+
+}  // namespace korel

@@ -1,0 +1,241 @@
+#include "eval/evaluate.h"
+
+#include "eval/arithmetic.h"
+#include "eval/builtins.h"
+#include "eval/environment_variables.h"
+#include "eval/procedures.h"
+#include "eval/remember.h"
+#include "eval/select.h"
+#include "eval/simplify.h"
+#include "eval/statements.h"
+#include "frame/errors.h"
+#include "frame/output.h"
+#include "numbers/float.h"
+#include "numbers/system_functions.h"
+#include "store/constants.h"
+#include "store/names.h"
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+bool isNameLike(DAG x) { return isTag(x, NAME) || isTag(x, TABLEREF); }
+
+// A value that last-name evaluation hides behind its name.
+bool isHidden(DAG value) {
+  if (isImmediate(value)) return false;
+  switch (tagOf(value)) {
+    case PROC: case TABLE: case MODDEF: case MODULE: return true;
+    default: return false;
+  }
+}
+
+DAG evalNameObject(DAG x, DAG* lastName) {
+  checkStack();
+  if (x == ini("%") || x == ini("%%") || x == ini("%%%")) return valuenv(x, true, lastName);
+  if (lastName != nullptr) *lastName = x;
+  if (!x[1] && !isEnvironmentName(x) && (controlWord(x) & deferredBit) == 0) return x;
+  DAG value = valuenv(x, true, lastName);
+  if (lastName != nullptr) return value;
+  return isHidden(value) ? x : value;
+}
+
+// A name instance of a frame, or what a captured local is bound to: one level only.
+DAG evalInstance(DAG x, DAG* lastName) {
+  if (!isTag(x, NAME)) return lastName != nullptr && isNameLike(x) ? eval(x, lastName) : x;
+  DAG value = x[1];
+  if (lastName == nullptr) return !value || isTag(value, PROC) || isTag(value, TABLE) ? x : value;
+  *lastName = x;
+  if (!value) return x;
+  return isNameLike(value) ? eval(value, lastName) : value;
+}
+
+DAG evalParameter(DAG x, DAG* lastName) {
+  DAG value = evparloc(x);
+  return lastName != nullptr && isNameLike(value) ? eval(value, lastName) : value;
+}
+
+DAG evalLexical(DAG x, DAG* lastName) {
+  DAG value = evparloc(x);
+  if (static_cast<std::int32_t>(rawField(x, 1)) <= 0)
+    return lastName != nullptr && isNameLike(value) ? eval(value, lastName) : value;
+  if (!isTag(value, NAME)) return value;
+  return evalInstance(value, lastName);
+}
+
+// Every field evaluated from `from` on in steps of `step`; the object is copied at the first change.
+DAG evalFields(DAG x, Word from = 1, Word step = 1) {
+  DAG result = x;
+  for (Word i = from, n = lengthOf(x); i < n; i += step) {
+    DAG field = x[i];
+    if (!field || isImmediate(field)) continue;
+    DAG value = eval(field);
+    if (value == field) continue;
+    if (result == x) result = CopyAlg(x);
+    result[i] = value;
+  }
+  return result;
+}
+
+// Sums and products that hold rtables go to the library as a whole.
+DAG combineRtables(DAG x) {
+  bool sum = hasTag(x, SUM);
+  DAG entries = newl2((lengthOf(x) - 1) / 2 + 1, EXPSEQ);
+  Word at = 1;
+  for (Word i = 1; i < lengthOf(x); i += 2, ++at) {
+    DAG element = x[i], factor = x[i + 1];
+    if (!isTag(element, RTABLE)) {
+      entries[at] = new3(tagOf(x), element, factor);
+    } else if (factor == cons1) {
+      entries[at] = element;
+    } else {
+      entries[at] = eval(newCall(naminstall(sum ? "rtable/Product" : "rtable/Power"), {element, factor}));
+    }
+  }
+  return eval(new3(FUNCTION, naminstall(sum ? "rtable/Sum" : "rtable/Product"), entries));
+}
+
+bool holdsRtable(DAG x) {
+  for (Word i = 1; i < lengthOf(x); i += 2)
+    if (isTag(x[i], RTABLE)) return true;
+  return false;
+}
+
+// Numeric terms are folded while they come first; from the first other term on, the rest is a SUM.
+DAG evalSum(DAG x) {
+  Word n = lengthOf(x);
+  DAG folded, stopped;
+  Word i = 1;
+  for (; i < n; i += 2) {
+    DAG value = eval(x[i]);
+    if (!isNumeric(value)) {
+      stopped = value;
+      break;
+    }
+    DAG product = mul(x[i + 1], value);
+    folded = folded ? add(folded, product) : product;
+  }
+  if (i >= n) return folded ? folded : cons0;
+  DAG result;
+  if (folded) {
+    result = newl2(n - i + 3, SUM);
+    result[1] = folded;
+    result[2] = cons1;
+    result[3] = stopped;
+    result[4] = x[i + 1];
+    for (Word k = i + 2, at = 5; k < n; k += 2, at += 2) {
+      result[at + 1] = x[k + 1];
+      result[at] = eval(x[k]);
+    }
+  } else {
+    result = x;
+    if (stopped != x[1]) {
+      result = CopyAlg(x);
+      result[1] = stopped;
+    }
+    for (Word k = 3; k < n; k += 2) {
+      DAG value = eval(x[k]);
+      if (value == x[k]) continue;
+      if (result == x) result = CopyAlg(x);
+      result[k] = value;
+    }
+  }
+  return holdsRtable(result) ? combineRtables(result) : result;
+}
+
+DAG evalProduct(DAG x) {
+  DAG result = evalFields(x, 1, 2);
+  return holdsRtable(result) ? combineRtables(result) : result;
+}
+
+DAG evalPower(DAG x) {
+  DAG result = evalFields(x);
+  if (isTag(result[1], RTABLE) || isTag(result[2], RTABLE))
+    return eval(newCall(naminstall("rtable/Power"), {result[1], result[2]}));
+  return result;
+}
+
+DAG evalFloatObject(DAG x) {
+  if (!isTag(x[2], NAME) || isNumeric(x[1])) return x;
+  DAG mantissa = eval(x[1]);
+  return isNumeric(mantissa) ? simpl(new3(FLOAT, mantissa, x[2])) : x;
+}
+
+}  // namespace
+
+DAG evalFunction(DAG x);  // function_calls.cpp
+
+DAG eval(DAG x, DAG* lastName) {
+  if (isImmediate(x)) return x;
+  switch (tagOf(x)) {
+    case INTNEG: case INTPOS: case RATIONAL: case COMPLEX: case TABLE:
+    case STRING: case RTABLE: case ZPPOLY: case MODULE:
+      return x;
+    case HFLOAT:
+      return eval(HFloatToFloat(x));
+    case FLOAT:
+      return evalFloatObject(x);
+    case NAME:
+      return evalNameObject(x, lastName);
+    case LOCAL:
+      return evalInstance(evparloc(x), lastName);
+    case PARAM:
+      return evalParameter(x, lastName);
+    case LEXICAL:
+      return evalLexical(x, lastName);
+    case MEMBER: {
+      DAG member = TypedName(x);
+      return isTag(member, NAME) ? eval(member, lastName) : member;
+    }
+    case TABLEREF:
+      return evalTableReference(x, lastName);
+    case CATENATE: {
+      checkStack();
+      DAG name = evalname(x);
+      return isTag(name, CATENATE) ? name : eval(name, lastName);
+    }
+    case SUM:
+      checkStack();
+      return evalSum(x);
+    case PROD:
+      checkStack();
+      return evalProduct(x);
+    case POWER:
+      checkStack();
+      return evalPower(x);
+    case SERIES: {
+      DAG result = evalFields(x, 2, 2);
+      DAG point = eval(x[1]);
+      if (point != x[1]) {
+        if (result == x) result = CopyAlg(x);
+        result[1] = point;
+      }
+      return result;
+    }
+    case FUNCTION:
+      checkStack();
+      return evalFunction(x);
+    case UNEVAL:
+      return evparloc(x[1]);
+    case DCOLON: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case EXPSEQ: case LIST:
+    case RANGE: case SET:
+      checkStack();
+      return evalFields(x);
+    case AND: case NOT: case OR:
+      checkStack();
+      return evalbool(x);
+    case PROC:
+      return evparloc(x);
+    case MODDEF: {
+      DAG definition = evparloc(x);
+      DAG name = definition[9] == null ? ini("unknown") : definition[9];
+      return EvaluateModuleDefinition(definition, name);
+    }
+    default:
+      KernelException("invalid expression");
+  }
+}
+
+}  // namespace korel

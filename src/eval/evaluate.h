@@ -1,0 +1,33 @@
+#pragma once
+// The evaluator: an expression's value.
+//
+// `eval` does not simplify; whoever keeps or compares a result calls `simpl` on it. An unchanged
+// object is returned as the same word, and the first changed operand makes a copy.
+
+#include "frame/environment.h"
+#include "store/dag.h"
+
+namespace korel {
+
+/// Value of `x`. With `lastName` the name the value came from is stored there, and a name's value is
+/// given even if it is a procedure, table or module.
+DAG eval(DAG x, DAG* lastName = nullptr);
+/// The name that `x` stands for; its value is not evaluated.
+DAG evalname(DAG x);
+/// `x` with parameters, locals and lexicals replaced by what they stand for in the current frame.
+DAG evparloc(DAG x);
+/// One level of evaluation.
+DAG mvalue(DAG x);
+/// As `evalname` and `evparloc`, with types kept at assertion level 2.
+DAG TypedName(DAG x);
+DAG TypedLocal(DAG x);
+/// Runs procedure `proc` on evaluated arguments, called as `name`.
+DAG evalfunc(DAG proc, DAG arguments, DAG name);
+/// `eval(x, a = b)`: `equations` is an EXPSEQ of equations.
+DAG evalat(DAG equations, DAG x);
+/// The concatenation of names and strings, of the type of the first.
+DAG korelCat(DAG parts);
+/// A CATENATE of evaluated sides, joined where they can be.
+DAG concatenate(DAG left, DAG right);
+
+}  // namespace korel

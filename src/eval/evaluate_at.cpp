@@ -1,0 +1,131 @@
+// `eval(x, a = b)`: a structural walk that replaces and rebuilds.
+
+#include "eval/arithmetic.h"
+#include "eval/evaluate.h"
+#include "eval/simplify.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "numbers/system_functions.h"
+#include "store/constants.h"
+#include "store/hash.h"
+#include "store/names.h"
+#include "store/objects.h"
+#include "store/verify.h"
+
+namespace korel {
+
+namespace {
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+
+DAG replacement(DAG equations, DAG x) {
+  for (Word i = 1; i < lengthOf(equations); ++i)
+    if (equations[i][1] == x) return equations[i][2];
+  return DAG();
+}
+
+DAG walk(DAG equations, DAG x);
+
+DAG walkFields(DAG equations, DAG x, Word from, Word step, Word end) {
+  DAG result = x;
+  for (Word i = from; i < end; i += step) {
+    DAG value = walk(equations, x[i]);
+    if (value == x[i]) continue;
+    if (result == x) result = CopyAlg(x);
+    result[i] = value;
+  }
+  return result;
+}
+
+// A changed call or reference is evaluated again, its operands already being values.
+DAG walkCall(DAG equations, DAG x) {
+  if (hasTag(x, FUNCTION) && isTag(x[1], NAME)) {
+    DAG known = evalextf("eval/", textOf(x[1]), simpl(new3(EXPSEQ, x, equations)));
+    if (known != null) return simpl(known);
+  }
+  DAG changed = walkFields(equations, x, 1, 1, 3);
+  if (changed == x) return x;
+  DAG quoted = CopyAlg(changed[2]);
+  for (Word i = 1; i < lengthOf(quoted); ++i)
+    if (!isImmediate(quoted[i])) quoted[i] = new2(UNEVAL, quoted[i]);
+  changed[2] = simpl(quoted);
+  return simpl(eval(simpl(changed)));
+}
+
+DAG walkSum(DAG equations, DAG x) {
+  DAG result = walkFields(equations, x, 1, 2, lengthOf(x));
+  return result == x ? x : simpl(result);
+}
+
+// Factors whose value is a number fold at once.
+DAG walkProduct(DAG equations, DAG x) {
+  DAG result = walkFields(equations, x, 1, 2, lengthOf(x));
+  return result == x ? x : simpl(result);
+}
+
+DAG walkTable(DAG equations, DAG x) {
+  DAG entries = copyhashtab(x[3]);
+  DAG fresh = newhashtab(lengthOf(entries) - 1);
+  for (Word b = 1; b < lengthOf(entries); ++b) {
+    DAG chain = entries[b];
+    if (!chain) continue;
+    for (Word i = 1; i < lengthOf(chain) && chain[i]; i += 2)
+      hashinsert(walk(equations, chain[i]).word, walk(equations, chain[i + 1]), fresh);
+  }
+  return simpl(new4(TABLE, x[1], x[2], fresh));
+}
+
+DAG walk(DAG equations, DAG x) {
+  if (DAG right = replacement(equations, x)) return right;
+  if (isImmediate(x)) return x;
+  Word n = lengthOf(x);
+  switch (tagOf(x)) {
+    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case COMPLEX: case STRING:
+    case NAME: case MEMBER: case LOCAL: case PARAM: case LEXICAL: case PROC: case MODDEF:
+    case MODULE: case RTABLE:
+    case ASSIGN: case FOR: case IF: case READ: case SAVE: case STOP: case ERROR: case TRY:
+    case RETURN: case BREAK: case NEXT: case USE:
+      return x;
+    default: break;
+  }
+  checkStack();
+  switch (tagOf(x)) {
+    case FUNCTION: case TABLEREF: return walkCall(equations, x);
+    case DCOLON: {
+      DAG changed = walkFields(equations, x, 1, 1, 2);
+      return changed == x ? x : simpl(changed);
+    }
+    case SUM: return walkSum(equations, x);
+    case PROD: return walkProduct(equations, x);
+    case TABLE: return walkTable(equations, x);
+    case SERIES: {
+      DAG changed = walkFields(equations, x, 2, 2, n);
+      DAG point = walk(equations, x[1]);
+      if (point != x[1]) {
+        if (changed == x) changed = CopyAlg(x);
+        changed[1] = point;
+      }
+      return changed == x ? x : simpl(changed);
+    }
+    case ZPPOLY: {
+      DAG point = walk(equations, x[1]);
+      if (point == x[1]) return x;
+      DAG changed = CopyAlg(x);
+      changed[1] = point;
+      return simpl(changed);
+    }
+    case CATENATE: case POWER: case UNEVAL: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
+    case AND: case NOT: case OR: case EXPSEQ: case LIST: case RANGE: case SET: case STATSEQ: {
+      DAG changed = walkFields(equations, x, 1, 1, n);
+      return changed == x ? x : simpl(changed);
+    }
+    default:
+      KernelException("invalid expression (%1) in evalat", naminstall(DagIDToName(tagOf(x))));
+  }
+}
+
+}  // namespace
+
+DAG evalat(DAG equations, DAG x) { return simpl(walk(equations, x)); }
+
+}  // namespace korel

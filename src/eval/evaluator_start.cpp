@@ -1,0 +1,29 @@
+#include "eval/evaluator_start.h"
+
+#include "eval/bindings.h"
+#include "eval/procedures.h"
+#include "eval/statements.h"
+#include "frame/environment.h"
+#include "store/collector.h"
+
+namespace korel {
+
+namespace {
+
+void walkScopes(Visitor visit) {
+  for (ProcedureRecord* r = procSimplStack; r != nullptr; r = r->link) visit(r->procedure);
+  for (BindingRecord* r = useSimplStack; r != nullptr; r = r->link) visit(r->equations);
+}
+
+}  // namespace
+
+void initializeEvaluator() {
+  registerRoot(&globalBindings);
+  registerRoot(&assignedProcName);
+  registerRoot(&funret);
+  registerRootWalker(walkScopes);
+  initializeStatements();
+  initializeModules();
+}
+
+}  // namespace korel

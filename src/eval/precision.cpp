@@ -1,0 +1,50 @@
+#include "eval/precision.h"
+
+#include "frame/errors.h"
+#include "store/generations.h"
+#include "store/objects.h"
+
+namespace korel {
+
+std::int64_t requireDigits() {
+  std::int64_t digits = precisionDigits();
+  if (digits < 1) KernelException("Digits has to be an integer greater than 0");
+  return digits;
+}
+
+DAG privateEnvironmentBlock() {
+  Frame* frame = Environment->frame;
+  if (frame->previousFrame != nullptr && frame->previousFrame->envVars == frame->envVars)
+    frame->envVars = CopyAlg(frame->envVars);
+  updategen(frame->envVars);
+  return frame->envVars;
+}
+
+namespace {
+
+// The change lies on the stack below whoever raised the error, so that it is still there.
+void undoChange(const char*) {
+  auto* change = reinterpret_cast<EnvironmentChange*>(errorProcParam);
+  change->block[change->word] = change->before;
+}
+
+}  // namespace
+
+void changeEnvironmentWord(EnvironmentChange& change, EnvironmentWord word, DAG value) {
+  DAG block = privateEnvironmentBlock();
+  change = {block, word, block[word]};
+  PushParamErrorProc(undoChange, &change);
+  block[word] = value;
+}
+
+void restoreEnvironmentWord(EnvironmentChange& change) {
+  PopErrorProc();
+  change.block[change.word] = change.before;
+}
+
+void setDigits(EnvironmentChange& change, std::int64_t digits) {
+  // Twice the largest `Digits` is still an immediate.
+  changeEnvironmentWord(change, envDigits, immediate(static_cast<std::int32_t>(digits)));
+}
+
+}  // namespace korel

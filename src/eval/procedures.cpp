@@ -1,0 +1,340 @@
+#include "eval/procedures.h"
+
+#include <cstring>
+
+#include "eval/bindings.h"
+#include "eval/environment_variables.h"
+#include "eval/evaluate.h"
+#include "eval/retrieve.h"
+#include "eval/simplify.h"
+#include "eval/simplify_cases.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "store/constants.h"
+#include "store/names.h"
+#include "store/objects.h"
+
+namespace korel {
+
+ProcedureRecord* procSimplStack = nullptr;
+DAG assignedProcName;
+
+namespace {
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+
+// ---- checks of declarations
+
+// The texts of one kind of declaration.
+struct DeclarationKind {
+  const char* reserved;     // as %2 of "%1 cannot be declared as %2"
+  const char* environment;  // for an environment variable
+  const char* repeated;
+  const char* expected;     // for what is no name
+  const char* imaginary;    // warning for the name I, or null
+};
+constexpr DeclarationKind parameterKind = {
+    "a parameter", "cannot use environment variable `%1` as a parameter",
+    "parameter `%1` is declared more than once", "symbol or symbol::type expected in parameter list",
+    "imaginary unit `%1` used as a parameter name"};
+constexpr DeclarationKind localKind = {
+    "a local", "cannot use environment variable `%1` as a local variable",
+    "local `%1` is declared more than once", "symbol or symbol::type expected in local list",
+    "imaginary unit `%1` used as a local variable"};
+constexpr DeclarationKind exportKind = {
+    "an export", "cannot use environment variable `%1` as an exported variable",
+    "export `%1` is declared more than once", "symbol or symbol::type expected in export list",
+    "imaginary unit `%1` used as a module member"};
+
+bool isReservedName(DAG name) {
+  const StandardName reserved[] = {"%", "%%", "%%%", "args", "nargs", "procname", "thismodule"};
+  for (StandardName r : reserved)
+    if (name == ini(r)) return true;
+  return false;
+}
+
+bool isDeclaration(DAG x) { return isTag(x, NAME) || (isTag(x, DCOLON) && isTag(x[1], NAME)); }
+
+bool isDeclared(DAG declarations, DAG name) {
+  for (Word i = 1; i < lengthOf(declarations); ++i)
+    if (isDeclaration(declarations[i]) && declaredName(declarations[i]) == name) return true;
+  return false;
+}
+
+int occurrences(DAG declarations, DAG name) {
+  int count = 0;
+  for (Word i = 1; i < lengthOf(declarations); ++i)
+    if (isDeclaration(declarations[i]) && declaredName(declarations[i]) == name) ++count;
+  return count;
+}
+
+struct Clash {
+  DAG declarations;
+  const char* message;
+};
+
+template <std::size_t N>
+void checkDeclarations(DAG declarations, const DeclarationKind& kind, const Clash (&clashes)[N]) {
+  for (Word i = 1; i < lengthOf(declarations); ++i) {
+    DAG declaration = declarations[i];
+    if (!isDeclaration(declaration)) KernelException(kind.expected);
+    DAG name = declaredName(declaration);
+    if (isReservedName(name))
+      KernelException("%1 cannot be declared as %2", name, strinstall(kind.reserved));
+    for (const Clash& clash : clashes)
+      if (clash.message != nullptr && isDeclared(clash.declarations, name))
+        KernelException(clash.message, name);
+    if (occurrences(declarations, name) > 1) KernelException(kind.repeated, name);
+    if (bindingsEnabled && std::strcmp(textOf(name), "I") == 0) KernelWarning(2, kind.imaginary, name);
+    if (isEnvironmentName(name)) KernelException(kind.environment, name);
+  }
+}
+
+void checkGlobals(DAG globals) {
+  for (Word i = 1; i < lengthOf(globals); ++i) {
+    DAG name = globals[i];
+    if (!isTag(name, NAME)) KernelException("symbol expected in global list");
+    if (isReservedName(name))
+      KernelException("%1 cannot be declared as %2", name, strinstall("a global"));
+    if (occurrences(globals, name) > 1) KernelException("global `%1` is declared more than once", name);
+  }
+}
+
+// ---- steps shared by procedures and modules
+
+// A name for messages; inside another procedure it may already be a position.
+DAG takeNameForMessages() {
+  DAG name = assignedProcName;
+  assignedProcName = DAG();
+  if (!name || isTag(name, NAME) || isTag(name, TABLEREF)) return name;
+  if (procSimplStack == nullptr) return DAG();
+  DAG outer = procSimplStack->procedure;
+  if (isTag(name, LOCAL) || isTag(name, PARAM)) {
+    DAG declarations = isTag(name, LOCAL) ? outer[2] : outer[1];
+    Word i = rawField(name, 1);
+    return i >= 1 && i < lengthOf(declarations) ? declaredName(declarations[i]) : DAG();
+  }
+  if (isTag(name, LEXICAL)) {
+    auto n = static_cast<std::int32_t>(rawField(name, 1));
+    Word i = 2 * static_cast<Word>(n < 0 ? -n : n) - 1;
+    return i < lengthOf(outer[8]) ? outer[8][i] : DAG();
+  }
+  return DAG();
+}
+
+void simplifyDeclarations(DAG proc) {
+  DAG parameters = proc[1];
+  if (lengthOf(parameters) > 1) {
+    parameters = CopyAlg(parameters);
+    for (Word i = 1; i < lengthOf(parameters); ++i)
+      if (isTag(parameters[i], DCOLON)) {
+        DAG typed = CopyAlg(parameters[i]);
+        typed[2] = simpl(typed[2]);
+        parameters[i] = typed;
+      }
+  }
+  proc[1] = SimplifyMaybeBind(parameters, false);
+  if (isTag(proc[2], LIST)) proc[2] = proc[2][1];
+  proc[7] = SimplifyMaybeBind(proc[7], false);
+}
+
+// The equations in force that the procedure's own names do not shadow.
+DAG activeBindings() {
+  if (!hasUserBindings()) return null;
+  DAG all = newl2(1, EXPSEQ);
+  for (BindingRecord* r = useSimplStack; r != nullptr; r = r->link) {
+    DAG joined = newl2(lengthOf(all) + lengthOf(r->equations) - 1, EXPSEQ);
+    Word at = 1;
+    for (Word i = 1; i < lengthOf(all); ++i) joined[at++] = all[i];
+    for (Word i = 1; i < lengthOf(r->equations); ++i) joined[at++] = r->equations[i];
+    all = joined;
+  }
+  return all;
+}
+
+DAG unshadowed(DAG equations, DAG proc) {
+  DAG kept = newl2(lengthOf(equations), EXPSEQ);
+  Word at = 1;
+  for (Word i = 1; i < lengthOf(equations); ++i) {
+    DAG name = equations[i][1];
+    if (hasMember(proc[7], name) || lookupDeclaredName(name, proc) != name) continue;
+    DAG right = equations[i][2];
+    if (isTag(right, LOCAL) || isTag(right, PARAM) || isTag(right, LEXICAL))
+      right = addLexicalPair(proc, name, right);
+    kept[at++] = new3(EQUATION, name, right);
+  }
+  if (at != lengthOf(kept)) shorten(kept, lengthOf(kept), at);
+  return kept;
+}
+
+struct SavedStacks {
+  ProcedureRecord* procedures;
+  BindingRecord* bindings;
+};
+void restoreStacks(const char*) {
+  auto* saved = reinterpret_cast<SavedStacks*>(errorProcParam);
+  procSimplStack = saved->procedures;
+  useSimplStack = saved->bindings;
+}
+
+// Numbers the names of the body, then simplifies it, with the procedure as the innermost scope.
+void simplifyBody(DAG proc, DAG bindings) {
+  SavedStacks saved{procSimplStack, useSimplStack};
+  PushParamErrorProc(restoreStacks, &saved);
+  BindingRecord shadowing;
+  if (bindings != null) {
+    shadowing = {unshadowed(bindings, proc), nullptr};
+    useSimplStack = &shadowing;
+  } else if (useSimplStack != nullptr) {
+    // The imaginary unit alone is in force: a declaration of its name shadows it.
+    shadowing = {unshadowed(useSimplStack->equations, proc), nullptr};
+    useSimplStack = &shadowing;
+  }
+  ProcedureRecord record{proc, procSimplStack};
+  procSimplStack = &record;
+  DAG numbered = simplfnc(proc[5], proc, null);
+  proc[5] = simpl(numbered);
+  procSimplStack = record.link;
+  useSimplStack = saved.bindings;
+  PopErrorProc();
+}
+
+// ---- operators
+
+// `x -> c` is the number c, and `x -> f(x)` is f.
+DAG reducedOperator(DAG proc) {
+  DAG body = proc[5];
+  if (lengthOf(proc[8]) > 1) return DAG();
+  if (isNumeric(body)) return body;
+  if (!isTag(body, FUNCTION) || lengthOf(body) != 3 || isImmediate(body[1])) return DAG();
+  switch (tagOf(body[1])) {
+    case LOCAL: case PARAM: case LEXICAL: return DAG();
+    default: break;
+  }
+  Word n = lengthOf(proc[1]);
+  if (n == 1 || lengthOf(body[2]) != n) return DAG();
+  for (Word i = 1; i < n; ++i) {
+    DAG argument = body[2][i];
+    if (!isTag(argument, PARAM) || rawField(argument, 1) != i || isTag(proc[1][i], DCOLON)) return DAG();
+  }
+  // A head that holds parameters of its own is no constant function.
+  return isTag(body[1], NAME) ? body[1] : DAG();
+}
+
+void checkInline(DAG proc) {
+  DAG body = proc[5];
+  if (!isImmediate(body) && tagOf(body) >= ASSIGN)
+    KernelException("inline procedure body must be an expression");
+  if (lengthOf(proc[2]) > 1) KernelException("inline procedure cannot have local variables");
+  if (lengthOf(proc[8]) > 1)
+    KernelException("inline procedure cannot have lexically scoped identifiers");
+  if (hasOption(proc, ini("remember")) || hasOption(proc, naminstall("system")))
+    KernelWarning(2, "options remember and system are ineffective for inline procedures");
+}
+
+// A typed parameter list, or any one name that isn't a parameter: an operator without arrow takes the
+// indeterminates of its body as its parameters.
+void collectNames(DAG x, DAG& names) {
+  if (!x || isImmediate(x)) return;
+  switch (tagOf(x)) {
+    case NAME: {
+      if (hasMember(names, x) || isEnvironmentName(x)) return;
+      DAG grown = newl2(lengthOf(names) + 1, EXPSEQ);
+      for (Word i = 1; i < lengthOf(names); ++i) grown[i] = names[i];
+      grown[lengthOf(names)] = x;
+      names = grown;
+      return;
+    }
+    case SUM: case PROD: case POWER: case EXPSEQ: case LIST: case SET:
+      checkStack();
+      for (Word i = 1; i < lengthOf(x); ++i) collectNames(x[i], names);
+      return;
+    case FUNCTION: return collectNames(x[2], names);
+    default: return;
+  }
+}
+
+}  // namespace
+
+bool hasOption(DAG procedure, DAG name) { return hasMember(procedure[3], name); }
+
+DAG simplProcedure(DAG s) {
+  DAG name = takeNameForMessages();
+  if (lengthOf(s[1]) == 1 && hasOption(s, ini("operator")) && !hasOption(s, ini("arrow"))) {
+    DAG names = newl2(1, EXPSEQ);
+    collectNames(s[5], names);
+    s[1] = names;
+  }
+  simplifyDeclarations(s);
+  ScopeVariables(s[5], s);
+  DAG bindings = activeBindings();
+  DetermLocals(s[5], s, name, bindings);
+  s[2] = SimplifyMaybeBind(s[2], false);
+  const Clash parameterClashes[] = {
+      {s[2], "parameter and local `%1` have the same name"},
+      {s[7], "parameter and global `%1` have the same name"},
+  };
+  checkDeclarations(s[1], parameterKind, parameterClashes);
+  const Clash localClashes[] = {{s[7], "local and global `%1` have the same name"}};
+  checkDeclarations(s[2], localKind, localClashes);
+  checkGlobals(s[7]);
+  s[3] = simpl(s[3]);
+  if (s[4] != null) s[4] = isTag(s[4], HASHTAB) ? s[4] : simpl(s[4]);
+  simplifyBody(s, bindings);
+  s[6] = simpl(s[6]);
+  if (hasOption(s, ini("operator")))
+    if (DAG reduced = reducedOperator(s)) return reduced;
+  s[8] = simpl(s[8]);
+  if (hasOption(s, ini("inline"))) checkInline(s);
+  return markSimplified(s);
+}
+
+DAG simplModuleDefinition(DAG s) {
+  takeNameForMessages();
+  if (lengthOf(s[1]) > 1 && !(lengthOf(s[1]) == 2 && s[1][1] == ini("thismodule")))
+    KernelException("modules cannot have parameters");
+  simplifyDeclarations(s);
+  s[4] = SimplifyMaybeBind(isTag(s[4], LIST) ? s[4][1] : s[4], false);
+  ScopeVariables(s[5], s);
+  DAG bindings = activeBindings();
+  DetermLocals(s[5], s, s[9] == null ? DAG() : s[9], bindings);
+  s[2] = SimplifyMaybeBind(s[2], false);
+  const Clash localClashes[] = {{s[7], "local and global `%1` have the same name"}};
+  checkDeclarations(s[2], localKind, localClashes);
+  const Clash exportClashes[] = {
+      {s[2], "export and local `%1` have the same name"},
+      {s[7], "export and global `%1` have the same name"},
+  };
+  checkDeclarations(s[4], exportKind, exportClashes);
+  checkGlobals(s[7]);
+  s[3] = simpl(s[3]);
+  s[9] = s[9] == null ? null : SimplifyMaybeBind(s[9], false);
+  simplifyBody(s, bindings);
+  s[6] = simpl(s[6]);
+  s[8] = simpl(s[8]);
+  s[1] = simpl(new2(EXPSEQ, ini("thismodule")));
+  return markSimplified(s);
+}
+
+bool isNamed(DAG x, Tag tag) {
+  if (isImmediate(x)) return false;
+  if (hasTag(x, tag)) return true;
+  if (!hasTag(x, NAME)) return false;
+  return isTag(valuenv(x, false), tag);
+}
+
+DAG AttributesOf(DAG x) {
+  if (isImmediate(x)) return null;
+  Word n = lengthOf(x);
+  switch (tagOf(x)) {
+    case NAME: case STRING: return x[2];
+    case LIST: case SET: return n == 3 ? x[2] : null;
+    case FLOAT: case TABLEREF: case FUNCTION: return n == 4 ? x[3] : null;
+    case PROC: case MODDEF: return lengthOf(x[3]) == 2 ? x[3][1] : x[3];
+    case MODULE: return AttributesOf(x[2]);
+    case RTABLE: return x[4];
+    default: return null;
+  }
+}
+
+}  // namespace korel

@@ -1,0 +1,85 @@
+#include "eval/save.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "eval/environment_variables.h"
+#include "eval/evaluate.h"
+#include "eval/simplify.h"
+#include "frame/driver.h"
+#include "frame/errors.h"
+#include "store/constants.h"
+#include "store/objects.h"
+#include "text/printer.h"
+
+namespace korel {
+
+namespace {
+
+constexpr int sourceWidth = 79;
+constexpr int sourceFlags = 2;  // attributes shown
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+
+struct SourceFile {
+  std::FILE* stream;
+  bool blankSoFar;  // nothing but blanks on the present line
+};
+
+// A shell escape, help request or comment at the start of a line would not read back.
+void writeCharacter(void* closure, int c) {
+  auto& file = *static_cast<SourceFile*>(closure);
+  if (file.blankSoFar && (c == '!' || c == '?' || c == '#')) std::fputc('\\', file.stream);
+  std::fputc(c, file.stream);
+  if (c == '\n') file.blankSoFar = true;
+  else if (c != ' ' && c != '\t') file.blankSoFar = false;
+}
+void reportPrintError(void*, const char*) {}
+
+void checkEntry(DAG name) {
+  if (!isTag(name, NAME)) KernelException("save can only save names");
+  if (name[1] || name[2] != null) return;
+  if (isEnvironmentName(name))
+    KernelWarning(2, "environment variable `%1` cannot be saved", name);
+  else
+    KernelWarning(2, "unassigned variable `%1` in save statement", name);
+}
+
+void writeAssignments(std::FILE* stream, DAG names) {
+  SourceFile file{stream, true};
+  for (Word i = 1; i < lengthOf(names); ++i) {
+    DAG name = names[i];
+    DAG value = name[1] ? name[1] : new2(UNEVAL, name);
+    PrintKorel(new3(ASSIGN, name, value), writeCharacter, reportPrintError, sourceWidth, &file,
+               sourceFlags);
+    writeCharacter(&file, ';');
+    writeCharacter(&file, '\n');
+  }
+}
+
+}  // namespace
+
+DAG saveStatement(DAG s) {
+  if (secureMode) KernelException("save is disabled");
+  DAG operands = isTag(s[1], EXPSEQ) ? s[1] : new2(EXPSEQ, s[1]);
+  Word n = lengthOf(operands);
+  DAG file = simpl(eval(operands[n - 1]));
+  if (!isTag(file, NAME) && !isTag(file, STRING))
+    KernelException("last argument to save must be a file or library name");
+  const char* path = textOf(file);
+  std::size_t length = std::strlen(path);
+  if (length >= 2 && std::strcmp(path + length - 2, ".m") == 0)
+    KernelException("unable to save in `%1`: the internal format is not available", file);
+  if (n == 2) KernelException("must specify names to save when saving to a text file");
+  DAG names = newl2(n - 1, EXPSEQ);
+  for (Word i = 1; i + 1 < n; ++i) names[i] = evalname(operands[i]);
+  names = simpl(names);
+  for (Word i = 1; i < lengthOf(names); ++i) checkEntry(names[i]);
+  std::FILE* stream = std::fopen(path, "w");
+  if (stream == nullptr) KernelException("could not open `%1` for writing", file);
+  writeAssignments(stream, names);
+  std::fclose(stream);
+  return null;
+}
+
+}  // namespace korel

@@ -1,0 +1,259 @@
+#include "eval/sequences.h"
+
+#include <cstring>
+
+#include "eval/arithmetic.h"
+#include "eval/evaluate.h"
+#include "eval/operands.h"
+#include "eval/simplify.h"
+#include "eval/statements.h"
+#include "eval/substitute.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "numbers/float.h"
+#include "numbers/integer.h"
+#include "store/constants.h"
+#include "store/generations.h"
+#include "store/names.h"
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+enum class Kind { sequence, sum, product };
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+bool isCharacter(DAG x) { return isTag(x, STRING) && textOf(x)[0] != 0 && textOf(x)[1] == 0; }
+int codeOf(DAG string) { return static_cast<unsigned char>(textOf(string)[0]); }
+
+[[noreturn]] void unable(Kind kind) {
+  switch (kind) {
+    case Kind::sequence: KernelException("unable to execute seq");
+    case Kind::sum: KernelException("unable to execute add");
+    default: KernelException("unable to execute mul");
+  }
+}
+
+// ---- collecting results
+
+// The result under construction: members of a sequence, or a folded number beside a buffer of terms.
+struct Collector {
+  Kind kind;
+  std::int64_t capacity;  // how many elements can come
+  DAG buffer;             // EXPSEQ of members, or SUM or PROD of pairs; 0 until the first term
+  Word used = 1;
+  DAG folded;
+};
+
+void begin(Collector& c) {
+  if (c.capacity >= std::int64_t{maxLength} / (c.kind == Kind::sequence ? 1 : 2) - 2)
+    KernelException("object too large");
+  if (c.kind == Kind::sequence) c.buffer = newl2(static_cast<Word>(c.capacity + 1), EXPSEQ);
+  if (c.kind == Kind::sum) c.folded = cons0;
+  if (c.kind == Kind::product) c.folded = cons1;
+}
+
+void collect(Collector& c, DAG element) {
+  if (c.kind == Kind::sequence) {
+    c.buffer[c.used++] = simpl(element);
+    return;
+  }
+  if (!isNumeric(element) && !hasTag(element, COMPLEX)) element = simpl(element);
+  if (isTag(element, EXPSEQ) && lengthOf(element) == 2) element = element[1];
+  if (isNumeric(element)) {
+    c.folded = simpl(c.kind == Kind::sum ? add(c.folded, element) : mul(c.folded, element));
+    return;
+  }
+  if (!c.buffer) {
+    // The first pair is left for the folded number.
+    c.buffer = newl2(static_cast<Word>(2 * c.capacity + 3), c.kind == Kind::sum ? SUM : PROD);
+    c.used = 3;
+  }
+  c.buffer[c.used] = element;
+  c.buffer[c.used + 1] = cons1;
+  c.used += 2;
+}
+
+DAG finish(Collector& c) {
+  if (c.kind == Kind::sequence) {
+    if (c.used != lengthOf(c.buffer)) shorten(c.buffer, lengthOf(c.buffer), c.used);
+    return simpl(c.buffer);
+  }
+  if (!c.buffer) return c.folded;
+  c.buffer[1] = c.folded;
+  c.buffer[2] = cons1;
+  if (c.used != lengthOf(c.buffer)) shorten(c.buffer, lengthOf(c.buffer), c.used);
+  return simpl(c.buffer);
+}
+
+// ---- the loop variable
+
+// EXPSEQ (name, value or the name itself) kept while the loop runs.
+void putBack(DAG saved) {
+  DAG name = saved[1];
+  name[1] = saved[2] == name ? DAG() : saved[2];
+  AllowGC(saved);
+}
+void restoreVar(const char*) { putBack(DAG(static_cast<Word>(errorProcParam))); }
+
+DAG protectVariable(DAG variable) {
+  if (!isTag(variable, NAME)) return DAG();
+  DAG saved = new3(EXPSEQ, variable, variable[1] ? variable[1] : variable);
+  ProtectFromGC(saved);
+  PushParamErrorProc(restoreVar, saved);
+  return saved;
+}
+void releaseVariable(DAG saved) {
+  if (!saved) return;
+  PopErrorProc();
+  putBack(saved);
+}
+
+// ---- walking
+
+void element(Collector& c, DAG variable, DAG value, DAG expression) {
+  ++evaluationLevel;
+  assign(variable, value);
+  DAG result = eval(expression);
+  // A variable's value may be overwritten by the next round: a shared object is made of it now.
+  if (c.kind == Kind::sequence) result = simpl(result);
+  collect(c, result);
+  --evaluationLevel;
+  collectInLoop();
+}
+
+DAG overCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expression) {
+  if (!isCharacter(a) || !isCharacter(b)) KernelException("invalid string range");
+  int from = codeOf(a), to = codeOf(b);
+  Collector c{kind, to < from ? 0 : to - from + 1, DAG(), 1, DAG()};
+  begin(c);
+  for (int code = from; code <= to; ++code)
+    element(c, variable, charinstall(static_cast<char>(code)), expression);
+  return finish(c);
+}
+
+DAG overRange(Kind kind, DAG variable, DAG a, DAG b, DAG expression) {
+  DAG infinity = ini("infinity");
+  if ((a == infinity && b != infinity) || (b == consminf && a != consminf)) {
+    Collector empty{kind, 0, DAG(), 1, DAG()};
+    begin(empty);
+    return finish(empty);
+  }
+  if (isTag(a, STRING) && isTag(b, STRING)) return overCharacters(kind, variable, a, b, expression);
+  auto isBound = [](DAG x) { return isNumeric(x) && !isInfinite(x) && !isUndefined(x); };
+  if ((!isTag(variable, NAME) && !isTag(variable, TABLEREF)) || !isBound(a) || !isBound(b)) unable(kind);
+  DAG span = simpl(add(b, simpl(negate(a))));
+  std::int64_t count = 0;
+  if (!consneg(span)) {
+    DAG whole = simpl(mtrunc(span));
+    if (!FitIntoLongLong(whole)) KernelException("object too large");
+    count = LongLongValue(whole) + 1;
+  }
+  Collector c{kind, count, DAG(), 1, DAG()};
+  begin(c);
+  DAG value = a;
+  for (std::int64_t k = 0; k < count; ++k) {
+    element(c, variable, value, expression);
+    value = simpl(increment(value));
+  }
+  return finish(c);
+}
+
+DAG overContainer(Kind kind, DAG variable, DAG container, DAG expression) {
+  if (!isTag(variable, NAME) && !isTag(variable, TABLEREF)) unable(kind);
+  bool string = isTag(container, STRING);
+  std::int64_t count = string ? static_cast<std::int64_t>(std::strlen(textOf(container)))
+                              : numterms(container);
+  Collector c{kind, count, DAG(), 1, DAG()};
+  begin(c);
+  for (std::int64_t k = 1; k <= count; ++k) {
+    DAG x = string ? charinstall(textOf(container)[k - 1]) : op(k, k, container);
+    element(c, variable, x, expression);
+  }
+  return finish(c);
+}
+
+DAG run(Kind kind, const BuiltinCall& call) {
+  if (argumentCount(call) != 2) wrongParameters(call);
+  DAG expression = call.arguments[1], control = call.arguments[2];
+  if (!isTag(control, EQUATION)) {
+    // The control may be what a name or parameter stands for.
+    DAG evaluated = isImmediate(control) ? control : simpl(eval(control));
+    if (!isTag(evaluated, EQUATION)) wrongParameters(call);
+    control = evaluated;
+  }
+  DAG variable = evalname(control[1]);
+  DAG right = simpl(eval(control[2]));
+  DAG saved = protectVariable(variable);
+  DAG result = isTag(right, RANGE) ? overRange(kind, variable, right[1], right[2], expression)
+                                   : overContainer(kind, variable, right, expression);
+  releaseVariable(saved);
+  return result;
+}
+
+// ---- the operator $
+
+// The elements of `expression` with `variable` (or none) running from a to b, by substitution.
+DAG dollarSequence(DAG expression, DAG variable, DAG a, DAG b) {
+  bool characters = isCharacter(a) && isCharacter(b);
+  std::int64_t count = 0;
+  if (characters) {
+    count = codeOf(b) - codeOf(a) + 1;
+  } else {
+    DAG span = simpl(add(b, simpl(negate(a))));
+    if (consneg(span)) return null;
+    DAG whole = simpl(mtrunc(span));
+    if (!FitIntoLongLong(whole)) KernelException("object too large");
+    count = LongLongValue(whole) + 1;
+  }
+  if (count <= 0) return null;
+  if (count >= std::int64_t{maxLength} - 1) KernelException("object too large");
+  DAG sequence = newl2(static_cast<Word>(count + 1), EXPSEQ);
+  DAG value = a;
+  for (std::int64_t k = 0; k < count; ++k) {
+    if (characters) value = charinstall(static_cast<char>(codeOf(a) + k));
+    if (!expression) {
+      sequence[k + 1] = value;
+    } else if (!variable) {
+      sequence[k + 1] = expression;
+    } else {
+      DAG equation = new2(EXPSEQ, new3(EQUATION, variable, value));
+      sequence[k + 1] = simpl(substituteInCopy(equation, expression));
+    }
+    if (!characters) value = simpl(increment(value));
+  }
+  return simpl(eval(simpl(sequence)));
+}
+
+bool areConstant(DAG a, DAG b) {
+  auto isBound = [](DAG x) { return isNumeric(x) && !isInfinite(x) && !isUndefined(x); };
+  return (isBound(a) && isBound(b)) || (isCharacter(a) && isCharacter(b));
+}
+
+}  // namespace
+
+DAG seq(const BuiltinCall& call) { return run(Kind::sequence, call); }
+DAG addBuiltin(const BuiltinCall& call) { return run(Kind::sum, call); }
+DAG mulBuiltin(const BuiltinCall& call) { return run(Kind::product, call); }
+
+DAG dollar(const BuiltinCall& call) {
+  Word n = argumentCount(call);
+  if (n == 1 && isTag(call.arguments[1], RANGE)) {
+    DAG range = call.arguments[1];
+    if (areConstant(range[1], range[2])) return dollarSequence(DAG(), DAG(), range[1], range[2]);
+    return call.form;
+  }
+  if (n != 2) wrongParameters(call);
+  DAG expression = call.arguments[1], control = call.arguments[2];
+  if (isTag(control, EQUATION) && isTag(control[2], RANGE)) {
+    DAG range = control[2];
+    if (areConstant(range[1], range[2]))
+      return dollarSequence(expression, control[1], range[1], range[2]);
+  } else if (areConstant(cons1, control)) {
+    return dollarSequence(expression, DAG(), cons1, control);
+  }
+  return call.form;
+}
+
+}  // namespace korel

@@ -1,0 +1,26 @@
+#pragma once
+// The simplifier: every new object goes through `simpl`, which returns the one canonical object or
+// immediate for its value.
+//
+// Two equal simplified objects are one object, so that equality is a comparison of words. `simpl`
+// overwrites the fields of what it is given unless that carries the simplified bit; objects already
+// simplified return at once. Errors unwind and leave at most unsimplified objects half rewritten,
+// which nobody else can see.
+
+#include "store/dag.h"
+
+namespace korel {
+
+/// The unique canonical object of `x`.
+DAG simpl(DAG x);
+/// `simpl` with name bindings on or off, put back on the way out.
+DAG SimplifyMaybeBind(DAG x, bool bind);
+/// Drops active bindings, as after an error.
+void ResetSimplifier();
+void CleanUpSimplifier();
+
+/// The end of a case of `simpl`: the member of the table with the content of `s`, or `s` itself,
+/// entered and marked as simplified.
+DAG makeUnique(DAG s);
+
+}  // namespace korel

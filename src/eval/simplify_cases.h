@@ -1,0 +1,41 @@
+#pragma once
+// The cases of the simplifier, one a file, for `simpl` to dispatch to.
+//
+// Each takes an object without the simplified bit, whose fields it may overwrite, and gives the
+// canonical result: an immediate, an object already unique, or the value of `makeUnique`.
+
+#include "store/dag.h"
+
+namespace korel {
+
+DAG simplSum(DAG s);
+DAG simplProduct(DAG s);
+DAG simplPower(DAG s);
+DAG simplFunction(DAG s);
+DAG simplLessThan(DAG s);
+/// AND, OR and NOT, operands simplified here.
+DAG simplbool(DAG s);
+/// A SET, or the EXPSEQ of its members, which comes back sorted by signed word without duplicates.
+DAG simplset(DAG s);
+DAG simplProcedure(DAG s);
+DAG simplModuleDefinition(DAG s);
+DAG simplUse(DAG s);
+
+/// Simplifies fields `from`.. of `s` in place.
+void simplifyFields(DAG s, Word from = 1);
+/// Sets the simplified bit without an entry in the table: the object is never shared.
+inline DAG markSimplified(DAG s) {
+  controlWord(s) |= simplifiedBit;
+  return s;
+}
+
+/// Powers and products with 0, 1, infinite or undefined operands. `x` is a POWER or a PROD read at one
+/// pair; gives `x` when no case applies.
+DAG simpl01(DAG x, bool exact);
+
+/// `list` with each element times `factor`.
+DAG mapToList(DAG list, DAG factor);
+/// Element sums. Errors: "adding lists of different length", "adding a row list to a column list".
+DAG addLists(DAG a, DAG b);
+
+}  // namespace korel

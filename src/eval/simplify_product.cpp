@@ -1,0 +1,417 @@
+// Products in canonical form.
+//
+// A PROD is a list of pairs (base, exponent) with numeric exponents. Numeric factors fold into one
+// coefficient, nested products are spliced in, equal bases add their exponents. What is left with a
+// real coefficient other than 1 becomes a SUM of one pair; a COMPLEX coefficient stays in front.
+
+#include "eval/arithmetic.h"
+#include "eval/bindings.h"
+#include "eval/evaluate.h"
+#include "eval/simplify.h"
+#include "eval/simplify_cases.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "numbers/complex.h"
+#include "numbers/float.h"
+#include "numbers/integer.h"
+#include "numbers/integer_functions.h"
+#include "numbers/numeric_events.h"
+#include "numbers/system_functions.h"
+#include "store/constants.h"
+#include "store/names.h"
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+bool isFloat(DAG x) { return isTag(x, FLOAT) || isTag(x, HFLOAT); }
+
+// ---- operators bound by `use`
+
+DAG boundProduct(DAG s) {
+  Word n = lengthOf(s);
+  if (n == 3) {
+    if (s[2] == cons1) return DAG();
+    if (s[2] == consm1) {
+      if (DAG over = operatorBinding(naminstall("/"))) return callBinding(over, s[1]);
+    } else if (DAG raised = operatorBinding(ini("^"))) {
+      return callBinding(raised, s[1], s[2]);
+    }
+    return DAG();
+  }
+  DAG times = operatorBinding(ini("*"));
+  if (!times || n < 5) return DAG();
+  auto rebuilt = [](DAG base, DAG exponent) {
+    return exponent == cons1 ? base : simpl(new3(PROD, base, exponent));
+  };
+  DAG folded = rebuilt(s[1], s[2]);
+  for (Word i = 3; i < n; i += 2) folded = callBinding(times, folded, rebuilt(s[i], s[i + 1]));
+  return folded;
+}
+
+// ---- the product while it is put together
+
+struct Product {
+  DAG factors;          // a PROD with room to spare; `used` words of it count
+  Word used = 1;
+  DAG coefficient;      // the number folded so far, or 0
+  DAG result;           // set when a factor settles the whole
+  bool special = false; // `infinity` or `undefined` stands among the factors
+  bool again = false;   // a factor turned up that needs another pass
+};
+
+void append(Product& product, DAG base, DAG exponent) {
+  if (product.used + 2 > lengthOf(product.factors)) {
+    product.factors = enlarge(product.factors, (lengthOf(product.factors) & ~Word{1}) + 4);
+  }
+  product.factors[product.used] = base;
+  product.factors[product.used + 1] = exponent;
+  product.used += 2;
+}
+
+void fold(Product& product, DAG number) {
+  number = simpl(number);
+  product.coefficient = product.coefficient ? simpl(mul(product.coefficient, number)) : number;
+}
+
+void multiply(Product& product, DAG base, DAG exponent);
+
+// `power` takes a machine exponent; a heap integer that doesn't fit raises its own message.
+std::int32_t wordExponent(DAG e) { return isImmediate(e) ? immediateValue(e) : SoftIntValue(e); }
+
+DAG libraryPower(DAG base, DAG exponent) {
+  return simpl(evalsysf("evalf/", "power", simpl(new3(EXPSEQ, base, exponent))));
+}
+
+// Zero to a power.
+void multiplyZero(Product& product, DAG base, DAG exponent) {
+  if (isZero(exponent)) {
+    DAG one = isFloat(base) ? consf1 : cons1;
+    fold(product, TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, one, true));
+  } else if (isInfinite(exponent) || isUndefined(exponent)) {
+    product.result =
+        TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, consfNaN, true);
+  } else if (consneg(exponent)) {
+    KernelException("division by zero");
+  } else {
+    fold(product, base);
+  }
+}
+
+// The base of the digits is a multiple of 4, so that the lowest digit decides.
+Word residueModulo4(DAG heapInteger) {
+  Word r = rawField(heapInteger, 1) & 3;
+  return hasTag(heapInteger, INTNEG) ? (4 - r) & 3 : r;
+}
+
+void multiplyInteger(Product& product, DAG base, DAG exponent) {
+  if (base == cons1) return;
+  if (isInteger(exponent)) {
+    if (exponent == cons1) {
+      fold(product, base);
+    } else if (base == consm1) {
+      bool odd = isImmediate(exponent) ? (immediateValue(exponent) & 1) != 0
+                                       : (rawField(exponent, 1) & 1) != 0;
+      fold(product, odd ? consm1 : cons1);
+    } else {
+      fold(product, power(base, wordExponent(exponent)));
+    }
+    return;
+  }
+  // A fractional power p/q: whole powers come out until 0 < p/q < 1.
+  DAG p = exponent[1], q = exponent[2];
+  if (base == consm1 && q == immediate(2)) {
+    bool flip = p != cons1 && (isImmediate(p) ? (immediateValue(p) & 3) == 3
+                                              : residueModulo4(p) == 3);
+    if (flip) fold(product, consm1);
+    multiply(product, sqrtm1, cons1);
+    return;
+  }
+  if (consneg(p) || compint(p, q) > 0) {
+    DAG remainder;
+    DAG quotient = IntegerDivide(p, q, &remainder);
+    remainder = simpl(remainder);
+    quotient = simpl(quotient);
+    if (consneg(remainder)) {
+      remainder = simpl(addint(remainder, q));
+      quotient = simpl(addint(quotient, consm1));
+    }
+    fold(product, power(base, wordExponent(quotient)));
+    exponent = simpl(new3(RATIONAL, remainder, q));
+  }
+  append(product, base, exponent);
+}
+
+void multiplyReal(Product& product, DAG base, DAG exponent) {
+  if (isZero(base)) return multiplyZero(product, base, exponent);
+  if (isFloat(exponent)) return multiply(product, libraryPower(base, exponent), cons1);
+  if (isInteger(base)) return multiplyInteger(product, base, exponent);
+  if (isInteger(exponent)) return fold(product, power(base, wordExponent(exponent)));
+  // The root of a fraction is a quotient of roots.
+  if (base[1] == cons1) return multiply(product, base[2], simpl(negate(exponent)));
+  multiply(product, base[1], exponent);
+  multiply(product, base[2], simpl(negate(exponent)));
+}
+
+void multiplyFloat(Product& product, DAG base, DAG exponent) {
+  if (exponent == cons1) return fold(product, base);
+  bool isSpecial = isTag(base, FLOAT) && isTag(base[2], NAME);
+  bool isSpecialExponent = isTag(exponent, FLOAT) && isTag(exponent[2], NAME);
+  if (isSpecial || isSpecialExponent || (isZero(base) && consneg(exponent)))
+    if (DAG settled = TrapFPOWER(base, exponent)) {
+      settled = simpl(settled);
+      return isTag(settled, COMPLEX) ? multiply(product, settled, cons1) : fold(product, settled);
+    }
+  if (isInteger(exponent)) return fold(product, evalfpwr(base, wordExponent(exponent)));
+  if (isTag(exponent, RATIONAL) && exponent == consh) {
+    DAG root = evalfsqrt(base);
+    return isTag(root, COMPLEX) ? multiply(product, simpl(root), cons1) : fold(product, root);
+  }
+  fold(product, libraryPower(base, exponent));
+}
+
+void multiplyComplex(Product& product, DAG base, DAG exponent) {
+  if (exponent == cons1) return fold(product, base);
+  if (isInteger(exponent)) {
+    if (isInfinite(base) || isUndefined(base) || !FitIntoWord(exponent))
+      return multiply(product, libraryPower(base, exponent), cons1);
+    return fold(product, cxpower(base, exponent));
+  }
+  if (isFloat(exponent)) return multiply(product, libraryPower(base, exponent), cons1);
+  if (base == sqrtm1) {  // I^(p/q) is (-1)^(p/(2q))
+    return multiply(product, consm1, simpl(mul(exponent, consh)));
+  }
+  append(product, base, exponent);
+}
+
+void multiplyName(Product& product, DAG base, DAG exponent) {
+  if (base == ini("FAIL")) {
+    product.result = base;
+    return;
+  }
+  if (base == ini("infinity") || base == ini("undefined")) {
+    if (isFloat(exponent) || (product.coefficient && isFloat(product.coefficient)))
+      return multiplyFloat(product, base == ini("infinity") ? consfinf : consfNaN, exponent);
+    product.special = true;
+  }
+  append(product, base, exponent);
+}
+
+void multiplySum(Product& product, DAG base, DAG exponent) {
+  if (lengthOf(base) == 3) {
+    DAG term = base[1], coefficient = base[2];
+    if (term == ini("infinity")) {
+      if (isZero(exponent)) {
+        product.result =
+            TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, cons1, true);
+        return;
+      }
+    }
+    if (!consneg(coefficient) || isInteger(exponent)) {
+      multiply(product, coefficient, exponent);
+      multiply(product, term, exponent);
+      return;
+    }
+  }
+  append(product, base, exponent);
+}
+
+void multiplyProduct(Product& product, DAG base, DAG exponent) {
+  Word n = lengthOf(base);
+  if (isFloat(exponent) && n > 1 && isTag(base[1], COMPLEX))
+    return multiply(product, libraryPower(base, exponent), cons1);
+  bool fractional = n == 3 && isNumeric(base[2]) && compcon(base[2], consm1) > 0 &&
+                    compcon(base[2], cons1) < 0;
+  if (!isInteger(exponent) && !fractional) return append(product, base, exponent);
+  for (Word i = 1; i < n; i += 2)
+    multiply(product, base[i], exponent == cons1 ? base[i + 1] : simpl(mul(base[i + 1], exponent)));
+}
+
+// Joins one factor to the product. Operands are simplified.
+void multiply(Product& product, DAG base, DAG exponent) {
+  if (product.result) return;
+  if (isObject(base) && !hasTag(base, NAME) && !isNumeric(base) && isNumeric(exponent) &&
+      isZero(exponent) && !isInfinite(base) && !isUndefined(base)) {
+    if (!product.coefficient) product.coefficient = cons1;
+    return;
+  }
+  switch (tagOf(base)) {
+    case INTNEG: case INTPOS: case RATIONAL:
+      return multiplyReal(product, base, exponent);
+    case FLOAT: case HFLOAT:
+      if (hasTag(base, HFLOAT)) break;
+      return multiplyFloat(product, base, exponent);
+    case COMPLEX:
+      return multiplyComplex(product, base, exponent);
+    case NAME:
+      return multiplyName(product, base, exponent);
+    case PROD:
+      return multiplyProduct(product, base, exponent);
+    case SUM:
+      return multiplySum(product, base, exponent);
+    case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case POWER: case SERIES: case FUNCTION:
+    case UNEVAL: case LIST: case LOCAL: case PARAM: case LEXICAL: case PROC: case SET: case TABLE:
+    case RTABLE: case MODDEF: case MODULE:
+      return append(product, base, exponent);
+    default:
+      break;
+  }
+  KernelException("invalid terms in product");
+}
+
+// Infinite and undefined factors: one of them is left, with its sign, and absorbs the numbers.
+DAG settleSpecial(Product& product) {
+  DAG infinite;
+  Word kept = 1;
+  DAG factors = product.factors;
+  bool negative = product.coefficient && consneg(product.coefficient);
+  for (Word i = 1; i < product.used; i += 2) {
+    DAG base = factors[i], exponent = factors[i + 1];
+    if (base == ini("undefined")) return base;
+    if (base == ini("infinity") && isNumeric(exponent)) {
+      if (isZero(exponent))
+        return TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, cons1, true);
+      if (consneg(exponent)) {
+        fold(product, cons0);
+      } else {
+        infinite = base;
+      }
+      continue;
+    }
+    factors[kept] = base;
+    factors[kept + 1] = exponent;
+    kept += 2;
+  }
+  product.used = kept;
+  if (!infinite) return DAG();
+  if (product.coefficient && isZero(product.coefficient))
+    return TriggerNumericEvent(invalidOperation, ini("*"), product.coefficient, infinite,
+                               ini("undefined"), true);
+  if (product.coefficient && hasTag(product.coefficient, COMPLEX)) {
+    product.coefficient = simpl(mul(product.coefficient, infinite));
+    return DAG();
+  }
+  append(product, infinite, cons1);
+  product.coefficient = negative ? consm1 : DAG();
+  return DAG();
+}
+
+// Equal bases add their exponents into the first of them. A number whose exponents meet needs another
+// pass.
+void collectEqualBases(Product& product) {
+  DAG factors = product.factors;
+  for (Word i = 1; i < product.used; i += 2) {
+    for (Word k = product.used - 2; k > i; k -= 2) {
+      if (factors[k] != factors[i]) continue;
+      factors[i + 1] = simpl(add(factors[i + 1], factors[k + 1]));
+      for (Word j = k + 2; j < product.used; ++j) factors[j - 2] = factors[j];
+      product.used -= 2;
+      if (isNumeric(factors[i]) || isTag(factors[i], COMPLEX) || isTag(factors[i], SUM) ||
+          isTag(factors[i], PROD))
+        product.again = true;
+    }
+  }
+  Word kept = 1;
+  for (Word i = 1; i < product.used; i += 2) {
+    if (factors[i + 1] == cons0 || factors[i + 1] == consm0) continue;
+    factors[kept] = factors[i];
+    factors[kept + 1] = factors[i + 1];
+    kept += 2;
+  }
+  product.used = kept;
+}
+
+DAG productOfRelations(DAG s) {
+  DAG sequence = newl2(lengthOf(s), EXPSEQ);
+  for (Word i = 1; i < lengthOf(s); ++i) sequence[i] = s[i];
+  return simpl(evalsysf("simpl/", "reloprod", simpl(eval(simpl(sequence)))));
+}
+
+// A factor -1 to a fractional power takes the imaginary unit in: I*(-1)^e is (-1)^(e + 1/2).
+bool absorbImaginaryUnit(Product& product) {
+  DAG c = product.coefficient;
+  if (!c || !isTag(c, COMPLEX) || lengthOf(c) != 2) return false;
+  for (Word i = 1; i < product.used; i += 2)
+    if (product.factors[i] == consm1 && isTag(product.factors[i + 1], RATIONAL)) {
+      product.factors[i + 1] = simpl(add(product.factors[i + 1], consh));
+      product.coefficient = c[1];
+      return true;
+    }
+  return false;
+}
+
+}  // namespace
+
+DAG simplProduct(DAG s) {
+  simplifyFields(s);
+  Word n = lengthOf(s);
+  if (hasUserBindings())
+    if (DAG bound = boundProduct(s)) return bound;
+  bool hasFloat = false;
+  for (Word i = 1; i < n; i += 2) {
+    if (!isImmediate(s[i]))
+      switch (tagOf(s[i])) {
+        case FLOAT: hasFloat = true; break;
+        case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: return productOfRelations(s);
+        default: break;
+      }
+    if (isFloat(s[i + 1])) hasFloat = true;
+  }
+  if (hasFloat) {
+    if (DAG changed = TransformSEQ2F(s)) {
+      if (isImmediate(changed) || !hasTag(changed, PROD)) return simpl(changed);
+      s = changed;
+    }
+    n = lengthOf(s);
+  }
+  auto isSpecial = [](DAG x) { return isInfinite(x) || isUndefined(x); };
+  if (n == 3 && !isFloat(s[1]) && (isSpecial(s[1]) || isSpecial(s[2]))) {
+    DAG settled = simpl01(s, true);
+    if (isImmediate(settled) || !hasTag(settled, PROD)) return simpl(settled);
+  }
+
+  Product product;
+  product.factors = newl2(n < 3 ? 3 : n, PROD);
+  for (Word i = 1; i < n; i += 2) multiply(product, s[i], s[i + 1]);
+  if (product.result) return simpl(product.result);
+  if (product.special) {
+    product.result = settleSpecial(product);
+    if (product.result) return simpl(product.result);
+  }
+  if (product.coefficient && isZero(product.coefficient)) {
+    DAG zero = isInteger(product.coefficient) ? cons0 : product.coefficient;
+    for (Word i = 1; i < product.used; i += 2)
+      if (isTag(product.factors[i], LIST) && product.factors[i + 1] == cons1)
+        return mapToList(product.factors[i], zero);
+    return simpl(zero);
+  }
+  if (product.used > 3) collectEqualBases(product);
+  if (absorbImaginaryUnit(product)) product.again = true;
+
+  DAG factors = product.factors;
+  if (product.used != lengthOf(factors)) shorten(factors, lengthOf(factors), product.used);
+  if (product.again) {
+    if (product.coefficient) {
+      factors = enlarge(factors, 2);
+      factors[product.used] = product.coefficient;
+      factors[product.used + 1] = cons1;
+    }
+    return simplProduct(factors);
+  }
+  DAG coefficient = product.coefficient;
+  if (coefficient && coefficient == cons1) coefficient = DAG();
+  if (product.used == 1) return coefficient ? coefficient : cons1;
+  if (coefficient && hasTag(coefficient, COMPLEX)) {
+    DAG led = newl2(product.used + 2, PROD);
+    led[1] = coefficient;
+    led[2] = cons1;
+    for (Word i = 1; i < product.used; ++i) led[i + 2] = factors[i];
+    return makeUnique(led);
+  }
+  DAG rest = product.used == 3 && factors[2] == cons1 ? factors[1] : makeUnique(factors);
+  return coefficient ? simplSum(new3(SUM, rest, coefficient)) : rest;
+}
+
+}  // namespace korel

@@ -1,0 +1,414 @@
+// Sums in canonical form.
+//
+// A SUM is a list of pairs (term, coefficient). The numeric terms fold into one, nested sums are
+// spliced in, equal terms add their coefficients, and a pair whose coefficient becomes 0 goes. Terms
+// keep the order of their first occurrence while there are few, and stand in the order of their words
+// when there are many: order is no part of equality, and the table takes a SUM as a multiset.
+
+#include <algorithm>
+
+#include "eval/arithmetic.h"
+#include "eval/bindings.h"
+#include "eval/evalf.h"
+#include "eval/evaluate.h"
+#include "eval/simplify.h"
+#include "eval/simplify_cases.h"
+#include "frame/errors.h"
+#include "numbers/complex.h"
+#include "numbers/numeric_events.h"
+#include "numbers/system_functions.h"
+#include "store/constants.h"
+#include "store/names.h"
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+// From this many words on, terms are sorted to find equal ones; below, each is compared with all.
+constexpr Word sortFromLength = 51;
+
+struct Pair {
+  DAG term, coefficient;
+};
+Pair* pairsOf(DAG s) { return reinterpret_cast<Pair*>(&s[1]); }
+Word pairCount(DAG s) { return (lengthOf(s) - 1) / 2; }
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+bool isFloat(DAG x) { return isTag(x, FLOAT) || isTag(x, HFLOAT); }
+bool isNumber(DAG x) { return isNumeric(x) || hasTag(x, COMPLEX); }
+
+// ---- operators bound by `use`
+
+DAG boundSum(DAG s) {
+  Word n = pairCount(s);
+  Pair* p = pairsOf(s);
+  if (n == 1) {
+    if (p[0].coefficient == cons1) return DAG();
+    if (p[0].coefficient == consm1) {
+      if (DAG minus = operatorBinding(naminstall("-"))) return callBinding(minus, p[0].term);
+    } else if (DAG times = operatorBinding(ini("*"))) {
+      return callBinding(times, p[0].term, simpl(p[0].coefficient));
+    }
+    return DAG();
+  }
+  DAG plus = operatorBinding(ini("+"));
+  if (!plus || n == 0) return DAG();
+  auto rebuilt = [](const Pair& pair) {
+    if (pair.coefficient == cons1) return pair.term;
+    return simpl(new3(SUM, pair.term, simpl(pair.coefficient)));
+  };
+  DAG folded = rebuilt(p[0]);
+  for (Word i = 1; i < n; ++i) folded = callBinding(plus, folded, rebuilt(pairsOf(s)[i]));
+  return folded;
+}
+
+// ---- steps
+
+// A fresh sum with the pairs of nested sums in the place of each, coefficients multiplied.
+DAG spliceNestedSums(DAG s) {
+  std::int64_t total = 0;
+  bool nested = false;
+  for (Word i = 0, n = pairCount(s); i < n; ++i) {
+    DAG term = pairsOf(s)[i].term;
+    if (isTag(term, SUM)) {
+      nested = true;
+      total += pairCount(term);
+    } else {
+      ++total;
+    }
+  }
+  if (!nested) return s;
+  if (2 * total + 1 > maxLength) KernelException("object too large");
+  DAG flat = newl2(static_cast<Word>(2 * total + 1), SUM);
+  Pair* out = pairsOf(flat);
+  for (Word i = 0, n = pairCount(s); i < n; ++i) {
+    Pair pair = pairsOf(s)[i];
+    if (!isTag(pair.term, SUM)) {
+      *out++ = pair;
+      continue;
+    }
+    DAG outer = pair.coefficient;
+    for (Word k = 0, m = pairCount(pair.term); k < m; ++k) {
+      Pair inner = pairsOf(pair.term)[k];
+      *out++ = {inner.term, outer == cons1 ? inner.coefficient : mul(inner.coefficient, outer)};
+    }
+  }
+  return flat;
+}
+
+// A COMPLEX among the terms absorbs every other numeric term; what is absorbed gets coefficient 0.
+void combineComplexTerms(DAG s) {
+  Word n = pairCount(s);
+  Pair* p = pairsOf(s);
+  Word first = 0;
+  while (first < n && !isTag(p[first].term, COMPLEX)) ++first;
+  if (first == n) return;
+  DAG folded = simpl(mul(p[first].term, p[first].coefficient));
+  for (Word i = 0; i < n; ++i) {
+    DAG term = p[i].term;
+    if (i == first || !(isNumber(term) || isInfinite(term) || isUndefined(term))) continue;
+    DAG other = simpl(mul(term, p[i].coefficient));
+    p[i] = {cons0, cons0};
+    if (isTag(folded, COMPLEX) && lengthOf(folded) == 2 && isNumeric(other)) {
+      DAG imaginary = folded[1];
+      if (isFloat(imaginary) != isFloat(other)) {
+        if (isFloat(imaginary)) other = simpl(evalf(other));
+        else imaginary = simpl(evalf(imaginary));
+      }
+      folded = isImmediate(other) && isZero(other) ? folded : simpl(new3(COMPLEX, other, imaginary));
+    } else {
+      folded = simpl(add(folded, other));
+    }
+  }
+  p[first] = {folded, cons1};
+}
+
+// A relation among the terms: the library adds relations side by side.
+DAG sumOfRelations(DAG s, const char* libraryProcedure) {
+  DAG sequence = newl2(lengthOf(s), EXPSEQ);
+  for (Word i = 1; i < lengthOf(s); ++i) sequence[i] = simpl(s[i]);
+  return simpl(evalsysf("simpl/", libraryProcedure, simpl(eval(simpl(sequence)))));
+}
+
+// One COMPLEX factor in front of a PROD takes the coefficient in; an infinite factor leaves only its
+// sign.
+void absorbIntoProduct(Pair& pair) {
+  DAG product = pair.term;
+  if (pair.coefficient == cons1) return;
+  for (Word i = 1; i < lengthOf(product); i += 2)
+    if (isInfinite(product[i]) || isUndefined(product[i])) {
+      if (isNumeric(pair.coefficient)) pair.coefficient = consneg(pair.coefficient) ? consm1 : cons1;
+      return;
+    }
+  if (isTag(product[1], COMPLEX) && product[2] == cons1) {
+    DAG scaled = CopyAlg(product);
+    scaled[1] = simpl(mul(product[1], pair.coefficient));
+    pair.term = simpl(scaled);
+    pair.coefficient = cons1;
+  }
+}
+
+[[noreturn]] void invalidTerm(DAG original) {
+  KernelException(lengthOf(original) == 3 ? "invalid terms in product" : "invalid terms in sum");
+}
+
+// Infinities and `undefined` among the terms: all of one sign merge, of both signs there is no value.
+// Gives the result when that ends the sum.
+DAG mergeInfinities(DAG s) {
+  Pair* p = pairsOf(s);
+  Word n = pairCount(s);
+  Word kept = n;
+  for (Word i = 0; i < n; ++i) {
+    if (p[i].term == ini("undefined")) return ini("undefined");
+    if (p[i].term != ini("infinity") || isZero(p[i].coefficient)) continue;
+    DAG sign = consneg(p[i].coefficient) ? consm1 : cons1;
+    if (kept == n) {
+      kept = i;
+      p[i].coefficient = sign;
+    } else if (p[kept].coefficient == sign) {
+      p[i] = {cons0, cons0};
+    } else {
+      DAG a = simpl(new3(SUM, ini("infinity"), p[kept].coefficient));
+      DAG b = simpl(new3(SUM, ini("infinity"), sign));
+      return TriggerNumericEvent(invalidOperation, naminstall("-"), a, b, ini("undefined"), true);
+    }
+  }
+  if (kept == n) return DAG();
+  // Beside an infinity, finite numbers vanish.
+  for (Word i = 0; i < n; ++i)
+    if (i != kept && isNumeric(p[i].term)) p[i] = {cons0, cons0};
+  return DAG();
+}
+
+// PROD terms headed by a COMPLEX that agree in all other factors add their heads.
+bool mergeComplexHeads(DAG s) {
+  bool changed = false;
+  Word n = pairCount(s);
+  Pair* p = pairsOf(s);
+  for (Word i = 0; i < n; ++i) {
+    DAG a = p[i].term;
+    if (!isTag(a, PROD) || !isTag(a[1], COMPLEX) || a[2] != cons1 || isZero(p[i].coefficient)) continue;
+    for (Word k = i + 1; k < n; ++k) {
+      DAG b = p[k].term;
+      if (!isTag(b, PROD) || lengthOf(b) != lengthOf(a) || !isTag(b[1], COMPLEX) || b[2] != cons1 ||
+          isZero(p[k].coefficient) || !std::equal(&a[3], &a[3] + (lengthOf(a) - 3), &b[3]))
+        continue;
+      DAG head = simpl(cxadd(simpl(mul(p[i].term[1], p[i].coefficient)),
+                             simpl(mul(b[1], p[k].coefficient))));
+      DAG merged = CopyAlg(p[i].term);
+      merged[1] = head;
+      p[i] = {simpl(merged), cons1};
+      p[k] = {cons0, cons0};
+      changed = true;
+      a = p[i].term;
+      if (!isTag(a, PROD) || !isTag(a[1], COMPLEX)) break;
+    }
+  }
+  return changed;
+}
+
+// Equal terms add their coefficients into the first of them; the others get coefficient 0.
+void collectEqualTerms(DAG s) {
+  Pair* p = pairsOf(s);
+  Word n = pairCount(s);
+  if (lengthOf(s) >= sortFromLength) {
+    std::sort(p, p + n, [](const Pair& a, const Pair& b) {
+      return static_cast<std::int32_t>(a.term.word) < static_cast<std::int32_t>(b.term.word);
+    });
+    for (Word i = 0; i < n;) {
+      Word k = i + 1;
+      for (; k < n && p[k].term == p[i].term; ++k) {
+        p[i].coefficient = add(p[i].coefficient, p[k].coefficient);
+        p[k] = {cons0, cons0};
+      }
+      i = k;
+    }
+    return;
+  }
+  for (Word i = 0; i + 1 < n; ++i) {
+    if (p[i].coefficient == cons0) continue;
+    for (Word k = n - 1; k > i; --k)
+      if (p[k].term == p[i].term && p[k].coefficient != cons0) {
+        p[i].coefficient = add(p[i].coefficient, p[k].coefficient);
+        p[k] = {cons0, cons0};
+      }
+  }
+}
+
+bool isPlainList(DAG x) {
+  return isTag(x, LIST) &&
+         !(lengthOf(x[1]) > 1 && isObject(x[1][1]) && hasTag(x[1][1], FUNCTION));
+}
+
+// Lists take their coefficient in, then add element by element into the first.
+DAG addListTerms(DAG s) {
+  Word n = pairCount(s);
+  Pair* p = pairsOf(s);
+  Word first = n;
+  for (Word i = 0; i < n; ++i) {
+    if (!isPlainList(p[i].term)) continue;
+    if (p[i].coefficient != cons1) {
+      p[i].term = mapToList(p[i].term, p[i].coefficient);
+      p[i].coefficient = cons1;
+    }
+    if (first == n) {
+      first = i;
+    } else {
+      p[first].term = addLists(p[first].term, p[i].term);
+      p[i] = {cons0, cons0};
+    }
+  }
+  return first == n ? DAG() : p[first].term;
+}
+
+// Moves the pairs with a coefficient other than the integer 0 together; the count that stays.
+Word compact(DAG s) {
+  Pair* p = pairsOf(s);
+  Word kept = 0;
+  for (Word i = 0, n = pairCount(s); i < n; ++i)
+    if (p[i].coefficient != cons0) p[kept++] = p[i];
+  return kept;
+}
+
+}  // namespace
+
+DAG mapToList(DAG list, DAG factor) {
+  DAG body = CopyAlg(list[1]);
+  for (Word i = 1; i < lengthOf(body); ++i)
+    body[i] = simpl(isNumeric(body[i]) ? mul(body[i], factor) : new3(SUM, body[i], factor));
+  DAG scaled = CopyAlg(list);
+  scaled[1] = simpl(body);
+  return simpl(scaled);
+}
+
+DAG addLists(DAG a, DAG b) {
+  if (lengthOf(a[1]) != lengthOf(b[1])) KernelException("adding lists of different length");
+  auto orientation = [](DAG list) { return lengthOf(list) == 3 ? list[2] : DAG(); };
+  DAG oa = orientation(a), ob = orientation(b);
+  if ((oa == ini("row") && ob == ini("column")) || (oa == ini("column") && ob == ini("row")))
+    KernelException("adding a row list to a column list");
+  DAG body = CopyAlg(a[1]);
+  for (Word i = 1; i < lengthOf(body); ++i) {
+    DAG x = a[1][i], y = b[1][i];
+    body[i] = simpl(isNumeric(x) && isNumeric(y) ? add(x, y) : new5(SUM, x, cons1, y, cons1));
+  }
+  DAG sum = CopyAlg(a);
+  sum[1] = simpl(body);
+  return simpl(sum);
+}
+
+DAG simplSum(DAG s) {
+  for (Word i = 1; i < lengthOf(s); i += 2) {
+    DAG term = s[i];
+    if (!isSimplified(term)) s[i] = simpl(term);
+  }
+  if (lengthOf(s) == 3 && s[2] == cons1 && isTag(s[1], SUM)) return s[1];
+  if (hasUserBindings())
+    if (DAG bound = boundSum(s)) return bound;
+
+  DAG original = s;
+  s = spliceNestedSums(s);
+  bool hasFloat = false, hasComplex = false, hasSpecial = false, hasList = false, hasHead = false;
+  for (Word i = 1; i < lengthOf(s); i += 2) {
+    DAG term = s[i];
+    if (isImmediate(term)) continue;
+    switch (tagOf(term)) {
+      case FLOAT: hasFloat = true; break;
+      case COMPLEX: hasComplex = true; break;
+      case LIST: hasList = true; break;
+      case NAME:
+        if (term == ini("FAIL")) return term;
+        if (term == ini("infinity") || term == ini("undefined")) hasSpecial = true;
+        break;
+      default: break;
+    }
+    if (isFloat(s[i + 1])) hasFloat = true;
+  }
+  if (hasFloat) {
+    if (DAG changed = TransformSEQ2F(s)) {
+      if (isImmediate(changed) || !hasTag(changed, SUM)) return simpl(changed);
+      s = changed;
+    }
+  }
+  if (hasComplex) combineComplexTerms(s);
+
+  // Numeric terms fold into the first of them.
+  Pair* p = pairsOf(s);
+  Word n = pairCount(s);
+  Word accumulator = n;
+  for (Word i = 0; i < n; ++i) {
+    DAG term = p[i].term;
+    Tag tag = tagOf(term);
+    switch (tag) {
+      case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
+        return sumOfRelations(s, "relopsum");
+      case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case COMPLEX: {
+        DAG value = p[i].coefficient == cons1 ? term : mul(term, p[i].coefficient);
+        if (accumulator == n) {
+          accumulator = i;
+          p[i] = {value, cons1};
+        } else {
+          p[accumulator].term = add(p[accumulator].term, value);
+          p[i] = {cons0, cons0};
+        }
+        break;
+      }
+      case NAME: case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case POWER: case SERIES:
+      case FUNCTION: case UNEVAL: case LIST: case LOCAL: case PARAM: case LEXICAL: case PROC:
+      case SET: case TABLE: case RTABLE: case MODDEF: case MODULE:
+        break;
+      case PROD:
+        absorbIntoProduct(p[i]);
+        if (isTag(p[i].term, PROD) && isTag(p[i].term[1], COMPLEX)) hasHead = true;
+        break;
+      case SUM:
+        // Only a term that became a sum while it took its coefficient in.
+        break;
+      default:
+        invalidTerm(original);
+    }
+  }
+  DAG floatZero;
+  if (accumulator != n) {
+    DAG value = simpl(p[accumulator].term);
+    p[accumulator].term = value;
+    if (isZero(value)) {
+      if (!isInteger(value)) floatZero = value;
+      p[accumulator] = {cons0, cons0};
+    }
+  }
+  if (hasSpecial)
+    if (DAG result = mergeInfinities(s)) return simpl(result);
+  bool again = hasHead && mergeComplexHeads(s);
+
+  if (n > 1) collectEqualTerms(s);
+  p = pairsOf(s);
+  for (Word i = 0; i < n; ++i) {
+    DAG coefficient = p[i].coefficient;
+    if (isImmediate(coefficient)) {
+      if (coefficient == consm0) p[i].coefficient = cons0;
+    } else {
+      coefficient = p[i].coefficient = simpl(coefficient);
+      if (isObject(coefficient) && isZero(coefficient)) {
+        floatZero = coefficient;
+        p[i].coefficient = cons0;
+      }
+    }
+    if (p[i].coefficient == cons0 && isTag(p[i].term, LIST) && p[i].term != cons0)
+      p[i] = {mapToList(p[i].term, cons0), cons1};
+  }
+  if (hasList) {
+    addListTerms(s);
+    p = pairsOf(s);
+  }
+  Word kept = compact(s);
+  if (kept == 0) return floatZero ? simpl(floatZero) : cons0;
+  Word length = 2 * kept + 1;
+  if (kept == 1 && p[0].coefficient == cons1) return simpl(p[0].term);
+  if (length != lengthOf(s)) shorten(s, lengthOf(s), length);
+  if (again) return simplSum(s);
+  return makeUnique(s);
+}
+
+}  // namespace korel

@@ -1,0 +1,82 @@
+#pragma once
+// Evaluation environments: where a non-local jump lands, and what a running procedure owns.
+//
+// A block is a small record on the native stack of whoever set up an error frame: a procedure call, a
+// trap, a `try`, a loop that holds a `break`. Blocks form a chain by way of the frames that saved the
+// one before them; `Environment` is the innermost. A frame holds one procedure call; several blocks
+// can share it.
+//
+// The depth of the innermost block is kept in `evaluationLevel`, since every allocation reads it; a
+// block's own `depth` is what that was when the block stopped being innermost.
+
+#include <csetjmp>
+#include <cstdint>
+
+#include "store/dag.h"
+#include "store/generations.h"
+
+namespace korel {
+
+/// How a non-local jump names its cause.
+enum JumpCode : int {
+  jumpToTop = 1,
+  jumpReturn = 2,  // `RETURN` or `goto`: the value is in `funret`
+  jumpBreak = 3,   // `break` or `next`: the statement is in `funret`
+  jumpError = 4,   // an error: `lasterror` and `lastexception` hold it
+  jumpStop = 99,   // the kernel stops
+};
+
+struct Frame {
+  Frame* previousFrame = nullptr;  // dynamic link; none at top level
+  std::int32_t printLevel = 1;
+  DAG locals;            // EXPSEQ of fresh names; `null` at top level
+  DAG args;              // EXPSEQ of evaluated arguments
+  DAG procName;          // the name called
+  DAG proc;              // the running PROC
+  DAG currentStatement;
+  DAG ditto1, ditto2, ditto3;  // values of %, %%, %%%
+  DAG inCondition;             // `true` while the condition of an `if` is evaluated
+  DAG envVars;                 // EXPSEQ of environment variables, shared until one is changed
+};
+
+struct EnvironmentBlock {
+  std::jmp_buf* jumpBuffer = nullptr;
+  std::int32_t depth = 1;
+  Frame* frame = nullptr;
+  Word floatContext = 0;
+};
+
+extern EnvironmentBlock* Environment;
+extern EnvironmentBlock IniEnv;
+extern Frame TopLevelStack;
+/// The value carried by a `RETURN`, `break` or `next` jump.
+extern DAG funret;
+
+/// Makes `block` innermost, as a copy of the present one with its own jump buffer. The caller keeps
+/// the result and gives it to `RestoreEnvironment` on every way out.
+inline EnvironmentBlock* enterEnvironment(EnvironmentBlock& block, std::jmp_buf& buffer) {
+  EnvironmentBlock* previous = Environment;
+  previous->depth = evaluationLevel;
+  block = *previous;
+  block.jumpBuffer = &buffer;
+  Environment = &block;
+  return previous;
+}
+/// Makes `previous` innermost again, at the depth it had.
+void RestoreEnvironment(EnvironmentBlock* previous);
+
+/// Jumps to the innermost block. Uses the form that leaves the signal mask alone; whoever lands has
+/// called `_setjmp`.
+[[noreturn]] inline void jumpOut(JumpCode code) { ::_longjmp(*Environment->jumpBuffer, code); }
+
+/// True when the native stack in use has passed its bound and no special error is on its way.
+bool stackExhausted();
+/// Raises "too many levels of recursion" (special error 5) when the stack is exhausted.
+void checkStack();
+/// Bytes of native stack that evaluation may use, and where it began.
+extern std::int64_t maxKorelStackSize;
+extern char* stackBaseAddress;
+/// Takes the bound anew from the system's limit and the present position of the stack.
+void recordStackBounds();
+
+}  // namespace korel

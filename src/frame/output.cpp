@@ -1,0 +1,201 @@
+#include "frame/output.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+
+#include "eval/simplify.h"
+#include "frame/driver_state.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "frame/interface.h"
+#include "frame/resource_limits.h"
+#include "numbers/integer.h"
+#include "store/allocator.h"
+#include "store/constants.h"
+#include "store/names.h"
+#include "store/objects.h"
+#include "text/display.h"
+
+namespace korel {
+
+DriverState driver;
+
+namespace {
+/// What the client gave for the evaluation under way, or for the one that is about to begin or end.
+void* currentContext() { return driver.contexts[driver.depth > 0 ? driver.depth - 1 : 0]; }
+}  // namespace
+
+DAG callResultHandler(DAG x) {
+  return driver.resultCB != nullptr ? driver.resultCB(currentContext(), x) : null;
+}
+
+// ---- interrupts
+
+namespace {
+// The costly question goes out when the counter wraps: once in 256 calls.
+std::uint8_t interruptCounter = 0;
+}  // namespace
+
+void pollInterruptSoon() { interruptCounter = 255; }
+
+bool TestInterrupt() {
+  if (++interruptCounter == 0 && driver.interruptCB != nullptr &&
+      driver.interruptCB(currentContext()) != 0)
+    return true;
+  return SpecialError == computationInterrupted;
+}
+
+void jumpback() {
+  SpecialError = computationInterrupted;
+  KernelException("interrupted");
+}
+
+// ---- the streams
+
+namespace {
+
+/// What happens to a stream's arguments on their way out.
+enum class Preparation : std::uint8_t { none, print, lprint, result, set, redirect, unconverted };
+
+struct StreamRow {
+  const char* name;
+  Preparation preparation;
+};
+constexpr StreamRow streamRows[] = {
+    // name               arguments
+    {"INTERFACE_PRINT", Preparation::print},       {"INTERFACE_LPRINT", Preparation::lprint},
+    {"INTERFACE_RESULT", Preparation::result},     {"INTERFACE_SET", Preparation::set},
+    {"INTERFACE_REDIRECT", Preparation::redirect}, {"INTERFACE_WARN", Preparation::unconverted},
+};
+
+Preparation preparationOf(const char* stream) {
+  for (const StreamRow& row : streamRows)
+    if (std::strcmp(row.name, stream) == 0) return row.preparation;
+  return Preparation::none;
+}
+
+bool isCallOf(DAG x, const char* name) {
+  return isObject(x) && hasTag(x, FUNCTION) && hasTag(x[1], NAME) &&
+         std::strcmp(textOf(x[1]), name) == 0;
+}
+
+DAG asSequence(DAG x) { return isObject(x) && hasTag(x, EXPSEQ) ? x : new2(EXPSEQ, x); }
+
+void refuseRedirection(bool redirects) {
+  if (secureMode != 0 && redirects) KernelException("redirection is disabled");
+}
+
+/// Redirection hides in a first argument of the output streams.
+void refuseHiddenRedirection(DAG arguments) {
+  refuseRedirection(lengthOf(arguments) > 1 && isCallOf(arguments[1], "INTERFACE_REDIRECT"));
+}
+
+/// Sends a converted message and takes the reply over: a copy, since its objects are the handler's.
+DAG sendAndCopy(DAG x) {
+  DAG reply = callResultHandler(x);
+  if (reply == null || isImmediate(reply)) return reply;
+  if (reply) reply = CopyDAG(reply);
+  if (!reply || reply == DAG(2))
+    KernelException("invalid data structure returned from user interface");
+  return reply;
+}
+
+DAG sendStreamCall(DAG x) {
+  DAG arguments = asSequence(x[2]);
+  bool convert = true;
+  switch (preparationOf(textOf(x[1]))) {
+    case Preparation::print:
+      refuseHiddenRedirection(arguments);
+      arguments = asSequence(prtprepro(arguments, 1));
+      break;
+    case Preparation::lprint:
+      arguments = asSequence(lprtprepro(arguments));
+      break;
+    case Preparation::result:
+      if (!driver.resultsWanted) return null;
+      refuseHiddenRedirection(arguments);
+      arguments = asSequence(prtprepro(arguments, 0));
+      break;
+    case Preparation::set:
+      setinterface(arguments, defaultNerinVariables);
+      break;
+    case Preparation::redirect:
+      refuseRedirection(true);
+      break;
+    case Preparation::unconverted:
+      convert = false;
+      break;
+    case Preparation::none:
+      break;
+  }
+  pollInterruptSoon();
+  DAG message = arguments == x[2] ? x : new3(FUNCTION, x[1], arguments);
+  return sendAndCopy(convert ? koreltonerin(message) : message);
+}
+
+/// Leaves the evaluation for the outermost level, which reports the exit code.
+[[noreturn]] void stopKernel(DAG code) {
+  driver.exitCode = code && isInteger(code) ? IntegerValue(code) : 0;
+  if (driver.depth == 0) Exit(driver.exitCode);
+  ::_longjmp(driver.topLevel, jumpStop);
+}
+
+}  // namespace
+
+DAG switch2(DAG x) {
+  if (isObject(x) && hasTag(x, STOP)) stopKernel(DAG());
+  if (isObject(x) && hasTag(x, DEBUG)) {
+    callResultHandler(koreltonerin(DebugToNerin(x)));
+    return x;
+  }
+  if (isObject(x) && hasTag(x, FUNCTION) && hasTag(x[1], NAME)) {
+    if (x[1] == ini("stop") || x[1] == ini("done") || x[1] == ini("quit")) {
+      DAG arguments = asSequence(x[2]);
+      stopKernel(lengthOf(arguments) > 1 ? arguments[1] : DAG());
+    }
+    if (std::strncmp(textOf(x[1]), "INTERFACE_", 10) == 0) return sendStreamCall(x);
+  }
+  DAG arguments = koreltonerin(asSequence(x));
+  callResultHandler(new3(FUNCTION, naminstall("INTERFACE_PRINT"), arguments));
+  return null;
+}
+
+DAG sendStream(const char* stream, std::initializer_list<DAG> arguments) {
+  return switch2(newCall(naminstall(stream), arguments));
+}
+
+// ---- text
+
+void Msendprint(const char* text) {
+  if (driver.resultCB == nullptr) {
+    std::fputs(text, stderr);  // nobody drives the kernel yet
+    return;
+  }
+  callResultHandler(newCall(naminstall("INTERFACE_CHAR"), {strinstall(text)}));
+}
+
+int Msendflush() { return 1; }
+
+void Printf2(const char* format, ...) {
+  char text[1024];
+  std::va_list values;
+  va_start(values, format);
+  std::vsnprintf(text, sizeof text, format, values);
+  va_end(values);
+  Msendprint(text);
+}
+
+// ---- the way in and out
+
+// Both alias tables are empty: an object has the same form on either side.
+DAG koreltonerin(DAG x) { return x; }
+DAG nerintokorel(DAG x) { return SimplifyMaybeBind(x, true); }
+
+void sendstatus() {
+  sendStream("INTERFACE_STATUS",
+             {NewInteger(wordsUsed()), NewInteger(totalmem), cpuSeconds(), cons0,
+              NewInteger(incrgc), NewInteger(wret), NewInteger(totalfree), NewInteger(totgcs)});
+}
+
+}  // namespace korel

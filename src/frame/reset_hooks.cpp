@@ -1,0 +1,31 @@
+#include "frame/reset_hooks.h"
+
+#include "eval/procedures.h"
+#include "eval/simplify.h"
+#include "frame/help_path.h"
+
+namespace korel {
+
+namespace {
+
+struct HookRow {
+  HookMoment moment;
+  void (*function)();
+};
+constexpr HookRow hookRows[] = {
+    // moment                    function
+    {HookMoment::everyStatement, ResetSimplifier},
+    {HookMoment::throwAway, CleanUpSimplifier},
+    {HookMoment::startFiles, ResetSimplifier},
+    {HookMoment::startFiles, InitializeHelp},
+    {HookMoment::stop, UnloadModules},
+};
+
+}  // namespace
+
+void runHooks(HookMoment moment) {
+  for (const HookRow& row : hookRows)
+    if (row.moment == moment) row.function();
+}
+
+}  // namespace korel

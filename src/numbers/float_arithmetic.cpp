@@ -1,0 +1,175 @@
+// Sums, products and quotients of floats, each rounded once.
+
+#include <algorithm>
+#include <limits>
+
+#include "eval/arithmetic.h"
+#include "eval/precision.h"
+#include "frame/errors.h"
+#include "numbers/float.h"
+#include "numbers/float_rounding.h"
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+DAG asFloat(DAG x) { return isFLOAT(x) && ilength(x[1]) <= precisionDigits() ? x : evalf(x); }
+
+bool fitsWord(std::int64_t x) {
+  return x == static_cast<std::int32_t>(x);
+}
+
+// The operand beside which the other one is too small to count.
+DAG negligibleBeside(DAG kept, DAG a, DAG b) {
+  return GetNumericStatusFlag(inexactEvent) != 0 ? kept : inexactResult(a, b, kept);
+}
+
+// Product with a zero: a zero with the product's sign.
+DAG zeroProduct(DAG ma, DAG mb) {
+  return isNegativeMantissa(ma) == isNegativeMantissa(mb) ? consf0 : consfm0;
+}
+
+// A quotient cut off behind at least one digit more than `Digits`, with its scale: the value lies
+// between q and its successor, times 10^-scale.
+struct Quotient {
+  DAG digits;
+  std::int64_t length;
+  std::int64_t scale;
+  bool truncated;
+};
+
+// n / d, truncated to one to three digits more than `digits`. Neither is zero.
+Quotient divideToDigits(DAG n, DAG d, std::int64_t digits) {
+  std::int64_t scale = digits + ilength(d) - ilength(n) + 2;
+  bool truncated = scale < 0 && hasNonzeroTail(n, -scale);
+  DAG scaled = shift10p(n, scale);
+  DAG remainder;
+  DAG q = IntegerDivide(scaled, d, &remainder);
+  truncated = truncated || remainder != cons0;
+  if (truncated) q = markTruncated(q);
+  return {q, ilength(q), scale, truncated};
+}
+
+// The quotient's digits rounded to `digits`, with the exponent that goes with them; a carry that makes
+// them one more is taken back.
+DAG roundQuotient(const Quotient& q, std::int64_t digits, std::int64_t& exponent) {
+  DAG rounded = times10p(q.digits, digits - q.length);
+  exponent = q.length - digits - q.scale;
+  std::int64_t length = ilength(rounded);
+  if (length > digits) {
+    rounded = times10p(rounded, digits - length);
+    exponent += length - digits;
+  }
+  return rounded;
+}
+
+}  // namespace
+
+DAG FloatAdd(DAG a, DAG b) {
+  if (isSingular(a) || isSingular(b)) return TrapFSUM(a, b);
+  DAG ma = mantissaOf(a), mb = mantissaOf(b);
+  if (ma == consm0 && mb == consm0) return consfm0;
+  if (ma == consm0) return b;
+  if (mb == consm0) return ma == cons0 && roundsDown() ? consfm0 : a;
+  if (ma == cons0) return b;
+  if (mb == cons0) return a;
+
+  std::int64_t digits = precisionDigits();
+  std::int64_t ea = exponentValue(exponentOf(a)), eb = exponentValue(exponentOf(b));
+  std::int64_t la = ilength(ma), lb = ilength(mb);
+  // More than a digit below the last digit that the larger operand can keep.
+  if (eb + lb < std::min(ea, ea + la - digits) - 1) return negligibleBeside(a, a, b);
+  if (ea + la < std::min(eb, eb + lb - digits) - 1) return negligibleBeside(b, a, b);
+
+  DAG exponent = exponentOf(a);
+  if (ea > eb) {
+    ma = shift10p(ma, ea - eb);
+    exponent = exponentOf(b);
+  } else if (eb > ea) {
+    mb = shift10p(mb, eb - ea);
+  }
+  DAG sum = addint(ma, mb);
+  if (sum == cons0) return roundedZero();
+  return ilength(sum) > digits ? BuildFloat(sum, exponent) : newFLOAT(sum, exponent);
+}
+
+DAG evalfadd(DAG a, DAG b) {
+  DAG x = asFloat(a), y = asFloat(b);
+  if (!isFLOAT(x) || !isFLOAT(y)) return new5(SUM, x, cons1, y, cons1);
+  return FloatAdd(x, y);
+}
+
+DAG FloatMultiply(DAG a, DAG b) {
+  if (isSingular(a) || isSingular(b)) return TrapFPROD(a, b);
+  DAG ma = mantissaOf(a), mb = mantissaOf(b);
+  if (isZeroMantissa(ma) || isZeroMantissa(mb)) return zeroProduct(ma, mb);
+  return BuildFloat(mulint(ma, mb), addint(exponentOf(a), exponentOf(b)));
+}
+
+DAG evalfmul(DAG a, DAG b) {
+  DAG x = asFloat(a);
+  if (!isFLOAT(x)) return new5(PROD, x, cons1, b, cons1);
+  if (isSingular(x) || (isFLOAT(b) && isSingular(b)))
+    if (DAG result = TrapFPROD(x, b)) return result;
+  DAG m = mantissaOf(x);
+  if (isInteger(b)) {
+    if (isZeroMantissa(m) || isZeroMantissa(b)) return zeroProduct(m, b);
+    // An integer that fits is taken as it is: only the product is rounded.
+    if (ilength(b) <= precisionDigits()) {
+      DAG product = newFLOAT(mulint(m, b), exponentOf(x));
+      return isSingular(product) ? product : BuildFloat(mantissaOf(product), exponentOf(product));
+    }
+  } else if (hasTag(b, RATIONAL)) {
+    if (isZeroMantissa(m)) return zeroProduct(m, b[1]);
+    EnvironmentChange change;
+    raiseDigits(change, 1);
+    DAG y = rationalToFloat(b);
+    restoreDigits(change);
+    if (isFiniteFloat(y))
+      return BuildFloat(mulint(m, mantissaOf(y)), addint(exponentOf(x), exponentOf(y)));
+    return FloatMultiply(x, y);
+  }
+  DAG y = asFloat(b);
+  if (!isFLOAT(y)) return new5(PROD, x, cons1, y, cons1);
+  return FloatMultiply(x, y);
+}
+
+DAG evalfdiv(DAG a, DAG b) {
+  std::int64_t digits = requireDigits();
+  if (isSingular(a) || isSingular(b) || isZeroMantissa(mantissaOf(b))) return TrapFDIV(a, b);
+  if (isZeroMantissa(mantissaOf(a))) return a;
+  Quotient q = divideToDigits(mantissaOf(a), mantissaOf(b), digits);
+  const bool inexact = GetNumericStatusFlag(inexactEvent) == 0 &&
+                       (q.truncated || hasNonzeroTail(q.digits, q.length - digits));
+  std::int64_t shift;
+  DAG rounded = roundQuotient(q, digits, shift);
+  std::int64_t difference = exponentValue(exponentOf(a)) - exponentValue(exponentOf(b));
+  std::int64_t exponent = difference + shift;
+  if (!fitsWord(difference) || !fitsWord(exponent)) {
+    DAG sign = signOf(rounded);
+    if (difference < 0)
+      return TriggerNumericEvent(underflowEvent, ini("evalf"), a, b, DefaultUnderflow(sign), true);
+    return TriggerNumericEvent(overflowEvent, ini("evalf"), a, b, DefaultOverflow(sign), true);
+  }
+  DAG result = newFLOAT(rounded, NewInteger(exponent));
+  return inexact ? inexactResult(a, b, result) : result;
+}
+
+DAG rationalToFloat(DAG x) {
+  std::int64_t digits = requireDigits();
+  DAG n = x[1], d = x[2];
+  const bool flagged = GetNumericStatusFlag(inexactEvent) != 0;
+  // A part that isn't held by `Digits` digits counts as inexact, whatever the quotient.
+  auto isLong = [digits](DAG part) { return hasNonzeroTail(part, ilength(part) - digits); };
+  bool inexact = !flagged && (isLong(n) || isLong(d));
+  Quotient q = divideToDigits(n, d, digits);
+  if (!flagged && !inexact)
+    inexact = q.truncated || hasNonzeroTail(q.digits, q.length - digits);
+  std::int64_t exponent;
+  DAG rounded = roundQuotient(q, digits, exponent);
+  DAG result = newFLOAT(rounded, NewInteger(exponent));
+  return inexact ? inexactResult(x, DAG(), result) : result;
+}
+
+}  // namespace korel

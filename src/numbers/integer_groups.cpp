@@ -1,0 +1,287 @@
+#include "numbers/integer_groups.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "frame/errors.h"
+#include "numbers/integer.h"
+#include "numbers/integer_transform.h"
+
+namespace korel {
+
+namespace {
+
+// Cut-overs in groups of the shorter operand, measured with bench/integer_bench.cpp.
+constexpr std::size_t karatsubaGroups = 36;
+constexpr std::size_t karatsubaSquareGroups = 56;
+constexpr std::size_t transformGroups = 240;
+
+}  // namespace
+
+GroupSpace::GroupSpace(std::size_t count, Need need) : groups_(own_) {
+  if (count <= ownCount) return;
+  groups_ = static_cast<Group*>(std::malloc(count * sizeof(Group)));
+  if (groups_ == nullptr && need == required) KernelException("object too large");
+}
+
+// ---- packing
+
+void packGroups(const Word* digits, std::size_t n, Group* groups) {
+  std::size_t whole = n / digitsPerGroup;
+  for (std::size_t i = 0; i < whole; ++i, digits += digitsPerGroup) {
+    Group low = digits[0] + Group{digits[1]} * BASE, high = digits[2] + Group{digits[3]} * BASE;
+    groups[i] = low + high * (BASE * BASE);
+  }
+  if (std::size_t rest = n % digitsPerGroup) {
+    Group last = 0;
+    while (rest-- > 0) last = last * BASE + digits[rest];
+    groups[whole] = last;
+  }
+}
+
+void unpackGroups(const Group* groups, Word* digits, std::size_t n) {
+  std::size_t whole = n / digitsPerGroup;
+  for (std::size_t i = 0; i < whole; ++i, digits += digitsPerGroup) {
+    auto low = static_cast<Word>(groups[i] % (BASE * BASE));
+    auto high = static_cast<Word>(groups[i] / (BASE * BASE));
+    digits[0] = low % BASE;
+    digits[1] = low / BASE;
+    digits[2] = high % BASE;
+    digits[3] = high / BASE;
+  }
+  if (std::size_t rest = n % digitsPerGroup) {
+    Group last = groups[whole];
+    for (std::size_t i = 0; i < rest; ++i, last /= BASE) digits[i] = static_cast<Word>(last % BASE);
+  }
+}
+
+// ---- linear operations
+
+int compareGroups(const Group* a, const Group* b, std::size_t n) {
+  while (n-- > 0)
+    if (a[n] != b[n]) return a[n] < b[n] ? -1 : 1;
+  return 0;
+}
+
+Group addGroups(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb) {
+  Group carry = 0;
+  std::size_t i = 0;
+  for (; i < nb; ++i) {
+    Group sum = a[i] + b[i] + carry;
+    carry = sum >= groupBase;
+    r[i] = sum - (carry != 0 ? groupBase : 0);
+  }
+  for (; i < na && carry != 0; ++i) {
+    Group sum = a[i] + 1;
+    carry = sum == groupBase;
+    r[i] = carry != 0 ? 0 : sum;
+  }
+  if (r != a && i < na) std::memmove(r + i, a + i, (na - i) * sizeof(Group));
+  return carry;
+}
+
+Group subtractGroups(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb) {
+  Group borrow = 0;
+  std::size_t i = 0;
+  for (; i < nb; ++i) {
+    Group difference = a[i] - b[i] - borrow;
+    borrow = difference >> 63;
+    r[i] = difference + (borrow != 0 ? groupBase : 0);
+  }
+  for (; i < na && borrow != 0; ++i) {
+    borrow = a[i] == 0;
+    r[i] = borrow != 0 ? groupBase - 1 : a[i] - 1;
+  }
+  if (r != a && i < na) std::memmove(r + i, a + i, (na - i) * sizeof(Group));
+  return borrow;
+}
+
+Group scaleGroups(Group* r, const Group* a, std::size_t n, Group factor, Group carry) {
+  for (std::size_t i = 0; i < n; ++i) {
+    Parts parts = splitGroup(Wide{a[i]} * factor + carry);
+    r[i] = parts.rest;
+    carry = parts.quotient;
+  }
+  return carry;
+}
+
+Group divideGroupsBy(Group* r, const Group* a, std::size_t n, Group divisor) {
+  // 2-by-1 division as in `splitGroup`, with the divisor normalised at run time.
+  int shift = __builtin_clzll(divisor);
+  Group normal = divisor << shift;
+  auto reciprocal = static_cast<Group>(~Wide{0} / normal - (Wide{1} << 64));
+  Group rest = 0;
+  for (std::size_t i = n; i-- > 0;) {
+    Wide x = (Wide{rest} * groupBase + a[i]) << shift;
+    auto high = static_cast<Group>(x >> 64), low = static_cast<Group>(x);
+    Wide estimate = Wide{reciprocal} * high + x;
+    Group quotient = static_cast<Group>(estimate >> 64) + 1;
+    Group left = low - quotient * normal;
+    if (left > static_cast<Group>(estimate)) {
+      --quotient;
+      left += normal;
+    }
+    if (left >= normal) {
+      ++quotient;
+      left -= normal;
+    }
+    r[i] = quotient;
+    rest = left >> shift;
+  }
+  return rest;
+}
+
+// ---- school products: column by column, each the sum of fewer than 10^6 products
+
+namespace {
+
+/// Sum of a[i] * b[-i] for i below n.
+inline Wide columnSum(const Group* a, const Group* b, std::size_t n) {
+  Wide sum = 0, other = 0;  // two chains of additions with carry
+  std::size_t i = 0;
+  for (; i + 4 <= n; i += 4) {
+    sum += Wide{a[i]} * b[-static_cast<std::ptrdiff_t>(i)];
+    other += Wide{a[i + 1]} * b[-static_cast<std::ptrdiff_t>(i) - 1];
+    sum += Wide{a[i + 2]} * b[-static_cast<std::ptrdiff_t>(i) - 2];
+    other += Wide{a[i + 3]} * b[-static_cast<std::ptrdiff_t>(i) - 3];
+  }
+  for (; i < n; ++i) sum += Wide{a[i]} * b[-static_cast<std::ptrdiff_t>(i)];
+  return sum + other;
+}
+
+void schoolSquare(Group* r, const Group* a, std::size_t n) {
+  Wide carry = 0;
+  for (std::size_t k = 0; k < 2 * n - 1; ++k) {
+    std::size_t first = k < n ? 0 : k - n + 1;
+    std::size_t pairs = (k - first + 1) / 2;  // of a[i], a[k-i] with i < k - i
+    Wide sum = columnSum(a + first, a + (k - first), pairs);
+    sum += sum;
+    if (k % 2 == 0) sum += Wide{a[k / 2]} * a[k / 2];
+    carry += sum;
+    r[k] = takeLowest<groupBase>(carry);
+  }
+  r[2 * n - 1] = static_cast<Group>(carry);
+}
+
+}  // namespace
+
+void schoolProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb) {
+  if (a == b && na == nb && na > 2) {
+    schoolSquare(r, a, na);
+    return;
+  }
+  if (na < nb) {
+    std::swap(a, b);
+    std::swap(na, nb);
+  }
+  Wide carry = 0;
+  for (std::size_t k = 0; k < na + nb - 1; ++k) {
+    std::size_t lowB = k < na ? 0 : k - na + 1;
+    std::size_t highB = std::min(k, nb - 1);
+    carry += columnSum(b + lowB, a + (k - lowB), highB - lowB + 1);
+    r[k] = takeLowest<groupBase>(carry);
+  }
+  r[na + nb - 1] = static_cast<Group>(carry);
+}
+
+// ---- Karatsuba with differences: a1*b0 + a0*b1 = a1*b1 + a0*b0 - (a1 - a0) * (b1 - b0)
+
+namespace {
+
+/// r = |a0 - a1| over h groups, where a1 has n - h; true when a1 is the larger.
+bool absoluteDifference(Group* r, const Group* a0, const Group* a1, std::size_t h, std::size_t high) {
+  std::size_t s0 = significantGroups(a0, h), s1 = significantGroups(a1, high);
+  bool less = s0 != s1 ? s0 < s1 : compareGroups(a0, a1, s0) < 0;
+  if (less)
+    subtractGroups(r, a1, s1, a0, s0);
+  else
+    subtractGroups(r, a0, s0, a1, s1);
+  std::size_t done = less ? s1 : s0;
+  std::memset(r + done, 0, (h - done) * sizeof(Group));
+  return less;
+}
+
+/// r = a * b, n groups each; `scratch` has 2n + 2 * bits of n groups or more.
+void karatsuba(Group* r, const Group* a, const Group* b, std::size_t n, Group* scratch) {
+  bool square = a == b;
+  if (n < (square ? karatsubaSquareGroups : karatsubaGroups)) {
+    schoolProduct(r, a, n, b, n);
+    return;
+  }
+  std::size_t h = (n + 1) / 2, high = n - h;
+  Group* middle = scratch;
+  Group* next = scratch + 2 * h;
+  bool negative = absoluteDifference(r, a, a + h, h, high);
+  if (square) {
+    karatsuba(middle, r, r, h, next);
+    negative = false;
+  } else {
+    negative ^= absoluteDifference(r + h, b, b + h, h, high);
+    karatsuba(middle, r, r + h, h, next);
+  }
+  karatsuba(r, a, b, h, next);
+  karatsuba(r + 2 * h, a + h, b + h, high, next);
+
+  // middle = low + high product, less or plus the product of the differences.
+  const Group *low = r, *top = r + 2 * h;
+  std::int64_t carry = 0;
+  for (std::size_t i = 0; i < 2 * h; ++i) {
+    auto value = static_cast<std::int64_t>(low[i] + (i < 2 * high ? top[i] : 0)) + carry;
+    value += negative ? static_cast<std::int64_t>(middle[i]) : -static_cast<std::int64_t>(middle[i]);
+    carry = value < 0 ? -1
+            : value >= static_cast<std::int64_t>(2 * groupBase) ? 2
+            : value >= static_cast<std::int64_t>(groupBase)     ? 1
+                                                                : 0;
+    middle[i] = static_cast<Group>(value - carry * static_cast<std::int64_t>(groupBase));
+  }
+  // A carry of the middle part lies at r + 3h, which high products of an odd n may lack: it is 0 then.
+  Group above = addGroups(r + h, r + h, 2 * n - h, middle, std::min(2 * h, 2 * n - h));
+  assert(above == 0 && carry >= 0);
+  (void)above;
+  if (carry > 0) {
+    auto extra = static_cast<Group>(carry);
+    addGroups(r + 3 * h, r + 3 * h, 2 * n - 3 * h, &extra, 1);
+  }
+}
+
+void karatsubaProduct(Group* r, const Group* a, const Group* b, std::size_t n) {
+  GroupSpace scratch(2 * n + 256);
+  karatsuba(r, a, b, n, scratch);
+}
+
+/// r = a * b with na > nb: blocks of the longer operand of nb groups, added up.
+void blockProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb,
+                  std::size_t block) {
+  GroupSpace part(block + nb);
+  std::memset(r, 0, (na + nb) * sizeof(Group));
+  for (std::size_t at = 0; at < na; at += block) {
+    std::size_t length = std::min(block, na - at);
+    multiplyGroups(part, a + at, length, b, nb);
+    addGroups(r + at, r + at, na + nb - at, part, length + nb);
+  }
+}
+
+}  // namespace
+
+void multiplyGroups(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb) {
+  if (na < nb) {
+    std::swap(a, b);
+    std::swap(na, nb);
+  }
+  bool square = a == b && na == nb;
+  if (nb < (square ? karatsubaSquareGroups : karatsubaGroups)) {
+    schoolProduct(r, a, na, b, nb);
+  } else if (nb >= transformGroups) {
+    // A long operand against a much longer one: pieces, whose transforms stay in the cache.
+    if (na > 4 * nb && na > 16 * transformGroups)
+      blockProduct(r, a, na, b, nb, 2 * nb);
+    else if (!transformProduct(r, a, na, b, nb))
+      na == nb ? karatsubaProduct(r, a, b, nb) : blockProduct(r, a, na, b, nb, nb);
+  } else if (na == nb) {
+    karatsubaProduct(r, a, b, nb);
+  } else {
+    blockProduct(r, a, na, b, nb, nb);
+  }
+}
+
+}  // namespace korel

@@ -1,0 +1,119 @@
+#pragma once
+// Long operands packed into groups of four digits: base 10^16 in 64-bit words.
+//
+// A product of digits uses 27 of a machine multiplication's 128 bits, a product of groups 107 of them,
+// and sums of a million such products still fit in 128 bits. So the long operations pack their operands
+// (a linear cost), work on groups, and unpack the result. Decimal text, shifts and comparisons stay on
+// the digits.
+//
+// Everything here works on plain arrays of canonical groups, lowest first, whose length is given; high
+// groups may be zero. Results don't overlap operands unless a line says so. Scratch comes from the
+// system and goes back before the return.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+#include "store/dag.h"
+
+namespace korel {
+
+using Group = std::uint64_t;
+using Wide = unsigned __int128;
+constexpr Group groupBase = 10000000000000000u;
+constexpr std::size_t digitsPerGroup = 4;
+constexpr std::size_t groupsFor(std::size_t digits) {
+  return (digits + digitsPerGroup - 1) / digitsPerGroup;
+}
+
+/// Scratch groups: a few on the stack, more from the system. A system without memory is the error
+/// "object too large" (which leaves outer spaces behind), or `missing` for an optional space.
+class GroupSpace {
+ public:
+  enum Need { required, optional };
+  explicit GroupSpace(std::size_t count, Need need = required);
+  ~GroupSpace() {
+    if (groups_ != own_) std::free(groups_);
+  }
+  GroupSpace(const GroupSpace&) = delete;
+  GroupSpace& operator=(const GroupSpace&) = delete;
+  bool missing() const { return groups_ == nullptr; }
+  operator Group*() const { return groups_; }  // NOLINT: reads as an array
+
+ private:
+  static constexpr std::size_t ownCount = 80;
+  Group* groups_;
+  Group own_[ownCount];
+};
+
+/// Packs n digits into `groupsFor(n)` groups.
+void packGroups(const Word* digits, std::size_t n, Group* groups);
+/// Writes the n lowest digits of the groups; all further digits are zero.
+void unpackGroups(const Group* groups, Word* digits, std::size_t n);
+
+/// Count without the zero groups on top.
+inline std::size_t significantGroups(const Group* a, std::size_t n) {
+  while (n > 0 && a[n - 1] == 0) --n;
+  return n;
+}
+int compareGroups(const Group* a, const Group* b, std::size_t n);
+/// r = a + b with na >= nb; gives the carry. r may be a or b.
+Group addGroups(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb);
+/// r = a - b with na >= nb; gives the borrow. r may be a or b.
+Group subtractGroups(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb);
+/// r = a * factor + carry, factor and carry below 10^16; gives the group that comes out. r may be a.
+Group scaleGroups(Group* r, const Group* a, std::size_t n, Group factor, Group carry = 0);
+/// r = a / divisor; gives the remainder. r may be a.
+Group divideGroupsBy(Group* r, const Group* a, std::size_t n, Group divisor);
+
+/// r = a * b, na + nb groups; neither count is 0. The same array twice makes a square.
+void multiplyGroups(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb);
+/// The same by the school method, in columns of 128 bits.
+void schoolProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb);
+
+/// q = a / b, and the remainder in the nb lowest groups of a (the rest of a becomes zero). b's top group
+/// isn't zero, na >= nb, q has na - nb + 1 groups.
+void divideGroups(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb);
+
+// ---- single groups
+
+/// Quotient and rest of a product, with a multiplication in place of the division.
+struct Parts {
+  Group quotient, rest;
+};
+/// x divided by `base`, for x below base * 2^64 (Moeller and Granlund, "Improved division by invariant
+/// integers", algorithm 4, with the divisor shifted to the top bit).
+template <Group base>
+inline Parts splitBy(Wide x) {
+  constexpr int shift = __builtin_clzll(base);
+  constexpr Group divisor = base << shift;
+  constexpr Group reciprocal = static_cast<Group>(~Wide{0} / divisor - (Wide{1} << 64));
+  x <<= shift;
+  auto high = static_cast<Group>(x >> 64), low = static_cast<Group>(x);
+  Wide estimate = Wide{reciprocal} * high + x;
+  Group quotient = static_cast<Group>(estimate >> 64) + 1;
+  Group rest = low - quotient * divisor;
+  if (rest > static_cast<Group>(estimate)) {
+    --quotient;
+    rest += divisor;
+  }
+  if (rest >= divisor) {
+    ++quotient;
+    rest -= divisor;
+  }
+  return {quotient, rest >> shift};
+}
+inline Parts splitGroup(Wide x) { return splitBy<groupBase>(x); }
+
+/// Takes the lowest place in base `base` off a sum, which keeps the quotient.
+template <Group base>
+inline Group takeLowest(Wide& sum) {
+  // The part above 64 bits first, so that the rest meets the bound of `splitBy`.
+  auto high = static_cast<Group>(sum >> 64);
+  Group above = high / base;
+  Parts parts = splitBy<base>(Wide{high - above * base} << 64 | static_cast<Group>(sum));
+  sum = Wide{above} << 64 | parts.quotient;
+  return parts.rest;
+}
+
+}  // namespace korel

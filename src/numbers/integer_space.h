@@ -1,0 +1,39 @@
+#pragma once
+// How a routine ends that has built an integer in space of its own.
+
+#include "numbers/integer.h"
+#include "store/objects.h"
+
+namespace korel {
+
+/// Gives back the unused tail of heap `x`, which was allocated with `space` words.
+inline DAG trimmed(DAG x, Word space) {
+  if (lengthOf(x) != space) shorten(x, space, lengthOf(x));
+  return x;
+}
+
+/// The canonical integer of heap `x`, which was allocated with `space` words: an immediate releases
+/// them, otherwise the unused tail goes back.
+inline DAG settled(DAG x, Word space) {
+  DAG result = MakeImmediate(x);
+  if (result == x) return trimmed(x, space);
+  release(x, space);
+  return result;
+}
+
+/// Header of heap `x` for the `count` digits that have been written, less the zeros on top.
+inline DAG withDigits(DAG x, Tag sign, Word count) {
+  const Word* digit = digitsOf(x);
+  while (count > 1 && digit[count - 1] == 0) --count;
+  if (count == 1 && digit[0] == 0) sign = INTPOS;
+  setHeader(x, sign, count + 1);
+  controlWord(x) = genpat;
+  return x;
+}
+
+/// A fresh heap copy of `x` in either form, with room for `extra` more words.
+inline DAG softCopy(DAG x, Word extra = 0) {
+  return CopyIntoSoftInt(news(softIntLengthBound(x) + extra), x);
+}
+
+}  // namespace korel

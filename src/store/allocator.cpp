@@ -1,0 +1,149 @@
+#include "store/allocator.h"
+
+#include <algorithm>
+
+#include "frame/errors.h"
+#include "frame/output.h"
+#include "store/address_range.h"
+
+namespace korel {
+
+Word freelist[freeListCount];
+Word allstorage = 0;
+Word lostorage = 0, historage = 0;
+std::int64_t totalmem = 0;
+std::int64_t totalfree = 0;
+std::int64_t cused = 0;
+std::int64_t ocused = 0;
+std::int64_t cusedext = 0;
+std::int64_t wret = 0;
+std::int64_t totgcs = 0;
+bool InExternalCall = false;
+bool foreignDAG = false;
+bool debuggingFreeLists = false;
+
+namespace {
+
+constexpr int lastClass = freeListCount - 1;
+constexpr int stockPieces = 129;  // pieces of a small size that one large block yields at most
+constexpr Word smallestSplit = 3; // words that a split leaves behind at least
+
+Word& linkOf(Word block) { return wordAt(block); }
+Word& sizeOf(Word block) { return wordAt(block + 4); }
+
+constexpr int classOf(Word n) { return n < 19 ? 12 : n < 35 ? 13 : n < 141 ? 14 : 15; }
+
+// First block of class `c` that fits `n` exactly or can be split, unlinked; 0 for none.
+Word takeFromClass(int c, Word n) {
+  Word* link = &freelist[c];
+  for (Word block = *link; block != 0; link = &linkOf(block), block = *link) {
+    Word size = sizeOf(block);
+    if (size > n + 2 || size == n) {
+      *link = linkOf(block);
+      return block;
+    }
+  }
+  return 0;
+}
+
+// Cuts `n` words from the front of `block`, whose size is at least n + 3. A small size also stocks its
+// free list, in address order, so that a burst of such objects makes one trip.
+Word breakup(Word block, Word n) {
+  Word rest = sizeOf(block) - n;
+  Word at = block + 4 * n;
+  if (n >= 3 && n < firstClassSize && rest - n >= smallestSplit && rest > n) {
+    Word first = at;
+    Word* link = nullptr;
+    for (int piece = 0; piece < stockPieces && rest >= n + smallestSplit; ++piece) {
+      if (link != nullptr) *link = at;
+      link = &linkOf(at);
+      at += 4 * n;
+      rest -= n;
+    }
+    *link = freelist[n];
+    freelist[n] = first;
+  }
+  release_space(at, rest);
+  return block;
+}
+
+// A free block of a fresh chunk with room for `n` words; 0 when memory fails.
+Word newChunk(Word n) {
+  Word k = (n + 16382) / chunkUnit;
+  std::int64_t words = std::int64_t{k} * chunkUnit;
+  Word chunk = commitWords(words);
+  if (chunk == 0) return 0;
+  Word end = chunk + static_cast<Word>(4 * words);
+  historage = std::max(historage, end);
+  lostorage = lostorage == 0 ? chunk : std::min(lostorage, chunk);
+  totalmem += words;
+  Word first = allstorage;
+  Word block = chunk;
+  Word size = static_cast<Word>(words);
+  if (first != 0 && first + 4 * sizeOf(first) == chunk) {
+    // Directly behind the latest chunk: one chunk of both.
+    sizeOf(first) += size;
+  } else {
+    linkOf(chunk) = allstorage;
+    sizeOf(chunk) = size;
+    allstorage = chunk;
+    block = chunk + 8;
+    size -= 2;
+  }
+  sizeOf(block) = size;
+  return block;
+}
+
+}  // namespace
+
+Word getLargeSpace(Word n) {
+  if (n > maxLength) {
+    if (foreignDAG) return 0;
+    KernelException("object too large");
+  }
+  Word block = 0;
+  for (int c = classOf(n); c <= lastClass && block == 0; ++c) block = takeFromClass(c, n);
+  if (block == 0) {
+    block = newChunk(n);
+    if (block == 0) {
+      if (foreignDAG) return 0;
+      notimpl("ran out of memory");
+    }
+  }
+  return sizeOf(block) == n ? block : breakup(block, n);
+}
+
+void release_space(Word block, std::int64_t n) {
+  if (n < 1) return;
+  if (n < firstClassSize) {
+    linkOf(block) = freelist[n];
+    freelist[n] = block;
+    return;
+  }
+  auto size = static_cast<Word>(n);
+  sizeOf(block) = size;
+  Word& head = freelist[classOf(size)];
+  // The head is the smallest of what has lately come in: a search that fits it ends at once.
+  if (head != 0 && sizeOf(head) < size) {
+    linkOf(block) = linkOf(head);
+    linkOf(head) = block;
+  } else {
+    linkOf(block) = head;
+    head = block;
+  }
+}
+
+void ShowFreeLists() {
+  if (!debuggingFreeLists) return;
+  Printf2("\nFree List (GC): ");
+  for (int i = 1; i < freeListCount; ++i) {
+    long count = 0;
+    for (Word block = freelist[i]; block != 0; block = linkOf(block)) ++count;
+    Printf2("%ld ", count);
+  }
+  Printf2("\nSizes of last freelist: ");
+  for (Word block = freelist[lastClass]; block != 0; block = linkOf(block)) Printf2("%u ", sizeOf(block));
+  Printf2("\n");
+}
+
+}  // namespace korel

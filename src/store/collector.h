@@ -1,0 +1,90 @@
+#pragma once
+// The collector: a mark and sweep that moves nothing, over generations that are slices of allocation
+// time.
+//
+// Objects carry the label of the generation that made them (generations.h). When a statement ends at
+// some level, the generations that allocated only at that level or deeper are released: their objects
+// die at the next collection unless a root reaches them. Objects of generations not yet released are
+// roots themselves, so that whatever a running statement holds in local variables is safe. A survivor
+// carries one of two mark labels, which swap at each collection, and must be reached again next time.
+//
+// A collection runs at the end of a statement, or by a call of `gc`, and allocates nothing. The tables
+// of names, strings and simplified objects are weak; so are the remember tables of procedures with the
+// option `system` or `builtin`. What else is alive is told by the roots that each subsystem registers
+// at its start; registering twice has no effect.
+
+#include <cstdint>
+#include <cstdio>
+
+#include "store/dag.h"
+#include "store/generations.h"
+
+namespace korel {
+
+struct BuiltinCall;
+
+// ---- running
+
+/// The end of a statement that ran at `level`: releases generations, opens a new one when the present
+/// one has had its share of words, and collects when the interval has passed.
+void endOfStatement(std::int32_t level);
+/// One full collection. Nothing while an external routine or another collection is running.
+void gc();
+/// The collection inside external calls: frees integers and floats that nobody holds, and only those.
+void GarbageCollectSoftwareFloats();
+
+extern std::int64_t nextsfgc;  // words: value of `cusedext` that triggers the float collection
+extern std::int64_t ccused;    // words: mark of the last status report of the interpreter
+/// True while a collection is under way.
+extern bool collecting;
+
+// ---- built-ins and reports
+
+/// The built-in `gc`: collects; gives the empty sequence.
+DAG gc(const BuiltinCall& call);
+/// A collection's census: a LIST with attribute `matrix` of [tag name, objects, bytes] for each tag.
+DAG MemoryUsage();
+
+// ---- roots, of other subsystems
+
+using Visitor = void (*)(DAG x);
+
+/// The word at `root` is alive, and what it refers to. It may be 0.
+void registerRoot(DAG* root);
+/// `count` words from `roots` on.
+void registerRootArray(DAG* roots, int count);
+/// `walk` calls its argument on each reference that it knows.
+void registerRootWalker(void (*walk)(Visitor visit));
+
+/// Objects with a last wish, as modules with an unload function. After marking, `collectDead` sorts
+/// out those that `isAlive` denies and keeps them by `keep` for once more; after the sweep `run` acts.
+void registerLastWish(void (*collectDead)(bool (*isAlive)(DAG), Visitor keep), void (*run)());
+/// How rtables are walked (all words behind `s` that refer to objects, ring and data included) and
+/// what is done when one dies.
+void registerRtables(void (*walk)(DAG s, Visitor visit), void (*die)(DAG s));
+/// `begin` runs before a collection looks at anything, `end` behind everything; either may be null.
+void registerCollectionHook(void (*begin)(), void (*end)());
+
+/// Calls `visit` on every root, the weak tables left out: constants, standard names, the frames of the
+/// running procedures, and all that was registered.
+void forEachRoot(Visitor visit);
+
+// ---- instruments
+
+/// Collect at the end of every statement, and check the heap after each collection. Set at start by a
+/// value of the environment variable KOREL_GC_STRESS other than "" and "0".
+extern bool collectAlways;
+/// Walks the heap and every root: each reference of a live object is an immediate, 0, or the address of
+/// a live object. Null when so, else a text that tells the first violation (until the next call).
+const char* checkHeap();
+
+struct HeapFigures {
+  std::int64_t words = 0;        // of all chunks, their two header words left out
+  std::int64_t live = 0;         // words of objects that a collection would now keep
+  std::int64_t dead = 0;         // words of objects that it could take
+  std::int64_t objects = 0;      // how many of either
+};
+/// Counts the heap as it stands; the rest of `words` is free.
+HeapFigures heapFigures();
+
+}  // namespace korel

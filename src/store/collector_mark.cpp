@@ -1,0 +1,76 @@
+// The marker: reaches everything behind a reference, with a work list of its own.
+//
+// Structures are deeper than the native stack, so that marked objects whose fields are still to be
+// looked at wait on a list. Every object is on it at most once.
+
+#include <cstdlib>
+
+#include "frame/errors.h"
+#include "store/collector_phases.h"
+#include "store/reference_fields.h"
+
+namespace korel {
+
+Word currentMark = firstMarkLabel;
+Word previousMark = firstMarkLabel + 1;
+TagCensus census[tagCount + 1];
+
+namespace {
+
+Word* waiting = nullptr;
+std::uint32_t waitingCapacity = 0;
+std::uint32_t waitingCount = 0;
+
+void growWaiting() {
+  std::uint32_t capacity = waitingCapacity == 0 ? 4096 : 2 * waitingCapacity;
+  auto* larger = static_cast<Word*>(std::realloc(waiting, std::size_t{capacity} * sizeof(Word)));
+  if (larger == nullptr) {
+    // Nothing has been swept: what is left unmarked is still there for the next collection.
+    releaseMarkStack();
+    collecting = false;
+    notimpl("ran out of memory");
+  }
+  waiting = larger;
+  waitingCapacity = capacity;
+}
+
+void reach(DAG x) {
+  if (!isObject(x) || genc[generationOf(x)] != 0) return;
+  setLabel(x, currentMark);
+  if (waitingCount == waitingCapacity) growWaiting();
+  waiting[waitingCount++] = x.word;
+}
+
+void reachReferencesOf(DAG s) {
+  TagCensus& count = census[tagNumber(tagOf(s))];
+  ++count.objects;
+  count.words += lengthOf(s) + 1;
+  if (hasTag(s, RTABLE))
+    walkRtable(s, reach);
+  else
+    forEachReferenceField(s, [](DAG& field) { reach(field); });
+}
+
+void work() {
+  while (waitingCount != 0) reachReferencesOf(DAG(waiting[--waitingCount]));
+}
+
+}  // namespace
+
+void mark(DAG x) {
+  reach(x);
+  work();
+}
+
+void markReferencesOf(DAG s) {
+  reachReferencesOf(s);
+  work();
+}
+
+void releaseMarkStack() {
+  std::free(waiting);
+  waiting = nullptr;
+  waitingCapacity = waitingCount = 0;
+}
+
+}  // namespace korel

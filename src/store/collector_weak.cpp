@@ -1,0 +1,131 @@
+// Tables that do not keep their entries alive.
+
+#include "store/collector_phases.h"
+#include "store/constants.h"
+#include "store/hash.h"
+#include "store/names.h"
+#include "store/standard_names.h"
+
+namespace korel {
+
+namespace {
+
+// Remember tables of procedures that say `system` or `builtin`: their results can be worked out again.
+// What does not fit into the list is forgotten altogether.
+constexpr int maxRememberTables = 100;
+DAG rememberTables[maxRememberTables];
+int rememberTableCount;
+
+DAG chainOf(DAG table, Word bucket) { return table[bucket]; }
+
+template <class Visit>
+void forEachChain(DAG table, Visit visit) {
+  if (!isObject(table)) return;  // before the start
+  for (Word bucket = 1; bucket < lengthOf(table); ++bucket)
+    if (DAG chain = chainOf(table, bucket)) visit(chain);
+}
+
+template <class Visit>
+void forEachPair(DAG table, Visit visit) {
+  forEachChain(table, [&](DAG chain) {
+    for (Word i = 1; rawField(chain, i) != 0; i += 2) visit(chain[i], chain[i + 1]);
+  });
+}
+
+// Removes the pairs that `isDead` names: the last pair in use takes the place of each.
+template <class IsDead>
+void dropPairs(DAG chain, IsDead isDead) {
+  Word end = 1;
+  while (rawField(chain, end) != 0) end += 2;
+  for (Word i = 1; i < end;) {
+    if (!isDead(chain[i], chain[i + 1])) {
+      i += 2;
+      continue;
+    }
+    end -= 2;
+    chain[i] = chain[end];
+    chain[i + 1] = chain[end + 1];
+    chain[end] = DAG();
+    chain[end + 1] = DAG();
+  }
+}
+
+bool hasWeakOption(DAG procedure) {
+  DAG options = procedure[3];
+  if (!isObject(options) || !hasTag(options, EXPSEQ)) return false;
+  for (Word i = 1; i < lengthOf(options); ++i)
+    if (options[i] == ini("system") || options[i] == ini("builtin")) return true;
+  return false;
+}
+
+bool isAliveOrPlain(DAG x) { return !isObject(x) || isAlive(x); }
+
+bool isAliveKey(DAG key) {
+  if (!isObject(key) || !hasTag(key, EXPSEQ)) return isAliveOrPlain(key);
+  for (Word i = 1; i < lengthOf(key); ++i)
+    if (!isAliveOrPlain(key[i])) return false;
+  return true;
+}
+
+void sweepRememberTable(DAG table) {
+  forEachChain(table, [](DAG chain) {
+    dropPairs(chain, [](DAG key, DAG value) {
+      if (!isAliveKey(key) || !isAliveOrPlain(value)) return true;
+      mark(value);
+      mark(key);
+      return false;
+    });
+    mark(chain);
+  });
+}
+
+void hide(DAG table) {
+  if (!isObject(table)) return;
+  setLabel(table, previousMark);
+  forEachChain(table, [](DAG chain) { setLabel(chain, previousMark); });
+}
+
+void sweepWeakTable(DAG table) {
+  forEachChain(table, [](DAG chain) {
+    dropPairs(chain, [](DAG, DAG value) { return !isAliveOrPlain(value); });
+  });
+  mark(table);
+}
+
+}  // namespace
+
+void listRememberTables() {
+  rememberTableCount = 0;
+  forEachPair(nametab, [](DAG, DAG name) {
+    DAG procedure = name[1];
+    if (!isObject(procedure) || !hasTag(procedure, PROC) || name == ini("readlib")) return;
+    DAG table = procedure[4];
+    if (!isObject(table) || !hasTag(table, HASHTAB) || !hasWeakOption(procedure)) return;
+    if (rememberTableCount == maxRememberTables) {
+      procedure[4] = null;
+      return;
+    }
+    rememberTables[rememberTableCount++] = table;
+    setLabel(table, currentMark);
+  });
+}
+
+void markNamesInUse() {
+  forEachPair(nametab, [](DAG, DAG name) {
+    if (name[1] != DAG() || name[2] != null) mark(name);
+  });
+}
+
+void hideWeakTables() {
+  for (DAG table : {simpltab, nametab, strtab}) hide(table);
+}
+
+void sweepRememberTables() {
+  while (rememberTableCount != 0) sweepRememberTable(rememberTables[--rememberTableCount]);
+}
+
+void sweepWeakTables() {
+  for (DAG table : {simpltab, nametab, strtab}) sweepWeakTable(table);
+}
+
+}  // namespace korel

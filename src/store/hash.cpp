@@ -1,0 +1,226 @@
+#include "store/hash.h"
+
+#include <cstring>
+
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+constexpr Word newChainLength = 7;  // three pairs, the last of them always empty
+
+DAG& chainOf(Word k, DAG table) { return table[bucketIndex(k, lengthOf(table))]; }
+PairAddress firstPair(DAG chain) { return chain.word + 4; }
+
+DAG newChain(Word k, DAG value, DAG table) {
+  DAG chain = newl4(newChainLength, HASH, DAG(k), value);
+  controlWord(chain) |= controlWord(table) & tableBit;
+  return chain;
+}
+
+// Room for more pairs: about a fifth, and at least five.
+void growChain(DAG& chain, DAG table) {
+  chain = enlarge(chain, 2 * (lengthOf(chain) / 10) + 10);
+  controlWord(chain) |= controlWord(table) & tableBit;
+}
+
+// Makes room when the last usable pair is taken.
+void ensureRoom(DAG& chain, DAG table) {
+  // Scanning needs no test for the end as long as the last pair is empty.
+  if (chain[static_cast<std::int64_t>(lengthOf(chain)) - 4].word != 0) growChain(chain, table);
+}
+
+// The last pair in use moves over `pair`.
+void removePair(PairAddress pair) {
+  PairAddress last = pair;
+  while (pairKey(nextPair(last)).word != 0) last = nextPair(last);
+  pairKey(pair) = pairKey(last);
+  pairValue(pair) = pairValue(last);
+  pairKey(last) = DAG();
+  pairValue(last) = DAG();
+}
+
+// Calls `visit(pair)` on each pair of each chain until it answers false.
+template <class Visit>
+bool visitPairs(DAG table, Visit visit) {
+  for (Word b = 1, n = lengthOf(table); b < n; ++b) {
+    DAG chain = table[b];
+    if (!chain) continue;
+    for (PairAddress pair = firstPair(chain); pairKey(pair).word != 0; pair = nextPair(pair))
+      if (!visit(pair)) return false;
+  }
+  return true;
+}
+
+bool holdsPair(DAG chain, DAG key, DAG value) {
+  if (!chain) return false;
+  for (PairAddress pair = firstPair(chain); pairKey(pair).word != 0; pair = nextPair(pair))
+    if (pairKey(pair) == key && pairValue(pair) == value) return true;
+  return false;
+}
+
+bool chainWithin(DAG a, DAG b) {
+  if (!a) return true;
+  for (PairAddress pair = firstPair(a); pairKey(pair).word != 0; pair = nextPair(pair))
+    if (!holdsPair(b, pairKey(pair), pairValue(pair))) return false;
+  return true;
+}
+
+}  // namespace
+
+DAG newhashtab(Word buckets) { return newl2(buckets + 1, HASHTAB); }
+
+DAG copyhashtab(DAG table) {
+  DAG copied = CopyAlg(table);
+  for (Word b = 1; b < lengthOf(copied); ++b)
+    if (copied[b]) copied[b] = CopyAlg(copied[b]);
+  return copied;
+}
+
+namespace {
+template <class Matches>
+PairAddress searchText(Word k, DAG table, Matches matches) {
+  PairAddress pair = search(k, table);
+  if (pair == notFound) return notFound;
+  for (; pairKey(pair).word != 0; pair = nextPair(pair))
+    if (pairKey(pair).word == k && matches(textOf(pairValue(pair)))) return pair;
+  return notFound;
+}
+}  // namespace
+
+PairAddress searchstring(Word k, const char* text, DAG table) {
+  return searchText(k, table, [text](const char* found) { return std::strcmp(found, text) == 0; });
+}
+PairAddress searchstringprefix(Word k, const char* text, DAG table) {
+  std::size_t n = std::strlen(text);
+  return searchText(k, table, [=](const char* found) { return std::strncmp(found, text, n) == 0; });
+}
+
+PairAddress hashinsert(Word k, DAG value, DAG table) {
+  DAG& chain = chainOf(k, table);
+  if (!chain) {
+    chain = newChain(k, value, table);
+    return firstPair(chain);
+  }
+  ensureRoom(chain, table);
+  PairAddress pair = firstPair(chain);
+  while (pairKey(pair).word != 0) pair = nextPair(pair);
+  pairKey(pair) = DAG(k);
+  pairValue(pair) = value;
+  return pair;
+}
+
+PairAddress hashunique(Word k, DAG value, DAG table) {
+  DAG& chain = chainOf(k, table);
+  if (!chain) {
+    chain = newChain(k, value, table);
+    return firstPair(chain);
+  }
+  ensureRoom(chain, table);
+  PairAddress pair = firstPair(chain);
+  while (pairKey(pair).word != 0 && pairKey(pair).word != k) pair = nextPair(pair);
+  pairKey(pair) = DAG(k);
+  pairValue(pair) = value;
+  return pair;
+}
+
+void hashdelete(Word k, DAG table) {
+  for (PairAddress pair = search(k, table); pair != notFound; pair = search(k, table)) removePair(pair);
+}
+
+DAG hashremove(Word k, DAG table) {
+  PairAddress pair = search(k, table);
+  if (pair == notFound) return DAG(notFound);
+  DAG value = pairValue(pair);
+  removePair(pair);
+  return value;
+}
+
+void clearhash(DAG table, bool giveBack) {
+  for (Word b = 1, n = lengthOf(table); b < n; ++b) {
+    DAG chain = table[b];
+    if (!chain) continue;
+    if (giveBack) {
+      release(chain, lengthOf(chain));
+      table[b] = DAG();
+    } else {
+      std::memset(static_cast<void*>(&chain[1]), 0, 4 * (std::size_t{lengthOf(chain)} - 1));
+    }
+  }
+}
+
+std::int64_t hashcount(DAG table) {
+  std::int64_t count = 0;
+  visitPairs(table, [&count](PairAddress) { return ++count, true; });
+  return count;
+}
+
+DAG hashseq(DAG table) {
+  DAG sequence = newl2(static_cast<Word>(hashcount(table) + 1), EXPSEQ);
+  Word at = 1;
+  visitPairs(table, [&](PairAddress pair) {
+    sequence[at++] = new3(EQUATION, pairKey(pair), pairValue(pair));
+    return true;
+  });
+  return sequence;
+}
+
+bool hashforeach(DAG table, bool (*f)(void* arg, PairAddress pair), void* arg) {
+  return visitPairs(table, [=](PairAddress pair) { return f(arg, pair); });
+}
+
+bool hashEqualEntries(DAG a, DAG b) {
+  if (lengthOf(a) != lengthOf(b)) return false;
+  for (Word i = 1; i < lengthOf(a); ++i)
+    if (!chainWithin(a[i], b[i]) || !chainWithin(b[i], a[i])) return false;
+  return true;
+}
+
+Word hashstring(const char* text) {
+  Word h = 1;
+  for (; *text != 0; ++text)
+    h = static_cast<Word>(static_cast<std::int32_t>(static_cast<signed char>(*text))) + 1027 * h;
+  return h == 0 ? 1 : h;
+}
+
+Word hashalg(DAG s) {
+  Tag tag = tagOf(s);
+  Word n = lengthOf(s);
+  Word h = 0;
+  auto mix = [&h](DAG x) { h = x.word + 1027 * h; };
+  switch (tag) {
+    case NAME: return s.word;
+    case PROC:
+      h = s[5].word;
+      mix(s[4]);
+      mix(s[3]);
+      break;
+    case MODDEF:
+      h = s[9].word;
+      mix(s[5]);
+      mix(s[4]);
+      mix(s[3]);
+      break;
+    case SUM: case PROD:
+      h = static_cast<Word>(tagNumber(tag));
+      if (n >= 4) {
+        // Each pair is hashed alone and the hashes added: the order of the pairs does not matter.
+        for (Word i = 1; i < n; i += 2) {
+          Word p = s[i + 1].word + 1027 * s[i].word;
+          Word q = p + static_cast<Word>(static_cast<std::int32_t>(p) >> 4);
+          h += q * (2 * q + 1);
+        }
+      } else {
+        for (Word i = 1; i < n; ++i) mix(s[i]);
+      }
+      break;
+    default:
+      h = static_cast<Word>(tagNumber(tag));
+      for (Word i = 1; i < n; ++i) mix(s[i]);
+      break;
+  }
+  return h == 0 ? 1 : h;
+}
+
+}  // namespace korel

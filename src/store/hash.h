@@ -1,0 +1,74 @@
+#pragma once
+// Hash tables as objects: HASHTAB of chains, HASH of (key, value) pairs.
+//
+// One design serves the name and string tables, the table of simplified objects, TABLE entries and
+// remember tables. A chain always keeps its last pair empty, so that a scan for a key needs no length
+// test; a key is never 0. Chains may hold a key more than once: `hashinsert` never tests.
+//
+// Searches answer with the address of a pair, [0] the key and [1] the value, or `notFound`.
+
+#include "store/dag.h"
+
+namespace korel {
+
+/// The address of a pair inside a chain; `notFound` stands for absence throughout.
+using PairAddress = Word;
+constexpr PairAddress notFound = 2;
+
+inline DAG& pairKey(PairAddress pair) {
+  return *reinterpret_cast<DAG*>(static_cast<std::uintptr_t>(pair));
+}
+inline DAG& pairValue(PairAddress pair) { return (&pairKey(pair))[1]; }
+inline PairAddress nextPair(PairAddress pair) { return pair + 8; }
+
+/// Bucket of key `k` in a table of length `length`: 1 to length - 1.
+inline Word bucketIndex(Word k, Word length) {
+  return ((k + static_cast<Word>(static_cast<std::int32_t>(k) >> 4)) & (length - 2)) + 1;
+}
+
+/// A table of `buckets` (a power of 2) empty chains.
+DAG newhashtab(Word buckets);
+/// Copy of the table and its chains; keys and values are shared. The raw-key bit is not carried over.
+DAG copyhashtab(DAG table);
+
+/// First pair with key `k`; with collisions the caller walks on by `nextPair`.
+inline PairAddress search(Word k, DAG table) {
+  DAG chain = table[bucketIndex(k, lengthOf(table))];
+  if (!chain) return notFound;
+  // The empty last pair ends the scan: no length test (bench/store_bench.cpp).
+  for (PairAddress pair = chain.word + 4;; pair = nextPair(pair)) {
+    Word key = pairKey(pair).word;
+    if (key == k) return k == 0 ? notFound : pair;
+    if (key == 0) return notFound;
+  }
+}
+/// The pair with key `k` whose value has exactly these characters.
+PairAddress searchstring(Word k, const char* text, DAG table);
+/// The same with a comparison of the first strlen(text) characters.
+PairAddress searchstringprefix(Word k, const char* text, DAG table);
+
+/// Adds a pair without testing for the key; gives its address.
+PairAddress hashinsert(Word k, DAG value, DAG table);
+/// One pair per key: an existing pair gets the new value.
+PairAddress hashunique(Word k, DAG value, DAG table);
+/// Removes every pair with key `k`.
+void hashdelete(Word k, DAG table);
+/// Removes the first pair with key `k`; its value, or the word 2.
+DAG hashremove(Word k, DAG table);
+/// Empties the table: `giveBack` releases the chains, otherwise they stay, emptied.
+void clearhash(DAG table, bool giveBack);
+/// Number of pairs in use.
+std::int64_t hashcount(DAG table);
+/// EXPSEQ of an EQUATION `key = value` for each pair, in bucket then chain order.
+DAG hashseq(DAG table);
+/// Calls `f(arg, pair)` for each pair until it answers false; true when none did.
+bool hashforeach(DAG table, bool (*f)(void* arg, PairAddress pair), void* arg);
+/// True when both have the same length and each bucket holds the same pairs as a set.
+bool hashEqualEntries(DAG a, DAG b);
+
+/// Hash of a text; never 0.
+Word hashstring(const char* text);
+/// Hash of an object's content, by its tag; never 0. SUM and PROD hash as multisets of pairs.
+Word hashalg(DAG s);
+
+}  // namespace korel

@@ -1,0 +1,107 @@
+#include "store/names.h"
+
+#include <cstring>
+
+#include "store/constants.h"
+#include "store/generations.h"
+#include "store/objects.h"
+
+namespace korel {
+
+DAG nametab, strtab, simpltab, aliastab, puttab, AllIniNames;
+
+namespace {
+
+DAG newText(const char* text, Tag tag) {
+  DAG s = newl4(textLength(std::strlen(text)), tag, DAG(), null);
+  controlWord(s) |= deferredBit;
+  std::strcpy(textOf(s), text);
+  return s;
+}
+
+DAG tableOf(Tag tag) { return tag == NAME ? nametab : strtab; }
+
+// How long a unique object must live when it is found again from a candidate's level.
+void outlive(DAG member, DAG candidate) {
+  Word wanted = generationOf(candidate);
+  if (wanted >= firstMarkLabel || genc[wanted] == 0) wanted = static_cast<Word>(gcgen);
+  Word own = generationOf(member);
+  if (own < firstMarkLabel && genc[own] != 0 && genc[own] <= genc[wanted]) return;
+  constexpr Word flags = (Word{1} << generationShift) - 1;
+  controlWord(member) = (wanted << generationShift) | (controlWord(member) & flags);
+}
+
+bool isStatementOrProcedure(Tag tag) {
+  switch (tag) {
+    case PROC: case ASSIGN: case FOR: case IF: case READ: case SAVE: case STATSEQ: case STOP:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// The same pairs in any order. Each pair of `a` must occur in `b` exactly once.
+bool samePairs(DAG a, DAG b) {
+  Word n = lengthOf(a);
+  for (Word i = 1; i < n; i += 2) {
+    int found = 0;
+    for (Word k = 1; k < n; k += 2)
+      if (a[i] == b[k] && a[i + 1] == b[k + 1]) ++found;
+    if (found != 1) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+DAG stringhashunique(Word k, const char* text, DAG table) {
+  Tag tag = table == nametab ? NAME : STRING;
+  DAG& chain = table[bucketIndex(k, lengthOf(table))];
+  if (!chain) {
+    DAG s = newText(text, tag);
+    chain = newl4(7, HASH, DAG(k), s);
+    controlWord(chain) |= tableBit;
+    return s;
+  }
+  PairAddress pair = chain.word + 4;
+  for (; pairKey(pair).word != 0; pair = nextPair(pair))
+    if (pairKey(pair).word == k && std::strcmp(textOf(pairValue(pair)), text) == 0) return pairValue(pair);
+  DAG s = newText(text, tag);
+  pairKey(pair) = DAG(k);
+  pairValue(pair) = s;
+  // The last pair has been used: an empty one must follow.
+  if (pair + 8 == chain.word + 4 * lengthOf(chain)) {
+    chain = enlarge(chain, 2 * (lengthOf(chain) / 10) + 10);
+    controlWord(chain) |= tableBit;
+  }
+  return s;
+}
+
+DAG strnaminstall(const char* text, Tag tag) {
+  return stringhashunique(hashstring(text), text, tableOf(tag));
+}
+DAG naminstall(const char* text) { return strnaminstall(text, NAME); }
+DAG strinstall(const char* text) { return strnaminstall(text, STRING); }
+DAG charinstall(char c) {
+  const char text[2] = {c, 0};
+  return strinstall(text);
+}
+
+PairAddress srchname(const char* text) { return searchstring(hashstring(text), text, nametab); }
+PairAddress srchstring(const char* text) { return searchstring(hashstring(text), text, strtab); }
+PairAddress srchstringname(const char* text, Tag tag) {
+  return searchstring(hashstring(text), text, tableOf(tag));
+}
+
+bool identical(DAG a, DAG b) {
+  if (a == b) return true;
+  if (isImmediate(a) || isImmediate(b) || headerWord(a) != headerWord(b)) return false;
+  Tag tag = tagOf(a);
+  if (isStatementOrProcedure(tag)) return false;
+  bool same = std::memcmp(&a[1], &b[1], 4 * (std::size_t{lengthOf(a)} - 1)) == 0;
+  if (!same && (tag == SUM || tag == PROD)) same = samePairs(a, b);
+  if (same) outlive(a, b);
+  return same;
+}
+
+}  // namespace korel

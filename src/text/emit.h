@@ -1,0 +1,53 @@
+#pragma once
+// The character layer under the printer: one character after the other to the caller's sink, with a
+// column count and the rules by which a line ends.
+//
+// A line has room for `width` characters; a break inside a word calls the line-break hook first,
+// which may send the continuation mark (a backslash, in the place behind the width). The state is
+// global and set anew for every printing.
+
+#include <cstdint>
+
+namespace korel {
+
+/// Receives each character.
+using Sink = void (*)(void* closure, int c);
+/// Receives the text of a failure.
+using ErrorSink = void (*)(void* closure, const char* text);
+/// Called with -1 just before a forced break inside a word.
+using LineBreakHook = void (*)(void* closure, int c);
+
+/// Non-zero while the characters of one token are being sent.
+extern int printAtomic;
+
+/// Starts an output at column 0. Null hooks stand for the defaults: standard output, a line on
+/// standard error, and `EmitContinuation`. A `width` of 0 or less sets no limit.
+void InitializeOutput(Sink sink, ErrorSink onError, LineBreakHook onLineBreak, int width,
+                      void* closure);
+
+void EmitChar(int c);
+/// Characters one by one; the line breaks wherever it is full.
+void EmitString(const char* text);
+/// `n` in decimal, as `EmitWord` sends it.
+void EmitInteger(std::int64_t n);
+/// A blank, or a line end in its place where the line is full.
+void EmitSpace();
+/// The mark of a broken word: a backslash.
+void EmitContinuation();
+void EmitError(const char* text);
+/// Characters on the present line.
+int CurrentEmitWidth();
+/// The line length; 999999 when there is no limit.
+int MaximumEmitWidth();
+
+/// Ends the line, unless a word of `length` characters still fits on it or would fit on no line.
+void BreakBeforeWord(std::int64_t length);
+/// A word that stays on one line when a line can hold it; a longer one breaks with continuation
+/// marks.
+void EmitToken(const char* text);
+/// A word that stays on one line when a line can hold it; a longer one breaks without marks.
+void EmitWord(const char* text, std::int64_t length);
+/// An escape: a backslash and `c`, between which no line ends.
+void EmitEscape(int c);
+
+}  // namespace korel

@@ -1,0 +1,72 @@
+#pragma once
+// Input units: the stack of source files being read, character by character.
+//
+// Unit 0 belongs to the terminal (or to standard input), `read` opens the next one. A unit has a
+// buffer that holds the present line, or the present chunk of a long line: what is in it when an error
+// comes is what the report shows, so the last 20 characters of a chunk stay when the next is read.
+//
+// Comment lines (`#` in column 0) and shell lines (`!` as first mark) end here; the lexer never sees
+// them. A file of two-byte characters is recognised by its first bytes and must hold ASCII.
+
+#include <cstdint>
+#include <cstdio>
+
+#include "store/dag.h"
+
+namespace korel {
+
+constexpr int inputUnitCount = 47;
+constexpr int inputBufferSize = 82;
+
+extern int r_unit0;                                       // current unit: the depth of `read`
+extern std::FILE* r_unit[inputUnitCount];                 // the open file
+extern char ibuff[inputUnitCount][inputBufferSize];       // the present line or chunk
+extern std::int32_t ibuffl[inputUnitCount];               // characters in it
+extern std::int32_t icharno[inputUnitCount];              // the one last delivered; -1: none yet
+extern std::int32_t yyline[inputUnitCount];               // newlines read so far
+extern std::int16_t unicodeMark[inputUnitCount];          // 0, or the first byte of a two-byte file
+
+extern int nextch;         // pushed back, delivered before anything else; -2: none
+extern int nextch2;        // follows the one just delivered; -2: the buffer holds no more
+extern int lastInputChar;  // last delivered
+
+/// Resets unit 0.
+void initio();
+/// Opens a source file as a new unit; 0 when that can't be done. Errors: "too many files simultaneously
+/// open for reading", `"%s" is an empty file`, `"%s" is not a text file`.
+int Ropen(const char* name);
+/// Closes the top unit, if any but unit 0 is open.
+void Rclose();
+/// The same, and goes on with the outer unit's next character.
+void closeinput();
+
+/// One character of the top unit, or -1. Error: "non-ASCII character in Unicode file".
+int Readch();
+/// A line of the top unit as `fgets` reads it, at most `size` - 1 characters; null at the end.
+char* igets(char* buffer, int size);
+/// First character of `text` that isn't blank (a signed value of 33 or more, or the terminator).
+const char* firstnonblank(const char* text);
+/// Whether input is copied to the output: by the `quiet` and `echo` settings.
+int shouldecho();
+/// The kernel has no terminal of its own: always 0. The front end prompts.
+int Reading_tty();
+int Writing_tty();
+void iprintprompt();
+void iflush();
+
+/// The character source of `doparse`. Error: "invalid characters in input".
+int nextInputChar();
+
+/// Where unit 0's lines come from, in place of `r_unit[0]`: fills at most `size` - 1 characters, a
+/// newline included, and gives 0 at the end of the input. What it delivers is never echoed.
+using LineSource = int (*)(char* buffer, int size);
+void setTerminalSource(LineSource source);
+
+/// Decides whether the file being read is dropped at an error: when `errorbreak` is below `level`, or
+/// the stack was exhausted. Level 1, a syntax error, also becomes the last error: "syntax error while
+/// reading file".
+void CloseReadOnError(int level);
+/// Set by `CloseReadOnError`; the reader looks at it after each statement.
+extern bool stopReading;
+
+}  // namespace korel

@@ -1,0 +1,252 @@
+// Operators of fixed shape, sequences, and calls.
+
+#include <cstring>
+
+#include "numbers/integer.h"
+#include "store/constants.h"
+#include "store/objects.h"
+#include "text/print_object.h"
+#include "text/printer.h"
+
+namespace korel {
+
+namespace {
+
+constexpr int callLevel = 11;
+// No object binds as strongly: an operand that is always parenthesised.
+constexpr int alwaysParenthesised = 99;
+
+bool isCallOf(DAG x, DAG name) { return isObject(x) && hasTag(x, FUNCTION) && x[1] == name; }
+
+Word argumentCountOf(DAG call) { return isSequence(call[2]) ? lengthOf(call[2]) - 1 : 1; }
+
+const char* operatorOf(Tag tag) {
+  switch (tag) {
+    case EQUATION:
+      return "=";
+    case INEQUAT:
+      return "<>";
+    case LESSEQ:
+      return "<=";
+    case LESSTHAN:
+      return "<";
+    case RANGE:
+      return "..";
+    case AND:
+      return "and";
+    default:
+      return "or";
+  }
+}
+
+// An operand in front of an index, a member or an argument list. These follow an atom: a number or
+// a procedure in front of an index reads back only in parentheses, and so does a postfix operator.
+void printHead(DAG head, bool atomNeeded) {
+  bool parenthesised = isFactorial(head);
+  if (atomNeeded && !parenthesised) {
+    Tag tag = tagOf(head);
+    parenthesised =
+        isNumeric(head) || tag == COMPLEX || tag == PROC || tag == MODDEF || tag == MODULE;
+  }
+  if (parenthesised) {
+    printParenthesised(head);
+  } else {
+    printObject(head, callLevel);
+  }
+}
+
+void printBracketed(char open, DAG contents, const char* separator, char close) {
+  EmitChar(open);
+  printList(contents, separator);
+  EmitChar(close);
+}
+
+// ---- calls with a notation of their own
+
+// A number before a dot, or a float behind one, would take the dot as its decimal point.
+bool endsInNumber(DAG dotProduct) {
+  DAG arguments = dotProduct[2];
+  return isNumeric(arguments[lengthOf(arguments) - 1]);
+}
+
+void printDotProduct(DAG arguments, int min) {
+  bool parenthesised = min >= 9;
+  if (parenthesised) EmitChar('(');
+  for (Word i = 1, n = lengthOf(arguments); i < n; ++i) {
+    DAG operand = arguments[i];
+    bool last = i + 1 == n;
+    if (i > 1) EmitChar('.');
+    if (isNumeric(operand) && !(last && isInteger(operand))) {
+      printObject(operand, alwaysParenthesised);
+    } else if (i == 1) {
+      printObject(operand, isDotProduct(operand) && !endsInNumber(operand) ? 8 : 9);
+    } else {
+      printObject(operand, 10);
+    }
+  }
+  if (parenthesised) EmitChar(')');
+}
+
+bool isRtableReference(DAG x) {
+  if (!printRtableRefs || argumentCountOf(x) < 1 || !isObject(x[1]) || !hasTag(x[1], NAME))
+    return false;
+  DAG first = isSequence(x[2]) ? x[2][1] : x[2];
+  return std::strcmp(textOf(x[1]), "RTABLE") == 0 && first && isInteger(first);
+}
+
+// What an operand of `||` may be without parentheses: on the left whatever can stand there in the
+// grammar, on the right a name or a number.
+bool isBareLeftOfConcatenation(DAG x) {
+  if (isImmediate(x) || !x) return false;
+  switch (tagOf(x)) {
+    case NAME:
+    case STRING:
+    case MEMBER:
+    case TABLEREF:
+    case CATENATE:
+    case LOCAL:
+    case PARAM:
+    case LEXICAL:
+      return true;
+    case FUNCTION:
+      return !isFactorial(x) && !isDotProduct(x);
+    default:
+      return false;
+  }
+}
+
+bool isBareRightOfConcatenation(DAG x) {
+  if (!x) return false;
+  Tag tag = tagOf(x);
+  return tag == INTPOS || tag == NAME || tag == LOCAL || tag == PARAM;
+}
+
+void printConcatenated(DAG x, bool bare) {
+  if (bare) {
+    printObject(x, -1);
+  } else {
+    printParenthesised(x);
+  }
+}
+
+}  // namespace
+
+bool isDotProduct(DAG x) {
+  return isCallOf(x, ini(".")) && isSequence(x[2]) && lengthOf(x[2]) >= 3;
+}
+
+bool isFactorial(DAG x) {
+  return isCallOf(x, ini("factorial")) && isSequence(x[2]) && lengthOf(x[2]) == 2;
+}
+
+// ---- selection and pairs
+
+void printMember(DAG x, int, int own) {
+  if (!isEmptySequence(x[1])) printHead(x[1], true);
+  EmitToken(":-");
+  printObject(x[2], own);
+}
+
+void printTableref(DAG x, int, int) {
+  printHead(x[1], true);
+  printBracketed('[', x[2], ",", ']');
+}
+
+void printDcolon(DAG x, int min, int own) {
+  bool parenthesised = min == own;
+  if (parenthesised) EmitChar('(');
+  printObject(x[1], own);
+  EmitToken("::");
+  printObject(x[2], own);
+  if (parenthesised) EmitChar(')');
+}
+
+void printCatenate(DAG x, int, int) {
+  printConcatenated(x[1], isBareLeftOfConcatenation(x[1]));
+  printBetweenBlanks("||");
+  printConcatenated(x[2], isBareRightOfConcatenation(x[2]));
+}
+
+void printRelation(DAG x, int min, int own) {
+  bool parenthesised = min == own;
+  if (parenthesised) EmitChar('(');
+  printObject(x[1], own);
+  printBetweenBlanks(operatorOf(tagOf(x)));
+  printObject(x[2], own);
+  if (parenthesised) EmitChar(')');
+}
+
+void printBoolean(DAG x, int, int own) {
+  printObject(x[1], own);
+  printBetweenBlanks(operatorOf(tagOf(x)));
+  printObject(x[2], own);
+}
+
+void printNot(DAG x, int, int own) {
+  EmitToken("not");
+  EmitSpace();
+  printObject(x[1], own);
+}
+
+void printUneval(DAG x, int, int) { printBracketed('\'', x[1], ",", '\''); }
+
+// ---- sequences
+
+void printSequence(DAG x, int min, int) {
+  if (lengthOf(x) == 1) {
+    EmitToken("NULL");
+  } else if (lengthOf(x) == 2) {
+    printObject(x[1], min);
+  } else {
+    printList(x, ", ");
+  }
+}
+
+void printListOrSet(DAG x, int, int) {
+  if (hasTag(x, LIST)) {
+    printBracketed('[', x[1], ", ", ']');
+  } else {
+    printBracketed('{', x[1], ", ", '}');
+  }
+}
+
+// ---- calls
+
+void printFunction(DAG x, int min, int own) {
+  DAG head = x[1], arguments = x[2];
+  if (isFactorial(x)) {
+    printObject(arguments[1], own);
+    EmitChar('!');
+    return;
+  }
+  if (isDotProduct(x)) {
+    printDotProduct(arguments, min);
+    return;
+  }
+  if (isObject(head) && hasTag(head, NAME)) {
+    if (std::strcmp(textOf(head), "rtable/ConstructColumn") == 0) {
+      printBracketed('<', arguments, ",", '>');
+      return;
+    }
+    if (std::strcmp(textOf(head), "rtable/ConstructRow") == 0) {
+      printBracketed('<', arguments, "|", '>');
+      return;
+    }
+    if (isRtableReference(x)) {
+      EmitToken("_rtable[");
+      printObject(isSequence(arguments) ? arguments[1] : arguments, 0);
+      EmitChar(']');
+      return;
+    }
+  }
+  printHead(head, false);
+  if (isSequence(arguments)) {
+    printBracketed('(', arguments, ",", ')');
+  } else {
+    EmitChar('(');
+    printObject(arguments, 100);
+    EmitChar(')');
+  }
+}
+
+}  // namespace korel

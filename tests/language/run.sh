@@ -1,0 +1,19 @@
+#!/bin/sh
+# Runs one statement file through the terminal program and compares what it prints with the .out
+# file beside it:   run.sh KORELTTY FILE.krl
+# UPDATE=1 in the environment rewrites the expected output instead; read the change before you
+# commit it.
+program=$1
+script=$2
+expected=${script%.krl}.out
+cd "$(dirname "$script")" || exit 2
+if [ -n "${UPDATE:-}" ]; then
+  "$program" -q < "$script" > "$expected" 2>&1
+  exit 0
+fi
+actual=$(mktemp) || exit 2
+trap 'rm -f "$actual"' EXIT
+"$program" -q < "$script" > "$actual" 2>&1
+status=$?
+diff -u "$expected" "$actual" || exit 1
+[ "$status" -lt 128 ] || { echo "ended by signal $((status - 128))"; exit 1; }
