@@ -1,48 +1,101 @@
 #include "help.h"
 
-#include <cctype>
 #include <cstdio>
 #include <cstring>
 
-#include "eval/builtins.h"
-#include "store/standard_names.h"
+#include "frame/getopt.h"
+#include "store/constants.h"
+#include "store/names.h"
+#include "store/objects.h"
+#include "text/lexer.h"
 #include "text/tokens.h"
 
 namespace korel {
 
 namespace {
 
-constexpr const char overview[] =
-    "Statements end in ; (the value is shown) or : (it is not) and may span lines.\n"
-    "  x := 3;   2^100;   for i to 3 do i^2 od;   f := proc(n) n + 1 end;\n"
-    "  %, %%, %%%   the last three values      # ...      a comment\n"
-    "  ?name        what name is               !command   runs a shell command\n"
-    "  Ctrl-C       interrupts                 quit       ends the session (also Ctrl-D)\n";
+constexpr const char* overview =
+    "A statement ends with `;`, which shows its result, or with `:`, which doesn't.\n"
+    "%  %%  %%%    the last three results\n"
+    "x := a        assignment; x := 'x' takes it back\n"
+    "# ...         a comment\n"
+    "!command      runs a command of the shell\n"
+    "?name         help on a reserved word, a procedure or a name; ?korel the switches\n"
+    "Ctrl-C        interrupts the running statement, or drops the one being typed\n"
+    "quit          ends the session, as Ctrl-D does; quit(n) with exit status n\n";
 
-bool isBuiltin(const char* name) {
-  for (int k = firstBuiltin; k <= lastBuiltin; ++k)
-    if (inistrings[k] == name) return true;
-  return false;
+// Each word leads to the form in which it stands; several words share one form.
+struct StatementForm {
+  const char* words;  // separated by blanks, one on either end
+  const char* form;
+};
+constexpr StatementForm statementForms[] = {
+    {" if then elif else fi ", "if C then S elif C then S ... else S end if"},
+    {" for from by to while do od ", "for x from a by b to c while C do S end do"},
+    {" in ", "for x in e while C do S end do"},
+    {" break next ", "break and next: leave the innermost loop, or go on with its next round"},
+    {" proc local global option options description ",
+     "proc (parameters) local a, b; global c; option o; description \"text\"; S end proc"},
+    {" module export ", "module () local a; export b; S end module"},
+    {" return ", "return e: leaves the running procedure with that value"},
+    {" error ", "error \"message with %1\", parameter, ...: raises an error"},
+    {" try catch finally ", "try S catch \"message\", ...: S finally S end try"},
+    {" use ", "use a = b, m:-c in S end use"},
+    {" read ", "read \"file\": runs the statements of a file"},
+    {" save ", "save a, b, \"file\": writes assignments that give the names their values again"},
+    {" quit done stop ", "quit, done, stop: ends the session; quit(n) with exit status n"},
+    {" and or not ", "a and b, a or b, not a"},
+    {" union minus intersect ", "s union t, s minus t, s intersect t: of sets"},
+    {" mod ", "a mod n"},
+    {" end ", "end, end if, end do, end proc, ...: closes a statement"},
+};
+
+const char* formOf(const char* word) {
+  char padded[40];
+  if (std::snprintf(padded, sizeof padded, " %s ", word) >= static_cast<int>(sizeof padded))
+    return nullptr;
+  for (const StatementForm& row : statementForms)
+    if (std::strstr(row.words, padded) != nullptr) return row.form;
+  return nullptr;
+}
+
+bool isBuiltin(DAG value) {
+  if (!isObject(value) || !hasTag(value, PROC)) return false;
+  DAG options = value[3];
+  return isObject(options) && hasTag(options, EXPSEQ) && lengthOf(options) > 1 &&
+         options[1] == ini("builtin");
+}
+
+/// What the session knows of a name, without making it one.
+const char* stateOf(const char* word) {
+  PairAddress pair = srchname(word);
+  if (pair == notFound) return "no help is known for this name";
+  DAG value = pairValue(pair)[1];
+  if (isBuiltin(value)) return "a built-in procedure";
+  if (!value) return "a name without a value";
+  if (isObject(value) && hasTag(value, PROC)) return "a procedure";
+  return "a name that has a value";
 }
 
 }  // namespace
 
-void showHelp(const char* topic) {
-  char name[128];
-  while (std::isspace(static_cast<unsigned char>(*topic)) != 0) ++topic;
-  std::size_t n = std::strcspn(topic, " \t\r\n;");
-  if (n >= sizeof name) n = sizeof name - 1;
-  std::memcpy(name, topic, n);
-  name[n] = 0;
-  if (n == 0)
+void showHelp(const char* line) {
+  char word[128];
+  std::size_t start = std::strspn(line, " \t`");
+  std::size_t length = std::strcspn(line + start, " \t\r\n`;:");
+  if (length >= sizeof word) length = sizeof word - 1;
+  std::memcpy(word, line + start, length);
+  word[length] = '\0';
+
+  if (length == 0) {
     std::fputs(overview, stdout);
-  else if (KeyWordToToken(name) != 0)
-    std::printf("`%s` is a reserved word of the language.\n", name);
-  else if (isBuiltin(name))
-    std::printf("`%s` is a built-in procedure.\n", name);
-  else
-    std::printf("There is no help about `%s`. Type ? for an overview.\n", name);
-  std::fflush(stdout);
+  } else if (std::strcmp(word, "korel") == 0) {
+    std::printf("korelTTY [switches] [file]\n%s", switchTable());
+  } else if (const char* form = formOf(word)) {
+    std::printf("%s\n", form);
+  } else {
+    std::printf("`%s`: %s\n", word, stateOf(word));
+  }
 }
 
 }  // namespace korel

@@ -1,9 +1,10 @@
 #pragma once
-// Help lines: `?` and `?name` at the start of a statement.
+// Short help at the terminal: what `?name` shows.
 
 namespace korel {
 
-/// Writes what is known about the topic (the rest of the line behind the question mark).
-void showHelp(const char* topic);
+/// Writes what is known about the word that `line` begins with: a topic, a reserved word, or a name of
+/// the session. Without a word: how the terminal is used.
+void showHelp(const char* line);
 
 }  // namespace korel

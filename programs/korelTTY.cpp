@@ -1,9 +1,13 @@
-// korelTTY: the kernel in one process with a terminal.
+// The terminal program: the kernel in one process with a person, a pipe or a file.
+//
+// It reads the command line, then statement after statement until the input ends or one of them stops
+// the kernel. What the kernel has to say comes back through the result handler (render.h); what is
+// typed comes from the terminal (terminal.h).
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -13,104 +17,119 @@
 #include "frame/interface.h"
 #include "frame/statement_reader.h"
 #include "interrupt.h"
+#include "library_directory.h"
 #include "render.h"
-#include "store/constants.h"
+#include "store/objects.h"
 #include "terminal.h"
 #include "text/input.h"
 #include "text/source.h"
 
-namespace korel {
+using namespace korel;
+
 namespace {
 
-constexpr int cannotRead = 2;  // exit status for a file operand that can't be read
+constexpr int startFailed = 1;
+constexpr int operandFailed = 2;
+constexpr int interruptedRun = 130;  // as a shell reports a run that was ended by Ctrl-C
 
-int isInterrupted(void*) { return takeInterrupt() ? 1 : 0; }
+bool stopsAtInterrupt = false;  // a file's statements end with the one that was interrupted
+bool wasInterrupted = false;
 
-// Where the program stands decides its library: `lib` beside `bin` in a build tree, `lib/korel/lib` once
-// installed. The environment variable goes before.
-void chooseLibrary() {
-  if (std::getenv("KOREL") != nullptr) return;
-  char path[PATH_MAX];
-  ssize_t n = readlink("/proc/self/exe", path, sizeof path - 32);
-  if (n <= 0) return;
-  path[n] = 0;
-  for (int levels = 0; levels < 2; ++levels)
-    if (char* slash = std::strrchr(path, '/')) *slash = 0;
-  std::size_t root = std::strlen(path);
-  std::strcpy(path + root, "/lib/korel/lib");
-  bool installed = access(path, F_OK) == 0;
-  path[root + (installed ? std::strlen("/lib/korel") : 0)] = 0;
-  setenv("KOREL", path, 0);
+int interruptPending(void*) {
+  bool came = takeInterrupt();
+  wasInterrupted = wasInterrupted || came;
+  return came ? 1 : 0;
 }
 
-void printHelp() {
-  std::puts("Usage: korelTTY [switches] [file]\n");
-  std::puts("Statements are read from the file, otherwise from standard input.\n");
-  std::fputs(switchTable(), stdout);
-  std::puts("  --help        print this text\n  --version     print the version");
-}
-
-// The long switches, which the kernel does not know; the status to end with, or -1.
-int longSwitch(int argc, char** argv) {
-  for (int i = 1; i < argc && argv[i][0] == '-'; ++i) {
-    if (std::strcmp(argv[i], "--help") == 0) {
-      printHelp();
-      return 0;
-    }
+/// `--help` and `--version` among the switches.
+bool answersAtOnce(int argc, char** argv) {
+  for (int i = 1; i < argc && std::strcmp(argv[i], "--") != 0; ++i) {
     if (std::strcmp(argv[i], "--version") == 0) {
-      std::puts("korelTTY " KOREL_VERSION);
-      return 0;
+      std::printf("korelTTY %s\n", KOREL_VERSION);
+      return true;
     }
-    if (std::strcmp(argv[i], "--") == 0) break;
+    if (std::strcmp(argv[i], "--help") == 0) {
+      std::printf(
+          "Usage: korelTTY [switches] [file]\n"
+          "Runs the statements of the file, or those of standard input.\n\n%s",
+          switchTable());
+      return true;
+    }
   }
-  return -1;
+  return false;
 }
 
-bool isEndOfInput(DAG statement) { return isObject(statement) && hasTag(statement, CONTROL); }
-
-int runStatements() {
-  int exitCode = 0;
-  EvaluateDAG(null, handleMessage, isInterrupted, 1, 0, nullptr);
-  while (!kernelStopped(exitCode)) {
-    DAG statement = ReadStatement(doparse, handleMessage, isInterrupted, nullptr);
-    if (kernelStopped(exitCode) || isEndOfInput(statement)) break;
-    // An interrupt that came while a line was typed does not concern the statement.
-    if (isInteractive()) takeInterrupt();
-    EvaluateDAG(statement, handleMessage, isInterrupted, defaultNerinVariables.display, 0, nullptr);
+/// Starts the kernel with the program's own library in front of the switches, where a `-b` among them
+/// takes its place; the variable KOREL goes before it. Null, or a message.
+const char* startKernel(int argc, char** argv, const char*& operand, int& operandCount) {
+  auto** arguments = static_cast<char**>(std::calloc(static_cast<std::size_t>(argc) + 3, sizeof *argv));
+  if (arguments == nullptr) return "korel: out of memory";
+  static char librarySwitch[] = "-b";
+  int count = 0;
+  arguments[count++] = argv[0];
+  const char* library = std::getenv("KOREL") == nullptr ? programLibrary() : nullptr;
+  if (library != nullptr) {
+    arguments[count++] = librarySwitch;
+    arguments[count++] = const_cast<char*>(library);
   }
-  closeStatements();
-  flushOutput();
-  return exitCode;
+  for (int i = 1; i < argc; ++i) arguments[count++] = argv[i];
+  const char* message = InitializeKorel(count, arguments);
+  operandCount = count - moptind;
+  operand = operandCount > 0 ? arguments[moptind] : nullptr;
+  return message;
 }
 
-int run(int argc, char** argv) {
-  if (int status = longSwitch(argc, argv); status >= 0) return status;
-  chooseLibrary();
-  char name[] = "korelTTY";
-  argv[0] = name;  // by this name the kernel prints the table of switches with the usage
-  if (const char* message = InitializeKorel(argc, argv)) {
-    std::fprintf(stderr, "%s\n", message);
-    return 1;
+/// Lines as wide as the window, less the place of a continuation mark.
+void takeScreenSize() {
+  winsize size;
+  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) return;
+  if (size.ws_col > 10) defaultNerinVariables.screenwidth = size.ws_col - 1;
+  if (size.ws_row > 0) defaultNerinVariables.screenheight = size.ws_row;
+}
+
+/// Runs statement after statement; the exit status.
+int runSession() {
+  int status = 0;
+  // The banner and the start files come before the first statement is read.
+  EvaluateDAG(DAG(), answerMessage, interruptPending, 1, 0, nullptr);
+  while (!kernelStopped(status)) {
+    takeInterrupt();
+    wasInterrupted = false;
+    DAG statement = ReadStatement(doparse, answerMessage, interruptPending, nullptr);
+    bool ended = isObject(statement) && hasTag(statement, CONTROL);
+    if (ended) statement = new1(STOP);  // the end of the input stops the kernel as `quit` does
+    EvaluateDAG(statement, answerMessage, interruptPending, defaultNerinVariables.display, 0,
+                nullptr);
+    if (wasInterrupted && stopsAtInterrupt) return interruptedRun;
   }
-  const char* file = moptind < argc ? argv[moptind] : nullptr;
-  if (moptind + 1 < argc) {
-    std::fprintf(stderr, "korelTTY: one file at most, but got `%s' as well\n", argv[moptind + 1]);
-    return cannotRead;
-  }
-  if (!openStatements(file)) {
-    std::fprintf(stderr, "korelTTY: cannot read `%s': %s\n", file, std::strerror(errno));
-    return cannotRead;
-  }
-  if (!isInteractive()) defaultNerinVariables.echo = 0;
-  catchInterrupts();
-  setTerminalSource(nextStatementLine);
-  InstallDoParseHook(beginStatement);
-  int status = runStatements();
-  CleanUpBeforeExit();
   return status;
 }
 
 }  // namespace
-}  // namespace korel
 
-int main(int argc, char** argv) { return korel::run(argc, argv); }
+int main(int argc, char** argv) {
+  if (answersAtOnce(argc, argv)) return 0;
+  const char* operand;
+  int operandCount;
+  if (const char* message = startKernel(argc, argv, operand, operandCount)) {
+    std::fprintf(stderr, "%s\n", message);
+    return startFailed;
+  }
+  if (operandCount > 1) {
+    std::fprintf(stderr, "korelTTY: there can be one file only\n");
+    return operandFailed;
+  }
+  if (operand != nullptr && std::strcmp(operand, "-") == 0) operand = nullptr;
+  if (!openStatements(operand)) {
+    std::fprintf(stderr, "korelTTY: unable to read `%s`: %s\n", operand, std::strerror(errno));
+    return operandFailed;
+  }
+  catchInterrupts();
+  stopsAtInterrupt = readsFile();
+  if (isatty(STDOUT_FILENO)) takeScreenSize();
+  setTerminalSource(nextStatementLine);
+  InstallDoParseHook(beginStatement);
+  int status = runSession();
+  closeStatements();
+  Exit(status);
+}

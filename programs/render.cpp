@@ -1,11 +1,12 @@
 #include "render.h"
 
-#include <cerrno>
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstring>
 
 #include "frame/interface.h"
-#include "numbers/hardware_float.h"
+#include "numbers/float.h"
 #include "numbers/integer.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -18,170 +19,176 @@ namespace korel {
 
 namespace {
 
+// ---- text on its way out
+
 std::FILE* redirected = nullptr;
 
-std::FILE* out() { return redirected != nullptr ? redirected : stdout; }
-void write(const char* text) { std::fputs(text, out()); }
-void put(void*, int c) { std::putc(c, out()); }
-void putError(void*, const char* text) {
-  write("Error, ");
-  write(text);
+std::FILE* output() { return redirected != nullptr ? redirected : stdout; }
+
+void putCharacter(void*, int c) { putc_unlocked(c, output()); }
+void putText(const char* text) { std::fputs(text, output()); }
+void putFailure(void*, const char* text) { std::fprintf(output(), "Output Error: %s", text); }
+
+void endLine() {
+  putc_unlocked('\n', output());
+  // A person sees what a long statement writes while it runs; a pipe gets it at the end.
+  static const bool seen = isatty(STDOUT_FILENO) != 0;
+  if (seen) std::fflush(stdout);
 }
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isText(DAG x) { return isTag(x, NAME) || isTag(x, STRING); }
-
-int lineWidth() { return defaultNerinVariables.screenwidth; }
-
-// ---- values
-
-void showValues(DAG arguments) {
-  PrintKorelList(arguments, put, putError, lineWidth(), nullptr, printBareOutermost, ", ");
-  write("\n");
+/// Objects as results show them, broken at the screen's width.
+void putValues(DAG sequence) {
+  PrintKorelList(sequence, putCharacter, putFailure, defaultNerinVariables.screenwidth, nullptr,
+                 printBareOutermost, ", ");
+}
+/// Objects as messages show them: nothing quoted, on one line.
+void putPieces(DAG sequence) {
+  PrintKorelList(sequence, putCharacter, putFailure, 0, nullptr, printBare, "");
 }
 
-// Pieces side by side: texts as they stand, other objects printed.
-void showPieces(DAG arguments) {
-  for (Word i = 1; i < lengthOf(arguments); ++i) {
-    if (isText(arguments[i]))
-      write(textOf(arguments[i]));
-    else
-      PrintKorel(arguments[i], put, putError, 0, nullptr, 0);
+// ---- arguments
+
+DAG argument(DAG arguments, Word n) {
+  return n < lengthOf(arguments) ? arguments[n] : DAG();
+}
+bool isText(DAG x) { return isObject(x) && (hasTag(x, NAME) || hasTag(x, STRING)); }
+double numberOf(DAG x) { return x && isNumeric(x) ? FloatValue(x) : 0.0; }
+
+// ---- one function a stream: shows its message and gives the reply
+
+DAG showValues(DAG arguments) {
+  bool isSequence = lengthOf(arguments) == 2 && isObject(arguments[1]) &&
+                    hasTag(arguments[1], EXPSEQ);
+  putValues(isSequence ? arguments[1] : arguments);
+  endLine();
+  return null;
+}
+
+DAG showText(DAG arguments) {
+  if (isText(argument(arguments, 1))) putText(textOf(arguments[1]));
+  return null;
+}
+
+DAG showWarning(DAG arguments) {
+  DAG level = argument(arguments, 1);
+  if (isImmediate(level) && immediateValue(level) > defaultNerinVariables.warnlevel) return null;
+  putText("Warning, ");
+  expandMessage(arguments, putCharacter, nullptr);
+  endLine();
+  return null;
+}
+
+/// The first entry of an exception is the procedure that raised it, or 0; a text alone has none.
+DAG procedureOf(DAG exception) {
+  DAG first = argument(exception, 1);
+  bool isProcedure = lengthOf(exception) > 2 && isObject(first) && !hasTag(first, STRING) &&
+                     isText(exception[2]);
+  return isProcedure ? first : DAG();
+}
+
+DAG showException(DAG arguments) {
+  putText("Error, ");
+  if (DAG procedure = procedureOf(arguments)) {
+    putText("(in ");
+    putPieces(new2(EXPSEQ, procedure));
+    putText(") ");
   }
-  write("\n");
+  expandMessage(arguments, putCharacter, nullptr);
+  endLine();
+  return null;
 }
 
-void showText(DAG arguments) {
-  for (Word i = 1; i < lengthOf(arguments); ++i)
-    if (isText(arguments[i])) write(textOf(arguments[i]));
+DAG showPieces(DAG arguments) {
+  putPieces(arguments);
+  endLine();
+  return null;
 }
 
-// ---- messages
-
-// A sequence handed over as the one argument stands for the arguments.
-DAG sequenceOf(DAG arguments) {
-  return lengthOf(arguments) == 2 && isTag(arguments[1], EXPSEQ) ? arguments[1] : arguments;
+DAG showInterrupt(DAG) {
+  putText("Warning, computation interrupted");
+  endLine();
+  return null;
 }
 
-void showWarning(DAG arguments) {
-  DAG warning = sequenceOf(arguments);
-  if (lengthOf(warning) < 3) return;
-  DAG level = warning[1];
-  if (isImmediate(level) && immediateValue(level) > defaultNerinVariables.warnlevel) return;
-  write("Warning, ");
-  DAG message = CopyAlg(warning);
-  message[1] = cons0;
-  expandMessage(message, put, nullptr);
-  write("\n");
+DAG showBanner(DAG arguments) { return defaultNerinVariables.quiet ? null : showPieces(arguments); }
+
+DAG showStatus(DAG arguments) {
+  if (defaultNerinVariables.quiet || defaultNerinVariables.noStatus) return null;
+  constexpr double megabyte = 1048576.0 / sizeof(Word);  // in words
+  std::fprintf(output(), "memory used=%.1fMB, alloc=%.1fMB, time=%.2f",
+               numberOf(argument(arguments, 1)) / megabyte,
+               numberOf(argument(arguments, 2)) / megabyte, numberOf(argument(arguments, 3)));
+  endLine();
+  return null;
 }
 
-void showException(DAG arguments) {
-  DAG exception = sequenceOf(arguments);
-  write("Error, ");
-  if (lengthOf(exception) > 1 && exception[1] != cons0 && !isImmediate(exception[1]) && !isTag(exception[1], STRING)) {
-    write("(in ");
-    PrintKorel(exception[1], put, putError, 0, nullptr, printBare);
-    write(") ");
-  }
-  expandMessage(exception, put, nullptr);
-  write("\n");
+DAG endStatement(DAG) {
+  std::fflush(output());
+  return null;
 }
 
-double numberOf(DAG x) { return isNumeric(x) ? FloatValue(x) : 0.0; }
-
-// Words used, words held, CPU seconds.
-void showStatus(DAG arguments) {
-  if (defaultNerinVariables.quiet != 0 || defaultNerinVariables.noStatus != 0) return;
-  if (lengthOf(arguments) < 4) return;
-  constexpr double wordsInMegabyte = 1048576.0 / 4;
-  std::fprintf(out(), "memory used=%.1fMB, alloc=%.1fMB, time=%.2f\n",
-               numberOf(arguments[1]) / wordsInMegabyte, numberOf(arguments[2]) / wordsInMegabyte,
-               numberOf(arguments[3]));
-}
-
-void showBanner(DAG arguments) {
-  if (defaultNerinVariables.quiet != 0) return;
-  showPieces(arguments);
-}
-
-// ---- questions
-
-DAG set(DAG arguments) { return setinterface(arguments, defaultNerinVariables); }
-DAG get(DAG arguments) { return getinterface(arguments, defaultNerinVariables); }
-
-DAG redirect(DAG arguments) {
-  if (redirected != nullptr) std::fclose(redirected);
-  redirected = nullptr;
-  if (lengthOf(arguments) < 2 || !isText(arguments[1])) return cons0;
-  bool append = lengthOf(arguments) > 2 && isText(arguments[2]) &&
-                std::strncmp(textOf(arguments[2]), "append", 6) == 0;
-  redirected = std::fopen(textOf(arguments[1]), append ? "a" : "w");
-  if (redirected != nullptr) return cons0;
-  return Newint(errno);
-}
+DAG setVariable(DAG arguments) { return setinterface(arguments, defaultNerinVariables); }
+DAG getVariable(DAG arguments) { return getinterface(arguments, defaultNerinVariables); }
 
 DAG readLine(DAG) {
-  flushOutput();
+  std::fflush(output());
   return readUserLine("");
 }
-
-DAG nothing(DAG) { return null; }
-template <void (*show)(DAG)>
-DAG shown(DAG arguments) {
-  show(arguments);
-  return null;
-}
-DAG interrupted(DAG) {
-  write("Warning, computation interrupted\n");
-  return null;
-}
-DAG statementDone(DAG) {
-  flushOutput();
-  return null;
+DAG readDebuggerLine(DAG) {
+  std::fflush(output());
+  return readUserLine(defaultNerinVariables.debuggerPrompt);
 }
 
-struct Stream {
-  const char* name;
+/// Output goes to a file from now on, or back to standard output. `false` when the file won't open.
+DAG redirect(DAG arguments) {
+  DAG file = argument(arguments, 1);
+  DAG mode = argument(arguments, 2);
+  std::fflush(output());
+  if (redirected != nullptr) std::fclose(redirected);
+  redirected = nullptr;
+  if (!isText(file)) return ini("true");
+  bool appends = mode == ini("true") || (isImmediate(mode) && immediateValue(mode) != 0);
+  redirected = std::fopen(textOf(file), appends ? "a" : "w");
+  return redirected != nullptr ? ini("true") : ini("false");
+}
+
+struct StreamRow {
+  const char* name;  // behind INTERFACE_
   DAG (*answer)(DAG arguments);
 };
-constexpr Stream streams[] = {
-    // stream                      what is done
-    {"INTERFACE_RESULT", shown<showValues>},
-    {"INTERFACE_PRINT", shown<showValues>},
-    {"INTERFACE_LPRINT", shown<showValues>},
-    {"INTERFACE_CHAR", shown<showText>},
-    {"INTERFACE_WARN", shown<showWarning>},
-    {"INTERFACE_EXCEPT", shown<showException>},
-    {"INTERFACE_ERROR", shown<showPieces>},
-    {"INTERFACE_DIAG", shown<showPieces>},
-    {"INTERFACE_INFO", shown<showPieces>},
-    {"INTERFACE_INTR", interrupted},
-    {"INTERFACE_LOGO", shown<showBanner>},
-    {"INTERFACE_STATUS", shown<showStatus>},
-    {"INTERFACE_SET", set},
-    {"INTERFACE_GET", get},
-    {"INTERFACE_READLINE", readLine},
-    {"INTERFACE_DEBUG_READLINE", readLine},
-    {"INTERFACE_REDIRECT", redirect},
-    {"INTERFACE_DONE", statementDone},
-    {"INTERFACE_STOP", statementDone},
-    {"INTERFACE_START", nothing},
-    {"INTERFACE_HELP", nothing},
-    {"INTERFACE_CALLBACK", nothing},
+// The streams that say nothing to a person have no row: START, STOP, HELP, and any that is unknown.
+constexpr StreamRow streamRows[] = {
+    {"RESULT", showValues},
+    {"PRINT", showValues},
+    {"LPRINT", showValues},
+    {"CHAR", showText},
+    {"WARN", showWarning},
+    {"EXCEPT", showException},
+    {"ERROR", showPieces},
+    {"DIAG", showPieces},
+    {"INFO", showPieces},
+    {"INTR", showInterrupt},
+    {"LOGO", showBanner},
+    {"STATUS", showStatus},
+    {"DONE", endStatement},
+    {"SET", setVariable},
+    {"GET", getVariable},
+    {"READLINE", readLine},
+    {"DEBUG_READLINE", readDebuggerLine},
+    {"REDIRECT", redirect},
 };
 
 }  // namespace
 
-void flushOutput() { std::fflush(out()); }
-
-DAG handleMessage(void*, DAG message) {
-  if (!isTag(message, FUNCTION) || !isTag(message[1], NAME)) return null;
-  DAG arguments = isTag(message[2], EXPSEQ) ? message[2] : null;
-  const char* name = textOf(message[1]);
-  for (const Stream& stream : streams)
-    if (std::strcmp(name, stream.name) == 0) return stream.answer(arguments);
-  // A stream of a program's own: its arguments are shown.
-  showValues(arguments);
+DAG answerMessage(void*, DAG message) {
+  constexpr std::size_t prefix = sizeof "INTERFACE_" - 1;
+  if (!isObject(message) || !hasTag(message, FUNCTION) || !hasTag(message[1], NAME)) return null;
+  const char* stream = textOf(message[1]);
+  if (std::strncmp(stream, "INTERFACE_", prefix) != 0) return null;
+  DAG arguments = message[2];
+  if (!isObject(arguments) || !hasTag(arguments, EXPSEQ)) arguments = new2(EXPSEQ, arguments);
+  for (const StreamRow& row : streamRows)
+    if (std::strcmp(row.name, stream + prefix) == 0) return row.answer(arguments);
   return null;
 }
 

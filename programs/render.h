@@ -1,16 +1,14 @@
 #pragma once
-// The terminal's side of the kernel's output: each stream as text.
+// What the kernel sends, as text: each stream of its messages has its form, and some want an answer.
 //
-// Everything goes to standard output, in order, or to a file while output is redirected. What the
-// kernel asks for (settings, a line of input) is answered here.
+// Everything goes to standard output, or to the file that output has been redirected to, in the order
+// in which it comes, and is on its way when a statement ends.
 
 #include "store/dag.h"
 
 namespace korel {
 
-/// The result handler that the program gives the kernel; `context` is not used. Gives the reply.
-DAG handleMessage(void* context, DAG message);
-/// Sends what has been written on its way.
-void flushOutput();
+/// The result handler of the session: shows `message`, a call of a stream, and gives the reply.
+DAG answerMessage(void* context, DAG message);
 
 }  // namespace korel

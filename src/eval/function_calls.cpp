@@ -1,5 +1,7 @@
 // Calls: from a FUNCTION to the procedure it names, its frame, and its end.
 
+#include <cstring>
+
 #include "eval/arithmetic.h"
 #include "eval/builtins.h"
 #include "eval/environment_variables.h"
@@ -160,6 +162,18 @@ bool isInert(DAG x) {
   return lengthOf(x) == 4 && (x[3] == ini("inert") || (isTag(x[3], EXPSEQ) && hasMember(x[3], ini("inert"))));
 }
 
+// A call of a stream is sent as it is, and the front end's reply is its value.
+bool isStreamName(DAG x) {
+  return isTag(x, NAME) && std::strncmp(textOf(x), "INTERFACE_", 10) == 0;
+}
+DAG sendToFrontEnd(DAG stream, DAG arguments) {
+  if (!isTag(arguments, EXPSEQ)) arguments = simpl(new2(EXPSEQ, arguments));
+  DAG reply = switch2(new3(FUNCTION, stream, arguments));
+  if (!reply) return null;
+  if (isTag(reply, ERROR)) KorelException(simpl(reply[1]));
+  return nerintokorel(reply);
+}
+
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key);
 
 }  // namespace
@@ -171,6 +185,7 @@ DAG evalFunction(DAG x) {
   if (isInert(x)) return unevaluatedCall(x, isNameLike(callee.name) ? callee.name : head, simpl(eval(a)));
   if (!isTag(callee.procedure, PROC)) {
     DAG value = callee.procedure;
+    if (isStreamName(value)) return sendToFrontEnd(value, simpl(eval(a)));
     if (isNameLike(value)) return unevaluatedCall(x, value, simpl(eval(a)));
     DAG arguments = simpl(eval(a));
     return evalsysf("evalapply", "",

@@ -51,7 +51,7 @@ bool simplifyOperands(DAG s, Word from) {
   bool changed = false;
   for (Word i = from, n = lengthOf(s); i < n; ++i) {
     DAG before = s[i];
-    if (isSimplified(before)) continue;
+    if (isSettled(before)) continue;
     DAG after = simpl(before);
     if (after != before) {
       s[i] = after;
@@ -76,7 +76,7 @@ DAG simplSequence(DAG s, Word key) {
       nested = true;
       continue;
     }
-    if (!isSimplified(member)) {
+    if (!isSettled(member)) {
       DAG after = simpl(member);
       if (after != member) {
         s[i] = member = after;

@@ -4,6 +4,7 @@
 // Each takes an object without the simplified bit, whose fields it may overwrite, and gives the
 // canonical result: an immediate, an object already unique, or the value of `makeUnique`.
 
+#include "eval/bindings.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -21,6 +22,10 @@ DAG simplProcedure(DAG s);
 DAG simplModuleDefinition(DAG s);
 DAG simplUse(DAG s);
 
+/// True for an operand that `simpl` would return as it is: a name may be bound while bindings are on.
+inline bool isSettled(DAG x) {
+  return isSimplified(x) && (!bindingsEnabled || isImmediate(x) || !hasTag(x, NAME));
+}
 /// Simplifies fields `from`.. of `s` in place.
 void simplifyFields(DAG s, Word from = 1);
 /// Sets the simplified bit without an entry in the table: the object is never shared.

@@ -232,8 +232,8 @@ void multiplyProduct(Product& product, DAG base, DAG exponent) {
 // Joins one factor to the product. Operands are simplified.
 void multiply(Product& product, DAG base, DAG exponent) {
   if (product.result) return;
-  if (isObject(base) && !hasTag(base, NAME) && !isNumeric(base) && isNumeric(exponent) &&
-      isZero(exponent) && !isInfinite(base) && !isUndefined(base)) {
+  if (isObject(base) && !isNumeric(base) && isNumeric(exponent) && isZero(exponent) &&
+      !isInfinite(base) && !isUndefined(base)) {
     if (!product.coefficient) product.coefficient = cons1;
     return;
   }
@@ -354,6 +354,9 @@ DAG simplProduct(DAG s) {
     if (!isImmediate(s[i]))
       switch (tagOf(s[i])) {
         case FLOAT: hasFloat = true; break;
+        case STRING:
+          if (n == 3 && s[2] != cons1) KernelException("non-algebraic base in a power");
+          break;
         case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: return productOfRelations(s);
         default: break;
       }

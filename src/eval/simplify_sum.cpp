@@ -301,7 +301,7 @@ DAG addLists(DAG a, DAG b) {
 DAG simplSum(DAG s) {
   for (Word i = 1; i < lengthOf(s); i += 2) {
     DAG term = s[i];
-    if (!isSimplified(term)) s[i] = simpl(term);
+    if (!isSettled(term)) s[i] = simpl(term);
   }
   if (lengthOf(s) == 3 && s[2] == cons1 && isTag(s[1], SUM)) return s[1];
   if (hasUserBindings())

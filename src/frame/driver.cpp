@@ -294,6 +294,8 @@ DAG runInFrame(std::jmp_buf& buffer, const Task& task) {
   DAG result;
   int code = _setjmp(buffer);
   if (code == 0) {
+    // The frame is a trap: what was registered outside it is not touched by errors that end here.
+    trapSet = traps + 1;
     result = runTask(task);
   } else {
     // A stop comes from any depth and passes the frames between.
@@ -307,6 +309,7 @@ DAG runInFrame(std::jmp_buf& buffer, const Task& task) {
     if (failures <= 2) reportJump(code);
     result = task.reader != nullptr ? null : DAG();
   }
+  trapSet = traps;
   driver.copyReplies = copied;
   driver.depth = depth - 1;
   return result;

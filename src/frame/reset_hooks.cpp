@@ -1,5 +1,6 @@
 #include "frame/reset_hooks.h"
 
+#include "eval/evaluator_start.h"
 #include "eval/procedures.h"
 #include "eval/simplify.h"
 #include "frame/help_path.h"
@@ -14,6 +15,7 @@ struct HookRow {
 };
 constexpr HookRow hookRows[] = {
     // moment                    function
+    {HookMoment::initialised, initializeEvaluator},
     {HookMoment::everyStatement, ResetSimplifier},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::startFiles, ResetSimplifier},

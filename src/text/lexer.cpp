@@ -305,6 +305,8 @@ int readWord() {
   tokenText.add(curLexChar);
   collectWhile(isWordCharacter);
   int token = KeyWordToToken(tokenText.finish());
+  // quit(n) is a call, whose argument is the exit status.
+  if (token == T_QUIT && nextLexChar == '(') token = 0;
   return nameToken(token == 0 ? T_NAME : token);
 }
 

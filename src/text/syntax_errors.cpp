@@ -128,6 +128,13 @@ void makeCaretLine(int unit, LineText& line) {
 /// What the rest of the line is replaced by: an empty statement, so that reading goes on with the
 /// next line.
 void dropRestOfLine(int unit) {
+  // A line longer than the buffer has more to come.
+  int length = ibuffl[unit];
+  while (!inputEnded && length > 0 && ibuff[unit][length - 1] != '\n') {
+    if (igets(ibuff[unit], inputBufferSize - 1) == nullptr) break;
+    length = static_cast<int>(std::strlen(ibuff[unit]));
+    if (length > 0 && ibuff[unit][length - 1] == '\n') ++yyline[unit];
+  }
   std::strcpy(ibuff[unit], ";\n");
   ibuffl[unit] = 2;
   icharno[unit] = -1;
