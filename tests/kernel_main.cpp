@@ -15,6 +15,7 @@
 #include "frame/driver_state.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/interface.h"
 #include "frame/output.h"
 #include "kernel_fixture.h"
 #include "store/constants.h"
@@ -157,7 +158,8 @@ std::string evaluated(const char* source) { return text(valueOf(source)); }
 
 std::string sayTo(FrontEnd& frontEnd, const char* statement) {
   frontEnd.output.clear();
-  EvaluateDAG(parsestring(statement, 1), receive, interruptQuery, 1, 0, &frontEnd);
+  DAG parsed = parsestring(statement, 1);
+  EvaluateDAG(parsed, receive, interruptQuery, defaultNerinVariables.display, 0, &frontEnd);
   if (!frontEnd.output.empty() && frontEnd.output.back() == '\n') frontEnd.output.pop_back();
   return frontEnd.output;
 }

@@ -50,6 +50,8 @@ void assignName(DAG t, DAG v) {
   }
   if (t[2] != null && isProtected(t[2]))
     KernelException("attempting to assign to `%1` which is protected", t);
+  if (t == ini("lasterror")) KernelException("cannot set lasterror");
+  if (t == ini("lastexception")) KernelException("cannot set lastexception");
   if (t == ini("libname")) {
     v = libnameValue(v);
     loopname(5, DAG());

@@ -194,7 +194,7 @@ constexpr Builtin builtins[] = {
     {"kernel/transpose",        false, nullptr},
     {"traperror",               true,  traperrorBuiltin},
     {"trunc",                   false, trunc},
-    {"type",                    true,  nullptr},
+    {"type",                    true,  typeBuiltin},
     {"typematch",               false, nullptr},
     {"unames",                  false, unames},
     {"unbind",                  false, unbind},

@@ -13,6 +13,7 @@
 #include "eval/simplify.h"
 #include "eval/statements.h"
 #include "eval/tables.h"
+#include "eval/types.h"
 #include "frame/driver.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
@@ -241,6 +242,13 @@ DAG unames(const BuiltinCall& call) {
 
 DAG bind(const BuiltinCall& call) { return AppendToWithBindings(call.arguments); }
 DAG unbind(const BuiltinCall& call) { return RemoveFromWithBindings(call.arguments); }
+
+DAG typeBuiltin(const BuiltinCall& call) {
+  DAG args = simpl(eval(call.arguments));
+  if (!isTag(args, EXPSEQ) || lengthOf(args) == 2) return ini("false");
+  if (lengthOf(args) != 3) wrongParameters(call);
+  return truth(type(args[1], args[2]));
+}
 
 DAG nops(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);

@@ -90,7 +90,7 @@ DAG simplSequence(DAG s, Word key) {
       ++total;
     }
   }
-  if (!nested) return finish(s, key, changed);
+  if (!nested) return finish(s, key, changed || bindingsEnabled);
   if (total > maxLength) KernelException("object too large");
   if (total == 1) return null;
   DAG flat = newl2(static_cast<Word>(total), EXPSEQ);
@@ -218,7 +218,15 @@ void checkCatchOrder(DAG s) {
   }
 }
 
+// Each statement of a trapped sequence by itself, so that those before a failing one still run.
+DAG simplifyTrappedBody(DAG body) {
+  if (isObject(body) && hasTag(body, STATSEQ) && !isSimplified(body))
+    for (Word i = 1; i < lengthOf(body); ++i) body[i] = simplifyUnderTrap(body[i]);
+  return simplifyUnderTrap(body);
+}
+
 DAG simplTry(DAG s) {
+  s[1] = simplifyTrappedBody(s[1]);
   simplifyOperands(s, 1);
   checkCatchOrder(s);
   return markSimplified(s);
@@ -282,6 +290,29 @@ DAG simplSeriesFields(DAG s) {
 
 void simplifyFields(DAG s, Word from) { simplifyOperands(s, from); }
 
+DAG simplifyUnderTrap(DAG x) {
+  if (isSettled(x)) return x;
+  DAG error = ini("lasterror")[1], exception = ini("lastexception")[1];
+  bool bindings = bindingsEnabled;
+  ProcedureRecord* procedures = procSimplStack;
+  BindingRecord* uses = useSimplStack;
+  bool failed = false;
+  DAG result = KernelTrapError(simpl, x, failed);
+  if (!failed) {
+    ini("lasterror")[1] = error;
+    ini("lastexception")[1] = exception;
+    return result;
+  }
+  if (SpecialError != noSpecialError) jumpOut(jumpError);
+  DAG raised = ini("lastexception")[1];
+  ini("lasterror")[1] = error;
+  ini("lastexception")[1] = exception;
+  bindingsEnabled = bindings;
+  procSimplStack = procedures;
+  useSimplStack = uses;
+  return simpl(new3(FUNCTION, ini("ERROR"), simpl(copydel(raised, 0, 1))));
+}
+
 DAG makeUnique(DAG s) {
   Word key = hashalg(s);
   if (DAG member = findIdentical(key, s)) return member;
@@ -335,7 +366,7 @@ DAG simpl(DAG s) {
     case AND: case OR: case NOT:
       return simplbool(s);
     case EXPSEQ:
-      return simplSequence(s, key != 0 ? key : hashalg(s));
+      return simplSequence(s, key);
     case SUM:
       return simplSum(s);
     case PROD:

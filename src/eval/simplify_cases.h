@@ -34,6 +34,10 @@ inline DAG markSimplified(DAG s) {
   return s;
 }
 
+/// `x` simplified, or, when that raises an error that a trap may take, a call of `ERROR` that raises the
+/// same when it is evaluated: what stands under a trap fails when it runs, not before.
+DAG simplifyUnderTrap(DAG x);
+
 /// Powers and products with 0, 1, infinite or undefined operands. `x` is a POWER or a PROD read at one
 /// pair; gives `x` when no case applies.
 DAG simpl01(DAG x, bool exact);

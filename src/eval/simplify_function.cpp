@@ -250,6 +250,7 @@ DAG expandInline(DAG s, DAG procedure) {
 }  // namespace
 
 DAG simplFunction(DAG s) {
+  if (s[1] == ini("traperror")) s[2] = simplifyUnderTrap(s[2]);
   simplifyFields(s);
   DAG head = s[1];
   if (isObject(s[2]) && !hasTag(s[2], EXPSEQ)) s[2] = simpl(new2(EXPSEQ, s[2]));

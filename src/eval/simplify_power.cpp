@@ -180,6 +180,12 @@ DAG simplPower(DAG s) {
     if (base[1] == cons1) return lower;
     return simpl(new5(PROD, simpl(new3(POWER, base[1], exponent)), cons1, lower, cons1));
   }
+  // So is the power of a multiple, unless its sign would be lost.
+  if (isTag(base, SUM) && lengthOf(base) == 3 && !isInfinite(base) && !consneg(base[2])) {
+    DAG number = simpl(new3(POWER, base[2], exponent));
+    DAG term = simpl(new3(POWER, base[1], exponent));
+    return simpl(new5(PROD, number, cons1, term, cons1));
+  }
   return makeUnique(s);
 }
 

@@ -153,7 +153,7 @@ void schoolSquare(Group* r, const Group* a, std::size_t n) {
   Wide carry = 0;
   for (std::size_t k = 0; k < 2 * n - 1; ++k) {
     std::size_t first = k < n ? 0 : k - n + 1;
-    std::size_t pairs = (k - first + 1) / 2;  // of a[i], a[k-i] with i < k - i
+    std::size_t pairs = (k - 2 * first + 1) / 2;  // of a[i], a[k-i] with first <= i < k - i
     Wide sum = columnSum(a + first, a + (k - first), pairs);
     sum += sum;
     if (k % 2 == 0) sum += Wide{a[k / 2]} * a[k / 2];

@@ -173,6 +173,8 @@ void initialize(const char* libraryText) {
   DAG inertCall = simpl(new3(FUNCTION, param(-2), simpl(new2(EXPSEQ, param(-1)))));
   InertProc = simpl(new2(UNEVAL, inertCall));
   buildSpecialValues();
+  // The name stands for the empty sequence; everything else of the kind is the library's to assign.
+  ini("NULL")[1] = null;
   collectInitialNames();
 }
 

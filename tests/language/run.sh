@@ -3,8 +3,8 @@
 # file beside it:   run.sh KORELTTY FILE.krl
 # UPDATE=1 in the environment rewrites the expected output instead; read the change before you
 # commit it.
-program=$1
-script=$2
+program=$(cd "$(dirname "$1")" && pwd)/$(basename "$1")
+script=$(cd "$(dirname "$2")" && pwd)/$(basename "$2")
 expected=${script%.krl}.out
 cd "$(dirname "$script")" || exit 2
 if [ -n "${UPDATE:-}" ]; then

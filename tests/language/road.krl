@@ -1,0 +1,14 @@
+2^100;
+(a+b)*(a+b);
+x := 3; x^2 + y - y;
+for i to 3 do i^2 od;
+add(1/k, k=1..20);
+[seq(k^2, k=1..5)];
+a - b + a;
+f(x+1)[2];
+1 + ;
+error "no %1 here", 7;
+"one" "two";
+if 2 < 3 then yes else no fi;
+`a b`;
+[`a b`];
