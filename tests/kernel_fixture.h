@@ -36,11 +36,17 @@ DAG lastException();
 
 // ---- output
 
+/// The settings without the text that each record owns for itself.
+inline InterfaceVariables withOwnTexts(InterfaceVariables variables) {
+  variables.plotoptions = nullptr;
+  return variables;
+}
+
 /// A front end: keeps what it is told, and answers about interface variables.
 struct FrontEnd {
   std::string output;                // as a terminal program shows it
   std::vector<std::string> streams;  // each message as a call, INTERFACE_CHAR("text")
-  InterfaceVariables variables = defaultNerinVariables;
+  InterfaceVariables variables = withOwnTexts(defaultNerinVariables);
   DAG (*reply)(DAG message) = nullptr;  // asked first when set; 0: no answer of its own
   int interruptsAfter = -1;             // polls until it interrupts, or -1
 };

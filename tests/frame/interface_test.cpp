@@ -66,9 +66,9 @@ TEST(Interface, VariablesTakeWhatTheirKindAllows) {
       {"labelwidth", "0", "ok", "0"},
       {"labelwidth", "x", "labelwidth must be an integer in the range 0..2147483647", "0"},
       {"latexwidth", "100", "ok", "100."},
-      {"latexwidth", "5/2", "ok", "2.5"},
-      {"latexwidth", "100.1", "latexwidth must be a number in the range 0...100.0", "2.5"},
-      {"latexwidth", "w", "latexwidth must be a number in the range 0...100.0", "2.5"},
+      {"latexwidth", "5/2", "ok", "2.5000000000000000"},
+      {"latexwidth", "100.1", "latexwidth must be a number in the range 0...100.0", "2.5000000000000000"},
+      {"latexwidth", "w", "latexwidth must be a number in the range 0...100.0", "2.5000000000000000"},
       {"longdelim", "false", "ok", "false"},
       {"plotdevice", "postscript", "ok", "ps"},
       {"plotdevice", "default", "ok", "char"},
@@ -115,6 +115,7 @@ TEST(Interface, VariablesTakeWhatTheirKindAllows) {
        "unknown interface variable, nonsense"},
   };
   InterfaceVariables record = defaultNerinVariables;
+  record.plotoptions = nullptr;  // each record owns its text
   for (const VariableCase& c : cases) {
     if (std::strstr(c.value.c_str(), "$") != nullptr) {
       DAG body = newl2(82, EXPSEQ);
@@ -130,6 +131,7 @@ TEST(Interface, VariablesTakeWhatTheirKindAllows) {
 
 TEST(Interface, ImaginaryUnitIsAnUnprotectedSymbol) {
   InterfaceVariables record = defaultNerinVariables;
+  record.plotoptions = nullptr;  // each record owns its text
   EXPECT_EQ(outcome(setinterface(newSequence({naminstall("imaginaryunit"), sqrtm1}), record)),
             "ok");
   EXPECT_EQ(get(record, "imaginaryunit"), "I");
@@ -151,6 +153,7 @@ TEST(Interface, ImaginaryUnitIsAnUnprotectedSymbol) {
 
 TEST(Interface, StreamCallsWantANameAndAValue) {
   InterfaceVariables record = defaultNerinVariables;
+  record.plotoptions = nullptr;  // each record owns its text
   const char* wantsBoth = "INTERFACE_SET stream expects a name and value";
   DAG name = naminstall("echo");
   for (DAG wrong : {null, newSequence({name}), newSequence({cons1, cons1}),
