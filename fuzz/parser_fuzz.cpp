@@ -1,0 +1,70 @@
+// Any bytes as source text: parse, print, read back, simplify, print again.
+//
+// What must hold for every input: the parser ends in an object or in one reported error; what prints
+// reads back; nothing crashes, hangs or leaves the kernel unable to go on. Statements are not run.
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+#include "frame/driver.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "frame/output.h"
+#include "frame/statement_reader.h"
+#include "store/collector.h"
+#include "store/constants.h"
+#include "store/objects.h"
+#include "text/long_string.h"
+#include "text/printer.h"
+#include "text/source.h"
+
+using namespace korel;
+
+namespace {
+
+const char* sourceText;
+
+DAG ignoreMessage(void*, DAG) { return null; }
+void ignoreError(void*, const char*) {}
+
+char* printed(DAG x, int flags) {
+  char* text = NewLongString();
+  PrintKorel(x, LongStringSink, ignoreError, 0, &text, flags);
+  return text;
+}
+
+// Runs as the parser's own call does, in a frame that reports errors.
+DAG roundTrip() {
+  DAG raw = parsestring(sourceText, 1);
+  if (!raw) return null;
+  DisposeString(printed(CopyDAG(raw), 0));
+  DAG simplified = nerintokorel(raw);
+  char* once = printed(simplified, 0);
+  DAG again = parsestring(once, 1);
+  DisposeString(once);
+  if (again) DisposeString(printed(nerintokorel(again), printBareOutermost));
+  return null;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  char name[] = "korel", skip[] = "-s";
+  char* argv[] = {name, skip, nullptr};
+  if (InitializeKorel(2, argv) != nullptr) std::abort();
+  EvaluateDAG(null, ignoreMessage, nullptr, 0, 0, nullptr);
+  return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static char text[1 << 16];
+  if (size >= sizeof text) return 0;
+  std::memcpy(text, data, size);
+  text[size] = 0;
+  sourceText = text;
+  ReadStatement(roundTrip, ignoreMessage, nullptr, nullptr);
+  static int inputs = 0;
+  if (++inputs % 64 == 0) gc();
+  return 0;
+}
