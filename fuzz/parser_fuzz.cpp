@@ -38,7 +38,9 @@ char* printed(DAG x, int flags) {
 DAG roundTrip() {
   DAG raw = parsestring(sourceText, 1);
   if (!raw) return null;
-  DisposeString(printed(CopyDAG(raw), 0));
+  // What the parser accepts and no valid object holds, as `1 := 2`, cannot be copied.
+  DAG copy = CopyDAG(raw);
+  if (copy != DAG(2)) DisposeString(printed(copy, 0));
   DAG simplified = nerintokorel(raw);
   char* once = printed(simplified, 0);
   DAG again = parsestring(once, 1);

@@ -62,7 +62,9 @@ bool answersAtOnce(int argc, char** argv) {
 /// Starts the kernel with the program's own library in front of the switches, where a `-b` among them
 /// takes its place; the variable KOREL goes before it. Null, or a message.
 const char* startKernel(int argc, char** argv, const char*& operand, int& operandCount) {
-  auto** arguments = static_cast<char**>(std::calloc(static_cast<std::size_t>(argc) + 3, sizeof *argv));
+  // Lives as long as the program: the option reader and the operand refer to it.
+  static char** arguments;
+  arguments = static_cast<char**>(std::calloc(static_cast<std::size_t>(argc) + 3, sizeof *argv));
   if (arguments == nullptr) return "korel: out of memory";
   static char librarySwitch[] = "-b";
   int count = 0;

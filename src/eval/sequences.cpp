@@ -118,8 +118,10 @@ void element(Collector& c, DAG variable, DAG value, DAG expression) {
   DAG result = eval(expression);
   // A variable's value may be overwritten by the next round: a shared object is made of it now.
   if (c.kind == Kind::sequence) result = simpl(result);
-  collect(c, result);
   --evaluationLevel;
+  // What the element made lives on in the result, whose level is this one.
+  updategen(result);
+  collect(c, result);
   collectInLoop();
 }
 

@@ -1,7 +1,6 @@
 // Division of packed operands: the school method on signed columns, and by halves for long operands.
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 #include "numbers/integer_groups.h"
@@ -10,108 +9,56 @@ namespace korel {
 
 namespace {
 
-using SignedWide = __int128;
-
 // Groups of divisor and quotient, measured with bench/integer_bench.cpp: below, the school method.
 constexpr std::size_t halvingGroups = 80;
 
-// ---- the school method
-//
-// No divisor needs to be normalised and no estimate needs to be low. A column of the running remainder
-// is a signed 128-bit sum that is never carried: with quotient digits rounded to nearest from the
-// leading three columns in extended precision, the remainder stays within about half the divisor of
-// zero, and an estimate that is off by one is put right by the next digit. A column is summed up only
-// when it becomes one of the leading three, in registers. Quotient digits are signed until the end.
+// ---- the school method (Knuth, vol. 2, 4.3.1, algorithm D)
 
-SignedWide product(std::int64_t q, Group b) { return SignedWide{q} * static_cast<std::int64_t>(b); }
-
-/// Sum of q[i] * b[-i] for i below n.
-SignedWide columnSum(const std::int64_t* q, const Group* b, std::size_t n) {
-  SignedWide sum = 0, other = 0;
-  std::size_t i = 0;
-  for (; i + 2 <= n; i += 2) {
-    sum += product(q[i], *(b - i));
-    other += product(q[i + 1], *(b - i - 1));
+/// u[0..nb] -= digit * v[0..nb); true when the result was negative and has wrapped.
+bool takeMultiple(Group* u, const Group* v, std::size_t nb, Group digit) {
+  Wide carry = 0;
+  Group borrow = 0;
+  for (std::size_t i = 0; i < nb; ++i) {
+    carry += Wide{digit} * v[i];
+    Group part = takeLowest<groupBase>(carry) + borrow;
+    borrow = u[i] < part;
+    u[i] += (borrow != 0 ? groupBase : 0) - part;
   }
-  if (i < n) sum += product(q[i], *(b - i));
-  return sum + other;
+  Group part = static_cast<Group>(carry) + borrow;
+  borrow = u[nb] < part;
+  u[nb] += (borrow != 0 ? groupBase : 0) - part;
+  return borrow != 0;
 }
 
-long double leading(SignedWide first, SignedWide second, SignedWide third) {
-  constexpr long double base = 1e16L;
-  return static_cast<long double>(first) +
-         (static_cast<long double>(second) + static_cast<long double>(third) / base) / base;
-}
-
-/// Takes the lowest group off a signed sum, which keeps the quotient rounded down.
-Group takeSigned(SignedWide& sum) {
-  if (sum >= 0) {
-    auto magnitude = static_cast<Wide>(sum);
-    Group rest = takeLowest<groupBase>(magnitude);
-    sum = static_cast<SignedWide>(magnitude);
-    return rest;
-  }
-  auto magnitude = static_cast<Wide>(-sum);
-  Group rest = takeLowest<groupBase>(magnitude);
-  sum = -static_cast<SignedWide>(magnitude);
-  if (rest == 0) return 0;
-  --sum;
-  return groupBase - rest;
-}
-
+/// q has na - nb + 1 groups; the remainder stays in a's nb lowest.
 void schoolDivide(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb) {
   assert(nb >= 2 && na >= nb && b[nb - 1] != 0);
-  std::size_t steps = na - nb + 1;
-  GroupSpace space(steps);
-  auto* digits = reinterpret_cast<std::int64_t*>(static_cast<Group*>(space));
-  const long double divisor =
-      leading(static_cast<SignedWide>(b[nb - 1]), static_cast<SignedWide>(b[nb - 2]),
-              nb > 2 ? static_cast<SignedWide>(b[nb - 3]) : 0);
-  // Column k of the remainder once the digits from `top` down to `j` are known.
-  auto column = [&](std::size_t k, std::size_t j) {
-    // digits[i] * b[k - i] for i in [max(j, k - nb + 1), min(steps - 1, k)]
-    std::size_t from = std::max(j, k + 1 > nb ? k + 1 - nb : 0), to = std::min(steps - 1, k);
-    SignedWide sum = static_cast<SignedWide>(a[k]);
-    if (from <= to && from < steps) sum -= columnSum(digits + from, b + (k - from), to - from + 1);
-    return sum;
-  };
-  SignedWide first = static_cast<SignedWide>(a[na - 1]), second = static_cast<SignedWide>(a[na - 2]);
-  for (std::size_t j = steps; j-- > 0;) {
-    std::size_t top = j + nb - 1;  // the leading column, which holds all above it
-    SignedWide third = top >= 2 ? column(top - 2, j + 1) : 0;
-    std::int64_t digit = std::llrintl(leading(first, second, third) / divisor);
-    digits[j] = digit;
-    first -= product(digit, b[nb - 1]);
-    second -= product(digit, b[nb - 2]);
-    if (nb > 2) third -= product(digit, b[nb - 3]);
-    if (j == 0) break;
-    first = first * static_cast<SignedWide>(groupBase) + second;
-    second = third;
+  // Both times a factor that brings the divisor's top group to half the base: an estimate from two
+  // groups against one is then at most 2 too high.
+  Group factor = groupBase / (b[nb - 1] + 1);
+  GroupSpace divisor(nb), dividend(na + 1);
+  Group *u = dividend, *v = divisor;
+  scaleGroups(v, b, nb, factor);
+  u[na] = scaleGroups(u, a, na, factor);
+  const Group high = v[nb - 1], next = v[nb - 2];
+  for (std::size_t j = na - nb + 1; j-- > 0;) {
+    Wide leading = Wide{u[j + nb]} * groupBase + u[j + nb - 1];
+    Wide estimate = leading / high, rest = leading % high;
+    while (estimate >= groupBase || estimate * next > rest * groupBase + u[j + nb - 2]) {
+      --estimate;
+      rest += high;
+      if (rest >= groupBase) break;
+    }
+    auto digit = static_cast<Group>(estimate);
+    if (digit != 0 && takeMultiple(u + j, v, nb, digit)) {
+      --digit;
+      u[j + nb] += addGroups(u + j, u + j, nb, v, nb);
+      u[j + nb] -= u[j + nb] >= groupBase ? groupBase : 0;
+    }
+    q[j] = digit;
   }
-  // The remainder's columns, and what is above them.
-  SignedWide carry = 0;
-  GroupSpace rest(nb);
-  for (std::size_t k = 0; k < nb; ++k) {
-    carry += column(k, 0);
-    rest[k] = takeSigned(carry);
-  }
-  std::memcpy(a, static_cast<Group*>(rest), nb * sizeof(Group));
+  divideGroupsBy(a, u, nb, factor);
   for (Group* above = a + na; above > a + nb;) *--above = 0;
-  std::int64_t adjust = 0;
-  while (carry < 0) {
-    carry += static_cast<std::int64_t>(addGroups(a, a, nb, b, nb));
-    --adjust;
-  }
-  while (carry > 0 || compareGroups(a, b, nb) >= 0) {
-    carry -= static_cast<std::int64_t>(subtractGroups(a, a, nb, b, nb));
-    ++adjust;
-  }
-  SignedWide sum = adjust;
-  for (std::size_t j = 0; j < steps; ++j) {
-    sum += digits[j];
-    q[j] = takeSigned(sum);
-  }
-  assert(sum == 0);
 }
 
 // ---- division by halves (Burnikel and Ziegler, "Fast recursive division"): two long products a level

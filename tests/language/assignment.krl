@@ -9,7 +9,7 @@ t[3] := t;
 # Lists are copied; a negative index counts from the end.
 l := [1, 2, 3]; l[2] := 7; l; l[-1] := 9; l; l[4] := 1; l[1, 1] := 1; l[1] := NULL;
 f(2) := 5; f(2); f(3);
-libname := libname; 'libname' := 3; lasterror := 1;
+libname := 3; 'libname' := 3; lasterror := 1;
 1 := 2; x + y := 3; f(x) := 3; (a, b, 1) := (1, 2, 3);
 # Values before.
 11; 12; 13; %; %%; %%%;
