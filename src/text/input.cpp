@@ -70,8 +70,12 @@ int readCharacters(int unit, char* buffer, int size) {
 /// the file.
 bool readChunk(int unit, int position, int size) {
   char* chunk = ibuff[unit] + position;
+  char first = *chunk;
   int count = readCharacters(unit, chunk, size);
-  if (count == 0) return false;
+  if (count == 0) {
+    *chunk = first;  // the last line stays to be shown
+    return false;
+  }
   int length = static_cast<int>(std::strlen(chunk));
   chunkCut[unit] = length < count;
   ibuffl[unit] = position + length;
