@@ -49,6 +49,19 @@ DAG roundTrip() {
   return null;
 }
 
+// Numbers beside an operator that multiplies digits are cut to two digits: a tower of powers is work
+// without end, not a fault.
+void boundNumbers(char* text) {
+  if (std::strpbrk(text, "^*!") == nullptr) return;
+  char* out = text;
+  int run = 0;
+  for (const char* in = text; *in != 0; ++in) {
+    run = *in >= '0' && *in <= '9' ? run + 1 : 0;
+    if (run <= 2) *out++ = *in;
+  }
+  *out = 0;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -64,6 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (size >= sizeof text) return 0;
   std::memcpy(text, data, size);
   text[size] = 0;
+  boundNumbers(text);
   sourceText = text;
   ReadStatement(roundTrip, ignoreMessage, nullptr, nullptr);
   static int inputs = 0;
