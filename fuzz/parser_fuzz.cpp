@@ -53,6 +53,8 @@ DAG roundTrip() {
 // without end, not a fault.
 void boundNumbers(char* text) {
   if (std::strpbrk(text, "^*!") == nullptr) return;
+  if (std::strpbrk(text, "^*") != nullptr)
+    for (char* mark = text; (mark = std::strchr(mark, '!')) != nullptr;) *mark = ' ';
   char* out = text;
   int run = 0;
   for (const char* in = text; *in != 0; ++in) {
