@@ -1,0 +1,71 @@
+#pragma once
+// One row of the benchmark table: a figure of Korel's beside a reference measured in the same run.
+//
+// Each is timed in rounds that alternate, so that a drift of the machine's speed meets both; the row
+// gives the fastest round of either and their ratio, Korel's time over the reference's.
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+
+#include "frame/driver.h"
+#include "frame/statement_reader.h"
+#include "store/constants.h"
+#include "store/dag.h"
+
+namespace korel::bench {
+
+template <class Work>
+double secondsOf(Work&& work) {
+  auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+inline void printHead() {
+  std::printf("%-44s %14s %14s %8s  %s\n", "row", "korel", "reference", "ratio", "reference is");
+}
+
+/// `scale` turns seconds into the figure shown, in `unit`.
+template <class Korel, class Reference>
+void row(const char* name, const char* unit, double scale, const char* reference, Korel&& korel,
+         Reference&& other) {
+  double ours = 1e99, theirs = 1e99;
+  for (int round = 0; round < 7; ++round) {
+    ours = std::min(ours, secondsOf(korel));
+    theirs = std::min(theirs, secondsOf(other));
+  }
+  std::printf("%-44s %11.3f %-2s %11.3f %-2s %8.2f  %s\n", name, ours * scale, unit, theirs * scale, unit,
+              ours / theirs, reference);
+}
+
+/// The same as a rate: `amount` of `unit` in one call.
+template <class Korel, class Reference>
+void rateRow(const char* name, const char* unit, double amount, const char* reference, Korel&& korel,
+             Reference&& other) {
+  double ours = 1e99, theirs = 1e99;
+  for (int round = 0; round < 7; ++round) {
+    ours = std::min(ours, secondsOf(korel));
+    theirs = std::min(theirs, secondsOf(other));
+  }
+  std::printf("%-44s %9.1f %-4s %9.1f %-4s %8.2f  %s\n", name, amount / ours, unit, amount / theirs, unit,
+              ours / theirs, reference);
+}
+
+inline DAG ignoreMessage(void*, DAG) { return null; }
+
+/// Starts a kernel that shows nothing.
+inline void startKernel() {
+  static char name[] = "korel", skip[] = "-s";
+  static char* argv[] = {name, skip, nullptr};
+  if (const char* message = InitializeKorel(2, argv)) {
+    std::fprintf(stderr, "%s\n", message);
+    std::exit(1);
+  }
+  EvaluateDAG(null, ignoreMessage, nullptr, 0, 0, nullptr);
+}
+/// Runs `work` as a statement runs: inside a frame that errors return to.
+inline void runInKernel(DAG (*work)()) { ReadStatement(work, ignoreMessage, nullptr, nullptr); }
+
+}  // namespace korel::bench

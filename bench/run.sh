@@ -1,0 +1,41 @@
+#!/bin/sh
+# Prints the benchmark table:   bench/run.sh BUILD
+# Each row is a figure of Korel's beside a reference measured in the same run, and their ratio.
+build=$1
+printf '%-44s %14s %14s %8s  %s\n' row korel reference ratio 'reference is'
+for program in store simplify parser integer; do
+  [ -x "$build/bin/${program}_bench" ] && "$build/bin/${program}_bench"
+done
+
+# Whole processes: the fastest of ten runs each, in milliseconds.
+fastest() {
+  best=
+  for _ in 1 2 3 4 5 6 7 8 9 10; do
+    start=$(date +%s%N)
+    "$@" >/dev/null 2>&1 </dev/null
+    end=$(date +%s%N)
+    took=$(((end - start) / 1000))
+    if [ -z "$best" ] || [ "$took" -lt "$best" ]; then best=$took; fi
+  done
+  echo "$best"
+}
+process_row() {
+  awk -v name="$1" -v ours="$2" -v theirs="$3" -v what="$4" 'BEGIN {
+    printf "%-44s %11.3f ms %11.3f ms %8.2f  %s\n", name, ours / 1000, theirs / 1000, ours / theirs, what }'
+}
+korel=$build/bin/korelTTY
+process_row 'process start to exit' "$(fastest "$korel" -q -s)" "$(fastest /bin/true)" /bin/true
+if command -v python3 >/dev/null; then
+  process_row 'empty counted loop of 10^6 rounds' \
+    "$(fastest "$korel" -q -s -c 'to 1000000 do od:')" \
+    "$(fastest python3 -S -c 'for i in range(1000000): pass')" 'python3, the same loop'
+  process_row 'naive Fibonacci of 24' \
+    "$(fastest "$korel" -q -s -c 'f := proc(n) if n < 2 then n else f(n-1)+f(n-2) fi end: ' -c 'f(24):')" \
+    "$(fastest python3 -S -c 'f = lambda n: n if n < 2 else f(n-1)+f(n-2)
+f(24)')" 'python3, the same function'
+fi
+if [ -x "$build/bin/printer_bench" ]; then
+  echo
+  echo 'Printing (of_sink: times as long as the bare sink)'
+  "$build/bin/printer_bench" --benchmark_min_time=0.1 2>/dev/null
+fi
