@@ -1,0 +1,163 @@
+// Float arithmetic against exact rational arithmetic that is rounded once, in every rounding mode.
+
+#include "numbers/float.h"
+
+#include <gtest/gtest.h>
+
+#include "eval/arithmetic.h"
+#include "eval/environment_variables.h"
+#include "eval/simplify.h"
+#include "integer_oracle.h"
+#include "kernel_fixture.h"
+#include "store/constants.h"
+#include "store/standard_names.h"
+
+namespace korel::test {
+namespace {
+
+#ifdef KOREL_HAVE_GMP
+
+enum class Mode { nearest, zero, up, down };
+
+void setRounding(Mode mode) {
+  const DAG values[] = {ini("nearest"), cons0, ini("infinity"), consminf};
+  assignenv(ini("Rounding"), values[static_cast<int>(mode)]);
+}
+
+/// numerator / denominator, exactly.
+struct Fraction {
+  Big numerator, denominator;
+};
+
+void raise(Big& x, std::int64_t k) {
+  Big power;
+  mpz_ui_pow_ui(power, 10, static_cast<unsigned long>(k));
+  mpz_mul(x, x, power);
+}
+
+/// The value rounded to `digits` digits, as mantissa and exponent text with no trailing zeros.
+std::string rounded(const Fraction& f, std::int64_t digits, Mode mode) {
+  Big n, d;
+  mpz_abs(n, const_cast<Big&>(f.numerator));
+  mpz_abs(d, const_cast<Big&>(f.denominator));
+  bool negative = mpz_sgn(static_cast<mpz_srcptr>(f.numerator.value)) *
+                      mpz_sgn(static_cast<mpz_srcptr>(f.denominator.value)) < 0;
+  if (mpz_sgn(static_cast<mpz_srcptr>(n.value)) == 0) return "0";
+  // Scaled so that the quotient has `digits` digits.
+  auto length = [](Big& x) { return static_cast<std::int64_t>(x.text().size()); };
+  std::int64_t exponent = length(n) - length(d) - digits;
+  Big q, r;
+  for (;; ++exponent) {
+    Big a, b;
+    mpz_set(a, n);
+    mpz_set(b, d);
+    if (exponent < 0) raise(a, -exponent);
+    else raise(b, exponent);
+    mpz_tdiv_qr(q, r, a, b);
+    if (length(q) > digits) continue;
+    Big twice;
+    mpz_mul_ui(twice, r, 2);
+    int half = mpz_cmp(twice, b);
+    bool inexact = mpz_sgn(static_cast<mpz_srcptr>(r.value)) != 0;
+    bool away = mode == Mode::nearest ? half > 0 || (half == 0 && mpz_odd_p(static_cast<mpz_srcptr>(q.value)))
+                : mode == Mode::up    ? inexact && !negative
+                : mode == Mode::down  ? inexact && negative
+                                      : false;
+    if (away) mpz_add_ui(q, q, 1);
+    break;
+  }
+  std::string text = q.text();
+  while (text.size() > 1 && text.back() == '0') {
+    text.pop_back();
+    ++exponent;
+  }
+  return (negative ? "-" : "") + text + "e" + std::to_string(exponent);
+}
+
+std::string shown(DAG x) {
+  if (!isFLOAT(x) || isSingular(x)) return text(x);
+  std::string mantissa = decimal(x[1]);
+  if (x[1] == cons0 || x[1] == consm0) return "0";
+  std::int64_t exponent = LongLongValue(x[2]);
+  while (mantissa.back() == '0') {
+    mantissa.pop_back();
+    ++exponent;
+  }
+  return mantissa + "e" + std::to_string(exponent);
+}
+
+void setValue(Fraction& f, DAG x) {
+  mpz_set_str(f.numerator, decimal(x[1]).c_str(), 10);
+  mpz_set_ui(f.denominator, 1);
+  std::int64_t exponent = LongLongValue(x[2]);
+  if (exponent > 0) raise(f.numerator, exponent);
+  if (exponent < 0) raise(f.denominator, -exponent);
+}
+
+/// A float of up to `digits` digits; near misses of ties and of carries among them.
+DAG someFloat(Random& random, std::int64_t digits) {
+  std::string mantissa;
+  auto count = 1 + random.below(digits);
+  int kind = static_cast<int>(random.below(5));
+  for (std::int64_t i = 0; i < count; ++i)
+    mantissa += kind == 0 ? '9' : kind == 1 ? (i == 0 ? '1' : '0') : static_cast<char>('0' + random.below(10));
+  if (kind == 2) mantissa.back() = '5';
+  if (mantissa[0] == '0') mantissa[0] = '1';
+  if (random.below(2) != 0) mantissa.insert(0, "-");
+  return simpl(newFLOAT(integer(mantissa), immediate(static_cast<std::int32_t>(random.below(30) - 15))));
+}
+
+TEST(Float, OperationsRoundOnceInEveryMode) {
+  Random random(41);
+  for (int i = 0; i < 30000; ++i) {
+    Mode mode = static_cast<Mode>(i % 4);
+    std::int64_t digits = 1 + random.below(i % 20 == 0 ? 60 : 14);
+    setRounding(mode);
+    assignenv(ini("Digits"), immediate(static_cast<std::int32_t>(digits)));
+    DAG x = someFloat(random, digits), y = someFloat(random, digits);
+    SCOPED_TRACE(text(x) + ", " + text(y) + " to " + std::to_string(digits) + " digits, mode " +
+                 std::to_string(i % 4));
+    Fraction a, b, f;
+    setValue(a, x);
+    setValue(b, y);
+    mpz_mul(f.denominator, a.denominator, b.denominator);
+    Big left, right;
+    mpz_mul(left, a.numerator, b.denominator);
+    mpz_mul(right, b.numerator, a.denominator);
+    mpz_add(f.numerator, left, right);
+    // Far below the other's last digit an operand counts for nothing, whatever the rounding.
+    auto negligible = [digits](DAG small, DAG large) {
+      std::int64_t es = LongLongValue(small[2]), el = LongLongValue(large[2]);
+      return es + ilength(small[1]) < std::min(el, el + ilength(large[1]) - digits) - 1;
+    };
+    std::string sum = negligible(y, x)   ? shown(x)
+                      : negligible(x, y) ? shown(y)
+                                         : rounded(f, digits, mode);
+    ASSERT_EQ(shown(evalfadd(x, y)), sum) << "sum";
+    mpz_mul(f.numerator, a.numerator, b.numerator);
+    ASSERT_EQ(shown(evalfmul(x, y)), rounded(f, digits, mode)) << "product";
+    mpz_mul(f.numerator, a.numerator, b.denominator);
+    mpz_mul(f.denominator, a.denominator, b.numerator);
+    ASSERT_EQ(shown(evalfdiv(x, y)), rounded(f, digits, mode)) << "quotient";
+  }
+  assignenv(ini("Digits"), cons10);
+  setRounding(Mode::nearest);
+}
+
+#endif
+
+TEST(Float, SpecialValuesAndBounds) {
+  const char* rows[][2] = {
+      {"1.0/0.;", "Float(infinity)"}, {"-1.0/0.;", "Float(-infinity)"}, {"0./0.;", "Float(undefined)"},
+      {"Float(infinity) - Float(infinity);", "Float(undefined)"}, {"0.*Float(infinity);", "Float(undefined)"},
+      {"-0.;", "-0."}, {"-0. + 0.;", "0."}, {"1.5 - 1.5;", "0."}, {"2.^(-2);", ".2500000000"},
+      {"(-8.)^3;", "-512."}, {"4.^(1/2);", "2.000000000"}, {"1/4.;", ".2500000000"}, {"1.5 + 1/2;", "2.000000000"},
+      {"3 < 3.1;", "0 < .1"}, {"evalb(1/2 = 0.5);", "true"}, {"evalb(3 < 3.1);", "true"},
+      {"evalf(2/3, 4);", ".6667"}, {"Float(15, -1);", "1.5"}, {"Float(3, infinity);", "Float(infinity)"},
+      {"abs(-2.5), max(1.5, 2, 1/2), trunc(-2.7);", "2.5, 2, -2"},
+  };
+  for (auto [statement, expected] : rows) EXPECT_EQ(say(statement), expected) << statement;
+}
+
+}  // namespace
+}  // namespace korel::test
