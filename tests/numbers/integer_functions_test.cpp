@@ -84,6 +84,57 @@ TEST(IntegerFunctions, DecimalShifts) {
   }
 }
 
+// Residues, halves, shifts and cofactors, each by what defines it.
+TEST(IntegerFunctions, ResiduesShiftsAndCofactors) {
+  Random random(36);
+  for (int i = 0; i < 20000; ++i) {
+    DAG x = random.upTo(static_cast<Word>(1 + random.below(20)));
+    DAG m = random.upTo(static_cast<Word>(1 + random.below(6)));
+    if (m == cons0) continue;
+    SCOPED_TRACE(decimal(x) + ", " + decimal(m));
+    DAG positive = imod(x, m, false), symmetric = imod(x, m, true);
+    DAG absolute = hasTag(m, INTNEG) ? complint(m) : m;
+    ASSERT_TRUE(positive == cons0 || hasTag(positive, INTPOS));
+    ASSERT_LT(compint(positive, m), 0);
+    ASSERT_LE(compint(addint(symmetric, symmetric), m), 0);
+    DAG r;
+    for (DAG residue : {positive, symmetric}) {
+      IntegerDivide(addint(x, complint(residue)), absolute, &r);
+      ASSERT_EQ(r, cons0);
+    }
+    DAG parts[2];
+    gcdsimpl(CopyAlg(x), CopyAlg(m), parts);
+    if (x != cons0) {
+      ASSERT_EQ(decimal(mulint(parts[0], m)), decimal(mulint(parts[1], x)));
+      ASSERT_EQ(decimal(igcd(parts[0], parts[1])), "1");
+    }
+    std::int64_t k = random.below(30);
+    DAG up = shift10p(x, k);
+    ASSERT_EQ(decimal(shift10p(up, -k)), decimal(x));
+    ASSERT_EQ(isodd(x), decimal(x).back() % 2 != 0);
+  }
+}
+
+TEST(IntegerFunctions, PrimesAndFactorsOfTen) {
+  const int primes[] = {2, 3, 5, 7, 97, 7919, 65537, 1000003, 2147483647};
+  const int composites[] = {4, 9, 91, 7917, 65535, 1000001, 2147483645};
+  for (int p : primes) EXPECT_TRUE(isPrime(p)) << p;
+  for (int n : composites) EXPECT_FALSE(isPrime(n)) << n;
+  for (auto [from, prime] : {std::pair{90, 97}, {7907, 7907}, {7908, 7919}, {100000, 100003}})
+    EXPECT_EQ(firstPrime(from), prime);
+  DAG x = integer("1250000000000000000000"), y = cons1;
+  std::int64_t places = pow10Elim(&x, &y);
+  // 125 * 10^19: every factor of five left takes a two from elsewhere and counts as a ten.
+  EXPECT_EQ(places, 22);
+  EXPECT_EQ(decimal(x) + " " + decimal(y), "1 8");
+}
+
+TEST(IntegerFunctions, LimitsAreKeptBeforeAnythingIsBuilt) {
+  EXPECT_EQ(say("2^(10^12);"), "Error, integer too large in context");
+  EXPECT_EQ(say("factorial(10^9);").substr(0, 5), "Error");
+  EXPECT_EQ(say("1000!/998!;"), "999000");
+}
+
 #ifdef KOREL_HAVE_GMP
 // GMP as an independent route, on operands of mixed sizes and signs.
 TEST(IntegerFunctions, AgreeWithGmp) {
