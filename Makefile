@@ -31,8 +31,9 @@ program:
 	  tools/packages.sh $(NEEDED) && tools/packages.sh --optional libedit-dev && \
 	  cmake --preset release || exit 1; \
 	fi; \
-	if test -x build/release/bin/korelTTY; then quiet=--quiet; fi; \
-	cmake --build --preset release --target korelTTY -- $$quiet
+	build="cmake --build --preset release --target korelTTY"; \
+	if ! test -x build/release/bin/korelTTY; then $$build; exit; fi; \
+	log=$$($$build 2>&1) || { echo "$$log"; exit 1; }
 
 test:
 	@tools/packages.sh $(NEEDED) $(TESTING)

@@ -3,8 +3,8 @@
 
 namespace korel {
 
-/// Writes what is known about the word that `line` begins with: a topic, a reserved word, or a name of
-/// the session. Without a word: how the terminal is used.
+/// Writes what is known about the word that `line` begins with: a topic, a reserved word, or a name
+/// of the session. Without a word: how the terminal is used.
 void showHelp(const char* line);
 
 }  // namespace korel

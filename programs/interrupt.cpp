@@ -1,5 +1,8 @@
 #include "interrupt.h"
 
+#include <poll.h>
+
+#include <cerrno>
 #include <csignal>
 
 namespace korel {
@@ -15,6 +18,20 @@ void catchInterrupts() {
   sigemptyset(&action.sa_mask);
   action.sa_flags = 0;  // no restart: whoever waits for input has to learn of it
   sigaction(SIGINT, &action, nullptr);
+}
+
+bool waitForInput(int descriptor) {
+  sigset_t interrupts, outside;
+  sigemptyset(&interrupts);
+  sigaddset(&interrupts, SIGINT);
+  sigprocmask(SIG_BLOCK, &interrupts, &outside);
+  bool interrupted = false;
+  pollfd input = {descriptor, POLLIN, 0};
+  while (!(interrupted = takeInterrupt()))
+    // The signal is let in for the time of the wait alone.
+    if (ppoll(&input, 1, nullptr, &outside) >= 0 || errno != EINTR) break;
+  sigprocmask(SIG_SETMASK, &outside, nullptr);
+  return !interrupted;
 }
 
 bool takeInterrupt() {

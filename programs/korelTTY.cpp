@@ -1,8 +1,8 @@
 // The terminal program: the kernel in one process with a person, a pipe or a file.
 //
-// It reads the command line, then statement after statement until the input ends or one of them stops
-// the kernel. What the kernel has to say comes back through the result handler (render.h); what is
-// typed comes from the terminal (terminal.h).
+// It reads the command line, then statement after statement until the input ends or one of them
+// stops the kernel. What the kernel has to say comes back through the result handler (render.h);
+// what is typed comes from the terminal (terminal.h).
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -59,8 +59,8 @@ bool answersAtOnce(int argc, char** argv) {
   return false;
 }
 
-/// Starts the kernel with the program's own library in front of the switches, where a `-b` among them
-/// takes its place; the variable KOREL goes before it. Null, or a message.
+/// Starts the kernel with the program's own library in front of the switches, where a `-b` among
+/// them takes its place; the variable KOREL goes before it. Null, or a message.
 const char* startKernel(int argc, char** argv, const char*& operand, int& operandCount) {
   // Lives as long as the program: the option reader and the operand refer to it.
   static char** arguments;
@@ -95,14 +95,15 @@ int runSession() {
   // The banner and the start files come before the first statement is read.
   EvaluateDAG(DAG(), answerMessage, interruptPending, 1, 0, nullptr);
   while (!kernelStopped(status)) {
-    takeInterrupt();
     wasInterrupted = false;
     DAG statement = ReadStatement(doparse, answerMessage, interruptPending, nullptr);
     bool ended = isObject(statement) && hasTag(statement, CONTROL);
     if (ended) statement = new1(STOP);  // the end of the input stops the kernel as `quit` does
     EvaluateDAG(statement, answerMessage, interruptPending, defaultNerinVariables.display, 0,
                 nullptr);
-    if (wasInterrupted && stopsAtInterrupt) return interruptedRun;
+    if (!wasInterrupted) continue;
+    if (stopsAtInterrupt) return interruptedRun;
+    takeInterrupt();  // asked for more than once
   }
   return status;
 }

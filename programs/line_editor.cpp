@@ -32,14 +32,14 @@ LineStatus plainLine(const char* prompt, const char*& text, std::size_t& length)
       line = grown;
       room = larger;
     }
-    // One byte at a time: what follows the line is left to whoever reads next.
-    ssize_t got = read(STDIN_FILENO, line + length, 1);
-    if (got < 0 && errno == EINTR) {
-      if (!takeInterrupt()) continue;
+    if (!waitForInput(STDIN_FILENO)) {
       std::fputs("\n", stdout);
       std::fflush(stdout);
       return LineStatus::interrupted;
     }
+    // One byte at a time: what follows the line is left to whoever reads next.
+    ssize_t got = read(STDIN_FILENO, line + length, 1);
+    if (got < 0 && errno == EINTR) continue;
     if (got <= 0) break;
     if (line[length++] == '\n') break;
   }
@@ -70,13 +70,13 @@ int readCharacter(EditLine*, wchar_t* character) {
   catchInterrupts();
   std::mbstate_t state{};
   for (;;) {
-    char byte;
-    ssize_t got = read(STDIN_FILENO, &byte, 1);
-    if (got < 0 && errno == EINTR) {
-      if (!takeInterrupt()) continue;
+    if (!waitForInput(STDIN_FILENO)) {
       interrupted = true;
       return -1;
     }
+    char byte;
+    ssize_t got = read(STDIN_FILENO, &byte, 1);
+    if (got < 0 && errno == EINTR) continue;
     if (got <= 0) return 0;
     std::size_t used = std::mbrtowc(character, &byte, 1, &state);
     if (used == static_cast<std::size_t>(-2)) continue;  // the character goes on

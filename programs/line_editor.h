@@ -1,9 +1,9 @@
 #pragma once
 // Lines typed at a terminal, with editing and a history that outlives the session.
 //
-// Built with libedit lines can be edited and recalled; without it the terminal's own line editing has
-// to do. The history lies in `$HOME/.korel_history`, and each line is saved as it is entered, so that
-// a session which ends badly loses nothing.
+// Built with libedit lines can be edited and recalled; without it the terminal's own line editing
+// has to do. The history lies in `$HOME/.korel_history`, and each line is saved as it is entered,
+// so that a session which ends badly loses nothing.
 
 #include <cstddef>
 

@@ -48,17 +48,15 @@ void putPieces(DAG sequence) {
 
 // ---- arguments
 
-DAG argument(DAG arguments, Word n) {
-  return n < lengthOf(arguments) ? arguments[n] : DAG();
-}
+DAG argument(DAG arguments, Word n) { return n < lengthOf(arguments) ? arguments[n] : DAG(); }
 bool isText(DAG x) { return isObject(x) && (hasTag(x, NAME) || hasTag(x, STRING)); }
 double numberOf(DAG x) { return x && isNumeric(x) ? FloatValue(x) : 0.0; }
 
 // ---- one function a stream: shows its message and gives the reply
 
 DAG showValues(DAG arguments) {
-  bool isSequence = lengthOf(arguments) == 2 && isObject(arguments[1]) &&
-                    hasTag(arguments[1], EXPSEQ);
+  bool isSequence =
+      lengthOf(arguments) == 2 && isObject(arguments[1]) && hasTag(arguments[1], EXPSEQ);
   putValues(isSequence ? arguments[1] : arguments);
   endLine();
   return null;
@@ -81,8 +79,8 @@ DAG showWarning(DAG arguments) {
 /// The first entry of an exception is the procedure that raised it, or 0; a text alone has none.
 DAG procedureOf(DAG exception) {
   DAG first = argument(exception, 1);
-  bool isProcedure = lengthOf(exception) > 2 && isObject(first) && !hasTag(first, STRING) &&
-                     isText(exception[2]);
+  bool isProcedure =
+      lengthOf(exception) > 2 && isObject(first) && !hasTag(first, STRING) && isText(exception[2]);
   return isProcedure ? first : DAG();
 }
 

@@ -1,8 +1,9 @@
 #pragma once
-// What the kernel sends, as text: each stream of its messages has its form, and some want an answer.
+// What the kernel sends, as text: each stream of its messages has its form, and some want an
+// answer.
 //
-// Everything goes to standard output, or to the file that output has been redirected to, in the order
-// in which it comes, and is on its way when a statement ends.
+// Everything goes to standard output, or to the file that output has been redirected to, in the
+// order in which it comes, and is on its way when a statement ends.
 
 #include "store/dag.h"
 

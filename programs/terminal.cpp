@@ -35,12 +35,23 @@ const char* typed = nullptr;
 std::size_t typedLength = 0, typedPosition = 0;
 bool atStatementStart = true;
 
+/// A running program waits for a line, which an interrupt is meant for. Otherwise nothing runs
+/// while the source is read, and an interrupt comes too late.
+bool programWaits = false;
+
+[[noreturn]] void interruptProgram() {
+  programWaits = false;
+  jumpback();
+  std::abort();  // it has raised an error
+}
+
 /// `read` that goes on after a signal.
 ssize_t readSource(char* buffer, std::size_t size) {
-  ssize_t got;
-  do got = read(source, buffer, size);
-  while (got < 0 && errno == EINTR);
-  return got;
+  for (;;) {
+    ssize_t got = read(source, buffer, size);
+    if (got >= 0 || errno != EINTR) return got;
+    if (takeInterrupt() && programWaits) interruptProgram();
+  }
 }
 
 int nextByte() {
@@ -77,7 +88,8 @@ bool servedHelp(const char* line) {
   return true;
 }
 
-/// Whether a typed line begins or continues a statement: blank lines, comments and shell commands don't.
+/// Whether a typed line begins or continues a statement: blank lines, comments and shell commands
+/// don't.
 bool holdsStatement(const char* line) {
   const char* mark = firstnonblank(line);
   return *mark != '\0' && *mark != '#' && *mark != '!';
@@ -85,15 +97,19 @@ bool holdsStatement(const char* line) {
 
 /// Asks for lines until there is one for the kernel; false at the end.
 bool askForLine() {
+  takeInterrupt();  // what ran is over
   for (;;) {
     typedLength = typedPosition = 0;
     switch (editLine(defaultNerinVariables.prompt, typed, typedLength)) {
-      case LineStatus::end: typedLength = 0; return false;
+      case LineStatus::end:
+        typedLength = 0;
+        return false;
       case LineStatus::interrupted:
         typedLength = 0;
         if (!atStatementStart) jumpback();  // out of the parser: the whole statement is dropped
         continue;
-      case LineStatus::line: break;
+      case LineStatus::line:
+        break;
     }
     if (!atStatementStart) return true;
     if (servedHelp(typed)) continue;
@@ -129,7 +145,6 @@ bool openStatements(const char* path) {
   return true;
 }
 
-bool isInteractive() { return interactive; }
 bool readsFile() { return source != STDIN_FILENO; }
 
 int nextStatementLine(char* buffer, int size) {
@@ -142,12 +157,23 @@ DAG readUserLine(const char* prompt) {
   if (!interactive && !readsFile()) {
     // The program and its input share one pipe. A line longer than this comes in parts.
     char line[4096];
-    return readLine(line, sizeof line) > 0 ? strinstall(line) : null;
+    programWaits = true;
+    int count = readLine(line, sizeof line);
+    programWaits = false;
+    return count > 0 ? strinstall(line) : null;
   }
   const char* line;
   std::size_t length;
   if (isatty(STDIN_FILENO) == 0) prompt = "";
-  return plainLine(prompt, line, length) == LineStatus::line ? strinstall(line) : null;
+  switch (plainLine(prompt, line, length)) {
+    case LineStatus::line:
+      return strinstall(line);
+    case LineStatus::interrupted:
+      interruptProgram();
+    case LineStatus::end:
+      break;
+  }
+  return null;
 }
 
 void closeStatements() {

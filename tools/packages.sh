@@ -51,7 +51,7 @@ if [ "$as_root" != none ] && command -v apt-get >/dev/null 2>&1; then
   echo "Installing$wanted" >&2
   install="env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends"
   # A first try with the lists as they are; a fresh machine has none yet.
-  # shellcheck disable=SC2086 # the lists of words are meant to split
+  # shellcheck disable=SC2086 # the words are meant to split
   $as_root $install $wanted </dev/null >&2 ||
     { $as_root apt-get update </dev/null >&2; $as_root $install $wanted </dev/null >&2; }
   wanted=$(missing "$@")

@@ -95,8 +95,9 @@ void Parser::setDisplay(int terminatorToken) {
 
 /// `end` or `end` and the word that began the construct; the token at hand is `end`.
 void Parser::endConstruct(int keyWord) {
+  if (look() != T_END) unexpected();
   push(Symbol::mark);
-  expect(T_END);
+  take();
   acceptToken(keyWord);
   --top;
 }

@@ -4,13 +4,21 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <cstring>
+
 #include "eval/arithmetic.h"
 #include "eval/environment_variables.h"
 #include "eval/simplify.h"
 #include "integer_oracle.h"
+#include "numbers/integer_functions.h"
 #include "kernel_fixture.h"
 #include "store/constants.h"
 #include "store/standard_names.h"
+
+#ifdef KOREL_HAVE_MPFR
+#include <mpfr.h>
+#endif
 
 namespace korel::test {
 namespace {
@@ -109,7 +117,7 @@ DAG someFloat(Random& random, std::int64_t digits) {
 
 TEST(Float, OperationsRoundOnceInEveryMode) {
   Random random(41);
-  for (int i = 0; i < 30000; ++i) {
+  for (int i = 0; i < 40000; ++i) {
     Mode mode = static_cast<Mode>(i % 4);
     std::int64_t digits = 1 + random.below(i % 20 == 0 ? 60 : 14);
     setRounding(mode);
@@ -144,6 +152,78 @@ TEST(Float, OperationsRoundOnceInEveryMode) {
   setRounding(Mode::nearest);
 }
 
+// A root r to D digits: no float of D digits lies nearer, that is (r - u/2)^2 <= x <= (r + u/2)^2 with u
+// one unit of the last digit.
+TEST(Float, SquareRootsAreTheNearest) {
+  Random random(42);
+  for (int i = 0; i < 4000; ++i) {
+    std::int64_t digits = 1 + random.below(i % 20 == 0 ? 80 : 16);
+    assignenv(ini("Digits"), immediate(static_cast<std::int32_t>(digits)));
+    DAG x = someFloat(random, digits);
+    if (hasTag(x[1], INTNEG)) x = simpl(negate(x));
+    DAG r = simpl(evalfsqrt(x));
+    SCOPED_TRACE(text(x) + " to " + std::to_string(digits) + " digits: " + text(r));
+    // Everything in units of half the last digit of r: r is an even count of them.
+    DAG m = r[1];
+    std::int64_t e = LongLongValue(r[2]);
+    while (ilength(m) < digits) {
+      m = shift10p(m, 1);
+      --e;
+    }
+    DAG twice = addint(m, m);
+    DAG low = addint(twice, consm1), high = addint(twice, cons1);
+    Fraction value;
+    setValue(value, x);
+    Big unit(cons1), square;
+    // 4 x / 10^(2e) against low^2 and high^2.
+    mpz_mul_ui(value.numerator, value.numerator, 4);
+    if (e > 0) raise(value.denominator, 2 * e);
+    if (e < 0) raise(value.numerator, -2 * e);
+    Big lowSquare(mulint(low, low)), highSquare(mulint(high, high));
+    mpz_mul(square, lowSquare, value.denominator);
+    ASSERT_LE(mpz_cmp(square, value.numerator), 0);
+    mpz_mul(square, highSquare, value.denominator);
+    ASSERT_GE(mpz_cmp(square, value.numerator), 0);
+  }
+  assignenv(ini("Digits"), cons10);
+}
+
+#endif
+
+#ifdef KOREL_HAVE_MPFR
+// The series of e^z, of a geometric sum and of a logarithm, to many digits.
+TEST(Float, HypergeometricSumsAgreeWithMpfr) {
+  auto series = [](const char* a, const char* b, const char* z) {
+    std::string call = "`evalf/hypergeom/kernel`(" + std::string(a) + ", " + b + ", " + z + ");";
+    return say(call.c_str());
+  };
+  say("Digits := 40:");
+  for (double z : {0.5, -0.25, 2.0, -3.0, 10.0, -10.0}) {
+    mpfr_t x;
+    mpfr_init2(x, 400);
+    mpfr_set_d(x, z, MPFR_RNDN);
+    mpfr_exp(x, x, MPFR_RNDN);
+    char expected[128];
+    mpfr_snprintf(expected, sizeof expected, "%.39Re", x);
+    mpfr_clear(x);
+    char argument[32];
+    std::snprintf(argument, sizeof argument, "%g", z);
+    std::string sum = series("[]", "[]", (std::string(argument) + (std::strchr(argument, '.') ? "" : ".")).c_str());
+    std::string digits;
+    for (char c : sum) {
+      if (c == 'e') break;
+      if (c >= '0' && c <= '9' && !(digits.empty() && c == '0')) digits += c;
+    }
+    std::string wanted;
+    for (const char* c = expected; *c != 'e'; ++c)
+      if (*c >= '0' && *c <= '9') wanted += *c;
+    EXPECT_EQ(digits.substr(0, 38), wanted.substr(0, 38)) << z << ": " << sum << " against " << expected;
+  }
+  EXPECT_EQ(series("[1, 1]", "[2]", ".5").substr(0, 30), "1.3862943611198906188344642429");
+  EXPECT_EQ(series("x", "[]", "1"), "Error, first argument of hypergeom must be a list");
+  EXPECT_EQ(series("[]", "x", "1"), "Error, second argument of hypergeom must be a list");
+  say("Digits := 10:");
+}
 #endif
 
 TEST(Float, SpecialValuesAndBounds) {

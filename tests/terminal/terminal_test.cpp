@@ -1,4 +1,5 @@
-// The terminal program as its users meet it: switches, exit status, pipes, files, and a real terminal.
+// The terminal program as its users meet it: switches, exit status, pipes, files, and a real
+// terminal.
 
 #include <gtest/gtest.h>
 #include <poll.h>
@@ -75,8 +76,9 @@ TEST(Terminal, SwitchesAreChecked) {
 
 // Nothing of the input is echoed, errors do not stop what follows, and output keeps its order.
 TEST(Terminal, PipesAndFiles) {
-  EXPECT_EQ(run("-q", "1; 1 +;\n2; error \"e\"; 3:\n4;").output,
-            "1\nError, on line 1, syntax error, `;` unexpected:\n1; 1 +;\n      ^\n2\nError, e\n4\n");
+  EXPECT_EQ(
+      run("-q", "1; 1 +;\n2; error \"e\"; 3:\n4;").output,
+      "1\nError, on line 1, syntax error, `;` unexpected:\n1; 1 +;\n      ^\n2\nError, e\n4\n");
   EXPECT_EQ(run("-q", "a; b").output.substr(0, 2), "a\n");
   EXPECT_EQ(run("-q", "").output, "");
   Ended loud = run("", "1;");
@@ -84,13 +86,133 @@ TEST(Terminal, PipesAndFiles) {
   EXPECT_NE(loud.output.find("memory used="), std::string::npos);
 }
 
-/// A session at a pseudo-terminal.
+// A front end keeps one process and two pipes: each answer comes before the next statement is sent,
+// an interrupt ends the running statement, and one that comes too late does nothing. A file's run
+// ends with the statement that was interrupted.
+TEST(Terminal, FrontEndsTalkThroughPipes) {
+  int down[2], up[2];
+  ASSERT_EQ(pipe(down), 0);
+  ASSERT_EQ(pipe(up), 0);
+  pid_t child = fork();
+  if (child == 0) {
+    dup2(down[0], 0);
+    dup2(up[1], 1);
+    for (int fd : {down[0], down[1], up[0], up[1]}) close(fd);
+    execl(KOREL_PROGRAM, KOREL_PROGRAM, "-q", "-s", static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  close(down[0]);
+  close(up[1]);
+  auto ask = [&](const std::string& text) {
+    EXPECT_EQ(write(down[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  };
+  auto answer = [&] {
+    std::string line;
+    char c;
+    pollfd ready = {up[0], POLLIN, 0};
+    while (poll(&ready, 1, 10000) == 1 && read(up[0], &c, 1) == 1 && c != '\n') line += c;
+    return line;
+  };
+  ask("1 + 1;\n");
+  EXPECT_EQ(answer(), "2");
+  ask("print(on): do od;\n");
+  EXPECT_EQ(answer(), "on");
+  kill(child, SIGINT);
+  EXPECT_EQ(answer(), "Warning, computation interrupted");
+  ask("%;\n");
+  EXPECT_EQ(answer(), "2");
+  usleep(100000);
+  kill(child, SIGINT);
+  usleep(100000);
+  ask("3;\n");
+  EXPECT_EQ(answer(), "3");
+  close(down[1]);
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  close(up[0]);
+
+  std::FILE* stopped = popen(("f=$(mktemp); echo '1; do od; 2;' > $f; "
+                              "timeout --preserve-status -s INT 0.5 " +
+                              std::string(KOREL_PROGRAM) + " -q -s $f; echo $?; rm -f $f")
+                                 .c_str(),
+                             "r");
+  char output[128];
+  std::size_t n = fread(output, 1, sizeof output, stopped);
+  pclose(stopped);
+  EXPECT_EQ(std::string(output, n), "1\nWarning, computation interrupted\n130\n");
+}
+
+// What follows `quit` in a pipe or a file belongs to whoever reads next.
+TEST(Terminal, TheRestOfTheInputIsLeft) {
+  const std::string program = std::string("(") + KOREL_PROGRAM + " -q -s; cat)";
+  for (const std::string& command :
+       {"printf '1;\nquit\nrest\n' | " + program,
+        "printf '1;\nquit\nrest\n' > \"$f\"; " + program + " < \"$f\""}) {
+    std::FILE* pipe = popen(("f=$(mktemp); " + command + "; rm -f \"$f\"").c_str(), "r");
+    char output[64];
+    std::size_t n = fread(output, 1, sizeof output, pipe);
+    pclose(pipe);
+    EXPECT_EQ(std::string(output, n), "1\nrest\n") << command;
+  }
+}
+
+TEST(Terminal, TheLibraryIsThatOfTheSwitchTheVariableOrTheProgram) {
+  const std::string own = "\"" KOREL_BUILD_DIRECTORY "/lib\"\n";
+  const std::string show = " -q -s -c 'print(libname)'";
+  auto shown = [&](const std::string& before, const std::string& switches) {
+    std::FILE* pipe =
+        popen((before + KOREL_PROGRAM + switches + show + " < /dev/null").c_str(), "r");
+    char output[512];
+    std::size_t n = fread(output, 1, sizeof output, pipe);
+    pclose(pipe);
+    return std::string(output, n);
+  };
+  EXPECT_EQ(shown("cd / && env -u KOREL ", ""), own);
+  EXPECT_EQ(shown("KOREL=/usr ", ""), "\"/usr/lib\"\n");
+  EXPECT_EQ(shown("KOREL=/usr ", " -b /tmp,/usr"), "\"/tmp\", \"/usr\"\n");
+}
+
+// The streams that want an answer: settings, lines of the input, redirection; and the forms of the
+// rest.
+TEST(Terminal, StreamsAreAnswered) {
+  EXPECT_EQ(run("-q",
+                "INTERFACE_SET(warnlevel, 1); INTERFACE_GET(warnlevel);\n"
+                "INTERFACE_WARN(2, \"no\"): INTERFACE_WARN(1, \"a %1 %-2 %0 %%\", `x y`, 11):\n"
+                "INTERFACE_GET(foo);\nINTERFACE_SET(warnlevel, 9);\n")
+                .output,
+            "1\nWarning, a x y 11th x y, 11 %\nError, unknown interface variable, foo\n"
+            "Error, warnlevel must be an integer in the range 0..4\n");
+  EXPECT_EQ(
+      run("-q", "INTERFACE_READLINE(0);\na line\nprint(): lprint(`a b`, [`a b`], \"s\"):").output,
+      "\"a line\\n\"\n\na b, [`a b`], \"s\"\n");
+  EXPECT_EQ(
+      run("-q", "INTERFACE_INFO(\"a \", [`b c`]): INTERFACE_CHAR(\"d\\n\"): INTERFACE_FOO(1):")
+          .output,
+      "a [b c]\nd\n");
+  char path[] = "/tmp/korel_redirect_XXXXXX";
+  close(mkstemp(path));
+  std::string file = std::string("\"") + path + "\"";
+  EXPECT_EQ(run("-q", "INTERFACE_REDIRECT(" + file + ", 0): 1; INTERFACE_REDIRECT(): 2;\n" +
+                          "INTERFACE_REDIRECT(" + file + ", 1): 3; INTERFACE_REDIRECT():\n" +
+                          "INTERFACE_REDIRECT(\"/nonexistent/x\", 0);")
+                .output,
+            "2\nfalse\n");
+  std::FILE* written = std::fopen(path, "r");
+  char text[64];
+  std::size_t n = fread(text, 1, sizeof text, written);
+  std::fclose(written);
+  EXPECT_EQ(std::string(text, n), "1\n3\n");
+  unlink(path);
+}
+
+/// A session at a pseudo-terminal, with a home directory that lasts as long as the name is wanted.
 class Session {
  public:
-  Session() {
+  explicit Session(const std::string& home = "/nonexistent") {
     child_ = forkpty(&master_, nullptr, nullptr, nullptr);
     if (child_ == 0) {
-      setenv("HOME", "/tmp", 1);
+      setenv("HOME", home.c_str(), 1);
       setenv("TERM", "dumb", 1);
       execl(KOREL_PROGRAM, KOREL_PROGRAM, "-s", static_cast<char*>(nullptr));
       _exit(127);
@@ -170,6 +292,45 @@ TEST(Terminal, SessionsPromptAndGoOn) {
   ASSERT_TRUE(session.shows("42\r\n")) << session.seen();
   session.type("quit(3)\r;\r");
   EXPECT_EQ(session.exitStatus(), 3) << session.seen();
+}
+
+// Ctrl-C at the prompt drops the line, and the statement that it would have gone on with.
+TEST(Terminal, CtrlCDropsWhatIsTyped) {
+  Session session;
+  ASSERT_TRUE(session.shows("> ")) << session.seen();
+  session.type("10 +\r");
+  ASSERT_TRUE(session.shows("> ")) << session.seen();
+  usleep(300000);
+  session.type("garbage (\x03");
+  ASSERT_TRUE(session.shows("Warning, computation interrupted")) << session.seen();
+  ASSERT_TRUE(session.shows("> ")) << session.seen();
+  session.type("more garbage\x03");
+  ASSERT_TRUE(session.shows("> ")) << session.seen();
+  usleep(300000);
+  session.type("40 + 2;\r");
+  ASSERT_TRUE(session.shows("42\r\n")) << session.seen();
+}
+
+TEST(Terminal, HistoryIsKeptOverRuns) {
+  char home[] = "/tmp/korel_home_XXXXXX";
+  ASSERT_NE(mkdtemp(home), nullptr);
+  std::string file = std::string(home) + "/.korel_history";
+  {
+    Session session(home);
+    ASSERT_TRUE(session.shows("> ")) << session.seen();
+    session.type("2^70;\r");
+    ASSERT_TRUE(session.shows("1180591620717411303424\r\n")) << session.seen();
+    // Ended without notice: what has been entered is kept.
+  }
+  if (access(file.c_str(), R_OK) == 0) {  // not when built without line editing
+    Session session(home);
+    ASSERT_TRUE(session.shows("> ")) << session.seen();
+    usleep(200000);
+    session.type("\x10\r");  // the line before
+    EXPECT_TRUE(session.shows("1180591620717411303424\r\n")) << session.seen();
+    unlink(file.c_str());
+  }
+  rmdir(home);
 }
 
 TEST(Terminal, EndOfInputEndsTheSession) {
