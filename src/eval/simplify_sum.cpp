@@ -405,8 +405,9 @@ DAG simplSum(DAG s) {
   Word kept = compact(s);
   if (kept == 0) return floatZero ? simpl(floatZero) : cons0;
   Word length = 2 * kept + 1;
-  if (kept == 1 && p[0].coefficient == cons1) return simpl(p[0].term);
+  // Also when only a term is left: a raw sum can stand in several places, and comes here for each.
   if (length != lengthOf(s)) shorten(s, lengthOf(s), length);
+  if (kept == 1 && pairsOf(s)[0].coefficient == cons1) return simpl(pairsOf(s)[0].term);
   if (again) return simplSum(s);
   return makeUnique(s);
 }

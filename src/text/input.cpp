@@ -51,9 +51,9 @@ int fileByte(int unit) { return r_unit[unit] == nullptr ? -1 : ::getc_unlocked(r
 /// Reads up to `size` - 1 characters of a line and terminates them; their number, 0 at the end.
 int readCharacters(int unit, char* buffer, int size) {
   if (readsTerminal(unit)) {
-    if (size < 2 || terminalSource(buffer, size) == 0) return 0;
-    buffer[size - 1] = 0;
-    return static_cast<int>(std::strlen(buffer));
+    int count = size < 2 ? 0 : terminalSource(buffer, size);
+    buffer[count] = 0;
+    return count;
   }
   int count = 0;
   while (count < size - 1) {
