@@ -7,7 +7,7 @@
 #include "eval/procedures.h"
 #include "eval/simplify.h"
 #include "eval/statements.h"
-#include "eval/types.h"
+#include "structure/types.h"
 #include "frame/errors.h"
 #include "numbers/complex.h"
 #include "numbers/float.h"

@@ -11,7 +11,7 @@
 #include "eval/remember.h"
 #include "eval/simplify.h"
 #include "eval/statements.h"
-#include "eval/types.h"
+#include "structure/types.h"
 #include "frame/driver.h"
 #include "frame/errors.h"
 #include "frame/output.h"

@@ -7,7 +7,7 @@
 
 #include "eval/arithmetic.h"
 #include "eval/evaluate.h"
-#include "eval/operands.h"
+#include "structure/operands.h"
 #include "eval/simplify.h"
 #include "eval/statements.h"
 #include "frame/environment.h"

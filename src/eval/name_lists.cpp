@@ -4,7 +4,7 @@
 #include "eval/procedures.h"
 #include "eval/simplify.h"
 #include "eval/statements.h"
-#include "eval/types.h"
+#include "structure/types.h"
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/names.h"

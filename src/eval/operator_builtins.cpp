@@ -8,7 +8,7 @@
 #include "eval/procedures.h"
 #include "eval/simplify.h"
 #include "eval/statements.h"
-#include "eval/tables.h"
+#include "structure/tables.h"
 #include "frame/errors.h"
 #include "store/constants.h"
 #include "store/objects.h"

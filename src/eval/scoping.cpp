@@ -4,7 +4,7 @@
 #include "eval/bindings.h"
 #include "eval/environment_variables.h"
 #include "eval/procedures.h"
-#include "eval/substitute.h"
+#include "structure/substitute.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "store/constants.h"

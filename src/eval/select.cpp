@@ -2,11 +2,11 @@
 
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
-#include "eval/operands.h"
+#include "structure/operands.h"
 #include "eval/procedures.h"
 #include "eval/remember.h"
 #include "eval/simplify.h"
-#include "eval/tables.h"
+#include "structure/tables.h"
 #include "frame/errors.h"
 #include "numbers/integer.h"
 #include "store/constants.h"

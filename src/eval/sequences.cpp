@@ -4,10 +4,10 @@
 
 #include "eval/arithmetic.h"
 #include "eval/evaluate.h"
-#include "eval/operands.h"
+#include "structure/operands.h"
 #include "eval/simplify.h"
 #include "eval/statements.h"
-#include "eval/substitute.h"
+#include "structure/substitute.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "numbers/float.h"

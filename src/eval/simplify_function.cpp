@@ -11,7 +11,7 @@
 #include "eval/procedures.h"
 #include "eval/simplify.h"
 #include "eval/simplify_cases.h"
-#include "eval/substitute.h"
+#include "structure/substitute.h"
 #include "frame/driver.h"
 #include "frame/environment.h"
 #include "frame/errors.h"

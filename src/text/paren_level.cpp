@@ -57,7 +57,7 @@ bool isMinusInfinity(DAG x) {
 }
 
 bool beginsWithMinus(DAG complex) {
-  return !printAttributes && (isNegativeNumber(complex[1]) || isMinusInfinity(complex[1]));
+  return !printAttributes && (IsNegative(complex[1]) || isMinusInfinity(complex[1]));
 }
 
 }  // namespace
@@ -71,10 +71,10 @@ int ParenLevel(DAG x) {
     if (levelOfTag[number] != byContent) return levelOfTag[number];
     switch (tag) {
       case RATIONAL:
-        return isNegativeNumber(x) ? levelOfMinus : levelOfProduct;
+        return IsNegative(x) ? levelOfMinus : levelOfProduct;
       case FLOAT:
       case HFLOAT:
-        return isNegativeNumber(x) ? levelOfMinus : levelOfCall;
+        return IsNegative(x) ? levelOfMinus : levelOfCall;
       case COMPLEX:
         return levelOfComplex(x);
       default:
@@ -90,16 +90,16 @@ int ParenLevel(DAG x) {
   }
 }
 
-bool isNegativeNumber(DAG x) {
+bool IsNegative(DAG x) {
   if (isImmediate(x)) return static_cast<std::int32_t>(x.word) < 0;
   if (!x) return false;
   switch (tagOf(x)) {
     case INTNEG:
       return true;
     case RATIONAL:
-      return isNegativeNumber(x[1]);
+      return IsNegative(x[1]);
     case FLOAT:
-      return !(isObject(x[2]) && hasTag(x[2], NAME)) && isNegativeNumber(x[1]);
+      return !(isObject(x[2]) && hasTag(x[2], NAME)) && IsNegative(x[1]);
     case HFLOAT:
       return std::isfinite(hfloatValue(x)) && std::signbit(hfloatValue(x));
     default:
@@ -109,7 +109,7 @@ bool isNegativeNumber(DAG x) {
 
 bool printsLeadingMinus(DAG x) {
   for (;;) {
-    if (isImmediate(x) || !x) return isNegativeNumber(x);
+    if (isImmediate(x) || !x) return IsNegative(x);
     switch (tagOf(x)) {
       case COMPLEX:
         return beginsWithMinus(x);
@@ -134,7 +134,7 @@ bool printsLeadingMinus(DAG x) {
         continue;
       }
       default:
-        return isNegativeNumber(x);
+        return IsNegative(x);
     }
   }
 }

@@ -83,7 +83,7 @@ void emitMagnitude(DAG integer) {
 }
 
 void emitSigned(DAG integer) {
-  if (isNegativeNumber(integer)) EmitChar('-');
+  if (IsNegative(integer)) EmitChar('-');
   emitMagnitude(integer);
 }
 
@@ -93,7 +93,7 @@ void emitSigned(DAG integer) {
 void emitScientific(const DecimalDigits& mantissa, bool negative, DAG exponent) {
   DAG power = addint(NewInteger(mantissa.count()), exponent);
   DecimalDigits powerDigits(power);
-  bool minus = isNegativeNumber(power);
+  bool minus = IsNegative(power);
   BreakBeforeWord(negative + 2 + mantissa.count() + minus + powerDigits.count());
   ++printAtomic;
   if (negative) EmitChar('-');
@@ -115,7 +115,7 @@ void emitPlain(const DecimalDigits& mantissa, bool negative, std::int64_t expone
 
 void emitSingularFloat(DAG mantissa, DAG exponent) {
   if (exponent == ini("infinity")) {
-    EmitToken(isNegativeNumber(mantissa) ? "Float(-infinity)" : "Float(infinity)");
+    EmitToken(IsNegative(mantissa) ? "Float(-infinity)" : "Float(infinity)");
   } else if (exponent == ini("undefined")) {
     EmitToken("Float(");
     if (mantissa != cons1) {
@@ -137,7 +137,7 @@ void emitFloat(DAG x, bool withSign) {
     return;
   }
   if (!isInteger(exponent)) KernelException("invalid float structure");
-  bool negative = withSign && isNegativeNumber(mantissa);
+  bool negative = withSign && IsNegative(mantissa);
   DecimalDigits digits(mantissa);
   std::int64_t e = isImmediate(exponent) ? immediateValue(exponent) : 1;
   if (!isImmediate(exponent) || e > 0 || e < -digits.count()) {
@@ -196,7 +196,7 @@ void printInteger(DAG x, int min, int) {
 }
 
 void printRational(DAG x, int min, int) {
-  bool parenthesised = min >= 6 && isNegativeNumber(x);
+  bool parenthesised = min >= 6 && IsNegative(x);
   if (parenthesised) EmitChar('(');
   printObject(x[1], 0);
   EmitChar('/');
@@ -224,11 +224,11 @@ void printMagnitude(DAG number) {
       emitSigned(number[2]);
       break;
     case FLOAT:
-      emitFloat(number, !isNegativeNumber(number));
+      emitFloat(number, !IsNegative(number));
       break;
     case HFLOAT: {
       double value = hfloatValue(number);
-      emitHFloat(isNegativeNumber(number) ? -value : value);
+      emitHFloat(IsNegative(number) ? -value : value);
       break;
     }
     case SUM:
@@ -261,7 +261,7 @@ void printComplex(DAG x, int, int) {
   if (parts == 2) printObject(x[1], 0);
   bool minusInfinity = isObject(imaginary) && hasTag(imaginary, SUM) && lengthOf(imaginary) == 3 &&
                        imaginary[2] == consm1;
-  if (isNegativeNumber(imaginary) || minusInfinity) {
+  if (IsNegative(imaginary) || minusInfinity) {
     EmitChar('-');
   } else if (parts == 2) {
     EmitChar('+');

@@ -41,7 +41,7 @@ inline bool isEmptySequence(DAG x) { return isSequence(x) && lengthOf(x) == 1; }
 // ---- signs
 
 /// A number below zero as it prints; minus infinity is none, as it prints as a call.
-bool isNegativeNumber(DAG x);
+bool IsNegative(DAG x);
 /// True when the text of `x`, standing in a sum or before a factor, begins with a minus.
 bool printsLeadingMinus(DAG x);
 

@@ -43,7 +43,7 @@ void printDivisor(DAG base, DAG exponent) {
 void printFirstPair(DAG base, DAG exponent, bool onlyPair, int min, int own) {
   if (exponent == cons1) {
     printObject(base, onlyPair ? min : isDotProduct(base) ? sumLevel : own);
-  } else if (isNegativeNumber(exponent)) {
+  } else if (IsNegative(exponent)) {
     EmitChar('1');
     EmitChar('/');
     printDivisor(base, exponent);
@@ -57,7 +57,7 @@ void printFurtherPair(DAG base, DAG exponent) {
   if (exponent == cons1) {
     EmitChar('*');
     printFactor(base);
-  } else if (isNegativeNumber(exponent)) {
+  } else if (IsNegative(exponent)) {
     EmitChar('/');
     printDivisor(base, exponent);
   } else {

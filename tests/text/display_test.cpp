@@ -59,7 +59,8 @@ TEST(Display, CallsGoToTheirPrintingProcedure) {
 }
 
 TEST(Display, SharedPartsAreShownOnce) {
-  Assigned procedure("print/countf", parsed("proc (x) global counter; counter := counter+1; seen(x) end"));
+  Assigned procedure("print/countf",
+                     parsed("proc (x) global counter; counter := counter+1; seen(x) end"));
   Assigned counter("counter", cons0);
   EXPECT_EQ(text(prtprepro(parsed("[countf(a), h(countf(a)), countf(b)]"), 0)),
             "[seen(a), h(seen(a)), seen(b)]");

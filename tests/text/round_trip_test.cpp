@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
+#include <ostream>
 #include <set>
 #include <string>
 #include <vector>
@@ -125,6 +126,9 @@ rc::Gen<Recipe> recipes(int depth) {
 }
 
 std::string showRecipe(const Recipe& r) { return printed(build(r)); }
+
+// How RapidCheck shows a counterexample.
+void showValue(const Recipe& r, std::ostream& out) { out << showRecipe(r); }
 
 // Every word of an object and of what it refers to.
 void collectWords(DAG x, std::set<Word>& seen, std::vector<Word>& words) {

@@ -1,9 +1,9 @@
-#include "eval/operands.h"
+#include "structure/operands.h"
 
 #include "eval/arithmetic.h"
 #include "eval/environment_variables.h"
 #include "eval/simplify.h"
-#include "eval/tables.h"
+#include "structure/tables.h"
 #include "frame/errors.h"
 #include "numbers/integer.h"
 #include "store/constants.h"

@@ -1,4 +1,4 @@
-#include "eval/substitute.h"
+#include "structure/substitute.h"
 
 #include "eval/arithmetic.h"
 #include "frame/environment.h"

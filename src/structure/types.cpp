@@ -1,11 +1,11 @@
-#include "eval/types.h"
+#include "structure/types.h"
 
 #include <cstring>
 
 #include "eval/arithmetic.h"
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
-#include "eval/operands.h"
+#include "structure/operands.h"
 #include "eval/procedures.h"
 #include "eval/simplify.h"
 #include "frame/environment.h"

@@ -1,4 +1,4 @@
-#include "eval/tables.h"
+#include "structure/tables.h"
 
 #include "eval/arithmetic.h"
 #include "eval/environment_variables.h"
@@ -6,7 +6,7 @@
 #include "eval/remember.h"
 #include "eval/simplify.h"
 #include "eval/statements.h"
-#include "eval/substitute.h"
+#include "structure/substitute.h"
 #include "frame/errors.h"
 #include "numbers/integer.h"
 #include "numbers/system_functions.h"
