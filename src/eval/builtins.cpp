@@ -1,9 +1,11 @@
 #include "eval/builtins.h"
 
+#include "eval/attributes.h"
 #include "eval/evaluate.h"
 #include "eval/evaluator_builtins.h"
 #include "eval/float_builtins.h"
 #include "eval/integer_builtins.h"
+#include "eval/library_builtins.h"
 #include "eval/sequences.h"
 #include "eval/simplify.h"
 #include "eval/time_limit.h"
@@ -14,6 +16,7 @@
 #include "store/objects.h"
 #include "store/raw_objects.h"
 #include "store/standard_names.h"
+#include "structure/aliases.h"
 
 namespace korel {
 
@@ -30,7 +33,7 @@ constexpr Builtin builtins[] = {
     {"||",                      false, catenate},
     {"^",                       false, powerOperator},
     {"CopySign",                false, CopySign},
-    {"DEBUG",                   false, nullptr},
+    {"DEBUG",                   false, DEBUG_},
     {"Default0",                false, Default0},
     {"DefaultOverflow",         false, DefaultOverflow},
     {"DefaultUnderflow",        false, DefaultUnderflow},
@@ -45,7 +48,7 @@ constexpr Builtin builtins[] = {
     {"<",                       false, lessOperator},
     {"<=",                      false, lessEqualOperator},
     {"<>",                      false, unequalOperator},
-    {"MPFloat",                 false, nullptr},
+    {"MPFloat",                 false, MPFloat},
     {"MorrBrilCull",            false, MorrBrilCull},
     {"NextAfter",               false, NextAfter},
     {"NumericClass",            false, NumericClass},
@@ -67,14 +70,14 @@ constexpr Builtin builtins[] = {
     {"abs",                     false, abs},
     {"add",                     true,  addBuiltin},
     {"addressof",               false, addressof},
-    {"alias",                   false, nullptr},
+    {"alias",                   false, alias},
     {"anames",                  false, anames},
     {"and",                     false, andOperator},
     {"appendto",                false, nullptr},
     {"array",                   false, nullptr},
     {"assemble",                false, assemble},
     {"assigned",                true,  assigned},
-    {"attributes",              false, nullptr},
+    {"attributes",              false, attributes},
     {"bind",                    false, bind},
     {"call_external",           true,  nullptr},
     {"callback",                false, callback},
@@ -131,7 +134,7 @@ constexpr Builtin builtins[] = {
     {"lexorder",                false, nullptr},
     {"lhs",                     false, lhs},
     {"lprint",                  false, lprint},
-    {"macro",                   false, nullptr},
+    {"macro",                   false, macro},
     {"map",                     false, nullptr},
     {"map2",                    false, nullptr},
     {"max",                     false, max},
@@ -158,7 +161,7 @@ constexpr Builtin builtins[] = {
     {"pointto",                 false, pointto},
     {"print",                   false, print},
     {"quit",                    false, quit},
-    {"readlib",                 false, nullptr},
+    {"readlib",                 false, readlib},
     {"remove",                  false, nullptr},
     {"rhs",                     false, rhs},
     {"rtable",                  false, nullptr},
@@ -176,7 +179,7 @@ constexpr Builtin builtins[] = {
     {"selectremove",            false, nullptr},
     {"seq",                     true,  seq},
     {"series",                  false, nullptr},
-    {"setattribute",            false, nullptr},
+    {"setattribute",            false, setattribute},
     {"sign",                    false, nullptr},
     {"sort",                    false, nullptr},
     {"ssystem",                 false, nullptr},
@@ -185,7 +188,7 @@ constexpr Builtin builtins[] = {
     {"subs",                    false, nullptr},
     {"subsop",                  false, nullptr},
     {"substring",               false, nullptr},
-    {"system",                  false, nullptr},
+    {"system",                  false, system_},
     {"table",                   false, tableBuiltin},
     {"taylor",                  false, nullptr},
     {"tcoeff",                  false, nullptr},

@@ -107,6 +107,14 @@ DAG evaln(const BuiltinCall& call) {
 DAG assigned(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
   DAG x = call.arguments[1];
+  if (isTag(x, TABLEREF)) {
+    // The entry is looked for in what the base stands for, not in the name that was written.
+    DAG base = simpl(eval(x[1]));
+    if (base != x[1] && (isTag(base, NAME) || isTag(base, TABLEREF))) {
+      x = CopyAlg(x);
+      x[1] = base;
+    }
+  }
   DAG name = evalname(x);
   if (isTag(name, NAME)) return truth(valuenv(name, false) != name);
   if (isTag(name, TABLEREF) || isTag(name, FUNCTION)) return truth(simpl(eval(x)) != simpl(name));

@@ -290,14 +290,14 @@ DAG simplProcedure(DAG s) {
 }
 
 DAG simplModuleDefinition(DAG s) {
-  takeNameForMessages();
+  DAG assignedName = takeNameForMessages();
   if (lengthOf(s[1]) > 1 && !(lengthOf(s[1]) == 2 && s[1][1] == ini("thismodule")))
     KernelException("modules cannot have parameters");
   simplifyDeclarations(s);
   s[4] = SimplifyMaybeBind(isTag(s[4], LIST) ? s[4][1] : s[4], false);
   ScopeVariables(s[5], s);
   DAG bindings = activeBindings();
-  DetermLocals(s[5], s, s[9] == null ? DAG() : s[9], bindings);
+  DetermLocals(s[5], s, s[9] == null ? assignedName : s[9], bindings);
   s[2] = SimplifyMaybeBind(s[2], false);
   const Clash localClashes[] = {{s[7], "local and global `%1` have the same name"}};
   checkDeclarations(s[2], localKind, localClashes);
@@ -323,18 +323,9 @@ bool isNamed(DAG x, Tag tag) {
   return isTag(valuenv(x, false), tag);
 }
 
-DAG AttributesOf(DAG x) {
-  if (isImmediate(x)) return null;
-  Word n = lengthOf(x);
-  switch (tagOf(x)) {
-    case NAME: case STRING: return x[2];
-    case LIST: case SET: return n == 3 ? x[2] : null;
-    case FLOAT: case TABLEREF: case FUNCTION: return n == 4 ? x[3] : null;
-    case PROC: case MODDEF: return lengthOf(x[3]) == 2 ? x[3][1] : x[3];
-    case MODULE: return AttributesOf(x[2]);
-    case RTABLE: return x[4];
-    default: return null;
-  }
+bool NAMED_ARRAY(DAG x) {
+  if (isObject(x) && hasTag(x, NAME)) x = valuenv(x, false);
+  return isTag(x, TABLE) && x[2] != ini("false");
 }
 
 }  // namespace korel

@@ -57,7 +57,7 @@ inline bool NAMED_PROC(DAG x) { return isNamed(x, PROC); }
 inline bool NAMED_TABLE(DAG x) { return isNamed(x, TABLE); }
 inline bool NAMED_RTABLE(DAG x) { return isNamed(x, RTABLE); }
 inline bool NAMED_MODULE(DAG x) { return isNamed(x, MODULE); }
-/// The attribute of an object, or `null`.
-DAG AttributesOf(DAG x);
+/// A table of the array sort: one with bounds.
+bool NAMED_ARRAY(DAG x);
 
 }  // namespace korel

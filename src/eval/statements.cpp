@@ -15,6 +15,7 @@
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "frame/reset_hooks.h"
+#include "numbers/system_functions.h"
 #include "store/collector.h"
 #include "store/constants.h"
 #include "store/objects.h"
@@ -187,8 +188,25 @@ DAG readStatement(DAG s, int mode) {
 
 }  // namespace
 
+std::int32_t stepLevel = 0;
+DAG debugArgs = null;
+
+namespace {
+
+// The debugger has its turn before the statement that a step has led to.
+void stopForDebugger(DAG s) {
+  if (evaluationLevel > stepLevel || isTag(s, STATSEQ) || s == null) return;
+  stepLevel = 0;
+  if (evaluationLevel < 3) return;
+  evalsysf("debugger", "", debugArgs);
+  debugArgs = null;
+}
+
+}  // namespace
+
 DAG evalst2(DAG s, int mode) {
   Environment->frame->currentStatement = s;
+  if (stepLevel != 0) stopForDebugger(s);
   if (TestInterrupt()) jumpback();
   checkTimeLimit();
   if (isImmediate(s)) return expressionStatement(s, mode);
@@ -221,7 +239,12 @@ DAG evalstat(DAG s, int mode) {
   return value;
 }
 
-void initializeStatements() { registerRoot(&valueInFlight); }
+void initializeStatements() {
+  stepLevel = 0;
+  debugArgs = null;
+  registerRoot(&valueInFlight);
+  registerRoot(&debugArgs);
+}
 
 void collectInLoop() {
   if (cused > nextgcgen || evaluationLevel + 1 < gene[gcgen]) evalstat(null, modeInner);

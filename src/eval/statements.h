@@ -1,6 +1,8 @@
 #pragma once
 // The statement interpreter, and the truth of boolean expressions.
 
+#include <cstdint>
+
 #include "store/dag.h"
 
 namespace korel {
@@ -20,6 +22,10 @@ DAG evalst2(DAG statement, int mode);
 void initializeStatements();
 /// Gives the collector its chance in a long loop when its marks have been passed.
 void collectInLoop();
+
+/// The depth at which the debugger stops before the next statement, 0 for none, and what it is told then.
+extern std::int32_t stepLevel;
+extern DAG debugArgs;
 
 /// Stores `value` in `target`, which `evalname` has left a name, TABLEREF, DCOLON, MEMBER or call.
 DAG assign(DAG target, DAG value);

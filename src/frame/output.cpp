@@ -15,6 +15,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "structure/aliases.h"
 #include "text/display.h"
 
 namespace korel {
@@ -188,9 +189,12 @@ void Printf2(const char* format, ...) {
 
 // ---- the way in and out
 
-// Both alias tables are empty: an object has the same form on either side.
-DAG koreltonerin(DAG x) { return x; }
-DAG nerintokorel(DAG x) { return SimplifyMaybeBind(x, true); }
+DAG koreltonerin(DAG x) { return subsalias(KorelToAlias, x); }
+
+DAG nerintokorel(DAG x) {
+  DAG statement = SimplifyMaybeBind(x, true);
+  return isObject(statement) ? expandAliases(statement) : statement;
+}
 
 void sendstatus() {
   sendStream("INTERFACE_STATUS",

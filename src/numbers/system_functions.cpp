@@ -45,11 +45,13 @@ DAG assignedName(const char* text) {
   return name[1] ? name : DAG();
 }
 
-// Asks each directory of `libname` for the file of that name. `stopped` when an entry ends the search.
-bool readFromLibrary(const char* text, bool& stopped) {
+// What to do about a member of the library path that is no text.
+enum class BadEntry { endsTheSearch, isAnError };
+
+// Asks each of `directories`, one text or an EXPSEQ of texts, for the file of that name. `stopped` when
+// an entry ends the search.
+bool searchDirectories(const char* text, DAG directories, BadEntry badEntry, bool& stopped) {
   stopped = false;
-  if (libraryReader == nullptr) return false;
-  DAG directories = valuenv(ini("libname"), true);
   DAG single[1] = {directories};
   const bool several = isTag(directories, EXPSEQ);
   const DAG* entries = several ? &directories[1] : single;
@@ -57,6 +59,7 @@ bool readFromLibrary(const char* text, bool& stopped) {
   for (Word i = 0; i < count; ++i) {
     DAG entry = entries[i];
     if (!isTag(entry, NAME) && !isTag(entry, STRING)) {
+      if (badEntry == BadEntry::isAnError) KernelException("invalid entry %1 in libname", entry);
       stopped = true;
       return false;
     }
@@ -65,7 +68,7 @@ bool readFromLibrary(const char* text, bool& stopped) {
                       immediate(static_cast<std::int32_t>(longestPath)));
     char path[2 * longestPath + 8];
     std::snprintf(path, sizeof path, "%s/%s.m", textOf(entry), text);
-    if (libraryReader(entry, path)) return true;
+    if (libraryReader != nullptr && libraryReader(entry, path)) return true;
   }
   return false;
 }
@@ -97,13 +100,23 @@ DAG retrieve(const char* base, const char* suffix) {
     if (name[1]) return name;
     if (isMissed(name)) return null;
   }
-  bool stopped;
-  if (readFromLibrary(text, stopped)) {
+  bool stopped = false;
+  if (libraryReader != nullptr &&
+      searchDirectories(text, valuenv(ini("libname"), true), BadEntry::endsTheSearch, stopped)) {
     DAG name = assignedName(text);
     return name ? name : null;
   }
   if (!stopped) noteMissed(naminstall(text));
   return null;
+}
+
+bool readFromDirectories(const char* text, DAG directories) {
+  DAG name = naminstall(text);
+  if (isMissed(name)) return false;
+  bool stopped;
+  if (searchDirectories(text, directories, BadEntry::isAnError, stopped)) return true;
+  noteMissed(name);
+  return false;
 }
 
 DAG evalsysf(const char* base, const char* suffix, DAG arguments) {

@@ -22,6 +22,11 @@ DAG EvalSystemFunction(const char* prefix, DAG function, DAG form, DAG arguments
 /// The name `base``suffix` when it has a value, loaded from the library if need be; else `null`.
 DAG retrieve(const char* base, const char* suffix);
 
+/// Asks each of `directories`, a text or an EXPSEQ of texts, for a file with the value of the name
+/// `text`; false when none has it. Errors: "invalid entry %1 in libname", "readlib file name would be
+/// longer than %1 characters".
+bool readFromDirectories(const char* text, DAG directories);
+
 /// Reads `<entry>/<file>.m`, where `entry` is a member of `libname`; true when that assigned names.
 /// Null until a library is attached: then every search ends without success.
 using LibraryReader = bool (*)(DAG entry, const char* path);

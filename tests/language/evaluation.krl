@@ -1,0 +1,97 @@
+# Names: full evaluation at the top, one level for locals, last-name evaluation.
+a := b: b := 3: a;
+ev := proc() local l; l := 'b'; l, eval(l) end proc: ev();
+f := proc(x) x end proc: f; eval(f, 1); g := f: g; eval(g);
+t := table([1 = 2]): t; t2 := t: t2; eval(t2);
+eval(a, 1), eval(a, 2), eval('a', 1);
+eval(a, 0);
+eval(a, -1);
+eval(a, x);
+eval();
+eval(x^2 + y, x = 3), eval(x^2 + y, {x = 1, y = 2}), eval(x^2, [x = z]);
+eval([x, f(x), x = y], x = 2);
+eval(x[x], x = 1), eval('x', x = x);
+eval(sin(x) + g2(x, 1), x = 0);
+eval(x, {1});
+evaln(a), evaln(t[1 + 1]), evaln(a || 1);
+evaln(1 + 2);
+evaln();
+assigned(a), assigned(nothing), assigned(t[1]), assigned(t[2]), assigned(f), assigned(h(1));
+assigned(nested0[1]); nested0[1] := table([2 = 3]): assigned(nested0[1][2]), assigned(nested0[1][3]);
+assigned(3);
+# Calls that stay as they are.
+'f'(1 + 1);
+h(1 + 1, NULL, 3), h(), (h + k)(x);
+2(x), 3.5(x), "s"(x);
+readlib('nosuch');
+readlib('nosuch', "/nonexistent");
+readlib('nosuch3', 3);
+readlib(3);
+# Concatenation.
+a || 1, a || b, "x" || 1 || 2, x || (1..4), x || ("a".."d"), `||`((x, y), 1);
+x || (2..1); [x || (3..3)];
+x || (1.5..2);
+x || (n..m), x || (1, 2, k), a || b[i];
+cat(a, b, "c"), cat("a", 1, b), cat(), cat(x, 1..3), cat("n = ", n + 1);
+`||`(a, 2);
+`||`(a);
+# Selection.
+l := [10, 20, 30, [40, 50]]: l[1], l[-1], l[4, 2], l[2..3], l[-2..-1], [l[]];
+l[0];
+l[5];
+l[k], l[1][2], {3, 3, 4}[1], (a, 7, 8)[2];
+"hello"[2], "hello"[2..3], "hello"[-1], "hello"[k];
+"hello"[9];
+eval('y0[i]', y0 = 0), x[1], x[1][2], x[], x[1, 2][3];
+t[1], t[2], t[k];
+nested := table(): nested[1] := table([2 = 3]): nested[1][2]; nested[1];
+fp := table([p = proc() 5 end proc]): fp[p], fp[p]();
+# Logic.
+true and false, true or x, not FAIL, x and x, not (x = y), x or not x;
+evalb(1 < 2), evalb("a" < "b"), evalb(x = x), evalb(x = y), evalb(1 = 1.0), evalb(2 <= 1), evalb(x < 1);
+evalb(infinity = infinity), evalb(-infinity < 3), evalb(undefined = undefined), evalb(undefined <> undefined), evalb(3 < infinity);
+evalb(2 + I = 2 + I), evalb((x -> x + 1) = (y -> y + 1)), evalb(proc(x::integer) x end proc = proc(x) x end proc);
+evalb(1 + I < 2);
+evalb(5);
+evalb(x);
+evalb([1] < [2]);
+`if`(1 < 2, "yes", "no"), `if`(FAIL, 1, 2), `if`(x < 1, 1, 2), `if`(c, z, z);
+`if`(1 < 2, 3);
+# Calls of operators by name.
+`+`(1, 2, x), `*`(2, 3), `-`(5), `/`(4), `^`(2, 3), `and`(true, x), `<`(1, 2), `=`(1, 2), `+`(), `*`();
+`not`(true), `or`(false, x), `>`(x, y), `<>`(1, 2), `union`({1}, {2}), `minus`({1, 2}, {2}), `intersect`({1, 2}, {2});
+`$`(1..3), `$`(k^2, k = 1..3), x $ 2, x $ 0, $ "a".."c", x $ n;
+# Other built-ins of the evaluator.
+parse("1 + 2"), parse("x := 3", statement), parse("y", nosemicolon);
+parse("x := 1");
+parse("1 +");
+parse("f(");
+parse(1);
+ASSERT(1 = 2, "never evaluated"), ASSERT();
+kernelopts(ASSERT = true): ASSERT(1 = 1); ASSERT(1 = 2, "sum", 3);
+try ASSERT(false) catch: "caught" end try;
+ASSERT(x);
+ASSERT(FAIL);
+kernelopts(ASSERT = false):
+ToInert(1);
+evalb(time() >= 0), type(time(1 + 1), float);
+addressof(1); pointto(addressof(x + 1)); pointto(3);
+disassemble(addressof(5)); nops([disassemble(addressof(x + y))]);
+pointto(assemble(disassemble(addressof([x, y]))));
+assemble(0);
+assemble(60, 1);
+assemble(36, 1);
+assemble(nosuchtag);
+assemble(18, x);
+MPFloat(3);
+MPFloat("a");
+system("exit 3");
+system(3);
+DEBUG();
+dbg := proc() DEBUG(1); 5 end proc: dbg();
+userinfo(1, test);
+infolevel[test] := 2: userinfo(1, test, "seen", 1 + 1); userinfo(3, test, "unseen");
+streamcall(3);
+streamcall(INTERFACE_PRINT(1 + 1));
+exports(3);
+nops(), op();
