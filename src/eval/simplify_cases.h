@@ -40,7 +40,7 @@ DAG simplifyUnderTrap(DAG x);
 
 /// Powers and products with 0, 1, infinite or undefined operands. `x` is a POWER or a PROD read at one
 /// pair; gives `x` when no case applies.
-DAG simpl01(DAG x, bool exact);
+DAG simpl01(DAG x);
 
 /// `list` with each element times `factor`.
 DAG mapToList(DAG list, DAG factor);

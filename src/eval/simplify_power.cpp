@@ -48,7 +48,7 @@ int magnitudeAgainstOne(DAG x) {
 }
 
 // A finite number to an infinite power.
-DAG infinitePower(DAG x, DAG base, DAG exponent) {
+DAG infinitePower(DAG base, DAG exponent) {
   bool falling = consneg(exponent);
   int size = magnitudeAgainstOne(base);
   if (isZero(base)) {
@@ -63,7 +63,6 @@ DAG infinitePower(DAG x, DAG base, DAG exponent) {
   if (vanishes) return cons0;
   if (hasTag(base, COMPLEX)) return invalidPower(base, exponent, conscxinf);
   if (consneg(base)) return simpl(new3(COMPLEX, ini("infinity"), ini("infinity")));
-  (void)x;
   return ini("infinity");
 }
 
@@ -87,8 +86,7 @@ DAG powerOfInfinity(DAG x, DAG base, DAG exponent) {
 
 }  // namespace
 
-DAG simpl01(DAG x, bool exact) {
-  (void)exact;
+DAG simpl01(DAG x) {
   DAG base = x[1], exponent = x[2];
   if (base == cons1) {
     if (isInfinite(exponent)) return invalidPower(base, exponent, cons1);
@@ -113,7 +111,7 @@ DAG simpl01(DAG x, bool exact) {
     if (consneg(exponent)) return cons0;
     return base == ini("infinity") ? base : conscxinf;
   }
-  if (isInfinite(exponent) && isNumber(base)) return infinitePower(x, base, exponent);
+  if (isInfinite(exponent) && isNumber(base)) return infinitePower(base, exponent);
   if (isInfinite(base) && isNumber(exponent)) return powerOfInfinity(x, base, exponent);
   if (isNumber(base) && isZero(base) && isNumeric(exponent)) {
     if (!consneg(exponent)) return cons0;
@@ -139,8 +137,13 @@ DAG simplPower(DAG s) {
   bool special = isInfinite(base) || isUndefined(base) || isInfinite(exponent) || isUndefined(exponent);
   bool floats = isFloat(base) || isFloat(exponent);
   if (special && !floats) {
-    DAG settled = simpl01(s, true);
+    DAG settled = simpl01(s);
     if (isImmediate(settled) || settled != s) return simpl(settled);
+  }
+  // Beside a float, an exact infinity or undefined takes its float form.
+  if (special && floats && TransformSEQ2F(s)) {
+    base = s[1];
+    exponent = s[2];
   }
   if (isTag(exponent, COMPLEX) && isNumber(base) && !special) {
     auto holdsFloat = [](DAG z) {

@@ -371,7 +371,7 @@ DAG simplProduct(DAG s) {
   }
   auto isSpecial = [](DAG x) { return isInfinite(x) || isUndefined(x); };
   if (n == 3 && !isFloat(s[1]) && (isSpecial(s[1]) || isSpecial(s[2]))) {
-    DAG settled = simpl01(s, true);
+    DAG settled = simpl01(s);
     if (isImmediate(settled) || !hasTag(settled, PROD)) return simpl(settled);
   }
 
