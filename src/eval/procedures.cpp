@@ -102,24 +102,36 @@ void checkGlobals(DAG globals) {
 
 // ---- steps shared by procedures and modules
 
+// The name at `position` of a declaration list that a numbered reference came from.
+DAG nameAt(DAG declarations, Word position, const char* message) {
+  if (position < 1 || position >= lengthOf(declarations)) KernelException(message);
+  return declaredName(declarations[position]);
+}
+
+// The name that a position in the procedure around this one stands for.
+DAG nameOfReference(DAG reference, DAG outer) {
+  auto n = static_cast<std::int32_t>(rawField(reference, 1));
+  if (isTag(reference, LOCAL)) {
+    // The exports of a module are numbered behind its locals.
+    Word position = rawField(reference, 1), locals = lengthOf(outer[2]) - 1;
+    bool isExport = hasTag(outer, MODDEF) && position > locals;
+    return isExport ? nameAt(outer[4], position - locals, "invalid local on stack")
+                    : nameAt(outer[2], position, "invalid local on stack");
+  }
+  if (isTag(reference, PARAM))
+    return nameAt(outer[1], rawField(reference, 1), "invalid parameter on stack");
+  Word pair = static_cast<Word>(n < 0 ? -n : n);
+  return nameAt(outer[8], 2 * pair - 1, "invalid lexically scoped identifier on stack");
+}
+
 // A name for messages; inside another procedure it may already be a position.
 DAG takeNameForMessages() {
   DAG name = assignedProcName;
   assignedProcName = DAG();
   if (!name || isTag(name, NAME) || isTag(name, TABLEREF)) return name;
-  if (procSimplStack == nullptr) return DAG();
-  DAG outer = procSimplStack->procedure;
-  if (isTag(name, LOCAL) || isTag(name, PARAM)) {
-    DAG declarations = isTag(name, LOCAL) ? outer[2] : outer[1];
-    Word i = rawField(name, 1);
-    return i >= 1 && i < lengthOf(declarations) ? declaredName(declarations[i]) : DAG();
-  }
-  if (isTag(name, LEXICAL)) {
-    auto n = static_cast<std::int32_t>(rawField(name, 1));
-    Word i = 2 * static_cast<Word>(n < 0 ? -n : n) - 1;
-    return i < lengthOf(outer[8]) ? outer[8][i] : DAG();
-  }
-  return DAG();
+  bool isReference = isTag(name, LOCAL) || isTag(name, PARAM) || isTag(name, LEXICAL);
+  if (!isReference || procSimplStack == nullptr) return DAG();
+  return nameOfReference(name, procSimplStack->procedure);
 }
 
 void simplifyDeclarations(DAG proc) {

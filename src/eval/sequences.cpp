@@ -135,7 +135,7 @@ DAG overCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expression) {
   return finish(c);
 }
 
-DAG overRange(Kind kind, DAG variable, DAG a, DAG b, DAG expression) {
+DAG overNumbersOrCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expression) {
   DAG infinity = ini("infinity");
   if ((a == infinity && b != infinity) || (b == consminf && a != consminf)) {
     Collector empty{kind, 0, DAG(), 1, DAG()};
@@ -188,8 +188,9 @@ DAG run(Kind kind, const BuiltinCall& call) {
   DAG variable = evalname(control[1]);
   DAG right = simpl(eval(control[2]));
   DAG saved = protectVariable(variable);
-  DAG result = isTag(right, RANGE) ? overRange(kind, variable, right[1], right[2], expression)
-                                   : overContainer(kind, variable, right, expression);
+  DAG result = isTag(right, RANGE)
+                   ? overNumbersOrCharacters(kind, variable, right[1], right[2], expression)
+                   : overContainer(kind, variable, right, expression);
   releaseVariable(saved);
   return result;
 }
@@ -234,6 +235,19 @@ bool areConstant(DAG a, DAG b) {
 }
 
 }  // namespace
+
+DAG seqforfrom(DAG variable, DAG from, DAG to, DAG expression) {
+  return overNumbersOrCharacters(Kind::sequence, variable, from, to, expression);
+}
+DAG seqforin(DAG variable, DAG container, DAG expression) {
+  return overContainer(Kind::sequence, variable, container, expression);
+}
+DAG addmulforfrom(DAG variable, DAG from, DAG to, DAG expression, bool isAdd) {
+  return overNumbersOrCharacters(isAdd ? Kind::sum : Kind::product, variable, from, to, expression);
+}
+DAG addmulforin(DAG variable, DAG container, DAG expression, bool isAdd) {
+  return overContainer(isAdd ? Kind::sum : Kind::product, variable, container, expression);
+}
 
 DAG seq(const BuiltinCall& call) { return run(Kind::sequence, call); }
 DAG addBuiltin(const BuiltinCall& call) { return run(Kind::sum, call); }

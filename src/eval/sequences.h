@@ -9,6 +9,14 @@
 
 namespace korel {
 
+/// The values of `expression` for `variable` from `from` to `to` in steps of 1, as a sequence, or folded
+/// into a sum or product. The variable (a NAME or TABLEREF) keeps its last value.
+DAG seqforfrom(DAG variable, DAG from, DAG to, DAG expression);
+DAG addmulforfrom(DAG variable, DAG from, DAG to, DAG expression, bool isAdd);
+/// The same for the characters of a STRING or the operands of anything else.
+DAG seqforin(DAG variable, DAG container, DAG expression);
+DAG addmulforin(DAG variable, DAG container, DAG expression, bool isAdd);
+
 /// seq(e, i = a..b), seq(e, i = container). Error: "unable to execute seq".
 DAG seq(const BuiltinCall& call);
 /// add(e, i = a..b) and mul over a range or container. Errors: "unable to execute add" and "... mul".

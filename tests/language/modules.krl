@@ -66,3 +66,6 @@ m9 := module() export v; v := 1 end module:
 restart;
 m9;
 attributes(u), type(proc() end proc, procedure), type(module() end module, `module`);
+# A warning names the procedure that the assignment makes, a member or a local too.
+mw := module() export f; local g; g := proc() g1 := 1 end proc; f := proc() f1 := 1 end proc end module:
+pw := proc() local q; q := proc() q1 := 1 end proc; q end proc:
