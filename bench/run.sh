@@ -25,15 +25,8 @@ process_row() {
 }
 korel=$build/bin/korelTTY
 process_row 'process start to exit' "$(fastest "$korel" -q -s)" "$(fastest /bin/true)" /bin/true
-if command -v python3 >/dev/null; then
-  process_row 'empty counted loop of 10^6 rounds' \
-    "$(fastest "$korel" -q -s -c 'to 1000000 do od:')" \
-    "$(fastest python3 -S -c 'for i in range(1000000): pass')" 'python3, the same loop'
-  process_row 'naive Fibonacci of 24' \
-    "$(fastest "$korel" -q -s -c 'f := proc(n) if n < 2 then n else f(n-1)+f(n-2) fi end: ' -c 'f(24):')" \
-    "$(fastest python3 -S -c 'f = lambda n: n if n < 2 else f(n-1)+f(n-2)
-f(24)')" 'python3, the same function'
-fi
+echo
+"$(dirname "$0")/programs.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then
   echo
   echo 'Printing (of_sink: times as long as the bare sink)'

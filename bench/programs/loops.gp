@@ -1,0 +1,2 @@
+work(n) = { my(s = 0); for(i = 1, n, for(j = 1, n, s = s + i*j)); s; }
+print(work(1000))

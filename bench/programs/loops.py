@@ -1,0 +1,7 @@
+def work(n):
+    s = 0
+    for i in range(1, n + 1):
+        for j in range(1, n + 1):
+            s = s + i * j
+    return s
+print(work(1000))

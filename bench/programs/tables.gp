@@ -1,0 +1,3 @@
+work(n) = { my(t = Map(), s = 0); for(i = 1, n, mapput(t, 17*i, i));
+  for(i = 1, n, s = s + mapget(t, 17*i)); s; }
+print(work(10^5))
