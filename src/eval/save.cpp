@@ -35,6 +35,7 @@ void writeCharacter(void* closure, int c) {
   else if (c != ' ' && c != '\t') file.blankSoFar = false;
 }
 void reportPrintError(void*, const char*) {}
+void closeStream(const char*) { std::fclose(reinterpret_cast<std::FILE*>(errorProcParam)); }
 
 void checkEntry(DAG name) {
   if (!isTag(name, NAME)) KernelException("save can only save names");
@@ -59,6 +60,17 @@ void writeAssignments(std::FILE* stream, DAG names) {
 
 }  // namespace
 
+void WriteSourceFile(DAG file, DAG names) {
+  std::FILE* stream = std::fopen(textOf(file), "w");
+  if (stream == nullptr) KernelException("could not save into `%1`", file);
+  PushParamErrorProc(closeStream, stream);
+  writeAssignments(stream, names);
+  PopErrorProc();
+  bool failed = std::ferror(stream) != 0;
+  if (std::fclose(stream) != 0) KernelException("could not close file");
+  if (failed) KernelException("could not save into `%1`", file);
+}
+
 DAG saveStatement(DAG s) {
   if (secureMode) KernelException("save is disabled");
   DAG operands = isTag(s[1], EXPSEQ) ? s[1] : new2(EXPSEQ, s[1]);
@@ -75,10 +87,7 @@ DAG saveStatement(DAG s) {
   for (Word i = 1; i + 1 < n; ++i) names[i] = evalname(operands[i]);
   names = simpl(names);
   for (Word i = 1; i < lengthOf(names); ++i) checkEntry(names[i]);
-  std::FILE* stream = std::fopen(path, "w");
-  if (stream == nullptr) KernelException("could not open `%1` for writing", file);
-  writeAssignments(stream, names);
-  std::fclose(stream);
+  WriteSourceFile(file, names);
   return null;
 }
 

@@ -8,5 +8,8 @@ namespace korel {
 /// Runs a SAVE. Errors: "save is disabled", "last argument to save must be a file or library name",
 /// "must specify names to save when saving to a text file", "save can only save names".
 DAG saveStatement(DAG statement);
+/// Writes an assignment for each of `names`, an EXPSEQ, into the text file `file`.
+/// Errors: "could not save into `%1`", "could not close file".
+void WriteSourceFile(DAG file, DAG names);
 
 }  // namespace korel
