@@ -13,6 +13,7 @@
 #include "store/objects.h"
 #include "terminal.h"
 #include "text/message.h"
+#include "text/pretty_print.h"
 #include "text/printer.h"
 
 namespace korel {
@@ -41,6 +42,13 @@ void putValues(DAG sequence) {
   PrintKorelList(sequence, putCharacter, putFailure, defaultNerinVariables.screenwidth, nullptr,
                  printBareOutermost, ", ");
 }
+/// The same as one would write them by hand, for a person at a terminal; false when plain text does.
+bool putPretty(DAG sequence) {
+  static const bool seen = isatty(STDOUT_FILENO) != 0;
+  if (!seen || redirected != nullptr || defaultNerinVariables.prettyprint == 0) return false;
+  int width = defaultNerinVariables.screenwidth;
+  return PrettyPrint(sequence, putCharacter, width > 0 ? width - 1 : 999999, nullptr);
+}
 /// Objects as messages show them: nothing quoted, on one line.
 void putPieces(DAG sequence) {
   PrintKorelList(sequence, putCharacter, putFailure, 0, nullptr, printBare, "");
@@ -54,10 +62,21 @@ double numberOf(DAG x) { return x && isNumeric(x) ? FloatValue(x) : 0.0; }
 
 // ---- one function a stream: shows its message and gives the reply
 
-DAG showValues(DAG arguments) {
+DAG valuesOf(DAG arguments) {
   bool isSequence =
       lengthOf(arguments) == 2 && isObject(arguments[1]) && hasTag(arguments[1], EXPSEQ);
-  putValues(isSequence ? arguments[1] : arguments);
+  return isSequence ? arguments[1] : arguments;
+}
+
+DAG showResult(DAG arguments) {
+  DAG values = valuesOf(arguments);
+  if (!putPretty(values)) putValues(values);
+  endLine();
+  return null;
+}
+
+DAG showValues(DAG arguments) {
+  putValues(valuesOf(arguments));
   endLine();
   return null;
 }
@@ -156,8 +175,8 @@ struct StreamRow {
 };
 // The streams that say nothing to a person have no row: START, STOP, HELP, and any that is unknown.
 constexpr StreamRow streamRows[] = {
-    {"RESULT", showValues},
-    {"PRINT", showValues},
+    {"RESULT", showResult},
+    {"PRINT", showResult},
     {"LPRINT", showValues},
     {"CHAR", showText},
     {"WARN", showWarning},

@@ -294,6 +294,30 @@ TEST(Terminal, SessionsPromptAndGoOn) {
   EXPECT_EQ(session.exitStatus(), 3) << session.seen();
 }
 
+// A person sees exponents raised and fractions stacked; prettyprint = 0 gives the plain form back.
+TEST(Terminal, ResultsAreLaidOutInTwoDimensions) {
+  struct Row {
+    const char* statement;
+    const char* picture;
+  };
+  const Row rows[] = {
+      {"x^2 - 1/2*x;", " 2\nx  - 1/2 x\n"},
+      {"2/3*a/(1+b)^2;", "   2 a\n----------\n         2\n3 (1 + b)\n"},
+      {"-(a+b)/(c-d);", "  a + b\n- -----\n  c - d\n"},
+      {"q := f(1/x, [y^n]);", "      /1  [ n]\\\nq := f|-, [y ]|\n      \\x      /\n"},
+      {"(x^2+1)^(a/2);", "        1/2 a\n/ 2    \\\n\\x  + 1/\n"},
+      {"INTERFACE_SET(prettyprint, 0): x^2;", "x^2\n"},
+  };
+  Session session;
+  ASSERT_TRUE(session.shows("> ")) << session.seen();
+  for (const Row& row : rows) {
+    session.type(std::string(row.statement) + "\r");
+    std::string expected;
+    for (const char* c = row.picture; *c != 0; ++c) expected += *c == '\n' ? "\r\n" : std::string(1, *c);
+    EXPECT_TRUE(session.shows(expected)) << row.statement << "\n" << session.seen();
+  }
+}
+
 // Ctrl-C at the prompt drops the line, and the statement that it would have gone on with.
 TEST(Terminal, CtrlCDropsWhatIsTyped) {
   Session session;
