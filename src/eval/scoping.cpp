@@ -4,7 +4,6 @@
 #include "eval/bindings.h"
 #include "eval/environment_variables.h"
 #include "eval/procedures.h"
-#include "structure/substitute.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "store/constants.h"

@@ -11,6 +11,7 @@
 #include "eval/procedures.h"
 #include "eval/simplify.h"
 #include "eval/simplify_cases.h"
+#include "structure/has.h"
 #include "structure/substitute.h"
 #include "frame/driver.h"
 #include "frame/environment.h"

@@ -7,7 +7,7 @@
 #include "eval/procedures.h"
 #include "eval/save.h"
 #include "eval/simplify.h"
-#include "structure/substitute.h"
+#include "structure/has.h"
 #include "eval/time_limit.h"
 #include "eval/try.h"
 #include "frame/driver.h"

@@ -4,6 +4,7 @@
 #include "eval/procedures.h"
 #include "eval/simplify.h"
 #include "frame/help_path.h"
+#include "structure/has.h"
 
 namespace korel {
 
@@ -17,6 +18,7 @@ constexpr HookRow hookRows[] = {
     // moment                    function
     {HookMoment::initialised, initializeEvaluator},
     {HookMoment::everyStatement, ResetSimplifier},
+    {HookMoment::everyStatement, ResetHas},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::startFiles, ResetSimplifier},
     {HookMoment::startFiles, InitializeHelp},

@@ -8,6 +8,7 @@
 #include "store/generations.h"
 #include "store/objects.h"
 #include "store/standard_names.h"
+#include "structure/has.h"
 #include "structure/substitute.h"
 
 namespace korel {
@@ -78,7 +79,7 @@ void store(DAG& table, DAG sequence, Word count) {
 void warnOfChains() {
   for (Word i = 1; i <= aliasCount(); ++i)
     for (Word j = i + 1; j <= aliasCount(); ++j)
-      if (holdsWord(AliasToKorel[i][2], AliasToKorel[j][1]))
+      if (has(AliasToKorel[i][2], AliasToKorel[j][1]))
         KernelWarning(2, "alias or macro %1 defined in terms of %2", AliasToKorel[i][1],
                       AliasToKorel[j][1]);
 }

@@ -32,29 +32,6 @@ bool sameParameter(DAG a, DAG b) {
          rawField(a, 1) == rawField(b, 1);
 }
 
-// ---- a walk that tests each part
-
-struct Search {
-  bool (*test)(DAG part, DAG sought);
-  DAG sought;
-  bool skipQuoted;  // not inside PROC, MODDEF and UNEVAL
-};
-
-bool holds(const Search& search, DAG x) {
-  if (!x) return false;
-  if (search.test(x, search.sought)) return true;
-  if (isImmediate(x)) return false;
-  Tag tag = tagOf(x);
-  if (search.skipQuoted && (tag == PROC || tag == MODDEF || tag == UNEVAL || tag == MODULE)) return false;
-  Fields fields = fieldsOf(x);
-  if (fields.from == 0) return false;
-  checkStack();
-  if (tag == SERIES && holds(search, x[1])) return true;
-  for (Word i = fields.from; i < fields.end; i += fields.step)
-    if (holds(search, x[i])) return true;
-  return false;
-}
-
 }  // namespace
 
 DAG substituteInCopy(DAG equations, DAG x) {
@@ -86,21 +63,6 @@ DAG substituteInCopy(DAG equations, DAG x) {
         result[i] = cons1;
       }
   return result;
-}
-
-bool holdsWord(DAG x, DAG part) {
-  return holds({[](DAG p, DAG sought) { return p == sought; }, part, false}, x);
-}
-
-bool hasCallTo(DAG x, DAG head) {
-  auto isCall = [](DAG p, DAG sought) {
-    return !isImmediate(p) && hasTag(p, FUNCTION) && p[1] == sought;
-  };
-  return holds({isCall, head, false}, x);
-}
-
-bool hasExceptInPROCorUNEVAL(DAG x, DAG part) {
-  return holds({[](DAG p, DAG sought) { return p == sought; }, part, true}, x);
 }
 
 }  // namespace korel

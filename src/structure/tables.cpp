@@ -6,7 +6,7 @@
 #include "eval/remember.h"
 #include "eval/simplify.h"
 #include "eval/statements.h"
-#include "structure/substitute.h"
+#include "structure/has.h"
 #include "frame/errors.h"
 #include "numbers/integer.h"
 #include "numbers/system_functions.h"

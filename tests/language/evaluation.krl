@@ -82,7 +82,6 @@ assemble(0);
 assemble(60, 1);
 assemble(36, 1);
 assemble(nosuchtag);
-assemble(18, x);
 MPFloat(3);
 MPFloat("a");
 system("exit 3");
