@@ -58,6 +58,23 @@ void writeAssignments(std::FILE* stream, DAG names) {
   }
 }
 
+// save f!, file: f with all that it needs.
+bool asksForRequiredNames(DAG operand) {
+  return isTag(operand, FUNCTION) && operand[1] == ini("factorial") && isTag(operand[2], EXPSEQ) &&
+         lengthOf(operand[2]) == 2;
+}
+
+DAG namesToSave(DAG operands) {
+  Word n = lengthOf(operands);
+  if (n == 3 && asksForRequiredNames(operands[1])) {
+    DAG name = evalname(operands[1][2][1]);
+    return isTag(name, NAME) ? BuildRequiredNameSeq(name) : simpl(new2(EXPSEQ, name));
+  }
+  DAG names = newl2(n - 1, EXPSEQ);
+  for (Word i = 1; i + 1 < n; ++i) names[i] = evalname(operands[i]);
+  return simpl(names);
+}
+
 }  // namespace
 
 void WriteSourceFile(DAG file, DAG names) {
@@ -83,9 +100,7 @@ DAG saveStatement(DAG s) {
   if (length >= 2 && std::strcmp(path + length - 2, ".m") == 0)
     KernelException("unable to save in `%1`: the internal format is not available", file);
   if (n == 2) KernelException("must specify names to save when saving to a text file");
-  DAG names = newl2(n - 1, EXPSEQ);
-  for (Word i = 1; i + 1 < n; ++i) names[i] = evalname(operands[i]);
-  names = simpl(names);
+  DAG names = namesToSave(operands);
   for (Word i = 1; i < lengthOf(names); ++i) checkEntry(names[i]);
   WriteSourceFile(file, names);
   return null;

@@ -128,3 +128,7 @@ try timelimit(0.1, proc() do end do end proc()) catch: "caught" end try;
 timelimit(1, timelimit(1, 2));
 timelimit(-2, 1);
 timelimit(a, 1);
+# save f! takes along what f needs.
+base := 2: h := x -> base*x: t3 := table([1 = h]): f9 := proc(x) if x > 0 then f9(x - 1) + t3[1](x) else h(1) end if end proc:
+other := 5: save f9!, "/tmp/korel_statements.krl": save unassigned9!, "/tmp/korel_statements2.krl":
+restart; read "/tmp/korel_statements.krl": f9(2), other;
