@@ -17,6 +17,8 @@
 #include "store/raw_objects.h"
 #include "store/standard_names.h"
 #include "structure/aliases.h"
+#include "structure/type_match.h"
+#include "structure/types.h"
 
 namespace korel {
 
@@ -111,7 +113,7 @@ constexpr Builtin builtins[] = {
     {"genpoly",                 false, nullptr},
     {"goto",                    false, goto_},
     {"has",                     false, nullptr},
-    {"hastype",                 false, nullptr},
+    {"hastype",                 false, hastypeBuiltin},
     {"hfarray",                 false, nullptr},
     {"evalf/hypergeom/kernel",  false, hypergeomKernel},
     {"icontent",                false, icontent},
@@ -198,7 +200,7 @@ constexpr Builtin builtins[] = {
     {"traperror",               true,  traperrorBuiltin},
     {"trunc",                   false, trunc},
     {"type",                    true,  typeBuiltin},
-    {"typematch",               false, nullptr},
+    {"typematch",               false, typematch},
     {"unames",                  false, unames},
     {"unbind",                  false, unbind},
     {"union",                   false, unionOperator},

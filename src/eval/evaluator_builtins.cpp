@@ -13,7 +13,6 @@
 #include "eval/simplify.h"
 #include "eval/statements.h"
 #include "structure/tables.h"
-#include "structure/types.h"
 #include "frame/driver.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
@@ -250,13 +249,6 @@ DAG unames(const BuiltinCall& call) {
 
 DAG bind(const BuiltinCall& call) { return AppendToWithBindings(call.arguments); }
 DAG unbind(const BuiltinCall& call) { return RemoveFromWithBindings(call.arguments); }
-
-DAG typeBuiltin(const BuiltinCall& call) {
-  DAG args = simpl(eval(call.arguments));
-  if (!isTag(args, EXPSEQ) || lengthOf(args) == 2) return ini("false");
-  if (lengthOf(args) != 3) wrongParameters(call);
-  return truth(type(args[1], args[2]));
-}
 
 DAG nops(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);

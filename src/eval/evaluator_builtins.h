@@ -30,7 +30,6 @@ DAG anames(const BuiltinCall& call);
 DAG unames(const BuiltinCall& call);
 DAG bind(const BuiltinCall& call);
 DAG unbind(const BuiltinCall& call);
-DAG typeBuiltin(const BuiltinCall& call);
 DAG nops(const BuiltinCall& call);
 DAG opBuiltin(const BuiltinCall& call);
 DAG lhs(const BuiltinCall& call);

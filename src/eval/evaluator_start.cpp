@@ -5,6 +5,7 @@
 #include "eval/statements.h"
 #include "frame/environment.h"
 #include "store/collector.h"
+#include "structure/type_match.h"
 
 namespace korel {
 
@@ -24,6 +25,7 @@ void initializeEvaluator() {
   registerRootWalker(walkScopes);
   initializeStatements();
   initializeModules();
+  initializeTypeMatch();
 }
 
 }  // namespace korel
