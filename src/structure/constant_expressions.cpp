@@ -18,6 +18,7 @@ bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 struct ConstantWalk {
   bool undefinedToo;  // the name `undefined` may count as a constant
   DAG constants;      // value of the name `constants`
+  Word clock;         // of the integer cache
 };
 
 bool isListed(DAG constants, DAG x) {
@@ -112,17 +113,16 @@ bool isConstant(const ConstantWalk& walk, DAG x) {
   if (isImmediate(x)) return true;
   if (tagOf(x) <= NAME) return computeConstant(walk, x);
   // Shared parts are asked once.
-  if (const Word* known = cachedInteger(x)) return *known != 0;
+  if (const Word* known = cachedInteger(x, walk.clock)) return *known != 0;
   checkStack();
   bool result = computeConstant(walk, x);
-  cacheInteger(x, result);
+  cacheInteger(x, result, walk.clock);
   return result;
 }
 
 bool walkConstant(DAG x, bool undefinedToo) {
   if (isImmediate(x)) return true;
-  if (tagOf(x) > NAME) beginIntegerTraversal();
-  return isConstant({undefinedToo, valueOfConstants()}, x);
+  return isConstant({undefinedToo, valueOfConstants(), beginIntegerTraversal()}, x);
 }
 
 }  // namespace

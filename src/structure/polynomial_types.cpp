@@ -29,7 +29,7 @@ struct PolynomialWalk {
   Word limit;             // largest tag of a number that is a coefficient
   bool (*test)(DAG e) = nullptr;  // in place of the limit: a test of coefficients,
   DAG type{};                     // or a type that they must match
-  Word clock = 0;         // of the integer cache: a routine asked on the way may have taken it over
+  Word clock = 0;                 // of the integer cache
 };
 
 bool isVariable(const PolynomialWalk& walk, DAG x) {
@@ -49,9 +49,9 @@ bool isConstantPart(const PolynomialWalk& walk, DAG x) {
   return free && isCoefficient(walk, x);
 }
 
-bool isPolynomial(PolynomialWalk& walk, DAG x);
+bool isPolynomial(const PolynomialWalk& walk, DAG x);
 
-bool isPolynomialName(PolynomialWalk& walk, DAG x) {
+bool isPolynomialName(const PolynomialWalk& walk, DAG x) {
   if (walk.vars) return isConstantPart(walk, x);
   bool limited = walk.limit != noCoefficientLimit || walk.test != nullptr || walk.type;
   if (!limited) return true;
@@ -59,7 +59,7 @@ bool isPolynomialName(PolynomialWalk& walk, DAG x) {
   return isConstantName(x) ? isCoefficient(walk, x) : true;
 }
 
-bool isPolynomialSum(PolynomialWalk& walk, DAG x) {
+bool isPolynomialSum(const PolynomialWalk& walk, DAG x) {
   for (Word i = 1; i < lengthOf(x); i += 2) {
     DAG term = x[i], coefficient = x[i + 1];
     if (isNumber(term) && isNumber(coefficient)) {
@@ -75,7 +75,7 @@ bool isPolynomialSum(PolynomialWalk& walk, DAG x) {
   return true;
 }
 
-bool isPolynomialProduct(PolynomialWalk& walk, DAG x) {
+bool isPolynomialProduct(const PolynomialWalk& walk, DAG x) {
   for (Word i = 1; i < lengthOf(x); i += 2) {
     DAG base = x[i], exponent = x[i + 1];
     bool power = isInteger(exponent) && (walk.rational || !consneg(exponent));
@@ -88,7 +88,7 @@ bool isPolynomialProduct(PolynomialWalk& walk, DAG x) {
   return true;
 }
 
-bool computePolynomial(PolynomialWalk& walk, DAG x) {
+bool computePolynomial(const PolynomialWalk& walk, DAG x) {
   switch (tagOf(x)) {
     case NAME: return isPolynomialName(walk, x);
     case TABLEREF: return walk.vars ? isConstantPart(walk, x) : true;
@@ -103,26 +103,20 @@ bool computePolynomial(PolynomialWalk& walk, DAG x) {
   }
 }
 
-bool isPolynomial(PolynomialWalk& walk, DAG x) {
+bool isPolynomial(const PolynomialWalk& walk, DAG x) {
   if (walk.vars && isVariable(walk, x)) return true;
   if (isNumber(x)) return isCoefficient(walk, x);
   if (tagOf(x) <= TABLEREF) return computePolynomial(walk, x);
   // Shared parts are asked once.
-  if (IntHashClock == walk.clock)
-    if (const Word* known = cachedInteger(x)) return *known != 0;
+  if (const Word* known = cachedInteger(x, walk.clock)) return *known != 0;
   checkStack();
   bool result = computePolynomial(walk, x);
-  if (IntHashClock != walk.clock) {
-    beginIntegerTraversal();
-    walk.clock = IntHashClock;
-  }
-  cacheInteger(x, result);
+  cacheInteger(x, result, walk.clock);
   return result;
 }
 
 bool walkPolynomial(PolynomialWalk walk, DAG x) {
-  beginIntegerTraversal();
-  walk.clock = IntHashClock;
+  walk.clock = beginIntegerTraversal();
   return isPolynomial(walk, x);
 }
 
