@@ -23,6 +23,7 @@
 #include "terminal.h"
 #include "text/input.h"
 #include "text/source.h"
+#include "text/syntax_errors.h"
 
 using namespace korel;
 
@@ -104,6 +105,8 @@ int runSession() {
     if (!wasInterrupted) continue;
     if (stopsAtInterrupt) return interruptedRun;
     takeInterrupt();  // asked for more than once
+    // Whoever interrupts at a terminal doesn't want the rest of what was typed either.
+    if (isatty(STDIN_FILENO)) dropTypedLine();
   }
   return status;
 }

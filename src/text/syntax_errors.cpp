@@ -167,6 +167,10 @@ void reportInInput(int position, const char* message) {
 
 }  // namespace
 
+void dropTypedLine() {
+  if (r_unit0 == 0 && ibuffl[0] > 0 && icharno[0] >= 0) dropRestOfLine(0);
+}
+
 int KeyWordToToken(const char* text) {
   // Every reserved word has 2 to 11 small letters: most names end the search here.
   if (text[0] < 'a' || text[0] > 'w' || text[1] == 0) return 0;

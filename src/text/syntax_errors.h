@@ -22,4 +22,7 @@ void clearSyntaxError();
 /// Keeps a copy of `text`.
 void recordSyntaxError(int position, const char* text);
 
+/// Gives up what is left of the line of unit 0, as after a syntax error in it.
+void dropTypedLine();
+
 }  // namespace korel

@@ -282,10 +282,14 @@ TEST(Terminal, SessionsPromptAndGoOn) {
   session.type("2;\r");
   ASSERT_TRUE(session.shows("3\r\n")) << session.seen();
   // Ctrl-C ends the running statement and nothing else.
-  session.type("do od;\r");
+  session.type("do od; 111*111;\r");
   usleep(300000);
   session.type("\x03");
   ASSERT_TRUE(session.shows("Warning, computation interrupted")) << session.seen();
+  // ... and with it what else was typed on the line.
+  session.type("1000 + 1;\r");
+  ASSERT_TRUE(session.shows("1001\r\n")) << session.seen();
+  EXPECT_EQ(session.seen().find("12321"), std::string::npos) << session.seen();
   session.type("?seq\r");
   ASSERT_TRUE(session.shows("seq")) << session.seen();
   session.type("40 + 2;\r");
