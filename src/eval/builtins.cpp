@@ -17,6 +17,9 @@
 #include "store/raw_objects.h"
 #include "store/standard_names.h"
 #include "structure/aliases.h"
+#include "structure/has.h"
+#include "structure/operands.h"
+#include "structure/substitute.h"
 #include "structure/type_match.h"
 #include "structure/types.h"
 
@@ -112,7 +115,7 @@ constexpr Builtin builtins[] = {
     {"gc",                      false, gc},
     {"genpoly",                 false, nullptr},
     {"goto",                    false, goto_},
-    {"has",                     false, nullptr},
+    {"has",                     false, hasBuiltin},
     {"hastype",                 false, hastypeBuiltin},
     {"hfarray",                 false, nullptr},
     {"evalf/hypergeom/kernel",  false, hypergeomKernel},
@@ -141,7 +144,7 @@ constexpr Builtin builtins[] = {
     {"map2",                    false, nullptr},
     {"max",                     false, max},
     {"maxnorm",                 false, nullptr},
-    {"member",                  false, member},
+    {"member",                  false, memberBuiltin},
     {"min",                     false, min},
     {"minus",                   false, minusOperator},
     {"modp",                    false, nullptr},
@@ -187,7 +190,7 @@ constexpr Builtin builtins[] = {
     {"ssystem",                 false, nullptr},
     {"stop",                    false, quit},
     {"streamcall",              false, streamcall},
-    {"subs",                    false, nullptr},
+    {"subs",                    false, subsBuiltin},
     {"subsop",                  false, nullptr},
     {"substring",               false, nullptr},
     {"system",                  false, system_},

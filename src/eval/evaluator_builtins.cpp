@@ -7,7 +7,6 @@
 #include "eval/bindings.h"
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
-#include "structure/operands.h"
 #include "eval/procedures.h"
 #include "eval/select.h"
 #include "eval/simplify.h"
@@ -249,40 +248,6 @@ DAG unames(const BuiltinCall& call) {
 
 DAG bind(const BuiltinCall& call) { return AppendToWithBindings(call.arguments); }
 DAG unbind(const BuiltinCall& call) { return RemoveFromWithBindings(call.arguments); }
-
-DAG nops(const BuiltinCall& call) {
-  if (argumentCount(call) != 1) wrongParameters(call);
-  return simpl(NewInteger(numterms(call.arguments[1])));
-}
-
-DAG opBuiltin(const BuiltinCall& call) {
-  DAG args = call.arguments;
-  Word n = argumentCount(call);
-  if (n == 1) {
-    std::int64_t last = numterms(args[1]);
-    return op(1, last, args[1]);
-  }
-  if (n != 2) wrongParameters(call);
-  DAG position = args[1], x = args[2];
-  if (isInteger(position)) {
-    if (!FitIntoWord(position)) improperSelector();
-    std::int64_t i = LongLongValue(position);
-    if (i == 0) return op1(0, x);
-    return op(i, i, x);
-  }
-  if (isTag(position, RANGE) && isInteger(position[1]) && isInteger(position[2])) {
-    if (!FitIntoWord(position[1]) || !FitIntoWord(position[2])) improperSelector();
-    std::int64_t i = LongLongValue(position[1]), j = LongLongValue(position[2]);
-    if (i == 0 && j >= 0) {
-      // The head stands in front of the operands.
-      DAG rest = op(1, j, x);
-      return simpl(new3(EXPSEQ, op1(0, x), rest));
-    }
-    return op(i, j, x);
-  }
-  if (isTag(position, LIST)) return oplist(position, x);
-  wrongParameters(call);
-}
 
 namespace {
 bool hasSides(DAG x) {

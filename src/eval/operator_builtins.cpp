@@ -126,20 +126,6 @@ DAG minusOperator(const BuiltinCall& call) {
   return setOperation(call, true, false, false);
 }
 
-DAG member(const BuiltinCall& call) {
-  Word n = argumentCount(call);
-  if (n < 2 || n > 3) wrongParameters(call);
-  DAG x = call.arguments[1], container = call.arguments[2];
-  if (!isTag(container, LIST) && !isTag(container, SET)) return call.form;
-  DAG body = container[1];
-  for (Word i = 1; i < lengthOf(body); ++i)
-    if (body[i] == x) {
-      if (n == 3) assign(evalname(call.arguments[3]), immediate(static_cast<std::int32_t>(i)));
-      return ini("true");
-    }
-  return ini("false");
-}
-
 DAG tableBuiltin(const BuiltinCall& call) {
   DAG args = call.arguments;
   // The entries of a list of equations are stored one by one.

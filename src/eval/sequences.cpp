@@ -222,7 +222,7 @@ DAG dollarSequence(DAG expression, DAG variable, DAG a, DAG b) {
       sequence[k + 1] = expression;
     } else {
       DAG equation = new2(EXPSEQ, new3(EQUATION, variable, value));
-      sequence[k + 1] = simpl(substituteInCopy(equation, expression));
+      sequence[k + 1] = subs(equation, expression);
     }
     if (!characters) value = simpl(increment(value));
   }

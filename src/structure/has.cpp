@@ -121,4 +121,9 @@ bool hasCallTo(DAG x, DAG head) {
   });
 }
 
+DAG hasBuiltin(const BuiltinCall& call) {
+  if (argumentCount(call) != 2) wrongParameters(call);
+  return hasany(call.arguments[1], call.arguments[2]) ? ini("true") : ini("false");
+}
+
 }  // namespace korel

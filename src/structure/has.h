@@ -6,6 +6,7 @@
 // shared part once, so that its time grows with the number of distinct objects, and it ends on tables
 // that hold themselves. It never raises an error and evaluates nothing.
 
+#include "eval/builtins.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -29,6 +30,9 @@ bool hasid(DAG x, Tag tag);
 bool hasparloc(DAG x);
 /// `x` holds a call of `head`.
 bool hasCallTo(DAG x, DAG head);
+
+/// has(x, y): y, or a member of a list or set y.
+DAG hasBuiltin(const BuiltinCall& call);
 
 /// Calls `visit` on each part that the walk goes on with, in order. Words of 0 are left out.
 template <class Visit>

@@ -2,13 +2,16 @@
 
 #include "eval/arithmetic.h"
 #include "eval/environment_variables.h"
+#include "eval/evaluate.h"
 #include "eval/simplify.h"
-#include "structure/tables.h"
+#include "eval/statements.h"
 #include "frame/errors.h"
 #include "numbers/integer.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/reference_fields.h"
+#include "structure/tables.h"
 
 namespace korel {
 
@@ -39,6 +42,7 @@ DAG kindOf(DAG x) {
     case SUM: return lengthOf(x) == 3 ? ini("*") : ini("+");
     case PROD: return lengthOf(x) == 3 ? ini("^") : ini("*");
     case TABLE: return x[2] == ini("false") ? ini("table") : ini("array");
+    case RTABLE: rtableNotAvailable("op");
     default: break;
   }
   for (const KindName& row : kindNames)
@@ -46,7 +50,14 @@ DAG kindOf(DAG x) {
   improperSelector();
 }
 
-DAG valueOfName(DAG x) { return valuenv(x, false); }
+// A word of an object whose words may be raw: a raw one is shown as the integer it holds.
+DAG wordAt(std::int64_t i, DAG x) {
+  ReferenceFields fields = referenceFields(x);
+  auto k = static_cast<Word>(i);
+  if (k == fields.extra || (k >= fields.first && k < fields.end && (k - fields.first) % fields.step == 0))
+    return x[i] ? x[i] : null;
+  return simpl(NewInteger(static_cast<std::int32_t>(rawField(x, i))));
+}
 
 DAG procedureField(std::int64_t i, DAG x) {
   if (i <= 3) return x[i];
@@ -98,7 +109,9 @@ std::int64_t numterms(DAG x) {
     case TABLEREF: case FUNCTION: return lengthOf(x[2]) - 1;
     case TABLE: return x[2] == ini("false") ? 2 : 3;
     case ZPPOLY: return n - 3;
-    case SERIES: case PROC: return n - 2;
+    // The body of a procedure or module is no operand.
+    case SERIES: case PROC: case MODDEF: return n - 2;
+    case RTABLE: rtableNotAvailable("nops");
     case SUM:
       if (n >= 5) return (n - 1) / 2;
       return multiplication(x[1]) ? numterms(x[1]) + 1 : 2;
@@ -112,7 +125,7 @@ DAG op1(std::int64_t i, DAG x) {
   if (isImmediate(x)) return x;
   switch (tagOf(x)) {
     case INTNEG: case INTPOS: case STRING: return x;
-    case NAME: return valueOfName(x);
+    case NAME: return valuenv(x, false);
     case LOCAL: case PARAM: case LEXICAL:
       KernelException("cannot take op of an unevaluated local object");
     case MEMBER: improperSelector();
@@ -124,10 +137,15 @@ DAG op1(std::int64_t i, DAG x) {
     case SERIES:
       return (i & 1) != 0 ? x[i + 1] : Newint(static_cast<std::int32_t>(rawField(x, i + 1)));
     case SUM: return addition(x) ? mterm(i, x) : fact(i, x);
-    case PROD:
-      if (multiplication(x)) return fact(i, x);
+    case PROD: return multiplication(x) ? fact(i, x) : x[i];
+    case ZPPOLY:
+      return hasRawCoefficients(x) ? Newint(static_cast<std::int32_t>(rawField(x, i + 2))) : x[i + 2];
+    case RTABLE: rtableNotAvailable("op");
+    case RATIONAL: case FLOAT: case COMPLEX: case DCOLON: case CATENATE: case POWER: case UNEVAL:
+    case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case NOT: case OR: case EXPSEQ:
+    case RANGE:
       return x[i];
-    default: return x[i];
+    default: return wordAt(i, x);
   }
 }
 
@@ -148,23 +166,78 @@ DAG op(std::int64_t i, std::int64_t j, DAG x) {
   return simpl(sequence);
 }
 
+std::int64_t operandPosition(DAG integer) {
+  if (!FitIntoWord(integer)) improperSelector();
+  return LongLongValue(integer);
+}
+
+void rtableNotAvailable(const char* operation) {
+  KernelException("the operation `%1` is not available", naminstall(operation));
+}
+
+namespace {
+
+DAG opRange(DAG range, DAG x) { return op(operandPosition(range[1]), operandPosition(range[2]), x); }
+bool isIntegerRange(DAG x) { return isTag(x, RANGE) && isInteger(x[1]) && isInteger(x[2]); }
+
+}  // namespace
+
 DAG oplist(DAG positions, DAG x) {
   DAG list = positions[1];
   for (Word k = 1, n = lengthOf(list); k < n; ++k) {
-    if (isTag(x, EXPSEQ) && lengthOf(x) == 2) x = x[1];
     DAG position = list[k];
     if (isInteger(position)) {
-      std::int64_t i = LongLongValue(position);
+      std::int64_t i = operandPosition(position);
       x = op(i, i, x);
     } else if (k + 1 < n) {
       KernelException("integer expected in op list");
-    } else if (isTag(position, RANGE) && isInteger(position[1]) && isInteger(position[2])) {
-      x = op(LongLongValue(position[1]), LongLongValue(position[2]), x);
+    } else if (isIntegerRange(position)) {
+      x = opRange(position, x);
     } else {
       KernelException("integer or integer range expected in op list");
     }
   }
   return x;
+}
+
+Word member(DAG sequence, DAG x) {
+  if (!isTag(sequence, EXPSEQ)) return sequence == x ? 1 : 0;
+  for (Word i = 1, n = lengthOf(sequence); i < n; ++i)
+    if (sequence[i] == x) return i;
+  return 0;
+}
+
+// ---- built-ins
+
+DAG nops(const BuiltinCall& call) {
+  if (argumentCount(call) != 1) wrongParameters(call);
+  return simpl(NewInteger(numterms(call.arguments[1])));
+}
+
+DAG opBuiltin(const BuiltinCall& call) {
+  DAG args = call.arguments;
+  Word n = argumentCount(call);
+  if (n == 1) return op(1, numterms(args[1]), args[1]);
+  if (n != 2) wrongParameters(call);
+  DAG position = args[1], x = args[2];
+  if (isInteger(position)) {
+    std::int64_t i = operandPosition(position);
+    return op(i, i, x);
+  }
+  if (isIntegerRange(position)) return opRange(position, x);
+  if (isTag(position, LIST)) return oplist(position, x);
+  wrongParameters(call);
+}
+
+DAG memberBuiltin(const BuiltinCall& call) {
+  Word n = argumentCount(call);
+  if (n < 2 || n > 3) wrongParameters(call);
+  DAG x = call.arguments[1], container = call.arguments[2];
+  if (!isTag(container, LIST) && !isTag(container, SET)) return call.form;
+  Word position = member(container[1], x);
+  if (position == 0) return ini("false");
+  if (n == 3) assign(evalname(call.arguments[3]), immediate(static_cast<std::int32_t>(position)));
+  return ini("true");
 }
 
 }  // namespace korel
