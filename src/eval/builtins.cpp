@@ -19,6 +19,7 @@
 #include "structure/aliases.h"
 #include "structure/has.h"
 #include "structure/operands.h"
+#include "structure/subsop.h"
 #include "structure/substitute.h"
 #include "structure/type_match.h"
 #include "structure/types.h"
@@ -191,7 +192,7 @@ constexpr Builtin builtins[] = {
     {"stop",                    false, quit},
     {"streamcall",              false, streamcall},
     {"subs",                    false, subsBuiltin},
-    {"subsop",                  false, nullptr},
+    {"subsop",                  false, subsopBuiltin},
     {"substring",               false, nullptr},
     {"system",                  false, system_},
     {"table",                   false, tableBuiltin},
