@@ -18,7 +18,9 @@
 #include "store/standard_names.h"
 #include "structure/aliases.h"
 #include "structure/has.h"
+#include "structure/map.h"
 #include "structure/operands.h"
+#include "structure/select_elements.h"
 #include "structure/subsop.h"
 #include "structure/substitute.h"
 #include "structure/type_match.h"
@@ -141,8 +143,8 @@ constexpr Builtin builtins[] = {
     {"lhs",                     false, lhs},
     {"lprint",                  false, lprint},
     {"macro",                   false, macro},
-    {"map",                     false, nullptr},
-    {"map2",                    false, nullptr},
+    {"map",                     false, mapBuiltin},
+    {"map2",                    false, map2Builtin},
     {"max",                     false, max},
     {"maxnorm",                 false, nullptr},
     {"member",                  false, memberBuiltin},
@@ -168,7 +170,7 @@ constexpr Builtin builtins[] = {
     {"print",                   false, print},
     {"quit",                    false, quit},
     {"readlib",                 false, readlib},
-    {"remove",                  false, nullptr},
+    {"remove",                  false, removeBuiltin},
     {"rhs",                     false, rhs},
     {"rtable",                  false, nullptr},
     {"rtableInfo",              false, nullptr},
@@ -181,8 +183,8 @@ constexpr Builtin builtins[] = {
     {"rtable_scanblock",        false, nullptr},
     {"rtable_sort_indices",     false, nullptr},
     {"searchtext",              false, nullptr},
-    {"select",                  false, nullptr},
-    {"selectremove",            false, nullptr},
+    {"select",                  false, selectBuiltin},
+    {"selectremove",            false, selectremove},
     {"seq",                     true,  seq},
     {"series",                  false, nullptr},
     {"setattribute",            false, setattribute},
