@@ -14,6 +14,7 @@
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "numbers/integer.h"
+#include "store/collector.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/names.h"
@@ -195,7 +196,7 @@ void runCounted(CountedLoop& loop) {
     fromStep = false;
     step(loop);
     evaluationLevel = loop.level;
-    if (evaluationLevel + 1 < gene[gcgen]) evalstat(null, modeInner);
+    if (evaluationLevel + 1 < gene[gcgen] || collectAlways) evalstat(null, modeInner);
   }
 }
 

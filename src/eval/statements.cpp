@@ -247,7 +247,8 @@ void initializeStatements() {
 }
 
 void collectInLoop() {
-  if (cused > nextgcgen || evaluationLevel + 1 < gene[gcgen]) evalstat(null, modeInner);
+  if (cused > nextgcgen || evaluationLevel + 1 < gene[gcgen] || collectAlways)
+    evalstat(null, modeInner);
 }
 
 }  // namespace korel

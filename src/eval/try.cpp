@@ -24,7 +24,8 @@ struct TryState {
   int procDepth;           // error procedures registered at the start
   DAG saved;               // the exception to put back at the end, or 0
   DAG value;
-  int pending = 0;         // a jump to go on with after `finally`
+  int pending = 0;         // a jump to go on with after `finally`,
+  DAG pendingValue;        // and what it carries: `finally` may call procedures that return
 };
 
 // Runs one part under a jump buffer of its own. False when it ended by an error, which is then in the
@@ -46,6 +47,8 @@ bool runPart(TryState& t, DAG part) {
     case jumpReturn: case jumpBreak:
       clearLastError();
       t.pending = code;
+      t.pendingValue = funret;
+      updategen(funret);
       return true;
     case jumpError:
       if (SpecialError != noSpecialError) {
@@ -116,7 +119,10 @@ DAG tryStatement(DAG statement, int mode) {
   evaluationLevel = t.level;
   if ((n & 1) != 0) t.value = evalstat(statement[n - 1], mode);
   if (!clean) jumpOut(jumpError);
-  if (t.pending != 0) jumpOut(static_cast<JumpCode>(t.pending));
+  if (t.pending != 0) {
+    funret = t.pendingValue;
+    jumpOut(static_cast<JumpCode>(t.pending));
+  }
   evaluationLevel = t.level - 3;
   if (t.saved) {
     ini("lastexception")[1] = t.saved;

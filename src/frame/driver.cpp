@@ -94,6 +94,7 @@ void fillTopFrame() {
 /// What happens once a process.
 void initialize_once() {
   registerRoot(&waitingStatement);
+  initializeTraceback();
   initializeEvaluator();
   initializeIntegers();
   InitializeIEEEMath();

@@ -4,6 +4,7 @@
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "frame/trace_messages.h"
+#include "store/collector.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/names.h"
@@ -24,6 +25,18 @@ DAG recordedException;
 
 bool collectedSince() { return nextgc != recordedMark; }
 
+// On its way to the top an error passes `finally` parts, whose statements end and collect: until it has
+// arrived, what it noted stays alive.
+bool onItsWay = false;
+
+void walkNotedLevels(Visitor visit) {
+  if (!onItsWay) return;
+  for (DAG noted : {TraceBackCurrstat, TraceBackCurrproc, TraceBackLocals}) visit(noted);
+  for (std::int32_t i = 0; i < ErrorLevel; ++i)
+    for (DAG noted : {TraceBackArgs[i], TraceBackFunctname[i], TraceBackProc[i], TraceBackStat[i]})
+      visit(noted);
+}
+
 /// The locals of the innermost level as equations, name = value; a name without a value stands for
 /// itself.
 DAG localEquations(DAG locals) {
@@ -40,6 +53,8 @@ DAG localEquations(DAG locals) {
 
 }  // namespace
 
+void initializeTraceback() { registerRootWalker(walkNotedLevels); }
+
 bool recordTraceLevel(const Frame& frame) {
   if (ErrorLevel >= maxTraceLevels) return false;
   if (ErrorLevel == 0) {
@@ -47,6 +62,7 @@ bool recordTraceLevel(const Frame& frame) {
     TraceBackCurrproc = frame.proc;
     TraceBackLocals = frame.locals;
   }
+  onItsWay = true;
   int level = ErrorLevel++;
   TraceBackArgs[level] = simpl(frame.args);
   TraceBackFunctname[level] = simpl(frame.procName);
@@ -56,6 +72,7 @@ bool recordTraceLevel(const Frame& frame) {
 }
 
 void RecordTraceBackState() {
+  onItsWay = false;
   recordedMark = nextgc;
   recordedException = ini("lastexception")[1];
   if (!recordedException) recordedException = naminstall("unknown error");

@@ -12,6 +12,8 @@ extern DAG TraceBackArgs[maxTraceLevels], TraceBackFunctname[maxTraceLevels],
     TraceBackProc[maxTraceLevels], TraceBackStat[maxTraceLevels];
 extern DAG TraceBackCurrstat, TraceBackCurrproc, TraceBackLocals;
 
+/// Tells the collector what to keep of the store; part of the start.
+void initializeTraceback();
 /// Records one procedure frame that the error is leaving; true when it was the innermost.
 bool recordTraceLevel(const Frame& frame);
 /// Keeps the collection mark and the exception that the store belongs to.

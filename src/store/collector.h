@@ -71,12 +71,17 @@ void forEachRoot(Visitor visit);
 
 // ---- instruments
 
-/// Collect at the end of every statement, and check the heap after each collection. Set at start by a
-/// value of the environment variable KOREL_GC_STRESS other than "" and "0".
+/// Collect at every opportunity, spoil what died, and check the heap and the unique tables after each
+/// collection. Set at start by a value of the environment variable KOREL_GC_STRESS other than "" and
+/// "0"; from 2 on every root is verified as well.
 extern bool collectAlways;
 /// Walks the heap and every root: each reference of a live object is an immediate, 0, or the address of
-/// a live object. Null when so, else a text that tells the first violation (until the next call).
+/// a live object, and the labels are in order. Null when so, else a text that tells the first violation
+/// (until the next call).
 const char* checkHeap();
+/// The tables of names, strings and simplified objects: each pair stands in its bucket under the hash
+/// of its value, and no two values are equal. Null when so, else what is wrong, as for `checkHeap`.
+const char* checkUniqueTables();
 
 struct HeapFigures {
   std::int64_t words = 0;        // of all chunks, their two header words left out

@@ -4,11 +4,14 @@
 
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "numbers/integer.h"
+#include "numbers/system_functions.h"
 #include "store/collector_phases.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/reference_fields.h"
 #include "store/standard_names.h"
+#include "text/parser.h"
 
 namespace korel {
 
@@ -20,7 +23,8 @@ DAG* const constantRoots[] = {
     &sqrtm1,     &conshf0,          &consfinf,         &consfminf, &consminf,    &conscxinf,
     &conscxfinf, &consfNaN,         &conscxNaN,        &conscxfNaN, &consfmaxrep, &consfminrep,
     &order1,     &InertProc,        &DefTestzero,      &builtinOptions, &rememberOptions,
-    &AliasToKorel, &KorelToAlias,   &AllIniNames,      &aliastab,  &puttab,
+    &AliasToKorel, &KorelToAlias,   &AllIniNames,      &aliastab,  &puttab,      &parsestat,
+    &KaraBuffer,
 };
 
 struct RootArray {
@@ -90,6 +94,7 @@ void forEachRoot(Visitor visit) {
   for (DAG* constant : constantRoots) visit(*constant);
   for (DAG name : ininame) visit(name);
   for (DAG table : builtrem) visit(table);
+  for (DAG missed : notinlib) visit(missed);
   // Blocks nested on the native stack share frames; the frames form one chain down to the top level.
   for (const Frame* frame = Environment == nullptr ? nullptr : Environment->frame; frame != nullptr;
        frame = frame->previousFrame)

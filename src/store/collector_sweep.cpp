@@ -34,6 +34,12 @@ void formatFreeList(int index) {
   }
 }
 
+// Makes any use of a dead object fall over: each word refers to an address that is never mapped.
+void spoil(Word block, Word words) {
+  constexpr Word nowhere = 4;
+  for (Word i = 0; i < words; ++i) wordAt(block + 4 * i) = nowhere;
+}
+
 }  // namespace
 
 void makeFreeStorageParsable() {
@@ -69,7 +75,10 @@ void sweep(const std::int16_t* newNumber) {
       if (label <= static_cast<Word>(gcgen)) setLabel(s, static_cast<Word>(newNumber[label]));
     } else {
       if (hasTag(s, RTABLE)) rtableDies(s);
-      if (!hasTag(s, GARBAGE)) wret += size;
+      if (!hasTag(s, GARBAGE)) {
+        wret += size;
+        if (collectAlways) spoil(at, size);
+      }
       run.add(at, size);
     }
   });

@@ -1,5 +1,6 @@
 #include "store/generations.h"
 
+#include "store/collector_phases.h"
 #include "store/objects.h"
 #include "store/reference_fields.h"
 
@@ -27,7 +28,10 @@ void updategen(DAG x) {
 void updategens(DAG x) {
   if (!isObject(x)) return;
   updategen(x);
-  forEachReferenceField(x, [](DAG field) { updategen(field); });
+  if (hasTag(x, RTABLE))
+    walkRtable(x, updategen);
+  else
+    forEachReferenceField(x, [](DAG field) { updategen(field); });
 }
 
 void ProtectFromGC(DAG s) { controlWord(s) |= protectedBit; }

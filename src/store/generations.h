@@ -30,7 +30,7 @@ extern std::int64_t incrgen;    // words between generations
 
 /// Write barrier: `x` is about to be stored where it outlives its level. Nothing for an immediate.
 void updategen(DAG x);
-/// The barrier on `x` and on its direct components.
+/// The barrier on `x` and on its direct components: of an rtable, all that its walk visits.
 void updategens(DAG x);
 
 /// Keeps `s`, and what it refers to, over every collection until `AllowGC`.

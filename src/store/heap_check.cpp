@@ -81,6 +81,19 @@ const char* checkObject(DAG s, Word at, Word end) {
   return nullptr;
 }
 
+// A statement's end lowers `gene` from the current generation down to the first that has it as low, so
+// that it never falls from one generation to the next; the marks of two collections never mix.
+const char* checkGenerations() {
+  for (int g = 2; g < gcgen; ++g)
+    if (gene[g] > gene[g + 1])
+      return tell("generation %d ended at level %d, and the next at %d", g, gene[g], gene[g + 1]);
+  if (genc[gcgen] == 0) return tell("generation %d is current and released", gcgen);
+  bool collectedBefore = totgcs != 0;
+  if (genc[currentMark] != collectedBefore || genc[previousMark] != 0 || currentMark == previousMark)
+    return tell("mark labels %u, %u", currentMark, previousMark);
+  return nullptr;
+}
+
 // The walk over references gets no argument along.
 const WordBits* objectStarts;
 DAG referrer;
@@ -107,6 +120,7 @@ void checkReferencesOf(DAG s) {
 }  // namespace
 
 const char* checkHeap() {
+  if (const char* found = checkGenerations()) return found;
   WordBits free, starts;
   if (!free || !starts) return "no memory to check the heap";
   noteFreeBlocks(free);

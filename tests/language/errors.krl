@@ -12,6 +12,11 @@ try 1 catch: 2 finally 3 end try; try f(2) finally "done" end try;
 try f(1) catch: error "again %1", 9 finally "cleaned" end try;
 try try f(1) catch "other": 1 end try catch "bad": "outer" end try;
 h := proc() try return 1 finally print("left") end try; 2 end proc: h();
+# The value to return outlives what `finally` calls; what an error noted outlives what `finally` collects.
+k := proc() return 7 end proc: h := proc() try return [h, 5] finally k() end try end proc: h();
+f := proc(x) local y; y := [x, 1]; error "bad %1", y end proc:
+h := proc() try f(3) finally gc(); seq([i, k()], i = 1..5) end try end proc:
+printlevel := 3: h(); printlevel := 1:
 for i to 3 do try if i = 2 then next fi; i catch: end try od;
 # What no trap takes.
 r := proc(n) r(n + 1) end proc: r(1); try r(1) catch: "never" end try; 1 + 1;
