@@ -100,7 +100,7 @@ bool isUndefined(DAG x) {
 
 // ---- sum
 
-DAG add(DAG a, DAG b) {
+DAG addNumbers(DAG a, DAG b) {
   if (isInteger(a) && isInteger(b)) return addint(a, b);
   if (isComplex(a) || isComplex(b)) return cxadd(a, b);
   if (isFloatObject(a) || isFloatObject(b)) return evalfadd(a, b);
@@ -149,7 +149,7 @@ DAG multiplyRationals(DAG a, DAG b) {
 
 }  // namespace
 
-DAG mul(DAG a, DAG b) {
+DAG mulNumbers(DAG a, DAG b) {
   if (b == cons1) return a;
   if (a == cons1) return b;
   if (b == consm1) return negate(a);

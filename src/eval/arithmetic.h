@@ -8,12 +8,28 @@
 
 #include <cstdint>
 
+#include "numbers/integer.h"
+#include "store/constants.h"
 #include "store/dag.h"
 
 namespace korel {
 
-DAG add(DAG a, DAG b);
-DAG mul(DAG a, DAG b);
+DAG addNumbers(DAG a, DAG b);
+DAG mulNumbers(DAG a, DAG b);
+/// a + b.
+inline DAG add(DAG a, DAG b) {
+  if (isImmediate(a) && isImmediate(b)) return Newint(immediateValue(a) + immediateValue(b));
+  return addNumbers(a, b);
+}
+/// a * b.
+inline DAG mul(DAG a, DAG b) {
+  if (b == cons1) return a;
+  if (isImmediate(a) && isImmediate(b) && a != consm0 && b != consm0) {
+    std::int64_t product = std::int64_t{immediateValue(a)} * immediateValue(b);
+    if (fitsImmediate(product)) return immediate(static_cast<std::int32_t>(product));
+  }
+  return mulNumbers(a, b);
+}
 /// b^n exactly. Error: "integer too large in context" for the least n on a negative power.
 DAG power(DAG b, std::int32_t n);
 /// x + 1, fast for loop counters. Error: "invalid type in increment".

@@ -3,7 +3,9 @@
 #include <cstring>
 
 #include "eval/arithmetic.h"
+#include "eval/bindings.h"
 #include "eval/evaluate.h"
+#include "eval/operand.h"
 #include "eval/procedures.h"
 #include "eval/simplify.h"
 #include "eval/statements.h"
@@ -24,12 +26,10 @@ bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 DAG truth(bool value) { return value ? ini("true") : ini("false"); }
 bool isNumber(DAG x) { return isNumeric(x) || hasTag(x, COMPLEX); }
 
-DAG evaluated(DAG x) { return evalbool(simpl(eval(x))); }
-
 DAG orTruth(DAG x) {
-  DAG a = evaluated(x[1]);
+  DAG a = truthOf(x[1]);
   if (a == ini("true")) return a;
-  DAG b = evaluated(x[2]);
+  DAG b = truthOf(x[2]);
   if (a == ini("false")) return b;
   if (b == ini("false")) return a;
   if (b == ini("true")) return b;
@@ -38,9 +38,9 @@ DAG orTruth(DAG x) {
 }
 
 DAG andTruth(DAG x) {
-  DAG a = evaluated(x[1]);
+  DAG a = truthOf(x[1]);
   if (a == ini("false")) return a;
-  DAG b = evaluated(x[2]);
+  DAG b = truthOf(x[2]);
   if (a == ini("true")) return b;
   if (b == ini("true")) return a;
   if (b == ini("false")) return b;
@@ -49,7 +49,7 @@ DAG andTruth(DAG x) {
 }
 
 DAG notTruth(DAG x) {
-  DAG a = evaluated(x[1]);
+  DAG a = truthOf(x[1]);
   if (a == ini("true")) return ini("false");
   if (a == ini("false")) return ini("true");
   if (a == ini("FAIL")) return a;
@@ -160,7 +160,62 @@ DAG order(DAG x, bool strict) {
   return x;
 }
 
+// Truth of a relation between integers.
+bool relationHolds(Tag relation, DAG a, DAG b) {
+  int c = compcon(a, b);
+  switch (relation) {
+    case EQUATION: return c == 0;
+    case INEQUAT: return c != 0;
+    case LESSEQ: return c <= 0;
+    default: return c < 0;
+  }
+}
+
+bool isRelation(Tag tag) {
+  return tag == EQUATION || tag == INEQUAT || tag == LESSEQ || tag == LESSTHAN;
+}
+
+DAG truthOfRelation(DAG x) {
+  checkStack();
+  Tag tag = tagOf(x);
+  DAG a = evalOperand(x[1]), b = evalOperand(x[2]);
+  if (!bindingsEnabled) {
+    // Integers compare as they are; an equality needs no object of its own, as it never stays undecided.
+    if (isInteger(a) && isInteger(b) && a != consm0 && b != consm0) return truth(relationHolds(tag, a, b));
+    if (tag == EQUATION || tag == INEQUAT) {
+      a = simpl(a);
+      b = simpl(b);
+      return truth(areEqual(a, b) == (tag == EQUATION));
+    }
+  }
+  if (a == x[1] && b == x[2]) return evalbool(simpl(x));
+  DAG evaluated = CopyAlg(x);
+  evaluated[1] = a;
+  evaluated[2] = b;
+  return evalbool(simpl(evaluated));
+}
+
 }  // namespace
+
+DAG truthOf(DAG condition) {
+  if (!isImmediate(condition) && isRelation(tagOf(condition))) return truthOfRelation(condition);
+  return evalbool(simpl(eval(condition)));
+}
+
+DAG plainTruthOf(DAG x) {
+  if (isImmediate(x) || !isRelation(tagOf(x))) return DAG();
+  DAG side[2];
+  for (int k = 0; k < 2; ++k) {
+    side[k] = x[k + 1];
+    if (isImmediate(side[k])) continue;
+    Tag tag = tagOf(side[k]);
+    if (tag != LOCAL && tag != PARAM) return DAG();
+    side[k] = plainValue(side[k]);
+    if (!isImmediate(side[k])) return DAG();
+  }
+  if (side[0] == consm0 || side[1] == consm0) return DAG();
+  return truth(relationHolds(tagOf(x), side[0], side[1]));
+}
 
 DAG evalbool(DAG x) {
   if (isImmediate(x)) KernelException("invalid boolean expression");

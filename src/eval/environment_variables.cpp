@@ -19,31 +19,18 @@
 
 namespace korel {
 
+DAG HashEnv[environmentSlotCount];
+
 namespace {
 
-constexpr int slotCount = 64;
 constexpr std::int64_t maxDigits = 268435448;
 
-// The fixed environment names; slots are found from their first characters, with no collision.
 const StandardName fixedNames[] = {
     "%", "%%", "%%%", "Digits", "UseHardwareFloats", "Rounding", "Order", "mod",
     "Testzero", "Normalizer", "index/newtable", "NumericEventHandlers", "printlevel",
 };
-DAG HashEnv[slotCount];
 
 bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-
-int slotOf(DAG name) {
-  const char* text = textOf(name);
-  int c0 = static_cast<unsigned char>(text[0]);
-  int c1 = c0 != 0 ? static_cast<unsigned char>(text[1]) : 0;
-  int c2 = c1 != 0 ? static_cast<unsigned char>(text[2]) : 0;
-  return (c1 + c2 + 2 * c0) & (slotCount - 1);
-}
-bool isFixedName(DAG name) { return HashEnv[slotOf(name)] == name; }
-
-// Open environment names begin with these four characters, compared as one word.
-bool isOpenName(DAG name) { return std::memcmp(textOf(name), "_Env", 4) == 0; }
 
 Frame& currentFrame() { return *Environment->frame; }
 bool sharesBlock(const Frame& frame) {
@@ -196,14 +183,12 @@ void assignPrintlevel(DAG v) {
 
 }  // namespace
 
-bool isEnvironmentName(DAG name) { return isFixedName(name) || isOpenName(name); }
-
 DAG valuenv(DAG x, bool full, DAG* lastName) {
-  if (isOpenName(x)) {
+  if (isOpenEnvironmentName(x)) {
     bool found = false;
     DAG value = openValue(x, full, lastName, found);
     if (found) return value;
-  } else if (isFixedName(x)) {
+  } else if (isFixedEnvironmentName(x)) {
     return fixedValue(x, full, lastName);
   }
   if ((controlWord(x) & deferredBit) != 0) RetrieveName(x);
@@ -220,7 +205,7 @@ void assignenv(DAG x, DAG v) {
     frame.ditto2 = v;
   } else if (x == ini("%%%")) {
     frame.ditto3 = v;
-  } else if (isOpenName(x)) {
+  } else if (isOpenEnvironmentName(x)) {
     assignOpen(x, v);
   } else if (x == ini("printlevel")) {
     assignPrintlevel(v);
@@ -257,7 +242,7 @@ DAG EnvNameSeq() {
 
 void initializeEnvironmentVariables() {
   for (DAG& slot : HashEnv) slot = DAG();
-  for (StandardName name : fixedNames) HashEnv[slotOf(ini(name))] = ini(name);
+  for (StandardName name : fixedNames) HashEnv[environmentSlot(ini(name))] = ini(name);
   DAG block = newl2(environmentBlockLength, EXPSEQ);
   block[envDigits] = immediate(10);
   block[envUseHardwareFloats] = ini("true");

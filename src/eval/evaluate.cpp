@@ -3,6 +3,7 @@
 #include "eval/arithmetic.h"
 #include "eval/builtins.h"
 #include "eval/environment_variables.h"
+#include "eval/operand.h"
 #include "eval/procedures.h"
 #include "eval/remember.h"
 #include "eval/select.h"
@@ -34,10 +35,16 @@ bool isHidden(DAG value) {
 
 DAG evalNameObject(DAG x, DAG* lastName) {
   checkStack();
-  if (x == ini("%") || x == ini("%%") || x == ini("%%%")) return valuenv(x, true, lastName);
-  if (lastName != nullptr) *lastName = x;
-  if (!x[1] && !isEnvironmentName(x) && (controlWord(x) & deferredBit) == 0) return x;
-  DAG value = valuenv(x, true, lastName);
+  DAG value;
+  if (!isEnvironmentName(x) && (controlWord(x) & deferredBit) == 0) [[likely]] {
+    if (lastName != nullptr) *lastName = x;
+    if (!x[1]) return x;
+    value = eval(x[1], lastName);
+  } else {
+    if (x == ini("%") || x == ini("%%") || x == ini("%%%")) return valuenv(x, true, lastName);
+    if (lastName != nullptr) *lastName = x;
+    value = valuenv(x, true, lastName);
+  }
   if (lastName != nullptr) return value;
   return isHidden(value) ? x : value;
 }
@@ -71,7 +78,7 @@ DAG evalFields(DAG x, Word from = 1, Word step = 1) {
   for (Word i = from, n = lengthOf(x); i < n; i += step) {
     DAG field = x[i];
     if (!field || isImmediate(field)) continue;
-    DAG value = eval(field);
+    DAG value = evalOperand(field);
     if (value == field) continue;
     if (result == x) result = CopyAlg(x);
     result[i] = value;
@@ -109,7 +116,7 @@ DAG evalSum(DAG x) {
   DAG folded, stopped;
   Word i = 1;
   for (; i < n; i += 2) {
-    DAG value = eval(x[i]);
+    DAG value = evalOperand(x[i]);
     if (!isNumeric(value)) {
       stopped = value;
       break;
@@ -145,8 +152,37 @@ DAG evalSum(DAG x) {
   return holdsRtable(result) ? combineRtables(result) : result;
 }
 
+// The product of factors that are all exact numbers with integer exponents, or 0 when `simpl` must look
+// at them. It takes the same steps as the simplifier would, without the raw PROD in between.
+DAG exactProduct(DAG x, const DAG* bases, Word count) {
+  DAG product = cons1;
+  for (Word k = 0; k < count; ++k) {
+    DAG base = bases[k], exponent = x[2 * k + 2];
+    if (!isRationalNumber(base) || base == consm0 || !isImmediate(exponent)) return DAG();
+    std::int32_t n = immediateValue(exponent);
+    if (n < 1 && (n == 0 || base == cons0)) return DAG();
+    product = mul(product, n == 1 ? base : power(base, n));
+  }
+  return product;
+}
+
 DAG evalProduct(DAG x) {
-  DAG result = evalFields(x, 1, 2);
+  constexpr Word fewFactors = 4;
+  Word count = (lengthOf(x) - 1) / 2;
+  DAG result = x;
+  if (count <= fewFactors) {
+    DAG bases[fewFactors];
+    for (Word k = 0; k < count; ++k) bases[k] = evalOperand(x[2 * k + 1]);
+    if (isRationalNumber(bases[0]))
+      if (DAG product = exactProduct(x, bases, count)) return product;
+    for (Word k = 0; k < count; ++k) {
+      if (bases[k] == x[2 * k + 1]) continue;
+      if (result == x) result = CopyAlg(x);
+      result[2 * k + 1] = bases[k];
+    }
+  } else {
+    result = evalFields(x, 1, 2);
+  }
   return holdsRtable(result) ? combineRtables(result) : result;
 }
 

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "eval/arithmetic.h"
+#include "eval/environment_variables.h"
 #include "eval/evaluate.h"
 #include "structure/operands.h"
 #include "eval/simplify.h"
@@ -91,7 +92,8 @@ Arrival arrive(Loop& loop, int code) {
 bool conditionHolds(const Loop& loop) {
   if (loop.condition == ini("true")) return true;
   ++evaluationLevel;
-  DAG truth = evalbool(simpl(eval(loop.condition)));
+  DAG truth = plainTruthOf(loop.condition);
+  if (!truth) truth = truthOf(loop.condition);
   --evaluationLevel;
   if (truth == ini("true")) return true;
   if (truth == ini("false") || truth == ini("FAIL")) return false;
@@ -113,6 +115,7 @@ struct CountedLoop : Loop {
   bool characters;
   bool bounded;
   bool falling;
+  bool ordinary;  // the variable is a name that takes any value: no environment variable, no special name
 };
 
 DAG characterString(int code) {
@@ -164,8 +167,26 @@ void storeVariable(const CountedLoop& loop) {
   assign(loop.variable, loop.characters ? characterString(immediateValue(loop.from)) : loop.from);
 }
 
+bool isOrdinaryName(DAG variable) {
+  return isTag(variable, NAME) && !isEnvironmentName(variable) && variable != ini("lasterror") &&
+         variable != ini("lastexception") && variable != ini("libname");
+}
+
+// The step from one small integer to another in an ordinary variable; false for any other.
+bool stepImmediate(CountedLoop& loop) {
+  if (!loop.ordinary || !isImmediate(loop.by)) return false;
+  DAG name = loop.variable;
+  DAG value = name[1];
+  if (!isImmediate(value) || name[2] != null || (controlWord(name) & deferredBit) != 0) return false;
+  loop.from = add(value, loop.by);
+  if (!isImmediate(loop.from)) return false;
+  name[1] = loop.from;
+  return true;
+}
+
 // The step: the variable is read back, since the body may have changed it.
 void step(CountedLoop& loop) {
+  if (stepImmediate(loop)) return;
   DAG value = mvalue(loop.variable);
   if (loop.characters && isTag(value, STRING)) {
     value = immediate(codeOf(value));
@@ -261,6 +282,7 @@ DAG forfrom(DAG s, int mode) {
     loop.from = immediate(codeOf(loop.from));
     loop.to = immediate(codeOf(loop.to));
   }
+  loop.ordinary = !loop.characters && isOrdinaryName(loop.variable);
   storeVariable(loop);
   enterLoop(loop, s);
   runCounted(loop);

@@ -319,8 +319,7 @@ DAG makeUnique(DAG s) {
   return enterUnique(key, s);
 }
 
-DAG simpl(DAG s) {
-  if (isImmediate(s) || !s) return s;
+DAG simplifyObject(DAG s) {
   Tag tag = tagOf(s);
   if (bindingsEnabled && tag == NAME) {
     if (DAG bound = lookupBinding(s)) return bound;

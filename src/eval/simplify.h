@@ -7,12 +7,18 @@
 // simplified return at once. Errors unwind and leave at most unsimplified objects half rewritten,
 // which nobody else can see.
 
+#include "eval/bindings.h"
 #include "store/dag.h"
 
 namespace korel {
 
+DAG simplifyObject(DAG x);
 /// The unique canonical object of `x`.
-DAG simpl(DAG x);
+inline DAG simpl(DAG x) {
+  // Most of what comes is settled: an immediate, or simplified before (a name may be bound meanwhile).
+  if (isImmediate(x) || !x || (isSimplified(x) && !bindingsEnabled)) return x;
+  return simplifyObject(x);
+}
 /// `simpl` with name bindings on or off, put back on the way out.
 DAG SimplifyMaybeBind(DAG x, bool bind);
 /// Drops active bindings, as after an error.

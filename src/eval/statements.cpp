@@ -4,6 +4,7 @@
 #include "eval/builtins.h"
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
+#include "eval/operand.h"
 #include "eval/procedures.h"
 #include "eval/save.h"
 #include "eval/simplify.h"
@@ -74,11 +75,12 @@ void restoreInCondition(const char*) {
 }
 
 DAG truthOfCondition(DAG condition) {
+  if (DAG truth = plainTruthOf(condition)) return truth;
   Frame& frame = *Environment->frame;
   DAG before = frame.inCondition;
   PushParamErrorProc(restoreInCondition, before);
   frame.inCondition = ini("true");
-  DAG truth = evalbool(simpl(eval(condition)));
+  DAG truth = truthOf(condition);
   PopErrorProc();
   frame.inCondition = before;
   return truth;
@@ -155,9 +157,27 @@ DAG multipleAssignment(DAG left, DAG value, int mode) {
   return value;
 }
 
+// Stores into a local of the running procedure, the most frequent target; false for any other.
+bool assignLocal(DAG left, DAG value) {
+  if (!isTag(left, LOCAL) || optASSERT == 2) return false;
+  DAG locals = Environment->frame->locals;
+  Word n = rawField(left, 1);
+  if (n - 1 >= lengthOf(locals) - 1) return false;
+  DAG name = locals[n];
+  // An instance of a frame is neither an environment variable nor in the library.
+  if (!isTag(name, NAME) || name[2] != null || value == name || isTag(value, EXPSEQ)) return false;
+  updategen(value);
+  name[1] = value;
+  return true;
+}
+
 DAG assignment(DAG s, int mode) {
-  DAG value = simpl(eval(s[2]));
+  DAG value = simpl(evalOperand(s[2]));
   DAG left = s[1];
+  if (mode > 0 && !isShown(mode) && assignLocal(left, value)) {
+    shiftDitto(value);
+    return value;
+  }
   if (isTag(left, EXPSEQ)) return multipleAssignment(left, value, mode);
   DAG target = assignOne(left, value, mode);
   shiftDitto(value);

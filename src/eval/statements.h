@@ -31,6 +31,11 @@ extern DAG debugArgs;
 DAG assign(DAG target, DAG value);
 /// `true`, `false`, `FAIL`, or the expression when undecided.
 DAG evalbool(DAG x);
+/// `evalbool` of the condition's value.
+DAG truthOf(DAG condition);
+/// The same for a relation between immediates, locals and parameters that hold small integers, which
+/// runs nothing that could fail or be noticed; 0 for any other condition.
+DAG plainTruthOf(DAG condition);
 DAG forfrom(DAG statement, int mode);
 DAG forin(DAG statement, int mode);
 DAG evalgoto(DAG sequence, DAG label);

@@ -41,8 +41,8 @@ double cptime() {
   return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-void checkTimeLimit() {
-  if (evalTimeLimit == 0 || cptime() * 100 <= evalTimeLimit) return;
+void checkTimeLimitInForce() {
+  if (cptime() * 100 <= evalTimeLimit) return;
   evalTimeLimit = 0;
   SpecialError = timeExpired;
   KernelException("time expired");

@@ -13,7 +13,11 @@ double cptime();
 /// Limit in units of 10 ms of CPU time, 0 for none.
 extern std::int32_t evalTimeLimit;
 /// Raises "time expired" as a special error when the limit has passed. Called before each statement.
-void checkTimeLimit();
+void checkTimeLimitInForce();
+inline void checkTimeLimit() {
+  if (evalTimeLimit != 0) [[unlikely]]
+    checkTimeLimitInForce();
+}
 
 /// The built-in `time`: CPU seconds as a FLOAT with 3 decimals, or the time that its arguments take.
 DAG time(const BuiltinCall& call);

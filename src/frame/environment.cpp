@@ -68,8 +68,8 @@ bool stackExhausted() {
   return stackBaseAddress - here > maxKorelStackSize && SpecialError == noSpecialError;
 }
 
-void checkStack() {
-  if (!stackExhausted()) return;
+void raiseUnlessUnwinding() {
+  if (SpecialError != noSpecialError) return;
   SpecialError = stackOverflow;
   KernelException("too many levels of recursion");
 }

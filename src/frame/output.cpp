@@ -33,18 +33,12 @@ DAG callResultHandler(DAG x) {
 
 // ---- interrupts
 
-namespace {
-// The costly question goes out when the counter wraps: once in 256 calls.
 std::uint8_t interruptCounter = 0;
-}  // namespace
 
 void pollInterruptSoon() { interruptCounter = 255; }
 
-bool TestInterrupt() {
-  if (++interruptCounter == 0 && driver.interruptCB != nullptr &&
-      driver.interruptCB(currentContext()) != 0)
-    return true;
-  return SpecialError == computationInterrupted;
+bool askForInterrupt() {
+  return driver.interruptCB != nullptr && driver.interruptCB(currentContext()) != 0;
 }
 
 void jumpback() {

@@ -4,8 +4,10 @@
 // Output is a call of a named stream, INTERFACE_RESULT(value) and its kin, handed to whoever drives
 // the kernel by `switch2`; the driver's reply comes back. The kernel itself writes to no terminal.
 
+#include <cstdint>
 #include <initializer_list>
 
+#include "frame/errors.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -28,7 +30,12 @@ DAG koreltonerin(DAG x);
 DAG nerintokorel(DAG x);
 
 /// Polls for an interrupt, once in 256 calls; true when evaluation must stop.
-bool TestInterrupt();
+bool askForInterrupt();
+extern std::uint8_t interruptCounter;
+inline bool TestInterrupt() {
+  // The costly question goes out when the counter wraps.
+  return (++interruptCounter == 0 && askForInterrupt()) || SpecialError == computationInterrupted;
+}
 /// Acts on an interrupt: raises "interrupted" as a special error.
 void jumpback();
 /// Makes the next `TestInterrupt` poll.

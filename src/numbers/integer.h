@@ -62,7 +62,11 @@ constexpr bool isZeroImmediate(DAG x) { return x.word == 1 || x == consm0; }
 
 // ---- making integers
 
-DAG Newint(std::int32_t value);
+constexpr bool fitsImmediate(std::int64_t value) { return value <= maxImmediate && value >= -maxImmediate; }
+DAG NewHeapInteger(std::int32_t value);
+inline DAG Newint(std::int32_t value) {
+  return fitsImmediate(value) ? immediate(value) : NewHeapInteger(value);
+}
 DAG NewIntegerInPlace(std::int32_t value, DAG r);
 DAG NewInteger(std::int64_t value);
 /// As `NewInteger`; `r` has room for 6 words.

@@ -26,8 +26,6 @@ std::uint64_t magnitudeOf(std::int64_t value) {
   return value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
 }
 
-bool fitsImmediate(std::int64_t value) { return value < immediateLimit && value > -immediateLimit; }
-
 /// Digits of a magnitude that takes the long form: three below 10^12, never fewer.
 int longDigitCount(std::uint64_t magnitude) {
   return magnitude < 1000000000000u ? 3 : magnitude < 10000000000000000u ? 4 : 5;
@@ -68,9 +66,7 @@ void initializeIntegers() { KaraBuffer = DAG(); }
 
 // ---- making integers
 
-DAG Newint(std::int32_t value) {
-  return fitsImmediate(value) ? immediate(value) : NewIntegerInPlace(value, news(4));
-}
+DAG NewHeapInteger(std::int32_t value) { return NewIntegerInPlace(value, news(4)); }
 
 DAG NewIntegerInPlace(std::int32_t value, DAG r) {
   if (fitsImmediate(value)) return immediate(value);

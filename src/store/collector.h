@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "store/allocator.h"
 #include "store/dag.h"
 #include "store/generations.h"
 
@@ -25,9 +26,17 @@ struct BuiltinCall;
 
 // ---- running
 
+/// Collect at every opportunity, spoil what died, and check the heap and the unique tables after each
+/// collection. Set at start by a value of the environment variable KOREL_GC_STRESS other than "" and
+/// "0"; from 2 on every root is verified as well.
+extern bool collectAlways;
 /// The end of a statement that ran at `level`: releases generations, opens a new one when the present
 /// one has had its share of words, and collects when the interval has passed.
-void endOfStatement(std::int32_t level);
+void settleGenerations(std::int32_t level);
+inline void endOfStatement(std::int32_t level) {
+  // Most statements end at a level that is known, between the marks.
+  if (level < gene[gcgen] || cused > nextgcgen || cused > nextgc || collectAlways) settleGenerations(level);
+}
 /// One full collection. Nothing while an external routine or another collection is running.
 void gc();
 /// The collection inside external calls: frees integers and floats that nobody holds, and only those.
@@ -71,10 +80,6 @@ void forEachRoot(Visitor visit);
 
 // ---- instruments
 
-/// Collect at every opportunity, spoil what died, and check the heap and the unique tables after each
-/// collection. Set at start by a value of the environment variable KOREL_GC_STRESS other than "" and
-/// "0"; from 2 on every root is verified as well.
-extern bool collectAlways;
 /// Walks the heap and every root: each reference of a live object is an immediate, 0, or the address of
 /// a live object, and the labels are in order. Null when so, else a text that tells the first violation
 /// (until the next call).

@@ -84,7 +84,7 @@ void openGeneration() {
 
 }  // namespace
 
-void endOfStatement(std::int32_t level) {
+void settleGenerations(std::int32_t level) {
   releaseGenerations(level);
   if (cused > nextgcgen || collectAlways) openGeneration();
   if (cused > nextgc || collectAlways) {

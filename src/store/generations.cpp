@@ -16,15 +16,6 @@ std::int64_t incrgc = 250000;
 std::int64_t nextgcgen = 0;
 std::int64_t incrgen = 366;
 
-void updategen(DAG x) {
-  if (!isObject(x)) return;
-  Word g = generationOf(x);
-  if (g < firstMarkLabel && genc[g] != 0 && genc[g] <= evaluationLevel) return;
-  if (evaluationLevel < genc[gcgen]) genc[gcgen] = evaluationLevel;
-  constexpr Word flags = (Word{1} << generationShift) - 1;
-  controlWord(x) = genpat | (controlWord(x) & flags);
-}
-
 void updategens(DAG x) {
   if (!isObject(x)) return;
   updategen(x);

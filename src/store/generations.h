@@ -29,7 +29,14 @@ extern std::int64_t nextgcgen;  // words: value of `cused` that opens a new gene
 extern std::int64_t incrgen;    // words between generations
 
 /// Write barrier: `x` is about to be stored where it outlives its level. Nothing for an immediate.
-void updategen(DAG x);
+inline void updategen(DAG x) {
+  if (!isObject(x)) return;
+  Word g = generationOf(x);
+  if (g < firstMarkLabel && genc[g] != 0 && genc[g] <= evaluationLevel) return;
+  if (evaluationLevel < genc[gcgen]) genc[gcgen] = evaluationLevel;
+  constexpr Word flags = (Word{1} << generationShift) - 1;
+  controlWord(x) = genpat | (controlWord(x) & flags);
+}
 /// The barrier on `x` and on its direct components: of an rtable, all that its walk visits.
 void updategens(DAG x);
 
