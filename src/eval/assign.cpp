@@ -2,6 +2,7 @@
 
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
+#include "eval/operand.h"
 #include "eval/procedures.h"
 #include "eval/remember.h"
 #include "eval/retrieve.h"
@@ -143,6 +144,27 @@ void assignTableEntry(DAG t, DAG v) {
   }
 }
 
+// What no TABLEREF can be a part of.
+bool holdsNoReference(DAG v) {
+  if (isImmediate(v)) return true;
+  switch (tagOf(v)) {
+    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case STRING: case NAME: return true;
+    default: return false;
+  }
+}
+
+// The name instance that the base of a target stands for: a name, or a local of the running frame; or 0.
+DAG plainBase(DAG base) {
+  if (isTag(base, LOCAL)) {
+    DAG locals = Environment->frame->locals;
+    Word n = rawField(base, 1);
+    if (n - 1 >= lengthOf(locals) - 1) return DAG();
+    base = locals[n];
+  }
+  if (!isTag(base, NAME) || isEnvironmentName(base) || (controlWord(base) & deferredBit) != 0) return DAG();
+  return base;
+}
+
 // ---- f(a) := v
 
 [[noreturn]] void invalidCallTarget(DAG head) {
@@ -195,6 +217,22 @@ void assignRemembered(DAG t, DAG v) {
 bool isProtected(DAG attributes) {
   return attributes == ini("protected") ||
          (isTag(attributes, EXPSEQ) && hasMember(attributes, ini("protected")));
+}
+
+bool assignPlainEntry(DAG target, DAG v) {
+  if (!isTag(target, TABLEREF) || !holdsNoReference(v)) return false;
+  DAG index = target[2];
+  if (!isTag(index, EXPSEQ) || lengthOf(index) != 2) return false;
+  DAG name = plainBase(target[1]);
+  if (!name) return false;
+  DAG key = simpl(evalOperand(index[1]));
+  DAG table = name[1];
+  if (name[2] == null && isTag(table, TABLE) && table[1] == null && !isTag(key, EXPSEQ)) {
+    storeEntry(key, table, v);
+  } else {
+    assign(simpl(new3(TABLEREF, name, simpl(new2(EXPSEQ, key)))), v);
+  }
+  return true;
 }
 
 DAG assign(DAG t, DAG v) {

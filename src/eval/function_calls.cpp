@@ -6,6 +6,7 @@
 #include "eval/builtins.h"
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
+#include "eval/operand.h"
 #include "eval/procedures.h"
 #include "eval/procedure_frame.h"
 #include "eval/remember.h"
@@ -61,6 +62,12 @@ DAG nameOfHead(DAG value, DAG head) {
 
 Callee findCallee(DAG head) {
   Callee callee;
+  if (isTag(head, NAME) && isTag(head[1], PROC) && head[1][8] == null && !isEnvironmentName(head)) {
+    // A name that is a procedure without captured names: the usual callee.
+    callee.procedure = head[1];
+    callee.name = head;
+    return callee;
+  }
   DAG lastName;
   DAG value = eval(head, &lastName);
   if (isTag(value, NAME)) {
@@ -113,7 +120,7 @@ DAG evalArguments(DAG proc, DAG a) {
     switch (plain ? Passing::value : passingOf(proc, i)) {
       case Passing::value:
         if (isImmediate(argument)) continue;
-        value = simpl(eval(argument));
+        value = simpl(evalOperand(argument));
         break;
       case Passing::name: value = simpl(evalname(argument)); break;
       case Passing::unevaluated: value = simpl(evparloc(argument)); break;
@@ -122,7 +129,10 @@ DAG evalArguments(DAG proc, DAG a) {
     if (result == a) result = CopyAlg(a);
     result[i] = value;
   }
-  return simpl(result);
+  DAG unique = simpl(result);
+  // The copy belongs to nobody when the same arguments were there before, or were spliced.
+  if (unique != result && result != a) release(result, lengthOf(result));
+  return unique;
 }
 
 // ---- tracing and remember tables

@@ -2,6 +2,7 @@
 
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
+#include "eval/operand.h"
 #include "structure/operands.h"
 #include "eval/procedures.h"
 #include "eval/remember.h"
@@ -10,6 +11,7 @@
 #include "frame/errors.h"
 #include "numbers/integer.h"
 #include "store/constants.h"
+#include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
 
@@ -117,6 +119,11 @@ DAG select_string(DAG string, DAG index) {
   return strinstall(textOf(part));
 }
 
+// Whether the index is one expression, and no indexing function asks for it as a sequence.
+bool isPlainAccess(DAG x, DAG container) {
+  return isTag(container, TABLE) && container[1] == null && isTag(x[2], EXPSEQ) && lengthOf(x[2]) == 2;
+}
+
 DAG evalTableReference(DAG x, DAG* lastName) {
   checkStack();
   DAG base = x[1];
@@ -175,6 +182,18 @@ DAG evalTableReference(DAG x, DAG* lastName) {
       return moduleMember(B, simpl(eval(x[2])), lastName);
     default:
       break;
+  }
+  if (isPlainAccess(x, B)) {
+    // The entry is found by the index itself; the sequence around it is made when it has none.
+    DAG key = simpl(evalOperand(x[2][1]));
+    if (lastName == nullptr && !isTag(key, EXPSEQ)) {
+      PairAddress pair = search(key.word, B[3]);
+      if (pair != notFound) {
+        DAG entry = pairValue(pair);
+        if (isImmediate(entry) || isTag(base, LOCAL)) return entry;
+      }
+    }
+    index = key == x[2][1] ? x[2] : simpl(new2(EXPSEQ, key));
   }
   if (!index) index = simpl(eval(x[2]));
   if (isTag(B, TABLE)) return tableEntry(x, B, index, name, lastName);

@@ -44,7 +44,18 @@ struct Collector {
   DAG buffer;             // EXPSEQ of members, or SUM or PROD of pairs; 0 until the first term
   Word used = 1;
   DAG folded;
+  bool ownFolded = false;  // `folded` was made here, and nobody else refers to it
 };
+
+// The number folds on. What was folded before goes back at once: a long sum leaves nothing to collect.
+void fold(Collector& c, DAG element) {
+  DAG before = c.folded;
+  c.folded = c.kind == Kind::sum ? add(before, element) : mul(before, element);
+  if (c.folded == before) return;
+  if (c.ownFolded) release(before, lengthOf(before));
+  c.ownFolded = c.folded != element && isObject(c.folded) && !isSimplified(c.folded) &&
+                isInteger(c.folded);
+}
 
 void begin(Collector& c) {
   if (c.capacity >= std::int64_t{maxLength} / (c.kind == Kind::sequence ? 1 : 2) - 2)
@@ -62,7 +73,7 @@ void collect(Collector& c, DAG element) {
   if (!isNumeric(element) && !hasTag(element, COMPLEX)) element = simpl(element);
   if (isTag(element, EXPSEQ) && lengthOf(element) == 2) element = element[1];
   if (isNumeric(element)) {
-    c.folded = simpl(c.kind == Kind::sum ? add(c.folded, element) : mul(c.folded, element));
+    fold(c, element);
     return;
   }
   if (!c.buffer) {
@@ -80,6 +91,7 @@ DAG finish(Collector& c) {
     if (c.used != lengthOf(c.buffer)) shorten(c.buffer, lengthOf(c.buffer), c.used);
     return simpl(c.buffer);
   }
+  c.folded = simpl(c.folded);
   if (!c.buffer) return c.folded;
   c.buffer[1] = c.folded;
   c.buffer[2] = cons1;
@@ -165,12 +177,15 @@ DAG overNumbersOrCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expressio
 DAG overContainer(Kind kind, DAG variable, DAG container, DAG expression) {
   if (!isTag(variable, NAME) && !isTag(variable, TABLEREF)) unable(kind);
   bool string = isTag(container, STRING);
+  bool members = isTag(container, LIST) || isTag(container, SET);
   std::int64_t count = string ? static_cast<std::int64_t>(std::strlen(textOf(container)))
                               : numterms(container);
   Collector c{kind, count, DAG(), 1, DAG()};
   begin(c);
   for (std::int64_t k = 1; k <= count; ++k) {
-    DAG x = string ? charinstall(textOf(container)[k - 1]) : op(k, k, container);
+    DAG x = string ? charinstall(textOf(container)[k - 1])
+            : members ? container[1][k]
+                      : op(k, k, container);
     element(c, variable, x, expression);
   }
   return finish(c);

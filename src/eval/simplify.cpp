@@ -18,25 +18,52 @@ namespace korel {
 
 namespace {
 
+// The table of simplified objects gets more buckets when its chains hold more pairs than this. Chains
+// this long cost a scan of two or three cache lines; more buckets would cost every collection.
+constexpr Word uniquePairsPerBucket = 16;
+
+// Where the last search for a missing object ended: what is entered next under the same key goes there.
+struct SearchEnd {
+  Word key = 0;
+  PairAddress end = notFound;
+};
+SearchEnd searchEnd;
+
 // Member of the table with the content of `s`, or 0. Chains hold different objects under one key, so
 // that the scan goes on behind a pair that only shares the key.
 DAG findIdentical(Word key, DAG s) {
-  PairAddress pair = search(key, simpltab);
-  if (pair == notFound) return DAG();
-  for (;; pair = nextPair(pair)) {
+  DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))];
+  if (!chain) return DAG();
+  for (PairAddress pair = chain.word + 4;; pair = nextPair(pair)) {
     Word k = pairKey(pair).word;
     if (k == key) {
       DAG member = pairValue(pair);
-      if (member == s || identical(member, s)) return member;
+      if (member == s || (headerWord(member) == headerWord(s) && identical(member, s))) return member;
     } else if (k == 0) {
+      searchEnd = {key, pair};
       return DAG();
     }
   }
 }
 
+// Puts the pair at the end that the search found, if that is still the end of the key's chain and not the
+// pair that stays empty: the parts may have been entered, and a collection may have run, meanwhile.
+bool enterAtSearchEnd(Word key, DAG s) {
+  DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))];
+  if (!chain || searchEnd.key != key) return false;
+  PairAddress first = chain.word + 4, end = searchEnd.end;
+  if (end < first || end + 16 > chain.word + 4 * lengthOf(chain)) return false;
+  if (pairKey(end).word != 0 || (end != first && pairKey(end - 8).word == 0)) return false;
+  pairKey(end) = DAG(key);
+  pairValue(end) = s;
+  return true;
+}
+
 DAG enterUnique(Word key, DAG s) {
   controlWord(s) |= simplifiedBit;
-  hashinsert(key, s, simpltab);
+  if (!enterAtSearchEnd(key, s)) hashinsert(key, s, simpltab);
+  if (isCrowded(simpltab, ++simpltabCount, uniquePairsPerBucket)) [[unlikely]]
+    simpltab = widenedhashtab(simpltab, 4 * (lengthOf(simpltab) - 1));
   return s;
 }
 

@@ -159,7 +159,7 @@ DAG multipleAssignment(DAG left, DAG value, int mode) {
 
 // Stores into a local of the running procedure, the most frequent target; false for any other.
 bool assignLocal(DAG left, DAG value) {
-  if (!isTag(left, LOCAL) || optASSERT == 2) return false;
+  if (!isTag(left, LOCAL)) return false;
   DAG locals = Environment->frame->locals;
   Word n = rawField(left, 1);
   if (n - 1 >= lengthOf(locals) - 1) return false;
@@ -174,7 +174,8 @@ bool assignLocal(DAG left, DAG value) {
 DAG assignment(DAG s, int mode) {
   DAG value = simpl(evalOperand(s[2]));
   DAG left = s[1];
-  if (mode > 0 && !isShown(mode) && assignLocal(left, value)) {
+  if (mode > 0 && optASSERT != 2 && !isShown(mode) &&
+      (assignLocal(left, value) || assignPlainEntry(left, value))) {
     shiftDitto(value);
     return value;
   }

@@ -33,10 +33,15 @@ Word& sizeOf(Word block) { return wordAt(block + 4); }
 
 constexpr int classOf(Word n) { return n < 19 ? 12 : n < 35 ? 13 : n < 141 ? 14 : 15; }
 
-// First block of class `c` that fits `n` exactly or can be split, unlinked; 0 for none.
+// A list of thousands of blocks that are all a little too small would be walked at every request; what
+// fits stands near the head, or a larger block does as well.
+constexpr int mostProbes = 64;
+
+// First block of class `c` that fits `n` exactly or can be split, unlinked; 0 for none near the head.
 Word takeFromClass(int c, Word n) {
   Word* link = &freelist[c];
-  for (Word block = *link; block != 0; link = &linkOf(block), block = *link) {
+  int probes = c == lastClass ? -1 : mostProbes;
+  for (Word block = *link; block != 0 && probes-- != 0; link = &linkOf(block), block = *link) {
     Word size = sizeOf(block);
     if (size > n + 2 || size == n) {
       *link = linkOf(block);

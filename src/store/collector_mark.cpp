@@ -34,21 +34,38 @@ void growWaiting() {
   waitingCapacity = capacity;
 }
 
+void count(DAG s) {
+  TagCensus& row = census[tagNumber(tagOf(s))];
+  ++row.objects;
+  row.words += lengthOf(s) + 1;
+}
+
 void reach(DAG x) {
   if (!isObject(x) || genc[generationOf(x)] != 0) return;
   setLabel(x, currentMark);
+  if (tagOf(x) <= INTPOS) {  // integers refer to nothing
+    count(x);
+    return;
+  }
   if (waitingCount == waitingCapacity) growWaiting();
   waiting[waitingCount++] = x.word;
 }
 
 void reachReferencesOf(DAG s) {
-  TagCensus& count = census[tagNumber(tagOf(s))];
-  ++count.objects;
-  count.words += lengthOf(s) + 1;
-  if (hasTag(s, RTABLE))
+  count(s);
+  if (hasTag(s, RTABLE)) {
     walkRtable(s, reach);
-  else
-    forEachReferenceField(s, [](DAG& field) { reach(field); });
+    return;
+  }
+  ReferenceFields fields = referenceFields(s);
+  if (fields.extra != 0) reach(s[fields.extra]);
+  // What a long object refers to lies all over the heap: control words are under way some steps before
+  // they are asked for.
+  constexpr Word ahead = 8;
+  for (Word i = fields.first; i < fields.end; i += fields.step) {
+    if (i + ahead < fields.end && isObject(s[i + ahead])) __builtin_prefetch(&s[i + ahead][-1]);
+    reach(s[i]);
+  }
 }
 
 void work() {

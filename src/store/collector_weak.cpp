@@ -32,9 +32,10 @@ void forEachPair(DAG table, Visit visit) {
   });
 }
 
-// Removes the pairs that `isDead` names: the last pair in use takes the place of each.
+// Removes the pairs that `isDead` names: the last pair in use takes the place of each. Gives the number
+// that is left.
 template <class IsDead>
-void dropPairs(DAG chain, IsDead isDead) {
+Word dropPairs(DAG chain, IsDead isDead) {
   Word end = 1;
   while (rawField(chain, end) != 0) end += 2;
   for (Word i = 1; i < end;) {
@@ -48,6 +49,7 @@ void dropPairs(DAG chain, IsDead isDead) {
     chain[end] = DAG();
     chain[end + 1] = DAG();
   }
+  return (end - 1) / 2;
 }
 
 bool hasWeakOption(DAG procedure) {
@@ -85,11 +87,17 @@ void hide(DAG table) {
   forEachChain(table, [](DAG chain) { setLabel(chain, previousMark); });
 }
 
-void sweepWeakTable(DAG table) {
-  forEachChain(table, [](DAG chain) {
-    dropPairs(chain, [](DAG, DAG value) { return !isAliveOrPlain(value); });
+// Gives the number of pairs that stay.
+std::int64_t sweepWeakTable(DAG table) {
+  std::int64_t kept = 0;
+  forEachChain(table, [&kept](DAG chain) {
+    // The values lie all over the heap: their control words are under way before they are asked for.
+    for (Word i = 2; i < lengthOf(chain); i += 2) __builtin_prefetch(&chain[i][-1]);
+    Word used = dropPairs(chain, [](DAG, DAG value) { return !isAliveOrPlain(value); });
+    kept += used;
   });
   mark(table);
+  return kept;
 }
 
 }  // namespace
@@ -125,7 +133,9 @@ void sweepRememberTables() {
 }
 
 void sweepWeakTables() {
-  for (DAG table : {simpltab, nametab, strtab}) sweepWeakTable(table);
+  simpltabCount = sweepWeakTable(simpltab);
+  sweepWeakTable(nametab);
+  sweepWeakTable(strtab);
 }
 
 }  // namespace korel

@@ -153,6 +153,7 @@ void collectInitialNames() {
 
 void initialize(const char* libraryText) {
   simpltab = table(4096);
+  simpltabCount = 0;
   controlWord(simpltab) |= tableBit;
   aliastab = table(256);
   // `null` stands for a missing attribute in every name, so that it comes before the first of them.

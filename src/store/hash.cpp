@@ -78,6 +78,20 @@ DAG copyhashtab(DAG table) {
   return copied;
 }
 
+DAG widenedhashtab(DAG table, Word buckets) {
+  DAG wider = newhashtab(buckets);
+  controlWord(wider) |= controlWord(table) & tableBit;
+  for (Word b = 1, n = lengthOf(table); b < n; ++b) {
+    DAG chain = table[b];
+    if (!chain) continue;
+    for (PairAddress pair = firstPair(chain); pairKey(pair).word != 0; pair = nextPair(pair))
+      hashinsert(pairKey(pair).word, pairValue(pair), wider);
+    release(chain, lengthOf(chain));
+  }
+  release(table, lengthOf(table));
+  return wider;
+}
+
 namespace {
 template <class Matches>
 PairAddress searchText(Word k, DAG table, Matches matches) {

@@ -31,6 +31,16 @@ DAG newhashtab(Word buckets);
 /// Copy of the table and its chains; keys and values are shared. The raw-key bit is not carried over.
 DAG copyhashtab(DAG table);
 
+/// A table of `buckets` chains with the pairs of `table`, which is given back. Tables whose chains grow
+/// long are replaced by it: whoever walks a table while statements run walks a copy.
+DAG widenedhashtab(DAG table, Word buckets);
+/// True when the chains of a table with `pairs` pairs hold more than `perBucket` of them on average.
+inline bool isCrowded(DAG table, std::int64_t pairs, Word perBucket) {
+  constexpr Word mostBuckets = Word{1} << 22;
+  Word buckets = lengthOf(table) - 1;
+  return pairs > std::int64_t{perBucket} * buckets && buckets < mostBuckets;
+}
+
 /// First pair with key `k`; with collisions the caller walks on by `nextPair`.
 inline PairAddress search(Word k, DAG table) {
   DAG chain = table[bucketIndex(k, lengthOf(table))];

@@ -9,6 +9,7 @@
 namespace korel {
 
 DAG nametab, strtab, simpltab, aliastab, puttab, AllIniNames;
+std::int64_t simpltabCount = 0;
 
 namespace {
 
@@ -98,7 +99,10 @@ bool identical(DAG a, DAG b) {
   if (isImmediate(a) || isImmediate(b) || headerWord(a) != headerWord(b)) return false;
   Tag tag = tagOf(a);
   if (isStatementOrProcedure(tag)) return false;
-  bool same = std::memcmp(&a[1], &b[1], 4 * (std::size_t{lengthOf(a)} - 1)) == 0;
+  // Objects are short: a loop over their words beats a call.
+  Word at = 1, n = lengthOf(a);
+  while (at < n && a[at] == b[at]) ++at;
+  bool same = at >= n;
   if (!same && (tag == SUM || tag == PROD)) same = samePairs(a, b);
   if (same) outlive(a, b);
   return same;

@@ -30,16 +30,30 @@ DAG keyOf(DAG index) {
   return isTag(index, EXPSEQ) && lengthOf(index) == 2 ? index[1] : index;
 }
 
-void store(DAG key, DAG table, DAG value) {
+// Chains of this many words and more ask whether the whole table has become crowded.
+constexpr Word longChain = 49;
+constexpr Word tablePairsPerBucket = 6;
+
+
+}  // namespace
+
+void storeEntry(DAG key, DAG table, DAG value) {
   DAG entries = table[3];
   updategen(key);
   updategen(value);
+  DAG& chain = entries[bucketIndex(key.word, lengthOf(entries))];
+  Word before = chain ? lengthOf(chain) : 0;
   hashunique(key.word, value, entries);
+  Word after = lengthOf(chain);
+  if (after >= longChain && after != before && isCrowded(entries, hashcount(entries), tablePairsPerBucket)) {
+    table[3] = entries = widenedhashtab(entries, 16 * (lengthOf(entries) - 1));
+    updategen(entries);
+    for (Word b = 1; b < lengthOf(entries); ++b) updategen(entries[b]);
+    return;
+  }
   updategen(entries);
-  updategen(entries[bucketIndex(key.word, lengthOf(entries))]);
+  updategen(chain);
 }
-
-}  // namespace
 
 DAG maketable(DAG function, DAG arguments) {
   DAG bounds = newl2(lengthOf(arguments), EXPSEQ);
@@ -81,7 +95,7 @@ DAG TableIndex(DAG index, DAG name, DAG table, DAG value) {
   }
   DAG key = keyOf(index);
   if (value) {
-    store(key, table, value);
+    storeEntry(key, table, value);
     return value;
   }
   PairAddress pair = search(key.word, table[3]);

@@ -16,6 +16,9 @@ DAG maketable(DAG function, DAG arguments);
 DAG TableIndex(DAG index, DAG name, DAG table, DAG value = DAG());
 /// Stores `value` under `index` in what `name` holds, `container`; creates the table when there is none.
 DAG korelindex(DAG index, DAG name, DAG container, DAG value);
+/// Stores `value` under the simplified object `key`, past any indexing function. More buckets are made
+/// when the chains have grown long.
+void storeEntry(DAG key, DAG table, DAG value);
 /// Removes the entry.
 void removeEntry(DAG index, DAG table);
 
