@@ -1,0 +1,45 @@
+#pragma once
+// The common operands read in place: immediates, locals and parameters of the running frame.
+//
+// Most operands of arithmetic, comparisons and calls are one of these, and `eval` on them is a look into
+// the frame. The reading here avoids its call and its dispatch; whatever is not plain goes to `eval`
+// (bench/programs/fibonacci.krl, loops.krl).
+
+#include "eval/evaluate.h"
+#include "frame/environment.h"
+#include "store/dag.h"
+
+namespace korel {
+
+/// Value of the LOCAL or PARAM `x` when that is stored as it evaluates; 0 when `eval` must decide.
+inline DAG plainValue(DAG x) {
+  const Frame& frame = *Environment->frame;
+  Word n = rawField(x, 1);
+  switch (tagOf(x)) {
+    case LOCAL: {
+      if (n - 1 >= lengthOf(frame.locals) - 1) return DAG();
+      DAG name = frame.locals[n];
+      if (!hasTag(name, NAME)) return DAG();
+      DAG value = name[1];
+      if (isImmediate(value)) return value;
+      // A procedure or table hides behind its name.
+      return value && !hasTag(value, PROC) && !hasTag(value, TABLE) ? value : DAG();
+    }
+    case PARAM:
+      // Numbers below 1 are `nargs`, `args` and `procname`; as unsigned ones they are out of range.
+      return n - 1 < lengthOf(frame.args) - 1 ? frame.args[n] : DAG();
+    default:
+      return DAG();
+  }
+}
+
+/// `eval(x)`.
+inline DAG evalOperand(DAG x) {
+  if (isImmediate(x)) return x;
+  Tag tag = tagOf(x);
+  if (tag == LOCAL || tag == PARAM)
+    if (DAG value = plainValue(x)) return value;
+  return eval(x);
+}
+
+}  // namespace korel
