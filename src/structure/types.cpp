@@ -58,6 +58,11 @@ bool typeByStructure(DAG e, DAG t) {
   return true;
 }
 
+DAG answer(DAG e, DAG t) {
+  typematchI = -1;
+  return ini(type(e, t) ? StandardName("true") : StandardName("false"));
+}
+
 }  // namespace
 
 bool type(DAG e, DAG t) {
@@ -89,11 +94,21 @@ bool type(DAG e, DAG t) {
 }
 
 DAG typeBuiltin(const BuiltinCall& call) {
-  DAG args = simpl(eval(call.arguments));
+  DAG args = call.arguments;
+  // The usual call: two arguments that stay two. No sequence of their values is made, which would be one
+  // object more for each expression tested.
+  DAG e, t;
+  if (lengthOf(args) == 3) {
+    e = simpl(eval(args[1]));
+    t = simpl(eval(args[2]));
+    if (!isTag(e, EXPSEQ) && !isTag(t, EXPSEQ)) return answer(e, t);
+    args = simpl(new3(EXPSEQ, e, t));
+  } else {
+    args = simpl(eval(args));
+  }
   if (!isTag(args, EXPSEQ) || lengthOf(args) == 2) return ini("false");
   if (lengthOf(args) != 3) wrongParameters(call);
-  typematchI = -1;
-  return ini(type(args[1], args[2]) ? StandardName("true") : StandardName("false"));
+  return answer(args[1], args[2]);
 }
 
 }  // namespace korel
