@@ -11,6 +11,7 @@
 #include "numbers/system_functions.h"
 #include "store/constants.h"
 #include "store/objects.h"
+#include "structure/has.h"
 #include "structure/operands.h"
 #include "structure/polynomial_types.h"
 #include "structure/type_match.h"
@@ -174,6 +175,18 @@ constexpr TextRow textRows[] = {
 
 // ---- any other head
 
+// Statements, and what refers to parameters or locals by number: parts of a procedure's body, no values
+// that a procedure could be given.
+bool isUnbound(DAG e) {
+  if (isImmediate(e) || tagOf(e) <= NAME) return false;
+  if (tagOf(e) > MODULE) return true;
+  bool before = hasExceptPROC;
+  hasExceptPROC = true;  // a procedure as a whole is a value
+  bool unbound = hasparloc(e);
+  hasExceptPROC = before;
+  return unbound;
+}
+
 bool typeByLibraryCall(DAG e, DAG head, DAG args) {
   SuspendedBindings suspended = suspendBindings();
   DAG name = retrieve("type/", textOf(head));
@@ -230,6 +243,7 @@ bool isTypeProcedure(DAG value) {
 }
 
 bool callTypeProcedure(DAG head, DAG e, DAG rest, DAG t) {
+  if (isUnbound(e)) return false;
   SuspendedBindings suspended = suspendBindings();
   DAG arguments = newl2(lengthOf(rest) + 1, EXPSEQ);
   arguments[1] = new2(UNEVAL, simpl(new2(EXPSEQ, e)));
