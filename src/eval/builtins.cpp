@@ -17,9 +17,12 @@
 #include "store/raw_objects.h"
 #include "store/standard_names.h"
 #include "structure/aliases.h"
+#include "structure/convert.h"
 #include "structure/has.h"
 #include "structure/map.h"
+#include "structure/measure.h"
 #include "structure/operands.h"
+#include "structure/search_text.h"
 #include "structure/select_elements.h"
 #include "structure/subsop.h"
 #include "structure/substitute.h"
@@ -71,7 +74,7 @@ constexpr Builtin builtins[] = {
     {"SFloatMantissa",          false, SFloatMantissa},
     {"Scale10",                 false, Scale10},
     {"Scale2",                  false, Scale2},
-    {"SearchText",              false, nullptr},
+    {"SearchText",              false, SearchTextBuiltin},
     {"TRACE",                   true,  nullptr},
     {"ToInert",                 false, nullptr},
     {"Unordered",               false, Unordered},
@@ -93,7 +96,7 @@ constexpr Builtin builtins[] = {
     {"coeff",                   false, nullptr},
     {"coeffs",                  false, nullptr},
     {"conjugate",               false, conjugate},
-    {"convert",                 false, nullptr},
+    {"convert",                 false, convert},
     {"crinterp",                false, nullptr},
     {"debugopts",               false, nullptr},
     {"define_external",         false, nullptr},
@@ -138,8 +141,8 @@ constexpr Builtin builtins[] = {
     {"kernelopts",              false, kernelopts},
     {"lcoeff",                  false, nullptr},
     {"ldegree",                 false, nullptr},
-    {"length",                  false, nullptr},
-    {"lexorder",                false, nullptr},
+    {"length",                  false, lengthBuiltin},
+    {"lexorder",                false, lexorder},
     {"lhs",                     false, lhs},
     {"lprint",                  false, lprint},
     {"macro",                   false, macro},
@@ -160,7 +163,7 @@ constexpr Builtin builtins[] = {
     {"nops",                    false, nops},
     {"normal",                  false, nullptr},
     {"not",                     false, notOperator},
-    {"numboccur",               false, nullptr},
+    {"numboccur",               false, numboccurBuiltin},
     {"numer",                   false, nullptr},
     {"op",                      false, opBuiltin},
     {"or",                      false, orOperator},
@@ -182,7 +185,7 @@ constexpr Builtin builtins[] = {
     {"rtable_options",          false, nullptr},
     {"rtable_scanblock",        false, nullptr},
     {"rtable_sort_indices",     false, nullptr},
-    {"searchtext",              false, nullptr},
+    {"searchtext",              false, searchtextBuiltin},
     {"select",                  false, selectBuiltin},
     {"selectremove",            false, selectremove},
     {"seq",                     true,  seq},
@@ -195,7 +198,7 @@ constexpr Builtin builtins[] = {
     {"streamcall",              false, streamcall},
     {"subs",                    false, subsBuiltin},
     {"subsop",                  false, subsopBuiltin},
-    {"substring",               false, nullptr},
+    {"substring",               false, substring},
     {"system",                  false, system_},
     {"table",                   false, tableBuiltin},
     {"taylor",                  false, nullptr},
