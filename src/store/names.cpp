@@ -1,6 +1,8 @@
 #include "store/names.h"
 
+#include <algorithm>
 #include <cstring>
+#include <vector>
 
 #include "store/constants.h"
 #include "store/generations.h"
@@ -42,8 +44,22 @@ bool isStatementOrProcedure(Tag tag) {
 }
 
 // The same pairs in any order. Each pair of `a` must occur in `b` exactly once.
+// From this many words on the pairs are sorted to compare them.
+constexpr Word sortedFromLength = 51;
+
+// The pairs of `s` as numbers in ascending order.
+std::vector<std::uint64_t> sortedPairs(DAG s) {
+  std::vector<std::uint64_t> pairs;
+  pairs.reserve(lengthOf(s) / 2);
+  for (Word i = 1, n = lengthOf(s); i < n; i += 2)
+    pairs.push_back(std::uint64_t{s[i].word} << 32 | s[i + 1].word);
+  std::sort(pairs.begin(), pairs.end());
+  return pairs;
+}
+
 bool samePairs(DAG a, DAG b) {
   Word n = lengthOf(a);
+  if (n >= sortedFromLength) return sortedPairs(a) == sortedPairs(b);
   for (Word i = 1; i < n; i += 2) {
     int found = 0;
     for (Word k = 1; k < n; k += 2)
