@@ -22,6 +22,8 @@ namespace {
 constexpr const char* rtableText = "invalid select from %1";
 
 bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+// A relation, or a combination of them, whose truth can be asked for.
+bool isCondition(DAG x) { return isObject(x) && tagOf(x) >= EQUATION && tagOf(x) <= OR; }
 
 }  // namespace
 
@@ -51,7 +53,7 @@ bool holdsFor(const Predicate& p, DAG x) {
   }
   DAG value = simpl(applyTo(p.f, DAG(), x, p.extra));
   if (isTag(value, EXPSEQ) && lengthOf(value) == 2) value = value[1];
-  DAG answer = value == null ? value : evalbool(value);
+  DAG answer = isCondition(value) ? evalbool(value) : value;
   if (answer == ini("true")) return true;
   if (answer == ini("false")) return false;
   KernelException("selecting function must return true or false");

@@ -171,7 +171,10 @@ DAG walkProcedure(Substitution& s, DAG x) {
   if (!hasLeftSide(s, x)) return x;
   DAG result = CopyAlg(x);
   bool changed = false;
-  for (Word i = 1, n = lengthOf(x); i < n; ++i) {
+  // What is declared is looked at before what it is used for.
+  constexpr Word order[] = {1, 2, 3, 4, 6, 7, 8, 9, 5};
+  for (Word i : order) {
+    if (i >= lengthOf(x)) continue;
     DAG value;
     if (i == 5) value = walk(s, x[i]);
     else if (i == 4 && !module) value = isTag(x[i], HASHTAB) ? walkEntries(s, x[i]) : x[i];
