@@ -1,5 +1,6 @@
-// Integers against GMP: products, quotients, greatest common divisors, roots, decimal text.
+// Integers against GMP: products, quotients, roots, greatest common divisors, powers, decimal text.
 
+#include <algorithm>
 #include <random>
 #include <string>
 
@@ -36,62 +37,71 @@ void pair(const char* what, int n, int rounds, Korel&& korel, Gmp&& gmp) {
   row(name, "us", 1e6 / rounds, "GMP", korel, gmp);
 }
 
+void discard(DAG x) {
+  if (isObject(x)) release(x, lengthOf(x));
+}
+
+/// Rounds that take about the same time at every length; costly operations take fewer.
+int roundsFor(int n, int cost) {
+  int rounds = n <= 100 ? 100000 : n <= 1000 ? 2000 : n <= 10000 ? 50 : n <= 100000 ? 3 : 1;
+  return std::max(1, rounds / cost);
+}
+
+int n;
+
 DAG rows() {
-  for (int n : {10, 100, 1000, 10000, 100000}) {
-    static DAG a, b, c;
-    static mpz_t x, y, z, r;
-    std::string ta = digits(n, 1), tb = digits(n, 2);
-    a = simpl(parsestring(ta.c_str(), 1));
-    b = simpl(parsestring(tb.c_str(), 1));
-    c = simpl(mulint(a, b));
-    mpz_inits(x, y, z, r, nullptr);
-    mpz_set_str(x, ta.c_str(), 10);
-    mpz_set_str(y, tb.c_str(), 10);
-    mpz_mul(z, x, y);
-    const int rounds = n <= 100 ? 100000 : n <= 1000 ? 2000 : n <= 10000 ? 50 : 2;
-    auto repeat = [rounds](auto work) {
-      return [rounds, work] {
-        for (int i = 0; i < rounds; ++i) work();
-      };
-    };
-    pair("product", n, rounds, repeat([] {
-           DAG p = mulint(a, b);
-           if (!isImmediate(p)) release(p, lengthOf(p));
-         }),
-         repeat([] { mpz_mul(r, x, y); }));
-    pair("square", n, rounds, repeat([] {
-           DAG p = mulint(a, a);
-           if (!isImmediate(p)) release(p, lengthOf(p));
-         }),
-         repeat([] { mpz_mul(r, x, x); }));
-    pair("quotient of 2n by n", n, rounds, repeat([] {
-           DAG rest;
-           IntegerDivide(c, b, &rest);
-         }),
-         repeat([] { mpz_tdiv_q(r, z, y); }));
-    const int slow = n <= 1000 ? rounds / 20 + 1 : n <= 10000 ? 3 : 1;
-    if (n <= 10000)
-      pair("greatest common divisor", n, slow, [slow] { for (int i = 0; i < slow; ++i) igcd(a, b); },
-           [slow] { for (int i = 0; i < slow; ++i) mpz_gcd(r, x, y); });
-    static std::string text(static_cast<std::size_t>(n) + 64, ' ');
-    text.resize(static_cast<std::size_t>(n) + 64);
-    pair("decimal text", n, rounds, repeat([] { writeDecimal(a, text.data()); }),
-         repeat([] { mpz_get_str(text.data(), 10, x); }));
-    mpz_clears(x, y, z, r, nullptr);
-  }
+  std::string ta = digits(n, 1), tb = digits(n, 2);
+  DAG a = simpl(parsestring(ta.c_str(), 1)), b = simpl(parsestring(tb.c_str(), 1));
+  DAG c = simpl(mulint(a, b));
+  mpz_t x, y, z, r;
+  mpz_inits(x, y, z, r, nullptr);
+  mpz_set_str(x, ta.c_str(), 10);
+  mpz_set_str(y, tb.c_str(), 10);
+  mpz_mul(z, x, y);
+  auto compare = [](const char* what, int cost, auto korel, auto gmp) {
+    const int rounds = roundsFor(n, cost);
+    pair(what, n, rounds,
+         [&] {
+           for (int i = 0; i < rounds; ++i) korel();
+         },
+         [&] {
+           for (int i = 0; i < rounds; ++i) gmp();
+         });
+  };
+  compare("product", 1, [&] { discard(mulint(a, b)); }, [&] { mpz_mul(r, x, y); });
+  compare("square", 1, [&] { discard(mulint(a, a)); }, [&] { mpz_mul(r, x, x); });
+  compare("quotient of 2n by n", 2,
+          [&] {
+            DAG rest;
+            discard(IntegerDivide(c, b, &rest));
+            discard(rest);
+          },
+          [&] { mpz_tdiv_q(r, z, y); });
+  compare("square root of 2n", 2, [&] { discard(isqrt(c)); }, [&] { mpz_sqrt(r, z); });
+  if (n <= 100000)
+    compare("greatest common divisor", 20, [&] { discard(igcd(a, b)); }, [&] { mpz_gcd(r, x, y); });
+  // A power of about n digits.
+  compare("power of 7", 1, [&] { discard(powint(immediate(7), n * 13 / 11)); },
+          [&] { mpz_ui_pow_ui(r, 7, static_cast<unsigned long>(n * 13 / 11)); });
+  std::string text(static_cast<std::size_t>(n) + 64, ' ');
+  compare("decimal text", 1, [&] { writeDecimal(a, text.data()); },
+          [&] { mpz_get_str(text.data(), 10, x); });
+  mpz_clears(x, y, z, r, nullptr);
   return null;
 }
 
-#else
-DAG rows() {
-  std::puts("GMP is not installed: no reference for integers");
-  return null;
-}
 #endif
 
 }  // namespace
 
 int main() {
+#ifdef KOREL_HAVE_GMP
   startKernel();
-  runInKernel(rows);
+  for (int length : {10, 100, 1000, 10000, 100000, 1000000}) {
+    n = length;
+    runInKernel(rows);
+  }
+#else
+  std::puts("GMP is not installed: no reference for integers");
+#endif
 }

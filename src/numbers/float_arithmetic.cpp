@@ -8,6 +8,7 @@
 #include "frame/errors.h"
 #include "numbers/float.h"
 #include "numbers/float_rounding.h"
+#include "numbers/integer_space.h"
 #include "store/objects.h"
 
 namespace korel {
@@ -47,6 +48,8 @@ Quotient divideToDigits(DAG n, DAG d, std::int64_t digits) {
   DAG remainder;
   DAG q = IntegerDivide(scaled, d, &remainder);
   truncated = truncated || remainder != cons0;
+  discard(remainder, scaled, n);
+  discard(scaled, n, q);
   if (truncated) q = markTruncated(q);
   return {q, ilength(q), scale, truncated};
 }
@@ -58,9 +61,12 @@ DAG roundQuotient(const Quotient& q, std::int64_t digits, std::int64_t& exponent
   exponent = q.length - digits - q.scale;
   std::int64_t length = ilength(rounded);
   if (length > digits) {
-    rounded = times10p(rounded, digits - length);
+    DAG longer = rounded;
+    rounded = times10p(longer, digits - length);
+    discard(longer);
     exponent += length - digits;
   }
+  discard(q.digits);
   return rounded;
 }
 
@@ -104,7 +110,12 @@ DAG FloatMultiply(DAG a, DAG b) {
   if (isSingular(a) || isSingular(b)) return TrapFPROD(a, b);
   DAG ma = mantissaOf(a), mb = mantissaOf(b);
   if (isZeroMantissa(ma) || isZeroMantissa(mb)) return zeroProduct(ma, mb);
-  return BuildFloat(mulint(ma, mb), addint(exponentOf(a), exponentOf(b)));
+  DAG product = mulint(ma, mb), exponent = addint(exponentOf(a), exponentOf(b));
+  // An event may hand the product on to a handler.
+  const bool quiet = GetNumericStatusFlag(inexactEvent) != 0;
+  DAG result = BuildFloat(product, exponent);
+  if (quiet && isFiniteFloat(result)) discard(product, ma, mb, mantissaOf(result));
+  return result;
 }
 
 DAG evalfmul(DAG a, DAG b) {

@@ -7,6 +7,7 @@
 #include "numbers/complex.h"
 #include "numbers/float.h"
 #include "numbers/float_rounding.h"
+#include "numbers/integer_space.h"
 #include "store/objects.h"
 
 namespace korel {
@@ -26,20 +27,6 @@ DAG raised(DAG x, std::int64_t n, int depth) {
   if (n % 2 != 0) y = evalfmul(x, y);
   if (guarded) restoreDigits(change);
   return y;
-}
-
-// A truncated root with what tells whether more digits follow.
-struct Root {
-  DAG digits;
-  bool exact;
-};
-
-// `isqrt` gives the nearest integer, which may lie above the root.
-Root truncatedRoot(DAG n) {
-  DAG r = isqrt(n);
-  int order = compint(mulint(r, r), n);
-  if (order > 0) r = addint(r, consm1);
-  return {r, order == 0};
 }
 
 }  // namespace
@@ -74,9 +61,11 @@ DAG evalfsqrt(DAG a) {
   std::int64_t length = ilength(m), e = exponentValue(exponentOf(x));
   // An even exponent, and twice the digits of the result and one more.
   std::int64_t t = 2 * digits - length + ((e - length) % 2 != 0 ? 1 : 2);
-  Root root = truncatedRoot(times10p(m, t));
-  DAG digitsOfRoot = root.exact ? root.digits : markTruncated(root.digits);
-  return BuildFloat(digitsOfRoot, NewInteger((e - t) / 2));
+  DAG scaled = times10p(m, t);
+  bool exact;
+  DAG root = truncatedRoot(scaled, &exact);
+  discard(scaled, m);
+  return BuildFloat(exact ? root : markTruncated(root), NewInteger((e - t) / 2));
 }
 
 }  // namespace korel

@@ -22,6 +22,7 @@
 #include "numbers/float_rounding.h"
 #include "numbers/integer.h"
 #include "numbers/integer_functions.h"
+#include "numbers/integer_space.h"
 #include "numbers/numeric_events.h"
 #include "numbers/system_functions.h"
 #include "store/constants.h"
@@ -87,8 +88,9 @@ void removeCommonPairs(Parameters& a, Parameters& b) {
       continue;
     }
     // The denominators cancel with the pair.
-    a.denominators = IntegerDivide(a.denominators, a.q(i), nullptr);
-    b.denominators = IntegerDivide(b.denominators, b.q(k), nullptr);
+    DAG rest;
+    a.denominators = IntegerDivide(a.denominators, a.q(i), &rest);
+    b.denominators = IntegerDivide(b.denominators, b.q(k), &rest);
     shrinkn(a.pairs, 2 * i, 2);
     shrinkn(b.pairs, 2 * k, 2);
   }
@@ -108,11 +110,6 @@ Argument splitArgument(DAG z) {
 }
 
 // ---- summing
-
-// Gives back a term that nothing else refers to.
-void discard(DAG x) {
-  if (isObject(x)) release(x, lengthOf(x));
-}
 
 enum class Ending { converged, outOfSpace, zeroDenominator };
 

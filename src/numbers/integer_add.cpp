@@ -120,6 +120,39 @@ DAG copied(DAG x, DAG r) {
 
 }  // namespace
 
+namespace {
+
+// Fresh results take the words that they need: a spare tail would go back as a piece that fits no
+// further request of its kind, and the free lists are searched one by one.
+
+/// Sum of heap integers of one sign; a word more than the longer only where the top digits may carry.
+DAG freshSum(DAG a, DAG b) {
+  Word la = digitCount(a), lb = digitCount(b), count = std::max(la, lb);
+  Word top = (la == count ? digitsOf(a)[la - 1] : 0) + (lb == count ? digitsOf(b)[lb - 1] : 0);
+  Word space = count + 1 + (top + 1 >= static_cast<Word>(BASE) ? 1 : 0);
+  return settled(SoftIntAdd(a, b, news(space)), space);
+}
+
+/// Sum of heap integers of different signs: leading digits that agree cancel, however many.
+DAG freshDifference(DAG a, DAG b) {
+  Word la = digitCount(a), lb = digitCount(b);
+  if (la == lb) {
+    while (la > 0 && digitsOf(a)[la - 1] == digitsOf(b)[la - 1]) --la;
+    if (la == 0) return immediate(0);
+    lb = la;
+  }
+  if (la < lb || (la == lb && digitsOf(a)[la - 1] < digitsOf(b)[la - 1])) {
+    std::swap(a, b);
+    std::swap(la, lb);
+  }
+  DAG r = news(la + 1);
+  Word count = subtractMagnitudes(digitsOf(a), la, digitsOf(b), lb, digitsOf(r));
+  setHeader(r, tagOf(a), count + 1);
+  return settled(r, la + 1);
+}
+
+}  // namespace
+
 DAG addint(DAG a, DAG b, DAG r) {
   if (isZeroImmediate(a)) return copied(b, r);
   if (isZeroImmediate(b)) return copied(a, r);
@@ -130,8 +163,7 @@ DAG addint(DAG a, DAG b, DAG r) {
   if (isImmediate(a) != isImmediate(b)) return isImmediate(a) ? addMixed(a, b, r) : addMixed(b, a, r);
 
   if (r) return MakeImmediate(SoftIntAdd(a, b, r));
-  Word space = std::max(lengthOf(a), lengthOf(b)) + 1;
-  return settled(SoftIntAdd(a, b, news(space)), space);
+  return tagOf(a) == tagOf(b) ? freshSum(a, b) : freshDifference(a, b);
 }
 
 DAG addMixed(DAG small, DAG heap, DAG r) {
@@ -142,7 +174,10 @@ DAG addMixed(DAG small, DAG heap, DAG r) {
   Word la = digitCount(heap);
   Tag sign = tagOf(heap);
 
-  Word space = la + 2;
+  // Digits above the highest stay, unless a carry comes that far.
+  bool carries = sign == tagOf(small) &&
+                 digitsOf(heap)[la - 1] + (la == count ? digit[count - 1] : 0) + 1 >= static_cast<Word>(BASE);
+  Word space = la + (carries ? 2 : 1);
   bool own = !r;
   if (own) r = news(space);
   Word length = sign == tagOf(small)

@@ -120,20 +120,28 @@ DAG ImmediateDivide(DAG a, DAG b, DAG* r) {
 
 DAG IntegerDivide(DAG a, DAG b, DAG* r) {
   if (isImmediate(a)) return ImmediateDivide(a, b, r);
-  if (isImmediate(b)) {
-    *r = DAG();
-    return MixedDivide(a, b, DAG(), r);
-  }
-  Word la = lengthOf(a), lb = lengthOf(b);
-  if (SoftIntCompare(a, b) < 0) {
+  if (compint(a, b) < 0) {
     *r = CopyAlg(a);
     return cons0;
   }
-  Word space = la - lb + 2;
-  DAG rest = CopyIntoSoftInt(news(la), a);
-  DAG q = SoftIntDivide(rest, b, news(space));
-  *r = settled(rest, la);
-  return settled(q, space);
+  Tag sign = tagOf(a) == tagOf(b) ? INTPOS : INTNEG, restSign = tagOf(a);
+  std::size_t na = groupCount(a), nb = groupCount(b), nq = na - nb + 1;
+  if (na == 1) {
+    Group x, y;
+    packInteger(a, &x);
+    packInteger(b, &y);
+    Group q = x / y;
+    x -= q * y;
+    *r = integerOfGroups(&x, 1, restSign);
+    return integerOfGroups(&q, 1, sign);
+  }
+  GroupSpace x(na + nb + nq);
+  Group *y = x + na, *q = y + nb;
+  packInteger(a, x);
+  packInteger(b, y);
+  divideGroups(q, x, na, y, nb);
+  *r = integerOfGroups(x, nb, restSign);
+  return integerOfGroups(q, nq, sign);
 }
 
 DAG IntegerDiv(DAG a, DAG b, DAG q, DAG* r) {

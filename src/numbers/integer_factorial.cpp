@@ -4,7 +4,6 @@
 #include "numbers/integer.h"
 #include "numbers/integer_functions.h"
 #include "numbers/integer_groups.h"
-#include "numbers/integer_space.h"
 
 namespace korel {
 
@@ -52,10 +51,7 @@ DAG factorial(DAG n) {
   if (k < static_cast<std::int32_t>(std::size(smallFactorials))) return Newint(smallFactorials[k]);
   GroupSpace product(productBound(k));
   std::size_t count = rangeProduct(2, k, product);
-  auto digits = static_cast<Word>(count * digitsPerGroup);
-  DAG r = news(digits + 1);
-  unpackGroups(product, digitsOf(r), digits);
-  return settled(withDigits(r, INTPOS, digits), digits + 1);
+  return integerOfGroups(product, count, INTPOS);
 }
 
 }  // namespace korel

@@ -60,6 +60,8 @@ void SoftIntGcdSimpl(DAG a, DAG b, DAG out[2]);
 
 /// The integer nearest to the square root of n; 0 for a negative n.
 DAG isqrt(DAG n);
+/// The truncated square root of n > 0; `*exact` tells whether n is its square.
+DAG truncatedRoot(DAG n, bool* exact);
 /// Trial division; 1 counts as prime.
 bool isPrime(std::int32_t n);
 /// Smallest odd "prime" at or above n.

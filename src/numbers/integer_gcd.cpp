@@ -62,16 +62,19 @@ Factors euclid(Wide x, Wide y) {
 
 /// r = |u a - v b| over n groups; r may be a or b.
 void combine(Group* r, const Group* a, Group u, const Group* b, Group v, std::size_t n) {
-  // Twice the square of the base on top keeps every column positive.
+  // Twice the square of the base on top keeps every column positive. The columns are split each by
+  // itself; only a carry of -1, 0 or 1 links the steps.
   constexpr Wide bias = 2 * (Wide{groupBase} * groupBase);
-  __int128 carry = 0;
+  constexpr auto base = static_cast<std::int64_t>(groupBase);
+  std::int64_t above = 0, carry = 0;
   for (std::size_t i = 0; i < n; ++i) {
-    Wide column = bias + Wide{u} * a[i] - Wide{v} * b[i] + static_cast<Wide>(carry);
-    Parts parts = splitGroup(column);
-    r[i] = parts.rest;
-    carry = static_cast<__int128>(parts.quotient) - 2 * static_cast<__int128>(groupBase);
+    Parts parts = splitGroup(bias + Wide{u} * a[i] - Wide{v} * b[i]);
+    std::int64_t value = static_cast<std::int64_t>(parts.rest) + above + carry;
+    carry = value < 0 ? -1 : value >= base ? 1 : 0;
+    r[i] = static_cast<Group>(value - carry * base);
+    above = static_cast<std::int64_t>(parts.quotient) - 2 * base;
   }
-  if (carry >= 0) return;
+  if (above + carry >= 0) return;
   Group borrow = 0;
   for (std::size_t i = 0; i < n; ++i) {
     Group digit = r[i] + borrow;

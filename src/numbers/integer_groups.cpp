@@ -6,6 +6,8 @@
 #include "frame/errors.h"
 #include "numbers/integer.h"
 #include "numbers/integer_transform.h"
+#include "store/constants.h"
+#include "store/objects.h"
 
 namespace korel {
 
@@ -55,6 +57,31 @@ void unpackGroups(const Group* groups, Word* digits, std::size_t n) {
   }
 }
 
+void packInteger(DAG x, Group* groups) {
+  if (!isImmediate(x)) {
+    packGroups(digitsOf(x), digitCount(x), groups);
+    return;
+  }
+  std::int64_t value = immediateValue(x);
+  groups[0] = static_cast<Group>(value < 0 ? -value : value);
+}
+
+DAG integerOfGroups(const Group* groups, std::size_t n, Tag sign) {
+  n = significantGroups(groups, n);
+  if (n == 0) return cons0;
+  Group top = groups[n - 1];
+  if (n == 1 && top < Group{1} << 30) {
+    auto value = static_cast<std::int32_t>(top);
+    return immediate(sign == INTNEG ? -value : value);
+  }
+  std::size_t count = digitsPerGroup * (n - 1) + 1;
+  for (; top >= static_cast<Group>(BASE); top /= BASE) ++count;
+  DAG r = news(static_cast<Word>(count + 1));
+  unpackGroups(groups, digitsOf(r), count);
+  setHeader(r, sign, static_cast<Word>(count + 1));
+  return r;
+}
+
 // ---- linear operations
 
 int compareGroups(const Group* a, const Group* b, std::size_t n) {
@@ -97,37 +124,22 @@ Group subtractGroups(Group* r, const Group* a, std::size_t na, const Group* b, s
 }
 
 Group scaleGroups(Group* r, const Group* a, std::size_t n, Group factor, Group carry) {
+  // The products are split each by itself; only a carry of 0 or 1 links the steps.
+  Group above = carry, one = 0;
   for (std::size_t i = 0; i < n; ++i) {
-    Parts parts = splitGroup(Wide{a[i]} * factor + carry);
-    r[i] = parts.rest;
-    carry = parts.quotient;
+    Parts parts = splitGroup(Wide{a[i]} * factor);
+    Group sum = parts.rest + above + one;
+    one = sum >= groupBase;
+    r[i] = sum - (one != 0 ? groupBase : 0);
+    above = parts.quotient;
   }
-  return carry;
+  return above + one;
 }
 
 Group divideGroupsBy(Group* r, const Group* a, std::size_t n, Group divisor) {
-  // 2-by-1 division as in `splitGroup`, with the divisor normalised at run time.
-  int shift = __builtin_clzll(divisor);
-  Group normal = divisor << shift;
-  auto reciprocal = static_cast<Group>(~Wide{0} / normal - (Wide{1} << 64));
+  const GroupDivisor by(divisor);
   Group rest = 0;
-  for (std::size_t i = n; i-- > 0;) {
-    Wide x = (Wide{rest} * groupBase + a[i]) << shift;
-    auto high = static_cast<Group>(x >> 64), low = static_cast<Group>(x);
-    Wide estimate = Wide{reciprocal} * high + x;
-    Group quotient = static_cast<Group>(estimate >> 64) + 1;
-    Group left = low - quotient * normal;
-    if (left > static_cast<Group>(estimate)) {
-      --quotient;
-      left += normal;
-    }
-    if (left >= normal) {
-      ++quotient;
-      left -= normal;
-    }
-    r[i] = quotient;
-    rest = left >> shift;
-  }
+  for (std::size_t i = n; i-- > 0;) r[i] = by.divide(Wide{rest} * groupBase + a[i], &rest);
   return rest;
 }
 

@@ -48,6 +48,12 @@ class GroupSpace {
 
 /// Packs n digits into `groupsFor(n)` groups.
 void packGroups(const Word* digits, std::size_t n, Group* groups);
+/// Groups of the magnitude of an integer in either form, and how many they are.
+inline std::size_t groupCount(DAG x) { return isImmediate(x) ? 1 : groupsFor(lengthOf(x) - 1); }
+void packInteger(DAG x, Group* groups);
+/// The canonical integer of n groups: an immediate, or a fresh object without a word to spare, so that
+/// the free lists don't fill with tails.
+DAG integerOfGroups(const Group* groups, std::size_t n, Tag sign);
 /// Writes the n lowest digits of the groups; all further digits are zero.
 void unpackGroups(const Group* groups, Word* digits, std::size_t n);
 
@@ -77,12 +83,43 @@ void divideGroups(Group* q, Group* a, std::size_t na, const Group* b, std::size_
 
 // ---- single groups
 
+/// A divisor with what stands in for division by it (Moeller and Granlund, "Improved division by
+/// invariant integers", algorithm 4).
+class GroupDivisor {
+ public:
+  explicit GroupDivisor(Group divisor)
+      : shift_(__builtin_clzll(divisor)),
+        normal_(divisor << shift_),
+        reciprocal_(static_cast<Group>(~Wide{0} / normal_ - (Wide{1} << 64))) {}
+  /// Quotient of x, below divisor * 2^64; the rest goes to `*rest`.
+  Group divide(Wide x, Group* rest) const {
+    x <<= shift_;
+    auto high = static_cast<Group>(x >> 64), low = static_cast<Group>(x);
+    Wide estimate = Wide{reciprocal_} * high + x;
+    Group quotient = static_cast<Group>(estimate >> 64) + 1;
+    Group left = low - quotient * normal_;
+    if (left > static_cast<Group>(estimate)) {
+      --quotient;
+      left += normal_;
+    }
+    if (left >= normal_) {
+      ++quotient;
+      left -= normal_;
+    }
+    *rest = left >> shift_;
+    return quotient;
+  }
+
+ private:
+  int shift_;
+  Group normal_, reciprocal_;
+};
+
 /// Quotient and rest of a product, with a multiplication in place of the division.
 struct Parts {
   Group quotient, rest;
 };
-/// x divided by `base`, for x below base * 2^64 (Moeller and Granlund, "Improved division by invariant
-/// integers", algorithm 4, with the divisor shifted to the top bit).
+/// x divided by `base`, for x below base * 2^64: `GroupDivisor` for a constant.
 template <Group base>
 inline Parts splitBy(Wide x) {
   constexpr int shift = __builtin_clzll(base);

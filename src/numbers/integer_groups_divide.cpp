@@ -10,21 +10,22 @@ namespace korel {
 namespace {
 
 // Groups of divisor and quotient, measured with bench/integer_bench.cpp: below, the school method.
-constexpr std::size_t halvingGroups = 80;
+constexpr std::size_t halvingGroups = 32;
 
 // ---- the school method (Knuth, vol. 2, 4.3.1, algorithm D)
 
 /// u[0..nb] -= digit * v[0..nb); true when the result was negative and has wrapped.
 bool takeMultiple(Group* u, const Group* v, std::size_t nb, Group digit) {
-  Wide carry = 0;
-  Group borrow = 0;
+  // The products are split each by itself; only a borrow of at most 2 links the steps.
+  Group above = 0, borrow = 0;
   for (std::size_t i = 0; i < nb; ++i) {
-    carry += Wide{digit} * v[i];
-    Group part = takeLowest<groupBase>(carry) + borrow;
-    borrow = u[i] < part;
-    u[i] += (borrow != 0 ? groupBase : 0) - part;
+    Parts parts = splitGroup(Wide{digit} * v[i]);
+    auto difference = static_cast<std::int64_t>(u[i] - parts.rest - above - borrow);
+    borrow = difference < -static_cast<std::int64_t>(groupBase) ? 2 : difference < 0 ? 1 : 0;
+    u[i] = static_cast<Group>(difference) + borrow * groupBase;
+    above = parts.quotient;
   }
-  Group part = static_cast<Group>(carry) + borrow;
+  Group part = above + borrow;
   borrow = u[nb] < part;
   u[nb] += (borrow != 0 ? groupBase : 0) - part;
   return borrow != 0;
@@ -41,15 +42,14 @@ void schoolDivide(Group* q, Group* a, std::size_t na, const Group* b, std::size_
   scaleGroups(v, b, nb, factor);
   u[na] = scaleGroups(u, a, na, factor);
   const Group high = v[nb - 1], next = v[nb - 2];
+  const GroupDivisor byHigh(high);
   for (std::size_t j = na - nb + 1; j-- > 0;) {
-    Wide leading = Wide{u[j + nb]} * groupBase + u[j + nb - 1];
-    Wide estimate = leading / high, rest = leading % high;
-    while (estimate >= groupBase || estimate * next > rest * groupBase + u[j + nb - 2]) {
-      --estimate;
+    Group rest, digit = byHigh.divide(Wide{u[j + nb]} * groupBase + u[j + nb - 1], &rest);
+    while (digit >= groupBase || Wide{digit} * next > Wide{rest} * groupBase + u[j + nb - 2]) {
+      --digit;
       rest += high;
       if (rest >= groupBase) break;
     }
-    auto digit = static_cast<Group>(estimate);
     if (digit != 0 && takeMultiple(u + j, v, nb, digit)) {
       --digit;
       u[j + nb] += addGroups(u + j, u + j, nb, v, nb);

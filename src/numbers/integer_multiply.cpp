@@ -1,5 +1,6 @@
 // Products of integers: the cheap cases first, then the method by length.
 
+#include "frame/errors.h"
 #include "numbers/integer.h"
 #include "numbers/integer_groups.h"
 #include "numbers/integer_karatsuba.h"
@@ -40,6 +41,37 @@ DAG packedProduct(DAG a, DAG b, DAG r) {
 
 }  // namespace
 
+namespace {
+
+/// Product as a fresh integer of just the words that it needs.
+DAG freshProduct(DAG a, DAG b) {
+  Tag sign = tagOf(a) == tagOf(b) ? INTPOS : INTNEG;
+  std::size_t na = groupCount(a), nb = groupCount(b);
+  if (na == 1 && nb == 1) {
+    Group x, y;
+    packInteger(a, &x);
+    packInteger(b, &y);
+    Parts parts = splitGroup(Wide{x} * y);
+    const Group product[2] = {parts.rest, parts.quotient};
+    return integerOfGroups(product, 2, sign);
+  }
+  if (digitsPerGroup * (na + nb) > std::size_t{maxLength}) KernelException("object too large");
+  const bool square = a == b;
+  GroupSpace x(na + (square ? 0 : nb) + na + nb, GroupSpace::optional);
+  if (x.missing()) {
+    DAG softA = isImmediate(a) ? NewSoftInt(a) : a, softB = isImmediate(b) ? NewSoftInt(b) : b;
+    Word space = lengthOf(softA) + lengthOf(softB) - 1;
+    return settled(KaratsubaProduct(softA, softB, news(space)), space);
+  }
+  Group *y = square ? x : x + na, *product = y + nb;
+  packInteger(a, x);
+  if (!square) packInteger(b, y);
+  multiplyGroups(product, x, na, y, nb);
+  return integerOfGroups(product, na + nb, sign);
+}
+
+}  // namespace
+
 DAG mulint(DAG a, DAG b, DAG r) {
   if (isZeroImmediate(a) || isZeroImmediate(b)) return cons0;
   if (isImmediate(a) && isImmediate(b)) {
@@ -48,12 +80,9 @@ DAG mulint(DAG a, DAG b, DAG r) {
   }
   if (a == cons1) return copied(b, r);
   if (b == cons1) return copied(a, r);
+  if (!r) return freshProduct(a, b);
   DAG softA = isImmediate(a) ? NewSoftInt(a) : a, softB = isImmediate(b) ? NewSoftInt(b) : b;
-  bool own = !r;
-  Word space = lengthOf(softA) + lengthOf(softB) - 1;
-  if (own) r = news(space);
-  DAG product = SoftIntMultiply(softA, softB, r);
-  DAG result = own ? settled(product, space) : MakeImmediate(product);
+  DAG result = MakeImmediate(SoftIntMultiply(softA, softB, r));
   if (softA != a) release(softA, lengthOf(softA));
   if (softB != b) release(softB, lengthOf(softB));
   return result;

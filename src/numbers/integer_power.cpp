@@ -1,9 +1,12 @@
 // Powers of integers, with a bound on the result's length before anything is allocated.
 
+#include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "numbers/integer.h"
 #include "numbers/integer_functions.h"
+#include "numbers/integer_groups.h"
 #include "numbers/integer_space.h"
 #include "numbers/numeric_events.h"
 #include "store/constants.h"
@@ -68,6 +71,28 @@ DAG overflow(DAG base, std::int32_t n) {
                              ini("undefined"), true);
 }
 
+/// base^n for n >= 2 by the bits of n, for a result of at most `length` decimals: square, and multiply
+/// where the bit is set, from one space into the other.
+DAG binaryPower(DAG base, std::int32_t n, std::size_t length) {
+  const std::size_t count = groupCount(base), most = length / (digitsPerGroup * 4) + 2;
+  // A product writes a group for each group of its operands: one more than the power may have.
+  GroupSpace space(count + 2 * (most + count));
+  Group *factor = space, *power = factor + count, *other = power + most + count;
+  packInteger(base, factor);
+  std::copy(factor, factor + count, power);
+  std::size_t used = count;
+  auto multiplyBy = [&](const Group* by, std::size_t groups) {
+    multiplyGroups(other, power, used, by, groups);
+    used = significantGroups(other, used + groups);
+    std::swap(power, other);
+  };
+  for (int bit = 30 - __builtin_clz(static_cast<unsigned>(n)); bit >= 0; --bit) {
+    multiplyBy(power, used);
+    if ((n >> bit & 1) != 0) multiplyBy(factor, count);
+  }
+  return integerOfGroups(power, used, hasTag(base, INTNEG) && n % 2 != 0 ? INTNEG : INTPOS);
+}
+
 /// base^n for heap base, not 1 or -1. A heap result is canonical but for its size; it may be an
 /// immediate.
 DAG heapPower(DAG base, std::int32_t n) {
@@ -87,15 +112,7 @@ DAG heapPower(DAG base, std::int32_t n) {
   if (words >= largestSpace) return overflow(base, n);
   if (n == 1) return CopyAlg(base);
 
-  // A product writes a digit for each digit of its operands: one more than the power may have.
-  auto space = static_cast<Word>(words + 1);
-  DAG power = CopyIntoSoftInt(news(space), base);
-  int bit = 30 - __builtin_clz(static_cast<unsigned>(n));
-  for (; bit >= 0; --bit) {
-    SoftIntMultiply(power, power, power);
-    if ((n >> bit & 1) != 0) SoftIntMultiply(power, base, power);
-  }
-  return trimmed(power, space);
+  return binaryPower(base, n, static_cast<std::size_t>(length));
 }
 
 bool isUnit(DAG heap) { return digitCount(heap) == 1 && digitsOf(heap)[0] == 1; }

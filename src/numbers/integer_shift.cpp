@@ -71,17 +71,22 @@ DAG shifted(DAG x, std::int64_t k, bool rounding) {
 
   DAG heap = isImmediate(x) ? NewSoftInt(x) : x;
   auto count = static_cast<Word>(words);
-  Word space = count + 2;  // room for a carry out of the top
+  Word space = count + 1;
   DAG r = news(space);
   Word* digit = digitsOf(r);
   shiftDigits(digitsOf(heap), digitCount(heap), k, digit, count);
   if (k < 0 && rounding && roundsAway(heap, -k)) {
     Word i = 0;
     while (i < count && digit[i] == static_cast<Word>(BASE) - 1) digit[i++] = 0;
-    if (i == count)
-      digit[count++] = 1;
-    else
+    if (i < count) {
       ++digit[i];
+    } else {
+      // A carry out of the top, which is rare: a digit more.
+      release(r, space);
+      r = news(++space);
+      std::memset(digitsOf(r), 0, std::size_t{count} * sizeof(Word));
+      digitsOf(r)[count++] = 1;
+    }
   }
   withDigits(r, tagOf(heap), count);
   if (heap != x) release(heap, lengthOf(heap));

@@ -31,6 +31,12 @@ inline DAG withDigits(DAG x, Tag sign, Word count) {
   return x;
 }
 
+/// Gives back an intermediate result that nothing refers to; `kept` are what it may be one of.
+template <class... Kept>
+inline void discard(DAG x, Kept... kept) {
+  if (isObject(x) && !(... || (x == kept))) release(x, lengthOf(x));
+}
+
 /// A fresh heap copy of `x` in either form, with room for `extra` more words.
 inline DAG softCopy(DAG x, Word extra = 0) {
   return CopyIntoSoftInt(news(softIntLengthBound(x) + extra), x);

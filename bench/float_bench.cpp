@@ -1,0 +1,124 @@
+// Floats against MPFR of the same precision: products, quotients, square roots. Exact sums and factorials
+// against GMP.
+
+#include <cmath>
+#include <random>
+#include <string>
+
+#include "eval/environment_variables.h"
+#include "eval/evaluate.h"
+#include "eval/simplify.h"
+#include "numbers/float.h"
+#include "numbers/integer_functions.h"
+#include "numbers/numeric_events.h"
+#include "row.h"
+#include "store/objects.h"
+#include "text/source.h"
+
+#ifdef KOREL_HAVE_MPFR
+#include <gmp.h>
+#include <mpfr.h>
+#endif
+
+using namespace korel;
+using namespace korel::bench;
+
+namespace {
+
+#ifdef KOREL_HAVE_MPFR
+
+// A FLOAT and the integers in it, which no one else refers to.
+void discardFloat(DAG x) {
+  DAG m = x[1];
+  if (isObject(m)) release(m, lengthOf(m));
+  release(x, lengthOf(x));
+}
+
+std::string decimals(int n, unsigned seed) {
+  std::mt19937 random(seed);
+  std::string s = "7.";
+  while (static_cast<int>(s.size()) <= n) s += static_cast<char>('0' + random() % 10);
+  s.back() = '3';
+  return s;
+}
+
+template <class Korel, class Mpfr>
+void floatRow(const char* what, int digits, int rounds, Korel&& korel, Mpfr&& mpfr) {
+  char name[64];
+  std::snprintf(name, sizeof name, "float %s, %d digits", what, digits);
+  row(name, "us", 1e6 / rounds, "MPFR",
+      [&] {
+        for (int i = 0; i < rounds; ++i) korel();
+      },
+      [&] {
+        for (int i = 0; i < rounds; ++i) mpfr();
+      });
+}
+
+int digits;
+
+DAG floatRows() {
+  // The flag is up, as it is after the first inexact result of a session.
+  SetNumericStatusFlag(inexactEvent, 1);
+  assignenv(ini("Digits"), immediate(digits));
+  std::string ta = decimals(digits, 1), tb = decimals(digits, 2);
+  DAG a = simpl(parsestring(ta.c_str(), 1)), b = simpl(parsestring(tb.c_str(), 1));
+  const auto bits = static_cast<mpfr_prec_t>(std::ceil(digits * std::log2(10.0)));
+  mpfr_t x, y, r;
+  mpfr_inits2(bits, x, y, r, nullptr);
+  mpfr_set_str(x, ta.c_str(), 10, MPFR_RNDN);
+  mpfr_set_str(y, tb.c_str(), 10, MPFR_RNDN);
+  const int rounds = digits <= 20 ? 100000 : digits <= 100 ? 50000 : digits <= 1000 ? 2000 : 20;
+  floatRow("product", digits, rounds, [&] { discardFloat(FloatMultiply(a, b)); },
+           [&] { mpfr_mul(r, x, y, MPFR_RNDN); });
+  floatRow("quotient", digits, rounds, [&] { discardFloat(evalfdiv(a, b)); },
+           [&] { mpfr_div(r, x, y, MPFR_RNDN); });
+  floatRow("square root", digits, rounds, [&] { discardFloat(evalfsqrt(a)); },
+           [&] { mpfr_sqrt(r, x, MPFR_RNDN); });
+  mpfr_clears(x, y, r, nullptr);
+  return null;
+}
+
+DAG exactRows() {
+  static DAG statement;
+  statement = simpl(parsestring("add(1/k, k = 1..5000)", 1));
+  row("sum of 1/k to 5,000", "ms", 1e3, "GMP, mpq_add in a loop", [] { eval(statement); },
+      [] {
+        mpq_t sum, term;
+        mpq_inits(sum, term, nullptr);
+        for (unsigned long k = 1; k <= 5000; ++k) {
+          mpq_set_ui(term, 1, k);
+          mpq_add(sum, sum, term);
+        }
+        mpq_clears(sum, term, nullptr);
+      });
+  row("factorial of 10,000", "us", 1e6, "GMP, mpz_fac_ui",
+      [] {
+        DAG f = factorial(immediate(10000));
+        release(f, lengthOf(f));
+      },
+      [] {
+        mpz_t f;
+        mpz_init(f);
+        mpz_fac_ui(f, 10000);
+        mpz_clear(f);
+      });
+  return null;
+}
+
+#endif
+
+}  // namespace
+
+int main() {
+#ifdef KOREL_HAVE_MPFR
+  startKernel();
+  for (int n : {20, 100, 1000, 10000}) {
+    digits = n;
+    runInKernel(floatRows);
+  }
+  runInKernel(exactRows);
+#else
+  std::puts("MPFR is not installed: no reference for floats");
+#endif
+}
