@@ -1,6 +1,7 @@
 // The simplifier: fresh sums of 10, 100 and 1,000 terms, half of them equal in pairs.
 
 #include <algorithm>
+#include <string>
 #include <utility>
 #include <vector>
 

@@ -94,7 +94,9 @@ void multiplyZero(Product& product, DAG base, DAG exponent) {
     product.result =
         TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, consfNaN, true);
   } else if (consneg(exponent)) {
-    KernelException("division by zero");
+    // A float over an exact zero is a float infinity and an event.
+    if (!product.coefficient || !isFloat(product.coefficient)) KernelException("division by zero");
+    product.coefficient = simpl(TrapFDIV(SuppressHFloats(product.coefficient), cons0));
   } else {
     fold(product, base);
   }
@@ -157,6 +159,12 @@ void multiplyReal(Product& product, DAG base, DAG exponent) {
 
 void multiplyFloat(Product& product, DAG base, DAG exponent) {
   if (exponent == cons1) return fold(product, base);
+  if (isZero(base) && isZero(exponent)) return multiplyZero(product, base, exponent);
+  // Division by a float is one operation, rounded once.
+  if (exponent == consm1 && !isZero(base) && product.coefficient && isNumeric(product.coefficient)) {
+    product.coefficient = simpl(evalfdiv(evalf(product.coefficient), base));
+    return;
+  }
   bool isSpecial = isTag(base, FLOAT) && isTag(base[2], NAME);
   bool isSpecialExponent = isTag(exponent, FLOAT) && isTag(exponent[2], NAME);
   if (isSpecial || isSpecialExponent || (isZero(base) && consneg(exponent)))

@@ -68,7 +68,9 @@ DAG cx2opmul(DAG a, DAG b) {
   if (hasUndefinedPart(a) && isZero(b)) return noNumber;
   if (hasUndefinedPart(b) && isZero(a)) return noNumber;
   DAG x = a[1], y = a[2], u = b[1], v = b[2];
-  if (isNumeric(x) && isNumeric(y) && isNumeric(u) && isNumeric(v))
+  // Beside an undefined part a zero part still gives zeros.
+  const bool numbers = isNumeric(x) && isNumeric(y) && isNumeric(u) && isNumeric(v);
+  if (numbers && !hasUndefinedPart(a) && !hasUndefinedPart(b))
     return new3(COMPLEX, add(mul(x, u), negate(mul(y, v))), add(mul(x, v), mul(y, u)));
   auto sum = [](DAG p, DAG q) { return simpl(new5(SUM, p, cons1, q, cons1)); };
   return new3(COMPLEX, sum(CX_MUL_COMP2(x, u), negate(CX_MUL_COMP2(y, v))),

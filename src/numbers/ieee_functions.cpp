@@ -189,7 +189,7 @@ DAG scale(StandardName operation, DAG base, DAG a, DAG b) {
     return floats ? DefaultUnderflow(sign) : cons0;
   }
   if (isComplex(b) || !isNumeric(b)) return unevaluated(operation, a, b);
-  if (base == cons10 && isFLOAT(a)) return newFLOAT(mantissaOf(a), add(exponentOf(a), b));
+  if (base == cons10 && isFLOAT(a) && isInteger(b)) return newFLOAT(mantissaOf(a), add(exponentOf(a), b));
   return new5(PROD, a, cons1, base, b);
 }
 
