@@ -5,11 +5,17 @@
 #include <cerrno>
 #include <csignal>
 
+#include "frame/output.h"
+
 namespace korel {
 
 namespace {
 volatile std::sig_atomic_t pending = 0;
-void mark(int) { pending = 1; }
+void mark(int) {
+  pending = 1;
+  // A slow statement is followed by few others: the next one asks.
+  pollInterruptSoon();
+}
 }  // namespace
 
 void catchInterrupts() {

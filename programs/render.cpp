@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "frame/errors.h"
 #include "frame/interface.h"
 #include "numbers/float.h"
 #include "numbers/integer.h"
@@ -26,15 +27,28 @@ std::FILE* redirected = nullptr;
 
 std::FILE* output() { return redirected != nullptr ? redirected : stdout; }
 
-void putCharacter(void*, int c) { putc_unlocked(c, output()); }
+// The printer's last character: an interrupt or a time limit can stop it anywhere in a line.
+int lastPrinted = '\n';
+
+void putCharacter(void*, int c) {
+  lastPrinted = c;
+  putc_unlocked(c, output());
+}
 void putText(const char* text) { std::fputs(text, output()); }
 void putFailure(void*, const char* text) { std::fprintf(output(), "Output Error: %s", text); }
 
 void endLine() {
+  lastPrinted = '\n';
   putc_unlocked('\n', output());
   // A person sees what a long statement writes while it runs; a pipe gets it at the end.
   static const bool seen = isatty(STDOUT_FILENO) != 0;
   if (seen) std::fflush(stdout);
+}
+
+/// A message on a stopped statement begins a line of its own.
+void leaveBrokenLine() {
+  bool stopped = SpecialError == computationInterrupted || SpecialError == timeExpired;
+  if (stopped && lastPrinted != '\n') endLine();
 }
 
 /// Objects as results show them, broken at the screen's width.
@@ -104,6 +118,7 @@ DAG procedureOf(DAG exception) {
 }
 
 DAG showException(DAG arguments) {
+  leaveBrokenLine();
   putText("Error, ");
   if (DAG procedure = procedureOf(arguments)) {
     putText("(in ");
@@ -122,6 +137,7 @@ DAG showPieces(DAG arguments) {
 }
 
 DAG showInterrupt(DAG) {
+  leaveBrokenLine();
   putText("Warning, computation interrupted");
   endLine();
   return null;

@@ -369,6 +369,8 @@ DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
   frame.envVars = caller.envVars;
   call.traced = evaluationLevel + 14 < 4 * frame.printLevel;
   DAG result = runBody(call);
+  // The body's jump buffer is gone: an error in what follows goes to the caller.
+  call.block.jumpBuffer = call.previous->jumpBuffer;
   releaseLocals(frame.locals);
   if (!isExternalWrapper(proc) && hasOption(proc, ini("remember")))
     pcinsert(proc, key, result, -1);

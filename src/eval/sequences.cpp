@@ -10,6 +10,7 @@
 #include "structure/substitute.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/long_operation.h"
 #include "numbers/float.h"
 #include "numbers/integer.h"
 #include "store/constants.h"
@@ -58,9 +59,10 @@ void fold(Collector& c, DAG element) {
 }
 
 void begin(Collector& c) {
-  if (c.capacity >= std::int64_t{maxLength} / (c.kind == Kind::sequence ? 1 : 2) - 2)
-    KernelException("object too large");
-  if (c.kind == Kind::sequence) c.buffer = newl2(static_cast<Word>(c.capacity + 1), EXPSEQ);
+  if (c.kind == Kind::sequence) {
+    if (c.capacity >= std::int64_t{maxLength} - 2) KernelException("object too large");
+    c.buffer = newl2(static_cast<Word>(c.capacity + 1), EXPSEQ);
+  }
   if (c.kind == Kind::sum) c.folded = cons0;
   if (c.kind == Kind::product) c.folded = cons1;
 }
@@ -77,6 +79,7 @@ void collect(Collector& c, DAG element) {
     return;
   }
   if (!c.buffer) {
+    if (c.capacity >= std::int64_t{maxLength} / 2 - 2) KernelException("object too large");
     // The first pair is left for the folded number.
     c.buffer = newl2(static_cast<Word>(2 * c.capacity + 3), c.kind == Kind::sum ? SUM : PROD);
     c.used = 3;
@@ -124,7 +127,12 @@ void releaseVariable(DAG saved) {
 
 // ---- walking
 
+// What an element costs at least, in the steps of long operations. One that allocates little is not
+// followed by a statement that would ask for an interrupt.
+constexpr int elementSteps = 50;
+
 void element(Collector& c, DAG variable, DAG value, DAG expression) {
+  passWork(elementSteps);
   ++evaluationLevel;
   assign(variable, value);
   DAG result = eval(expression);
@@ -230,6 +238,7 @@ DAG dollarSequence(DAG expression, DAG variable, DAG a, DAG b) {
   DAG sequence = newl2(static_cast<Word>(count + 1), EXPSEQ);
   DAG value = a;
   for (std::int64_t k = 0; k < count; ++k) {
+    passWork(elementSteps);
     if (characters) value = charinstall(static_cast<char>(codeOf(a) + k));
     if (!expression) {
       sequence[k + 1] = value;

@@ -41,8 +41,13 @@ double cptime() {
   return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
+bool isTimeExpired() { return evalTimeLimit != 0 && cptime() * 100 > evalTimeLimit; }
+
 void checkTimeLimitInForce() {
-  if (cptime() * 100 <= evalTimeLimit) return;
+  if (isTimeExpired()) raiseTimeExpired();
+}
+
+void raiseTimeExpired() {
   evalTimeLimit = 0;
   SpecialError = timeExpired;
   KernelException("time expired");

@@ -18,6 +18,9 @@ inline void checkTimeLimit() {
   if (evalTimeLimit != 0) [[unlikely]]
     checkTimeLimitInForce();
 }
+/// Whether it has passed, and the error that says so and takes the limit away.
+bool isTimeExpired();
+[[noreturn]] void raiseTimeExpired();
 
 /// The built-in `time`: CPU seconds as a FLOAT with 3 decimals, or the time that its arguments take.
 DAG time(const BuiltinCall& call);

@@ -1,5 +1,6 @@
 #include "frame/output.h"
 
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -34,10 +35,14 @@ DAG callResultHandler(DAG x) {
 // ---- interrupts
 
 std::uint8_t interruptCounter = 0;
+// Set when a question has been asked for, which a signal handler may do at any time.
+volatile std::sig_atomic_t pollWanted = 0;
 
-void pollInterruptSoon() { interruptCounter = 255; }
+void pollInterruptSoon() { pollWanted = 1; }
 
 bool askForInterrupt() {
+  interruptCounter = 0;
+  pollWanted = 0;
   return driver.interruptCB != nullptr && driver.interruptCB(currentContext()) != 0;
 }
 

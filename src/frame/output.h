@@ -4,6 +4,7 @@
 // Output is a call of a named stream, INTERFACE_RESULT(value) and its kin, handed to whoever drives
 // the kernel by `switch2`; the driver's reply comes back. The kernel itself writes to no terminal.
 
+#include <csignal>
 #include <cstdint>
 #include <initializer_list>
 
@@ -32,13 +33,15 @@ DAG nerintokorel(DAG x);
 /// Polls for an interrupt, once in 256 calls; true when evaluation must stop.
 bool askForInterrupt();
 extern std::uint8_t interruptCounter;
+extern volatile std::sig_atomic_t pollWanted;
 inline bool TestInterrupt() {
-  // The costly question goes out when the counter wraps.
-  return (++interruptCounter == 0 && askForInterrupt()) || SpecialError == computationInterrupted;
+  // The costly question goes out when the counter wraps, or when a signal has asked for it.
+  return ((++interruptCounter == 0 || pollWanted != 0) && askForInterrupt()) ||
+         SpecialError == computationInterrupted;
 }
 /// Acts on an interrupt: raises "interrupted" as a special error.
 void jumpback();
-/// Makes the next `TestInterrupt` poll.
+/// Makes the next `TestInterrupt` poll. A signal handler may call it.
 void pollInterruptSoon();
 
 /// The status report: words used, words held, CPU seconds and the collector's figures.

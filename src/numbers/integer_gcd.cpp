@@ -98,6 +98,7 @@ std::size_t gcdGroups(Group* a, std::size_t na, Group* b, std::size_t nb, Group*
   GroupSpace space(std::max(na, nb) + 1);
   Group* spare = space;
   for (;;) {
+    passGroupWork(4 * na);
     na = significantGroups(a, na);
     nb = significantGroups(b, nb);
     if (na < nb || (na == nb && compareGroups(a, b, na) < 0)) {

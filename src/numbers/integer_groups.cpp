@@ -20,10 +20,21 @@ constexpr std::size_t transformGroups = 240;
 
 }  // namespace
 
-GroupSpace::GroupSpace(std::size_t count, Need need) : groups_(own_) {
+GroupSpace* GroupSpace::innermost_ = nullptr;
+
+GroupSpace::GroupSpace(std::size_t count, Need need) : outer_(innermost_), groups_(own_) {
+  innermost_ = this;
   if (count <= ownCount) return;
   groups_ = static_cast<Group*>(std::malloc(count * sizeof(Group)));
-  if (groups_ == nullptr && need == required) KernelException("object too large");
+  if (groups_ != nullptr || need == optional) return;
+  releaseAll();
+  KernelException("object too large");
+}
+
+void GroupSpace::releaseAll() {
+  for (GroupSpace* space = innermost_; space != nullptr; space = space->outer_)
+    if (space->groups_ != space->own_) std::free(space->groups_);
+  innermost_ = nullptr;
 }
 
 // ---- packing
@@ -178,6 +189,7 @@ void schoolSquare(Group* r, const Group* a, std::size_t n) {
 }  // namespace
 
 void schoolProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb) {
+  passGroupWork(na * nb);
   if (a == b && na == nb && na > 2) {
     schoolSquare(r, a, na);
     return;

@@ -8,12 +8,14 @@
 //
 // Everything here works on plain arrays of canonical groups, lowest first, whose length is given; high
 // groups may be zero. Results don't overlap operands unless a line says so. Scratch comes from the
-// system and goes back before the return.
+// system and goes back before the return, or before the error of an interrupt or a time limit, which
+// cuts any of the long operations short.
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 
+#include "frame/long_operation.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -27,24 +29,38 @@ constexpr std::size_t groupsFor(std::size_t digits) {
 }
 
 /// Scratch groups: a few on the stack, more from the system. A system without memory is the error
-/// "object too large" (which leaves outer spaces behind), or `missing` for an optional space.
+/// "object too large", or `missing` for an optional space. Spaces in use form a chain, since an error
+/// passes over their destructors: who raises one gives all of them back by `releaseAll`. Nothing that
+/// works on groups calls anything else, so that all belong to the operation that fails.
 class GroupSpace {
  public:
   enum Need { required, optional };
   explicit GroupSpace(std::size_t count, Need need = required);
   ~GroupSpace() {
     if (groups_ != own_) std::free(groups_);
+    innermost_ = outer_;
   }
   GroupSpace(const GroupSpace&) = delete;
   GroupSpace& operator=(const GroupSpace&) = delete;
   bool missing() const { return groups_ == nullptr; }
   operator Group*() const { return groups_; }  // NOLINT: reads as an array
 
+  static void releaseAll();
+
  private:
   static constexpr std::size_t ownCount = 80;
+  static GroupSpace* innermost_;
+  GroupSpace* outer_;
   Group* groups_;
   Group own_[ownCount];
 };
+
+/// Counts the work of an operation on groups, in single steps; an interrupt or a time limit ends it.
+inline void passGroupWork(std::size_t steps) {
+  if (!isTimeUp(static_cast<std::int64_t>(steps))) return;
+  GroupSpace::releaseAll();
+  endOperation();
+}
 
 /// Packs n digits into `groupsFor(n)` groups.
 void packGroups(const Word* digits, std::size_t n, Group* groups);

@@ -44,6 +44,7 @@ void schoolDivide(Group* q, Group* a, std::size_t na, const Group* b, std::size_
   const Group high = v[nb - 1], next = v[nb - 2];
   const GroupDivisor byHigh(high);
   for (std::size_t j = na - nb + 1; j-- > 0;) {
+    passGroupWork(nb);
     Group rest, digit = byHigh.divide(Wide{u[j + nb]} * groupBase + u[j + nb - 1], &rest);
     while (digit >= groupBase || Wide{digit} * next > Wide{rest} * groupBase + u[j + nb - 2]) {
       --digit;

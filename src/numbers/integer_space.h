@@ -12,6 +12,20 @@ inline DAG trimmed(DAG x, Word space) {
   return x;
 }
 
+/// Makes what `x`, allocated with `space` words, leaves unused an object of its own: a long operation
+/// may be cut short, and the collector then finds the heap in order. `trimmed` gives it back all the same.
+inline void coverTail(DAG x, Word space) {
+  DAG tail(x.word + 4 * lengthOf(x) + 4);
+  Word unused = space - lengthOf(x);
+  if (unused == 0) return;
+  if (unused == 1) {
+    controlWord(tail) = 1;  // a free word
+    return;
+  }
+  controlWord(tail) = 0;
+  setHeader(tail, GARBAGE, unused - 1);
+}
+
 /// The canonical integer of heap `x`, which was allocated with `space` words: an immediate releases
 /// them, otherwise the unused tail goes back.
 inline DAG settled(DAG x, Word space) {

@@ -66,6 +66,17 @@ inline Group montgomery(Group a, Group b, const Field& f) {
 }
 inline Group below(Group x, Group bound) { return x >= bound ? x - bound : x; }
 
+// Entries of the tables between two looks for an interrupt, and what one costs in steps.
+constexpr std::size_t tableRun = 4096, tableSteps = 40;
+// Blocks that fit in the cache pass their work at once.
+constexpr std::size_t largestUncounted = 4096;
+void passTransformWork(std::size_t n) {
+  if (n > largestUncounted)
+    passGroupWork(3 * n);
+  else if (n > largestUncounted / 4)
+    passGroupWork(20 * n);
+}
+
 /// Tables for transforms of `length` and shorter. They grow by doubling and stay.
 bool prepareTables(std::size_t length) {
   std::size_t half = length / 2;
@@ -88,6 +99,7 @@ bool prepareTables(std::size_t length) {
       Group w = powerModulo(f.root, Group{1} << (rootOrderBits - bits - 2), f.prime);
       Group back = powerModulo(w, f.prime - 2, f.prime);
       for (std::size_t j = 0; j < level; ++j) {
+        if (j % tableRun == 0) passGroupWork(tableRun * tableSteps);
         f.roots[level + j] = multiplyModulo(f.roots[j], w, f.prime);
         f.backRoots[level + j] = multiplyModulo(f.backRoots[j], back, f.prime);
         f.rootQuotients[level + j] = shoup(f.roots[level + j], f.prime);
@@ -108,6 +120,7 @@ bool prepareTables(std::size_t length) {
 void forward(Group* x, std::size_t n, std::size_t j, const Field& f) {
   const Group p = f.prime, p2 = 2 * p;
   if (n == 1) return;
+  passTransformWork(n);
   if (n == 2) {
     Group a = below(x[0], p2), b = timesRoot(x[1], f.roots[j], f.rootQuotients[j], p);
     x[0] = a + b;
@@ -135,6 +148,7 @@ void forward(Group* x, std::size_t n, std::size_t j, const Field& f) {
 void backward(Group* x, std::size_t n, std::size_t j, const Field& f) {
   const Group p = f.prime, p2 = 2 * p;
   if (n == 1) return;
+  passTransformWork(n);
   if (n == 2) {
     Group a = x[0], b = x[1];
     x[0] = below(a + b, p2);
@@ -317,8 +331,8 @@ bool transformProduct(Group* r, const Group* a, std::size_t na, const Group* b, 
   std::size_t count = ca + cb - 1;
   std::size_t length = transformLength(count);
   if (!prepareTables(isPowerOfTwo(length) ? length : length / 3 * 4)) return false;
-  auto* space = static_cast<Group*>(std::malloc((square ? 2 : 3) * length * sizeof(Group)));
-  if (space == nullptr) return false;
+  GroupSpace space((square ? 2 : 3) * length, GroupSpace::optional);
+  if (space.missing()) return false;
 
   auto load = [&](Group* x, const Group* from, std::size_t n, std::size_t coefficients) {
     if (shortCoefficients)
@@ -342,7 +356,6 @@ bool transformProduct(Group* r, const Group* a, std::size_t na, const Group* b, 
     finish(x, length, f);
   }
   assemble(r, na + nb, space, space + length, count, shortCoefficients);
-  std::free(space);
   return true;
 }
 

@@ -8,6 +8,7 @@
 
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/long_operation.h"
 #include "text/long_string.h"
 #include "text/print_object.h"
 
@@ -154,8 +155,12 @@ void printUnderTrap(DAG object, Sink sink, ErrorSink onError, int width, void* c
 
 // ---- the walk
 
+// What an object on its way through the printer costs, in the steps of long operations.
+constexpr int objectSteps = 50;
+
 void printObject(DAG x, int min) {
   checkStack();
+  passWork(objectSteps);
   ++printDepth;
   if (printAddresses) printAddress(x);
   if (x) {
