@@ -1,13 +1,17 @@
-// The store: allocation and release of small objects, look-up of names.
+// The store: allocation and release of small objects, look-up of names, collections.
 
 #include <cstdlib>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+#include "eval/statements.h"
+#include "frame/output.h"
 #include "row.h"
+#include "store/collector.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "text/source.h"
 
 using namespace korel;
 using namespace korel::bench;
@@ -16,6 +20,62 @@ namespace {
 
 constexpr int objectCount = 1000000;
 constexpr int nameCount = 2000;
+
+// A tree of blocks from the system, walked as the marker walks: what a collection over as many live
+// objects is measured against. It is built and freed once for all rounds.
+struct Node {
+  Node* left;
+  Node* right;
+  std::uint32_t label;
+};
+constexpr int treeDepth = 19;  // 2^20 - 1 nodes
+
+Node* plant(int depth) {
+  auto* node = static_cast<Node*>(std::malloc(sizeof(Node)));
+  *node = {depth > 0 ? plant(depth - 1) : nullptr, depth > 0 ? plant(depth - 1) : nullptr, 0};
+  return node;
+}
+void label(Node* node, std::uint32_t mark) {
+  if (node == nullptr || node->label == mark) return;
+  node->label = mark;
+  label(node->left, mark);
+  label(node->right, mark);
+}
+void fell(Node* node) {
+  if (node == nullptr) return;
+  fell(node->left);
+  fell(node->right);
+  std::free(node);
+}
+
+DAG plantInHeap(int depth) {
+  return depth > 0 ? new3(EQUATION, plantInHeap(depth - 1), plantInHeap(depth - 1))
+                   : new3(EQUATION, cons1, cons0);
+}
+
+// Work that leaves garbage behind, as a statement's loop does: collections included.
+DAG loop() {
+  DAG statement = parsestring("for i to 1000000 do [i, f(i)] od:", 0);
+  return evalstat(nerintokorel(statement), modeSilent);
+}
+
+DAG collectionRows() {
+  static DAG tree = plantInHeap(treeDepth);
+  ProtectFromGC(tree);
+  static Node* nodes = plant(treeDepth);
+  static std::uint32_t mark = 0;
+  row("collection over 10^6 live objects", "ms", 1e3, "walk over a tree of malloc's blocks",
+      [] { gc(); }, [] { label(nodes, ++mark); });
+  AllowGC(tree);
+  fell(nodes);
+  row("10^6 rounds of an allocating loop", "ms", 1e3, "trees of as many nodes, made and freed",
+      [] { loop(); },
+      [] {
+        // Four objects a round: 2^22 nodes in trees of 2^10.
+        for (int i = 0; i < 4096; ++i) fell(plant(9));
+      });
+  return null;
+}
 
 DAG rows() {
   static std::vector<DAG> objects(1000);
@@ -61,4 +121,5 @@ DAG rows() {
 int main() {
   startKernel();
   runInKernel(rows);
+  runInKernel(collectionRows);
 }

@@ -39,23 +39,30 @@ int codeOf(DAG string) { return static_cast<unsigned char>(textOf(string)[0]); }
 // ---- collecting results
 
 // The result under construction: members of a sequence, or a folded number beside a buffer of terms.
+//
+// Elements are made one level below, and what they leave behind is released from there. The buffer and
+// the folded number's place are objects of the loop's own level, through which what they refer to stays
+// alive: nothing passes the write barrier, which would keep an element's whole generation.
 struct Collector {
   Kind kind;
   std::int64_t capacity;  // how many elements can come
   DAG buffer;             // EXPSEQ of members, or SUM or PROD of pairs; 0 until the first term
   Word used = 1;
-  DAG folded;
-  bool ownFolded = false;  // `folded` was made here, and nobody else refers to it
+  DAG kept;  // EXPSEQ (folded number, value of the loop variable)
+  bool ownFolded = false;  // the folded number was made here, and nobody else refers to it
+
+  DAG folded() const { return kept[1]; }
 };
 
 // The number folds on. What was folded before goes back at once: a long sum leaves nothing to collect.
 void fold(Collector& c, DAG element) {
-  DAG before = c.folded;
-  c.folded = c.kind == Kind::sum ? add(before, element) : mul(before, element);
-  if (c.folded == before) return;
+  DAG before = c.folded();
+  DAG folded = c.kind == Kind::sum ? add(before, element) : mul(before, element);
+  if (folded == before) return;
+  c.kept[1] = folded;
   if (c.ownFolded) release(before, lengthOf(before));
-  c.ownFolded = c.folded != element && isObject(c.folded) && !isSimplified(c.folded) &&
-                isInteger(c.folded);
+  c.ownFolded =
+      folded != element && isObject(folded) && !isSimplified(folded) && isInteger(folded);
 }
 
 void begin(Collector& c) {
@@ -63,8 +70,7 @@ void begin(Collector& c) {
     if (c.capacity >= std::int64_t{maxLength} - 2) KernelException("object too large");
     c.buffer = newl2(static_cast<Word>(c.capacity + 1), EXPSEQ);
   }
-  if (c.kind == Kind::sum) c.folded = cons0;
-  if (c.kind == Kind::product) c.folded = cons1;
+  c.kept = new3(EXPSEQ, c.kind == Kind::product ? cons1 : cons0, cons0);
 }
 
 void collect(Collector& c, DAG element) {
@@ -81,7 +87,9 @@ void collect(Collector& c, DAG element) {
   if (!c.buffer) {
     if (c.capacity >= std::int64_t{maxLength} / 2 - 2) KernelException("object too large");
     // The first pair is left for the folded number.
+    --evaluationLevel;
     c.buffer = newl2(static_cast<Word>(2 * c.capacity + 3), c.kind == Kind::sum ? SUM : PROD);
+    ++evaluationLevel;
     c.used = 3;
   }
   c.buffer[c.used] = element;
@@ -94,9 +102,9 @@ DAG finish(Collector& c) {
     if (c.used != lengthOf(c.buffer)) shorten(c.buffer, lengthOf(c.buffer), c.used);
     return simpl(c.buffer);
   }
-  c.folded = simpl(c.folded);
-  if (!c.buffer) return c.folded;
-  c.buffer[1] = c.folded;
+  DAG folded = simpl(c.folded());
+  if (!c.buffer) return folded;
+  c.buffer[1] = folded;
   c.buffer[2] = cons1;
   if (c.used != lengthOf(c.buffer)) shorten(c.buffer, lengthOf(c.buffer), c.used);
   return simpl(c.buffer);
@@ -134,14 +142,13 @@ constexpr int elementSteps = 50;
 void element(Collector& c, DAG variable, DAG value, DAG expression) {
   passWork(elementSteps);
   ++evaluationLevel;
+  c.kept[2] = value;
   assign(variable, value);
   DAG result = eval(expression);
   // A variable's value may be overwritten by the next round: a shared object is made of it now.
   if (c.kind == Kind::sequence) result = simpl(result);
-  --evaluationLevel;
-  // What the element made lives on in the result, whose level is this one.
-  updategen(result);
   collect(c, result);
+  --evaluationLevel;
   collectInLoop();
 }
 
@@ -177,7 +184,9 @@ DAG overNumbersOrCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expressio
   DAG value = a;
   for (std::int64_t k = 0; k < count; ++k) {
     element(c, variable, value, expression);
+    ++evaluationLevel;
     value = simpl(increment(value));
+    --evaluationLevel;
   }
   return finish(c);
 }

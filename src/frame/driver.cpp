@@ -216,6 +216,8 @@ DAG evaluateStatement(const Task& task) {
     if (firstRun) greet();
     if (needsInit) readStartFiles();
     waitingStatement = DAG();
+    // What the start has made lasts; what statements make from here on does not.
+    endOfStatement(evaluationLevel + 1);
   }
   DAG x = task.statement;
   if (!x) return DAG();

@@ -11,7 +11,8 @@ namespace korel {
 namespace {
 
 // Neighbouring generations that get one number. Those that are not released stand in the order of
-// their age; the lowest levels at which they allocated and at which a statement ended do not fall.
+// their age; the lowest levels at which they allocated and at which a statement ended do not fall. The
+// first is never released, so that it stays by itself: what joined it would never die.
 struct Group {
   int last;            // the youngest generation of the group
   std::int32_t level;  // `genc`
@@ -25,7 +26,7 @@ struct Groups {
   int count = 0;
 
   void add(const Group& group) {
-    if (count != 0 && list[count - 1].sameAs(group))
+    if (count > 1 && list[count - 1].sameAs(group))
       list[count - 1].last = group.last;
     else
       list[count++] = group;
@@ -49,7 +50,7 @@ struct Groups {
       list[best].last = list[best + 1].last;
       remove(best + 1);
     }
-    if (list[best - 1].sameAs(list[best])) {
+    if (best > 1 && list[best - 1].sameAs(list[best])) {
       list[best - 1].last = list[best].last;
       remove(best);
     }

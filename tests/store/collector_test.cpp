@@ -8,6 +8,7 @@
 #include "eval/simplify.h"
 #include "eval/statements.h"
 #include "kernel_fixture.h"
+#include "numbers/float.h"
 #include "numbers/integer.h"
 #include "store/allocator.h"
 #include "store/constants.h"
@@ -91,6 +92,139 @@ TEST(Collector, FiguresAddUp) {
   gc();
   InExternalCall = false;
   EXPECT_EQ(totgcs, collections + 1);
+}
+
+// The write barrier: an object that a deeper level made, and nothing refers to, outlives the end of that
+// level once it is relabelled for an outer one, and what it refers to with it.
+TEST(Collector, TheBarrierKeepsWhatOutlivesItsLevel) {
+  say("0;");
+  const std::int32_t level = evaluationLevel;
+  auto madeBelow = [] { return new2(UNEVAL, new2(LIST, newSequence({Newint(2000000000)}))); };
+  evaluationLevel = level + 20;
+  endOfStatement(level + 20);
+  nextgcgen = cused - 1;
+  endOfStatement(level + 20);  // a generation of that level alone
+  DAG lost = madeBelow(), kept = madeBelow();
+  nextgcgen = cused - 1;
+  endOfStatement(level + 20);
+  evaluationLevel = level + 2;
+  updategen(kept);
+  EXPECT_EQ(generationOf(kept), static_cast<Word>(gcgen));
+  EXPECT_LE(genc[gcgen], level + 2);
+  endOfStatement(level + 10);
+  EXPECT_EQ(genc[generationOf(lost)], 0);
+  gc();
+  evaluationLevel = level;
+  EXPECT_EQ(text(kept), "'[2000000000]'");
+  EXPECT_NE(generationOf(kept), 0u);
+  EXPECT_EQ(heapFault(), "");
+}
+
+// Labels run out no sooner than levels do: neighbours join, the first generation stays by itself.
+TEST(Collector, ThousandsOfLevelsShareTheLabels) {
+  const std::int32_t level = evaluationLevel;
+  DAG chain = null;
+  for (int depth = 1; depth <= 3000; ++depth) {
+    evaluationLevel = level + 3 * depth;
+    chain = new3(EXPSEQ, chain, Newint(2000000000 + depth));
+    nextgcgen = cused - 1;
+    if (gcgen >= 1000) gc();
+    endOfStatement(evaluationLevel);
+  }
+  gc();
+  EXPECT_LE(gcgen, 512);
+  EXPECT_EQ(gcgen, static_cast<int>((2042 - 3 * incrgc / (incrgen - 1) + 1) / 2)) << incrgen;
+  EXPECT_EQ(heapFault(), "");
+  int length = 0;
+  for (DAG at = chain; at != null; at = at[1]) ++length;
+  EXPECT_EQ(length, 3000);
+  evaluationLevel = level;
+  say("0;");
+  say("gc();");
+  say("gc();");
+  EXPECT_LE(gcgen, 4);
+  EXPECT_EQ(heapFault(), "");
+}
+
+// Remember tables of `system` procedures lose the pairs that nothing else holds; a hundred such tables
+// are looked through, and the next is dropped whole. Others keep what they have.
+TEST(Collector, RememberTablesOfSystemProceduresAreWeak) {
+  auto entries = [](const char* name) {
+    DAG table = naminstall(name)[1][4];
+    return isObject(table) && hasTag(table, HASHTAB) ? hashcount(table) : -1;
+  };
+  sayAll({"strong := proc(n) option remember; [n, u] end:", "strong(1):", "strong(2):",
+          "weak := proc(n) option remember, system; {n, v} end:", "weak(1):", "held := weak(2):",
+          "seq([i], i = 1..1000):", "0:", "0:", "0:", "gc();", "gc();"});
+  EXPECT_EQ(entries("strong"), 2);
+  EXPECT_EQ(entries("weak"), 1);
+  EXPECT_EQ(say("weak(1), weak(2);"), "{1, v}, {2, v}");
+  EXPECT_EQ(heapFault(), "");
+  say("for i to 120 do many||i := proc(n) option remember, system; {n, w} end proc; (many||i)(7) od:");
+  say("gc();");
+  int whole = 0, dropped = 0;
+  for (int i = 1; i <= 120; ++i) {
+    std::string name = "many" + std::to_string(i);
+    DAG procedure = naminstall(name.c_str())[1];
+    if (!isObject(procedure) || !hasTag(procedure, PROC)) continue;
+    ++(procedure[4] == null ? dropped : whole);
+  }
+  EXPECT_EQ(heapFault(), "");
+  EXPECT_LE(whole, 100);
+  EXPECT_EQ(whole + dropped, 120);
+}
+
+// The count of words wraps, the sum that is reported does not.
+TEST(Collector, TheCountOfWordsWraps) {
+  std::int64_t before = wordsUsed();
+  cused += 100000000;
+  nextgc += 100000000;
+  nextgcgen += 100000000;
+  say("gc();");
+  EXPECT_LT(cused, 100000000);
+  std::int64_t used = wordsUsed() - before - 100000000;
+  EXPECT_GE(used, 0);
+  EXPECT_LT(used, 10000);
+  ocused -= 1;
+}
+
+// What external code makes and drops goes; what anything refers to, and other objects, stay.
+TEST(Collector, TheSmallCollectionTakesNumbersThatNobodyHolds) {
+  say("gc();");
+  DAG holder = new2(LIST, newFLOAT(Newint(2000000000), Newint(3)));
+  ProtectFromGC(holder);
+  DAG dropped = newFLOAT(Newint(2000000001), Newint(3));
+  Word at = dropped.word - 4;
+  GarbageCollectSoftwareFloats();
+  EXPECT_EQ(text(holder), "[.2000000000e13]");
+  bool isFree = false;
+  for (int i = 1; i < freeListCount; ++i)
+    for (Word block = freelist[i]; block != 0; block = wordAt(block)) {
+      Word size = i < static_cast<int>(firstClassSize) ? static_cast<Word>(i) : wordAt(block + 4);
+      isFree |= block <= at && at < block + 4 * size;
+    }
+  EXPECT_TRUE(isFree);
+  AllowGC(holder);
+  EXPECT_EQ(heapFault(), "");
+}
+
+TEST(Collector, UniqueTablesAreInOrder) {
+  sayAll({"p := proc(n) option remember; local i; [seq(x^i + i*y, i = 1..n)] end:", "p(100):",
+          "seq(cat(\"text\", i), i = 1..500):", "p := 'p':", "gc();"});
+  auto fault = [] {
+    const char* found = checkUniqueTables();
+    return std::string(found == nullptr ? "" : found);
+  };
+  EXPECT_EQ(fault(), "");
+  // Not blind: a member under another hash, and one that is there twice.
+  DAG list = simpl(new2(LIST, newSequence({naminstall("once"), cons1})));
+  hashinsert(hashalg(list) + 4096, list, simpltab);
+  EXPECT_NE(fault().find("hash that is not its own"), std::string::npos) << fault();
+  hashdelete(hashalg(list) + 4096, simpltab);
+  hashinsert(hashalg(list), list, simpltab);
+  EXPECT_NE(fault().find("twice"), std::string::npos) << fault();
+  hashdelete(hashalg(list), simpltab);
+  EXPECT_EQ(fault(), "");
 }
 
 // A program with every kind of state, collected after each statement.

@@ -1,0 +1,24 @@
+# Loops that keep nothing run in constant memory, however long.
+p := proc(n) local i, x; for i to n do x := [i, f(i)] od; x end proc:
+p(100000): a := kernelopts(bytesalloc): p(10^6); evalb(kernelopts(bytesalloc) - a < 2*10^6);
+for i to 200000 do x := [i, f(i)] od: evalb(kernelopts(bytesalloc) - a < 4*10^6);
+seq(op([f(i), i][2] - i), i = 1..200000)[-1]; evalb(kernelopts(bytesalloc) - a < 10^7);
+add(op(2, [f(i), i]), i = 1..200000); for i in [$1..100000] do [f(i)] od: evalb(kernelopts(bytesalloc) - a < 2*10^7);
+# All that is held is reachable or free: what the census counts and the free words are the whole, but for two
+# words that head each chunk.
+live := proc() local m, k, s; gc(); m := kernelopts(memusage); s := 0; for k to nops(m) do s := s + m[k][3] od; s end proc:
+live(): heads := proc() local l; l := live(); kernelopts(bytesalloc) - kernelopts(gcbytesavail) - l end proc:
+h := heads(): evalb(0 < h and h < 10000), irem(h, 8);
+# What is dropped dies, once the statements that made it have ended; the tables of unique objects keep their room.
+a := live(): l := [seq([i, f(i)], i = 1..50000)]: evalb(live() - a > 50000*14*4);
+l := 'l': seq([i], i = 1..1000): seq([i], i = 1..1000): seq([i], i = 1..1000): live(): evalb(live() - a < 50000*14*4);
+# The counters tell of each collection: one more, the words that it took, and all words that it left free.
+n := kernelopts(gctimes): gc(): kernelopts(gctimes) - n;
+seq([i, g(i)], i = 1..10000): 0: 0: 0: seq([i], i = 1..1000): gc(): evalb(kernelopts(gcbytesreturned) > 10000), evalb(kernelopts(gcbytesavail) > 10000);
+evalb(kernelopts(gcbytesavail) = 4*kernelopts(gcwordsavail)), evalb(kernelopts(gcbytesreturned) = 4*kernelopts(gcwordsreturned));
+u := kernelopts(bytesused): x := [1, 2, 3, 4]: evalb(kernelopts(bytesused) > u), evalb(kernelopts(bytesused) - u < 10000);
+# A closure keeps its variables, a remember table its values, a weak one only while they are of use elsewhere.
+c := proc() local k; k := [g(1)]; proc() k := [op(k), g(nops(k) + 1)] end proc end proc(): c(): gc(): c(): gc(): c();
+s := proc(n) option remember; [n, w] end proc: s(1): s(2): gc(): gc(): op(4, eval(s));
+w1 := proc(n) option remember, system; {n, w} end proc: w1(1): kept := w1(2): seq([i], i = 1..1000): 0: 0: gc(): gc(): op(4, eval(w1));
+w1(1);
