@@ -230,7 +230,7 @@ bool assignPlainEntry(DAG target, DAG v) {
   if (name[2] == null && isTag(table, TABLE) && table[1] == null && !isTag(key, EXPSEQ)) {
     storeEntry(key, table, v);
   } else {
-    assign(simpl(new3(TABLEREF, name, simpl(new2(EXPSEQ, key)))), v);
+    assign(simpl(new3(TABLEREF, name, singleSequence(key))), v);
   }
   return true;
 }

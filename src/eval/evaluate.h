@@ -25,7 +25,7 @@ DAG TypedLocal(DAG x);
 DAG evalfunc(DAG proc, DAG arguments, DAG name);
 /// `eval(x, a = b)`: `equations` is an EXPSEQ of equations.
 DAG evalat(DAG equations, DAG x);
-/// The concatenation of names and strings, of the type of the first.
+/// The concatenation of names, strings and integers: a string when the first is one, else a name.
 DAG korelCat(DAG parts);
 /// A CATENATE of evaluated sides, joined where they can be.
 DAG concatenate(DAG left, DAG right);

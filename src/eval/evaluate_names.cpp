@@ -308,6 +308,7 @@ DAG concatenate(DAG left, DAG right) {
     for (Word i = 1; i < lengthOf(left); ++i) sequence[i] = concatenate(left[i], right);
     return simpl(sequence);
   }
+  if (isText(left) && canJoin(right)) return joinOne(left, right);
   DAG unjoined = simpl(new3(CATENATE, left, right));
   if (!isText(left)) return unjoined;
   if (isTag(right, RANGE)) {
@@ -315,7 +316,6 @@ DAG concatenate(DAG left, DAG right) {
     DAG joined = joinRange(left, right[1], right[2]);
     return joined ? joined : unjoined;
   }
-  if (canJoin(right)) return joinOne(left, right);
   if (isTag(right, EXPSEQ)) {
     for (Word i = 1; i < lengthOf(right); ++i)
       if (!canJoin(right[i])) return unjoined;
@@ -333,7 +333,8 @@ DAG concatenate(DAG left, DAG right) {
 
 DAG korelCat(DAG parts) {
   char* text = NewLongString();
-  for (Word i = 1; i < lengthOf(parts); ++i) text = AppendStringToString(text, textOf(parts[i]));
+  for (Word i = 1; i < lengthOf(parts); ++i)
+    text = AppendStringToString(text, textOf(isInteger(parts[i]) ? KorelIntToStr(parts[i]) : parts[i]));
   return lengthOf(parts) > 1 && hasTag(parts[1], STRING) ? StringToMString(text) : StringToName(text);
 }
 

@@ -115,7 +115,11 @@ DAG assigned(const BuiltinCall& call) {
   }
   DAG name = evalname(x);
   if (isTag(name, NAME)) return truth(valuenv(name, false) != name);
-  if (isTag(name, TABLEREF) || isTag(name, FUNCTION)) return truth(simpl(eval(x)) != simpl(name));
+  if (isTag(name, TABLEREF) || isTag(name, FUNCTION)) {
+    // Asked for its last name, an entry that is a procedure or table shows itself and not its reference.
+    DAG lastName;
+    return truth(simpl(eval(x, &lastName)) != simpl(name));
+  }
   wrongParameters(call);
 }
 
@@ -218,9 +222,9 @@ DAG userinfo(const BuiltinCall& call) {
 DAG cat(const BuiltinCall& call) {
   DAG args = call.arguments;
   if (argumentCount(call) == 0) return naminstall("");
-  bool texts = true;
-  for (Word i = 1; i < lengthOf(args); ++i) texts = texts && isText(args[i]);
-  if (texts) return korelCat(args);
+  bool joinable = true;
+  for (Word i = 1; i < lengthOf(args); ++i) joinable = joinable && (isText(args[i]) || isInteger(args[i]));
+  if (joinable) return korelCat(args);
   DAG joined = isTag(args[1], STRING) ? strinstall("") : naminstall("");
   for (Word i = 1; i < lengthOf(args); ++i) joined = concatenate(joined, args[i]);
   return joined;

@@ -114,6 +114,8 @@ DAG evalArguments(DAG proc, DAG a) {
   if (!isTag(a, EXPSEQ)) return simpl(new2(EXPSEQ, simpl(eval(a))));
   DAG result = a;
   bool plain = lengthOf(proc[1]) == 1;
+  if (lengthOf(a) == 2 && (plain || passingOf(proc, 1) == Passing::value))
+    return isImmediate(a[1]) ? simpl(a) : singleSequence(simpl(evalOperand(a[1])));
   for (Word i = 1, n = lengthOf(a); i < n; ++i) {
     DAG argument = a[i];
     DAG value;

@@ -193,7 +193,7 @@ DAG evalTableReference(DAG x, DAG* lastName) {
         if (isImmediate(entry) || isTag(base, LOCAL)) return entry;
       }
     }
-    index = key == x[2][1] ? x[2] : simpl(new2(EXPSEQ, key));
+    index = key == x[2][1] ? x[2] : singleSequence(key);
   }
   if (!index) index = simpl(eval(x[2]));
   if (isTag(B, TABLE)) return tableEntry(x, B, index, name, lastName);

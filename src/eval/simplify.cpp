@@ -346,6 +346,25 @@ DAG makeUnique(DAG s) {
   return enterUnique(key, s);
 }
 
+DAG singleSequence(DAG member) {
+  if (bindingsEnabled || !isSimplified(member) || isSpliced(member)) return simpl(new2(EXPSEQ, member));
+  // The key that `hashalg` would give, and a search without an object to search for.
+  Word key = member.word + 1027 * static_cast<Word>(tagNumber(EXPSEQ));
+  if (key == 0) key = 1;
+  if (DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))]) {
+    PairAddress pair = chain.word + 4;
+    for (; pairKey(pair).word != 0; pair = nextPair(pair)) {
+      if (pairKey(pair).word != key) continue;
+      DAG found = pairValue(pair);
+      if (headerWord(found) != (EXPSEQ | 2) || found[1] != member) continue;
+      updategen(found);
+      return found;
+    }
+    searchEnd = {key, pair};
+  }
+  return enterUnique(key, new2(EXPSEQ, member));
+}
+
 DAG simplifyObject(DAG s) {
   Tag tag = tagOf(s);
   if (bindingsEnabled && tag == NAME) {

@@ -19,6 +19,9 @@ inline DAG simpl(DAG x) {
   if (isImmediate(x) || !x || (isSimplified(x) && !bindingsEnabled)) return x;
   return simplifyObject(x);
 }
+/// The unique EXPSEQ of one member. Nothing is made when there is one: calls and table entries ask for
+/// the same few again and again.
+DAG singleSequence(DAG member);
 /// `simpl` with name bindings on or off, put back on the way out.
 DAG SimplifyMaybeBind(DAG x, bool bind);
 /// Drops active bindings, as after an error.

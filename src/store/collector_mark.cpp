@@ -84,6 +84,11 @@ void markReferencesOf(DAG s) {
   work();
 }
 
+void keepLabelled(DAG s) {
+  setLabel(s, currentMark);
+  count(s);
+}
+
 void releaseMarkStack() {
   std::free(waiting);
   waiting = nullptr;

@@ -35,6 +35,8 @@ extern TagCensus census[tagCount + 1];
 void mark(DAG x);
 /// Marks all that `s` refers to, and leaves the label of `s`.
 void markReferencesOf(DAG s);
+/// Marks `s` alone; what it refers to has been seen to.
+void keepLabelled(DAG s);
 void releaseMarkStack();
 
 // ---- roots and hooks (collector_roots.cpp)

@@ -87,7 +87,8 @@ void hide(DAG table) {
   forEachChain(table, [](DAG chain) { setLabel(chain, previousMark); });
 }
 
-// Gives the number of pairs that stay.
+// What is left of a weak table is alive on its own account and has been reached, so that only the words of
+// the table itself are marked. Gives the number of pairs that stay.
 std::int64_t sweepWeakTable(DAG table) {
   std::int64_t kept = 0;
   forEachChain(table, [&kept](DAG chain) {
@@ -95,8 +96,9 @@ std::int64_t sweepWeakTable(DAG table) {
     for (Word i = 2; i < lengthOf(chain); i += 2) __builtin_prefetch(&chain[i][-1]);
     Word used = dropPairs(chain, [](DAG, DAG value) { return !isAliveOrPlain(value); });
     kept += used;
+    keepLabelled(chain);
   });
-  mark(table);
+  if (isObject(table)) keepLabelled(table);
   return kept;
 }
 
