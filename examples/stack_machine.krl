@@ -61,7 +61,7 @@ machine := proc(code::list)
     line := code[at];
     if not assigned(instructions[line[1]]) then error "no instruction %1", line[1] end if;
     at := at + 1; steps := steps + 1;
-    if steps > 100000 then error "the program does not end" end if;
+    if steps > 2000 then error "the program does not end" end if;
     instructions[line[1]](op(line[2..-1]))
   end do;
   output

@@ -30,9 +30,9 @@ R[1] := R[1] + 1; R[1] := 1: R[1] := R[1] + 1;
 # A table keeps all its entries when it widens, and its copies and comparisons see them.
 big := proc(n) local t, i, s; for i to n do t[i] := 2*i end do; for i to n do t[-i] := t[i] + 1 end do;
   s := 0; for i from -n to n do if assigned(t[i]) then s := s + t[i] end if end do;
-  [s, t[1], t[n], t[-n], assigned(t[n + 1]), nops([indices(t)])] end proc: big(20000);
-for i to 5000 do B[i, i + 1] := i end do: nops([indices(B)]), B[7, 8], B[8, 7];
-for i to 5000 do B[i, i + 1] := evaln(B[i, i + 1]) end do: nops([indices(B)]), B[7, 8]; B[1, 2] := 3: [indices(B)];
+  [s, t[1], t[n], t[-n], assigned(t[n + 1]), nops([indices(t)])] end proc: big(2500);
+for i to 3000 do B[i, i + 1] := i end do: nops([indices(B)]), B[7, 8], B[8, 7];
+for i to 3000 do B[i, i + 1] := evaln(B[i, i + 1]) end do: nops([indices(B)]), B[7, 8]; B[1, 2] := 3: [indices(B)];
 
 # Comparisons of what locals and parameters hold, in all kinds, and what stays undecided.
 c := proc(a, b) local u; u := a; [evalb(u < b), evalb(u <= b), evalb(u = b), evalb(u <> b), `if`(u < b, 1, 2)] end proc:
