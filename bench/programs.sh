@@ -4,7 +4,7 @@
 # .gp, .mac), as far as those are installed and can say it; all print the same result. A figure is the
 # CPU time of a process in milliseconds, user and system, the least of ROUNDS rounds (5), which take
 # turns; the time of a process that does nothing is taken off, since starts differ more than programs
-# do. `ratio` is Korel's time over the better one of Python's and GP's.
+# do. SYSTEMS in the environment names some of krl, py, gp and mac. `ratio` is Korel's time over the better one of Python's and GP's.
 build=$(cd "$1" && pwd); shift
 cd "$(dirname "$0")/programs" || exit 2
 rounds=${ROUNDS:-5}
@@ -12,7 +12,7 @@ rounds=${ROUNDS:-5}
 python=$(for p in /usr/bin/python3 python3; do command -v "$p" && break; done)
 gp=$(command -v gp)
 maxima=$(command -v maxima)
-systems="krl ${python:+py} ${gp:+gp} ${maxima:+mac}"
+systems=${SYSTEMS:-krl ${python:+py} ${gp:+gp} ${maxima:+mac}}
 export GPRC=/dev/null
 
 start() {  # SYSTEM FILE: runs the program
