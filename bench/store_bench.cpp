@@ -35,11 +35,10 @@ Node* plant(int depth) {
   *node = {depth > 0 ? plant(depth - 1) : nullptr, depth > 0 ? plant(depth - 1) : nullptr, 0};
   return node;
 }
-void label(Node* node, std::uint32_t mark) {
-  if (node == nullptr || node->label == mark) return;
+int label(Node* node, std::uint32_t mark) {
+  if (node == nullptr || node->label == mark) return 0;
   node->label = mark;
-  label(node->left, mark);
-  label(node->right, mark);
+  return 1 + label(node->left, mark) + label(node->right, mark);
 }
 void fell(Node* node) {
   if (node == nullptr) return;
@@ -60,20 +59,23 @@ DAG loop() {
 }
 
 DAG collectionRows() {
-  static DAG tree = plantInHeap(treeDepth);
-  ProtectFromGC(tree);
-  static Node* nodes = plant(treeDepth);
-  static std::uint32_t mark = 0;
-  row("collection over 10^6 live objects", "ms", 1e3, "walk over a tree of malloc's blocks",
-      [] { gc(); }, [] { label(nodes, ++mark); });
-  AllowGC(tree);
-  fell(nodes);
   row("10^6 rounds of an allocating loop", "ms", 1e3, "trees of as many nodes, made and freed",
       [] { loop(); },
       [] {
         // Four objects a round: 2^22 nodes in trees of 2^10.
         for (int i = 0; i < 4096; ++i) fell(plant(9));
       });
+  static DAG tree = plantInHeap(treeDepth);
+  ProtectFromGC(tree);
+  static Node* nodes = plant(treeDepth);
+  static std::uint32_t mark = 0;
+  row("collection over 10^6 live objects", "ms", 1e3, "walk over a tree of malloc's blocks",
+      [] { gc(); },
+      [] {
+        if (label(nodes, ++mark) != (1 << (treeDepth + 1)) - 1) std::abort();
+      });
+  AllowGC(tree);
+  fell(nodes);
   return null;
 }
 

@@ -3,7 +3,7 @@ p := proc(n) local i, x; for i to n do x := [i, f(i)] od; x end proc:
 p(100000): a := kernelopts(bytesalloc): p(10^6); evalb(kernelopts(bytesalloc) - a < 2*10^6);
 for i to 200000 do x := [i, f(i)] od: evalb(kernelopts(bytesalloc) - a < 4*10^6);
 seq(op([f(i), i][2] - i), i = 1..200000)[-1]; evalb(kernelopts(bytesalloc) - a < 10^7);
-add(op(2, [f(i), i]), i = 1..200000); for i in [$1..100000] do [f(i)] od: evalb(kernelopts(bytesalloc) - a < 2*10^7);
+add(op(2, [f(i), i]), i = 1..200000); for i in [$1..100000] do [f(i)] od: evalb(kernelopts(bytesalloc) - a < 10^7);
 # All that is held is reachable or free: what the census counts and the free words are the whole, but for two
 # words that head each chunk.
 live := proc() local m, k, s; gc(); m := kernelopts(memusage); s := 0; for k to nops(m) do s := s + m[k][3] od; s end proc:

@@ -1,18 +1,8 @@
-# Recursion ends in order wherever it goes on: the error passes every trap, and the next statement runs.
+# Recursion ends in order: the error passes every trap, and the next statement runs.
 r := proc(n) r(n + 1) end proc: r(1); 1;
 try r(1) catch: "never" finally "never" end try; traperror(r(1)); 2;
 d := proc(n) if n = 0 then 0 else 1 + d(n - 1) fi end proc: d(1000);
 d := proc(n) option remember; if n = 0 then 0 else 1 + d(n - 1) fi end proc: d(1000);
-r := proc(n) seq(r(n + i), i = 1..1) end proc: r(1); r := proc(n) add(r(n + i), i = 1..1) end proc: r(1);
-r := proc(n) try r(n + 1) catch: 5 finally 3 end try end proc: r(1);
-r := proc(n) for i to 1 do r(n + 1); break od end proc: r(1); r := proc(n) while r(n + 1) do od end proc: r(1);
-r := proc(n) if r(n + 1) = 3 then 1 fi end proc: r(1); r := proc(n) [r(n + 1)] end proc: r(1);
-r := proc(n) error "%1", r(n + 1) end proc: r(1); r := proc(n) print(r(n + 1)) end proc: r(1);
-r := proc(n) parse(cat("r(", n, ")"), statement) end proc: r(1); r := proc(n) x[r(n + 1)] end proc: r(1);
-r := proc(n) local k; k := n; proc() r(k + 1) end proc() end proc: r(1);
-r := proc(n) module() export a; a := r(n + 1) end module end proc: r(1);
-`type/endless` := proc(x) type([x], endless) end proc: r := proc(n::endless) n end proc: r(1);
-a1 := 'b1': b1 := 'a1': a1; t[1] := 't[2]': t[2] := 't[1]': t[1]; 3;
 # Deep structures: built, collected, compared, taken apart, given to others; never the end of the program.
 deep := proc(n) local l, i; l := [x]; for i to n do l := [l] od; l end proc:
 same := proc(n) local a, b, i; a := [x]; b := [x]; for i to n do a := [a] od; gc();
