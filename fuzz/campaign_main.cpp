@@ -3,10 +3,10 @@
 //   <target>_campaign FIRST LAST [LENGTH]   inputs of LENGTH bytes, one for each seed
 //   <target>_campaign FILE...               the bytes of each file
 //
-// Each input has ten seconds; the seed that runs stands in the last line of standard error when the
+// Each input has ten seconds of processor time; the seed that runs stands in the last line of standard error when the
 // process ends early.
 
-#include <unistd.h>
+#include <sys/time.h>
 
 #include <cctype>
 #include <cstdint>
@@ -20,14 +20,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace {
 
-constexpr unsigned secondsForInput = 10;
+constexpr long secondsForInput = 10;
+
+/// The process ends by a signal when the time is up.
+void startClock() {
+  itimerval limit{};
+  limit.it_value.tv_sec = secondsForInput;
+  setitimer(ITIMER_PROF, &limit, nullptr);
+}
 
 void runSeed(unsigned seed, std::size_t length) {
   std::mt19937 generator(seed);
   std::vector<std::uint8_t> bytes(length);
   for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(generator() >> 8);
   std::fprintf(stderr, "\rseed %u ", seed);
-  alarm(secondsForInput);
+  startClock();
   LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
 }
 
@@ -38,7 +45,7 @@ bool runFile(const char* path) {
   for (int c; (c = std::fgetc(file)) != EOF;) bytes.push_back(static_cast<std::uint8_t>(c));
   std::fclose(file);
   std::fprintf(stderr, "%s\n", path);
-  alarm(secondsForInput);
+  startClock();
   LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
   return true;
 }
