@@ -70,8 +70,10 @@ void combine(Group* r, const Group* a, Group u, const Group* b, Group v, std::si
   for (std::size_t i = 0; i < n; ++i) {
     Parts parts = splitGroup(bias + Wide{u} * a[i] - Wide{v} * b[i]);
     std::int64_t value = static_cast<std::int64_t>(parts.rest) + above + carry;
-    carry = value < 0 ? -1 : value >= base ? 1 : 0;
-    r[i] = static_cast<Group>(value - carry * base);
+    // Random signs: masks in place of branches.
+    std::int64_t negative = value >> 63, full = (base - 1 - value) >> 63;
+    carry = negative - full;
+    r[i] = static_cast<Group>(value + (negative & base) - (full & base));
     above = static_cast<std::int64_t>(parts.quotient) - 2 * base;
   }
   if (above + carry >= 0) return;
@@ -92,7 +94,8 @@ Group gcdOfGroups(Group a, Group b) {
   return a;
 }
 
-/// Greatest common divisor of a and b, neither 0, which it overwrites. Its groups come to `*result`,
+/// Greatest common divisor of a and b, neither 0, which it overwrites; either array has room for the
+/// longer of them. Its groups come to `*result`,
 /// which is one of the arrays; gives their count.
 std::size_t gcdGroups(Group* a, std::size_t na, Group* b, std::size_t nb, Group** result) {
   GroupSpace space(std::max(na, nb) + 1);
@@ -110,7 +113,9 @@ std::size_t gcdGroups(Group* a, std::size_t na, Group* b, std::size_t nb, Group*
       a[0] = gcdOfGroups(a[0], b[0]);
       break;
     }
-    if (nb == na) {
+    // A pass leaves b a group shorter as often as not, beside a small top group of a.
+    if (na - nb <= 1) {
+      if (nb < na) b[nb] = 0;
       Group scale = 1;
       while (a[na - 1] < groupBase / 10 / scale) scale *= 10;
       Factors f = euclid(leadingPart(a, na, scale), leadingPart(b, na, scale));
@@ -182,8 +187,9 @@ DAG SoftIntGcd(DAG a, DAG b) {
   if (isHeapZero(a)) return b;
   Word la = digitCount(a), lb = digitCount(b);
   std::size_t na = groupsFor(la), nb = groupsFor(lb);
-  GroupSpace x(na + nb);
-  Group *y = x + na, *result;
+  const std::size_t room = std::max(na, nb);
+  GroupSpace x(2 * room);
+  Group *y = x + room, *result;
   packGroups(digitsOf(a), la, x);
   packGroups(digitsOf(b), lb, y);
   std::size_t count = gcdGroups(x, na, y, nb, &result);

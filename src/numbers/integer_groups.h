@@ -114,11 +114,11 @@ class GroupDivisor {
     Wide estimate = Wide{reciprocal_} * high + x;
     Group quotient = static_cast<Group>(estimate >> 64) + 1;
     Group left = low - quotient * normal_;
-    if (left > static_cast<Group>(estimate)) {
-      --quotient;
-      left += normal_;
-    }
-    if (left >= normal_) {
+    // Either way as likely: a mask in place of a branch. The second correction is rare.
+    Group over = Group{0} - static_cast<Group>(left > static_cast<Group>(estimate));
+    quotient += over;
+    left += over & normal_;
+    if (__builtin_expect(left >= normal_, 0)) {
       ++quotient;
       left -= normal_;
     }
@@ -146,11 +146,10 @@ inline Parts splitBy(Wide x) {
   Wide estimate = Wide{reciprocal} * high + x;
   Group quotient = static_cast<Group>(estimate >> 64) + 1;
   Group rest = low - quotient * divisor;
-  if (rest > static_cast<Group>(estimate)) {
-    --quotient;
-    rest += divisor;
-  }
-  if (rest >= divisor) {
+  Group over = Group{0} - static_cast<Group>(rest > static_cast<Group>(estimate));
+  quotient += over;
+  rest += over & divisor;
+  if (__builtin_expect(rest >= divisor, 0)) {
     ++quotient;
     rest -= divisor;
   }

@@ -21,7 +21,8 @@ bool takeMultiple(Group* u, const Group* v, std::size_t nb, Group digit) {
   for (std::size_t i = 0; i < nb; ++i) {
     Parts parts = splitGroup(Wide{digit} * v[i]);
     auto difference = static_cast<std::int64_t>(u[i] - parts.rest - above - borrow);
-    borrow = difference < -static_cast<std::int64_t>(groupBase) ? 2 : difference < 0 ? 1 : 0;
+    borrow = static_cast<Group>(difference < 0) +
+             static_cast<Group>(difference < -static_cast<std::int64_t>(groupBase));
     u[i] = static_cast<Group>(difference) + borrow * groupBase;
     above = parts.quotient;
   }

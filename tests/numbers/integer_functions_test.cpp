@@ -2,6 +2,7 @@
 
 #include "integer_oracle.h"
 #include "kernel_fixture.h"
+#include "store/objects.h"
 
 namespace korel::test {
 namespace {
@@ -171,6 +172,55 @@ TEST(IntegerFunctions, AgreeWithGmp) {
   mpz_clears(a, b, q, r, nullptr);
 }
 #endif
+
+// Relations of the continued fraction: A^2 is Q modulo N, s is Q's smooth part within the bound; and two
+// runs of ten steps end where one of twenty does.
+TEST(IntegerFunctions, ContinuedFractionRelationsHold) {
+  for (const char* text : {"13290059", "1000036000099", "1000000000000000000000000000057"}) {
+    DAG n = integer(text), g = isqrt(n);
+    if (compint(mulint(g, g), n) > 0) g = addint(g, consm1);
+    auto run = [&](DAG from, int count, const char* bound) {
+      DAG state = newl2(11, EXPSEQ);
+      for (Word i = 1; i <= 5; ++i) state[i] = from[i];
+      const DAG rest[] = {g, n, immediate(count), integer("200560490130"), integer(bound)};
+      for (Word i = 0; i < 5; ++i) state[6 + i] = rest[i];
+      return MorrBrilCull(state)[1];
+    };
+    DAG start = newSequence({cons0, cons1, n, cons1, g});
+    DAG ten = run(start, 10, "1000"), twenty = run(ten, 10, "1000"), whole = run(start, 20, "1000");
+    for (Word i = 1; i <= 5; ++i) EXPECT_EQ(decimal(twenty[i]), decimal(whole[i])) << text << ", word " << i;
+    DAG all = run(start, 20, "1000000000000000000000000000000000000")[6][1];
+    EXPECT_EQ(lengthOf(all), 21u);
+    for (DAG relations : {all, whole[6][1]})
+      for (Word i = 1; i < lengthOf(relations); ++i) {
+        DAG a = relations[i][1][1], q = relations[i][1][2], s = relations[i][1][3], rest;
+        EXPECT_EQ(imod(addint(mulint(a, a), complint(q)), n, false), cons0);
+        DAG left = IntegerDivide(q, s, &rest);
+        EXPECT_EQ(rest, cons0);
+        if (relations != all) {
+          EXPECT_LE(compint(left, immediate(1000)), 0);
+        }
+      }
+  }
+}
+
+// A root's neighbours, around powers of the group base and squares; the truncated root beside the nearest.
+TEST(IntegerFunctions, RootsAtTheEdges) {
+  for (int e : {8, 15, 16, 17, 31, 32, 33, 64, 96, 160, 1000, 1003})
+    for (int k : {1, 2, 4, 9, 25}) {
+      DAG root = mulint(immediate(k), times10p(cons1, e)), square = mulint(root, root);
+      for (int step : {-1, 0, 1}) {
+        bool exact;
+        DAG n = addint(square, immediate(step));
+        EXPECT_EQ(decimal(isqrt(n)), decimal(root)) << k << "e" << e << " and " << step;
+        EXPECT_EQ(decimal(truncatedRoot(n, &exact)), decimal(step < 0 ? addint(root, consm1) : root));
+        EXPECT_EQ(exact, step == 0);
+      }
+      // Halfway: r^2 + r is nearer to r, its successor to r + 1.
+      EXPECT_EQ(decimal(isqrt(addint(square, root))), decimal(root));
+      EXPECT_EQ(decimal(isqrt(addint(addint(square, root), cons1))), decimal(addint(root, cons1)));
+    }
+}
 
 }  // namespace
 }  // namespace korel::test
