@@ -5,7 +5,6 @@
 #include <rapidcheck.h>
 
 #include <algorithm>
-#include <ostream>
 #include <random>
 #include <set>
 #include <string>
@@ -18,6 +17,7 @@
 #include "numbers/integer.h"
 #include "printed_text.h"
 #include "program_generator.h"
+#include "random_expressions.h"
 #include "store/collector.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -28,112 +28,7 @@
 namespace korel::test {
 namespace {
 
-// A recipe for an expression, which RapidCheck can shrink: an operator and its operands.
-struct Recipe {
-  int kind;
-  int number;
-  std::vector<Recipe> operands;
-};
-
-constexpr int leafKinds = 8, innerKinds = 14;
-
-DAG leaf(const Recipe& r) {
-  static const char* const names[] = {"x", "y", "z", "a b", "if", "f", "_g1", "a`b"};
-  int magnitude = r.number;
-  switch (r.kind % leafKinds) {
-    case 0:
-      return naminstall(names[std::abs(magnitude) % 8]);
-    case 1:
-      return Newint(magnitude);
-    case 2:
-      return magnitude == 0 ? cons0 : new3(RATIONAL, Newint(magnitude % 50 * 7 + 1), Newint(7));
-    case 3:
-      return new3(FLOAT, Newint(magnitude), Newint(magnitude % 7 - 3));
-    case 4:
-      return strinstall(std::string("s\"\n\\" + std::to_string(magnitude)).c_str());
-    case 5:
-      return new2(COMPLEX, Newint(magnitude == 0 ? 1 : magnitude % 3 == 0 ? 1 : magnitude));
-    case 6:
-      return new3(COMPLEX, Newint(magnitude % 5 == 0 ? 2 : magnitude),
-                  Newint(magnitude % 4 == 0 ? -1 : 3));
-    default:
-      return NewInteger(std::int64_t{magnitude} * 1000003);
-  }
-}
-
-DAG build(const Recipe& r) {
-  if (r.operands.empty()) return leaf(r);
-  std::vector<DAG> parts;
-  for (const Recipe& operand : r.operands) parts.push_back(build(operand));
-  DAG a = parts[0], b = parts[parts.size() - 1];
-  auto sequence = [&] {
-    DAG s = newl2(static_cast<Word>(parts.size() + 1), EXPSEQ);
-    for (std::size_t i = 0; i < parts.size(); ++i) s[static_cast<std::int64_t>(i) + 1] = parts[i];
-    return s;
-  };
-  auto inPairs = [&](Tag tag, auto second) {
-    DAG s = newl2(static_cast<Word>(2 * parts.size() + 1), tag);
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-      s[static_cast<std::int64_t>(2 * i + 1)] = parts[i];
-      s[static_cast<std::int64_t>(2 * i + 2)] = second(i);
-    }
-    return s;
-  };
-  switch (r.kind % innerKinds) {
-    case 0:
-      return inPairs(SUM, [&](std::size_t i) { return i % 2 == 0 ? cons1 : consm1; });
-    case 1:
-      return inPairs(SUM, [&](std::size_t i) {
-        return Newint(r.number % 5 - 2 + static_cast<int>(i) * 3 == 0 ? 1 : r.number % 5 + 3);
-      });
-    case 2:
-      return inPairs(PROD, [&](std::size_t i) { return i % 2 == 0 ? cons1 : consm1; });
-    case 3:
-      return inPairs(PROD, [&](std::size_t) { return Newint(r.number % 4 + 1); });
-    case 4:
-      return new3(POWER, a, b);
-    case 5:
-      return newCall(naminstall("f"), {sequence()});
-    case 6:
-      return new2(LIST, sequence());
-    case 7:
-      return new3(EQUATION, a, b);
-    case 8:
-      return new3(RANGE, a, b);
-    case 9:
-      return newCall(naminstall("."), {a, b});
-    case 10:
-      return new2(UNEVAL, a);
-    case 11:
-      return new3(TABLEREF, naminstall("t"), sequence());
-    case 12:
-      return new3(LESSTHAN, a, b);
-    default:
-      return newCall(naminstall("g h"), {a});
-  }
-}
-
-rc::Gen<Recipe> recipes(int depth) {
-  auto leaves =
-      rc::gen::map(rc::gen::pair(rc::gen::inRange(0, leafKinds), rc::gen::inRange(-99, 100)),
-                   [](std::pair<int, int> p) {
-                     return Recipe{p.first, p.second, {}};
-                   });
-  if (depth == 0) return leaves;
-  auto inner = rc::gen::map(
-      rc::gen::tuple(rc::gen::inRange(0, innerKinds), rc::gen::inRange(-9, 10),
-                     rc::gen::resize(3, rc::gen::nonEmpty(rc::gen::container<std::vector<Recipe>>(
-                                            recipes(depth - 1))))),
-      [](std::tuple<int, int, std::vector<Recipe>> t) {
-        return Recipe{std::get<0>(t), std::get<1>(t), std::get<2>(t)};
-      });
-  return rc::gen::oneOf(leaves, inner, inner);
-}
-
 std::string showRecipe(const Recipe& r) { return printed(build(r)); }
-
-// How RapidCheck shows a counterexample.
-void showValue(const Recipe& r, std::ostream& out) { out << showRecipe(r); }
 
 // Every word of an object and of what it refers to.
 void collectWords(DAG x, std::set<Word>& seen, std::vector<Word>& words) {
@@ -158,12 +53,6 @@ std::vector<Word> allWords(DAG x) {
 }
 
 DAG readBack(const std::string& text) { return parsestring(text.c_str(), 1); }
-
-// Simplification may refuse an operand (a division by zero, a list in a sum): such a recipe has no
-// simplified form and says nothing.
-bool hasSimplifiedForm(const Recipe& r, DAG* result) {
-  return errorOf([&] { *result = simpl(build(r)); }).empty();
-}
 
 TEST(RoundTrip, SimplifiedObjectsReadBackAsThemselves) {
   EXPECT_TRUE(rc::check([] {
