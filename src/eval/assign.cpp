@@ -228,7 +228,7 @@ bool assignPlainEntry(DAG target, DAG v) {
   DAG key = simpl(evalOperand(index[1]));
   DAG table = name[1];
   if (name[2] == null && isTag(table, TABLE) && table[1] == null && !isTag(key, EXPSEQ)) {
-    storeEntry(key, table, v);
+    directEntry(key, table, v);
   } else {
     assign(simpl(new3(TABLEREF, name, singleSequence(key))), v);
   }

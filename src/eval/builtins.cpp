@@ -16,6 +16,10 @@
 #include "store/objects.h"
 #include "store/raw_objects.h"
 #include "store/standard_names.h"
+#include "structure/equality.h"
+#include "structure/sets.h"
+#include "structure/sort.h"
+#include "structure/tables.h"
 #include "structure/aliases.h"
 #include "structure/convert.h"
 #include "structure/has.h"
@@ -50,8 +54,8 @@ constexpr Builtin builtins[] = {
     {"DefaultUnderflow",        false, DefaultUnderflow},
     {"=",                       false, equalOperator},
     {"ERROR",                   false, ERROR_},
-    {"EqualEntries",            false, nullptr},
-    {"EqualStructure",          false, nullptr},
+    {"EqualEntries",            false, EqualEntriesBuiltin},
+    {"EqualStructure",          false, EqualStructureBuiltin},
     {"FromInert",               false, nullptr},
     {">",                       false, greaterOperator},
     {">=",                      false, greaterEqualOperator},
@@ -85,7 +89,7 @@ constexpr Builtin builtins[] = {
     {"anames",                  false, anames},
     {"and",                     false, andOperator},
     {"appendto",                false, nullptr},
-    {"array",                   false, nullptr},
+    {"array",                   false, arrayBuiltin},
     {"assemble",                false, assemble},
     {"assigned",                true,  assigned},
     {"attributes",              false, attributes},
@@ -192,7 +196,7 @@ constexpr Builtin builtins[] = {
     {"series",                  false, nullptr},
     {"setattribute",            false, setattribute},
     {"sign",                    false, nullptr},
-    {"sort",                    false, nullptr},
+    {"sort",                    false, korelSort},
     {"ssystem",                 false, nullptr},
     {"stop",                    false, quit},
     {"streamcall",              false, streamcall},

@@ -118,7 +118,12 @@ DAG assigned(const BuiltinCall& call) {
   if (isTag(name, TABLEREF) || isTag(name, FUNCTION)) {
     // Asked for its last name, an entry that is a procedure or table shows itself and not its reference.
     DAG lastName;
-    return truth(simpl(eval(x, &lastName)) != simpl(name));
+    DAG value = simpl(eval(x, &lastName));
+    if (value == simpl(name)) return truth(false);
+    // An indexing function may answer with the reference to another place, which is empty as well.
+    if (isTag(name, TABLEREF) && isTag(value, TABLEREF) && value[1] == name[1])
+      return truth(simpl(eval(value, &lastName)) != value);
+    return truth(true);
   }
   wrongParameters(call);
 }

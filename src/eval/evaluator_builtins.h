@@ -54,11 +54,5 @@ DAG andOperator(const BuiltinCall& call);
 DAG orOperator(const BuiltinCall& call);
 DAG notOperator(const BuiltinCall& call);
 DAG negateBuiltin(const BuiltinCall& call);
-DAG unionOperator(const BuiltinCall& call);
-DAG intersectOperator(const BuiltinCall& call);
-DAG minusOperator(const BuiltinCall& call);
-DAG tableBuiltin(const BuiltinCall& call);
-DAG indicesBuiltin(const BuiltinCall& call);
-DAG entriesBuiltin(const BuiltinCall& call);
 
 }  // namespace korel

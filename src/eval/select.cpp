@@ -11,6 +11,7 @@
 #include "frame/errors.h"
 #include "numbers/integer.h"
 #include "store/constants.h"
+#include "store/generations.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -65,13 +66,13 @@ bool isHiddenEntry(DAG value) { return isTag(value, PROC) || isTag(value, TABLE)
 
 // Value of an entry of the TABLE `table`.
 DAG tableEntry(DAG x, DAG table, DAG index, DAG name, DAG* lastName) {
-  DAG reference = simpl(referenceTo(x, name, index));
-  if (lastName != nullptr && isNameLike(name)) *lastName = reference;
+  auto reference = [&] { return simpl(referenceTo(x, name, index)); };
+  if (lastName != nullptr && isNameLike(name)) *lastName = reference();
   DAG entry = TableIndex(index, name, table);
-  if (entry == absent) return reference;
+  if (entry == absent) return reference();
   if (IndexFcnUsed || isTag(x[1], LOCAL)) return entry;
   DAG value = eval(entry, lastName);
-  if (lastName == nullptr && isHiddenEntry(value) && isNameLike(name)) return reference;
+  if (lastName == nullptr && isHiddenEntry(value) && isNameLike(name)) return reference();
   return value;
 }
 
@@ -148,6 +149,8 @@ DAG evalTableReference(DAG x, DAG* lastName) {
     name = inner;
   }
   if (!name) name = evparloc(base);
+  // What the index does to the names that held it must not take it away.
+  updategen(B);
   DAG index;
   switch (tagOf(B)) {
     case INTNEG: case INTPOS:

@@ -8,6 +8,7 @@
 #include "eval/simplify_cases.h"
 #include "store/constants.h"
 #include "store/objects.h"
+#include "structure/sets.h"
 
 namespace korel {
 
@@ -98,19 +99,11 @@ DAG simplset(DAG s) {
     return makeUnique(s);
   }
   DAG members = simpl(s);
-  auto before = [](DAG x, DAG y) {
-    return static_cast<std::int32_t>(x.word) < static_cast<std::int32_t>(y.word);
-  };
-  Word n = lengthOf(members);
-  bool ascending = true;
-  for (Word i = 2; i < n && ascending; ++i) ascending = before(members[i - 1], members[i]);
-  if (ascending) return members;
-  DAG sorted = CopyAlg(members);
+  DAG sorted = setsort(members);
+  if (sorted == members) return members;
   DAG* first = &sorted[1];
-  DAG* last = first + (n - 1);
-  std::sort(first, last, before);
-  last = std::unique(first, last);
-  Word length = static_cast<Word>(last - first) + 1;
+  Word n = lengthOf(sorted);
+  Word length = static_cast<Word>(std::unique(first, first + (n - 1)) - first) + 1;
   if (length != n) shorten(sorted, n, length);
   return simpl(sorted);
 }

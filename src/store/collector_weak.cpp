@@ -36,6 +36,20 @@ void forEachPair(DAG table, Visit visit) {
 // that is left.
 template <class IsDead>
 Word dropPairs(DAG chain, IsDead isDead) {
+  if (isFlat(chain)) {
+    Word left = 0;
+    const PairAddress end = lastPair(chain);
+    for (PairAddress pair = chain.word + 4; pair < end;) {
+      const bool used = pairKey(pair).word != 0;
+      if (used && isDead(pairKey(pair), pairValue(pair))) {
+        removePair(chain, pair);  // what moves here has its turn
+        continue;
+      }
+      left += used;
+      pair = nextPair(pair);
+    }
+    return left;
+  }
   Word end = 1;
   while (rawField(chain, end) != 0) end += 2;
   for (Word i = 1; i < end;) {

@@ -70,8 +70,7 @@ void forEachPair(DAG table, Visit visit) {
   for (Word bucket = 1; bucket < lengthOf(table); ++bucket) {
     DAG chain = table[bucket];
     if (!chain) continue;
-    for (Word i = 1; i + 1 < lengthOf(chain) && rawField(chain, i) != 0; i += 2)
-      visit(chain[i], chain[i + 1]);
+    visitChain(chain, [&](PairAddress pair) { return visit(pairKey(pair), pairValue(pair)), true; });
   }
 }
 

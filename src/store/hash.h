@@ -5,6 +5,12 @@
 // remember tables. A chain always keeps its last pair empty, so that a scan for a key needs no length
 // test; a key is never 0. Chains may hold a key more than once: `hashinsert` never tests.
 //
+// A table never changes its number of buckets, since others may refer to it. A chain that grows long
+// becomes flat instead: its pairs stand at places of their own, found by another hash of the key, with
+// free places between them (open addressing, linear probing). So a table of a million entries answers
+// as fast as one of a hundred. A scan still ends at a free place, it only begins elsewhere. Tables with
+// raw keys keep to plain chains.
+//
 // Searches answer with the address of a pair, [0] the key and [1] the value, or `notFound`.
 
 #include "store/dag.h"
@@ -26,6 +32,47 @@ inline Word bucketIndex(Word k, Word length) {
   return ((k + static_cast<Word>(static_cast<std::int32_t>(k) >> 4)) & (length - 2)) + 1;
 }
 
+// ---- flat chains
+
+/// Length of the shortest flat chain; no plain one of the same sort is as long.
+constexpr Word flatLength = 321;
+inline bool isFlat(DAG chain) {
+  return lengthOf(chain) >= flatLength && (controlWord(chain) & tableBit) == 0;
+}
+/// The pair that stays empty at the end of a chain. In a flat one its value counts the pairs in use.
+inline PairAddress lastPair(DAG chain) { return chain.word + 4 * (lengthOf(chain) - 2); }
+/// Where the scan for key `k` begins in a flat chain: in its first seven eighths, so that a run of pairs
+/// finds room behind. Eight keys in a row have neighbouring homes, since that is how arrays are walked;
+/// the multiplier spreads such groups over the chain (Knuth, vol. 3, 6.4).
+inline PairAddress homeOf(Word k, DAG chain) {
+  Word h = (k + static_cast<Word>(static_cast<std::int32_t>(k) >> 4)) >> 8;
+  Word groups = lengthOf(chain) / 16;
+  Word group = static_cast<Word>((std::uint64_t{(h >> 3) * 2654435769u} * (groups - groups / 8)) >> 32);
+  return chain.word + 4 + 64 * group + 8 * (h & 7);
+}
+/// Where the scan for key `k` begins.
+inline PairAddress firstProbe(Word k, DAG chain) {
+  return isFlat(chain) ? homeOf(k, chain) : chain.word + 4;
+}
+/// Calls `visit(pair)` on each pair in use until it answers false; true when it never did.
+template <class Visit>
+inline bool visitChain(DAG chain, Visit visit) {
+  const bool flat = isFlat(chain);
+  const PairAddress end = lastPair(chain);
+  for (PairAddress pair = chain.word + 4; pair < end; pair = nextPair(pair)) {
+    if (pairKey(pair).word != 0) {
+      if (!visit(pair)) return false;
+    } else if (!flat) {
+      break;
+    }
+  }
+  return true;
+}
+/// Takes `pair` out of its chain; another pair may move to its place.
+void removePair(DAG chain, PairAddress pair);
+
+// ---- tables
+
 /// A table of `buckets` (a power of 2) empty chains.
 DAG newhashtab(Word buckets);
 /// Copy of the table and its chains; keys and values are shared. The raw-key bit is not carried over.
@@ -46,7 +93,7 @@ inline PairAddress search(Word k, DAG table) {
   DAG chain = table[bucketIndex(k, lengthOf(table))];
   if (!chain) return notFound;
   // The empty last pair ends the scan: no length test (bench/store_bench.cpp).
-  for (PairAddress pair = chain.word + 4;; pair = nextPair(pair)) {
+  for (PairAddress pair = firstProbe(k, chain);; pair = nextPair(pair)) {
     Word key = pairKey(pair).word;
     if (key == k) return k == 0 ? notFound : pair;
     if (key == 0) return notFound;
