@@ -1,7 +1,6 @@
-// Greatest common divisors: machine words, doubles, and Lehmer's method on groups.
+// Greatest common divisors: machine words, residues by a word, and Lehmer's method on groups.
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <utility>
 
@@ -134,6 +133,19 @@ std::size_t gcdGroups(Group* a, std::size_t na, Group* b, std::size_t nb, Group*
   return na;
 }
 
+/// Residue of a digit string by d, four digits a step.
+Group residueOfDigits(const Word* digit, std::size_t count, Group d) {
+  const GroupDivisor by(d);
+  Group rest = 0;
+  for (; count % digitsPerGroup != 0; --count) rest = (rest * BASE + digit[count - 1]) % d;
+  for (; count != 0; count -= digitsPerGroup) {
+    Group group;
+    packGroups(digit + count - digitsPerGroup, digitsPerGroup, &group);
+    by.divide(Wide{rest} * groupBase + group, &rest);
+  }
+  return rest;
+}
+
 std::uint32_t magnitude(std::int32_t value) {
   return value < 0 ? 0u - static_cast<std::uint32_t>(value) : static_cast<std::uint32_t>(value);
 }
@@ -160,24 +172,10 @@ DAG gcdint(DAG a, DAG b) {
 DAG gcdMixed(DAG b, DAG a) {
   std::int32_t small = isImmediate(b) ? immediateValue(b) : IntegerValue(b);
   if (small == 0) return hasTag(a, INTNEG) ? complint(a) : a;
-  // Doubles hold every value here exactly: they stay below 2^31 * 10000 < 2^53.
-  double d = static_cast<double>(magnitude(small));
-  const Word* digit = digitsOf(a);
-  double r = 0;
-  if (10000.0 == d * std::floor(10000.0 / d)) {
-    r = digit[0];
-  } else {
-    for (Word i = digitCount(a); i-- > 0;) {
-      r = digit[i] + 10000.0 * r;
-      r -= d * std::floor(r / d);
-    }
-  }
-  while (r > 0) {
-    double next = d - r * std::floor(d / r);
-    d = r;
-    r = next;
-  }
-  return NewInteger(static_cast<std::int64_t>(d));
+  std::uint32_t d = magnitude(small);
+  // A divisor of the base sees only the lowest digit.
+  Group rest = static_cast<Word>(BASE) % d == 0 ? digitsOf(a)[0] % d : residueOfDigits(digitsOf(a), digitCount(a), d);
+  return NewInteger(static_cast<std::int64_t>(gcdOfGroups(d, rest)));
 }
 
 DAG SoftIntGcd(DAG a, DAG b) {
