@@ -9,10 +9,10 @@ EqualEntries(s, a);
 EqualEntries(a, s);
 n := table([t = a]): m := table([t = b]): EqualEntries(n[t], m[t]), EqualEntries(n[t], a);
 # Grown tables, and tables that have lost entries.
-big := table([seq(k = k, k = 1 .. 20000)]): other := table():
-for k from 20000 by -1 to 1 do other[k] := k od: EqualEntries(big, other);
-other[7] := 8: EqualEntries(big, other), EqualEntries(other, big); other[7] := 7: EqualEntries(big, other);
-for k from 11 to 20000 do big[k] := evaln(big[k]) od: EqualEntries(big, table([seq(k = k, k = 1 .. 10)]));
+m := 2^12: big := table([seq(m*k = k, k = 1 .. 300)]): other := table():
+for k from 300 by -1 to 1 do other[m*k] := k od: EqualEntries(big, other);
+other[7*m] := 8: EqualEntries(big, other), EqualEntries(other, big); other[7*m] := 7: EqualEntries(big, other);
+for k from 11 to 300 do big[m*k] := evaln(big[m*k]) od: EqualEntries(big, table([seq(m*k = k, k = 1 .. 10)]));
 # Procedures: field by field.
 f := proc(x) local y; y := x + 1; [y, 2] end: g := proc(x) local y; y := x + 1; [y, 2] end:
 h := proc(x) local y; y := x + 1; [y, 3] end:

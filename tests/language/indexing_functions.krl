@@ -52,4 +52,4 @@ nt := table(nofunction): nt[1] := 2;
 nt[1];
 `index/inert` := other: it := table(inert): it[1];
 # Many entries through a function.
-big := table(logged): for k to 20000 do big[k] := k od: add(big[k], k = 1 .. 20000)/10, nops([indices(big)]);
+m := 2^12: big := table(logged): for k to 200 do big[m*k] := k od: add(big[m*k], k = 1 .. 200)/10, nops([indices(big)]);

@@ -76,16 +76,16 @@ t := table([seq(k = k^2, k = 1 .. 100)]): s := 0: for e in entries(t) do s := s 
 for k in [indices(t)] do if irem(op(k), 2) = 1 then t[op(k)] := evaln(t[op(k)]) fi od:
 nops([indices(t)]), t[1], t[2];
 c := 0: for x in eval(t) do c := c + 1 od: c;
-# Many entries, of keys of several kinds; every second goes, and comes back.
-t := table(): for k to 20000 do t[k] := -k; t[1/k] := k; t[k, 3] := "p" od:
-nops([indices(t)]), t[777], t[1/777], t[777, 3], t[20001], t[1/20001];
-for k by 2 to 20000 do t[k] := evaln(t[k]); t[k, 3] := evaln(t[k, 3]) od: nops([indices(t)]), t[777], t[778], t[778, 3];
-ok := true: for k to 20000 do ok := ok and evalb(assigned(t[k]) = evalb(irem(k, 2) = 0)) od: ok;
-for k by 2 to 20000 do t[k] := k od: nops([indices(t)]), add(t[k], k = 1 .. 20000);
+# Entries whose keys share a bucket; every second goes, and comes back.
+m := 2^12: t := table(): for k to 500 do t[m*k] := -k; t[k, 3] := "p" od:
+nops([indices(t)]), t[77*m], t[77, 3], t[501*m], t[501, 3];
+for k by 2 to 500 do t[m*k] := evaln(t[m*k]); t[k, 3] := evaln(t[k, 3]) od: nops([indices(t)]), t[77*m], t[78*m], t[78, 3];
+ok := true: for k to 500 do ok := ok and evalb(assigned(t[m*k]) = evalb(irem(k, 2) = 0)) od: ok;
+for k by 2 to 500 do t[m*k] := k od: nops([indices(t)]), add(t[m*k], k = 1 .. 500);
 # Keys far apart.
-t := table(): for k to 3000 do t[k*2^20] := k; t[k*2^40] := -k od: add(t[k*2^20] + t[k*2^40], k = 1 .. 3000), nops([entries(t)]);
+t := table(): for k to 300 do t[k*2^20] := k; t[k*2^40] := -k od: add(t[k*2^20] + t[k*2^40], k = 1 .. 300), nops([entries(t)]);
 # A procedure that remembers as much.
-f := proc(n) option remember; 2*n end: add(f(k), k = 1 .. 20000), add(f(k), k = 1 .. 20000), nops([indices(op(4, eval(f)))]);
+f := proc(n) option remember; 2*n/m end: add(f(m*k), k = 1 .. 300), add(f(m*k), k = 1 .. 300), nops([indices(op(4, eval(f)))]);
 # Protected.
 pr[1] := 5: setattribute(pr, protected): pr[1] := 6;
 pr[1];
