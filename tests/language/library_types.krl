@@ -14,7 +14,7 @@ v := 5: `type/isv` := proc(e) evalb(e = 'v') end proc: `type/one` := proc() eval
 `type/odd1` := proc(e) 1 end proc: `type/none` := proc(e) end proc: `type/fail` := proc(e) FAIL end proc: `type/broken` := proc(e) error "broken by %1", e end proc: `type/strict` := proc(e::string) true end proc:
 type(x, odd1); type(x, none); type(x, fail); type(x, odd1(3)); type(x, odd1[3]); type(x, broken); type("a", strict); type(7, strict); try type(x, odd1) catch "result": "caught" end try; try type([x], list(broken)) catch "broken": lastexception[2 .. 3] end try; type(3, small), type(3, integer);
 # Types that lead back to themselves.
-`type/loop` := loop: type(x, loop); `type/a1` := b1: `type/b1` := a1: type(x, a1); `type/c1` := complex(c1): type(x, c1); `type/d1` := d1[1]: type(x, d1); `type/chain` := {integer, chain}: type(3, chain); type(x, chain); 1 + 1;
+`type/loop` := loop: type(x, loop); `type/a1` := b1: `type/b1` := a1: type(x, a1); `type/c1` := complex(c1): type(x, c1); `type/d1` := d1[1]: type(x, d1); `type/chain` := {integer, chain}: type(x, chain); 1 + 1;
 # Parameters, assignments and conditions ask the same question.
 p := proc(e::small, n::name(integer)) e end proc: p(3, 'v'), p(30, 'v'); p(3, v); p(3, 'w'); q := proc(e::nowhere) e end proc: q(3); if 3::small then "small" end if; evalb(30::small);
 # Parts of an expression.

@@ -13,7 +13,7 @@ x0 := 5: subs(y = 'x0', y + 1), subs(y = 0, sin(y)), eval(subs(y = 'x0', y + 1))
 p := proc(a, b) local i; option remember; i := a + y; i*z + b end proc: p(1, 2):
 subs(y = 1, z = 7, eval(p)); subs(y = a, eval(p)); subs(q = 1, eval(p)); subs(a = 5, eval(p)); subs(i = 5, eval(p)); subs(y = 1, remember = trace, eval(p));
 subs(y = 1, remember = 5, eval(p)); subs(y = 1, remember = builtin, eval(p)); subs(a = 5, y = a, eval(p)); subs(a = 5, 2 = a, eval(p));
-q := subs(y = 3, z = 2, eval(p)): q(4, 1), p(4, 1), op(4, eval(q))[4, 1], op(4, eval(q))[1, 2], op(4, eval(p))[1, 2];
+q := subs(y = 3, z = 2, eval(p)): q(4, 1), evalb(p(4, 1) = (4 + y)*z + 1), op(4, eval(q))[4, 1], op(4, eval(q))[1, 2], evalb(op(4, eval(p))[1, 2] = (y + 1)*z + 2);
 w := proc(n) global c; c := c + n; proc(k) c*k end proc end proc: subs(c = e, eval(w)); subs(c = 3, eval(w)); r := subs(n = v, c = e, eval(w)): e := 1: r(2)(5), e;
 subs(d = 1, proc() d := 2 end proc); subs(d = 1, proc() global d; for d to 3 do od end proc); subs("no" = s, proc() try error "no" catch "no": "yes" end try end proc); subs("no" = "on", proc() try error "no" catch "no": "yes" end try end proc)();
 # Tables: keys and values, in a copy.
