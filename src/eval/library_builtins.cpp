@@ -50,12 +50,11 @@ DAG readlib(const BuiltinCall& call) {
 DAG system_(const BuiltinCall& call) {
   Word n = argumentCount(call);
   if (n == 0) wrongParameters(call);
-  char* command = NewLongString();
-  for (Word i = 1; i <= n; ++i) {
+  for (Word i = 1; i <= n; ++i)
     if (!isTag(call.arguments[i], STRING))
       KernelException("system takes only arguments of type string");
-    command = AppendStringToString(command, textOf(call.arguments[i]));
-  }
+  char* command = NewLongString();
+  for (Word i = 1; i <= n; ++i) command = AppendStringToString(command, textOf(call.arguments[i]));
   return immediate(callsys(textOf(StringToMString(command))));
 }
 

@@ -1,8 +1,8 @@
 # Recursion ends in order: the error passes every trap, and the next statement runs.
 r := proc(n) r(n + 1) end proc: r(1); 1;
 try r(1) catch: "never" finally "never" end try; traperror(r(1)); 2;
-d := proc(n) if n = 0 then 0 else 1 + d(n - 1) fi end proc: d(1000);
-d := proc(n) option remember; if n = 0 then 0 else 1 + d(n - 1) fi end proc: d(1000);
+d := proc(n) if n = 0 then 0 else 1 + d(n - 1) fi end proc: d(300);
+d := proc(n) option remember; if n = 0 then 0 else 1 + d(n - 1) fi end proc: d(300);
 # Deep structures: built, collected, compared, taken apart, given to others; never the end of the program.
 deep := proc(n) local l, i; l := [x]; for i to n do l := [l] od; l end proc:
 same := proc(n) local a, b, i; a := [x]; b := [x]; for i to n do a := [a] od; gc();
