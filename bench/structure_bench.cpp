@@ -59,10 +59,10 @@ DAG rows() {
   row("select by a type from 10^6", "ms", 1e3, "copying what has the tag",
       [] { MapFunction({mselect, &predicate, true, "%1"}, list); },
       [] {
-        std::vector<DAG> kept;
+        std::vector<DAG> copied;
         for (int i = 1; i <= nodes; ++i)
-          if (isInteger(list[1][i])) kept.push_back(list[1][i]);
-        volatile std::size_t sink = kept.size();
+          if (isInteger(list[1][i])) copied.push_back(list[1][i]);
+        volatile std::size_t sink = copied.size();
         (void)sink;
       });
 

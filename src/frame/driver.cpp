@@ -118,6 +118,7 @@ const char* startStore(bool again) {
   }
   nametab = newhashtab(512);
   strtab = newhashtab(512);
+  strtabCount = 0;
   controlWord(nametab) |= tableBit;
   controlWord(strtab) |= tableBit;
   puttab = newhashtab(512);

@@ -151,7 +151,7 @@ void sweepRememberTables() {
 void sweepWeakTables() {
   simpltabCount = sweepWeakTable(simpltab);
   sweepWeakTable(nametab);
-  sweepWeakTable(strtab);
+  strtabCount = sweepWeakTable(strtab);
 }
 
 }  // namespace korel

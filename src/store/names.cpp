@@ -11,7 +11,7 @@
 namespace korel {
 
 DAG nametab, strtab, simpltab, aliastab, puttab, AllIniNames;
-std::int64_t simpltabCount = 0;
+std::int64_t simpltabCount = 0, strtabCount = 0;
 
 namespace {
 
@@ -43,7 +43,6 @@ bool isStatementOrProcedure(Tag tag) {
   }
 }
 
-// The same pairs in any order. Each pair of `a` must occur in `b` exactly once.
 // From this many words on the pairs are sorted to compare them.
 constexpr Word sortedFromLength = 51;
 
@@ -57,6 +56,7 @@ std::vector<std::uint64_t> sortedPairs(DAG s) {
   return pairs;
 }
 
+// The same pairs in any order. Each pair of `a` must occur in `b` exactly once.
 bool samePairs(DAG a, DAG b) {
   Word n = lengthOf(a);
   if (n >= sortedFromLength) return sortedPairs(a) == sortedPairs(b);
@@ -69,6 +69,14 @@ bool samePairs(DAG a, DAG b) {
   return true;
 }
 
+// Strings come by the million, and nobody walks their table while it takes one more.
+DAG newTextIn(DAG table, DAG text) {
+  constexpr Word stringsPerBucket = 8;
+  if (table == strtab && isCrowded(strtab, ++strtabCount, stringsPerBucket)) [[unlikely]]
+    strtab = widenedhashtab(strtab, 4 * (lengthOf(strtab) - 1));
+  return text;
+}
+
 }  // namespace
 
 DAG stringhashunique(Word k, const char* text, DAG table) {
@@ -78,7 +86,7 @@ DAG stringhashunique(Word k, const char* text, DAG table) {
     DAG s = newText(text, tag);
     chain = newl4(7, HASH, DAG(k), s);
     controlWord(chain) |= tableBit;
-    return s;
+    return newTextIn(table, s);
   }
   PairAddress pair = chain.word + 4;
   for (; pairKey(pair).word != 0; pair = nextPair(pair))
@@ -91,7 +99,7 @@ DAG stringhashunique(Word k, const char* text, DAG table) {
     chain = enlarge(chain, 2 * (lengthOf(chain) / 10) + 10);
     controlWord(chain) |= tableBit;
   }
-  return s;
+  return newTextIn(table, s);
 }
 
 DAG strnaminstall(const char* text, Tag tag) {
