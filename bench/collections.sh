@@ -31,8 +31,10 @@ for n in 100000 1000000; do
   row "sort of $n integers" "l := [seq($scattered, k = 1 .. $n)]:" 'to 5 do sort(l) od:' \
       "l = [$scattered_py for k in range(1, $n + 1)]" 'for i in range(5): sorted(l)'
 done
-row 'sort of 100000 strings' "l := [seq(cat(\"s\", $scattered), k = 1 .. 100000)]:" 'to 5 do sort(l) od:' \
-    "l = ['s%d' % ($scattered_py) for k in range(1, 100001)]" 'for i in range(5): sorted(l)'
+for n in 100000 1000000; do
+  row "sort of $n strings" "l := [seq(cat(\"s\", $scattered), k = 1 .. $n)]:" 'to 5 do sort(l) od:' \
+      "l = ['s%d' % ($scattered_py) for k in range(1, $n + 1)]" 'for i in range(5): sorted(l)'
+done
 for operation in 'union |' 'intersect &' 'minus -'; do
   row "${operation% *} of sets of 100000" \
       'a := {seq(2*k, k = 1 .. 100000)}: b := {seq(3*k, k = 1 .. 100000)}:' \
