@@ -107,7 +107,8 @@ std::int64_t sweepWeakTable(DAG table) {
   std::int64_t kept = 0;
   forEachChain(table, [&kept](DAG chain) {
     // The values lie all over the heap: their control words are under way before they are asked for.
-    for (Word i = 2; i < lengthOf(chain); i += 2) __builtin_prefetch(&chain[i][-1]);
+    for (Word i = 2; i < lengthOf(chain); i += 2)
+      __builtin_prefetch(reinterpret_cast<const void*>(std::uintptr_t{chain[i].word} - sizeof(Word)));
     Word used = dropPairs(chain, [](DAG, DAG value) { return !isAliveOrPlain(value); });
     kept += used;
     keepLabelled(chain);
