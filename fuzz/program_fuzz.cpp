@@ -95,6 +95,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::fprintf(stderr, "restart: %s\n", message);
     std::abort();
   }
+  setIFStringVar(&variables.plotoptions, nullptr);  // its own, from the input before
   variables = defaultNerinVariables;
   variables.plotoptions = nullptr;
   for (const std::string& statement : fuzz::programOf(data, size)) runStatement(statement.c_str());
