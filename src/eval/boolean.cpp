@@ -202,19 +202,35 @@ DAG truthOf(DAG condition) {
   return evalbool(simpl(eval(condition)));
 }
 
-DAG plainTruthOf(DAG x) {
-  if (isImmediate(x) || !isRelation(tagOf(x))) return DAG();
-  DAG side[2];
-  for (int k = 0; k < 2; ++k) {
-    side[k] = x[k + 1];
-    if (isImmediate(side[k])) continue;
-    Tag tag = tagOf(side[k]);
+namespace {
+
+// An operand of a plain relation: an immediate, or 0.
+[[gnu::always_inline]] inline DAG smallOperand(DAG x) {
+  if (!isImmediate(x)) {
+    Tag tag = tagOf(x);
     if (tag != LOCAL && tag != PARAM) return DAG();
-    side[k] = plainValue(side[k]);
-    if (!isImmediate(side[k])) return DAG();
+    x = plainValue(x);
+    if (!isImmediate(x)) return DAG();
   }
-  if (side[0] == consm0 || side[1] == consm0) return DAG();
-  return truth(relationHolds(tagOf(x), side[0], side[1]));
+  return x == consm0 ? DAG() : x;
+}
+
+}  // namespace
+
+DAG plainTruthOf(DAG x) {
+  if (isImmediate(x)) return DAG();
+  Tag tag = tagOf(x);
+  if (!isRelation(tag)) return DAG();
+  DAG left = smallOperand(x[1]), right = smallOperand(x[2]);
+  if (!left || !right) return DAG();
+  // Immediates are in the order of their words.
+  auto a = static_cast<std::int32_t>(left.word), b = static_cast<std::int32_t>(right.word);
+  switch (tag) {
+    case EQUATION: return truth(a == b);
+    case INEQUAT: return truth(a != b);
+    case LESSEQ: return truth(a <= b);
+    default: return truth(a < b);
+  }
 }
 
 DAG evalbool(DAG x) {

@@ -33,7 +33,7 @@ bool isHidden(DAG value) {
   }
 }
 
-DAG evalNameObject(DAG x, DAG* lastName) {
+[[gnu::noinline]] DAG evalNameObject(DAG x, DAG* lastName) {
   checkStack();
   DAG value;
   if (!isEnvironmentName(x) && (controlWord(x) & deferredBit) == 0) [[likely]] {
@@ -59,12 +59,14 @@ DAG evalInstance(DAG x, DAG* lastName) {
   return isNameLike(value) ? eval(value, lastName) : value;
 }
 
-DAG evalParameter(DAG x, DAG* lastName) {
+[[gnu::noinline]] DAG evalLocal(DAG x, DAG* lastName) { return evalInstance(evparloc(x), lastName); }
+
+[[gnu::noinline]] DAG evalParameter(DAG x, DAG* lastName) {
   DAG value = evparloc(x);
   return lastName != nullptr && isNameLike(value) ? eval(value, lastName) : value;
 }
 
-DAG evalLexical(DAG x, DAG* lastName) {
+[[gnu::noinline]] DAG evalLexical(DAG x, DAG* lastName) {
   DAG value = evparloc(x);
   if (static_cast<std::int32_t>(rawField(x, 1)) <= 0)
     return lastName != nullptr && isNameLike(value) ? eval(value, lastName) : value;
@@ -110,21 +112,10 @@ bool holdsRtable(DAG x) {
   return false;
 }
 
-// Numeric terms are folded while they come first; from the first other term on, the rest is a SUM.
-DAG evalSum(DAG x) {
+// The first `count` words of `x` are pairs whose elements have been evaluated to numbers, of total `folded`
+// (0 when there are none); the next element is `stopped`. The rest is evaluated to a SUM.
+[[gnu::noinline]] DAG evalSumFrom(DAG x, Word i, DAG folded, DAG stopped) {
   Word n = lengthOf(x);
-  DAG folded, stopped;
-  Word i = 1;
-  for (; i < n; i += 2) {
-    DAG value = evalOperand(x[i]);
-    if (!isNumeric(value)) {
-      stopped = value;
-      break;
-    }
-    DAG product = mul(x[i + 1], value);
-    folded = folded ? add(folded, product) : product;
-  }
-  if (i >= n) return folded ? folded : cons0;
   DAG result;
   if (folded) {
     result = newl2(n - i + 3, SUM);
@@ -152,6 +143,38 @@ DAG evalSum(DAG x) {
   return holdsRtable(result) ? combineRtables(result) : result;
 }
 
+// Numeric terms are folded while they come first; from the first other term on, the rest is a SUM.
+[[gnu::noinline]] DAG evalSum(DAG x) {
+  checkStack();
+  Word n = lengthOf(x);
+  // Small integers gather in a machine word, whose bound no sum of two products reaches.
+  constexpr std::int64_t bound = std::int64_t{1} << 61;
+  std::int64_t small = 0;
+  DAG folded;
+  for (Word i = 1; i < n; i += 2) {
+    DAG value = evalOperand(x[i]), factor = x[i + 1];
+    if (isImmediate(value) && isImmediate(factor) && value != consm0) [[likely]] {
+      small += std::int64_t{static_cast<std::int32_t>(value.word) >> 1} *
+               (static_cast<std::int32_t>(factor.word) >> 1);
+      if (small < bound && small > -bound) [[likely]]
+        continue;
+      value = NewInteger(small);
+      factor = cons1;
+      small = 0;
+    } else if (i > 1 && (small != 0 || !folded)) {
+      // What has been gathered may be 0, which is a term all the same.
+      DAG gathered = NewInteger(small);
+      folded = folded ? add(folded, gathered) : gathered;
+      small = 0;
+    }
+    if (!isNumeric(value)) return evalSumFrom(x, i, folded, value);
+    DAG product = factor == cons1 ? value : mul(factor, value);
+    folded = folded ? add(folded, product) : product;
+  }
+  if (!folded || (folded == consm0 && n > 3)) return NewInteger(small);
+  return small == 0 ? folded : add(folded, NewInteger(small));
+}
+
 // The product of factors that are all exact numbers with integer exponents, or 0 when `simpl` must look
 // at them. It takes the same steps as the simplifier would, without the raw PROD in between.
 DAG exactProduct(DAG x, const DAG* bases, Word count) {
@@ -166,111 +189,126 @@ DAG exactProduct(DAG x, const DAG* bases, Word count) {
   return product;
 }
 
-DAG evalProduct(DAG x) {
-  constexpr Word fewFactors = 4;
-  Word count = (lengthOf(x) - 1) / 2;
+// Evaluated bases, exact numbers left out, in a PROD.
+[[gnu::noinline]] DAG productOf(DAG x, const DAG* bases, Word count) {
   DAG result = x;
-  if (count <= fewFactors) {
-    DAG bases[fewFactors];
-    for (Word k = 0; k < count; ++k) bases[k] = evalOperand(x[2 * k + 1]);
-    if (isRationalNumber(bases[0]))
-      if (DAG product = exactProduct(x, bases, count)) return product;
-    for (Word k = 0; k < count; ++k) {
-      if (bases[k] == x[2 * k + 1]) continue;
-      if (result == x) result = CopyAlg(x);
-      result[2 * k + 1] = bases[k];
-    }
-  } else {
-    result = evalFields(x, 1, 2);
+  for (Word k = 0; k < count; ++k) {
+    if (bases[k] == x[2 * k + 1]) continue;
+    if (result == x) result = CopyAlg(x);
+    result[2 * k + 1] = bases[k];
   }
   return holdsRtable(result) ? combineRtables(result) : result;
 }
 
-DAG evalPower(DAG x) {
+constexpr Word fewFactors = 4;
+
+[[gnu::noinline]] DAG evalLongProduct(DAG x) {
+  DAG result = evalFields(x, 1, 2);
+  return holdsRtable(result) ? combineRtables(result) : result;
+}
+
+[[gnu::noinline]] DAG evalProduct(DAG x) {
+  checkStack();
+  Word count = (lengthOf(x) - 1) / 2;
+  if (count > fewFactors) return evalLongProduct(x);
+  DAG bases[fewFactors];
+  for (Word k = 0; k < count; ++k) bases[k] = evalOperand(x[2 * k + 1]);
+  if (count == 2 && isImmediate(bases[0]) && isImmediate(bases[1]) && x[2] == cons1 && x[4] == cons1 &&
+      bases[0] != consm0 && bases[1] != consm0) [[likely]]
+    return NewInteger(std::int64_t{static_cast<std::int32_t>(bases[0].word) >> 1} *
+                      (static_cast<std::int32_t>(bases[1].word) >> 1));
+  if (isRationalNumber(bases[0]))
+    if (DAG product = exactProduct(x, bases, count)) return product;
+  return productOf(x, bases, count);
+}
+
+[[gnu::noinline]] DAG evalPower(DAG x) {
+  checkStack();
   DAG result = evalFields(x);
   if (isTag(result[1], RTABLE) || isTag(result[2], RTABLE))
     return eval(newCall(naminstall("rtable/Power"), {result[1], result[2]}));
   return result;
 }
 
-DAG evalFloatObject(DAG x) {
+[[gnu::noinline]] DAG evalSeries(DAG x) {
+  DAG result = evalFields(x, 2, 2);
+  DAG point = eval(x[1]);
+  if (point != x[1]) {
+    if (result == x) result = CopyAlg(x);
+    result[1] = point;
+  }
+  return result;
+}
+
+[[gnu::noinline]] DAG evalAllFields(DAG x) {
+  checkStack();
+  return evalFields(x);
+}
+
+[[gnu::noinline]] DAG evalMember(DAG x, DAG* lastName) {
+  DAG member = TypedName(x);
+  return isTag(member, NAME) ? eval(member, lastName) : member;
+}
+
+[[gnu::noinline]] DAG evalConcatenation(DAG x, DAG* lastName) {
+  checkStack();
+  DAG name = evalname(x);
+  return isTag(name, CATENATE) ? name : eval(name, lastName);
+}
+
+[[gnu::noinline]] DAG evalTruth(DAG x) {
+  checkStack();
+  return evalbool(x);
+}
+
+[[gnu::noinline]] DAG evalModuleDefinition(DAG x) {
+  DAG definition = evparloc(x);
+  DAG name = definition[9] == null ? ini("unknown") : definition[9];
+  return EvaluateModuleDefinition(definition, name);
+}
+
+[[gnu::noinline]] DAG evalFloatObject(DAG x) {
   if (!isTag(x[2], NAME) || isNumeric(x[1])) return x;
   DAG mantissa = eval(x[1]);
   return isNumeric(mantissa) ? simpl(new3(FLOAT, mantissa, x[2])) : x;
 }
 
+[[gnu::noinline]] DAG evalHardwareFloat(DAG x) { return eval(HFloatToFloat(x)); }
+
 }  // namespace
 
 DAG evalFunction(DAG x);  // function_calls.cpp
 
+// A step of every evaluation: each case that works is a function of its own, to which this one jumps without
+// a stack frame (bench/programs/fibonacci.krl).
 DAG eval(DAG x, DAG* lastName) {
   if (isImmediate(x)) return x;
   switch (tagOf(x)) {
     case INTNEG: case INTPOS: case RATIONAL: case COMPLEX: case TABLE:
     case STRING: case RTABLE: case ZPPOLY: case MODULE:
       return x;
-    case HFLOAT:
-      return eval(HFloatToFloat(x));
-    case FLOAT:
-      return evalFloatObject(x);
-    case NAME:
-      return evalNameObject(x, lastName);
-    case LOCAL:
-      return evalInstance(evparloc(x), lastName);
-    case PARAM:
-      return evalParameter(x, lastName);
-    case LEXICAL:
-      return evalLexical(x, lastName);
-    case MEMBER: {
-      DAG member = TypedName(x);
-      return isTag(member, NAME) ? eval(member, lastName) : member;
-    }
-    case TABLEREF:
-      return evalTableReference(x, lastName);
-    case CATENATE: {
-      checkStack();
-      DAG name = evalname(x);
-      return isTag(name, CATENATE) ? name : eval(name, lastName);
-    }
-    case SUM:
-      checkStack();
-      return evalSum(x);
-    case PROD:
-      checkStack();
-      return evalProduct(x);
-    case POWER:
-      checkStack();
-      return evalPower(x);
-    case SERIES: {
-      DAG result = evalFields(x, 2, 2);
-      DAG point = eval(x[1]);
-      if (point != x[1]) {
-        if (result == x) result = CopyAlg(x);
-        result[1] = point;
-      }
-      return result;
-    }
-    case FUNCTION:
-      checkStack();
-      return evalFunction(x);
-    case UNEVAL:
-      return evparloc(x[1]);
+    case HFLOAT: return evalHardwareFloat(x);
+    case FLOAT: return evalFloatObject(x);
+    case NAME: return evalNameObject(x, lastName);
+    case LOCAL: return evalLocal(x, lastName);
+    case PARAM: return evalParameter(x, lastName);
+    case LEXICAL: return evalLexical(x, lastName);
+    case MEMBER: return evalMember(x, lastName);
+    case TABLEREF: return evalTableReference(x, lastName);
+    case CATENATE: return evalConcatenation(x, lastName);
+    case SUM: return evalSum(x);
+    case PROD: return evalProduct(x);
+    case POWER: return evalPower(x);
+    case SERIES: return evalSeries(x);
+    case FUNCTION: return evalFunction(x);
+    case UNEVAL: return evparloc(x[1]);
     case DCOLON: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case EXPSEQ: case LIST:
     case RANGE: case SET:
-      checkStack();
-      return evalFields(x);
-    case AND: case NOT: case OR:
-      checkStack();
-      return evalbool(x);
-    case PROC:
-      return evparloc(x);
-    case MODDEF: {
-      DAG definition = evparloc(x);
-      DAG name = definition[9] == null ? ini("unknown") : definition[9];
-      return EvaluateModuleDefinition(definition, name);
-    }
-    default:
-      KernelException("invalid expression");
+      return evalAllFields(x);
+    case AND: case NOT: case OR: return evalTruth(x);
+    case PROC: return evparloc(x);
+    case MODDEF: return evalModuleDefinition(x);
+    default: KernelException("invalid expression");
   }
 }
 

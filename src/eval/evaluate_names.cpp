@@ -35,9 +35,10 @@ std::int32_t position(DAG x) { return static_cast<std::int32_t>(rawField(x, 1));
 }
 
 DAG parameterValue(std::int32_t n) {
-  const Frame& frame = *Environment->frame;
+  Frame& frame = *Environment->frame;
   if (n == 0) return Newint(static_cast<std::int32_t>(lengthOf(frame.args)) - 1);
-  if (n == -1) return frame.args;
+  // As one object the arguments are unique, as every value is; until asked for they need not be.
+  if (n == -1) return frame.args = simpl(frame.args);
   if (n == -2) return frame.procName;
   if (n < static_cast<std::int32_t>(lengthOf(frame.args))) return frame.args[n];
   DAG declarations = isTag(frame.proc, PROC) || isTag(frame.proc, MODDEF) ? frame.proc[1] : null;

@@ -60,12 +60,27 @@ DAG nameOfHead(DAG value, DAG head) {
   return ini("unknown");
 }
 
+// The name that the head of a call stands for, when that holds a procedure as it is to be run: a name whose
+// procedure has no captured names, or a local of the running frame; or 0.
+[[gnu::always_inline]] inline DAG nameOfPlainCallee(DAG head) {
+  if (isImmediate(head)) return DAG();
+  // An environment variable of the fixed kind has no value of its own, and one of the open kind perhaps
+  // another one in this frame.
+  if (hasTag(head, NAME))
+    return isTag(head[1], PROC) && head[1][8] == null && !isOpenEnvironmentName(head) ? head : DAG();
+  if (!hasTag(head, LOCAL)) return DAG();
+  DAG locals = Environment->frame->locals;
+  Word n = rawField(head, 1);
+  if (n - 1 >= lengthOf(locals) - 1) return DAG();
+  DAG name = locals[n];
+  return hasTag(name, NAME) && isTag(name[1], PROC) ? name : DAG();
+}
+
 Callee findCallee(DAG head) {
   Callee callee;
-  if (isTag(head, NAME) && isTag(head[1], PROC) && head[1][8] == null && !isEnvironmentName(head)) {
-    // A name that is a procedure without captured names: the usual callee.
-    callee.procedure = head[1];
-    callee.name = head;
+  if (DAG name = nameOfPlainCallee(head)) {
+    callee.procedure = name[1];
+    callee.name = name;
     return callee;
   }
   DAG lastName;
@@ -137,6 +152,39 @@ DAG evalArguments(DAG proc, DAG a) {
   return unique;
 }
 
+// A fresh EXPSEQ, for the most part of one or two words.
+inline DAG sameSequence(DAG a) {
+  Word n = lengthOf(a);
+  DAG copy = news(n);
+  headerWord(copy) = headerWord(a);
+  for (Word i = 1; i < n; ++i) copy[i] = a[i];
+  return copy;
+}
+
+// The arguments of a procedure without options, in an EXPSEQ that is not entered among the simplified
+// objects: who asks for the arguments as a whole looks it up (`parameterValue`). A new one, which `own`
+// says, goes back at the end of the call.
+inline DAG evalPlainArguments(DAG proc, DAG a, bool& own) {
+  own = false;
+  Word n = lengthOf(a), declared = lengthOf(proc[1]);
+  for (Word i = 1; i < n && i < declared; ++i)
+    if (hasTag(proc[1][i], DCOLON)) return evalArguments(proc, a);
+  DAG result = a;
+  bool spliced = false;
+  for (Word i = 1; i < n; ++i) {
+    DAG argument = a[i];
+    if (isImmediate(argument)) continue;
+    DAG value = simpl(evalOperand(argument));
+    if (value == argument) continue;
+    if (result == a) result = sameSequence(a);
+    result[i] = value;
+    spliced = spliced || isTag(value, EXPSEQ);
+  }
+  if (spliced) return simpl(result);
+  own = result != a;
+  return result;
+}
+
 // ---- tracing and remember tables
 
 DAG rememberKey(const Callee& callee, DAG arguments) {
@@ -188,9 +236,7 @@ DAG sendToFrontEnd(DAG stream, DAG arguments) {
 
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key);
 
-}  // namespace
-
-DAG evalFunction(DAG x) {
+[[gnu::noinline]] DAG evalOtherCall(DAG x) {
   DAG head = x[1], a = x[2];
   if (isTag(head, UNEVAL)) return unevaluatedCall(x, eval(head), eval(a));
   Callee callee = findCallee(head);
@@ -213,6 +259,23 @@ DAG evalFunction(DAG x) {
   DAG value = remembered(callee, arguments);
   if (value != absent) return value;
   return runProcedure(callee, arguments, rememberKey(callee, arguments));
+}
+
+DAG runPlain(DAG proc, DAG name, DAG a);
+
+}  // namespace
+
+DAG evalFunction(DAG x) {
+  checkStack();
+  DAG name = nameOfPlainCallee(x[1]);
+  if (name && lengthOf(x) == 3 && isTag(x[2], EXPSEQ)) {
+    // Most calls are of a procedure without options, on plain arguments.
+    DAG proc = name[1];
+    if (proc[3] == null && proc[4] == null && proc[5] != InertProc) return runPlain(proc, name, x[2]);
+    if (beginsWith(proc[3], ini("builtin")) && isImmediate(proc[5]) && lengthOf(proc[3]) == 2)
+      return callBuiltin(immediateValue(proc[5]), x, name);
+  }
+  return evalOtherCall(x);
 }
 
 // ---- the frame of a call
@@ -280,10 +343,15 @@ void releaseLocals(DAG locals) {
   release(locals, lengthOf(locals));
 }
 
-std::int32_t framePrintLevel(DAG procedure) {
+static inline std::int32_t globalPrintLevel() {
   DAG level = ini("printlevel")[1];
-  std::int32_t value = level && isImmediate(level) ? immediateValue(level) : 1;
-  if (!isExternalWrapper(procedure) && hasOption(procedure, ini("trace"))) value = tracedPrintLevel;
+  return level && isImmediate(level) ? immediateValue(level) : 1;
+}
+
+std::int32_t framePrintLevel(DAG procedure) {
+  std::int32_t value = globalPrintLevel();
+  if (procedure[3] != null && !isExternalWrapper(procedure) && hasOption(procedure, ini("trace")))
+    value = tracedPrintLevel;
   return value;
 }
 
@@ -291,11 +359,11 @@ namespace {
 
 // What one call keeps over the jumps that can arrive in it.
 struct CallState {
-  EnvironmentBlock block;
+  EnvironmentBlock block = {};
   Frame frame;
-  EnvironmentBlock* previous;
+  EnvironmentBlock* previous = nullptr;
   DAG proc, name;
-  bool traced;
+  bool traced = false;
 };
 
 void leaveFrame(CallState& call, bool keepEnvironment) {
@@ -322,7 +390,8 @@ DAG runBody(CallState& call) {
   call.block.frame = &call.frame;
   int code = ::_setjmp(buffer);
   if (code == 0) {
-    if (call.traced) sendDebug(debugEnter, call.name, call.frame.args);
+    if (call.traced) [[unlikely]]
+      sendDebug(debugEnter, call.name, call.frame.args = simpl(call.frame.args));
     evaluationLevel += 19;
     return evalstat(call.proc[5], 1);
   }
@@ -349,37 +418,72 @@ DAG runBody(CallState& call) {
   }
 }
 
+// Runs the body in a frame of its own, up to the point where an error in what follows goes to the caller.
+inline DAG runInFrame(CallState& call) {
+  call.traced = evaluationLevel + 14 < 4 * call.frame.printLevel;
+  DAG result = runBody(call);
+  call.block.jumpBuffer = call.previous->jumpBuffer;
+  if (call.frame.locals != null) releaseLocals(call.frame.locals);
+  return result;
+}
+
+inline Frame frameOf(DAG proc, DAG name, DAG arguments, std::int32_t printLevel) {
+  Frame& caller = *Environment->frame;
+  return {
+      .previousFrame = &caller,
+      .printLevel = printLevel,
+      .locals = proc[2] == null ? null : freshLocals(proc[2], null),
+      .args = arguments,
+      .procName = name,
+      .proc = proc,
+      .currentStatement = proc[5],
+      .ditto1 = null,
+      .ditto2 = null,
+      .ditto3 = null,
+      .inCondition = ini("false"),
+      .envVars = caller.envVars,
+  };
+}
+
+inline DAG finishCall(CallState& call, DAG result) {
+  leaveFrame(call, false);
+  if (call.traced) [[unlikely]]
+    sendDebug(debugExit, call.name, result, callerName(call.frame));
+  updategen(result);
+  return result;
+}
+
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
   checkStack();
   DAG proc = callee.procedure;
   if (lengthOf(proc[1]) > 1) checkParameters(proc, arguments, callee.name);
   if (proc[5] == InertProc) return simpl(new3(FUNCTION, callee.name, arguments));
-  CallState call;
-  call.proc = proc;
-  call.name = callee.name;
-  Frame& caller = *Environment->frame;
-  Frame& frame = call.frame;
-  frame.previousFrame = &caller;
-  frame.printLevel = framePrintLevel(proc);
-  frame.locals = freshLocals(proc[2], null);
-  frame.args = arguments;
-  frame.procName = callee.name;
-  frame.proc = proc;
-  frame.currentStatement = proc[5];
-  frame.ditto1 = frame.ditto2 = frame.ditto3 = null;
-  frame.inCondition = ini("false");
-  frame.envVars = caller.envVars;
-  call.traced = evaluationLevel + 14 < 4 * frame.printLevel;
-  DAG result = runBody(call);
-  // The body's jump buffer is gone: an error in what follows goes to the caller.
-  call.block.jumpBuffer = call.previous->jumpBuffer;
-  releaseLocals(frame.locals);
-  if (!isExternalWrapper(proc) && hasOption(proc, ini("remember")))
-    pcinsert(proc, key, result, -1);
-  leaveFrame(call, false);
-  if (call.traced) sendDebug(debugExit, callee.name, result, callerName(frame));
-  updategen(result);
-  return result;
+  CallState call = {
+      .frame = frameOf(proc, callee.name, arguments, framePrintLevel(proc)), .proc = proc, .name = callee.name};
+  DAG result = runInFrame(call);
+  if (!isExternalWrapper(proc) && hasOption(proc, ini("remember"))) pcinsert(proc, key, result, -1);
+  return finishCall(call, result);
+}
+
+// The call of a procedure without options and remembered values.
+DAG runPlain(DAG proc, DAG name, DAG a) {
+  bool own;
+  DAG arguments = evalPlainArguments(proc, a, own);
+  if (proc[4] != null) [[unlikely]] {
+    // Evaluating the arguments has given the procedure a value to remember.
+    Callee callee;
+    callee.procedure = proc;
+    callee.name = name;
+    arguments = simpl(arguments);
+    DAG value = remembered(callee, arguments);
+    return value != absent ? value : runProcedure(callee, arguments, arguments);
+  }
+  if (!own && lengthOf(proc[1]) > 1) checkParameters(proc, arguments, name);
+  CallState call = {.frame = frameOf(proc, name, arguments, globalPrintLevel()), .proc = proc, .name = name};
+  DAG result = runInFrame(call);
+  // Nobody has asked for the arguments as a whole.
+  if (own && !isSimplified(arguments)) release(arguments, lengthOf(arguments));
+  return finishCall(call, result);
 }
 
 }  // namespace

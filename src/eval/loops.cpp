@@ -116,6 +116,7 @@ struct CountedLoop : Loop {
   bool bounded;
   bool falling;
   bool ordinary;  // the variable is a name that takes any value: no environment variable, no special name
+  bool plain;     // ordinary, the increment and the bound small integers, and no `while` part
 };
 
 DAG characterString(int code) {
@@ -177,16 +178,16 @@ bool stepImmediate(CountedLoop& loop) {
   if (!loop.ordinary || !isImmediate(loop.by)) return false;
   DAG name = loop.variable;
   DAG value = name[1];
-  if (!isImmediate(value) || name[2] != null || (controlWord(name) & deferredBit) != 0) return false;
-  loop.from = add(value, loop.by);
-  if (!isImmediate(loop.from)) return false;
-  name[1] = loop.from;
+  if (!isImmediate(value) || value == consm0 || name[2] != null || (controlWord(name) & deferredBit) != 0)
+    return false;
+  std::int32_t next = (static_cast<std::int32_t>(value.word) >> 1) + immediateValue(loop.by);
+  if (!fitsImmediate(next)) return false;
+  name[1] = loop.from = immediate(next);
   return true;
 }
 
 // The step: the variable is read back, since the body may have changed it.
 void step(CountedLoop& loop) {
-  if (stepImmediate(loop)) return;
   DAG value = mvalue(loop.variable);
   if (loop.characters && isTag(value, STRING)) {
     value = immediate(codeOf(value));
@@ -195,6 +196,15 @@ void step(CountedLoop& loop) {
   }
   loop.from = simpl(loop.by == cons1 && !loop.characters ? increment(value) : add(value, loop.by));
   storeVariable(loop);
+}
+
+// Whether another round is to be run: the bound isn't passed, and the `while` part holds.
+bool hasRound(CountedLoop& loop) {
+  if (loop.plain && isImmediate(loop.from) && loop.from != consm0) {
+    auto from = static_cast<std::int32_t>(loop.from.word), to = static_cast<std::int32_t>(loop.to.word);
+    return loop.falling ? from >= to : from <= to;
+  }
+  return !pastBound(loop) && conditionHolds(loop);
 }
 
 // Runs from the loop's head until it ends; after a `next` again from the step.
@@ -210,12 +220,12 @@ void runCounted(CountedLoop& loop) {
   for (;;) {
     if (!fromStep) {
       evaluationLevel = loop.level;
-      if (pastBound(loop) || !conditionHolds(loop)) return;
+      if (!hasRound(loop)) return;
       evaluationLevel = loop.level + 3;
       loop.value = evalstat(loop.body, loop.mode);
     }
     fromStep = false;
-    step(loop);
+    if (!stepImmediate(loop)) step(loop);
     evaluationLevel = loop.level;
     if (evaluationLevel + 1 < gene[gcgen] || collectAlways) evalstat(null, modeInner);
   }
@@ -283,6 +293,8 @@ DAG forfrom(DAG s, int mode) {
     loop.to = immediate(codeOf(loop.to));
   }
   loop.ordinary = !loop.characters && isOrdinaryName(loop.variable);
+  loop.plain = loop.ordinary && isImmediate(loop.by) && loop.bounded && isImmediate(loop.to) &&
+               loop.to != consm0 && loop.condition == ini("true");
   storeVariable(loop);
   enterLoop(loop, s);
   runCounted(loop);

@@ -12,29 +12,24 @@
 namespace korel {
 
 /// Value of the LOCAL or PARAM `x` when that is stored as it evaluates; 0 when `eval` must decide.
-inline DAG plainValue(DAG x) {
+[[gnu::always_inline]] inline DAG plainValue(DAG x) {
   const Frame& frame = *Environment->frame;
   Word n = rawField(x, 1);
-  switch (tagOf(x)) {
-    case LOCAL: {
-      if (n - 1 >= lengthOf(frame.locals) - 1) return DAG();
-      DAG name = frame.locals[n];
-      if (!hasTag(name, NAME)) return DAG();
-      DAG value = name[1];
-      if (isImmediate(value)) return value;
-      // A procedure or table hides behind its name.
-      return value && !hasTag(value, PROC) && !hasTag(value, TABLE) ? value : DAG();
-    }
-    case PARAM:
-      // Numbers below 1 are `nargs`, `args` and `procname`; as unsigned ones they are out of range.
-      return n - 1 < lengthOf(frame.args) - 1 ? frame.args[n] : DAG();
-    default:
-      return DAG();
+  if (hasTag(x, PARAM)) {
+    // Numbers below 1 are `nargs`, `args` and `procname`; as unsigned ones they are out of range.
+    return n - 1 < lengthOf(frame.args) - 1 ? frame.args[n] : DAG();
   }
+  if (!hasTag(x, LOCAL) || n - 1 >= lengthOf(frame.locals) - 1) return DAG();
+  DAG name = frame.locals[n];
+  if (!hasTag(name, NAME)) return DAG();
+  DAG value = name[1];
+  if (isImmediate(value)) return value;
+  // A procedure or table hides behind its name.
+  return value && !hasTag(value, PROC) && !hasTag(value, TABLE) ? value : DAG();
 }
 
 /// `eval(x)`.
-inline DAG evalOperand(DAG x) {
+[[gnu::always_inline]] inline DAG evalOperand(DAG x) {
   if (isImmediate(x)) return x;
   Tag tag = tagOf(x);
   if (tag == LOCAL || tag == PARAM)

@@ -53,15 +53,15 @@ void shiftDitto(DAG value) {
   updategen(value);
 }
 
-DAG expressionStatement(DAG s, int mode) {
-  DAG value = unwrap(simpl(eval(s)));
+[[gnu::noinline]] DAG expressionStatement(DAG s, int mode) {
+  DAG value = unwrap(simpl(evalOperand(s)));
   if (mode == modeParse || value == null) return value;
   shiftDitto(value);
   if (isShown(mode)) show(value);
   return value;
 }
 
-DAG statementSequence(DAG s, int mode) {
+[[gnu::noinline]] DAG statementSequence(DAG s, int mode) {
   DAG value = null;
   int inner = innerMode(mode);
   for (Word i = 1, n = lengthOf(s); i < n; ++i) value = evalstat(s[i], inner);
@@ -74,8 +74,7 @@ void restoreInCondition(const char*) {
   Environment->frame->inCondition = DAG(static_cast<Word>(errorProcParam));
 }
 
-DAG truthOfCondition(DAG condition) {
-  if (DAG truth = plainTruthOf(condition)) return truth;
+[[gnu::noinline]] DAG truthOfOtherCondition(DAG condition) {
   Frame& frame = *Environment->frame;
   DAG before = frame.inCondition;
   PushParamErrorProc(restoreInCondition, before);
@@ -86,13 +85,14 @@ DAG truthOfCondition(DAG condition) {
   return truth;
 }
 
-DAG ifStatement(DAG s, int mode) {
+[[gnu::noinline]] DAG ifStatement(DAG s, int mode) {
   evaluationLevel += 3;
   Word n = lengthOf(s);
   DAG value = null;
   bool taken = false;
   for (Word i = 1; i + 1 < n && !taken; i += 2) {
-    DAG truth = truthOfCondition(s[i]);
+    DAG truth = plainTruthOf(s[i]);
+    if (!truth) truth = truthOfOtherCondition(s[i]);
     if (truth == ini("true")) {
       taken = true;
       value = evalstat(s[i + 1], innerMode(mode));
@@ -157,28 +157,53 @@ DAG multipleAssignment(DAG left, DAG value, int mode) {
   return value;
 }
 
-// Stores into a local of the running procedure, the most frequent target; false for any other.
-bool assignLocal(DAG left, DAG value) {
-  if (!isTag(left, LOCAL)) return false;
-  DAG locals = Environment->frame->locals;
+// The instance that a local or a captured local of the running procedure stands for, the most frequent
+// targets, when it takes any value; or 0. Such an instance is neither an environment variable nor in the
+// library.
+DAG plainInstance(DAG left) {
+  if (isImmediate(left)) return DAG();
+  const Frame& frame = *Environment->frame;
   Word n = rawField(left, 1);
-  if (n - 1 >= lengthOf(locals) - 1) return false;
-  DAG name = locals[n];
-  // An instance of a frame is neither an environment variable nor in the library.
-  if (!isTag(name, NAME) || name[2] != null || value == name || isTag(value, EXPSEQ)) return false;
-  updategen(value);
-  name[1] = value;
-  return true;
+  DAG name;
+  switch (tagOf(left)) {
+    case LOCAL:
+      if (n - 1 >= lengthOf(frame.locals) - 1) return DAG();
+      name = frame.locals[n];
+      break;
+    case LEXICAL:
+      // Captured parameters have numbers below 0.
+      if (n - 1 >= maxLength || frame.proc == null || 2 * n >= lengthOf(frame.proc[8])) return DAG();
+      name = frame.proc[8][2 * n];
+      break;
+    default: return DAG();
+  }
+  return isTag(name, NAME) && name[2] == null ? name : DAG();
 }
 
-DAG assignment(DAG s, int mode) {
-  DAG value = simpl(evalOperand(s[2]));
+// Whether `value` may be stored in an instance as it is. An integer may be without its place in the table
+// of simplified objects: `simpl` finds it one when it gets into something that is compared by its word.
+// Running sums would fill the table otherwise (bench/programs/loops.krl).
+bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
+
+[[gnu::noinline]] DAG assignment(DAG s, int mode) {
+  DAG value = evalOperand(s[2]);
   DAG left = s[1];
-  if (mode > 0 && optASSERT != 2 && !isShown(mode) &&
-      (assignLocal(left, value) || assignPlainEntry(left, value))) {
-    shiftDitto(value);
-    return value;
+  if (mode > 0 && optASSERT != 2 && !isShown(mode)) [[likely]] {
+    if (DAG name = plainInstance(left)) {
+      if (!isStorable(value)) value = simpl(value);
+      if (value != name && !isTag(value, EXPSEQ)) {
+        shiftDitto(value);
+        name[1] = value;
+        return value;
+      }
+    }
+    value = simpl(value);
+    if (assignPlainEntry(left, value)) {
+      shiftDitto(value);
+      return value;
+    }
   }
+  value = simpl(value);
   if (isTag(left, EXPSEQ)) return multipleAssignment(left, value, mode);
   DAG target = assignOne(left, value, mode);
   shiftDitto(value);
@@ -188,16 +213,23 @@ DAG assignment(DAG s, int mode) {
 
 // ---- the rest
 
-DAG returnStatement(DAG s) {
+[[gnu::noinline]] DAG returnStatement(DAG s) {
   DAG operand = isTag(s[1], EXPSEQ) ? s[1] : new2(EXPSEQ, s[1]);
   return eval(new3(FUNCTION, ini("RETURN"), operand));
 }
 
-DAG readStatement(DAG s, int mode) {
+[[gnu::noinline]] DAG readStatement(DAG s, int mode) {
   if (secureMode) KernelException("read is disabled");
   DAG file = unwrap(simpl(eval(s[1])));
   if (!isTag(file, NAME) && !isTag(file, STRING)) KernelException("read must have a file name");
   return ReadSourceOrDotMFile(textOf(file), 0, mode == modeShow);
+}
+
+[[noreturn, gnu::noinline]] void raiseStatement(DAG s) { KorelException(simpl(eval(s[1]))); }
+
+[[noreturn, gnu::noinline]] void jumpStatement(DAG s) {
+  funret = s;
+  jumpOut(jumpBreak);
 }
 
 [[noreturn]] void stopStatement(DAG s) {
@@ -225,11 +257,22 @@ void stopForDebugger(DAG s) {
 
 }  // namespace
 
+namespace {
+
+// What may come between two statements, rarely: the debugger, an interrupt, a time limit.
+[[gnu::noinline]] void attend(DAG s) {
+  if (stepLevel != 0) stopForDebugger(s);
+  if (interruptIsDue()) jumpback();
+  checkTimeLimit();
+}
+
+}  // namespace
+
 DAG evalst2(DAG s, int mode) {
   Environment->frame->currentStatement = s;
-  if (stepLevel != 0) stopForDebugger(s);
-  if (TestInterrupt()) jumpback();
-  checkTimeLimit();
+  if (++interruptCounter == 0 || (stepLevel | evalTimeLimit | pollWanted) != 0 ||
+      SpecialError == computationInterrupted) [[unlikely]]
+    attend(s);
   if (isImmediate(s)) return expressionStatement(s, mode);
   switch (tagOf(s)) {
     case STATSEQ: return statementSequence(s, mode);
@@ -239,12 +282,10 @@ DAG evalst2(DAG s, int mode) {
     case READ: return readStatement(s, mode);
     case SAVE: return saveStatement(s);
     case STOP: stopStatement(s);
-    case ERROR: KorelException(simpl(eval(s[1])));
+    case ERROR: raiseStatement(s);
     case TRY: return tryStatement(s, innerMode(mode));
     case RETURN: return returnStatement(s);
-    case BREAK: case NEXT:
-      funret = s;
-      jumpOut(jumpBreak);
+    case BREAK: case NEXT: jumpStatement(s);
     case USE: KernelException("use statement cannot be executed");
     default: return expressionStatement(s, mode);
   }
@@ -254,8 +295,10 @@ DAG evalstat(DAG s, int mode) {
   std::int32_t level = ++evaluationLevel;
   DAG value = evalst2(s, mode);
   evaluationLevel = level;
-  valueInFlight = value;
-  endOfStatement(level);
+  if (endIsDue(level)) [[unlikely]] {
+    valueInFlight = value;
+    settleGenerations(level);
+  }
   evaluationLevel = level - 1;
   return value;
 }

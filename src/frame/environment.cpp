@@ -26,22 +26,13 @@ constexpr int evalfTable = 2;  // among the remember tables of built-ins
 constexpr std::int64_t stackReserve = 32768;
 constexpr std::int64_t unlimitedStackCap = std::int64_t{1} << 30;
 
-/// Values of `evalf` remembered under other event handling no longer hold.
+}  // namespace
+
 void forgetFloatsUnderOtherHandlers(DAG before, DAG after) {
-  if (!before || !after || before == after) return;
+  if (!before || !after) return;
   if (before[envNumericEventHandlers] == after[envNumericEventHandlers]) return;
   DAG table = builtrem[evalfTable];
   if (isObject(table) && tagOf(table) == HASHTAB) clearhash(table, false);
-}
-
-}  // namespace
-
-void RestoreEnvironment(EnvironmentBlock* previous) {
-  EnvironmentBlock* left = Environment;
-  Environment = previous;
-  evaluationLevel = previous->depth;
-  if (left->frame != previous->frame && left->frame && previous->frame)
-    forgetFloatsUnderOtherHandlers(left->frame->envVars, previous->frame->envVars);
 }
 
 void recordStackBounds() {

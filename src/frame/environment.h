@@ -62,8 +62,17 @@ inline EnvironmentBlock* enterEnvironment(EnvironmentBlock& block, std::jmp_buf&
   Environment = &block;
   return previous;
 }
+/// Values of `evalf` that were remembered under other handlers of numeric events are forgotten.
+void forgetFloatsUnderOtherHandlers(DAG before, DAG after);
 /// Makes `previous` innermost again, at the depth it had.
-void RestoreEnvironment(EnvironmentBlock* previous);
+inline void RestoreEnvironment(EnvironmentBlock* previous) {
+  EnvironmentBlock* left = Environment;
+  Environment = previous;
+  evaluationLevel = previous->depth;
+  if (left->frame != previous->frame && left->frame && previous->frame &&
+      left->frame->envVars != previous->frame->envVars) [[unlikely]]
+    forgetFloatsUnderOtherHandlers(left->frame->envVars, previous->frame->envVars);
+}
 
 /// Jumps to the innermost block. Uses the form that leaves the signal mask alone; whoever lands has
 /// called `_setjmp`.

@@ -34,10 +34,14 @@ DAG nerintokorel(DAG x);
 bool askForInterrupt();
 extern std::uint8_t interruptCounter;
 extern volatile std::sig_atomic_t pollWanted;
-inline bool TestInterrupt() {
-  // The costly question goes out when the counter wraps, or when a signal has asked for it.
-  return ((++interruptCounter == 0 || pollWanted != 0) && askForInterrupt()) ||
+/// Asks when the counter has wrapped, or when a signal has asked for it.
+inline bool interruptIsDue() {
+  return ((interruptCounter == 0 || pollWanted != 0) && askForInterrupt()) ||
          SpecialError == computationInterrupted;
+}
+inline bool TestInterrupt() {
+  ++interruptCounter;
+  return interruptIsDue();
 }
 /// Acts on an interrupt: raises "interrupted" as a special error.
 void jumpback();

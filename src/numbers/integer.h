@@ -68,7 +68,11 @@ inline DAG Newint(std::int32_t value) {
   return fitsImmediate(value) ? immediate(value) : NewHeapInteger(value);
 }
 DAG NewIntegerInPlace(std::int32_t value, DAG r);
-DAG NewInteger(std::int64_t value);
+/// The heap form of a value that no immediate holds.
+DAG NewLongInteger(std::int64_t value);
+inline DAG NewInteger(std::int64_t value) {
+  return fitsImmediate(value) ? immediate(static_cast<std::int32_t>(value)) : NewLongInteger(value);
+}
 /// As `NewInteger`; `r` has room for 6 words.
 DAG NewLongLongIntegerInPlace(std::int64_t value, DAG r);
 /// Heap form of an immediate, 1 to 3 digits; `consm0` gives a zero of tag INTNEG.

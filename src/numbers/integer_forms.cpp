@@ -75,8 +75,7 @@ DAG NewIntegerInPlace(std::int32_t value, DAG r) {
   return r;
 }
 
-DAG NewInteger(std::int64_t value) {
-  if (fitsImmediate(value)) return immediate(static_cast<std::int32_t>(value));
+DAG NewLongInteger(std::int64_t value) {
   return NewLongLongIntegerInPlace(value, news(longDigitCount(magnitudeOf(value)) + 1));
 }
 

@@ -33,9 +33,14 @@ extern bool collectAlways;
 /// The end of a statement that ran at `level`: releases generations, opens a new one when the present
 /// one has had its share of words, and collects when the interval has passed.
 void settleGenerations(std::int32_t level);
-inline void endOfStatement(std::int32_t level) {
+/// Whether the end of a statement at `level` has any of that to do. The interval holds many generations:
+/// that it has passed is seen when the next one is due.
+inline bool endIsDue(std::int32_t level) {
   // Most statements end at a level that is known, between the marks.
-  if (level < gene[gcgen] || cused > nextgcgen || cused > nextgc || collectAlways) settleGenerations(level);
+  return level < gene[gcgen] || cused > nextgcgen || collectAlways;
+}
+inline void endOfStatement(std::int32_t level) {
+  if (endIsDue(level)) settleGenerations(level);
 }
 /// One full collection. Nothing while an external routine or another collection is running.
 void gc();
