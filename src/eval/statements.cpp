@@ -298,6 +298,7 @@ DAG evalstat(DAG s, int mode) {
   if (endIsDue(level)) [[unlikely]] {
     valueInFlight = value;
     settleGenerations(level);
+    valueInFlight = DAG();
   }
   evaluationLevel = level - 1;
   return value;
