@@ -13,4 +13,4 @@ def work(rounds):
     for i in range(1, rounds + 1):
         s = s + counter()(i)
     return c(0) + s
-print(work(10**5))
+print(work(5 * 10**5))

@@ -207,8 +207,7 @@ namespace {
 // An operand of a plain relation: an immediate, or 0.
 [[gnu::always_inline]] inline DAG smallOperand(DAG x) {
   if (!isImmediate(x)) {
-    Tag tag = tagOf(x);
-    if (tag != LOCAL && tag != PARAM) return DAG();
+    if (!isFrameReference(tagOf(x))) return DAG();
     x = plainValue(x);
     if (!isImmediate(x)) return DAG();
   }

@@ -152,7 +152,13 @@ DAG evalArguments(DAG proc, DAG a) {
   return unique;
 }
 
-// A fresh EXPSEQ, for the most part of one or two words.
+inline bool hasTypes(DAG declarations) {
+  for (Word i = 1, n = lengthOf(declarations); i < n; ++i)
+    if (hasTag(declarations[i], DCOLON)) return true;
+  return false;
+}
+
+// A fresh copy of an EXPSEQ, for the most part of one or two members.
 inline DAG sameSequence(DAG a) {
   Word n = lengthOf(a);
   DAG copy = news(n);
@@ -164,11 +170,9 @@ inline DAG sameSequence(DAG a) {
 // The arguments of a procedure without options, in an EXPSEQ that is not entered among the simplified
 // objects: who asks for the arguments as a whole looks it up (`parameterValue`). A new one, which `own`
 // says, goes back at the end of the call.
-inline DAG evalPlainArguments(DAG proc, DAG a, bool& own) {
+inline DAG evalPlainArguments(DAG a, bool& own) {
   own = false;
-  Word n = lengthOf(a), declared = lengthOf(proc[1]);
-  for (Word i = 1; i < n && i < declared; ++i)
-    if (hasTag(proc[1][i], DCOLON)) return evalArguments(proc, a);
+  Word n = lengthOf(a);
   DAG result = a;
   bool spliced = false;
   for (Word i = 1; i < n; ++i) {
@@ -235,6 +239,7 @@ DAG sendToFrontEnd(DAG stream, DAG arguments) {
 }
 
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key);
+DAG runPlain(const Callee& callee, DAG a);
 
 [[gnu::noinline]] DAG evalOtherCall(DAG x) {
   DAG head = x[1], a = x[2];
@@ -255,13 +260,12 @@ DAG runProcedure(const Callee& callee, DAG arguments, DAG key);
       sendDebug(debugBuiltin, callee.name, evparloc(a));
     return callBuiltin(immediateValue(proc[5]), x, callee.name);
   }
+  if (proc[3] == null && proc[4] == null && !callee.index && isTag(a, EXPSEQ)) return runPlain(callee, a);
   DAG arguments = evalArguments(proc, a);
   DAG value = remembered(callee, arguments);
   if (value != absent) return value;
   return runProcedure(callee, arguments, rememberKey(callee, arguments));
 }
-
-DAG runPlain(DAG proc, DAG name, DAG a);
 
 }  // namespace
 
@@ -271,7 +275,7 @@ DAG evalFunction(DAG x) {
   if (name && lengthOf(x) == 3 && isTag(x[2], EXPSEQ)) {
     // Most calls are of a procedure without options, on plain arguments.
     DAG proc = name[1];
-    if (proc[3] == null && proc[4] == null && proc[5] != InertProc) return runPlain(proc, name, x[2]);
+    if (proc[3] == null && proc[4] == null) return runPlain({proc, name, DAG()}, x[2]);
     if (beginsWith(proc[3], ini("builtin")) && isImmediate(proc[5]) && lengthOf(proc[3]) == 2)
       return callBuiltin(immediateValue(proc[5]), x, name);
   }
@@ -466,20 +470,20 @@ DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
 }
 
 // The call of a procedure without options and remembered values.
-DAG runPlain(DAG proc, DAG name, DAG a) {
-  bool own;
-  DAG arguments = evalPlainArguments(proc, a, own);
+DAG runPlain(const Callee& callee, DAG a) {
+  DAG proc = callee.procedure;
+  bool own = false, typed = hasTypes(proc[1]);
+  DAG arguments = typed ? evalArguments(proc, a) : evalPlainArguments(a, own);
   if (proc[4] != null) [[unlikely]] {
     // Evaluating the arguments has given the procedure a value to remember.
-    Callee callee;
-    callee.procedure = proc;
-    callee.name = name;
     arguments = simpl(arguments);
     DAG value = remembered(callee, arguments);
     return value != absent ? value : runProcedure(callee, arguments, arguments);
   }
-  if (!own && lengthOf(proc[1]) > 1) checkParameters(proc, arguments, name);
-  CallState call = {.frame = frameOf(proc, name, arguments, globalPrintLevel()), .proc = proc, .name = name};
+  if (proc[5] == InertProc) [[unlikely]] return runProcedure(callee, simpl(arguments), null);
+  if (typed) checkParameters(proc, arguments, callee.name);
+  CallState call = {
+      .frame = frameOf(proc, callee.name, arguments, globalPrintLevel()), .proc = proc, .name = callee.name};
   DAG result = runInFrame(call);
   // Nobody has asked for the arguments as a whole.
   if (own && !isSimplified(arguments)) release(arguments, lengthOf(arguments));

@@ -11,28 +11,40 @@
 
 namespace korel {
 
-/// Value of the LOCAL or PARAM `x` when that is stored as it evaluates; 0 when `eval` must decide.
+/// Value of the LOCAL, PARAM or captured local `x` when that is stored as it evaluates; 0 when `eval` must
+/// decide.
 [[gnu::always_inline]] inline DAG plainValue(DAG x) {
   const Frame& frame = *Environment->frame;
   Word n = rawField(x, 1);
-  if (hasTag(x, PARAM)) {
-    // Numbers below 1 are `nargs`, `args` and `procname`; as unsigned ones they are out of range.
-    return n - 1 < lengthOf(frame.args) - 1 ? frame.args[n] : DAG();
+  DAG name;
+  switch (tagOf(x)) {
+    case PARAM:
+      // Numbers below 1 are `nargs`, `args` and `procname`; as unsigned ones they are out of range.
+      return n - 1 < lengthOf(frame.args) - 1 ? frame.args[n] : DAG();
+    case LOCAL:
+      if (n - 1 >= lengthOf(frame.locals) - 1) return DAG();
+      name = frame.locals[n];
+      break;
+    case LEXICAL:
+      // Captured parameters have numbers below 0.
+      if (n - 1 >= maxLength || 2 * n >= lengthOf(frame.proc[8])) return DAG();
+      name = frame.proc[8][2 * n];
+      break;
+    default: return DAG();
   }
-  if (!hasTag(x, LOCAL) || n - 1 >= lengthOf(frame.locals) - 1) return DAG();
-  DAG name = frame.locals[n];
-  if (!hasTag(name, NAME)) return DAG();
+  if (isImmediate(name) || !hasTag(name, NAME)) return DAG();
   DAG value = name[1];
   if (isImmediate(value)) return value;
   // A procedure or table hides behind its name.
   return value && !hasTag(value, PROC) && !hasTag(value, TABLE) ? value : DAG();
 }
+/// Whether `x` is of a tag that `plainValue` reads.
+inline bool isFrameReference(Tag tag) { return tag == LOCAL || tag == PARAM || tag == LEXICAL; }
 
 /// `eval(x)`.
 [[gnu::always_inline]] inline DAG evalOperand(DAG x) {
   if (isImmediate(x)) return x;
-  Tag tag = tagOf(x);
-  if (tag == LOCAL || tag == PARAM)
+  if (isFrameReference(tagOf(x)))
     if (DAG value = plainValue(x)) return value;
   return eval(x);
 }

@@ -11,6 +11,12 @@ namespace korel {
 namespace {
 
 void copyFields(DAG dst, Word dstAt, DAG src, Word srcAt, Word n) {
+  // Most objects are short: a loop ends before a call has found out how to copy them.
+  constexpr Word shortLength = 12;
+  if (n <= shortLength) {
+    for (Word i = 0; i < n; ++i) dst[dstAt + i] = src[srcAt + i];
+    return;
+  }
   std::memmove(static_cast<void*>(&dst[dstAt]), &src[srcAt], std::size_t{4} * n);
 }
 
