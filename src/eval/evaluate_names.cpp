@@ -1,5 +1,7 @@
 // What stands for what: `evparloc`, `evalname`, the one-level `mvalue`, and concatenation.
 
+#include <cstring>
+
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
 #include "eval/procedures.h"
@@ -269,7 +271,38 @@ DAG joinText(DAG left, const char* tail) {
   return hasTag(left, STRING) ? StringToMString(text) : StringToName(text);
 }
 
-DAG joinInteger(DAG left, DAG n) { return joinText(left, textOf(KorelIntToStr(n))); }
+// Appends the text of a string, name or integer; null when fewer than `room` characters are left for it.
+char* appendPart(char* end, std::ptrdiff_t room, DAG part) {
+  constexpr std::ptrdiff_t longestImmediate = 12;
+  if (isImmediate(part)) return room > longestImmediate ? writeDecimal(part, end) : nullptr;
+  if (isInteger(part)) return SoftIntLength(part) + 1 < room ? writeDecimal(part, end) : nullptr;
+  auto size = static_cast<std::ptrdiff_t>(std::strlen(textOf(part)));
+  if (size >= room) return nullptr;
+  std::memcpy(end, textOf(part), static_cast<std::size_t>(size));
+  return end + size;
+}
+
+// The text of `count` strings, names or integers in a row.
+DAG joinParts(const DAG* parts, Word count, Tag tag) {
+  // Most texts fit into a buffer on the stack.
+  char brief[256];
+  char* end = brief;
+  for (Word i = 0; i < count && end != nullptr; ++i)
+    end = appendPart(end, brief + sizeof brief - end, parts[i]);
+  if (end != nullptr) {
+    *end = '\0';
+    return strnaminstall(brief, tag);
+  }
+  char* text = NewLongString();
+  for (Word i = 0; i < count; ++i)
+    text = AppendStringToString(text, textOf(isInteger(parts[i]) ? KorelIntToStr(parts[i]) : parts[i]));
+  return tag == STRING ? StringToMString(text) : StringToName(text);
+}
+
+DAG joinOne(DAG left, DAG x) {
+  const DAG parts[2] = {left, x};
+  return joinParts(parts, 2, hasTag(left, STRING) ? STRING : NAME);
+}
 
 DAG joinRange(DAG left, DAG from, DAG to) {
   if (isInteger(from) && isInteger(to)) {
@@ -278,7 +311,7 @@ DAG joinRange(DAG left, DAG from, DAG to) {
     if (hi - lo >= std::int64_t{maxLength} - 1) KernelException("object too large");
     DAG sequence = newl2(static_cast<Word>(hi - lo + 2), EXPSEQ);
     for (std::int64_t k = lo; k <= hi; ++k)
-      sequence[k - lo + 1] = joinInteger(left, simpl(NewInteger(k)));
+      sequence[k - lo + 1] = joinOne(left, simpl(NewInteger(k)));
     return simpl(sequence);
   }
   if (isCharacter(from) && isCharacter(to)) {
@@ -298,8 +331,6 @@ DAG joinRange(DAG left, DAG from, DAG to) {
 }
 
 bool canJoin(DAG x) { return isText(x) || isInteger(x); }
-
-DAG joinOne(DAG left, DAG x) { return isInteger(x) ? joinInteger(left, x) : joinText(left, textOf(x)); }
 
 }  // namespace
 
@@ -333,10 +364,8 @@ DAG concatenate(DAG left, DAG right) {
 }
 
 DAG korelCat(DAG parts) {
-  char* text = NewLongString();
-  for (Word i = 1; i < lengthOf(parts); ++i)
-    text = AppendStringToString(text, textOf(isInteger(parts[i]) ? KorelIntToStr(parts[i]) : parts[i]));
-  return lengthOf(parts) > 1 && hasTag(parts[1], STRING) ? StringToMString(text) : StringToName(text);
+  const Word count = lengthOf(parts) - 1;
+  return joinParts(&parts[1], count, count > 0 && hasTag(parts[1], STRING) ? STRING : NAME);
 }
 
 }  // namespace korel

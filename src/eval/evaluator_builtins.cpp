@@ -136,7 +136,7 @@ DAG if_(const BuiltinCall& call) {
   DAG decided = evalbool(condition);
   if (decided == ini("true")) return eval(args[2]);
   if (decided == ini("false") || decided == ini("FAIL")) return eval(args[3]);
-  if (decided == args[1]) return call.form;
+  if (decided == args[1]) return unevaluatedCall(call);
   return simpl(newCall(call.self, {decided, evparloc(args[2]), evparloc(args[3])}));
 }
 
@@ -179,7 +179,7 @@ DAG ERROR_(const BuiltinCall& call) {
 
 DAG goto_(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
-  funret = call.form;
+  funret = unevaluatedCall(call);
   jumpOut(jumpReturn);
 }
 

@@ -6,6 +6,7 @@
 #include "eval/builtins.h"
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
+#include "eval/loose_arguments.h"
 #include "eval/operand.h"
 #include "eval/procedures.h"
 #include "eval/procedure_frame.h"
@@ -156,37 +157,6 @@ inline bool hasTypes(DAG declarations) {
   for (Word i = 1, n = lengthOf(declarations); i < n; ++i)
     if (hasTag(declarations[i], DCOLON)) return true;
   return false;
-}
-
-// A fresh copy of an EXPSEQ, for the most part of one or two members.
-inline DAG sameSequence(DAG a) {
-  Word n = lengthOf(a);
-  DAG copy = news(n);
-  headerWord(copy) = headerWord(a);
-  for (Word i = 1; i < n; ++i) copy[i] = a[i];
-  return copy;
-}
-
-// The arguments of a procedure without options, in an EXPSEQ that is not entered among the simplified
-// objects: who asks for the arguments as a whole looks it up (`parameterValue`). A new one, which `own`
-// says, goes back at the end of the call.
-inline DAG evalPlainArguments(DAG a, bool& own) {
-  own = false;
-  Word n = lengthOf(a);
-  DAG result = a;
-  bool spliced = false;
-  for (Word i = 1; i < n; ++i) {
-    DAG argument = a[i];
-    if (isImmediate(argument)) continue;
-    DAG value = simpl(evalOperand(argument));
-    if (value == argument) continue;
-    if (result == a) result = sameSequence(a);
-    result[i] = value;
-    spliced = spliced || isTag(value, EXPSEQ);
-  }
-  if (spliced) return simpl(result);
-  own = result != a;
-  return result;
 }
 
 // ---- tracing and remember tables
@@ -465,15 +435,16 @@ DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
   CallState call = {
       .frame = frameOf(proc, callee.name, arguments, framePrintLevel(proc)), .proc = proc, .name = callee.name};
   DAG result = runInFrame(call);
-  if (!isExternalWrapper(proc) && hasOption(proc, ini("remember"))) pcinsert(proc, key, result, -1);
+  if (!isExternalWrapper(proc) && hasOption(proc, ini("remember"))) pcinsert(proc, key, result = simpl(result), -1);
   return finishCall(call, result);
 }
 
 // The call of a procedure without options and remembered values.
 DAG runPlain(const Callee& callee, DAG a) {
   DAG proc = callee.procedure;
-  bool own = false, typed = hasTypes(proc[1]);
-  DAG arguments = typed ? evalArguments(proc, a) : evalPlainArguments(a, own);
+  const bool typed = hasTypes(proc[1]);
+  LooseArguments loose = typed ? LooseArguments{evalArguments(proc, a), false} : evalLooseArguments(a);
+  DAG arguments = loose.sequence;
   if (proc[4] != null) [[unlikely]] {
     // Evaluating the arguments has given the procedure a value to remember.
     arguments = simpl(arguments);
@@ -485,8 +456,8 @@ DAG runPlain(const Callee& callee, DAG a) {
   CallState call = {
       .frame = frameOf(proc, callee.name, arguments, globalPrintLevel()), .proc = proc, .name = callee.name};
   DAG result = runInFrame(call);
-  // Nobody has asked for the arguments as a whole.
-  if (own && !isSimplified(arguments)) release(arguments, lengthOf(arguments));
+  // Who has asked for the arguments as a whole has simplified them.
+  releaseLoose(loose);
   return finishCall(call, result);
 }
 

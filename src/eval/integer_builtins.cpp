@@ -26,7 +26,7 @@ DAG divide(const BuiltinCall& call, bool wantsQuotient) {
   if (n < 2 || n > 3) wrongParameters(call);
   DAG a = call.arguments[1], b = call.arguments[2];
   if (!isInteger(a) || !isInteger(b)) {
-    if (isSymbolic(a) || isSymbolic(b)) return call.form;
+    if (isSymbolic(a) || isSymbolic(b)) return unevaluatedCall(call);
     wrongParameters(call);
   }
   if (n == 3 && !isVariable(call.arguments[3])) wrongParameters(call);
@@ -45,7 +45,7 @@ DAG igcd(const BuiltinCall& call) {
   for (Word i = 1; i < lengthOf(call.arguments); ++i) {
     DAG x = call.arguments[i];
     if (!isInteger(x)) {
-      if (isSymbolic(x)) return call.form;
+      if (isSymbolic(x)) return unevaluatedCall(call);
       wrongParameters(call);
     }
     folded = simpl(igcd(folded, x));
@@ -60,7 +60,7 @@ DAG isqrt(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
   DAG n = call.arguments[1];
   if (isInteger(n)) return simpl(isqrt(n));
-  if (isSymbolic(n)) return call.form;
+  if (isSymbolic(n)) return unevaluatedCall(call);
   wrongParameters(call);
 }
 

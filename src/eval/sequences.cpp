@@ -291,7 +291,7 @@ DAG dollar(const BuiltinCall& call) {
   if (n == 1 && isTag(call.arguments[1], RANGE)) {
     DAG range = call.arguments[1];
     if (areConstant(range[1], range[2])) return dollarSequence(DAG(), DAG(), range[1], range[2]);
-    return call.form;
+    return unevaluatedCall(call);
   }
   if (n != 2) wrongParameters(call);
   DAG expression = call.arguments[1], control = call.arguments[2];
@@ -302,7 +302,7 @@ DAG dollar(const BuiltinCall& call) {
   } else if (areConstant(cons1, control)) {
     return dollarSequence(expression, DAG(), cons1, control);
   }
-  return call.form;
+  return unevaluatedCall(call);
 }
 
 }  // namespace korel

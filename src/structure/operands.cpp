@@ -233,7 +233,7 @@ DAG memberBuiltin(const BuiltinCall& call) {
   Word n = argumentCount(call);
   if (n < 2 || n > 3) wrongParameters(call);
   DAG x = call.arguments[1], container = call.arguments[2];
-  if (!isTag(container, LIST) && !isTag(container, SET)) return call.form;
+  if (!isTag(container, LIST) && !isTag(container, SET)) return unevaluatedCall(call);
   Word position = member(container[1], x);
   if (position == 0) return ini("false");
   if (n == 3) assign(evalname(call.arguments[3]), immediate(static_cast<std::int32_t>(position)));

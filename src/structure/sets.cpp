@@ -138,7 +138,7 @@ namespace {
 DAG foldSets(const BuiltinCall& call, DAG (*operation)(DAG a, DAG b)) {
   Word n = argumentCount(call);
   for (Word i = 1; i <= n; ++i)
-    if (!isTag(call.arguments[i], SET)) return call.form;
+    if (!isTag(call.arguments[i], SET)) return unevaluatedCall(call);
   if (n == 0) return emptyset;
   DAG folded = call.arguments[1];
   for (Word i = 2; i <= n; ++i) folded = operation(folded, call.arguments[i]);
