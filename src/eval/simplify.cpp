@@ -371,6 +371,9 @@ DAG simplifyObject(DAG s) {
     if (DAG bound = lookupBinding(s)) return bound;
   }
   if (isSimplified(s)) return s;
+  // Names and plain strings are unique by their own tables.
+  if (tag == NAME) return markSimplified(s);
+  if (tag == STRING && !s[1] && s[2] == null) return strinstall(textOf(s));
   checkStack();
   Word key = 0;
   if (!bindingsEnabled) {
@@ -392,7 +395,7 @@ DAG simplifyObject(DAG s) {
       if ((s[1] == cons0 || s[1] == consm0) && isInteger(s[2])) s[2] = cons0;
       simplifyOperands(s, 2);
       return makeUnique(s);
-    case HFLOAT: case STRING: case NAME: case LOCAL: case PARAM: case LEXICAL: case RTABLE:
+    case HFLOAT: case STRING: case LOCAL: case PARAM: case LEXICAL: case RTABLE:
     case BREAK: case NEXT:
       return finish(s, key, mustHash);
     case COMPLEX:

@@ -29,7 +29,8 @@ constexpr int stockPieces = 129;  // pieces of a small size that one large block
 constexpr Word smallestSplit = 3; // words that a split leaves behind at least
 
 Word& linkOf(Word block) { return wordAt(block); }
-Word& sizeOf(Word block) { return wordAt(block + 4); }
+// Chunks keep their size as a plain number, which may be more than an object can have.
+Word& chunkSize(Word chunk) { return wordAt(chunk + 4); }
 
 constexpr int classOf(Word n) { return n < 19 ? 12 : n < 35 ? 13 : n < 141 ? 14 : 15; }
 
@@ -42,7 +43,7 @@ Word takeFromClass(int c, Word n) {
   Word* link = &freelist[c];
   int probes = c == lastClass ? -1 : mostProbes;
   for (Word block = *link; block != 0 && probes-- != 0; link = &linkOf(block), block = *link) {
-    Word size = sizeOf(block);
+    Word size = freeSize(block);
     if (size > n + 2 || size == n) {
       *link = linkOf(block);
       return block;
@@ -54,7 +55,7 @@ Word takeFromClass(int c, Word n) {
 // Cuts `n` words from the front of `block`, whose size is at least n + 3. A small size also stocks its
 // free list, in address order, so that a burst of such objects makes one trip.
 Word breakup(Word block, Word n) {
-  Word rest = sizeOf(block) - n;
+  Word rest = freeSize(block) - n;
   Word at = block + 4 * n;
   if (n >= 3 && n < firstClassSize && rest - n >= smallestSplit && rest > n) {
     Word first = at;
@@ -62,6 +63,7 @@ Word breakup(Word block, Word n) {
     for (int piece = 0; piece < stockPieces && rest >= n + smallestSplit; ++piece) {
       if (link != nullptr) *link = at;
       link = &linkOf(at);
+      setFreeSize(at, n);
       at += 4 * n;
       rest -= n;
     }
@@ -85,17 +87,21 @@ Word newChunk(Word n) {
   Word first = allstorage;
   Word block = chunk;
   Word size = static_cast<Word>(words);
-  if (first != 0 && first + 4 * sizeOf(first) == chunk) {
+  if (first != 0 && first + 4 * chunkSize(first) == chunk) {
     // Directly behind the latest chunk: one chunk of both.
-    sizeOf(first) += size;
+    chunkSize(first) += size;
   } else {
     linkOf(chunk) = allstorage;
-    sizeOf(chunk) = size;
+    chunkSize(chunk) = size;
     allstorage = chunk;
     block = chunk + 8;
     size -= 2;
   }
-  sizeOf(block) = size;
+  if (size > maxFreeSize) {
+    release_space(block + 4 * maxFreeSize, size - maxFreeSize);
+    size = maxFreeSize;
+  }
+  setFreeSize(block, size);
   return block;
 }
 
@@ -115,21 +121,32 @@ Word getLargeSpace(Word n) {
       notimpl("ran out of memory");
     }
   }
-  return sizeOf(block) == n ? block : breakup(block, n);
+  return freeSize(block) == n ? block : breakup(block, n);
 }
 
-void release_space(Word block, std::int64_t n) {
+void releaseOther(Word block, std::int64_t n) {
   if (n < 1) return;
-  if (n < firstClassSize) {
-    linkOf(block) = freelist[n];
-    freelist[n] = block;
+  if (n == 1) {
+    wordAt(block) = 1;
     return;
   }
+  while (n > maxFreeSize + 1) {
+    releaseOther(block, maxFreeSize);
+    block += 4 * maxFreeSize;
+    n -= maxFreeSize;
+  }
+  if (n > maxFreeSize) {
+    // One word more than a block can have.
+    wordAt(block) = 1;
+    block += 4;
+    --n;
+  }
+  if (n < firstClassSize) return release_space(block, n);
   auto size = static_cast<Word>(n);
-  sizeOf(block) = size;
+  setFreeSize(block, size);
   Word& head = freelist[classOf(size)];
   // The head is the smallest of what has lately come in: a search that fits it ends at once.
-  if (head != 0 && sizeOf(head) < size) {
+  if (head != 0 && freeSize(head) < size) {
     linkOf(block) = linkOf(head);
     linkOf(head) = block;
   } else {
@@ -147,7 +164,7 @@ void ShowFreeLists() {
     Printf2("%ld ", count);
   }
   Printf2("\nSizes of last freelist: ");
-  for (Word block = freelist[lastClass]; block != 0; block = linkOf(block)) Printf2("%u ", sizeOf(block));
+  for (Word block = freelist[lastClass]; block != 0; block = linkOf(block)) Printf2("%u ", freeSize(block));
   Printf2("\n");
 }
 

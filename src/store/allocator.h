@@ -5,6 +5,10 @@
 // 11 words) are popped from and pushed on exact lists, larger ones live in four class lists and carry
 // their size. Sizes and counters are in 32-bit words; a block for an object of length n has n + 1
 // words, since the control word counts.
+//
+// Free storage can be walked like objects: a free block is a GARBAGE object whose control word links it to
+// the next of its list, and whose length is its size. A single word, which no object fits, is 1 (no control
+// word is odd) and on no list: the sweep joins it to its neighbours.
 
 #include "store/dag.h"
 #include "store/generations.h"
@@ -52,8 +56,20 @@ inline Word get_space(Word n) {
   return getLargeSpace(n);
 }
 
+/// Makes the words from `block` on a free block, on no list yet. `size` is 2 at least.
+constexpr Word maxFreeSize = maxLength + 1;
+inline void setFreeSize(Word block, Word size) { wordAt(block + 4) = GARBAGE | (size - 1); }
+inline Word freeSize(Word block) { return (wordAt(block + 4) & lengthMask) + 1; }
+
+/// The part of `release_space` beside the exact lists.
+void releaseOther(Word block, std::int64_t n);
 /// Gives the `n` words at `block` back to the free lists; below 1 nothing happens.
-void release_space(Word block, std::int64_t n);
+inline void release_space(Word block, std::int64_t n) {
+  if (n < 2 || n >= std::int64_t{firstClassSize}) return releaseOther(block, n);
+  setFreeSize(block, static_cast<Word>(n));
+  wordAt(block) = freelist[n];
+  freelist[n] = block;
+}
 /// Gives back object `s` of length `n`. The caller holds the only reference.
 inline void release(DAG s, Word n) { release_space(s.word - 4, std::int64_t{n} + 1); }
 

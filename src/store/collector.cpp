@@ -88,11 +88,11 @@ void collect() {
   static GenerationPlan plan;
   planGenerations(plan);
 
+  dissolveFreeLists();
   listRememberTables();
   forEachRoot(mark);
   beginIntegerTraversal();  // addresses are used again from now on
   markNamesInUse();
-  makeFreeStorageParsable();
   hideWeakTables();
   markFromOlderGenerations();
   sweepRememberTables();
@@ -213,7 +213,7 @@ void GarbageCollectSoftwareFloats() {
   forgetAppendSlack();
   floats.complete = true;
   forEachRoot(raiseUseCountsBehind);
-  makeFreeStorageParsable();
+  dissolveFreeLists();
   forEachHeapItem([](DAG s, Word, Word) {
     if (!s || isExpendable(s)) return;
     if (hasTag(s, RTABLE))

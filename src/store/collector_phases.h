@@ -65,14 +65,14 @@ void sweepWeakTables();
 
 // ---- the heap (collector_sweep.cpp)
 
-/// Turns the free lists into objects that a walk over the heap can step over; empties them.
-void makeFreeStorageParsable();
+/// Empties the free lists: their blocks become dead GARBAGE objects, which the sweep comes upon.
+void dissolveFreeLists();
 /// Marks what objects of generations not released, and protected objects, refer to.
 void markFromOlderGenerations();
 /// Gives back what is dead and relabels what is alive: `newNumber` by old generation.
 void sweep(const std::int16_t* newNumber);
 
-/// Visits each run of words: an object, or one free word (then `s` is 0). Free storage is parsable.
+/// Visits each run of words: an object, a free block (a GARBAGE object), or one free word (then `s` is 0).
 template <class Visit>
 void forEachHeapItem(Visit visit) {
   for (Word chunk = allstorage; chunk != 0; chunk = wordAt(chunk)) {

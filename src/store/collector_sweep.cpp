@@ -1,38 +1,12 @@
 // Walks over the heap: what older generations keep, and the sweep.
 //
-// A chunk is a sequence of objects and free words. Blocks on the free lists are neither, until
-// `makeFreeStorageParsable` has made them GARBAGE objects, or ones, which no control word is: its
-// low bit is always 0.
+// A chunk is a sequence of objects, free blocks among them (allocator.h), and single free words.
 
 #include "store/collector_phases.h"
 
 namespace korel {
 
 namespace {
-
-// `words` of free storage as objects that a walk steps over.
-void formatFreeBlock(Word block, std::int64_t words) {
-  while (words > 1) {
-    Word length = words - 1 > maxLength ? maxLength : static_cast<Word>(words - 1);
-    wordAt(block) = 0;
-    wordAt(block + 4) = GARBAGE | length;
-    block += 4 * (length + 1);
-    words -= length + 1;
-  }
-  if (words == 1) wordAt(block) = 1;
-}
-
-void formatFreeList(int index) {
-  Word block = freelist[index];
-  freelist[index] = 0;
-  while (block != 0) {
-    Word next = wordAt(block);
-    Word size = index < static_cast<int>(firstClassSize) ? static_cast<Word>(index)
-                                                         : wordAt(block + 4);
-    formatFreeBlock(block, size);
-    block = next;
-  }
-}
 
 // Makes any use of a dead object fall over: each word refers to an address that is never mapped.
 void spoil(Word block, Word words) {
@@ -42,9 +16,15 @@ void spoil(Word block, Word words) {
 
 }  // namespace
 
-void makeFreeStorageParsable() {
+// Objects that nobody will look at again may refer to a block that was given back by hand, and they are
+// roots as long as their generation lasts. A free block that they refer to gets a label as any object, and
+// stays by itself: joined to others it would leave them a reference into the middle of something.
+void dissolveFreeLists() {
   ShowFreeLists();
-  for (int index = 1; index < freeListCount; ++index) formatFreeList(index);
+  for (Word& head : freelist) head = 0;
+  forEachHeapItem([](DAG s, Word at, Word) {
+    if (s && hasTag(s, GARBAGE)) wordAt(at) = 0;
+  });
 }
 
 void markFromOlderGenerations() {

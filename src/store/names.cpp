@@ -17,7 +17,8 @@ namespace {
 
 DAG newText(const char* text, Tag tag) {
   DAG s = newl4(textLength(std::strlen(text)), tag, DAG(), null);
-  controlWord(s) |= deferredBit;
+  // A string of the table is the only one of its text, and so in its final form.
+  controlWord(s) |= tag == STRING ? deferredBit | simplifiedBit : deferredBit;
   std::strcpy(textOf(s), text);
   return s;
 }
@@ -89,8 +90,13 @@ DAG stringhashunique(Word k, const char* text, DAG table) {
     return newTextIn(table, s);
   }
   PairAddress pair = chain.word + 4;
-  for (; pairKey(pair).word != 0; pair = nextPair(pair))
-    if (pairKey(pair).word == k && std::strcmp(textOf(pairValue(pair)), text) == 0) return pairValue(pair);
+  for (; pairKey(pair).word != 0; pair = nextPair(pair)) {
+    if (pairKey(pair).word != k) continue;
+    DAG found = pairValue(pair);
+    if (std::strcmp(textOf(found), text) != 0) continue;
+    updategen(found);  // it may have been on its way out
+    return found;
+  }
   DAG s = newText(text, tag);
   pairKey(pair) = DAG(k);
   pairValue(pair) = s;

@@ -78,8 +78,8 @@ DAG NewHFloat(double x, bool inPlace);
 double hfloatValue(DAG hfloat);
 extern DAG static_hfloat;
 
-/// Overwrites `dst`, at least as long as `src`, with the header and fields of `src`; an immediate
-/// `src` is written as a heap integer of its value.
+/// Overwrites `dst` with the header and fields of `src`; an immediate `src` is written as a heap integer of
+/// its value. `dst` is as long as `src`: words left over would lead every walk over the heap astray.
 void copy(DAG dst, DAG src);
 /// Shallow copy: fresh control word, same tag and fields. An immediate is returned as it is.
 DAG CopyAlg(DAG s);

@@ -9,6 +9,8 @@ DAG apl[appendListLength];
 
 namespace {
 
+// Control word of slack: no free block has it, since those are linked by addresses.
+constexpr Word slackMark = 2;
 // Slack of fewer words can't hold a block that is worth keeping.
 constexpr Word leastSlack = 3;
 
@@ -35,14 +37,14 @@ void dropFromList(int place) {
 Word slackBehind(DAG object) {
   Word length = lengthOf(object);
   DAG block(object.word + 4 * (length + 1));
-  if (tagOf(block) != GARBAGE || 2 * lengthOf(block) >= length) return 0;
+  if (controlWord(block) != slackMark || tagOf(block) != GARBAGE || 2 * lengthOf(block) >= length) return 0;
   return lengthOf(block) + 1;
 }
 
 /// Makes the `slack` words from `first` on a block, or gives them back when they are too few.
 void keepSlack(DAG object, int place, Word first, Word slack) {
   if (slack >= leastSlack) {
-    wordAt(first) = 0;
+    wordAt(first) = slackMark;
     setHeader(DAG(first + 4), GARBAGE, slack - 1);
     moveToFront(object, place);
   } else {

@@ -48,7 +48,6 @@ std::vector<Word> blocksOf(int list) {
   for (Word b = freelist[list]; b != 0; b = wordAt(b)) blocks.push_back(b);
   return blocks;
 }
-Word sizeOf(Word block) { return wordAt(block + 4); }
 
 // A block of n + 1 or n + 2 words would leave too little behind and is passed over.
 TEST(Allocator, SplitsLeaveThreeWordsOrNone) {
@@ -81,13 +80,13 @@ TEST(Allocator, OneLargeBlockStocksASmallSize) {
   ASSERT_EQ(stock.size(), 129u);
   for (std::size_t i = 0; i < stock.size(); ++i) EXPECT_EQ(stock[i], area + 12 * (i + 1));
   ASSERT_EQ(blocksOf(15).size(), 1u);
-  EXPECT_EQ(sizeOf(freelist[15]), 2000u - 130 * 3);
+  EXPECT_EQ(freeSize(freelist[15]), 2000u - 130 * 3);
   Area::empty();
   // Two words have no stock: one piece is cut, the rest is one block.
   release_space(area, 500);
   EXPECT_EQ(get_space(2), area);
   EXPECT_TRUE(blocksOf(2).empty());
-  EXPECT_EQ(sizeOf(freelist[15]), 498u);
+  EXPECT_EQ(freeSize(freelist[15]), 498u);
   Area::empty();
   // The stock ends when fewer than three words would stay.
   release_space(area, 18);
@@ -112,11 +111,11 @@ TEST(Allocator, TheHeadOfAClassIsItsSmallestOfLate) {
 TEST(Allocator, ChunksBackToBackBecomeOne) {
   Area own(1);
   Word chunk = allstorage;
-  Word size = sizeOf(chunk);
+  Word size = wordAt(chunk + 4);
   std::int64_t before = totalmem;
   Word block = get_space(40000);
   EXPECT_EQ(allstorage, chunk);
-  EXPECT_EQ(sizeOf(chunk), size + 3 * chunkUnit);
+  EXPECT_EQ(wordAt(chunk + 4), size + 3 * chunkUnit);
   EXPECT_EQ(totalmem, before + 3 * std::int64_t{chunkUnit});
   EXPECT_EQ(block, chunk + 4 * size);
   EXPECT_GE(historage, block + 160000);

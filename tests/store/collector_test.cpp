@@ -23,7 +23,14 @@ std::int64_t freeWords() {
   std::int64_t words = 0;
   for (int i = 1; i < freeListCount; ++i)
     for (Word b = freelist[i]; b != 0; b = wordAt(b))
-      words += i < static_cast<int>(firstClassSize) ? i : wordAt(b + 4);
+      words += freeSize(b);
+  // Single words are on no list.
+  for (Word chunk = allstorage; chunk != 0; chunk = wordAt(chunk))
+    for (Word at = chunk + 8, end = chunk + 4 * wordAt(chunk + 4); at < end;) {
+      bool single = (wordAt(at) & 1) != 0;
+      words += single;
+      at += single ? 4 : 4 * freeSize(at);
+    }
   return words;
 }
 
@@ -200,8 +207,7 @@ TEST(Collector, TheSmallCollectionTakesNumbersThatNobodyHolds) {
   bool isFree = false;
   for (int i = 1; i < freeListCount; ++i)
     for (Word block = freelist[i]; block != 0; block = wordAt(block)) {
-      Word size = i < static_cast<int>(firstClassSize) ? static_cast<Word>(i) : wordAt(block + 4);
-      isFree |= block <= at && at < block + 4 * size;
+      isFree |= block <= at && at < block + 4 * freeSize(block);
     }
   EXPECT_TRUE(isFree);
   AllowGC(holder);

@@ -79,7 +79,7 @@ TEST(Objects, ImmediatesHaveTwoZeros) {
   EXPECT_EQ(immediateValue(consm0), 0);
   EXPECT_EQ(tagOf(consm0), INTNEG);
   EXPECT_EQ(tagOf(immediate(0)), INTPOS);
-  DAG target = newl2(4, EXPSEQ);
+  DAG target = newl2(3, EXPSEQ);
   copy(target, immediate(-12345));
   EXPECT_EQ(headerWord(target), INTNEG | 3u);
   EXPECT_EQ(rawField(target, 1), 2345u);
