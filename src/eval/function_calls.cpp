@@ -401,7 +401,7 @@ inline DAG runInFrame(CallState& call) {
   return result;
 }
 
-inline Frame frameOf(DAG proc, DAG name, DAG arguments, std::int32_t printLevel) {
+[[gnu::always_inline]] inline Frame frameOf(DAG proc, DAG name, DAG arguments, std::int32_t printLevel) {
   Frame& caller = *Environment->frame;
   return {
       .previousFrame = &caller,
@@ -419,7 +419,7 @@ inline Frame frameOf(DAG proc, DAG name, DAG arguments, std::int32_t printLevel)
   };
 }
 
-inline DAG finishCall(CallState& call, DAG result) {
+[[gnu::always_inline]] inline DAG finishCall(CallState& call, DAG result) {
   leaveFrame(call, false);
   if (call.traced) [[unlikely]]
     sendDebug(debugExit, call.name, result, callerName(call.frame));

@@ -27,7 +27,7 @@ inline DAG looseCopy(DAG a) {
 }
 
 /// The members of the EXPSEQ `a` evaluated and simplified, sequences spliced: `a` itself when none changes.
-inline LooseArguments evalLooseArguments(DAG a) {
+[[gnu::always_inline]] inline LooseArguments evalLooseArguments(DAG a) {
   DAG result = a;
   bool spliced = false;
   for (Word i = 1, n = lengthOf(a); i < n; ++i) {

@@ -266,9 +266,8 @@ namespace {
   checkTimeLimit();
 }
 
-}  // namespace
-
-DAG evalst2(DAG s, int mode) {
+// Each statement that works is a function of its own, as in `eval`.
+[[gnu::always_inline]] inline DAG runStatement(DAG s, int mode) {
   Environment->frame->currentStatement = s;
   if (++interruptCounter == 0 || (stepLevel | evalTimeLimit | pollWanted) != 0 ||
       SpecialError == computationInterrupted) [[unlikely]]
@@ -291,9 +290,13 @@ DAG evalst2(DAG s, int mode) {
   }
 }
 
+}  // namespace
+
+DAG evalst2(DAG s, int mode) { return runStatement(s, mode); }
+
 DAG evalstat(DAG s, int mode) {
   std::int32_t level = ++evaluationLevel;
-  DAG value = evalst2(s, mode);
+  DAG value = runStatement(s, mode);
   evaluationLevel = level;
   if (endIsDue(level)) [[unlikely]] {
     valueInFlight = value;
