@@ -13,6 +13,7 @@
 #include "eval/evaluate.h"
 #include "eval/simplify.h"
 #include "eval/simplify_cases.h"
+#include "eval/unique_pairs.h"
 #include "frame/errors.h"
 #include "numbers/complex.h"
 #include "numbers/numeric_events.h"
@@ -27,12 +28,6 @@ namespace {
 
 // From this many words on, terms are sorted to find equal ones; below, each is compared with all.
 constexpr Word sortFromLength = 51;
-
-struct Pair {
-  DAG term, coefficient;
-};
-Pair* pairsOf(DAG s) { return reinterpret_cast<Pair*>(&s[1]); }
-Word pairCount(DAG s) { return (lengthOf(s) - 1) / 2; }
 
 bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 bool isFloat(DAG x) { return isTag(x, FLOAT) || isTag(x, HFLOAT); }
@@ -301,7 +296,14 @@ DAG addLists(DAG a, DAG b) {
 DAG simplSum(DAG s) {
   for (Word i = 1; i < lengthOf(s); i += 2) {
     DAG term = s[i];
-    if (!isSettled(term)) s[i] = simpl(term);
+    if (isSettled(term)) continue;
+    Pair product;
+    if (isTag(term, PROD) && plainProduct(term, product)) {
+      s[i] = product.term;
+      if (product.coefficient != cons1) s[i + 1] = mul(product.coefficient, s[i + 1]);
+    } else {
+      s[i] = simpl(term);
+    }
   }
   if (lengthOf(s) == 3 && s[2] == cons1 && isTag(s[1], SUM)) return s[1];
   if (hasUserBindings())
