@@ -6,6 +6,10 @@
 // when there are many: order is no part of equality, and the table takes a SUM as a multiset.
 
 #include <algorithm>
+#include <bit>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
 
 #include "eval/arithmetic.h"
 #include "eval/bindings.h"
@@ -63,17 +67,10 @@ DAG boundSum(DAG s) {
 // A fresh sum with the pairs of nested sums in the place of each, coefficients multiplied.
 DAG spliceNestedSums(DAG s) {
   std::int64_t total = 0;
-  bool nested = false;
   for (Word i = 0, n = pairCount(s); i < n; ++i) {
     DAG term = pairsOf(s)[i].term;
-    if (isTag(term, SUM)) {
-      nested = true;
-      total += pairCount(term);
-    } else {
-      ++total;
-    }
+    total += isTag(term, SUM) ? pairCount(term) : 1;
   }
-  if (!nested) return s;
   if (2 * total + 1 > maxLength) KernelException("object too large");
   DAG flat = newl2(static_cast<Word>(2 * total + 1), SUM);
   Pair* out = pairsOf(flat);
@@ -126,13 +123,22 @@ DAG sumOfRelations(DAG s, const char* libraryProcedure) {
   return simpl(evalsysf("simpl/", libraryProcedure, simpl(eval(simpl(sequence)))));
 }
 
+// Infinite or undefined: two comparisons for a name, none for most other bases.
+inline bool isSpecial(DAG base) {
+  switch (tagOf(base)) {
+    case NAME: return base == ini("infinity") || base == ini("undefined");
+    case FLOAT: case HFLOAT: case COMPLEX: case SUM: return isInfinite(base) || isUndefined(base);
+    default: return false;
+  }
+}
+
 // One COMPLEX factor in front of a PROD takes the coefficient in; an infinite factor leaves only its
 // sign.
 void absorbIntoProduct(Pair& pair) {
   DAG product = pair.term;
   if (pair.coefficient == cons1) return;
-  for (Word i = 1; i < lengthOf(product); i += 2)
-    if (isInfinite(product[i]) || isUndefined(product[i])) {
+  for (Word i = 1, n = lengthOf(product); i < n; i += 2)
+    if (isSpecial(product[i])) {
       if (isNumeric(pair.coefficient)) pair.coefficient = consneg(pair.coefficient) ? consm1 : cons1;
       return;
     }
@@ -203,20 +209,66 @@ bool mergeComplexHeads(DAG s) {
   return changed;
 }
 
+// ---- equal terms
+
+std::uint32_t orderOf(const Pair& pair) { return pair.term.word ^ 0x80000000u; }
+
+// Stable sort of pairs by the bits of their order that vary, from the lowest up, a digit of `width` bits at a
+// time (Knuth, vol. 3, 5.2.5, algorithm R). Terms stand near each other, so that two digits do for most sums.
+// False when there is no room for the copy.
+bool radixSort(Pair* pairs, Word n, std::uint32_t varying) {
+  constexpr int mostDigitBits = 11;
+  Pair* copy = static_cast<Pair*>(std::malloc(n * sizeof(Pair)));
+  if (copy == nullptr) return false;
+  const int low = std::countr_zero(varying), bits = std::bit_width(varying) - low;
+  const int digits = (bits + mostDigitBits - 1) / mostDigitBits, width = (bits + digits - 1) / digits;
+  const std::uint32_t mask = (std::uint32_t{1} << width) - 1;
+  Pair *from = pairs, *to = copy;
+  for (int digit = 0; digit < digits; ++digit) {
+    const int shift = low + digit * width;
+    Word place[std::size_t{1} << mostDigitBits];
+    std::memset(place, 0, sizeof(Word) * (mask + 1));
+    for (Word i = 0; i < n; ++i) ++place[(orderOf(from[i]) >> shift) & mask];
+    Word before = 0;
+    for (Word d = 0; d <= mask; ++d) before += std::exchange(place[d], before);
+    for (Word i = 0; i < n; ++i) to[place[(orderOf(from[i]) >> shift) & mask]++] = from[i];
+    std::swap(from, to);
+  }
+  if (from != pairs) std::memcpy(static_cast<void*>(pairs), from, n * sizeof(Pair));
+  std::free(copy);
+  return true;
+}
+
+// Sorts pairs by the signed words of their terms. True when no two were equal and all stood in order.
+bool sortByTerm(Pair* pairs, Word n) {
+  Word i = 1;
+  while (i < n && orderOf(pairs[i - 1]) < orderOf(pairs[i])) ++i;
+  if (i == n) return true;
+  // Below, the table of digits costs more than it saves (bench/simplify_bench.cpp).
+  constexpr Word radixFrom = 64;
+  if (n >= radixFrom) {
+    std::uint32_t varying = 0;
+    for (Word k = 1; k < n; ++k) varying |= orderOf(pairs[k]) ^ orderOf(pairs[0]);
+    if (varying == 0 || radixSort(pairs, n, varying)) return false;
+  }
+  std::sort(pairs, pairs + n, [](const Pair& a, const Pair& b) { return orderOf(a) < orderOf(b); });
+  return false;
+}
+
 // Equal terms add their coefficients into the first of them; the others get coefficient 0.
 void collectEqualTerms(DAG s) {
   Pair* p = pairsOf(s);
   Word n = pairCount(s);
   if (lengthOf(s) >= sortFromLength) {
-    std::sort(p, p + n, [](const Pair& a, const Pair& b) {
-      return static_cast<std::int32_t>(a.term.word) < static_cast<std::int32_t>(b.term.word);
-    });
+    if (sortByTerm(p, n)) return;
     for (Word i = 0; i < n;) {
       Word k = i + 1;
-      for (; k < n && p[k].term == p[i].term; ++k) {
-        p[i].coefficient = add(p[i].coefficient, p[k].coefficient);
+      DAG term = p[i].term, coefficient = p[i].coefficient;
+      for (; k < n && p[k].term == term; ++k) {
+        coefficient = add(coefficient, p[k].coefficient);
         p[k] = {cons0, cons0};
       }
+      p[i].coefficient = coefficient;
       i = k;
     }
     return;
@@ -294,25 +346,29 @@ DAG addLists(DAG a, DAG b) {
 }
 
 DAG simplSum(DAG s) {
-  for (Word i = 1; i < lengthOf(s); i += 2) {
+  bool nested = false;
+  for (Word i = 1, length = lengthOf(s); i < length; i += 2) {
     DAG term = s[i];
-    if (isSettled(term)) continue;
-    Pair product;
-    if (isTag(term, PROD) && plainProduct(term, product)) {
-      s[i] = product.term;
-      if (product.coefficient != cons1) s[i + 1] = mul(product.coefficient, s[i + 1]);
-    } else {
-      s[i] = simpl(term);
+    if (!isSettled(term)) {
+      Pair product;
+      if (isTag(term, PROD) && plainProduct(term, product)) {
+        term = product.term;
+        if (product.coefficient != cons1) s[i + 1] = mul(product.coefficient, s[i + 1]);
+      } else {
+        term = simpl(term);
+      }
+      s[i] = term;
     }
+    nested |= hasTag(term, SUM);
   }
   if (lengthOf(s) == 3 && s[2] == cons1 && isTag(s[1], SUM)) return s[1];
   if (hasUserBindings())
     if (DAG bound = boundSum(s)) return bound;
 
   DAG original = s;
-  s = spliceNestedSums(s);
+  if (nested) s = spliceNestedSums(s);
   bool hasFloat = false, hasComplex = false, hasSpecial = false, hasList = false, hasHead = false;
-  for (Word i = 1; i < lengthOf(s); i += 2) {
+  for (Word i = 1, length = lengthOf(s); i < length; i += 2) {
     DAG term = s[i];
     if (isImmediate(term)) continue;
     switch (tagOf(term)) {
@@ -389,6 +445,7 @@ DAG simplSum(DAG s) {
   for (Word i = 0; i < n; ++i) {
     DAG coefficient = p[i].coefficient;
     if (isImmediate(coefficient)) {
+      if (!isZeroImmediate(coefficient)) continue;
       if (coefficient == consm0) p[i].coefficient = cons0;
     } else {
       coefficient = p[i].coefficient = simpl(coefficient);
