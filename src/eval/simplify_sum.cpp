@@ -260,6 +260,8 @@ void collectEqualTerms(DAG s) {
   Pair* p = pairsOf(s);
   Word n = pairCount(s);
   if (lengthOf(s) >= sortFromLength) {
+    // A folded number that is 0 stands in front, far from the words of the terms.
+    while (n != 0 && p->term == cons0 && p->coefficient == cons0) ++p, --n;
     if (sortByTerm(p, n)) return;
     for (Word i = 0; i < n;) {
       Word k = i + 1;
