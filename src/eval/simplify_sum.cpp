@@ -142,7 +142,7 @@ void absorbIntoProduct(Pair& pair) {
       if (isNumeric(pair.coefficient)) pair.coefficient = consneg(pair.coefficient) ? consm1 : cons1;
       return;
     }
-  if (isTag(product[1], COMPLEX) && product[2] == cons1) {
+  if (isTag(product[1], COMPLEX) && product[2] == cons1 && pair.coefficient != cons0) {
     DAG scaled = CopyAlg(product);
     scaled[1] = simpl(mul(product[1], pair.coefficient));
     pair.term = simpl(scaled);

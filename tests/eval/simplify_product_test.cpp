@@ -76,8 +76,12 @@ constexpr int exponentKinds = 12;
 
 DAG rawProduct(const Factors& factors) {
   DAG s = newl2(static_cast<Word>(2 * factors.size() + 1), PROD);
-  for (std::size_t i = 0; i < factors.size(); ++i)
-    pairsOf(s)[i] = {rawBase(factors[i].first), rawExponent(factors[i].second)};
+  for (std::size_t i = 0; i < factors.size(); ++i) {
+    Pair factor = {rawBase(factors[i].first), rawExponent(factors[i].second)};
+    // A root of the negative infinity is a number by itself, and stays a root beside other factors.
+    if (factor.term == consminf && !isInteger(factor.coefficient)) factor.coefficient = cons1;
+    pairsOf(s)[i] = factor;
+  }
   return s;
 }
 
