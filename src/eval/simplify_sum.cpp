@@ -9,6 +9,7 @@
 #include <bit>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <utility>
 
 #include "eval/arithmetic.h"
@@ -60,6 +61,49 @@ DAG boundSum(DAG s) {
   DAG folded = rebuilt(p[0]);
   for (Word i = 1; i < n; ++i) folded = callBinding(plus, folded, rebuilt(pairsOf(s)[i]));
   return folded;
+}
+
+// ---- what stands among the terms
+
+using TagSet = std::uint64_t;
+constexpr TagSet setOf(std::initializer_list<Tag> tags) {
+  TagSet set = 0;
+  for (Tag tag : tags) set |= TagSet{1} << tagNumber(tag);
+  return set;
+}
+
+// Terms of which nothing is asked but whether they are equal.
+constexpr TagSet quietTags =
+    setOf({NAME, MEMBER, TABLEREF, DCOLON, CATENATE, POWER, SERIES, FUNCTION, UNEVAL, LIST, LOCAL, PARAM,
+           LEXICAL, PROC, SET, TABLE, RTABLE, MODDEF, MODULE});
+
+// One look at each term tells which steps have something to do: most have not, with most sums.
+struct Kinds {
+  TagSet tags = 0;          // of the terms
+  bool hasFloat = false;    // among the terms, or beside one that is no immediate
+  bool hasSpecial = false;  // `infinity` or `undefined`
+  DAG failure;              // `FAIL`
+
+  bool has(Tag tag) const { return (tags & setOf({tag})) != 0; }
+
+  void add(const Pair& pair) {
+    Tag tag = tagOf(pair.term);
+    tags |= TagSet{1} << tagNumber(tag);
+    if (isImmediate(pair.term)) return;
+    if (tag == NAME && !isPlainName(pair.term)) {
+      if (pair.term == ini("FAIL"))
+        failure = pair.term;
+      else
+        hasSpecial = true;
+    }
+    if (tag == FLOAT || isFloat(pair.coefficient)) hasFloat = true;
+  }
+};
+
+Kinds kindsOf(DAG s) {
+  Kinds kinds;
+  for (Word i = 0, n = pairCount(s); i < n; ++i) kinds.add(pairsOf(s)[i]);
+  return kinds;
 }
 
 // ---- steps
@@ -152,6 +196,58 @@ void absorbIntoProduct(Pair& pair) {
 
 [[noreturn]] void invalidTerm(DAG original) {
   KernelException(lengthOf(original) == 3 ? "invalid terms in product" : "invalid terms in sum");
+}
+
+struct NumberFold {
+  DAG result;            // set when a term settles the whole
+  DAG zero;              // the float zero that the numbers have come to
+  bool hasHead = false;  // a product headed by a COMPLEX stands among the terms
+};
+
+// Numeric terms fold into the first of them; a total of 0 goes. Products take in what they can of their
+// coefficients.
+NumberFold foldNumbers(DAG s, DAG original) {
+  NumberFold fold;
+  Pair* p = pairsOf(s);
+  Word n = pairCount(s);
+  Word accumulator = n;
+  for (Word i = 0; i < n; ++i) {
+    DAG term = p[i].term;
+    switch (tagOf(term)) {
+      case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
+        fold.result = sumOfRelations(s, "relopsum");
+        return fold;
+      case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case COMPLEX: {
+        DAG value = p[i].coefficient == cons1 ? term : mul(term, p[i].coefficient);
+        if (accumulator == n) {
+          accumulator = i;
+          p[i] = {value, cons1};
+        } else {
+          p[accumulator].term = add(p[accumulator].term, value);
+          p[i] = {cons0, cons0};
+        }
+        break;
+      }
+      case PROD:
+        absorbIntoProduct(p[i]);
+        if (isTag(p[i].term, PROD) && isTag(p[i].term[1], COMPLEX)) fold.hasHead = true;
+        break;
+      case SUM:
+        // Only a term that became a sum while it took its coefficient in.
+        break;
+      default:
+        if ((quietTags & setOf({tagOf(term)})) == 0) invalidTerm(original);
+    }
+  }
+  if (accumulator != n) {
+    DAG value = simpl(p[accumulator].term);
+    p[accumulator].term = value;
+    if (isZero(value)) {
+      if (!isInteger(value)) fold.zero = value;
+      p[accumulator] = {cons0, cons0};
+    }
+  }
+  return fold;
 }
 
 // Infinities and `undefined` among the terms: all of one sign merge, of both signs there is no value.
@@ -311,6 +407,29 @@ DAG addListTerms(DAG s) {
   return first == n ? DAG() : p[first].term;
 }
 
+// Simplifies the coefficients. Zeros of any form become the integer 0, but for a list, which takes it in; the
+// last float zero is the result.
+DAG settleCoefficients(DAG s) {
+  DAG floatZero;
+  Pair* p = pairsOf(s);
+  for (Word i = 0, n = pairCount(s); i < n; ++i) {
+    DAG coefficient = p[i].coefficient;
+    if (isImmediate(coefficient)) {
+      if (!isZeroImmediate(coefficient)) continue;
+      if (coefficient == consm0) p[i].coefficient = cons0;
+    } else {
+      coefficient = p[i].coefficient = simpl(coefficient);
+      if (isObject(coefficient) && isZero(coefficient)) {
+        floatZero = coefficient;
+        p[i].coefficient = cons0;
+      }
+    }
+    if (p[i].coefficient == cons0 && isTag(p[i].term, LIST) && p[i].term != cons0)
+      p[i] = {mapToList(p[i].term, cons0), cons1};
+  }
+  return floatZero;
+}
+
 // Moves the pairs with a coefficient other than the integer 0 together; the count that stays.
 Word compact(DAG s) {
   Pair* p = pairsOf(s);
@@ -348,121 +467,54 @@ DAG addLists(DAG a, DAG b) {
 }
 
 DAG simplSum(DAG s) {
-  bool nested = false;
-  for (Word i = 1, length = lengthOf(s); i < length; i += 2) {
-    DAG term = s[i];
-    if (!isSettled(term)) {
+  Kinds kinds;
+  for (Word i = 0, n = pairCount(s); i < n; ++i) {
+    Pair& pair = pairsOf(s)[i];
+    if (!isSettled(pair.term)) {
       Pair product;
-      if (isTag(term, PROD) && plainProduct(term, product)) {
-        term = product.term;
-        if (product.coefficient != cons1) s[i + 1] = mul(product.coefficient, s[i + 1]);
+      if (isTag(pair.term, PROD) && plainProduct(pair.term, product)) {
+        pair.term = product.term;
+        if (product.coefficient != cons1) pair.coefficient = mul(product.coefficient, pair.coefficient);
       } else {
-        term = simpl(term);
+        pair.term = simpl(pair.term);
       }
-      s[i] = term;
     }
-    nested |= hasTag(term, SUM);
+    kinds.add(pair);
   }
   if (lengthOf(s) == 3 && s[2] == cons1 && isTag(s[1], SUM)) return s[1];
   if (hasUserBindings())
     if (DAG bound = boundSum(s)) return bound;
 
   DAG original = s;
-  if (nested) s = spliceNestedSums(s);
-  bool hasFloat = false, hasComplex = false, hasSpecial = false, hasList = false, hasHead = false;
-  for (Word i = 1, length = lengthOf(s); i < length; i += 2) {
-    DAG term = s[i];
-    if (isImmediate(term)) continue;
-    switch (tagOf(term)) {
-      case FLOAT: hasFloat = true; break;
-      case COMPLEX: hasComplex = true; break;
-      case LIST: hasList = true; break;
-      case NAME:
-        if (term == ini("FAIL")) return term;
-        if (term == ini("infinity") || term == ini("undefined")) hasSpecial = true;
-        break;
-      default: break;
-    }
-    if (isFloat(s[i + 1])) hasFloat = true;
+  if (kinds.has(SUM)) {
+    s = spliceNestedSums(s);
+    kinds = kindsOf(s);
   }
-  if (hasFloat) {
+  if (kinds.failure) return kinds.failure;
+  if (kinds.hasFloat) {
     if (DAG changed = TransformSEQ2F(s)) {
       if (isImmediate(changed) || !hasTag(changed, SUM)) return simpl(changed);
       s = changed;
     }
   }
-  if (hasComplex) combineComplexTerms(s);
+  if (kinds.has(COMPLEX)) combineComplexTerms(s);
 
-  // Numeric terms fold into the first of them.
-  Pair* p = pairsOf(s);
   Word n = pairCount(s);
-  Word accumulator = n;
-  for (Word i = 0; i < n; ++i) {
-    DAG term = p[i].term;
-    Tag tag = tagOf(term);
-    switch (tag) {
-      case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
-        return sumOfRelations(s, "relopsum");
-      case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case COMPLEX: {
-        DAG value = p[i].coefficient == cons1 ? term : mul(term, p[i].coefficient);
-        if (accumulator == n) {
-          accumulator = i;
-          p[i] = {value, cons1};
-        } else {
-          p[accumulator].term = add(p[accumulator].term, value);
-          p[i] = {cons0, cons0};
-        }
-        break;
-      }
-      case NAME: case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case POWER: case SERIES:
-      case FUNCTION: case UNEVAL: case LIST: case LOCAL: case PARAM: case LEXICAL: case PROC:
-      case SET: case TABLE: case RTABLE: case MODDEF: case MODULE:
-        break;
-      case PROD:
-        absorbIntoProduct(p[i]);
-        if (isTag(p[i].term, PROD) && isTag(p[i].term[1], COMPLEX)) hasHead = true;
-        break;
-      case SUM:
-        // Only a term that became a sum while it took its coefficient in.
-        break;
-      default:
-        invalidTerm(original);
-    }
-  }
   DAG floatZero;
-  if (accumulator != n) {
-    DAG value = simpl(p[accumulator].term);
-    p[accumulator].term = value;
-    if (isZero(value)) {
-      if (!isInteger(value)) floatZero = value;
-      p[accumulator] = {cons0, cons0};
-    }
+  bool hasHead = false;
+  if (kinds.hasFloat || (kinds.tags & ~quietTags) != 0) {
+    NumberFold fold = foldNumbers(s, original);
+    if (fold.result) return fold.result;
+    floatZero = fold.zero;
+    hasHead = fold.hasHead;
   }
-  if (hasSpecial)
+  if (kinds.hasSpecial)
     if (DAG result = mergeInfinities(s)) return simpl(result);
   bool again = hasHead && mergeComplexHeads(s);
 
   if (n > 1) collectEqualTerms(s);
-  p = pairsOf(s);
-  for (Word i = 0; i < n; ++i) {
-    DAG coefficient = p[i].coefficient;
-    if (isImmediate(coefficient)) {
-      if (!isZeroImmediate(coefficient)) continue;
-      if (coefficient == consm0) p[i].coefficient = cons0;
-    } else {
-      coefficient = p[i].coefficient = simpl(coefficient);
-      if (isObject(coefficient) && isZero(coefficient)) {
-        floatZero = coefficient;
-        p[i].coefficient = cons0;
-      }
-    }
-    if (p[i].coefficient == cons0 && isTag(p[i].term, LIST) && p[i].term != cons0)
-      p[i] = {mapToList(p[i].term, cons0), cons1};
-  }
-  if (hasList) {
-    addListTerms(s);
-    p = pairsOf(s);
-  }
+  if (DAG zero = settleCoefficients(s)) floatZero = zero;
+  if (kinds.has(LIST)) addListTerms(s);
   Word kept = compact(s);
   if (kept == 0) return floatZero ? simpl(floatZero) : cons0;
   Word length = 2 * kept + 1;
