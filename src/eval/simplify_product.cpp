@@ -21,6 +21,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/word_map.h"
 
 namespace korel {
 
@@ -307,20 +308,57 @@ DAG settleSpecial(Product& product) {
   return DAG();
 }
 
-// Equal bases add their exponents into the first of them. A number whose exponents meet needs another
-// pass.
+// ---- equal bases
+
+// From this many words on, the first factor with a base is looked up rather than compared with.
+constexpr Word lookUpFromLength = 101;
+
+// For each factor the number of the first with its base, as an EXPSEQ; 0 when there is no room for the table.
+DAG firstFactors(const Product& product) {
+  const Word n = (product.used - 1) / 2;
+  DAG firsts = newl2(n + 1, EXPSEQ);
+  WordMap places;
+  bool fits = true;
+  for (Word i = 0; fits && i < n; ++i) {
+    std::int32_t first = static_cast<std::int32_t>(i), *found;
+    switch (places.insert(product.factors[2 * i + 1].word, first, &found)) {
+      case WordMap::added: break;
+      case WordMap::present: first = *found; break;
+      case WordMap::outOfMemory: fits = false; break;
+    }
+    firsts[i + 1] = immediate(first);
+  }
+  places.release();
+  return fits ? firsts : DAG();
+}
+
+// Adds the exponent of factor `from` to that of `to`. A number whose exponents meet needs another pass.
+void addExponent(Product& product, Word to, Word from) {
+  DAG* factors = &product.factors[0];
+  factors[to + 1] = simpl(add(factors[to + 1], factors[from + 1]));
+  DAG base = factors[to];
+  if (isNumeric(base) || isTag(base, COMPLEX) || isTag(base, SUM) || isTag(base, PROD)) product.again = true;
+}
+
+// Equal bases add their exponents into the first of them, from the last one on.
 void collectEqualBases(Product& product) {
   DAG factors = product.factors;
-  for (Word i = 1; i < product.used; i += 2) {
-    for (Word k = product.used - 2; k > i; k -= 2) {
-      if (factors[k] != factors[i]) continue;
-      factors[i + 1] = simpl(add(factors[i + 1], factors[k + 1]));
-      for (Word j = k + 2; j < product.used; ++j) factors[j - 2] = factors[j];
-      product.used -= 2;
-      if (isNumeric(factors[i]) || isTag(factors[i], COMPLEX) || isTag(factors[i], SUM) ||
-          isTag(factors[i], PROD))
-        product.again = true;
+  DAG firsts = product.used >= lookUpFromLength ? firstFactors(product) : DAG();
+  if (firsts) {
+    for (Word k = product.used - 2; k > 1; k -= 2) {
+      const Word first = 2 * static_cast<Word>(immediateValue(firsts[k / 2 + 1])) + 1;
+      if (first == k) continue;
+      addExponent(product, first, k);
+      factors[k + 1] = cons0;
     }
+  } else {
+    for (Word i = 1; i < product.used; i += 2)
+      for (Word k = product.used - 2; k > i; k -= 2) {
+        if (factors[k] != factors[i]) continue;
+        addExponent(product, i, k);
+        for (Word j = k + 2; j < product.used; ++j) factors[j - 2] = factors[j];
+        product.used -= 2;
+      }
   }
   Word kept = 1;
   for (Word i = 1; i < product.used; i += 2) {

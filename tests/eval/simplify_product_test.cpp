@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -148,6 +149,35 @@ TEST(SimplifyProduct, MonomialsAreFoundInAnyOrder) {
   }
   const char* fault = checkUniqueTables();
   EXPECT_EQ(fault, nullptr) << fault;
+}
+
+// Long products keep the order of first occurrence, with equal factors in plenty or not at all.
+TEST(SimplifyProduct, LongProductsCollect) {
+  std::mt19937 random(20261125);
+  int fresh = 0;
+  for (std::size_t n : {13, 49, 50, 51, 200, 1000})
+    for (std::size_t kinds : {n, n / 2, std::size_t{7}}) {
+      std::vector<DAG> names;
+      for (std::size_t i = 0; i < kinds; ++i)
+        names.push_back(naminstall(("wide" + std::to_string(fresh++)).c_str()));
+      std::vector<DAG> sums(kinds, cons0);
+      DAG s = newl2(static_cast<Word>(2 * n + 1), PROD);
+      for (std::size_t i = 0; i < n; ++i) {
+        std::size_t k = i < kinds ? i : random() % kinds;
+        int e = static_cast<int>(random() % 5) - 2;
+        // An exponent 0 would take no place.
+        DAG exponent = i % 2 == 0 ? immediate(e == 0 ? 3 : e)
+                                  : simpl(new3(RATIONAL, immediate(2 * e + 1), immediate(2)));
+        sums[k] = simpl(add(sums[k], exponent));
+        pairsOf(s)[i] = {names[k], exponent};
+      }
+      std::vector<DAG> expected, found;
+      for (std::size_t k = 0; k < kinds; ++k)
+        if (sums[k] != cons0) expected.insert(expected.end(), {names[k], sums[k]});
+      DAG product = simpl(s);
+      for (Word i = 1; i < lengthOf(product); ++i) found.push_back(product[i]);
+      EXPECT_TRUE(found == expected) << n << " factors of " << kinds << " kinds: " << text(product);
+    }
 }
 
 }  // namespace
