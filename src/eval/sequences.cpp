@@ -6,6 +6,7 @@
 #include "eval/evaluate.h"
 #include "structure/operands.h"
 #include "eval/simplify.h"
+#include "eval/simplify_cases.h"
 #include "eval/statements.h"
 #include "structure/substitute.h"
 #include "frame/environment.h"
@@ -78,7 +79,11 @@ void collect(Collector& c, DAG element) {
     c.buffer[c.used++] = simpl(element);
     return;
   }
-  if (!isNumeric(element) && !hasTag(element, COMPLEX)) element = simpl(element);
+  // The multiple of a monomial is two words of the sum to come: the object of it would be taken apart again.
+  Pair pair{DAG(), cons1};
+  if (c.kind == Kind::sum && isTag(element, PROD) && !isSimplified(element) && plainProduct(element, pair))
+    element = pair.term;
+  else if (!isNumeric(element) && !hasTag(element, COMPLEX)) element = simpl(element);
   if (isTag(element, EXPSEQ) && lengthOf(element) == 2) element = element[1];
   if (isNumeric(element)) {
     fold(c, element);
@@ -93,7 +98,7 @@ void collect(Collector& c, DAG element) {
     c.used = 3;
   }
   c.buffer[c.used] = element;
-  c.buffer[c.used + 1] = cons1;
+  c.buffer[c.used + 1] = pair.coefficient;
   c.used += 2;
 }
 

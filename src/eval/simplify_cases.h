@@ -5,12 +5,19 @@
 // canonical result: an immediate, an object already unique, or the value of `makeUnique`.
 
 #include "eval/bindings.h"
+#include "eval/unique_pairs.h"
 #include "store/dag.h"
 
 namespace korel {
 
 DAG simplSum(DAG s);
 DAG simplProduct(DAG s);
+/// The same, for products of any factors: `simplProduct` settles most others before.
+DAG generalProduct(DAG s);
+/// The PROD `s` as a canonical term and its coefficient, when it is a number times small powers of names,
+/// calls, sums and the like; a number stands as the term with coefficient 1. False leaves it to `simplProduct`,
+/// with operands perhaps simplified.
+bool plainProduct(DAG s, Pair& term);
 DAG simplPower(DAG s);
 DAG simplFunction(DAG s);
 DAG simplLessThan(DAG s);

@@ -7,6 +7,7 @@
 #include "eval/evaluate.h"
 #include "eval/simplify.h"
 #include "eval/simplify_cases.h"
+#include "eval/unique_pairs.h"
 #include "frame/errors.h"
 #include "numbers/complex.h"
 #include "numbers/integer.h"
@@ -125,6 +126,10 @@ DAG simplPower(DAG s) {
   DAG base = s[1], exponent = s[2];
   if (hasUserBindings())
     if (DAG bound = operatorBinding(ini("^"))) return callBinding(bound, base, exponent);
+  if (isImmediate(exponent) && isTag(base, NAME) && isPlainName(base)) {
+    setHeader(s, PROD, 3);
+    return simplProduct(s);
+  }
   if (isTag(exponent, EXPSEQ)) {
     if (exponent == null) KernelException("power with NULL exponent");
     KernelException("non-algebraic exponent");

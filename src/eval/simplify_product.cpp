@@ -9,6 +9,7 @@
 #include "eval/evaluate.h"
 #include "eval/simplify.h"
 #include "eval/simplify_cases.h"
+#include "eval/unique_pairs.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "numbers/complex.h"
@@ -20,6 +21,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/word_map.h"
 
 namespace korel {
 
@@ -306,20 +308,57 @@ DAG settleSpecial(Product& product) {
   return DAG();
 }
 
-// Equal bases add their exponents into the first of them. A number whose exponents meet needs another
-// pass.
+// ---- equal bases
+
+// From this many words on, the first factor with a base is looked up rather than compared with.
+constexpr Word lookUpFromLength = 101;
+
+// For each factor the number of the first with its base, as an EXPSEQ; 0 when there is no room for the table.
+DAG firstFactors(const Product& product) {
+  const Word n = (product.used - 1) / 2;
+  DAG firsts = newl2(n + 1, EXPSEQ);
+  WordMap places;
+  bool fits = true;
+  for (Word i = 0; fits && i < n; ++i) {
+    std::int32_t first = static_cast<std::int32_t>(i), *found;
+    switch (places.insert(product.factors[2 * i + 1].word, first, &found)) {
+      case WordMap::added: break;
+      case WordMap::present: first = *found; break;
+      case WordMap::outOfMemory: fits = false; break;
+    }
+    firsts[i + 1] = immediate(first);
+  }
+  places.release();
+  return fits ? firsts : DAG();
+}
+
+// Adds the exponent of factor `from` to that of `to`. A number whose exponents meet needs another pass.
+void addExponent(Product& product, Word to, Word from) {
+  DAG* factors = &product.factors[0];
+  factors[to + 1] = simpl(add(factors[to + 1], factors[from + 1]));
+  DAG base = factors[to];
+  if (isNumeric(base) || isTag(base, COMPLEX) || isTag(base, SUM) || isTag(base, PROD)) product.again = true;
+}
+
+// Equal bases add their exponents into the first of them, from the last one on.
 void collectEqualBases(Product& product) {
   DAG factors = product.factors;
-  for (Word i = 1; i < product.used; i += 2) {
-    for (Word k = product.used - 2; k > i; k -= 2) {
-      if (factors[k] != factors[i]) continue;
-      factors[i + 1] = simpl(add(factors[i + 1], factors[k + 1]));
-      for (Word j = k + 2; j < product.used; ++j) factors[j - 2] = factors[j];
-      product.used -= 2;
-      if (isNumeric(factors[i]) || isTag(factors[i], COMPLEX) || isTag(factors[i], SUM) ||
-          isTag(factors[i], PROD))
-        product.again = true;
+  DAG firsts = product.used >= lookUpFromLength ? firstFactors(product) : DAG();
+  if (firsts) {
+    for (Word k = product.used - 2; k > 1; k -= 2) {
+      const Word first = 2 * static_cast<Word>(immediateValue(firsts[k / 2 + 1])) + 1;
+      if (first == k) continue;
+      addExponent(product, first, k);
+      factors[k + 1] = cons0;
     }
+  } else {
+    for (Word i = 1; i < product.used; i += 2)
+      for (Word k = product.used - 2; k > i; k -= 2) {
+        if (factors[k] != factors[i]) continue;
+        addExponent(product, i, k);
+        for (Word j = k + 2; j < product.used; ++j) factors[j - 2] = factors[j];
+        product.used -= 2;
+      }
   }
   Word kept = 1;
   for (Word i = 1; i < product.used; i += 2) {
@@ -350,9 +389,106 @@ bool absorbImaginaryUnit(Product& product) {
   return false;
 }
 
+// ---- products of plain factors
+
+// Most products are a number times powers of names and calls with small exponents. They are put together on
+// the native stack, and only the monomial itself is looked for in the table: neither the power of a factor
+// nor the multiple of the monomial becomes an object. Whatever may be special is left to the general way.
+struct PlainProduct {
+  static constexpr Word capacity = 12;
+  Pair factors[capacity];
+  Word count = 0;
+  DAG coefficient = cons1;
+};
+
+bool appendPlain(PlainProduct& product, DAG base, DAG exponent) {
+  for (Word i = 0; i < product.count; ++i) {
+    Pair& factor = product.factors[i];
+    if (factor.term != base) continue;
+    std::int32_t sum = immediateValue(factor.coefficient) + immediateValue(exponent);
+    if (!fitsImmediate(sum)) return false;
+    factor.coefficient = immediate(sum);
+    return true;
+  }
+  if (product.count == PlainProduct::capacity) return false;
+  product.factors[product.count++] = {base, exponent};
+  return true;
+}
+
+// True when base and exponent are simplified, and the factor is joined. What is false may be half joined.
+bool multiplyPlain(PlainProduct& product, DAG base, DAG exponent) {
+  if (!isImmediate(exponent) || exponent == consm0) return false;
+  switch (tagOf(base)) {
+    case INTNEG: case INTPOS: case RATIONAL:
+      if (exponent != cons1 || base == consm0) return false;
+      product.coefficient = product.coefficient == cons1 ? base : simpl(mul(product.coefficient, base));
+      return true;
+    case NAME:
+      if (!isPlainName(base)) return false;
+      break;
+    case MEMBER: case TABLEREF: case POWER: case FUNCTION: case LOCAL: case PARAM: case LEXICAL:
+      break;
+    case PROD:
+      if (exponent != cons1) return false;
+      for (Word i = 0, n = pairCount(base); i < n; ++i) {
+        Pair inner = pairsOf(base)[i];
+        if (!multiplyPlain(product, inner.term, inner.coefficient)) return false;
+      }
+      return true;
+    case SUM:
+      if (lengthOf(base) == 3)
+        return exponent == cons1 && multiplyPlain(product, base[2], cons1) &&
+               multiplyPlain(product, base[1], cons1);
+      break;
+    default:
+      return false;
+  }
+  return exponent == cons0 || appendPlain(product, base, exponent);
+}
+
+// A POWER that evaluation has made of a name and a small number, and that `simpl` would turn into a PROD.
+bool isRawPower(DAG x) {
+  return isObject(x) && headerWord(x) == (POWER | 3) && !isSimplified(x) && isImmediate(x[2]) &&
+         isTag(x[1], NAME);
+}
+
 }  // namespace
 
+bool plainProduct(DAG s, Pair& term) {
+  if (bindingsEnabled) return false;
+  PlainProduct product;
+  for (Word i = 1, n = lengthOf(s); i < n; i += 2) {
+    DAG base = s[i], exponent = s[i + 1];
+    if (isRawPower(base) && exponent == cons1) {
+      if (!multiplyPlain(product, base[1], base[2])) return false;
+      continue;
+    }
+    if (!isSimplified(base)) s[i] = base = simpl(base);
+    if (!isSimplified(exponent)) s[i + 1] = exponent = simpl(exponent);
+    if (!multiplyPlain(product, base, exponent)) return false;
+  }
+  term = {product.coefficient, cons1};
+  if (product.coefficient == cons0) return true;
+  Word count = 0;
+  for (Word i = 0; i < product.count; ++i)
+    if (product.factors[i].coefficient != cons0) product.factors[count++] = product.factors[i];
+  if (count == 0) return true;
+  DAG rest = product.factors[0].term;
+  if (count > 1 || product.factors[0].coefficient != cons1)
+    rest = uniquePairs(PROD, product.factors, count);
+  else if (isTag(rest, SUM) && product.coefficient != cons1)
+    return false;  // a number multiplies a sum out
+  term = {rest, product.coefficient};
+  return true;
+}
+
 DAG simplProduct(DAG s) {
+  Pair plain;
+  if (!plainProduct(s, plain)) return generalProduct(s);
+  return plain.coefficient == cons1 ? plain.term : uniquePairs(SUM, &plain, 1);
+}
+
+DAG generalProduct(DAG s) {
   simplifyFields(s);
   Word n = lengthOf(s);
   if (hasUserBindings())

@@ -6,6 +6,11 @@
 // when there are many: order is no part of equality, and the table takes a SUM as a multiset.
 
 #include <algorithm>
+#include <bit>
+#include <cstdlib>
+#include <cstring>
+#include <initializer_list>
+#include <utility>
 
 #include "eval/arithmetic.h"
 #include "eval/bindings.h"
@@ -13,6 +18,7 @@
 #include "eval/evaluate.h"
 #include "eval/simplify.h"
 #include "eval/simplify_cases.h"
+#include "eval/unique_pairs.h"
 #include "frame/errors.h"
 #include "numbers/complex.h"
 #include "numbers/numeric_events.h"
@@ -27,12 +33,6 @@ namespace {
 
 // From this many words on, terms are sorted to find equal ones; below, each is compared with all.
 constexpr Word sortFromLength = 51;
-
-struct Pair {
-  DAG term, coefficient;
-};
-Pair* pairsOf(DAG s) { return reinterpret_cast<Pair*>(&s[1]); }
-Word pairCount(DAG s) { return (lengthOf(s) - 1) / 2; }
 
 bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 bool isFloat(DAG x) { return isTag(x, FLOAT) || isTag(x, HFLOAT); }
@@ -63,22 +63,58 @@ DAG boundSum(DAG s) {
   return folded;
 }
 
+// ---- what stands among the terms
+
+using TagSet = std::uint64_t;
+constexpr TagSet setOf(std::initializer_list<Tag> tags) {
+  TagSet set = 0;
+  for (Tag tag : tags) set |= TagSet{1} << tagNumber(tag);
+  return set;
+}
+
+// Terms of which nothing is asked but whether they are equal.
+constexpr TagSet quietTags =
+    setOf({NAME, MEMBER, TABLEREF, DCOLON, CATENATE, POWER, SERIES, FUNCTION, UNEVAL, LIST, LOCAL, PARAM,
+           LEXICAL, PROC, SET, TABLE, RTABLE, MODDEF, MODULE});
+
+// One look at each term tells which steps have something to do: most have not, with most sums.
+struct Kinds {
+  TagSet tags = 0;          // of the terms
+  bool hasFloat = false;    // among the terms, or beside one that is no immediate
+  bool hasSpecial = false;  // `infinity` or `undefined`
+  DAG failure;              // `FAIL`
+
+  bool has(Tag tag) const { return (tags & setOf({tag})) != 0; }
+
+  void add(const Pair& pair) {
+    Tag tag = tagOf(pair.term);
+    tags |= TagSet{1} << tagNumber(tag);
+    if (isImmediate(pair.term)) return;
+    if (tag == NAME && !isPlainName(pair.term)) {
+      if (pair.term == ini("FAIL"))
+        failure = pair.term;
+      else
+        hasSpecial = true;
+    }
+    if (tag == FLOAT || isFloat(pair.coefficient)) hasFloat = true;
+  }
+};
+
+Kinds kindsOf(DAG s) {
+  Kinds kinds;
+  for (Word i = 0, n = pairCount(s); i < n; ++i) kinds.add(pairsOf(s)[i]);
+  return kinds;
+}
+
 // ---- steps
 
 // A fresh sum with the pairs of nested sums in the place of each, coefficients multiplied.
 DAG spliceNestedSums(DAG s) {
   std::int64_t total = 0;
-  bool nested = false;
   for (Word i = 0, n = pairCount(s); i < n; ++i) {
     DAG term = pairsOf(s)[i].term;
-    if (isTag(term, SUM)) {
-      nested = true;
-      total += pairCount(term);
-    } else {
-      ++total;
-    }
+    total += isTag(term, SUM) ? pairCount(term) : 1;
   }
-  if (!nested) return s;
   if (2 * total + 1 > maxLength) KernelException("object too large");
   DAG flat = newl2(static_cast<Word>(2 * total + 1), SUM);
   Pair* out = pairsOf(flat);
@@ -131,17 +167,26 @@ DAG sumOfRelations(DAG s, const char* libraryProcedure) {
   return simpl(evalsysf("simpl/", libraryProcedure, simpl(eval(simpl(sequence)))));
 }
 
+// Infinite or undefined: two comparisons for a name, none for most other bases.
+inline bool isSpecial(DAG base) {
+  switch (tagOf(base)) {
+    case NAME: return base == ini("infinity") || base == ini("undefined");
+    case FLOAT: case HFLOAT: case COMPLEX: case SUM: return isInfinite(base) || isUndefined(base);
+    default: return false;
+  }
+}
+
 // One COMPLEX factor in front of a PROD takes the coefficient in; an infinite factor leaves only its
 // sign.
 void absorbIntoProduct(Pair& pair) {
   DAG product = pair.term;
   if (pair.coefficient == cons1) return;
-  for (Word i = 1; i < lengthOf(product); i += 2)
-    if (isInfinite(product[i]) || isUndefined(product[i])) {
+  for (Word i = 1, n = lengthOf(product); i < n; i += 2)
+    if (isSpecial(product[i])) {
       if (isNumeric(pair.coefficient)) pair.coefficient = consneg(pair.coefficient) ? consm1 : cons1;
       return;
     }
-  if (isTag(product[1], COMPLEX) && product[2] == cons1) {
+  if (isTag(product[1], COMPLEX) && product[2] == cons1 && pair.coefficient != cons0) {
     DAG scaled = CopyAlg(product);
     scaled[1] = simpl(mul(product[1], pair.coefficient));
     pair.term = simpl(scaled);
@@ -151,6 +196,58 @@ void absorbIntoProduct(Pair& pair) {
 
 [[noreturn]] void invalidTerm(DAG original) {
   KernelException(lengthOf(original) == 3 ? "invalid terms in product" : "invalid terms in sum");
+}
+
+struct NumberFold {
+  DAG result;            // set when a term settles the whole
+  DAG zero;              // the float zero that the numbers have come to
+  bool hasHead = false;  // a product headed by a COMPLEX stands among the terms
+};
+
+// Numeric terms fold into the first of them; a total of 0 goes. Products take in what they can of their
+// coefficients.
+NumberFold foldNumbers(DAG s, DAG original) {
+  NumberFold fold;
+  Pair* p = pairsOf(s);
+  Word n = pairCount(s);
+  Word accumulator = n;
+  for (Word i = 0; i < n; ++i) {
+    DAG term = p[i].term;
+    switch (tagOf(term)) {
+      case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
+        fold.result = sumOfRelations(s, "relopsum");
+        return fold;
+      case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case COMPLEX: {
+        DAG value = p[i].coefficient == cons1 ? term : mul(term, p[i].coefficient);
+        if (accumulator == n) {
+          accumulator = i;
+          p[i] = {value, cons1};
+        } else {
+          p[accumulator].term = add(p[accumulator].term, value);
+          p[i] = {cons0, cons0};
+        }
+        break;
+      }
+      case PROD:
+        absorbIntoProduct(p[i]);
+        if (isTag(p[i].term, PROD) && isTag(p[i].term[1], COMPLEX)) fold.hasHead = true;
+        break;
+      case SUM:
+        // Only a term that became a sum while it took its coefficient in.
+        break;
+      default:
+        if ((quietTags & setOf({tagOf(term)})) == 0) invalidTerm(original);
+    }
+  }
+  if (accumulator != n) {
+    DAG value = simpl(p[accumulator].term);
+    p[accumulator].term = value;
+    if (isZero(value)) {
+      if (!isInteger(value)) fold.zero = value;
+      p[accumulator] = {cons0, cons0};
+    }
+  }
+  return fold;
 }
 
 // Infinities and `undefined` among the terms: all of one sign merge, of both signs there is no value.
@@ -208,20 +305,68 @@ bool mergeComplexHeads(DAG s) {
   return changed;
 }
 
+// ---- equal terms
+
+std::uint32_t orderOf(const Pair& pair) { return pair.term.word ^ 0x80000000u; }
+
+// Stable sort of pairs by the bits of their order that vary, from the lowest up, a digit of `width` bits at a
+// time (Knuth, vol. 3, 5.2.5, algorithm R). Terms stand near each other, so that two digits do for most sums.
+// False when there is no room for the copy.
+bool radixSort(Pair* pairs, Word n, std::uint32_t varying) {
+  constexpr int mostDigitBits = 11;
+  Pair* copy = static_cast<Pair*>(std::malloc(n * sizeof(Pair)));
+  if (copy == nullptr) return false;
+  const int low = std::countr_zero(varying), bits = std::bit_width(varying) - low;
+  const int digits = (bits + mostDigitBits - 1) / mostDigitBits, width = (bits + digits - 1) / digits;
+  const std::uint32_t mask = (std::uint32_t{1} << width) - 1;
+  Pair *from = pairs, *to = copy;
+  for (int digit = 0; digit < digits; ++digit) {
+    const int shift = low + digit * width;
+    Word place[std::size_t{1} << mostDigitBits];
+    std::memset(place, 0, sizeof(Word) * (mask + 1));
+    for (Word i = 0; i < n; ++i) ++place[(orderOf(from[i]) >> shift) & mask];
+    Word before = 0;
+    for (Word d = 0; d <= mask; ++d) before += std::exchange(place[d], before);
+    for (Word i = 0; i < n; ++i) to[place[(orderOf(from[i]) >> shift) & mask]++] = from[i];
+    std::swap(from, to);
+  }
+  if (from != pairs) std::memcpy(static_cast<void*>(pairs), from, n * sizeof(Pair));
+  std::free(copy);
+  return true;
+}
+
+// Sorts pairs by the signed words of their terms. True when no two were equal and all stood in order.
+bool sortByTerm(Pair* pairs, Word n) {
+  Word i = 1;
+  while (i < n && orderOf(pairs[i - 1]) < orderOf(pairs[i])) ++i;
+  if (i == n) return true;
+  // Below, the table of digits costs more than it saves (bench/simplify_bench.cpp).
+  constexpr Word radixFrom = 64;
+  if (n >= radixFrom) {
+    std::uint32_t varying = 0;
+    for (Word k = 1; k < n; ++k) varying |= orderOf(pairs[k]) ^ orderOf(pairs[0]);
+    if (varying == 0 || radixSort(pairs, n, varying)) return false;
+  }
+  std::sort(pairs, pairs + n, [](const Pair& a, const Pair& b) { return orderOf(a) < orderOf(b); });
+  return false;
+}
+
 // Equal terms add their coefficients into the first of them; the others get coefficient 0.
 void collectEqualTerms(DAG s) {
   Pair* p = pairsOf(s);
   Word n = pairCount(s);
   if (lengthOf(s) >= sortFromLength) {
-    std::sort(p, p + n, [](const Pair& a, const Pair& b) {
-      return static_cast<std::int32_t>(a.term.word) < static_cast<std::int32_t>(b.term.word);
-    });
+    // A folded number that is 0 stands in front, far from the words of the terms.
+    while (n != 0 && p->term == cons0 && p->coefficient == cons0) ++p, --n;
+    if (sortByTerm(p, n)) return;
     for (Word i = 0; i < n;) {
       Word k = i + 1;
-      for (; k < n && p[k].term == p[i].term; ++k) {
-        p[i].coefficient = add(p[i].coefficient, p[k].coefficient);
+      DAG term = p[i].term, coefficient = p[i].coefficient;
+      for (; k < n && p[k].term == term; ++k) {
+        coefficient = add(coefficient, p[k].coefficient);
         p[k] = {cons0, cons0};
       }
+      p[i].coefficient = coefficient;
       i = k;
     }
     return;
@@ -262,6 +407,29 @@ DAG addListTerms(DAG s) {
   return first == n ? DAG() : p[first].term;
 }
 
+// Simplifies the coefficients. Zeros of any form become the integer 0, but for a list, which takes it in; the
+// last float zero is the result.
+DAG settleCoefficients(DAG s) {
+  DAG floatZero;
+  Pair* p = pairsOf(s);
+  for (Word i = 0, n = pairCount(s); i < n; ++i) {
+    DAG coefficient = p[i].coefficient;
+    if (isImmediate(coefficient)) {
+      if (!isZeroImmediate(coefficient)) continue;
+      if (coefficient == consm0) p[i].coefficient = cons0;
+    } else {
+      coefficient = p[i].coefficient = simpl(coefficient);
+      if (isObject(coefficient) && isZero(coefficient)) {
+        floatZero = coefficient;
+        p[i].coefficient = cons0;
+      }
+    }
+    if (p[i].coefficient == cons0 && isTag(p[i].term, LIST) && p[i].term != cons0)
+      p[i] = {mapToList(p[i].term, cons0), cons1};
+  }
+  return floatZero;
+}
+
 // Moves the pairs with a coefficient other than the integer 0 together; the count that stays.
 Word compact(DAG s) {
   Pair* p = pairsOf(s);
@@ -299,109 +467,54 @@ DAG addLists(DAG a, DAG b) {
 }
 
 DAG simplSum(DAG s) {
-  for (Word i = 1; i < lengthOf(s); i += 2) {
-    DAG term = s[i];
-    if (!isSettled(term)) s[i] = simpl(term);
+  Kinds kinds;
+  for (Word i = 0, n = pairCount(s); i < n; ++i) {
+    Pair& pair = pairsOf(s)[i];
+    if (!isSettled(pair.term)) {
+      Pair product;
+      if (isTag(pair.term, PROD) && plainProduct(pair.term, product)) {
+        pair.term = product.term;
+        if (product.coefficient != cons1) pair.coefficient = mul(product.coefficient, pair.coefficient);
+      } else {
+        pair.term = simpl(pair.term);
+      }
+    }
+    kinds.add(pair);
   }
   if (lengthOf(s) == 3 && s[2] == cons1 && isTag(s[1], SUM)) return s[1];
   if (hasUserBindings())
     if (DAG bound = boundSum(s)) return bound;
 
   DAG original = s;
-  s = spliceNestedSums(s);
-  bool hasFloat = false, hasComplex = false, hasSpecial = false, hasList = false, hasHead = false;
-  for (Word i = 1; i < lengthOf(s); i += 2) {
-    DAG term = s[i];
-    if (isImmediate(term)) continue;
-    switch (tagOf(term)) {
-      case FLOAT: hasFloat = true; break;
-      case COMPLEX: hasComplex = true; break;
-      case LIST: hasList = true; break;
-      case NAME:
-        if (term == ini("FAIL")) return term;
-        if (term == ini("infinity") || term == ini("undefined")) hasSpecial = true;
-        break;
-      default: break;
-    }
-    if (isFloat(s[i + 1])) hasFloat = true;
+  if (kinds.has(SUM)) {
+    s = spliceNestedSums(s);
+    kinds = kindsOf(s);
   }
-  if (hasFloat) {
+  if (kinds.failure) return kinds.failure;
+  if (kinds.hasFloat) {
     if (DAG changed = TransformSEQ2F(s)) {
       if (isImmediate(changed) || !hasTag(changed, SUM)) return simpl(changed);
       s = changed;
     }
   }
-  if (hasComplex) combineComplexTerms(s);
+  if (kinds.has(COMPLEX)) combineComplexTerms(s);
 
-  // Numeric terms fold into the first of them.
-  Pair* p = pairsOf(s);
   Word n = pairCount(s);
-  Word accumulator = n;
-  for (Word i = 0; i < n; ++i) {
-    DAG term = p[i].term;
-    Tag tag = tagOf(term);
-    switch (tag) {
-      case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
-        return sumOfRelations(s, "relopsum");
-      case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case COMPLEX: {
-        DAG value = p[i].coefficient == cons1 ? term : mul(term, p[i].coefficient);
-        if (accumulator == n) {
-          accumulator = i;
-          p[i] = {value, cons1};
-        } else {
-          p[accumulator].term = add(p[accumulator].term, value);
-          p[i] = {cons0, cons0};
-        }
-        break;
-      }
-      case NAME: case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case POWER: case SERIES:
-      case FUNCTION: case UNEVAL: case LIST: case LOCAL: case PARAM: case LEXICAL: case PROC:
-      case SET: case TABLE: case RTABLE: case MODDEF: case MODULE:
-        break;
-      case PROD:
-        absorbIntoProduct(p[i]);
-        if (isTag(p[i].term, PROD) && isTag(p[i].term[1], COMPLEX)) hasHead = true;
-        break;
-      case SUM:
-        // Only a term that became a sum while it took its coefficient in.
-        break;
-      default:
-        invalidTerm(original);
-    }
-  }
   DAG floatZero;
-  if (accumulator != n) {
-    DAG value = simpl(p[accumulator].term);
-    p[accumulator].term = value;
-    if (isZero(value)) {
-      if (!isInteger(value)) floatZero = value;
-      p[accumulator] = {cons0, cons0};
-    }
+  bool hasHead = false;
+  if (kinds.hasFloat || (kinds.tags & ~quietTags) != 0) {
+    NumberFold fold = foldNumbers(s, original);
+    if (fold.result) return fold.result;
+    floatZero = fold.zero;
+    hasHead = fold.hasHead;
   }
-  if (hasSpecial)
+  if (kinds.hasSpecial)
     if (DAG result = mergeInfinities(s)) return simpl(result);
   bool again = hasHead && mergeComplexHeads(s);
 
   if (n > 1) collectEqualTerms(s);
-  p = pairsOf(s);
-  for (Word i = 0; i < n; ++i) {
-    DAG coefficient = p[i].coefficient;
-    if (isImmediate(coefficient)) {
-      if (coefficient == consm0) p[i].coefficient = cons0;
-    } else {
-      coefficient = p[i].coefficient = simpl(coefficient);
-      if (isObject(coefficient) && isZero(coefficient)) {
-        floatZero = coefficient;
-        p[i].coefficient = cons0;
-      }
-    }
-    if (p[i].coefficient == cons0 && isTag(p[i].term, LIST) && p[i].term != cons0)
-      p[i] = {mapToList(p[i].term, cons0), cons1};
-  }
-  if (hasList) {
-    addListTerms(s);
-    p = pairsOf(s);
-  }
+  if (DAG zero = settleCoefficients(s)) floatZero = zero;
+  if (kinds.has(LIST)) addListTerms(s);
   Word kept = compact(s);
   if (kept == 0) return floatZero ? simpl(floatZero) : cons0;
   Word length = 2 * kept + 1;

@@ -1,0 +1,61 @@
+#include "eval/unique_pairs.h"
+
+#include "eval/simplify.h"
+#include "store/generations.h"
+#include "store/hash.h"
+
+namespace korel {
+
+namespace {
+
+// The key that `hashalg` gives the object.
+Word keyOf(Tag tag, const Pair* pairs, Word count) {
+  Word h = static_cast<Word>(tagNumber(tag));
+  if (count == 1) {
+    h = pairs[0].coefficient.word + 1027 * (pairs[0].term.word + 1027 * h);
+  } else {
+    for (Word i = 0; i < count; ++i) {
+      Word p = pairs[i].coefficient.word + 1027 * pairs[i].term.word;
+      Word q = p + static_cast<Word>(static_cast<std::int32_t>(p) >> 4);
+      h += q * (2 * q + 1);
+    }
+  }
+  return h == 0 ? 1 : h;
+}
+
+bool samePair(const Pair& a, const Pair& b) { return a.term == b.term && a.coefficient == b.coefficient; }
+
+// Terms differ from each other on both sides, and the counts agree: each pair must only be found.
+bool hasPairs(DAG member, const Pair* pairs, Word count) {
+  const Pair* own = pairsOf(member);
+  Word i = 0;
+  while (i < count && samePair(own[i], pairs[i])) ++i;
+  for (const Word differing = i; i < count; ++i) {
+    Word k = differing;
+    while (k < count && !samePair(own[k], pairs[i])) ++k;
+    if (k == count) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+DAG uniquePairs(Tag tag, const Pair* pairs, Word count) {
+  const Word key = keyOf(tag, pairs, count), header = tag | (2 * count + 1);
+  if (DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))]) {
+    for (PairAddress pair = chain.word + 4; pairKey(pair).word != 0; pair = nextPair(pair)) {
+      if (pairKey(pair).word != key) continue;
+      DAG found = pairValue(pair);
+      if (headerWord(found) != header || !hasPairs(found, pairs, count)) continue;
+      updategen(found);
+      return found;
+    }
+  }
+  DAG made = news(2 * count + 1);
+  headerWord(made) = header;
+  for (Word i = 0; i < count; ++i) pairsOf(made)[i] = pairs[i];
+  assert(hashalg(made) == key);
+  return makeUnique(made);
+}
+
+}  // namespace korel
