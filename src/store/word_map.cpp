@@ -57,6 +57,7 @@ const std::int32_t* WordMap::find(Word word) const {
 }
 
 void WordMap::clear() {
+  if (used_ == 0) return;
   if (capacity_ > largestKept) return release();
   if (capacity_ > firstCapacity && used_ < capacity_ / idleShare) {
     // Clearing costs what the capacity is, not what was used: after a large walk small ones pay for
@@ -65,7 +66,7 @@ void WordMap::clear() {
     if (slots != nullptr) slots_ = slots;
     capacity_ /= 2;
   }
-  if (used_ != 0) std::memset(slots_, 0, capacity_ * sizeof(Slot));
+  std::memset(slots_, 0, capacity_ * sizeof(Slot));
   used_ = 0;
 }
 

@@ -70,6 +70,14 @@ inline void forEachPart(DAG x, Visit visit) {
     if (DAG part = partAt(parts.at)) visit(part);
 }
 
+/// A short sequence, such as the arguments of a call, which are nearly always its own. To enter it again,
+/// for another call, costs no more than to remember it; a simplified one holds no other, so that nothing
+/// multiplies.
+inline bool isShortSequence(DAG x) {
+  constexpr Word longest = 5;
+  return headerWord(x) <= (EXPSEQ | longest) && headerWord(x) >= EXPSEQ && isSimplified(x);
+}
+
 /// The rules of `has`: what a search takes for parts. Others have the same members.
 struct StoragePartRules {
   /// A call without own rules: its parts are the head and the arguments.
@@ -105,12 +113,6 @@ class PartSearch {
     Tag tag = tagOf(x);
     return tag <= NAME && tag != COMPLEX;
   }
-  // The arguments of a call are nearly always its own. Entering a short sequence again, for another call,
-  // costs no more than remembering it; a simplified one holds no other, so that nothing multiplies.
-  static bool isForgotten(DAG x) {
-    constexpr Word longest = 5;
-    return headerWord(x) <= (EXPSEQ | longest) && headerWord(x) >= EXPSEQ && isSimplified(x);
-  }
 
   template <class Rules, class Test>
   bool anyBehind(DAG x, Test test) {
@@ -133,13 +135,13 @@ class PartSearch {
       now.at += now.step;
       if (!part) continue;
       if (test(part)) return true;
-      if (isLeaf(part) || (!isForgotten(part) && !met_.insert(part))) continue;
+      if (isLeaf(part) || (!isShortSequence(part) && !met_.insert(part))) continue;
       if (now.at < now.end) leave(now);
       // Most of what an expression holds are calls of a name with a few arguments: those go on with the
       // arguments at once, which halves the time of a walk (bench/collections.sh, "has").
       if (headerWord(part) == (FUNCTION | 3) && isLeaf(part[1]) && Rules::isPlainCall(part)) {
         DAG arguments = part[2];
-        if (!isImmediate(arguments) && isForgotten(arguments)) {
+        if (!isImmediate(arguments) && isShortSequence(arguments)) {
           if (test(part[1]) || (Rules::testsArguments && test(arguments))) return true;
           now = fieldsOf(arguments, 1, lengthOf(arguments));
           continue;
