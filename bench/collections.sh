@@ -70,7 +70,7 @@ has, four absent names|100|has(e, [a1, a2, a3, a4])|1|e.free_symbols.isdisjoint(
 hastype, absent type|100|hastype(e, float)|1|e.has(Float)|SymPy, has(Float)
 hastype, absent type|100|hastype(e, float)|1|e.atoms(Float)|SymPy, atoms(Float)
 numboccur of a name|20|numboccur(e, x1)|1|e.count(x1)|SymPy, count
-length, every part measured|20|length(e)|1|sum(1 for _ in preorder_traversal(e))|SymPy, counting a preorder_traversal
+length|20|length(e)|1|sum(1 for _ in preorder_traversal(e))|SymPy, counting a preorder_traversal
 subs of one name|10|subs(x1 = y, e)|1|e.xreplace({x1: y})|SymPy, xreplace
 subs of one name|10|subs(x1 = y, e)|1|e.subs(x1, y)|SymPy, subs
 '
@@ -123,8 +123,8 @@ END
 walks '25000 calls' 'e := add(f(x||k, g(k)), k = 1 .. 25000):' \
       'xs = symbols("x1:25001"); x1 = xs[0]; e = Add(*[f(s, g(k + 1)) for k, s in enumerate(xs)])' \
       't = tuple(["+"] + [("f", "x%d" % k, ("g", k)) for k in range(1, 25001)])'
-# 10^6 nodes as a tree, 5000 distinct: 1000 calls of 250 calls each, of 1000 different ones.
-walks '10^6 nodes, 5000 distinct' \
+# "shared": 10^6 nodes as a tree, 5000 distinct: 1000 calls of 250 calls each, of 1000 different ones.
+walks 'shared calls' \
       'c := [seq(f(x||k, g(k)), k = 1 .. 1000)]:
        e := proc(c) local j, k; add(h(seq(c[1 + irem(j + k, 1000)], k = 1 .. 250)), j = 1 .. 1000) end(c):' \
       'xs = symbols("x1:1001"); x1 = xs[0]; c = [f(s, g(k + 1)) for k, s in enumerate(xs)]
@@ -132,5 +132,5 @@ e = Add(*[h(*[c[(j + k) % 1000] for k in range(1, 251)]) for j in range(1, 1001)
       'c = [("f", "x%d" % k, ("g", k)) for k in range(1, 1001)]
 t = tuple(["+"] + [tuple(["h"] + [c[(j + k) % 1000] for k in range(1, 251)]) for j in range(1, 1001)])'
 # Each of 20000 calls holds the name.
-walks '20000 calls, all changed' 'e := subs(x = x1, add(f(x, g(k)), k = 1 .. 20000)):' \
+walks 'all of 20000 calls' 'e := subs(x = x1, add(f(x, g(k)), k = 1 .. 20000)):' \
       'x1 = Symbol("x1"); e = Add(*[f(x1, g(k)) for k in range(1, 20001)])' 't = ()' '^subs'
