@@ -12,8 +12,9 @@ fastest() {
 # print_row NAME SECONDS SECONDS REFERENCE
 print_row() {
   awk -v name="$1" -v ours="$2" -v theirs="$3" -v what="$4" 'BEGIN {
-    printf "%-44s %11.3f ms %11.3f ms %8.2f  %s\n", name, ours * 1000, theirs * 1000,
-           (theirs > 0 ? ours / theirs : 0), what }'
+    ratio = theirs > 0 ? ours / theirs : 0
+    printf "%-44s %11.3f ms %11.3f ms %8.*f  %s\n", name, ours * 1000, theirs * 1000,
+           (ratio < 0.1 ? 4 : 2), ratio, what }'
 }
 # row NAME, then statements to prepare and to measure for Korel, then for Python
 row() {

@@ -62,6 +62,12 @@ bool hasAnyOf(DAG x, Word count, Member member) {
   Word together = 0;
   for (Word i = 0; i < count; ++i)
     if (isFoundByWord(member(i)) && (sought.insert(member(i)), sought.contains(member(i)))) ++together;
+  if (together == count && count >= 2 && count <= 5) {
+    // A list of four names, say. Comparisons in registers are cheaper than a look into a set.
+    DAG a = member(0), b = member(1), c = member(count > 2 ? 2 : 0), d = member(count > 3 ? 3 : 0),
+        e = member(count - 1);
+    return anyPart(x, [=](DAG part) { return part == a || part == b || part == c || part == d || part == e; });
+  }
   if (together < 2) sought.clear();
   else if (anyPart(x, [](DAG part) { return !isImmediate(part) && sought.contains(part); })) return true;
   for (Word i = 0; i < count; ++i)

@@ -81,7 +81,8 @@ TEST(Has, AnyOfSeveralIsOneByOne) {
     DAG x, y, z;
     RC_PRE(hasSimplifiedForm(r, &x) && hasSimplifiedForm(s, &y) && hasSimplifiedForm(t, &z));
     DAG numbers = newSequence({y, z, immediate(2), sqrtm1});
-    for (DAG several : {newSequence({y, z}), newSequence({y, z, naminstall("other"), y}), numbers}) {
+    DAG other = naminstall("other"), many = newSequence({z, other, other, other, other, y});
+    for (DAG several : {newSequence({y, z}), newSequence({y, other, z}), numbers, many}) {
       DAG list = simpl(new2(LIST, several)), equations = newl2(lengthOf(several), EXPSEQ);
       bool any = false;
       for (Word i = 1; i < lengthOf(several); ++i) {
