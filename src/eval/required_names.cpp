@@ -48,7 +48,7 @@ DAG BuildRequiredNameSeq(DAG name) {
     waiting.pop_back();
     if (!isImmediate(object)) forEachPart(object, enter);
   }
-  entered.release();
+  entered.clear();
   // An unassigned name is saved all the same, with the warning that it deserves.
   if (required.empty()) required.push_back(name);
   DAG names = newl2(static_cast<Word>(required.size() + 1), EXPSEQ);

@@ -1,11 +1,14 @@
 #include "store/word_map.h"
 
 #include <cstdlib>
+#include <cstring>
 
 namespace korel {
 
 namespace {
 constexpr std::uint32_t firstCapacity = 256;
+constexpr std::uint32_t largestKept = 1u << 19;  // 4 MB
+constexpr std::uint32_t idleShare = 16;          // fewer than one place in so many was used
 // References are multiples of 4 that cluster by allocation order; the multiplier spreads their bits
 // and the shift takes the best of them (Knuth, vol. 3, 6.4: multiplicative hashing).
 std::uint32_t spread(Word word) {
@@ -51,6 +54,20 @@ const std::int32_t* WordMap::find(Word word) const {
   if (capacity_ == 0) return nullptr;
   Slot* slot = slotFor(word);
   return slot->word == word ? &slot->value : nullptr;
+}
+
+void WordMap::clear() {
+  if (used_ == 0) return;
+  if (capacity_ > largestKept) return release();
+  if (capacity_ > firstCapacity && used_ < capacity_ / idleShare) {
+    // Clearing costs what the capacity is, not what was used: after a large walk small ones pay for
+    // twice its capacity altogether.
+    auto* slots = static_cast<Slot*>(std::realloc(slots_, capacity_ / 2 * sizeof(Slot)));
+    if (slots != nullptr) slots_ = slots;
+    capacity_ /= 2;
+  }
+  std::memset(slots_, 0, capacity_ * sizeof(Slot));
+  used_ = 0;
 }
 
 void WordMap::release() {

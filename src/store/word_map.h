@@ -1,9 +1,9 @@
 #pragma once
-// A map from words to numbers that lives outside the heap: the visited set of walks over objects.
+// A map from words to numbers that lives outside the heap: the results that a walk over objects keeps.
 //
 // Open addressing with linear probing; capacity is a power of two and at most half is in use. The word
 // 0 marks a free place, which no reference uses. Nothing is removed one by one. The map is plain data:
-// its owner calls `release`, also where an error may pass over the owner.
+// its owner calls `clear` or `release`, also where an error may pass over the owner.
 
 #include <cstdint>
 
@@ -21,6 +21,9 @@ class WordMap {
   /// The value of `word`, or null.
   const std::int32_t* find(Word word) const;
   std::uint32_t size() const { return used_; }
+  /// Empties the map. Its storage serves the next walk, so that walks of like size pay for fresh pages
+  /// once; it halves at each use that leaves most of it idle, and what is very large goes at once.
+  void clear();
   /// Gives the storage back and empties the map.
   void release();
 

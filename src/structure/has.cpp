@@ -1,9 +1,6 @@
 #include "structure/has.h"
 
-#include <vector>
-
 #include "store/constants.h"
-#include "store/word_map.h"
 
 namespace korel {
 
@@ -13,48 +10,14 @@ void ResetHas() { hasExceptPROC = hasExceptUNEVAL = NoHasOfArrayRef = false; }
 
 namespace {
 
-// Objects yet to be entered, and those that have been met. One walk runs at a time: none of the tests
-// starts another.
-std::vector<DAG> pending;
-WordMap met;
+// One search runs at a time: none of the tests starts another.
+PartSearch walk;
+// What is sought, when it is several objects.
+ObjectSet sought;
 
-// Below this many objects meeting one twice costs less than remembering them all.
-constexpr int rememberFrom = 64;
-constexpr std::size_t largestKeptStack = 1u << 18;
-
-bool isLeaf(DAG x) {
-  if (isImmediate(x)) return true;
-  Tag tag = tagOf(x);
-  return tag <= NAME && tag != COMPLEX;
-}
-
-// True when `test` holds for `x` or a part of it. `test` is called on each part once, or a few times.
 template <class Test>
 bool anyPart(DAG x, Test test) {
-  if (!x) return false;
-  if (test(x)) return true;
-  if (isImmediate(x)) return false;
-  pending.clear();
-  bool found = false, remembers = false;
-  int entered = 0;
-  pending.push_back(x);
-  while (!found && !pending.empty()) {
-    DAG object = pending.back();
-    pending.pop_back();
-    if (remembers) {
-      if (met.insert(object.word, 0) == WordMap::present) continue;
-    } else if (++entered == rememberFrom) {
-      remembers = true;
-    }
-    forEachPart(object, [&](DAG part) {
-      if (found) return;
-      if (test(part)) found = true;
-      else if (!isLeaf(part)) pending.push_back(part);
-    });
-  }
-  if (remembers) met.release();
-  if (pending.capacity() > largestKeptStack) std::vector<DAG>().swap(pending);
-  return found;
+  return walk.any<StoragePartRules>(x, test);
 }
 
 bool isPairs(DAG x) { return !isImmediate(x) && (hasTag(x, SUM) || hasTag(x, PROD)); }
@@ -86,13 +49,46 @@ bool has(DAG x, DAG y) {
   return anyPart(x, [y](DAG part) { return part == y; });
 }
 
+namespace {
+
+// Found by its word alone: no look at coefficients and exponents, no COMPLEX that stands for I.
+bool isFoundByWord(DAG y) { return !isNumeric(y) && y != sqrtm1 && !(isPairs(y) && lengthOf(y) == 3); }
+
+// Any of member(0), ... member(count - 1) occurs in `x`. Those that are found by their word are sought
+// together, in one walk.
+template <class Member>
+bool hasAnyOf(DAG x, Word count, Member member) {
+  sought.clear();
+  Word together = 0;
+  for (Word i = 0; i < count; ++i)
+    if (isFoundByWord(member(i)) && (sought.insert(member(i)), sought.contains(member(i)))) ++together;
+  if (together == count && count >= 2 && count <= 5) {
+    // A list of four names, say. Comparisons in registers are cheaper than a look into a set.
+    DAG a = member(0), b = member(1), c = member(count > 2 ? 2 : 0), d = member(count > 3 ? 3 : 0),
+        e = member(count - 1);
+    return anyPart(x, [=](DAG part) { return part == a || part == b || part == c || part == d || part == e; });
+  }
+  if (together < 2) sought.clear();
+  else if (anyPart(x, [](DAG part) { return !isImmediate(part) && sought.contains(part); })) return true;
+  for (Word i = 0; i < count; ++i)
+    if ((isImmediate(member(i)) || !sought.contains(member(i))) && has(x, member(i))) return true;
+  return false;
+}
+
+}  // namespace
+
 bool hasany(DAG x, DAG y) {
   if (isImmediate(y)) return has(x, y);
-  if (hasTag(y, LIST) || hasTag(y, SET)) return has(x, y) || hasany(x, y[1]);
-  if (!hasTag(y, EXPSEQ)) return has(x, y);
-  for (Word i = lengthOf(y) - 1; i > 0; --i)
-    if (has(x, y[i])) return true;
-  return false;
+  bool collection = hasTag(y, LIST) || hasTag(y, SET);
+  DAG members = collection ? y[1] : y;
+  if (isImmediate(members) || !hasTag(members, EXPSEQ)) return has(x, y) || (collection && has(x, members));
+  // A list or set also counts as a whole.
+  Word count = lengthOf(members) - 1;
+  return hasAnyOf(x, count + collection, [&](Word i) { return i < count ? members[i + 1] : y; });
+}
+
+bool hasLeftSide(DAG x, DAG equations) {
+  return hasAnyOf(x, lengthOf(equations) - 1, [&](Word i) { return equations[i + 1][1]; });
 }
 
 bool hasExceptInPROCorUNEVAL(DAG x, DAG y) {

@@ -1,13 +1,18 @@
 // Search for a part of an expression that matches a type.
 
+#include <new>
+
 #include "eval/procedures.h"
 #include "frame/environment.h"
+#include "frame/errors.h"
 #include "store/constants.h"
 #include "store/hash.h"
-#include "store/integer_cache.h"
+#include "store/object_set.h"
 #include "store/objects.h"
 #include "structure/operands.h"
+#include "structure/part_walk.h"
 #include "structure/type_match.h"
+#include "structure/type_names.h"
 #include "structure/types.h"
 
 namespace korel {
@@ -16,13 +21,94 @@ namespace {
 
 bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
-// One search. Objects in which it found nothing are noted in the integer cache, and so are those that it
-// is inside of: a shared part is searched once, and a table that holds itself is not entered again.
+// ---- parts
+
+bool hasBody(DAG procedure) {
+  // The body of a built-in is its number.
+  return !hasOption(procedure, ini("builtin"));
+}
+
+// The members of a sequence, which itself is no part.
+Parts membersIn(DAG x, Word field) {
+  return isTag(x[field], EXPSEQ) ? fieldsOf(x[field], 1, lengthOf(x[field])) : fieldsOf(x, field, field + 1);
+}
+
+Parts headAndMembers(DAG x) {
+  Parts parts = membersIn(x, 2);
+  parts.head = x.word + 4;
+  return parts;
+}
+
+bool isRootOf(DAG call) {
+  return call[1] == ini("RootOf") && isTag(call[2], EXPSEQ) && lengthOf(call[2]) > 1;
+}
+
+struct TypedPartRules {
+  static bool isPlainCall(DAG call) { return call[1] != ini("RootOf"); }
+  static constexpr bool testsArguments = false;
+  static Parts partsOf(DAG e) {
+    Word n = lengthOf(e);
+    switch (tagOf(e)) {
+      case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case STRING: case NAME:
+      case MEMBER: case LOCAL: case PARAM: case LEXICAL:
+      case RTABLE: case BINARY: case GARBAGE: case FOREIGN: case CONTROL: case DEBUG:
+        return {};
+      case SERIES: case ZPPOLY: case HASH: return korel::partsOf(e);
+      case LIST: case SET: return membersIn(e, 1);
+      case FUNCTION: return isRootOf(e) ? fieldsOf(e[2], 1, 2) : headAndMembers(e);
+      case TABLEREF: return headAndMembers(e);
+      case PROC: case MODDEF: return hasBody(e) ? fieldsOf(e, 5, 6) : Parts{};
+      case MODULE: return isTag(e[2], MODDEF) ? partsOf(e[2]) : Parts{};
+      case TABLE: return isTag(e[3], HASHTAB) ? fieldsOf(e, 3, 4) : Parts{};
+      default: return fieldsOf(e, 1, n);
+    }
+  }
+};
+
+// ---- types that a tag decides
+
+// One search runs at a time: nothing is evaluated meanwhile.
+PartSearch walk;
+
+bool hasTagAmong(DAG e, TagSet tags) {
+  // The empty sequence matches nothing, not even the type of sequences.
+  return walk.any<TypedPartRules>(
+      e, [tags](DAG part) { return (tags & tagSetOf(tagOf(part))) != 0 && part != null; });
+}
+
+// ---- other types, whose tests may call procedures
+
+// One search. Objects in which it found nothing are noted, and so are those that it is inside of: a
+// shared part is searched once, and a table that holds itself is not entered again.
 struct Search {
   DAG type;
+  TypeTest test;  // of a name that the kernel knows
   bool products;  // the type asks for products or powers
-  Word clock;
+  ObjectSet* met;
 };
+
+// Kept for the next search. Those that run inside of another have a set of their own.
+ObjectSet* spare = nullptr;
+
+ObjectSet* takeSet() {
+  ObjectSet* set = spare != nullptr ? spare : new (std::nothrow) ObjectSet;
+  if (set == nullptr) notimpl("ran out of memory");
+  spare = nullptr;
+  return set;
+}
+void giveBack(ObjectSet* set) {
+  set->clear();
+  if (spare == nullptr) {
+    spare = set;
+  } else {
+    set->release();
+    delete set;
+  }
+}
+
+bool matches(const Search& search, DAG e) {
+  return search.test != nullptr ? search.test(e) : type(e, search.type);
+}
 
 bool found(const Search& search, DAG e);
 
@@ -32,22 +118,11 @@ bool asksForProducts(DAG t) {
   return t == ini("*") || t == ini("^");
 }
 
-bool inFields(const Search& search, DAG e, Word first, Word step) {
-  for (Word i = first; i < lengthOf(e); i += step)
-    if (e[i] && found(search, e[i])) return true;
+// A term with its coefficient is tested as the product that it is. Its parts are those of the sum.
+bool isTermOfType(const Search& search, DAG sum) {
+  for (Word i = 1; i < lengthOf(sum); i += 2)
+    if (sum[i + 1] != cons1 && matches(search, mterm((i + 1) / 2, sum))) return true;
   return false;
-}
-
-// The members of a sequence, which itself is no part.
-bool inMembers(const Search& search, DAG members) {
-  return isTag(members, EXPSEQ) ? inFields(search, members, 1, 1) : found(search, members);
-}
-
-bool inSum(const Search& search, DAG sum) {
-  if (search.products && addition(sum))
-    for (Word i = 1; i < lengthOf(sum); i += 2)
-      if (sum[i + 1] != cons1 && found(search, mterm((i + 1) / 2, sum))) return true;
-  return inFields(search, sum, 1, 1);
 }
 
 struct EntrySearch {
@@ -60,56 +135,49 @@ bool inEntry(void* arg, PairAddress pair) {
   return !entries.result;
 }
 
-bool inEntries(const Search& search, DAG table) {
-  if (!isTag(table, HASHTAB)) return false;
-  EntrySearch entries{search, false};
-  hashforeach(table, inEntry, &entries);
-  return entries.result;
-}
-
-bool inBody(const Search& search, DAG procedure) {
-  // The body of a built-in is its number.
-  return !hasOption(procedure, ini("builtin")) && found(search, procedure[5]);
-}
-
 bool inParts(const Search& search, DAG e) {
   switch (tagOf(e)) {
-    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case STRING: case NAME: case MEMBER:
-    case LOCAL: case PARAM: case LEXICAL:
-      return false;
-    case SUM: return inSum(search, e);
-    case SERIES: return found(search, e[1]) || inFields(search, e, 2, 2);
-    case ZPPOLY: return found(search, e[1]);
-    case LIST: case SET: return inMembers(search, e[1]);
-    case FUNCTION:
-      if (e[1] == ini("RootOf") && isTag(e[2], EXPSEQ) && lengthOf(e[2]) > 1)
-        return found(search, e[2][1]);
-      return found(search, e[1]) || inMembers(search, e[2]);
-    case TABLEREF: return found(search, e[1]) || inMembers(search, e[2]);
-    case PROC: case MODDEF: return inBody(search, e);
-    case MODULE: return isTag(e[2], MODDEF) && inBody(search, e[2]);
-    case TABLE: return inEntries(search, e[3]);
-    case HASHTAB: return inEntries(search, e);
-    case RTABLE: case BINARY: case HASH: case GARBAGE: case FOREIGN: case CONTROL: case DEBUG:
-      return false;
-    default: return inFields(search, e, 1, 1);
+    case TABLE: case HASHTAB: {
+      DAG table = hasTag(e, TABLE) ? e[3] : e;
+      if (!isTag(table, HASHTAB)) return false;
+      EntrySearch entries{search, false};
+      hashforeach(table, inEntry, &entries);
+      return entries.result;
+    }
+    case HASH: return false;
+    case SUM:
+      if (search.products && addition(e) && isTermOfType(search, e)) return true;
+      break;
+    default: break;
   }
+  Parts parts = TypedPartRules::partsOf(e);
+  if (parts.head != 0 && found(search, partAt(parts.head))) return true;
+  for (; parts.at < parts.end; parts.at += parts.step)
+    if (partAt(parts.at) && found(search, partAt(parts.at))) return true;
+  return false;
 }
 
 bool found(const Search& search, DAG e) {
   if (e == null) return false;
   if (isImmediate(e) || tagOf(e) <= NAME)
-    return type(e, search.type) || (isTag(e, COMPLEX) && inParts(search, e));
-  if (cachedInteger(e, search.clock) != nullptr) return false;
+    return matches(search, e) || (isTag(e, COMPLEX) && inParts(search, e));
+  if (!search.met->insert(e)) return false;
   checkStack();
-  cacheInteger(e, false, search.clock);
-  return type(e, search.type) || inParts(search, e);
+  return matches(search, e) || inParts(search, e);
 }
 
 }  // namespace
 
 bool hastype(DAG e, DAG t) {
-  return found({t, asksForProducts(t), beginIntegerTraversal()}, e);
+  if (e == null) return false;
+  bool named = isTag(t, NAME);
+  if (TagSet tags = named ? tagsOfType(t) : 0) return hasTagAmong(e, tags);
+  Search search{t, named ? builtinType(t) : nullptr, asksForProducts(t), takeSet()};
+  PushParamErrorProc([](const char*) { giveBack(reinterpret_cast<ObjectSet*>(errorProcParam)); }, search.met);
+  bool result = found(search, e);
+  PopErrorProc();
+  giveBack(search.met);
+  return result;
 }
 
 DAG hastypeBuiltin(const BuiltinCall& call) {

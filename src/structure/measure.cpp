@@ -8,6 +8,7 @@
 #include "numbers/integer.h"
 #include "store/constants.h"
 #include "store/hash.h"
+#include "store/object_set.h"
 #include "store/objects.h"
 #include "store/reference_fields.h"
 #include "store/word_map.h"
@@ -20,9 +21,11 @@ namespace {
 
 bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
-// Results for composite objects, kept while one count runs: nothing is evaluated meanwhile, so that the
-// map can be one for all. An error in the midst leaves it full, and the next count gives it back.
+// Results for composite objects, kept while one count runs, those of 0 as members of a set: nothing is
+// evaluated meanwhile, so that they can be one for all. An error in the midst leaves them full, and the
+// next count empties them.
 WordMap known;
+ObjectSet zeros;
 int entered;
 constexpr int keepFrom = 64;
 
@@ -43,17 +46,23 @@ class Total {
 
 template <class Measure>
 DAG measured(DAG x, Measure measure) {
-  bool keeps = ++entered > keepFrom;
-  if (keeps)
+  bool keeps = ++entered > keepFrom && !isShortSequence(x);
+  if (keeps) {
+    if (zeros.contains(x)) return cons0;
     if (const std::int32_t* value = known.find(x.word)) return DAG(static_cast<Word>(*value));
+  }
   checkStack();
   DAG value = measure(x);
-  if (keeps) known.insert(x.word, static_cast<std::int32_t>(value.word));
+  if (keeps) {
+    if (value == cons0) zeros.insert(x);
+    else known.insert(x.word, static_cast<std::int32_t>(value.word));
+  }
   return value;
 }
 
 void begin() {
-  known.release();
+  known.clear();
+  zeros.clear();
   entered = 0;
 }
 
@@ -118,9 +127,11 @@ DAG size(DAG x) {
 
 DAG numboccur(DAG x, DAG y) {
   if (!isTag(y, EXPSEQ)) {
+    // What doesn't occur is found out by a search, which is several times as fast.
+    if (!has(x, y)) return cons0;
     begin();
     DAG count = simpl(occurrences(x, y));
-    known.release();
+    known.clear();
     return count;
   }
   Total total;
@@ -131,7 +142,7 @@ DAG numboccur(DAG x, DAG y) {
 DAG length(DAG x) {
   begin();
   DAG result = simpl(size(x));
-  known.release();
+  known.clear();
   return result;
 }
 

@@ -1,6 +1,9 @@
 #include "structure/sort.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <vector>
 
 #include "eval/arithmetic.h"
 #include "eval/evaluate.h"
@@ -11,6 +14,7 @@
 #include "store/names.h"
 #include "store/objects.h"
 #include "structure/polynomial_order.h"
+#include "structure/radix_sort.h"
 
 namespace korel {
 
@@ -50,6 +54,10 @@ struct Ascending {
 
 struct Descending {
   bool operator()(DAG a, DAG b) const { return Ascending()(b, a); }
+};
+
+struct Lexicographic {
+  bool operator()(DAG a, DAG b) const { return std::strcmp(textOf(a), textOf(b)) <= 0; }
 };
 
 struct Address {
@@ -125,75 +133,130 @@ Word mergeSort(const Comparator& inOrder, DAG links, Word first, Word count) {
   }
 }
 
-// A scratch that passes for an integer: an error leaves it to the collector.
-DAG newScratch(Word words) {
-  DAG scratch = news(words + 1);
-  setHeader(scratch, INTPOS, words + 1);
-  return scratch;
+// The links pass for an integer: an error leaves them to the collector.
+DAG newLinks(Word n) {
+  DAG links = news(n + 1);
+  setHeader(links, INTPOS, n + 1);
+  for (Word i = 1; i < n; ++i) link(links, i) = i + 1;
+  link(links, n) = 0;
+  return links;
 }
 
 template <class Comparator>
-DAG sortPositions(const Comparator& inOrder, DAG members) {
+DAG sortBy(const Comparator& inOrder, DAG members) {
   Word n = lengthOf(members) - 1;
-  DAG links = newScratch(n);
-  for (Word i = 1; i < n; ++i) link(links, i) = i + 1;
-  link(links, n) = 0;
-  Word at = mergeSort(inOrder, links, 1, n);
+  DAG links = newLinks(n);
+  Word at = mergeSort([&](Word a, Word b) { return inOrder(members[a], members[b]); }, links, 1, n);
   DAG sorted = newl2(n + 1, EXPSEQ);
   for (Word i = 1; at != 0; at = link(links, at)) sorted[i++] = members[at];
   release(links, n + 1);
   return simpl(sorted);
 }
 
-template <class Comparator>
-DAG sortBy(const Comparator& inOrder, DAG members) {
-  return sortPositions([&inOrder, members](Word a, Word b) { return inOrder(members[a], members[b]); },
-                       members);
+// ---- long lists of small integers and of texts
+//
+// Their keys are sorted by digits, side by side in memory outside of the heap, so that no step looks at
+// the objects (bench/collections.sh, "sort of"). Each gives 0 when it cannot: the merge sort can.
+
+constexpr Word longFrom = 200;  // as many members pay for the counts of each digit
+
+// Members by their words as `flip` makes them keys. Equal words are one object, so that it doesn't matter
+// which goes first.
+DAG sortWords(DAG members, Word flip, bool backwards) {
+  Word n = lengthOf(members) - 1;
+  DAG sorted = newl2(n + 1, EXPSEQ);
+  auto* words = static_cast<DAG*>(std::malloc(2 * std::size_t{n} * sizeof(DAG)));
+  if (words == nullptr) return DAG();
+  std::copy_n(&members[1], n, words);
+  radixSort(words, words + n, n, [flip](DAG x) { return x.word ^ flip; });
+  if (backwards) std::reverse(words, words + n);
+  std::copy_n(words, n, &sorted[1]);
+  std::free(words);
+  return simpl(sorted);
 }
 
-// ---- texts
+bool isSmallInteger(DAG x) { return isImmediate(x) && x != consm0; }
 
-// The first characters of a text as a number that compares as they do; zeros stand behind its end.
-std::uint64_t prefixOf(const char* text) {
-  std::uint64_t prefix = 0;
-  for (int shift = 56; shift >= 0 && *text != 0; shift -= 8, ++text)
-    prefix |= std::uint64_t{static_cast<unsigned char>(*text)} << shift;
-  return prefix;
+// Eight characters of a text as a number in two words, the first one highest; zeros behind the end. Three
+// words a record rather than four: memory of a long sort is fresh, and its pages cost most.
+struct TextRecord {
+  Word high, low;
+  DAG text;
+
+  std::uint64_t characters() const { return std::uint64_t{high} << 32 | low; }
+  void read(Word offset) {
+    const char* at = textOf(text) + offset;
+    std::uint64_t value = 0;
+    for (int shift = 56; shift >= 0 && *at != 0; shift -= 8, ++at)
+      value |= std::uint64_t{static_cast<unsigned char>(*at)} << shift;
+    high = static_cast<Word>(value >> 32);
+    low = static_cast<Word>(value);
+  }
+  bool ends() const { return (low & 0xff) == 0; }
+};
+
+// Records that agree in their first `offset` characters and are yet to be sorted by the others.
+struct Unsorted {
+  Word begin, end, offset;
+};
+
+// `spare` has room for as many records.
+void sortRecords(TextRecord* records, TextRecord* spare, Word count) {
+  std::vector<Unsorted> waiting{{0, count, 0}};
+  while (!waiting.empty()) {
+    auto [begin, end, offset] = waiting.back();
+    waiting.pop_back();
+    if (end - begin < longFrom) {
+      std::stable_sort(records + begin, records + end, [offset = offset](TextRecord a, TextRecord b) {
+        return std::strcmp(textOf(a.text) + offset, textOf(b.text) + offset) < 0;
+      });
+      continue;
+    }
+    for (Word i = begin; i < end; ++i) records[i].read(offset);
+    radixSort(records + begin, spare, end - begin, [](TextRecord r) { return r.characters(); });
+    for (Word i = begin, next; i < end; i = next) {
+      for (next = i + 1; next < end && records[next].characters() == records[i].characters();) ++next;
+      if (next - i > 1 && !records[i].ends()) waiting.push_back({i, next, offset + 8});
+    }
+  }
 }
 
-// Most texts differ in their first characters: those are kept side by side, so that a comparison looks
-// neither at the objects nor at their text (bench/run.sh, "sort of 10^5 strings").
 DAG sortTexts(DAG members) {
   Word n = lengthOf(members) - 1;
-  if (2 * std::uint64_t{n} + 1 > maxLength) KernelException("object too large");
-  DAG scratch = newScratch(2 * n);
-  auto* prefixes = reinterpret_cast<Word*>(&scratch[1]);
-  for (Word i = 1; i <= n; ++i) {
-    std::uint64_t prefix = prefixOf(textOf(members[i]));
-    std::memcpy(prefixes + 2 * (i - 1), &prefix, sizeof prefix);
+  DAG sorted = newl2(n + 1, EXPSEQ);
+  auto* records = static_cast<TextRecord*>(std::malloc(2 * std::size_t{n} * sizeof(TextRecord)));
+  if (records == nullptr) return DAG();
+  for (Word i = 0; i < n; ++i) records[i].text = members[i + 1];
+  sortRecords(records, records + n, n);
+  for (Word i = 0; i < n; ++i) sorted[i + 1] = records[i].text;
+  std::free(records);
+  return simpl(sorted);
+}
+
+// The members in order, or 0.
+DAG sortedByDigits(DAG members, Order order) {
+  if (lengthOf(members) <= longFrom) return DAG();
+  constexpr Word signBit = 0x80000000u;
+  switch (order) {
+    case Order::ascending: case Order::descending:
+      if (!everyMember(members, isSmallInteger)) return DAG();
+      return sortWords(members, signBit, order == Order::descending);
+    case Order::lexicographic: return sortTexts(members);
+    case Order::address: return sortWords(members, 0, false);
+    case Order::procedure: break;
   }
-  DAG sorted = sortPositions(
-      [prefixes, members](Word a, Word b) {
-        std::uint64_t p, q;
-        std::memcpy(&p, prefixes + 2 * (a - 1), sizeof p);
-        std::memcpy(&q, prefixes + 2 * (b - 1), sizeof q);
-        if (p != q) return p < q;
-        // A zero at the end: both texts are within the prefix.
-        return (p & 0xff) == 0 || std::strcmp(textOf(members[a]) + 8, textOf(members[b]) + 8) <= 0;
-      },
-      members);
-  release(scratch, 2 * n + 1);
-  return sorted;
+  return DAG();
 }
 
 }  // namespace
 
 DAG sortedSequence(DAG members, Order order, DAG procedure) {
   if (lengthOf(members) < 3) return members;
+  if (DAG sorted = sortedByDigits(members, order)) return sorted;
   switch (order) {
     case Order::ascending: return sortBy(Ascending(), members);
     case Order::descending: return sortBy(Descending(), members);
-    case Order::lexicographic: return sortTexts(members);
+    case Order::lexicographic: return sortBy(Lexicographic(), members);
     case Order::address: return sortBy(Address(), members);
     case Order::procedure:
       // The procedure may assign the names that hold them.

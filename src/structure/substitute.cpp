@@ -1,5 +1,7 @@
 #include "structure/substitute.h"
 
+#include <new>
+
 #include "eval/arithmetic.h"
 #include "eval/procedures.h"
 #include "eval/simplify.h"
@@ -9,6 +11,7 @@
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/names.h"
+#include "store/object_set.h"
 #include "store/objects.h"
 #include "store/word_map.h"
 #include "structure/has.h"
@@ -22,7 +25,16 @@ bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // ---- one substitution
 
-// Plain data: an error may pass over it, and the error procedure gives the maps back.
+// What a substitution remembers. One is kept for the next substitution; those that run inside of another,
+// when simplification calls a procedure, have one each.
+struct Memory {
+  WordMap lefts;        // left side to the number of its equation
+  WordMap known;        // simplified composite object to its result
+  ObjectSet unchanged;  // those that are their own results
+};
+Memory* spare = nullptr;
+
+// Plain data: an error may pass over it, and the error procedure gives the memory back.
 struct Substitution {
   DAG equations;
   bool finish;          // results of simplified objects are simplified
@@ -30,24 +42,37 @@ struct Substitution {
   bool hasParameters;   // some left side is a PARAM, which counts by its number
   bool indexed;         // `lefts` is in use
   int entered;
-  WordMap lefts;        // left side to the number of its equation
-  WordMap known;        // simplified composite object to its result
+  Memory* memory;
 };
 
 // From this many equations on they are found by a map, and from this many objects on results are kept.
 constexpr Word indexFrom = 8;
 constexpr int keepFrom = 64;
 
-void releaseMaps(const char*) {
-  auto* s = reinterpret_cast<Substitution*>(errorProcParam);
-  s->lefts.release();
-  s->known.release();
+Memory* takeMemory() {
+  Memory* memory = spare != nullptr ? spare : new (std::nothrow) Memory;
+  if (memory == nullptr) notimpl("ran out of memory");
+  spare = nullptr;
+  return memory;
+}
+void giveBack(Memory* memory) {
+  if (spare == nullptr) {
+    memory->lefts.clear();
+    memory->known.clear();
+    memory->unchanged.clear();
+    spare = memory;
+  } else {
+    memory->lefts.release();
+    memory->known.release();
+    memory->unchanged.release();
+    delete memory;
+  }
 }
 
 DAG rightSide(Substitution& s, DAG x) {
   if (s.onlyNames && (isImmediate(x) || (!hasTag(x, NAME) && !hasTag(x, TABLEREF)))) return DAG();
   if (s.indexed && !(s.hasParameters && isTag(x, PARAM))) {
-    const std::int32_t* at = s.lefts.find(x.word);
+    const std::int32_t* at = s.memory->lefts.find(x.word);
     return at != nullptr ? s.equations[*at][2] : DAG();
   }
   for (Word i = 1, n = lengthOf(s.equations); i < n; ++i) {
@@ -57,12 +82,6 @@ DAG rightSide(Substitution& s, DAG x) {
       return s.equations[i][2];
   }
   return DAG();
-}
-
-bool hasLeftSide(Substitution& s, DAG x) {
-  for (Word i = lengthOf(s.equations) - 1; i > 0; --i)
-    if (has(x, s.equations[i][1])) return true;
-  return false;
 }
 
 DAG walk(Substitution& s, DAG x);
@@ -168,7 +187,7 @@ bool isBuiltin(DAG options) { return isTag(options, EXPSEQ) && member(options, i
 // places once and for all, whatever a replacement brings in is global.
 DAG walkProcedure(Substitution& s, DAG x) {
   bool module = hasTag(x, MODDEF), final = isSimplified(x);
-  if (!hasLeftSide(s, x)) return x;
+  if (!hasLeftSide(x, s.equations)) return x;
   DAG result = CopyAlg(x);
   bool changed = false;
   // What is declared is looked at before what it is used for.
@@ -254,34 +273,43 @@ DAG walk(Substitution& s, DAG x) {
   if (DAG right = rightSide(s, x)) return right;
   if (isLeaf(x)) return x;
   // Raw objects are trees, and must stay so: the simplifier overwrites them.
-  bool keeps = s.finish && isSimplified(x) && ++s.entered > keepFrom;
-  if (keeps)
-    if (const std::int32_t* result = s.known.find(x.word)) return DAG(static_cast<Word>(*result));
+  bool finish = s.finish && isSimplified(x);
+  bool keeps = finish && ++s.entered > keepFrom && !isShortSequence(x);
+  if (keeps) {
+    if (s.memory->unchanged.contains(x)) return x;
+    if (const std::int32_t* result = s.memory->known.find(x.word)) return DAG(static_cast<Word>(*result));
+  }
   checkStack();
   DAG result = changedObject(s, x);
-  if (result != x && s.finish && isSimplified(x) && !isTag(result, HASHTAB)) result = simpl(result);
-  if (keeps) s.known.insert(x.word, static_cast<std::int32_t>(result.word));
+  if (result != x && finish && !isTag(result, HASHTAB)) result = simpl(result);
+  if (keeps) {
+    if (result == x) s.memory->unchanged.insert(x);
+    else s.memory->known.insert(x.word, static_cast<std::int32_t>(result.word));
+  }
   return result;
 }
 
 DAG substitute(DAG equations, DAG x, bool finish) {
-  Substitution s{equations, finish, true, false, false, 0, {}, {}};
+  Substitution s{equations, finish, true, false, false, 0, nullptr};
   Word n = lengthOf(equations);
   for (Word i = 1; i < n; ++i) {
     DAG left = equations[i][1];
     if (!isTag(left, NAME) && !isTag(left, TABLEREF)) s.onlyNames = false;
     if (isTag(left, PARAM)) s.hasParameters = true;
   }
-  PushParamErrorProc(releaseMaps, &s);
+  // A search is several times as fast as a walk that compares and remembers results.
+  if (finish && !s.hasParameters && isSimplified(x) && !hasLeftSide(x, equations)) return x;
+  s.memory = takeMemory();
+  PushParamErrorProc([](const char*) { giveBack(reinterpret_cast<Memory*>(errorProcParam)); }, s.memory);
   if (n > indexFrom) {
     s.indexed = true;
     for (Word i = 1; i < n && s.indexed; ++i)
-      s.indexed = s.lefts.insert(equations[i][1].word, static_cast<std::int32_t>(i)) != WordMap::outOfMemory;
+      s.indexed = s.memory->lefts.insert(equations[i][1].word, static_cast<std::int32_t>(i)) !=
+                  WordMap::outOfMemory;
   }
   DAG result = walk(s, x);
   PopErrorProc();
-  s.lefts.release();
-  s.known.release();
+  giveBack(s.memory);
   return result;
 }
 

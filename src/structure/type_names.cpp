@@ -236,6 +236,53 @@ constexpr TagRow tagRows[] = {
     {"<>",         INEQUAT},  {"::",       DCOLON},
 };
 
+constexpr TagSet tagsBetween(Tag first, Tag last) {
+  return tagSetOf(last) - tagSetOf(first) + tagSetOf(last);
+}
+constexpr TagSet numberTags = tagsBetween(INTNEG, HFLOAT);
+
+// The same rules as in `typeRows`, for those types that ask for nothing but the tag.
+struct TagSetRow {
+  StandardName name;
+  TagSet tags;
+};
+constexpr TagSetRow tagSetRows[] = {
+    // name                tags
+    {"integer",            tagsBetween(INTNEG, INTPOS)},
+    {"fraction",           tagSetOf(RATIONAL)},
+    {"rational",           tagsBetween(INTNEG, RATIONAL)},
+    {"float",              tagsBetween(FLOAT, HFLOAT)},
+    {"sfloat",             tagSetOf(FLOAT)},
+    {"literal",            numberTags | tagSetOf(COMPLEX) | tagSetOf(STRING)},
+    {"string",             tagSetOf(STRING)},
+    {"symbol",             tagSetOf(NAME)},
+    {"name",               tagSetOf(NAME) | tagSetOf(TABLEREF)},
+    {"indexed",            tagSetOf(TABLEREF)},
+    {"function",           tagSetOf(FUNCTION)},
+    {"algebraic",          tagsBetween(INTNEG, UNEVAL) & ~tagSetOf(STRING)},
+    {"relation",           tagsBetween(EQUATION, LESSTHAN)},
+    {"equation",           tagSetOf(EQUATION)},
+    {"=",                  tagSetOf(EQUATION)},
+    {"<>",                 tagSetOf(INEQUAT)},
+    {"<",                  tagSetOf(LESSTHAN)},
+    {"<=",                 tagSetOf(LESSEQ)},
+    {"and",                tagSetOf(AND)},
+    {"or",                 tagSetOf(OR)},
+    {"not",                tagSetOf(NOT)},
+    {"||",                 tagSetOf(CATENATE)},
+    {"::",                 tagSetOf(DCOLON)},
+    {"..",                 tagSetOf(RANGE)},
+    {"range",              tagSetOf(RANGE)},
+    {"uneval",             tagSetOf(UNEVAL)},
+    {"list",               tagSetOf(LIST)},
+    {"set",                tagSetOf(SET)},
+    {"series",             tagSetOf(SERIES)},
+    {"sequential",         tagSetOf(LIST) | tagSetOf(SET) | tagSetOf(EXPSEQ)},
+    {"rtable",             tagSetOf(RTABLE)},
+    {"zppoly",             tagSetOf(ZPPOLY)},
+    {"moduledefinition",   tagSetOf(MODDEF)},
+};
+
 }  // namespace
 
 TypeTest builtinType(DAG name) {
@@ -253,6 +300,12 @@ Tag typesel(DAG name) {
   for (const TagRow& row : tagRows)
     if (name == ini(row.name)) return row.tag;
   return NOTAG;
+}
+
+TagSet tagsOfType(DAG name) {
+  for (const TagSetRow& row : tagSetRows)
+    if (name == ini(row.name)) return row.tags;
+  return 0;
 }
 
 bool IsNotSet(DAG x) {

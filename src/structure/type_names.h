@@ -4,6 +4,8 @@
 // One table of names and tests, reached through the first character of the name; within a character
 // names are compared as words. A local name of the same spelling is another word, and no built-in type.
 
+#include <cstdint>
+
 #include "store/dag.h"
 
 namespace korel {
@@ -15,6 +17,12 @@ using TypeTest = bool (*)(DAG e);
 TypeTest builtinType(DAG name);
 /// The tag that alone decides the type `name`, or NOTAG. For scans that need no full test.
 Tag typesel(DAG name);
+/// Tags as a set: bit `tagNumber(tag)`.
+using TagSet = std::uint64_t;
+constexpr TagSet tagSetOf(Tag tag) { return TagSet{1} << tagNumber(tag); }
+/// The tags that decide the type `name`: an object matches exactly when its tag is among them. Empty for
+/// a type that needs more than the tag. For walks over many objects.
+TagSet tagsOfType(DAG name);
 /// `x` can't stand in a set operation: numbers, strings, and objects that never become a set.
 bool IsNotSet(DAG x);
 /// An array of hardware floats as `hfarray` makes it: rectangular, and without indexing functions.

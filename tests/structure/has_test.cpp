@@ -74,6 +74,45 @@ TEST(Has, SharedPartsAreWalkedOnce) {
   EXPECT_EQ(subs(simpl(new3(EQUATION, other, leaf)), replaced), t);
 }
 
+// Several things sought at once are found as one by one, whether by their word or in a way of their own.
+TEST(Has, AnyOfSeveralIsOneByOne) {
+  EXPECT_TRUE(rc::check([] {
+    Recipe r = *recipes(4, allInnerKinds), s = *recipes(2), t = *recipes(1);
+    DAG x, y, z;
+    RC_PRE(hasSimplifiedForm(r, &x) && hasSimplifiedForm(s, &y) && hasSimplifiedForm(t, &z));
+    DAG numbers = newSequence({y, z, immediate(2), sqrtm1});
+    DAG other = naminstall("other"), many = newSequence({z, other, other, other, other, y});
+    for (DAG several : {newSequence({y, z}), newSequence({y, other, z}), numbers, many}) {
+      DAG list = simpl(new2(LIST, several)), equations = newl2(lengthOf(several), EXPSEQ);
+      bool any = false;
+      for (Word i = 1; i < lengthOf(several); ++i) {
+        any = any || plainHas(x, several[i]);
+        equations[i] = new3(EQUATION, several[i], cons1);
+      }
+      RC_LOG() << text(list) << " in " << text(x) << "\n";
+      RC_ASSERT(hasany(x, several) == any);
+      RC_ASSERT(hasLeftSide(x, equations) == any);
+      RC_ASSERT(hasany(simpl(new2(LIST, list)), list));
+    }
+  }));
+}
+
+// Long chains of a table have gaps: every entry is found behind them.
+TEST(Has, EveryEntryOfALargeTable) {
+  DAG table = newhashtab(2), g = naminstall("g");
+  std::vector<DAG> keys, values;
+  for (int i = 0; i < 2000; ++i) {
+    keys.push_back(simpl(newCall(g, {immediate(i)})));
+    values.push_back(simpl(newCall(g, {naminstall("v"), immediate(i)})));
+    hashinsert(keys[i].word, values[i], table);
+  }
+  for (int i = 0; i < 2000; i += 7) {
+    EXPECT_TRUE(has(table, keys[i]) && has(table, values[i])) << i;
+    EXPECT_EQ(numboccur(table, values[i]), cons1) << i;
+  }
+  EXPECT_FALSE(has(table, naminstall("other")));
+}
+
 // Depth is no bound for a search; what builds or counts says when the stack ends.
 TEST(Has, DeepObjectsNeedNoStack) {
   DAG x = naminstall("leaf");

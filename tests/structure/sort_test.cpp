@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -65,6 +66,47 @@ TEST(Sort, NumbersAgreeWithAStableSort) {
       RC_ASSERT(wordsOf(sorted) == wordsOf(expected));
     }
   }));
+}
+
+// Long lists go another way than short ones: sorted by digits.
+TEST(Sort, LongListsAgreeWithAStableSort) {
+  std::mt19937 random(5);
+  auto textOfKind = [&](int kind) {
+    std::string t;
+    switch (kind) {
+      case 0: return std::to_string(random() % 5000);
+      case 1: return "a common beginning " + std::to_string(random() % 5000);
+      case 2: return std::string(random() % 40, 'a');  // each the beginning of the others
+      case 3: t = std::string(8 * (random() % 4), 'b'); [[fallthrough]];
+      default:
+        // Every character but the one that ends a text.
+        for (int i = random() % 12; i > 0; --i) t += static_cast<char>(1 + random() % 255);
+        return t;
+    }
+  };
+  for (std::size_t size : {199, 200, 201, 1000, 5000})
+    for (int kind = 0; kind < 6; ++kind) {
+      std::vector<DAG> texts, integers;
+      while (texts.size() < size) {
+        std::string t = textOfKind(kind == 5 ? static_cast<int>(random() % 5) : kind);
+        // A name and a string of the same text stay in their order.
+        texts.push_back(random() % 2 == 0 ? strinstall(t.c_str()) : naminstall(t.c_str()));
+        Word limit = kind < 3 ? 1000 : 2 * Word{maxImmediate} + 1;
+        integers.push_back(immediate(static_cast<std::int32_t>(random() % limit) -
+                                     (kind < 3 ? 500 : maxImmediate)));
+      }
+      if (kind == 1) integers[size / 2] = consm0;  // the negative zero stands among the zeros
+      auto agrees = [&](const std::vector<DAG>& members, Order order, auto before) {
+        std::vector<DAG> expected = members;
+        std::stable_sort(expected.begin(), expected.end(), before);
+        EXPECT_EQ(wordsOf(membersOf(sortedSequence(sequenceOf(members), order, DAG()))), wordsOf(expected))
+            << size << " of kind " << kind << ", order " << static_cast<int>(order);
+      };
+      agrees(texts, Order::lexicographic, [](DAG a, DAG b) { return std::strcmp(textOf(a), textOf(b)) < 0; });
+      agrees(texts, Order::address, [](DAG a, DAG b) { return a.word < b.word; });
+      agrees(integers, Order::ascending, [](DAG a, DAG b) { return compcon(a, b) < 0; });
+      agrees(integers, Order::descending, [](DAG a, DAG b) { return compcon(a, b) > 0; });
+    }
 }
 
 TEST(Sort, TextsAndWordsAgreeWithAStableSort) {

@@ -122,6 +122,23 @@ TEST(Types, HastypeOfIdenticalIsHas) {
   }));
 }
 
+// Two searches at once: a type procedure that searches, what it holds, and one that fails in the midst.
+TEST(Types, SearchesInsideOfSearches) {
+  for (const char* statement :
+       {"`type/small` := proc(e) evalb(e = 3) end proc:",
+        "`type/inner` := proc(e) hastype(e, small) and has(e, w) and numboccur(e, w) > 0 end proc:",
+        "`type/fails` := proc(e) if e = 3 then error \"three\" end if; subs(w = 1, e); hastype(e, inner); false end proc:"})
+    say(statement);
+  DAG w = naminstall("w"), f = naminstall("f"), shared = w;
+  for (int i = 0; i < 10; ++i) shared = simpl(newCall(f, {shared, simpl(newCall(naminstall("g"), {shared}))}));
+  DAG with3 = simpl(new2(LIST, simpl(newSequence({shared, immediate(3), w}))));
+  DAG inner = naminstall("inner"), fails = naminstall("fails");
+  EXPECT_FALSE(hastype(shared, inner));
+  EXPECT_TRUE(hastype(with3, inner));
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(errorOf([&] { hastype(with3, fails); }), "three");
+  EXPECT_TRUE(!hastype(shared, fails) && hastype(with3, inner) && has(shared, w));
+}
+
 // A polynomial made of coefficients is one over their ring, and no longer when a variable divides it.
 TEST(Types, PolynomialsByConstruction) {
   EXPECT_TRUE(rc::check([] {
@@ -152,20 +169,32 @@ TEST(Types, PolynomialsByConstruction) {
 
 // ---- types decided by a tag
 
-TEST(Types, TagsDecideWhatTheyClaim) {
-  std::vector<std::string> samples = {"1", "1/2", "1.5", "x", "x[1]", "x+y", "x*y", "x^y", "f(x)", "x=y", "x<>y", "x<y",
-                                      "x<=y", "x and y", "x or y", "not x", "[x]", "{x}", "1..2", "x::y", "\"s\"", "'x'"};
-  for (const char* name : {"..", "range", "uneval", "zppoly", "series", "set", "rtable", "or", "and", "not", "list",
-                           "indexed", "float", "fraction", "function", "equation", "=", "<", "<=", "<>", "::", "||"}) {
-    Tag tag = typesel(naminstall(name));
-    ASSERT_NE(tag, NOTAG) << name;
-    for (const std::string& sample : samples) {
+// Walks over many objects go by the tag alone: what it says is what the type says.
+TEST(Types, TagsDecideAsTheTestsDo) {
+  const char* samples[] = {"5", "-10^30", "1/2", "1.5", "HFloat(1.5)", "2+3*I", "I", "\"s\"", "x", "t[1]", "x::y", "x||y",
+                           "x^y", "x*y", "x+y", "2*x", "f(x)", "''x''", "x=y", "x<>y", "x<=y", "x<y", "x and y", "not x",
+                           "x or y", "[x]", "{x}", "x..y", "x -> x", "table()", "module() end", "NULL", "true", "infinity"};
+  const char* named[] = {"integer", "fraction", "rational", "float", "sfloat", "literal", "string", "symbol", "name",
+                         "indexed", "function", "algebraic", "relation", "equation", "=", "<>", "<", "<=", "and", "or",
+                         "not", "||", "::", "..", "range", "uneval", "list", "set", "series", "sequential", "rtable",
+                         "zppoly", "moduledefinition", "posint", "atomic", "anything", "+"};
+  for (const char* name : named) {
+    DAG t = naminstall(name);
+    TagSet tags = tagsOfType(t);
+    Tag tag = typesel(t);  // less: `float` is one of two tags
+    EXPECT_TRUE(tag == NOTAG || (tags & tagSetOf(tag)) != 0) << name;
+    for (const char* sample : samples) {
       DAG x = simple(sample);
-      EXPECT_EQ(type(x, naminstall(name)), isObject(x) && hasTag(x, tag)) << name << " of " << sample;
+      if (tags != 0 && x != null) {
+        EXPECT_EQ((tags & tagSetOf(tagOf(x))) != 0, type(x, t)) << sample << ", " << name;
+      }
+      // A search by the tag, and one that asks the type.
+      DAG several = simpl(new2(LIST, simpl(newSequence({naminstall("g"), x, simple("g(h(t[3]), {4})")}))));
+      EXPECT_EQ(hastype(several, t), hastype(several, simpl(new2(SET, simpl(new2(EXPSEQ, t)))))) << sample << ", " << name;
     }
   }
-  EXPECT_EQ(typesel(naminstall("integer")), NOTAG);
-  EXPECT_EQ(typesel(naminstall("nowhere")), NOTAG);
+  EXPECT_TRUE(typesel(naminstall("nowhere")) == NOTAG && tagsOfType(naminstall("nowhere")) == 0);
+  EXPECT_TRUE(typesel(ini("range")) == RANGE && typesel(ini("integer")) == NOTAG && tagsOfType(ini("+")) == 0);
 }
 
 TEST(Types, SmallPredicates) {
@@ -301,7 +330,10 @@ TEST(Types, DepthIsBounded) {
     sum = new3(SUM, call, cons1);
     nested = new3(FUNCTION, naminstall("Not"), new2(EXPSEQ, nested));
   }
-  for (DAG x : {list, call, sum}) EXPECT_EQ(errorOf([&] { hastype(x, ini("string")); }), deep);
+  for (DAG x : {list, call, sum}) {
+    EXPECT_EQ(errorOf([&] { hastype(x, ini("posint")); }), deep);
+    EXPECT_EQ(errorOf([&] { hastype(x, ini("string")); }), "");  // the tag decides: a search without recursion
+  }
   EXPECT_EQ(errorOf([&] { type(list, list); }), deep);
   EXPECT_EQ(errorOf([&] { type(cons1, nested); }), deep);
   EXPECT_EQ(errorOf([&] { onlyconst(call); }), deep);
