@@ -141,7 +141,7 @@ Group residueOfDigits(const Word* digit, std::size_t count, Group d) {
   for (; count != 0; count -= digitsPerGroup) {
     Group group;
     packGroups(digit + count - digitsPerGroup, digitsPerGroup, &group);
-    by.divide(Wide{rest} * groupBase + group, &rest);
+    rest = by.split(Wide{rest} * groupBase + group).rest;
   }
   return rest;
 }

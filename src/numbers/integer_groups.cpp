@@ -150,7 +150,11 @@ Group scaleGroups(Group* r, const Group* a, std::size_t n, Group factor, Group c
 Group divideGroupsBy(Group* r, const Group* a, std::size_t n, Group divisor) {
   const GroupDivisor by(divisor);
   Group rest = 0;
-  for (std::size_t i = n; i-- > 0;) r[i] = by.divide(Wide{rest} * groupBase + a[i], &rest);
+  for (std::size_t i = n; i-- > 0;) {
+    Parts parts = by.split(Wide{rest} * groupBase + a[i]);
+    r[i] = parts.quotient;
+    rest = parts.rest;
+  }
   return rest;
 }
 

@@ -99,31 +99,34 @@ void divideGroups(Group* q, Group* a, std::size_t na, const Group* b, std::size_
 
 // ---- single groups
 
+struct Parts {
+  Group quotient, rest;
+};
+
 /// A divisor with what stands in for division by it (Moeller and Granlund, "Improved division by
 /// invariant integers", algorithm 4).
 class GroupDivisor {
  public:
-  explicit GroupDivisor(Group divisor)
+  constexpr explicit GroupDivisor(Group divisor)
       : shift_(__builtin_clzll(divisor)),
         normal_(divisor << shift_),
         reciprocal_(static_cast<Group>(~Wide{0} / normal_ - (Wide{1} << 64))) {}
-  /// Quotient of x, below divisor * 2^64; the rest goes to `*rest`.
-  Group divide(Wide x, Group* rest) const {
+  /// Quotient and rest of x, which is below divisor * 2^64.
+  constexpr Parts split(Wide x) const {
     x <<= shift_;
     auto high = static_cast<Group>(x >> 64), low = static_cast<Group>(x);
     Wide estimate = Wide{reciprocal_} * high + x;
     Group quotient = static_cast<Group>(estimate >> 64) + 1;
-    Group left = low - quotient * normal_;
+    Group rest = low - quotient * normal_;
     // Either way as likely: a mask in place of a branch. The second correction is rare.
-    Group over = Group{0} - static_cast<Group>(left > static_cast<Group>(estimate));
+    Group over = Group{0} - static_cast<Group>(rest > static_cast<Group>(estimate));
     quotient += over;
-    left += over & normal_;
-    if (__builtin_expect(left >= normal_, 0)) {
+    rest += over & normal_;
+    if (__builtin_expect(rest >= normal_, 0)) {
       ++quotient;
-      left -= normal_;
+      rest -= normal_;
     }
-    *rest = left >> shift_;
-    return quotient;
+    return {quotient, rest >> shift_};
   }
 
  private:
@@ -131,29 +134,11 @@ class GroupDivisor {
   Group normal_, reciprocal_;
 };
 
-/// Quotient and rest of a product, with a multiplication in place of the division.
-struct Parts {
-  Group quotient, rest;
-};
-/// x divided by `base`, for x below base * 2^64: `GroupDivisor` for a constant.
+/// The same for a divisor known to the compiler, which keeps its parts out of memory.
 template <Group base>
 inline Parts splitBy(Wide x) {
-  constexpr int shift = __builtin_clzll(base);
-  constexpr Group divisor = base << shift;
-  constexpr Group reciprocal = static_cast<Group>(~Wide{0} / divisor - (Wide{1} << 64));
-  x <<= shift;
-  auto high = static_cast<Group>(x >> 64), low = static_cast<Group>(x);
-  Wide estimate = Wide{reciprocal} * high + x;
-  Group quotient = static_cast<Group>(estimate >> 64) + 1;
-  Group rest = low - quotient * divisor;
-  Group over = Group{0} - static_cast<Group>(rest > static_cast<Group>(estimate));
-  quotient += over;
-  rest += over & divisor;
-  if (__builtin_expect(rest >= divisor, 0)) {
-    ++quotient;
-    rest -= divisor;
-  }
-  return {quotient, rest >> shift};
+  constexpr GroupDivisor divisor(base);
+  return divisor.split(x);
 }
 inline Parts splitGroup(Wide x) { return splitBy<groupBase>(x); }
 

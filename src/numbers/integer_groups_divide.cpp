@@ -46,7 +46,7 @@ void schoolDivide(Group* q, Group* a, std::size_t na, const Group* b, std::size_
   const GroupDivisor byHigh(high);
   for (std::size_t j = na - nb + 1; j-- > 0;) {
     passGroupWork(nb);
-    Group rest, digit = byHigh.divide(Wide{u[j + nb]} * groupBase + u[j + nb - 1], &rest);
+    auto [digit, rest] = byHigh.split(Wide{u[j + nb]} * groupBase + u[j + nb - 1]);
     while (digit >= groupBase || Wide{digit} * next > Wide{rest} * groupBase + u[j + nb - 2]) {
       --digit;
       rest += high;
