@@ -5,6 +5,7 @@
 
 #include "frame/errors.h"
 #include "numbers/integer.h"
+#include "numbers/integer_columns.h"
 #include "numbers/integer_transform.h"
 #include "store/constants.h"
 #include "store/objects.h"
@@ -161,20 +162,6 @@ Group divideGroupsBy(Group* r, const Group* a, std::size_t n, Group divisor) {
 // ---- school products: column by column, each the sum of fewer than 10^6 products
 
 namespace {
-
-/// Sum of a[i] * b[-i] for i below n.
-inline Wide columnSum(const Group* a, const Group* b, std::size_t n) {
-  Wide sum = 0, other = 0;  // two chains of additions with carry
-  std::size_t i = 0;
-  for (; i + 4 <= n; i += 4) {
-    sum += Wide{a[i]} * b[-static_cast<std::ptrdiff_t>(i)];
-    other += Wide{a[i + 1]} * b[-static_cast<std::ptrdiff_t>(i) - 1];
-    sum += Wide{a[i + 2]} * b[-static_cast<std::ptrdiff_t>(i) - 2];
-    other += Wide{a[i + 3]} * b[-static_cast<std::ptrdiff_t>(i) - 3];
-  }
-  for (; i < n; ++i) sum += Wide{a[i]} * b[-static_cast<std::ptrdiff_t>(i)];
-  return sum + other;
-}
 
 void schoolSquare(Group* r, const Group* a, std::size_t n) {
   Wide carry = 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "numbers/integer_columns.h"
 #include "numbers/integer_groups.h"
 
 namespace korel {
@@ -10,56 +11,59 @@ namespace korel {
 namespace {
 
 // Groups of divisor and quotient, measured with bench/integer_bench.cpp: below, the school method.
-constexpr std::size_t halvingGroups = 32;
+constexpr std::size_t halvingGroups = 160;
 
-// ---- the school method (Knuth, vol. 2, 4.3.1, algorithm D)
+// ---- the school method, column by column from the top
 
-/// u[0..nb] -= digit * v[0..nb); true when the result was negative and has wrapped.
-bool takeMultiple(Group* u, const Group* v, std::size_t nb, Group digit) {
-  // The products are split each by itself; only a borrow of at most 2 links the steps.
-  Group above = 0, borrow = 0;
-  for (std::size_t i = 0; i < nb; ++i) {
-    Parts parts = splitGroup(Wide{digit} * v[i]);
-    auto difference = static_cast<std::int64_t>(u[i] - parts.rest - above - borrow);
-    borrow = static_cast<Group>(difference < 0) +
-             static_cast<Group>(difference < -static_cast<std::int64_t>(groupBase));
-    u[i] = static_cast<Group>(difference) + borrow * groupBase;
-    above = parts.quotient;
+/// q = u / v, nq groups, and with `wantsRest` the remainder in u's nb lowest groups, else what is in u is
+/// lost. u has nq + nb groups, the top nb of them below v; v's top group is at least half the base, nb is
+/// 2 or more. Tells whether there is a remainder.
+bool columnDivide(Group* q, Group* u, std::size_t nq, const Group* v, std::size_t nb, bool wantsRest) {
+  const std::size_t top = nq + nb - 1;
+  ColumnRemainder left(v[nb - 1], v[nb - 2], Wide{u[top]} * groupBase + u[top - 1]);
+  for (std::size_t j = nq; j-- > 0;) {
+    // Of the groups above, those that meet v below its two leading groups.
+    const std::size_t terms = std::min(nq - 1 - j, nb - 2);
+    passGroupWork(terms + 8);
+    Wide sum = terms == 0 ? 0 : columnSum(q + j + 1, v + nb - 3, terms);
+    q[j] = left.step(u[j + nb - 2], sum, terms);
   }
-  Group part = above + borrow;
-  borrow = u[nb] < part;
-  u[nb] += (borrow != 0 ? groupBase : 0) - part;
-  return borrow != 0;
+  if (!wantsRest && left.isBetween(std::min(nq, nb))) {
+    carryQuotient(q, nq);
+    return true;
+  }
+  Wide sum = 0;
+  Group borrow = 0;
+  for (std::size_t p = 0; p < nb - 2; ++p) {
+    const std::size_t terms = std::min(p + 1, nq);
+    passGroupWork(terms);
+    sum += columnSum(q, v + p, terms);
+    Group low = u[p] - takeLowest<groupBase>(sum) - borrow;
+    borrow = low >> 63;
+    u[p] = low + borrow * groupBase;
+  }
+  Wide above = left.columns() - sum - borrow;
+  u[nb - 2] = takeLowest<groupBase>(above);
+  u[nb - 1] = takeLowest<groupBase>(above);
+  carryQuotient(q, nq);
+  for (auto extra = static_cast<Group>(above); extra != 0 || compareGroups(u, v, nb) >= 0;) {
+    extra -= subtractGroups(u, u, nb, v, nb);
+    const Group one = 1;
+    addGroups(q, q, nq, &one, 1);
+  }
+  return significantGroups(u, nb) != 0;
 }
 
 /// q has na - nb + 1 groups; the remainder stays in a's nb lowest.
 void schoolDivide(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb) {
   assert(nb >= 2 && na >= nb && b[nb - 1] != 0);
-  // Both times a factor that brings the divisor's top group to half the base: an estimate from two
-  // groups against one is then at most 2 too high.
+  // Both times a factor that brings the divisor's top group to half the base.
   Group factor = groupBase / (b[nb - 1] + 1);
   GroupSpace divisor(nb), dividend(na + 1);
-  Group *u = dividend, *v = divisor;
-  scaleGroups(v, b, nb, factor);
-  u[na] = scaleGroups(u, a, na, factor);
-  const Group high = v[nb - 1], next = v[nb - 2];
-  const GroupDivisor byHigh(high);
-  for (std::size_t j = na - nb + 1; j-- > 0;) {
-    passGroupWork(nb);
-    auto [digit, rest] = byHigh.split(Wide{u[j + nb]} * groupBase + u[j + nb - 1]);
-    while (digit >= groupBase || Wide{digit} * next > Wide{rest} * groupBase + u[j + nb - 2]) {
-      --digit;
-      rest += high;
-      if (rest >= groupBase) break;
-    }
-    if (digit != 0 && takeMultiple(u + j, v, nb, digit)) {
-      --digit;
-      u[j + nb] += addGroups(u + j, u + j, nb, v, nb);
-      u[j + nb] -= u[j + nb] >= groupBase ? groupBase : 0;
-    }
-    q[j] = digit;
-  }
-  divideGroupsBy(a, u, nb, factor);
+  scaleGroups(divisor, b, nb, factor);
+  dividend[na] = scaleGroups(dividend, a, na, factor);
+  columnDivide(q, dividend, na - nb + 1, divisor, nb, true);
+  divideGroupsBy(a, dividend, nb, factor);
   for (Group* above = a + na; above > a + nb;) *--above = 0;
 }
 
