@@ -27,6 +27,13 @@ inline Wide columnSum(const Group* a, const Group* b, std::size_t n) {
   return sum + other;
 }
 
+/// Sum of a[i] * b[-i] for i below n, where b = a + n - 1: the column of a square.
+inline Wide symmetricSum(const Group* a, const Group* b, std::size_t n) {
+  Wide sum = columnSum(a, b, n / 2);
+  sum += sum;
+  return n % 2 == 0 ? sum : sum + Wide{a[n / 2]} * a[n / 2];
+}
+
 /// What is left of a dividend while groups of the quotient are found: its columns down to one place
 /// above the next, carried into a number that stays below three divisors.
 ///

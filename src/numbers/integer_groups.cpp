@@ -163,26 +163,19 @@ Group divideGroupsBy(Group* r, const Group* a, std::size_t n, Group divisor) {
 
 namespace {
 
-void schoolSquare(Group* r, const Group* a, std::size_t n) {
+void squareColumns(Group* r, const Group* a, std::size_t n, std::size_t from) {
   Wide carry = 0;
-  for (std::size_t k = 0; k < 2 * n - 1; ++k) {
+  for (std::size_t k = from; k < 2 * n - 1; ++k) {
     std::size_t first = k < n ? 0 : k - n + 1;
-    std::size_t pairs = (k - 2 * first + 1) / 2;  // of a[i], a[k-i] with first <= i < k - i
-    Wide sum = columnSum(a + first, a + (k - first), pairs);
-    sum += sum;
-    if (k % 2 == 0) sum += Wide{a[k / 2]} * a[k / 2];
-    carry += sum;
+    carry += symmetricSum(a + first, a + (k - first), k - 2 * first + 1);
     r[k] = takeLowest<groupBase>(carry);
   }
   r[2 * n - 1] = static_cast<Group>(carry);
 }
 
-}  // namespace
-
-void schoolProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb) {
-  passGroupWork(na * nb);
+void productColumns(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb, std::size_t from) {
   if (a == b && na == nb && na > 2) {
-    schoolSquare(r, a, na);
+    squareColumns(r, a, na, from);
     return;
   }
   if (na < nb) {
@@ -190,13 +183,25 @@ void schoolProduct(Group* r, const Group* a, std::size_t na, const Group* b, std
     std::swap(na, nb);
   }
   Wide carry = 0;
-  for (std::size_t k = 0; k < na + nb - 1; ++k) {
+  for (std::size_t k = from; k < na + nb - 1; ++k) {
     std::size_t lowB = k < na ? 0 : k - na + 1;
     std::size_t highB = std::min(k, nb - 1);
     carry += columnSum(b + lowB, a + (k - lowB), highB - lowB + 1);
     r[k] = takeLowest<groupBase>(carry);
   }
   r[na + nb - 1] = static_cast<Group>(carry);
+}
+
+}  // namespace
+
+void schoolProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb) {
+  passGroupWork(na * nb);
+  productColumns(r, a, na, b, nb, 0);
+}
+
+void highProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb, std::size_t first) {
+  passGroupWork(na * nb);
+  productColumns(r, a, na, b, nb, first);
 }
 
 // ---- Karatsuba with differences: a1*b0 + a0*b1 = a1*b1 + a0*b0 - (a1 - a0) * (b1 - b0)

@@ -92,10 +92,20 @@ Group divideGroupsBy(Group* r, const Group* a, std::size_t n, Group divisor);
 void multiplyGroups(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb);
 /// The same by the school method, in columns of 128 bits.
 void schoolProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb);
+/// The groups of a product from place `first` on, without what the columns below would carry into them:
+/// that is less than min(na, nb) + 1 units of group `first` + 1. The groups of r below are left alone.
+void highProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb, std::size_t first);
 
 /// q = a / b, and the remainder in the nb lowest groups of a (the rest of a becomes zero). b's top group
 /// isn't zero, na >= nb, q has na - nb + 1 groups.
 void divideGroups(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb);
+/// q = a / b for the same operands, without the remainder, which costs half for short ones; tells whether
+/// there is one. What was in a is lost.
+bool quotientOfGroups(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb);
+
+/// s = the truncated root of a, 2n groups, whose top one is at least a hundredth of the base. Tells
+/// whether there is a remainder. What was in a is lost.
+bool rootOfGroups(Group* s, Group* a, std::size_t n);
 
 // ---- single groups
 

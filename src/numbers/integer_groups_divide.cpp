@@ -54,16 +54,24 @@ bool columnDivide(Group* q, Group* u, std::size_t nq, const Group* v, std::size_
   return significantGroups(u, nb) != 0;
 }
 
+/// Both operands times a factor that brings the divisor's top group to half the base: the same quotient,
+/// and the remainder times the factor. The dividend has a group more.
+struct NormalOperands {
+  Group factor;
+  GroupSpace divisor, dividend;
+  NormalOperands(const Group* a, std::size_t na, const Group* b, std::size_t nb)
+      : factor(groupBase / (b[nb - 1] + 1)), divisor(nb), dividend(na + 1) {
+    scaleGroups(divisor, b, nb, factor);
+    dividend[na] = scaleGroups(dividend, a, na, factor);
+  }
+};
+
 /// q has na - nb + 1 groups; the remainder stays in a's nb lowest.
 void schoolDivide(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb) {
   assert(nb >= 2 && na >= nb && b[nb - 1] != 0);
-  // Both times a factor that brings the divisor's top group to half the base.
-  Group factor = groupBase / (b[nb - 1] + 1);
-  GroupSpace divisor(nb), dividend(na + 1);
-  scaleGroups(divisor, b, nb, factor);
-  dividend[na] = scaleGroups(dividend, a, na, factor);
-  columnDivide(q, dividend, na - nb + 1, divisor, nb, true);
-  divideGroupsBy(a, dividend, nb, factor);
+  NormalOperands normal(a, na, b, nb);
+  columnDivide(q, normal.dividend, na - nb + 1, normal.divisor, nb, true);
+  divideGroupsBy(a, normal.dividend, nb, normal.factor);
   for (Group* above = a + na; above > a + nb;) *--above = 0;
 }
 
@@ -132,11 +140,8 @@ void divideByBlocks(Group* q, Group* a, std::size_t na, const Group* b, std::siz
 }
 
 void divideByHalves(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb) {
-  // Both times a factor that brings the divisor's top group to half the base.
-  Group factor = groupBase / (b[nb - 1] + 1);
-  GroupSpace divisor(nb), dividend(na + 1);
-  scaleGroups(divisor, b, nb, factor);
-  dividend[na] = scaleGroups(dividend, a, na, factor);
+  NormalOperands normal(a, na, b, nb);
+  Group *divisor = normal.divisor, *dividend = normal.dividend;
   std::size_t count = na + 1 - nb;  // groups of the quotient
   if (count >= nb) {
     divideByBlocks(q, dividend, na + 1, divisor, nb);
@@ -153,7 +158,7 @@ void divideByHalves(Group* q, Group* a, std::size_t na, const Group* b, std::siz
       subtractGroups(q, q, count, &one, 1);
     }
   }
-  divideGroupsBy(a, dividend, nb, factor);
+  divideGroupsBy(a, dividend, nb, normal.factor);
   std::memset(a + nb, 0, (na - nb) * sizeof(Group));
 }
 
@@ -169,6 +174,15 @@ void divideGroups(Group* q, Group* a, std::size_t na, const Group* b, std::size_
   } else {
     divideByHalves(q, a, na, b, nb);
   }
+}
+
+bool quotientOfGroups(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb) {
+  if (nb == 1 || std::min(nb, na - nb + 1) >= halvingGroups) {
+    divideGroups(q, a, na, b, nb);
+    return significantGroups(a, nb) != 0;
+  }
+  NormalOperands normal(a, na, b, nb);
+  return columnDivide(q, normal.dividend, na - nb + 1, normal.divisor, nb, false);
 }
 
 }  // namespace korel

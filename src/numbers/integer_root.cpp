@@ -1,9 +1,11 @@
-// Integer square roots, by division of halves (Zimmermann, "Karatsuba square root").
+// Integer square roots: column by column from the top, and by division of halves for long ones
+// (Zimmermann, "Karatsuba square root").
 
 #include <cmath>
 #include <cstring>
 
 #include "numbers/integer.h"
+#include "numbers/integer_columns.h"
 #include "numbers/integer_functions.h"
 #include "numbers/integer_groups.h"
 #include "store/constants.h"
@@ -33,6 +35,67 @@ Group rootOfPair(Wide n) {
   return s;
 }
 
+// Groups of the root, measured with bench/integer_bench.cpp: below, column by column.
+constexpr std::size_t halvingGroups = 100;
+
+/// s = the truncated root of a, 2n groups, whose top one is at least a hundredth of the base. With
+/// `wantsRest` the remainder stays in a's n lowest groups with the carry returned above them; otherwise
+/// what was in a is lost, and 1 or 0 tells whether there is one.
+std::int64_t columnRoot(Group* s, Group* a, std::size_t n, bool wantsRest) {
+  const Wide pair = Wide{a[2 * n - 1]} * groupBase + a[2 * n - 2];
+  const Group first = s[n - 1] = rootOfPair(pair);
+  Wide rest = pair - Wide{first} * first;  // at most twice the root
+  if (n == 1) {
+    if (!wantsRest) return rest != 0;
+    a[0] = takeLowest<groupBase>(rest);
+    return static_cast<std::int64_t>(rest);
+  }
+  const Group high = 2 * first;
+  rest = rest * groupBase + a[2 * n - 3];
+  auto second = static_cast<Group>(rest / high);
+  for (rest -= Wide{second} * high; Wide{second} * second > rest * groupBase + a[2 * n - 4]; --second)
+    rest += high;
+  s[n - 2] = second;
+  // From here on the root is half the quotient of what is left by it.
+  ColumnRemainder left(high, 2 * second, rest * groupBase + a[2 * n - 4] - Wide{second} * second);
+  for (std::size_t j = n - 2; j-- > 0;) {
+    const std::size_t terms = n - 3 - j;
+    passGroupWork(terms / 2 + 8);
+    s[j] = left.step(a[n - 2 + j], symmetricSum(s + j + 1, s + n - 3, terms), terms);
+  }
+  if (!wantsRest && left.isBetween(n)) {
+    carryQuotient(s, n);
+    return 1;
+  }
+  Wide sum = 0;
+  Group borrow = 0;
+  for (std::size_t p = 0; p < n - 2; ++p) {
+    passGroupWork(p / 2);
+    sum += symmetricSum(s, s + p, p + 1);
+    Group low = a[p] - takeLowest<groupBase>(sum) - borrow;
+    borrow = low >> 63;
+    a[p] = low + borrow * groupBase;
+  }
+  Wide above = left.columns() - sum - borrow;
+  a[n - 2] = takeLowest<groupBase>(above);
+  a[n - 1] = takeLowest<groupBase>(above);
+  auto carry = static_cast<std::int64_t>(above);
+  carryQuotient(s, n);
+  // A remainder above twice the root: one too few. It goes down by twice the root and 1.
+  const Group one = 1;
+  for (;;) {
+    carry -= static_cast<std::int64_t>(subtractGroups(a, a, n, s, n));
+    carry -= static_cast<std::int64_t>(subtractGroups(a, a, n, s, n));
+    carry -= static_cast<std::int64_t>(subtractGroups(a, a, n, &one, 1));
+    if (carry < 0) break;
+    addGroups(s, s, n, &one, 1);
+  }
+  carry += static_cast<std::int64_t>(addGroups(a, a, n, s, n));
+  carry += static_cast<std::int64_t>(addGroups(a, a, n, s, n));
+  carry += static_cast<std::int64_t>(addGroups(a, a, n, &one, 1));
+  return wantsRest ? carry : carry != 0 || significantGroups(a, n) != 0;
+}
+
 /// Halves q and the n groups below it; gives what is left of q.
 Group halve(Group* r, const Group* a, std::size_t n, Group q) {
   Group odd = q & 1;
@@ -47,13 +110,7 @@ Group halve(Group* r, const Group* a, std::size_t n, Group q) {
 /// s = the truncated root of a, 2n groups, whose top one is at least a quarter of the base. The
 /// remainder stays in a's n lowest groups with the carry returned above them; a's upper half is lost.
 std::int64_t rootGroups(Group* s, Group* a, std::size_t n) {
-  if (n == 1) {
-    Wide value = Wide{a[1]} * groupBase + a[0];
-    s[0] = rootOfPair(value);
-    auto rest = static_cast<Group>(value - Wide{s[0]} * s[0]);  // at most 2s
-    a[0] = rest % groupBase;
-    return rest >= groupBase;
-  }
+  if (n < halvingGroups) return columnRoot(s, a, n, true);
   // A step of Newton's method: the root of the upper half of the groups, and its remainder divided by twice the root for the rest.
   const Group one = 1;
   const std::size_t l = n / 2, h = n - l;
@@ -81,11 +138,21 @@ std::int64_t rootGroups(Group* s, Group* a, std::size_t n) {
   return carry;
 }
 
+/// The root of a by `rootGroups` as `rootOfGroups` gives it. a is lost.
+bool scaledRoot(Group* s, Group* a, std::size_t n) {
+  // Times a square of a square's root that is taken off again: the top group has to be a quarter of the
+  // base for the division of halves.
+  Group factor = rootOfPair(groupBase / (a[2 * n - 1] + 1));
+  scaleGroups(a, a, 2 * n, factor * factor);
+  bool rest = rootGroups(s, a, n) != 0 || significantGroups(a, n) != 0;
+  return divideGroupsBy(s, s, n, factor) != 0 || rest;
+}
+
 /// Root of a positive n, truncated or to the nearest integer; `exact` tells whether n is its square.
 DAG rootOf(DAG n, bool nearest, bool* exact) {
   const std::size_t count = groupCount(n), half = (count + 1) / 2;
-  GroupSpace space(5 * half + 1);
-  Group *scaled = space, *root = space + 2 * half, *square = root + half + 1;
+  GroupSpace space(3 * half + 1);
+  Group *scaled = space, *root = space + 2 * half;
   packInteger(n, scaled);
   if (count < 2 * half) scaled[count] = 0;
   // Times the largest square that leaves room: its root is divided out of the result.
@@ -96,17 +163,13 @@ DAG rootOf(DAG n, bool nearest, bool* exact) {
     scaleGroups(scaled, scaled, 2 * half, factor);
     scaleGroups(scaled, scaled, 2 * half, factor);
   }
-  rootGroups(root, scaled, half);
-  if (factor > 1) divideGroupsBy(root, root, half, factor);
-  multiplyGroups(square, root, half, root, half);
-  packInteger(n, scaled);
-  if (count < 2 * half) scaled[count] = 0;
-  subtractGroups(scaled, scaled, 2 * half, square, 2 * half);
-  std::size_t left = significantGroups(scaled, 2 * half);
-  if (exact != nullptr) *exact = left == 0;
-  // The next integer is nearer when n exceeds r^2 + r.
+  const std::int64_t carry = rootGroups(root, scaled, half);
+  const bool nearer = carry > 0 || compareGroups(scaled, root, half) > 0;  // the scaled root's successor
+  const bool square = carry == 0 && significantGroups(scaled, half) == 0;
+  const Group off = factor > 1 ? divideGroupsBy(root, root, half, factor) : 0;
+  if (exact != nullptr) *exact = square && off == 0;
   root[half] = 0;
-  if (nearest && (left > half || compareGroups(scaled, root, half) > 0)) {
+  if (nearest && (2 * off + (nearer ? 1 : 0) >= factor)) {
     const Group one = 1;
     root[half] = addGroups(root, root, half, &one, 1);
   }
@@ -114,6 +177,10 @@ DAG rootOf(DAG n, bool nearest, bool* exact) {
 }
 
 }  // namespace
+
+bool rootOfGroups(Group* s, Group* a, std::size_t n) {
+  return n < halvingGroups ? columnRoot(s, a, n, false) != 0 : scaledRoot(s, a, n);
+}
 
 DAG isqrt(DAG n) {
   if (hasTag(n, INTNEG)) return cons0;
