@@ -85,6 +85,11 @@ class ColumnRemainder {
   Wide columns_;
 };
 
+/// A quotient or root with a group behind it that is off by less than this, either way, is the exact one
+/// with a remainder unless that group is so close to zero or to the base.
+constexpr Group guardSlack = 1000;
+inline bool isGuarded(Group guard) { return guard >= guardSlack && guard < groupBase - guardSlack; }
+
 /// Carries groups found by `ColumnRemainder` that exceed the base.
 inline void carryQuotient(Group* q, std::size_t n) {
   Group carry = 0;

@@ -115,11 +115,17 @@ void divideTwoByOne(Group* q, Group* a, const Group* b, std::size_t n) {
   divideThreeByTwo(q, a, b, h);
 }
 
+/// A power of two: parts of n groups that the school method divides.
+std::size_t halvingParts(std::size_t n) {
+  std::size_t parts = 1;
+  while (n / parts >= halvingGroups) parts *= 2;
+  return parts;
+}
+
 /// a by b, whose top group is at least half the base, for a quotient no shorter than b by much: blocks
 /// of the dividend of b's padded length. a's top nb groups are below b; q has na - nb groups.
 void divideByBlocks(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb) {
-  std::size_t parts = 1;  // a power of two, so that the length halves down to the school method
-  while (nb / parts >= halvingGroups) parts *= 2;
+  const std::size_t parts = halvingParts(nb);
   std::size_t n = (nb + parts - 1) / parts * parts, pad = n - nb;
   std::size_t blocks = (na + pad + n - 1) / n;
   blocks = std::max<std::size_t>(blocks, 2);
@@ -162,6 +168,43 @@ void divideByHalves(Group* q, Group* a, std::size_t na, const Group* b, std::siz
   std::memset(a + nb, 0, (na - nb) * sizeof(Group));
 }
 
+/// The same without the remainder: q is at most two for each halving too large. What was in a is lost.
+void shortTwoByOne(Group* q, Group* a, const Group* b, std::size_t n) {
+  if (n % 2 != 0 || n < halvingGroups) {
+    columnDivide(q, a, n, b, n, false);
+    return;
+  }
+  // The lower half comes from the leading parts alone.
+  std::size_t h = n / 2;
+  divideThreeByTwo(q + h, a + h, b, h);
+  if (compareGroups(a + 2 * h, b + h, h) < 0)
+    shortTwoByOne(q, a + h, b + h, h);
+  else
+    for (std::size_t i = 0; i < h; ++i) q[i] = groupBase - 1;
+}
+
+/// q = a / b from leading parts of them with at least a group more than q has; false when these don't tell.
+/// a is kept.
+bool guardedQuotient(Group* q, const Group* a, std::size_t na, const Group* b, std::size_t nb) {
+  const std::size_t nq = na - nb + 1, parts = halvingParts(nq + 1);
+  const std::size_t n = (nq + parts) / parts * parts, guards = n - nq;
+  NormalOperands normal(a, na, b, nb);
+  GroupSpace space(4 * n);
+  Group *dividend = space, *divisor = space + 2 * n, *quotient = divisor + n;
+  auto leading = [](Group* r, std::size_t count, const Group* from, std::size_t have) {
+    const std::size_t kept = std::min(count, have);
+    std::memset(r, 0, (count - kept) * sizeof(Group));
+    std::memcpy(r + count - kept, from + have - kept, kept * sizeof(Group));
+  };
+  leading(dividend, 2 * n, normal.dividend, na + 1);
+  leading(divisor, n, normal.divisor, nb);
+  if (compareGroups(dividend + n, divisor, n) >= 0) return false;
+  shortTwoByOne(quotient, dividend, divisor, n);
+  if (!isGuarded(quotient[guards - 1])) return false;
+  std::memcpy(q, quotient + guards, nq * sizeof(Group));
+  return true;
+}
+
 }  // namespace
 
 void divideGroups(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb) {
@@ -177,12 +220,14 @@ void divideGroups(Group* q, Group* a, std::size_t na, const Group* b, std::size_
 }
 
 bool quotientOfGroups(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb) {
-  if (nb == 1 || std::min(nb, na - nb + 1) >= halvingGroups) {
+  const std::size_t nq = na - nb + 1;
+  if (nb == 1 || std::min(nb, nq) >= halvingGroups) {
+    if (nb > 1 && nq <= 2 * nb && guardedQuotient(q, a, na, b, nb)) return true;
     divideGroups(q, a, na, b, nb);
     return significantGroups(a, nb) != 0;
   }
   NormalOperands normal(a, na, b, nb);
-  return columnDivide(q, normal.dividend, na - nb + 1, normal.divisor, nb, false);
+  return columnDivide(q, normal.dividend, nq, normal.divisor, nb, false);
 }
 
 }  // namespace korel

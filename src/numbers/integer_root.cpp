@@ -36,7 +36,7 @@ Group rootOfPair(Wide n) {
 }
 
 // Groups of the root, measured with bench/integer_bench.cpp: below, column by column.
-constexpr std::size_t halvingGroups = 100;
+constexpr std::size_t halvingGroups = 130;
 
 /// s = the truncated root of a, 2n groups, whose top one is at least a hundredth of the base. With
 /// `wantsRest` the remainder stays in a's n lowest groups with the carry returned above them; otherwise
@@ -138,14 +138,36 @@ std::int64_t rootGroups(Group* s, Group* a, std::size_t n) {
   return carry;
 }
 
-/// The root of a by `rootGroups` as `rootOfGroups` gives it. a is lost.
+/// The square that brings the top group of a root's operand to a quarter of the base, as division by
+/// halves wants it: its root.
+Group rootFactor(Group top) { return rootOfPair(groupBase / (top + 1)); }
+
+/// As `rootOfGroups`, with the remainder.
 bool scaledRoot(Group* s, Group* a, std::size_t n) {
-  // Times a square of a square's root that is taken off again: the top group has to be a quarter of the
-  // base for the division of halves.
-  Group factor = rootOfPair(groupBase / (a[2 * n - 1] + 1));
+  const Group factor = rootFactor(a[2 * n - 1]);
   scaleGroups(a, a, 2 * n, factor * factor);
   bool rest = rootGroups(s, a, n) != 0 || significantGroups(a, n) != 0;
   return divideGroupsBy(s, s, n, factor) != 0 || rest;
+}
+
+/// s = the truncated root of a from the root of the upper groups and a quotient for the rest and a group
+/// behind it, which is at most two too large; false when that doesn't tell. a is kept.
+bool guardedRoot(Group* s, const Group* a, std::size_t n) {
+  const std::size_t m = n + 1, l = m / 2, h = m - l;
+  GroupSpace space(3 * m + l + 1);
+  Group *scaled = space, *root = space + 2 * m, *quotient = root + m;
+  const Group factor = rootFactor(a[2 * n - 1]);
+  scaled[0] = scaled[1] = 0;
+  scaleGroups(scaled + 2, a, 2 * n, factor * factor);
+  auto q = static_cast<Group>(rootGroups(root + l, scaled + 2 * l, h));
+  if (q != 0) subtractGroups(scaled + 2 * l, scaled + 2 * l, h, root + l, h);
+  quotientOfGroups(quotient, scaled + l, m, root + l, h);
+  // A carry would make it the next root of the upper groups: too close to tell.
+  if (halve(root, quotient, l, q + quotient[l]) != 0) return false;
+  divideGroupsBy(root, root, m, factor);
+  if (!isGuarded(root[0])) return false;
+  std::memcpy(s, root + 1, n * sizeof(Group));
+  return true;
 }
 
 /// Root of a positive n, truncated or to the nearest integer; `exact` tells whether n is its square.
@@ -179,7 +201,8 @@ DAG rootOf(DAG n, bool nearest, bool* exact) {
 }  // namespace
 
 bool rootOfGroups(Group* s, Group* a, std::size_t n) {
-  return n < halvingGroups ? columnRoot(s, a, n, false) != 0 : scaledRoot(s, a, n);
+  if (n < halvingGroups) return columnRoot(s, a, n, false) != 0;
+  return guardedRoot(s, a, n) || scaledRoot(s, a, n);
 }
 
 DAG isqrt(DAG n) {
