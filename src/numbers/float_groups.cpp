@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <utility>
 
 #include "eval/precision.h"
 #include "numbers/integer.h"
@@ -21,6 +22,13 @@ constexpr std::array<Group, groupDecimals + 1> groupPower = [] {
   for (std::size_t k = 1; k < power.size(); ++k) power[k] = 10 * power[k - 1];
   return power;
 }();
+
+/// Division by 10^k at entry k - 1.
+template <std::size_t... k>
+constexpr std::array<GroupDivisor, sizeof...(k)> powerDivisors(std::index_sequence<k...>) {
+  return {GroupDivisor(groupPower[k + 1])...};
+}
+constexpr auto powerDivisor = powerDivisors(std::make_index_sequence<groupDecimals>());
 
 /// Decimal digits of n groups, the top one not zero.
 std::int64_t decimalLength(const Group* a, std::size_t n) {
@@ -42,11 +50,11 @@ void cutDecimals(Group* r, const Group* a, std::size_t count, std::int64_t k, bo
     std::memcpy(r, a + 1, count * sizeof(Group));
     return;
   }
-  const GroupDivisor split(groupPower[k]);
+  const GroupDivisor& by = powerDivisor[static_cast<std::size_t>(k - 1)];
   const Group unit = groupPower[groupDecimals - k];
-  Group kept = split.split(a[0]).quotient;
+  Group kept = by.split(a[0]).quotient;
   for (std::size_t i = 0; i + 1 < count + (more ? 1 : 0); ++i) {
-    Parts parts = split.split(a[i + 1]);
+    Parts parts = by.split(a[i + 1]);
     r[i] = kept + parts.rest * unit;
     kept = parts.quotient;
   }

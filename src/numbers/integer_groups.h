@@ -120,7 +120,7 @@ class GroupDivisor {
   constexpr explicit GroupDivisor(Group divisor)
       : shift_(__builtin_clzll(divisor)),
         normal_(divisor << shift_),
-        reciprocal_(static_cast<Group>(~Wide{0} / normal_ - (Wide{1} << 64))) {}
+        reciprocal_(static_cast<Group>((Wide{~normal_} << 64 | ~Group{0}) / normal_)) {}
   /// Quotient and rest of x, which is below divisor * 2^64.
   constexpr Parts split(Wide x) const {
     x <<= shift_;
@@ -141,7 +141,7 @@ class GroupDivisor {
 
  private:
   int shift_;
-  Group normal_, reciprocal_;
+  Group normal_, reciprocal_;  // 2^128 / normal, rounded down, less 2^64
 };
 
 /// The same for a divisor known to the compiler, which keeps its parts out of memory.
