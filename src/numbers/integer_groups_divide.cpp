@@ -1,17 +1,21 @@
-// Division of packed operands: the school method on signed columns, and by halves for long operands.
+// Division of packed operands: column by column, by halves for long operands, by a reciprocal for very long
+// ones.
 
 #include <algorithm>
 #include <cstring>
 
 #include "numbers/integer_columns.h"
 #include "numbers/integer_groups.h"
+#include "numbers/integer_reciprocal.h"
 
 namespace korel {
 
 namespace {
 
-// Groups of divisor and quotient, measured with bench/integer_bench.cpp: below, the school method.
+// Groups of divisor and quotient, measured with bench/integer_bench.cpp: below the first, the school method,
+// from the second on, a reciprocal.
 constexpr std::size_t halvingGroups = 160;
+constexpr std::size_t reciprocalGroups = 1500;
 
 // ---- the school method, column by column from the top
 
@@ -110,6 +114,10 @@ void divideTwoByOne(Group* q, Group* a, const Group* b, std::size_t n) {
     std::memcpy(q, static_cast<Group*>(quotient), n * sizeof(Group));
     return;
   }
+  if (n >= reciprocalGroups) {
+    divideByReciprocal(q, a, 2 * n, b, n);
+    return;
+  }
   std::size_t h = n / 2;
   divideThreeByTwo(q + h, a + h, b, h);
   divideThreeByTwo(q, a, b, h);
@@ -125,6 +133,10 @@ std::size_t halvingParts(std::size_t n) {
 /// a by b, whose top group is at least half the base, for a quotient no shorter than b by much: blocks
 /// of the dividend of b's padded length. a's top nb groups are below b; q has na - nb groups.
 void divideByBlocks(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb) {
+  if (nb >= reciprocalGroups) {
+    divideByReciprocal(q, a, na, b, nb);
+    return;
+  }
   const std::size_t parts = halvingParts(nb);
   std::size_t n = (nb + parts - 1) / parts * parts, pad = n - nb;
   std::size_t blocks = (na + pad + n - 1) / n;

@@ -138,63 +138,67 @@ std::int64_t rootGroups(Group* s, Group* a, std::size_t n) {
   return carry;
 }
 
-/// The square that brings the top group of a root's operand to a quarter of the base, as division by
-/// halves wants it: its root.
-Group rootFactor(Group top) { return rootOfPair(groupBase / (top + 1)); }
-
-/// As `rootOfGroups`, with the remainder.
-bool scaledRoot(Group* s, Group* a, std::size_t n) {
-  const Group factor = rootFactor(a[2 * n - 1]);
-  scaleGroups(a, a, 2 * n, factor * factor);
-  bool rest = rootGroups(s, a, n) != 0 || significantGroups(a, n) != 0;
-  return divideGroupsBy(s, s, n, factor) != 0 || rest;
+/// The root of the largest square by which a, 2n groups, may be multiplied: it brings the top group to a
+/// quarter of the base, as division by halves wants it.
+Group rootFactor(const Group* a, std::size_t n) {
+  return rootOfPair(Wide{groupBase} * groupBase / (Wide{a[2 * n - 1]} * groupBase + a[2 * n - 2] + 1));
 }
 
-/// s = the truncated root of a from the root of the upper groups and a quotient for the rest and a group
-/// behind it, which is at most two too large; false when that doesn't tell. a is kept.
+/// r = a times the square of `factor`, 2n groups.
+void scaleBySquare(Group* r, const Group* a, std::size_t n, Group factor) {
+  scaleGroups(r, a, 2 * n, factor);
+  if (factor > 1) scaleGroups(r, r, 2 * n, factor);
+}
+
+/// s = the truncated root of a and a group behind it, n + 1 groups: the root of the upper groups, and a
+/// quotient for the rest. False when the group behind doesn't tell the root, which may be two less there.
 bool guardedRoot(Group* s, const Group* a, std::size_t n) {
   const std::size_t m = n + 1, l = m / 2, h = m - l;
-  GroupSpace space(3 * m + l + 1);
-  Group *scaled = space, *root = space + 2 * m, *quotient = root + m;
-  const Group factor = rootFactor(a[2 * n - 1]);
+  GroupSpace space(2 * m + l + 1);
+  Group *scaled = space, *quotient = space + 2 * m;
+  const Group factor = rootFactor(a, n);
   scaled[0] = scaled[1] = 0;
-  scaleGroups(scaled + 2, a, 2 * n, factor * factor);
-  auto q = static_cast<Group>(rootGroups(root + l, scaled + 2 * l, h));
-  if (q != 0) subtractGroups(scaled + 2 * l, scaled + 2 * l, h, root + l, h);
-  quotientOfGroups(quotient, scaled + l, m, root + l, h);
+  scaleBySquare(scaled + 2, a, n, factor);
+  auto q = static_cast<Group>(rootGroups(s + l, scaled + 2 * l, h));
+  if (q != 0) subtractGroups(scaled + 2 * l, scaled + 2 * l, h, s + l, h);
+  quotientOfGroups(quotient, scaled + l, m, s + l, h);
   // A carry would make it the next root of the upper groups: too close to tell.
-  if (halve(root, quotient, l, q + quotient[l]) != 0) return false;
-  divideGroupsBy(root, root, m, factor);
-  if (!isGuarded(root[0])) return false;
-  std::memcpy(s, root + 1, n * sizeof(Group));
-  return true;
+  if (halve(s, quotient, l, q + quotient[l]) != 0) return false;
+  if (factor > 1) divideGroupsBy(s, s, m, factor);
+  return isGuarded(s[0]);
+}
+
+/// The root of a, n groups, truncated or the nearest integer, with a carry in s[n]. Tells whether it is
+/// exact. a is lost.
+bool exactRoot(Group* s, Group* a, std::size_t n, bool nearest) {
+  const Group factor = rootFactor(a, n), one = 1;
+  if (factor > 1) scaleBySquare(a, a, n, factor);
+  const std::int64_t carry = rootGroups(s, a, n);
+  const bool nearer = carry > 0 || compareGroups(a, s, n) > 0;  // the scaled root's successor
+  const bool square = carry == 0 && significantGroups(a, n) == 0;
+  const Group off = factor > 1 ? divideGroupsBy(s, s, n, factor) : 0;
+  s[n] = nearest && 2 * off + (nearer ? 1 : 0) >= factor ? addGroups(s, s, n, &one, 1) : 0;
+  return square && off == 0;
 }
 
 /// Root of a positive n, truncated or to the nearest integer; `exact` tells whether n is its square.
 DAG rootOf(DAG n, bool nearest, bool* exact) {
   const std::size_t count = groupCount(n), half = (count + 1) / 2;
-  GroupSpace space(3 * half + 1);
-  Group *scaled = space, *root = space + 2 * half;
-  packInteger(n, scaled);
-  if (count < 2 * half) scaled[count] = 0;
-  // Times the largest square that leaves room: its root is divided out of the result.
-  Wide top = Wide{scaled[2 * half - 1]} * groupBase + scaled[2 * half - 2] + 1;
-  const Wide most = Wide{groupBase} * groupBase;
-  Group factor = rootOfPair(most / top);
-  if (factor > 1) {
-    scaleGroups(scaled, scaled, 2 * half, factor);
-    scaleGroups(scaled, scaled, 2 * half, factor);
+  GroupSpace space(3 * half + 2);
+  Group *a = space, *root = space + 2 * half;
+  packInteger(n, a);
+  if (count < 2 * half) a[count] = 0;
+  if (half >= halvingGroups && guardedRoot(root, a, half)) {
+    // The group behind the root is at most two too large: it may stand on either side of a half.
+    const Group behind = root[0], middle = groupBase / 2, one = 1;
+    if (!nearest || behind < middle || behind > middle + guardSlack) {
+      if (exact != nullptr) *exact = false;
+      root[half + 1] = nearest && behind > middle ? addGroups(root + 1, root + 1, half, &one, 1) : 0;
+      return integerOfGroups(root + 1, half + 1, INTPOS);
+    }
   }
-  const std::int64_t carry = rootGroups(root, scaled, half);
-  const bool nearer = carry > 0 || compareGroups(scaled, root, half) > 0;  // the scaled root's successor
-  const bool square = carry == 0 && significantGroups(scaled, half) == 0;
-  const Group off = factor > 1 ? divideGroupsBy(root, root, half, factor) : 0;
-  if (exact != nullptr) *exact = square && off == 0;
-  root[half] = 0;
-  if (nearest && (2 * off + (nearer ? 1 : 0) >= factor)) {
-    const Group one = 1;
-    root[half] = addGroups(root, root, half, &one, 1);
-  }
+  const bool square = exactRoot(root, a, half, nearest);
+  if (exact != nullptr) *exact = square;
   return integerOfGroups(root, half + 1, INTPOS);
 }
 
@@ -202,7 +206,14 @@ DAG rootOf(DAG n, bool nearest, bool* exact) {
 
 bool rootOfGroups(Group* s, Group* a, std::size_t n) {
   if (n < halvingGroups) return columnRoot(s, a, n, false) != 0;
-  return guardedRoot(s, a, n) || scaledRoot(s, a, n);
+  GroupSpace root(n + 1);
+  if (guardedRoot(root, a, n)) {
+    std::memcpy(s, root + 1, n * sizeof(Group));
+    return true;
+  }
+  const bool exact = exactRoot(root, a, n, false);
+  std::memcpy(s, root, n * sizeof(Group));
+  return !exact;
 }
 
 DAG isqrt(DAG n) {

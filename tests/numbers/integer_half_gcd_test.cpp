@@ -47,7 +47,7 @@ void expectSame(DAG a, DAG b) {
 // A step keeps the gcd and makes the operands shorter, at every length, close to and far from each other.
 TEST(IntegerHalfGcd, AStepKeepsTheGcd) {
   Random random(51);
-  for (int i = 0; i < 600; ++i) {
+  for (int i = 0; i < 300; ++i) {
     auto n = static_cast<Word>(20 + random.below(i % 6 == 0 ? 4000 : 500));
     DAG g = random.heapOf(static_cast<Word>(1 + random.below(6)));
     DAG x = mulint(g, random.heapOf(n));
