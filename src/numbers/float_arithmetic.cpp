@@ -67,6 +67,13 @@ DAG FloatAdd(DAG a, DAG b) {
   if (eb + lb < std::min(ea, ea + la - digits) - 1) return negligibleBeside(a, a, b);
   if (ea + la < std::min(eb, eb + lb - digits) - 1) return negligibleBeside(b, a, b);
 
+  if (isModest(exponentOf(a)) && isModest(exponentOf(b))) {
+    RoundedMantissa sum = roundedSum(ma, ea, mb, eb, requireDigits());
+    if (sum.mantissa == cons0) return roundedZero();
+    if (!sum.inexact || GetNumericStatusFlag(inexactEvent) != 0)
+      return new3(FLOAT, sum.mantissa, NewInteger(sum.exponent));
+  }
+  // An event shows the whole sum to a handler.
   DAG exponent = exponentOf(a);
   if (ea > eb) {
     ma = shift10p(ma, ea - eb);

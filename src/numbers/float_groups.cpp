@@ -8,6 +8,7 @@
 #include "eval/precision.h"
 #include "numbers/integer.h"
 #include "numbers/integer_groups.h"
+#include "store/constants.h"
 #include "store/names.h"
 #include "store/standard_names.h"
 
@@ -121,6 +122,42 @@ bool roundsAway(Tag sign, Word half, bool tail, bool odd) {
                   : isObject(rounding) && hasTag(rounding, SUM) ? sign == INTNEG
                                                                 : false;
   return directed && (half != 0 || tail);
+}
+
+RoundedMantissa roundedSum(DAG a, std::int64_t ea, DAG b, std::int64_t eb, std::int64_t digits) {
+  if (ea < eb) {
+    std::swap(a, b);
+    std::swap(ea, eb);
+  }
+  // The operand with the larger exponent is shifted up to the other's.
+  const std::int64_t shift = ea - eb;
+  const auto whole = static_cast<std::size_t>(shift / groupDecimals);
+  const std::size_t na = groupCount(a), nb = groupCount(b);
+  std::size_t n = std::max(whole + na + 1, nb) + 1;
+  GroupSpace space(n + nb);
+  Group *x = space, *y = space + n;
+  std::memset(x, 0, n * sizeof(Group));
+  packInteger(a, x + whole);
+  packInteger(b, y);
+  if (std::int64_t part = shift % groupDecimals)
+    x[whole + na] = scaleGroups(x + whole, x + whole, na, groupPower[part]);
+  Tag sign = tagOf(a);
+  if (sign == tagOf(b)) {
+    addGroups(x, x, n, y, nb);
+  } else {
+    const std::size_t have = significantGroups(x, n);
+    if (have > nb || (have == nb && compareGroups(x, y, nb) >= 0)) {
+      subtractGroups(x, x, n, y, nb);
+    } else {
+      subtractGroups(x, y, nb, x, have);
+      sign = tagOf(b);
+    }
+  }
+  n = significantGroups(x, n);
+  if (n == 0) return {cons0, eb, false};
+  RoundedMantissa r = roundGroups(x, n, sign, digits, false);
+  r.exponent += eb;
+  return r;
 }
 
 RoundedMantissa roundedProduct(DAG a, DAG b, std::int64_t digits) {

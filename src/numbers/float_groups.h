@@ -1,9 +1,9 @@
 #pragma once
-// Mantissas of products, quotients and roots, worked out on groups and rounded before they become objects.
+// Mantissas of sums, products, quotients and roots, worked out on groups and rounded before they become objects.
 //
 // A long operation packs its operands, works on groups (numbers/integer_groups.h), and cuts what comes out
 // down to the digits asked for: the rounded mantissa is the only object made. What lies below those digits
-// is looked at as far as the rounding needs it. Short of events, which are the callers' part, each result
+// is looked at as far as the rounding needs it. Operands are integers in either form. Short of events, which are the callers' part, each result
 // is the exact one rounded once under `Rounding`.
 
 #include <cstdint>
@@ -19,7 +19,9 @@ struct RoundedMantissa {
   bool inexact;  // a digit that isn't zero has been cut off
 };
 
-/// a * b to at most `digits` digits. Neither is zero; as everywhere here, either form of integer will do.
+/// a * 10^ea + b * 10^eb to at most `digits` digits. Neither is zero; a sum of zero has the mantissa 0.
+RoundedMantissa roundedSum(DAG a, std::int64_t ea, DAG b, std::int64_t eb, std::int64_t digits);
+/// a * b to at most `digits` digits. Neither is zero.
 RoundedMantissa roundedProduct(DAG a, DAG b, std::int64_t digits);
 /// a / b to just `digits` digits. Neither is zero.
 RoundedMantissa roundedQuotient(DAG a, DAG b, std::int64_t digits);
