@@ -100,7 +100,7 @@ Tag productSign(DAG a, DAG b) { return tagOf(a) == tagOf(b) ? INTPOS : INTNEG; }
 
 // Groups of the shorter operand, measured with bench/float_bench.cpp: below, half of a product's columns
 // are had for less than a whole product by the faster methods.
-constexpr std::size_t longestHighProduct = 130;
+constexpr std::size_t longestHighProduct = 500;
 
 /// The groups of a * b from place `from` + 1 on, the lowest two of which are there to tell that what the
 /// columns below carry changes nothing above them: false when it might.

@@ -15,9 +15,10 @@ namespace korel {
 namespace {
 
 // Cut-overs in groups of the shorter operand, measured with bench/integer_bench.cpp.
-constexpr std::size_t karatsubaGroups = 36;
-constexpr std::size_t karatsubaSquareGroups = 56;
-constexpr std::size_t transformGroups = 240;
+constexpr std::size_t karatsubaGroups = 100;
+constexpr std::size_t karatsubaSquareGroups = 150;
+constexpr std::size_t transformGroups = 320;
+constexpr std::size_t transformSquareGroups = 400;
 
 }  // namespace
 
@@ -221,6 +222,22 @@ bool absoluteDifference(Group* r, const Group* a0, const Group* a1, std::size_t 
   return less;
 }
 
+/// m = low + top + sign * m over n groups, of which top has `count`, n or n - 2; gives the carry.
+template <int sign>
+std::int64_t middleSum(Group* m, const Group* low, const Group* top, std::size_t n, std::size_t count) {
+  constexpr auto base = static_cast<std::int64_t>(groupBase);
+  std::int64_t carry = 0;
+  auto put = [&](std::size_t i, Group sum) {
+    std::int64_t value = static_cast<std::int64_t>(sum) + sign * static_cast<std::int64_t>(m[i]) + carry;
+    carry = static_cast<std::int64_t>(value >= base) + static_cast<std::int64_t>(value >= 2 * base) -
+            static_cast<std::int64_t>(value < 0);  // random: no branches
+    m[i] = static_cast<Group>(value - carry * base);
+  };
+  for (std::size_t i = 0; i < count; ++i) put(i, low[i] + top[i]);
+  for (std::size_t i = count; i < n; ++i) put(i, low[i]);
+  return carry;
+}
+
 /// r = a * b, n groups each; `scratch` has 2n + 2 * bits of n groups or more.
 void karatsuba(Group* r, const Group* a, const Group* b, std::size_t n, Group* scratch) {
   bool square = a == b;
@@ -242,18 +259,8 @@ void karatsuba(Group* r, const Group* a, const Group* b, std::size_t n, Group* s
   karatsuba(r, a, b, h, next);
   karatsuba(r + 2 * h, a + h, b + h, high, next);
 
-  // middle = low + high product, less or plus the product of the differences.
-  const Group *low = r, *top = r + 2 * h;
-  std::int64_t carry = 0;
-  for (std::size_t i = 0; i < 2 * h; ++i) {
-    auto value = static_cast<std::int64_t>(low[i] + (i < 2 * high ? top[i] : 0)) + carry;
-    value += negative ? static_cast<std::int64_t>(middle[i]) : -static_cast<std::int64_t>(middle[i]);
-    carry = value < 0 ? -1
-            : value >= static_cast<std::int64_t>(2 * groupBase) ? 2
-            : value >= static_cast<std::int64_t>(groupBase)     ? 1
-                                                                : 0;
-    middle[i] = static_cast<Group>(value - carry * static_cast<std::int64_t>(groupBase));
-  }
+  std::int64_t carry = negative ? middleSum<1>(middle, r, r + 2 * h, 2 * h, 2 * high)
+                                : middleSum<-1>(middle, r, r + 2 * h, 2 * h, 2 * high);
   // A carry of the middle part lies at r + 3h, which high products of an odd n may lack: it is 0 then.
   Group above = addGroups(r + h, r + h, 2 * n - h, middle, std::min(2 * h, 2 * n - h));
   assert(above == 0 && carry >= 0);
@@ -291,7 +298,7 @@ void multiplyGroups(Group* r, const Group* a, std::size_t na, const Group* b, st
   bool square = a == b && na == nb;
   if (nb < (square ? karatsubaSquareGroups : karatsubaGroups)) {
     schoolProduct(r, a, na, b, nb);
-  } else if (nb >= transformGroups) {
+  } else if (nb >= (square ? transformSquareGroups : transformGroups)) {
     // A long operand against a much longer one: pieces, whose transforms stay in the cache.
     if (na > 4 * nb && na > 16 * transformGroups)
       blockProduct(r, a, na, b, nb, 2 * nb);

@@ -73,7 +73,7 @@ TEST(IntegerHalfGcd, AStepKeepsTheGcd) {
 
 TEST(IntegerHalfGcd, AgreesWithLehmersMethod) {
   Random random(52);
-  for (int i = 0; i < 60; ++i) {
+  for (int i = 0; i < 25; ++i) {
     auto n = static_cast<Word>(1200 + random.below(4000));
     DAG a = random.heapOf(n), b = random.heapOf(n - static_cast<Word>(random.below(900)));
     if (random.below(2) != 0) negateint(a);
