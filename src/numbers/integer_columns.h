@@ -13,7 +13,28 @@
 
 namespace korel {
 
-/// Sum of a[i] * b[-i] for i below n, which is less than 10^6.
+/// Terms that a column has at most: its quotient by the base then fits in a word.
+constexpr std::size_t longestColumn = 1500;
+
+/// Splits columns from the lowest up. The splits don't wait for each other; only a small quotient links
+/// the steps.
+class ColumnCarry {
+ public:
+  /// The group at the next column's place.
+  Group put(Wide column) {
+    Parts parts = splitGroup(column);
+    Group sum = parts.rest + carry_, more = sum / groupBase;
+    carry_ = parts.quotient + more;
+    return sum - more * groupBase;
+  }
+  /// What goes into the column above.
+  Group carry() const { return carry_; }
+
+ private:
+  Group carry_ = 0;
+};
+
+/// Sum of a[i] * b[-i] for i below n.
 inline Wide columnSum(const Group* a, const Group* b, std::size_t n) {
   Wide sum = 0, other = 0;  // two chains of additions with carry
   std::size_t i = 0;
@@ -53,10 +74,11 @@ class ColumnRemainder {
   /// Takes the next column in, the dividend's group less `sum`, which the groups found so far have put
   /// there in `terms` products; gives the next group of the quotient.
   Group step(Group dividend, Wide sum, std::size_t terms) {
-    Group low = dividend - takeLowest<groupBase>(sum);
+    Parts parts = splitGroup(sum);
+    Group low = dividend - parts.rest;
     Group borrow = low >> 63;
     low += borrow * groupBase;
-    Wide above = columns_ - sum - borrow;
+    Wide above = columns_ - parts.quotient - borrow;
     const Wide slack = slackOf(terms);
     Group digit = 0;
     if (above > slack)

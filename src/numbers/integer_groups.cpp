@@ -160,18 +160,17 @@ Group divideGroupsBy(Group* r, const Group* a, std::size_t n, Group divisor) {
   return rest;
 }
 
-// ---- school products: column by column, each the sum of fewer than 10^6 products
+// ---- school products, column by column
 
 namespace {
 
 void squareColumns(Group* r, const Group* a, std::size_t n, std::size_t from) {
-  Wide carry = 0;
+  ColumnCarry column;
   for (std::size_t k = from; k < 2 * n - 1; ++k) {
     std::size_t first = k < n ? 0 : k - n + 1;
-    carry += symmetricSum(a + first, a + (k - first), k - 2 * first + 1);
-    r[k] = takeLowest<groupBase>(carry);
+    r[k] = column.put(symmetricSum(a + first, a + (k - first), k - 2 * first + 1));
   }
-  r[2 * n - 1] = static_cast<Group>(carry);
+  r[2 * n - 1] = column.carry();
 }
 
 void productColumns(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb, std::size_t from) {
@@ -183,14 +182,14 @@ void productColumns(Group* r, const Group* a, std::size_t na, const Group* b, st
     std::swap(a, b);
     std::swap(na, nb);
   }
-  Wide carry = 0;
+  assert(nb <= longestColumn);
+  ColumnCarry column;
   for (std::size_t k = from; k < na + nb - 1; ++k) {
     std::size_t lowB = k < na ? 0 : k - na + 1;
     std::size_t highB = std::min(k, nb - 1);
-    carry += columnSum(b + lowB, a + (k - lowB), highB - lowB + 1);
-    r[k] = takeLowest<groupBase>(carry);
+    r[k] = column.put(columnSum(b + lowB, a + (k - lowB), highB - lowB + 1));
   }
-  r[na + nb - 1] = static_cast<Group>(carry);
+  r[na + nb - 1] = column.carry();
 }
 
 }  // namespace

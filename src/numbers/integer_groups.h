@@ -90,7 +90,7 @@ Group divideGroupsBy(Group* r, const Group* a, std::size_t n, Group divisor);
 
 /// r = a * b, na + nb groups; neither count is 0. The same array twice makes a square.
 void multiplyGroups(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb);
-/// The same by the school method, in columns of 128 bits.
+/// The same by the school method, in columns of 128 bits; one operand has 1,500 groups at most.
 void schoolProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb);
 /// The groups of a product from place `first` on, without what the columns below would carry into them:
 /// that is less than min(na, nb) + 1 units of group `first` + 1. The groups of r below are left alone.

@@ -36,17 +36,16 @@ bool columnDivide(Group* q, Group* u, std::size_t nq, const Group* v, std::size_
     carryQuotient(q, nq);
     return true;
   }
-  Wide sum = 0;
+  ColumnCarry column;
   Group borrow = 0;
   for (std::size_t p = 0; p < nb - 2; ++p) {
     const std::size_t terms = std::min(p + 1, nq);
     passGroupWork(terms);
-    sum += columnSum(q, v + p, terms);
-    Group low = u[p] - takeLowest<groupBase>(sum) - borrow;
+    Group low = u[p] - column.put(columnSum(q, v + p, terms)) - borrow;
     borrow = low >> 63;
     u[p] = low + borrow * groupBase;
   }
-  Wide above = left.columns() - sum - borrow;
+  Wide above = left.columns() - column.carry() - borrow;
   u[nb - 2] = takeLowest<groupBase>(above);
   u[nb - 1] = takeLowest<groupBase>(above);
   carryQuotient(q, nq);

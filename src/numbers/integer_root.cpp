@@ -67,16 +67,15 @@ std::int64_t columnRoot(Group* s, Group* a, std::size_t n, bool wantsRest) {
     carryQuotient(s, n);
     return 1;
   }
-  Wide sum = 0;
+  ColumnCarry column;
   Group borrow = 0;
   for (std::size_t p = 0; p < n - 2; ++p) {
     passGroupWork(p / 2);
-    sum += symmetricSum(s, s + p, p + 1);
-    Group low = a[p] - takeLowest<groupBase>(sum) - borrow;
+    Group low = a[p] - column.put(symmetricSum(s, s + p, p + 1)) - borrow;
     borrow = low >> 63;
     a[p] = low + borrow * groupBase;
   }
-  Wide above = left.columns() - sum - borrow;
+  Wide above = left.columns() - column.carry() - borrow;
   a[n - 2] = takeLowest<groupBase>(above);
   a[n - 1] = takeLowest<groupBase>(above);
   auto carry = static_cast<std::int64_t>(above);
