@@ -1,14 +1,14 @@
 // Sums, products and quotients of floats, each rounded once.
 
 #include <algorithm>
-#include <limits>
+#include <cstdlib>
 
 #include "eval/arithmetic.h"
 #include "eval/precision.h"
 #include "frame/errors.h"
 #include "numbers/float.h"
+#include "numbers/float_groups.h"
 #include "numbers/float_rounding.h"
-#include "numbers/integer_space.h"
 #include "store/objects.h"
 
 namespace korel {
@@ -31,43 +31,22 @@ DAG zeroProduct(DAG ma, DAG mb) {
   return isNegativeMantissa(ma) == isNegativeMantissa(mb) ? consf0 : consfm0;
 }
 
-// A quotient cut off behind at least one digit more than `Digits`, with its scale: the value lies
-// between q and its successor, times 10^-scale.
-struct Quotient {
-  DAG digits;
-  std::int64_t length;
-  std::int64_t scale;
-  bool truncated;
-};
-
-// n / d, truncated to one to three digits more than `digits`. Neither is zero.
-Quotient divideToDigits(DAG n, DAG d, std::int64_t digits) {
-  std::int64_t scale = digits + ilength(d) - ilength(n) + 2;
-  bool truncated = scale < 0 && hasNonzeroTail(n, -scale);
-  DAG scaled = shift10p(n, scale);
-  DAG remainder;
-  DAG q = IntegerDivide(scaled, d, &remainder);
-  truncated = truncated || remainder != cons0;
-  discard(remainder, scaled, n);
-  discard(scaled, n, q);
-  if (truncated) q = markTruncated(q);
-  return {q, ilength(q), scale, truncated};
+// Exponents up to here stay immediate whatever a rounding adds: no event of range can come.
+bool isModest(DAG exponent) {
+  constexpr std::int32_t bound = 1 << 28;
+  return isImmediate(exponent) && std::abs(immediateValue(exponent)) < bound;
 }
 
-// The quotient's digits rounded to `digits`, with the exponent that goes with them; a carry that makes
-// them one more is taken back.
-DAG roundQuotient(const Quotient& q, std::int64_t digits, std::int64_t& exponent) {
-  DAG rounded = times10p(q.digits, digits - q.length);
-  exponent = q.length - digits - q.scale;
-  std::int64_t length = ilength(rounded);
-  if (length > digits) {
-    DAG longer = rounded;
-    rounded = times10p(longer, digits - length);
-    discard(longer);
-    exponent += length - digits;
+// The float of ma * mb * 10^(ea + eb), rounded to `Digits`. No mantissa is zero.
+DAG floatProduct(DAG ma, DAG mb, DAG ea, DAG eb) {
+  if (isModest(ea) && isModest(eb)) {
+    RoundedMantissa product = roundedProduct(ma, mb, requireDigits());
+    if (!product.inexact || GetNumericStatusFlag(inexactEvent) != 0)
+      return new3(FLOAT, product.mantissa,
+                  NewInteger(std::int64_t{immediateValue(ea)} + immediateValue(eb) + product.exponent));
   }
-  discard(q.digits);
-  return rounded;
+  // An event shows the whole product to a handler.
+  return BuildFloat(mulint(ma, mb), addint(ea, eb));
 }
 
 }  // namespace
@@ -88,6 +67,13 @@ DAG FloatAdd(DAG a, DAG b) {
   if (eb + lb < std::min(ea, ea + la - digits) - 1) return negligibleBeside(a, a, b);
   if (ea + la < std::min(eb, eb + lb - digits) - 1) return negligibleBeside(b, a, b);
 
+  if (isModest(exponentOf(a)) && isModest(exponentOf(b))) {
+    RoundedMantissa sum = roundedSum(ma, ea, mb, eb, requireDigits());
+    if (sum.mantissa == cons0) return roundedZero();
+    if (!sum.inexact || GetNumericStatusFlag(inexactEvent) != 0)
+      return new3(FLOAT, sum.mantissa, NewInteger(sum.exponent));
+  }
+  // An event shows the whole sum to a handler.
   DAG exponent = exponentOf(a);
   if (ea > eb) {
     ma = shift10p(ma, ea - eb);
@@ -110,12 +96,7 @@ DAG FloatMultiply(DAG a, DAG b) {
   if (isSingular(a) || isSingular(b)) return TrapFPROD(a, b);
   DAG ma = mantissaOf(a), mb = mantissaOf(b);
   if (isZeroMantissa(ma) || isZeroMantissa(mb)) return zeroProduct(ma, mb);
-  DAG product = mulint(ma, mb), exponent = addint(exponentOf(a), exponentOf(b));
-  // An event may hand the product on to a handler.
-  const bool quiet = GetNumericStatusFlag(inexactEvent) != 0;
-  DAG result = BuildFloat(product, exponent);
-  if (quiet && isFiniteFloat(result)) discard(product, ma, mb, mantissaOf(result));
-  return result;
+  return floatProduct(ma, mb, exponentOf(a), exponentOf(b));
 }
 
 DAG evalfmul(DAG a, DAG b) {
@@ -128,6 +109,7 @@ DAG evalfmul(DAG a, DAG b) {
     if (isZeroMantissa(m) || isZeroMantissa(b)) return zeroProduct(m, b);
     // An integer that fits is taken as it is: only the product is rounded.
     if (ilength(b) <= precisionDigits()) {
+      if (isModest(exponentOf(x))) return floatProduct(m, b, exponentOf(x), cons0);
       DAG product = newFLOAT(mulint(m, b), exponentOf(x));
       return isSingular(product) ? product : BuildFloat(mantissaOf(product), exponentOf(product));
     }
@@ -138,7 +120,7 @@ DAG evalfmul(DAG a, DAG b) {
     DAG y = rationalToFloat(b);
     restoreDigits(change);
     if (isFiniteFloat(y))
-      return BuildFloat(mulint(m, mantissaOf(y)), addint(exponentOf(x), exponentOf(y)));
+      return floatProduct(m, mantissaOf(y), exponentOf(x), exponentOf(y));
     return FloatMultiply(x, y);
   }
   DAG y = asFloat(b);
@@ -150,21 +132,17 @@ DAG evalfdiv(DAG a, DAG b) {
   std::int64_t digits = requireDigits();
   if (isSingular(a) || isSingular(b) || isZeroMantissa(mantissaOf(b))) return TrapFDIV(a, b);
   if (isZeroMantissa(mantissaOf(a))) return a;
-  Quotient q = divideToDigits(mantissaOf(a), mantissaOf(b), digits);
-  const bool inexact = GetNumericStatusFlag(inexactEvent) == 0 &&
-                       (q.truncated || hasNonzeroTail(q.digits, q.length - digits));
-  std::int64_t shift;
-  DAG rounded = roundQuotient(q, digits, shift);
+  RoundedMantissa q = roundedQuotient(mantissaOf(a), mantissaOf(b), digits);
   std::int64_t difference = exponentValue(exponentOf(a)) - exponentValue(exponentOf(b));
-  std::int64_t exponent = difference + shift;
+  std::int64_t exponent = difference + q.exponent;
   if (!fitsWord(difference) || !fitsWord(exponent)) {
-    DAG sign = signOf(rounded);
+    DAG sign = signOf(q.mantissa);
     if (difference < 0)
       return TriggerNumericEvent(underflowEvent, ini("evalf"), a, b, DefaultUnderflow(sign), true);
     return TriggerNumericEvent(overflowEvent, ini("evalf"), a, b, DefaultOverflow(sign), true);
   }
-  DAG result = newFLOAT(rounded, NewInteger(exponent));
-  return inexact ? inexactResult(a, b, result) : result;
+  DAG result = newFLOAT(q.mantissa, NewInteger(exponent));
+  return q.inexact && GetNumericStatusFlag(inexactEvent) == 0 ? inexactResult(a, b, result) : result;
 }
 
 DAG rationalToFloat(DAG x) {
@@ -173,13 +151,9 @@ DAG rationalToFloat(DAG x) {
   const bool flagged = GetNumericStatusFlag(inexactEvent) != 0;
   // A part that isn't held by `Digits` digits counts as inexact, whatever the quotient.
   auto isLong = [digits](DAG part) { return hasNonzeroTail(part, ilength(part) - digits); };
-  bool inexact = !flagged && (isLong(n) || isLong(d));
-  Quotient q = divideToDigits(n, d, digits);
-  if (!flagged && !inexact)
-    inexact = q.truncated || hasNonzeroTail(q.digits, q.length - digits);
-  std::int64_t exponent;
-  DAG rounded = roundQuotient(q, digits, exponent);
-  DAG result = newFLOAT(rounded, NewInteger(exponent));
+  RoundedMantissa q = roundedQuotient(n, d, digits);
+  const bool inexact = !flagged && (q.inexact || isLong(n) || isLong(d));
+  DAG result = newFLOAT(q.mantissa, NewInteger(q.exponent));
   return inexact ? inexactResult(x, DAG(), result) : result;
 }
 

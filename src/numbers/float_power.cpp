@@ -6,6 +6,7 @@
 #include "eval/precision.h"
 #include "numbers/complex.h"
 #include "numbers/float.h"
+#include "numbers/float_groups.h"
 #include "numbers/float_rounding.h"
 #include "numbers/integer_space.h"
 #include "store/objects.h"
@@ -58,6 +59,12 @@ DAG evalfsqrt(DAG a) {
   if (isZeroMantissa(m)) return consf0;
   assert(!isNegativeMantissa(m));
   std::int64_t digits = precisionDigits();
+  if (isImmediate(exponentOf(x))) {
+    RoundedMantissa root = roundedRoot(m, exponentValue(exponentOf(x)), digits);
+    if (!root.inexact || GetNumericStatusFlag(inexactEvent) != 0)
+      return newFLOAT(root.mantissa, NewInteger(root.exponent));
+  }
+  // An event shows the whole root to a handler.
   std::int64_t length = ilength(m), e = exponentValue(exponentOf(x));
   // An even exponent, and twice the digits of the result and one more.
   std::int64_t t = 2 * digits - length + ((e - length) % 2 != 0 ? 1 : 2);

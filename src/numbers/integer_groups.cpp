@@ -5,6 +5,7 @@
 
 #include "frame/errors.h"
 #include "numbers/integer.h"
+#include "numbers/integer_columns.h"
 #include "numbers/integer_transform.h"
 #include "store/constants.h"
 #include "store/objects.h"
@@ -14,9 +15,10 @@ namespace korel {
 namespace {
 
 // Cut-overs in groups of the shorter operand, measured with bench/integer_bench.cpp.
-constexpr std::size_t karatsubaGroups = 36;
-constexpr std::size_t karatsubaSquareGroups = 56;
-constexpr std::size_t transformGroups = 240;
+constexpr std::size_t karatsubaGroups = 100;
+constexpr std::size_t karatsubaSquareGroups = 150;
+constexpr std::size_t transformGroups = 320;
+constexpr std::size_t transformSquareGroups = 400;
 
 }  // namespace
 
@@ -150,62 +152,56 @@ Group scaleGroups(Group* r, const Group* a, std::size_t n, Group factor, Group c
 Group divideGroupsBy(Group* r, const Group* a, std::size_t n, Group divisor) {
   const GroupDivisor by(divisor);
   Group rest = 0;
-  for (std::size_t i = n; i-- > 0;) r[i] = by.divide(Wide{rest} * groupBase + a[i], &rest);
+  for (std::size_t i = n; i-- > 0;) {
+    Parts parts = by.split(Wide{rest} * groupBase + a[i]);
+    r[i] = parts.quotient;
+    rest = parts.rest;
+  }
   return rest;
 }
 
-// ---- school products: column by column, each the sum of fewer than 10^6 products
+// ---- school products, column by column
 
 namespace {
 
-/// Sum of a[i] * b[-i] for i below n.
-inline Wide columnSum(const Group* a, const Group* b, std::size_t n) {
-  Wide sum = 0, other = 0;  // two chains of additions with carry
-  std::size_t i = 0;
-  for (; i + 4 <= n; i += 4) {
-    sum += Wide{a[i]} * b[-static_cast<std::ptrdiff_t>(i)];
-    other += Wide{a[i + 1]} * b[-static_cast<std::ptrdiff_t>(i) - 1];
-    sum += Wide{a[i + 2]} * b[-static_cast<std::ptrdiff_t>(i) - 2];
-    other += Wide{a[i + 3]} * b[-static_cast<std::ptrdiff_t>(i) - 3];
-  }
-  for (; i < n; ++i) sum += Wide{a[i]} * b[-static_cast<std::ptrdiff_t>(i)];
-  return sum + other;
-}
-
-void schoolSquare(Group* r, const Group* a, std::size_t n) {
-  Wide carry = 0;
-  for (std::size_t k = 0; k < 2 * n - 1; ++k) {
+void squareColumns(Group* r, const Group* a, std::size_t n, std::size_t from) {
+  ColumnCarry column;
+  for (std::size_t k = from; k < 2 * n - 1; ++k) {
     std::size_t first = k < n ? 0 : k - n + 1;
-    std::size_t pairs = (k - 2 * first + 1) / 2;  // of a[i], a[k-i] with first <= i < k - i
-    Wide sum = columnSum(a + first, a + (k - first), pairs);
-    sum += sum;
-    if (k % 2 == 0) sum += Wide{a[k / 2]} * a[k / 2];
-    carry += sum;
-    r[k] = takeLowest<groupBase>(carry);
+    r[k] = column.put(symmetricSum(a + first, a + (k - first), k - 2 * first + 1));
   }
-  r[2 * n - 1] = static_cast<Group>(carry);
+  r[2 * n - 1] = column.carry();
 }
 
-}  // namespace
-
-void schoolProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb) {
-  passGroupWork(na * nb);
+void productColumns(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb, std::size_t from) {
   if (a == b && na == nb && na > 2) {
-    schoolSquare(r, a, na);
+    squareColumns(r, a, na, from);
     return;
   }
   if (na < nb) {
     std::swap(a, b);
     std::swap(na, nb);
   }
-  Wide carry = 0;
-  for (std::size_t k = 0; k < na + nb - 1; ++k) {
+  assert(nb <= longestColumn);
+  ColumnCarry column;
+  for (std::size_t k = from; k < na + nb - 1; ++k) {
     std::size_t lowB = k < na ? 0 : k - na + 1;
     std::size_t highB = std::min(k, nb - 1);
-    carry += columnSum(b + lowB, a + (k - lowB), highB - lowB + 1);
-    r[k] = takeLowest<groupBase>(carry);
+    r[k] = column.put(columnSum(b + lowB, a + (k - lowB), highB - lowB + 1));
   }
-  r[na + nb - 1] = static_cast<Group>(carry);
+  r[na + nb - 1] = column.carry();
+}
+
+}  // namespace
+
+void schoolProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb) {
+  passGroupWork(na * nb);
+  productColumns(r, a, na, b, nb, 0);
+}
+
+void highProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb, std::size_t first) {
+  passGroupWork(na * nb);
+  productColumns(r, a, na, b, nb, first);
 }
 
 // ---- Karatsuba with differences: a1*b0 + a0*b1 = a1*b1 + a0*b0 - (a1 - a0) * (b1 - b0)
@@ -223,6 +219,22 @@ bool absoluteDifference(Group* r, const Group* a0, const Group* a1, std::size_t 
   std::size_t done = less ? s1 : s0;
   std::memset(r + done, 0, (h - done) * sizeof(Group));
   return less;
+}
+
+/// m = low + top + sign * m over n groups, of which top has `count`, n or n - 2; gives the carry.
+template <int sign>
+std::int64_t middleSum(Group* m, const Group* low, const Group* top, std::size_t n, std::size_t count) {
+  constexpr auto base = static_cast<std::int64_t>(groupBase);
+  std::int64_t carry = 0;
+  auto put = [&](std::size_t i, Group sum) {
+    std::int64_t value = static_cast<std::int64_t>(sum) + sign * static_cast<std::int64_t>(m[i]) + carry;
+    carry = static_cast<std::int64_t>(value >= base) + static_cast<std::int64_t>(value >= 2 * base) -
+            static_cast<std::int64_t>(value < 0);  // random: no branches
+    m[i] = static_cast<Group>(value - carry * base);
+  };
+  for (std::size_t i = 0; i < count; ++i) put(i, low[i] + top[i]);
+  for (std::size_t i = count; i < n; ++i) put(i, low[i]);
+  return carry;
 }
 
 /// r = a * b, n groups each; `scratch` has 2n + 2 * bits of n groups or more.
@@ -246,18 +258,8 @@ void karatsuba(Group* r, const Group* a, const Group* b, std::size_t n, Group* s
   karatsuba(r, a, b, h, next);
   karatsuba(r + 2 * h, a + h, b + h, high, next);
 
-  // middle = low + high product, less or plus the product of the differences.
-  const Group *low = r, *top = r + 2 * h;
-  std::int64_t carry = 0;
-  for (std::size_t i = 0; i < 2 * h; ++i) {
-    auto value = static_cast<std::int64_t>(low[i] + (i < 2 * high ? top[i] : 0)) + carry;
-    value += negative ? static_cast<std::int64_t>(middle[i]) : -static_cast<std::int64_t>(middle[i]);
-    carry = value < 0 ? -1
-            : value >= static_cast<std::int64_t>(2 * groupBase) ? 2
-            : value >= static_cast<std::int64_t>(groupBase)     ? 1
-                                                                : 0;
-    middle[i] = static_cast<Group>(value - carry * static_cast<std::int64_t>(groupBase));
-  }
+  std::int64_t carry = negative ? middleSum<1>(middle, r, r + 2 * h, 2 * h, 2 * high)
+                                : middleSum<-1>(middle, r, r + 2 * h, 2 * h, 2 * high);
   // A carry of the middle part lies at r + 3h, which high products of an odd n may lack: it is 0 then.
   Group above = addGroups(r + h, r + h, 2 * n - h, middle, std::min(2 * h, 2 * n - h));
   assert(above == 0 && carry >= 0);
@@ -295,7 +297,7 @@ void multiplyGroups(Group* r, const Group* a, std::size_t na, const Group* b, st
   bool square = a == b && na == nb;
   if (nb < (square ? karatsubaSquareGroups : karatsubaGroups)) {
     schoolProduct(r, a, na, b, nb);
-  } else if (nb >= transformGroups) {
+  } else if (nb >= (square ? transformSquareGroups : transformGroups)) {
     // A long operand against a much longer one: pieces, whose transforms stay in the cache.
     if (na > 4 * nb && na > 16 * transformGroups)
       blockProduct(r, a, na, b, nb, 2 * nb);

@@ -90,70 +90,65 @@ Group divideGroupsBy(Group* r, const Group* a, std::size_t n, Group divisor);
 
 /// r = a * b, na + nb groups; neither count is 0. The same array twice makes a square.
 void multiplyGroups(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb);
-/// The same by the school method, in columns of 128 bits.
+/// The same by the school method, in columns of 128 bits; one operand has 1,500 groups at most.
 void schoolProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb);
+/// The groups of a product from place `first` on, without what the columns below would carry into them:
+/// that is less than min(na, nb) + 1 units of group `first` + 1. The groups of r below are left alone.
+void highProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb, std::size_t first);
 
 /// q = a / b, and the remainder in the nb lowest groups of a (the rest of a becomes zero). b's top group
 /// isn't zero, na >= nb, q has na - nb + 1 groups.
 void divideGroups(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb);
+/// q = a / b for the same operands, without the remainder, which costs half for short ones; tells whether
+/// there is one. What was in a is lost.
+bool quotientOfGroups(Group* q, Group* a, std::size_t na, const Group* b, std::size_t nb);
+
+/// s = the truncated root of a, 2n groups, whose top one is at least a hundredth of the base. Tells
+/// whether there is a remainder. What was in a is lost.
+bool rootOfGroups(Group* s, Group* a, std::size_t n);
 
 // ---- single groups
+
+struct Parts {
+  Group quotient, rest;
+};
 
 /// A divisor with what stands in for division by it (Moeller and Granlund, "Improved division by
 /// invariant integers", algorithm 4).
 class GroupDivisor {
  public:
-  explicit GroupDivisor(Group divisor)
+  constexpr explicit GroupDivisor(Group divisor)
       : shift_(__builtin_clzll(divisor)),
         normal_(divisor << shift_),
-        reciprocal_(static_cast<Group>(~Wide{0} / normal_ - (Wide{1} << 64))) {}
-  /// Quotient of x, below divisor * 2^64; the rest goes to `*rest`.
-  Group divide(Wide x, Group* rest) const {
+        reciprocal_(static_cast<Group>((Wide{~normal_} << 64 | ~Group{0}) / normal_)) {}
+  /// Quotient and rest of x, which is below divisor * 2^64.
+  constexpr Parts split(Wide x) const {
     x <<= shift_;
     auto high = static_cast<Group>(x >> 64), low = static_cast<Group>(x);
     Wide estimate = Wide{reciprocal_} * high + x;
     Group quotient = static_cast<Group>(estimate >> 64) + 1;
-    Group left = low - quotient * normal_;
+    Group rest = low - quotient * normal_;
     // Either way as likely: a mask in place of a branch. The second correction is rare.
-    Group over = Group{0} - static_cast<Group>(left > static_cast<Group>(estimate));
+    Group over = Group{0} - static_cast<Group>(rest > static_cast<Group>(estimate));
     quotient += over;
-    left += over & normal_;
-    if (__builtin_expect(left >= normal_, 0)) {
+    rest += over & normal_;
+    if (__builtin_expect(rest >= normal_, 0)) {
       ++quotient;
-      left -= normal_;
+      rest -= normal_;
     }
-    *rest = left >> shift_;
-    return quotient;
+    return {quotient, rest >> shift_};
   }
 
  private:
   int shift_;
-  Group normal_, reciprocal_;
+  Group normal_, reciprocal_;  // 2^128 / normal, rounded down, less 2^64
 };
 
-/// Quotient and rest of a product, with a multiplication in place of the division.
-struct Parts {
-  Group quotient, rest;
-};
-/// x divided by `base`, for x below base * 2^64: `GroupDivisor` for a constant.
+/// The same for a divisor known to the compiler, which keeps its parts out of memory.
 template <Group base>
 inline Parts splitBy(Wide x) {
-  constexpr int shift = __builtin_clzll(base);
-  constexpr Group divisor = base << shift;
-  constexpr Group reciprocal = static_cast<Group>(~Wide{0} / divisor - (Wide{1} << 64));
-  x <<= shift;
-  auto high = static_cast<Group>(x >> 64), low = static_cast<Group>(x);
-  Wide estimate = Wide{reciprocal} * high + x;
-  Group quotient = static_cast<Group>(estimate >> 64) + 1;
-  Group rest = low - quotient * divisor;
-  Group over = Group{0} - static_cast<Group>(rest > static_cast<Group>(estimate));
-  quotient += over;
-  rest += over & divisor;
-  if (__builtin_expect(rest >= divisor, 0)) {
-    ++quotient;
-    rest -= divisor;
-  }
-  return {quotient, rest >> shift};
+  constexpr GroupDivisor divisor(base);
+  return divisor.split(x);
 }
 inline Parts splitGroup(Wide x) { return splitBy<groupBase>(x); }
 

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "eval/arithmetic.h"
-#include "eval/precision.h"
+#include "numbers/float_groups.h"
 #include "numbers/integer.h"
 #include "numbers/integer_functions.h"
 #include "numbers/integer_space.h"
@@ -47,16 +47,9 @@ Word decimalDigit(DAG x, std::int64_t place) {
 }
 
 /// Whether the magnitude grows by one when the `dropped` lowest decimal digits of x go.
-bool roundsAway(DAG x, std::int64_t dropped) {
-  DAG rounding = environmentWord(envRounding);
-  Word half = decimalDigit(x, dropped - 1);
-  bool directed = rounding == ini("infinity")   ? hasTag(x, INTPOS)
-                  : isObject(rounding) && hasTag(rounding, SUM) ? hasTag(x, INTNEG)
-                                                : false;
-  if (directed) return half != 0 || SoftIntTrailingNonZeroes(x, dropped - 1);
-  if (rounding != ini("nearest") || half < 5) return false;
-  return half > 5 || decimalDigit(x, dropped) % 2 != 0 ||
-         SoftIntTrailingNonZeroes(x, dropped - 1);
+bool growsWithout(DAG x, std::int64_t dropped) {
+  return roundsAway(tagOf(x), decimalDigit(x, dropped - 1), SoftIntTrailingNonZeroes(x, dropped - 1),
+                    decimalDigit(x, dropped) % 2 != 0);
 }
 
 DAG shifted(DAG x, std::int64_t k, bool rounding) {
@@ -75,7 +68,7 @@ DAG shifted(DAG x, std::int64_t k, bool rounding) {
   DAG r = news(space);
   Word* digit = digitsOf(r);
   shiftDigits(digitsOf(heap), digitCount(heap), k, digit, count);
-  if (k < 0 && rounding && roundsAway(heap, -k)) {
+  if (k < 0 && rounding && growsWithout(heap, -k)) {
     Word i = 0;
     while (i < count && digit[i] == static_cast<Word>(BASE) - 1) digit[i++] = 0;
     if (i < count) {

@@ -28,6 +28,22 @@ TEST(IntegerFunctions, DivisionGivesItsOperandsBack) {
   }
 }
 
+// Lengths at which a reciprocal stands in for division: q b + r = a modulo primes, and r below b.
+TEST(IntegerFunctions, VeryLongDivisionGivesItsOperandsBack) {
+  Random random(37);
+  for (int i = 0; i < 24; ++i) {
+    Word lb = static_cast<Word>(5900 + random.below(9000)), more = static_cast<Word>(5900 + random.below(16000));
+    DAG a = random.heapOf(lb + more), b = random.heapOf(lb), q, r;
+    if (i % 3 == 0) a = addint(mulint(b, random.heapOf(more)), immediate(static_cast<std::int32_t>(i % 2) - 1));
+    q = IntegerDivide(a, b, &r);
+    ASSERT_LT(compint(r, b), 0) << "case " << i;
+    for (std::uint64_t p : testPrimes) {
+      std::uint64_t back = (timesModulo(residue(q, p), residue(b, p), p) + residue(r, p)) % p;
+      ASSERT_EQ(back, residue(a, p)) << "case " << i << " of seed " << random.seed;
+    }
+  }
+}
+
 TEST(IntegerFunctions, GreatestCommonDivisors) {
   Random random(32);
   for (int i = 0; i < 3000; ++i) {
@@ -53,7 +69,7 @@ TEST(IntegerFunctions, GreatestCommonDivisors) {
 TEST(IntegerFunctions, RootsAreTheNearest) {
   Random random(33);
   for (int i = 0; i < 3000; ++i) {
-    DAG n = random.upTo(static_cast<Word>(1 + random.below(60)));
+    DAG n = random.upTo(static_cast<Word>(1 + random.below(i % 50 == 0 ? 6000 : 60)));
     if (hasTag(n, INTNEG)) n = complint(n);
     SCOPED_TRACE(decimal(n));
     DAG r = isqrt(n);
@@ -206,7 +222,15 @@ TEST(IntegerFunctions, ContinuedFractionRelationsHold) {
 
 // A root's neighbours, around powers of the group base and squares; the truncated root beside the nearest.
 TEST(IntegerFunctions, RootsAtTheEdges) {
-  for (int e : {8, 15, 16, 17, 31, 32, 33, 64, 96, 160, 1000, 1003})
+  // The largest below a power of the group base: the nearest root is a digit longer.
+  for (int e : {160, 3200}) {
+    DAG power = times10p(cons1, e), n = addint(mulint(power, power), complint(shift10p(power, 0)));
+    EXPECT_EQ(decimal(isqrt(addint(n, cons1))), decimal(power)) << e;
+    EXPECT_EQ(decimal(isqrt(n)), decimal(addint(power, consm1))) << e;
+    DAG between = addint(mulint(power, power), complint(times10p(immediate(6), e - 1)));
+    EXPECT_EQ(decimal(isqrt(between)), decimal(power)) << e;
+  }
+  for (int e : {8, 15, 16, 17, 31, 32, 33, 64, 96, 160, 1000, 1003, 2096, 4801})
     for (int k : {1, 2, 4, 9, 25}) {
       DAG root = mulint(immediate(k), times10p(cons1, e)), square = mulint(root, root);
       for (int step : {-1, 0, 1}) {
