@@ -180,7 +180,7 @@ DAG inertProcedure() {
   for (Word i = 1; i < 9; ++i) proc[i] = null;
   proc[3] = simpl(new2(EXPSEQ, ini("remember")));
   proc[5] = InertProc;
-  controlWord(proc) |= simplifiedBit;
+  setSimplified(proc);
   return proc;
 }
 

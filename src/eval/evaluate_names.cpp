@@ -94,7 +94,7 @@ DAG bindLexicals(DAG x, DAG original) {
   if (bound == table) return x;
   x[8] = simpl(bound);
   // A bound closure keeps the final form of the procedure it was copied from.
-  if (isSimplified(original)) controlWord(x) |= simplifiedBit;
+  if (isSimplified(original)) setSimplified(x);
   return x;
 }
 

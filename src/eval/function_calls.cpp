@@ -331,13 +331,29 @@ std::int32_t framePrintLevel(DAG procedure) {
 
 namespace {
 
-// What one call keeps over the jumps that can arrive in it.
+// What one call keeps over the jumps that can arrive in it. The constructor writes each field of the frame
+// once: to clear the record before it is filled would be a tenth of a short call (bench/programs/fibonacci.krl).
 struct CallState {
-  EnvironmentBlock block = {};
+  EnvironmentBlock block;
   Frame frame;
-  EnvironmentBlock* previous = nullptr;
-  DAG proc, name;
-  bool traced = false;
+  EnvironmentBlock* previous;
+  bool traced;
+
+  [[gnu::always_inline]] CallState(DAG proc, DAG name, DAG arguments, std::int32_t printLevel)
+      : frame{
+            .previousFrame = Environment->frame,
+            .printLevel = printLevel,
+            .locals = proc[2] == null ? null : freshLocals(proc[2], null),
+            .args = arguments,
+            .procName = name,
+            .proc = proc,
+            .currentStatement = proc[5],
+            .ditto1 = null,
+            .ditto2 = null,
+            .ditto3 = null,
+            .inCondition = ini("false"),
+            .envVars = Environment->frame->envVars,
+        } {}
 };
 
 void leaveFrame(CallState& call, bool keepEnvironment) {
@@ -348,7 +364,7 @@ void leaveFrame(CallState& call, bool keepEnvironment) {
 
 DAG runGoto(CallState& call) {
   DAG label = funret[2][1];
-  DAG value = evalgoto(call.proc[5], label);
+  DAG value = evalgoto(call.frame.proc[5], label);
   if (!value) KernelException("goto to an undefined or unreachable label");
   return value;
 }
@@ -365,9 +381,9 @@ DAG runBody(CallState& call) {
   int code = ::_setjmp(buffer);
   if (code == 0) {
     if (call.traced) [[unlikely]]
-      sendDebug(debugEnter, call.name, call.frame.args = simpl(call.frame.args));
+      sendDebug(debugEnter, call.frame.procName, call.frame.args = simpl(call.frame.args));
     evaluationLevel += 19;
-    return evalstat(call.proc[5], 1);
+    return evalstat(call.frame.proc[5], 1);
   }
   Environment = &call.block;
   switch (code) {
@@ -382,7 +398,7 @@ DAG runBody(CallState& call) {
       if (!innermost) releaseLocals(call.frame.locals);
       DAG caller = callerName(call.frame);
       leaveFrame(call, innermost);
-      if (call.traced) sendDebug(debugErrorExit, call.name, ini("lasterror")[1], caller);
+      if (call.traced) sendDebug(debugErrorExit, call.frame.procName, ini("lasterror")[1], caller);
       jumpOut(jumpError);
     }
     default:
@@ -401,28 +417,10 @@ inline DAG runInFrame(CallState& call) {
   return result;
 }
 
-[[gnu::always_inline]] inline Frame frameOf(DAG proc, DAG name, DAG arguments, std::int32_t printLevel) {
-  Frame& caller = *Environment->frame;
-  return {
-      .previousFrame = &caller,
-      .printLevel = printLevel,
-      .locals = proc[2] == null ? null : freshLocals(proc[2], null),
-      .args = arguments,
-      .procName = name,
-      .proc = proc,
-      .currentStatement = proc[5],
-      .ditto1 = null,
-      .ditto2 = null,
-      .ditto3 = null,
-      .inCondition = ini("false"),
-      .envVars = caller.envVars,
-  };
-}
-
 [[gnu::always_inline]] inline DAG finishCall(CallState& call, DAG result) {
   leaveFrame(call, false);
   if (call.traced) [[unlikely]]
-    sendDebug(debugExit, call.name, result, callerName(call.frame));
+    sendDebug(debugExit, call.frame.procName, result, callerName(call.frame));
   updategen(result);
   return result;
 }
@@ -432,8 +430,7 @@ DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
   DAG proc = callee.procedure;
   if (lengthOf(proc[1]) > 1) checkParameters(proc, arguments, callee.name);
   if (proc[5] == InertProc) return simpl(new3(FUNCTION, callee.name, arguments));
-  CallState call = {
-      .frame = frameOf(proc, callee.name, arguments, framePrintLevel(proc)), .proc = proc, .name = callee.name};
+  CallState call(proc, callee.name, arguments, framePrintLevel(proc));
   DAG result = runInFrame(call);
   if (!isExternalWrapper(proc) && hasOption(proc, ini("remember"))) pcinsert(proc, key, result = simpl(result), -1);
   return finishCall(call, result);
@@ -453,8 +450,7 @@ DAG runPlain(const Callee& callee, DAG a) {
   }
   if (proc[5] == InertProc) [[unlikely]] return runProcedure(callee, simpl(arguments), null);
   if (typed) checkParameters(proc, arguments, callee.name);
-  CallState call = {
-      .frame = frameOf(proc, callee.name, arguments, globalPrintLevel()), .proc = proc, .name = callee.name};
+  CallState call(proc, callee.name, arguments, globalPrintLevel());
   DAG result = runInFrame(call);
   // Who has asked for the arguments as a whole has simplified them.
   releaseLoose(loose);

@@ -200,7 +200,7 @@ DAG EvaluateModuleDefinition(DAG definition, DAG name) {
   DAG exportPart = simpl(e > 0 ? copysub(instances, n, e) : null);
   DAG shell = CopyAlg(definition);
   shell[5] = null;
-  controlWord(shell) |= simplifiedBit;
+  setSimplified(shell);
   run.module = simpl(new4(MODULE, exportPart, shell, localPart));
   frame.locals = instances;
   frame.args = simpl(new2(EXPSEQ, run.module));

@@ -60,7 +60,7 @@ bool enterAtSearchEnd(Word key, DAG s) {
 }
 
 DAG enterUnique(Word key, DAG s) {
-  controlWord(s) |= simplifiedBit;
+  setSimplified(s);
   if (!enterAtSearchEnd(key, s)) hashinsert(key, s, simpltab);
   if (isCrowded(simpltab, ++simpltabCount, uniquePairsPerBucket)) [[unlikely]]
     simpltab = widenedhashtab(simpltab, 4 * (lengthOf(simpltab) - 1));

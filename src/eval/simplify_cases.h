@@ -37,7 +37,7 @@ inline bool isSettled(DAG x) {
 void simplifyFields(DAG s, Word from = 1);
 /// Sets the simplified bit without an entry in the table: the object is never shared.
 inline DAG markSimplified(DAG s) {
-  controlWord(s) |= simplifiedBit;
+  setSimplified(s);
   return s;
 }
 

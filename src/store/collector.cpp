@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "eval/builtins.h"
 #include "eval/simplify.h"
@@ -79,12 +80,29 @@ void checkAfterStress() {
   if (stressLevel() >= 2) VerifyAll();
 }
 
-void collect() {
-  currentMark ^= previousMark;
-  previousMark ^= currentMark;
-  currentMark ^= previousMark;
+// ---- short and full collections
+
+std::int64_t keptByFull = 0;   // words in use after the latest full collection
+int shortSinceFull = 0;        // collections since
+
+std::int64_t wordsInUse() { return totalmem - totalfree; }
+
+// A full collection costs as much as what lives, which the short ones before it have grown to twice as much
+// at most; and what dies among tenured objects is found after a while however little it is.
+bool isShortEnough() {
+  constexpr int mostShort = 15;
+  return shortSinceFull < mostShort && wordsInUse() <= 2 * keptByFull;
+}
+
+void swapMarks() {
+  std::swap(currentMark, previousMark);
   genc[currentMark] = 1;
   genc[previousMark] = 0;
+}
+
+void collect(bool isShort) {
+  shortCollection = isShort;
+  if (!isShort) swapMarks();
   static GenerationPlan plan;
   planGenerations(plan);
 
@@ -102,6 +120,24 @@ void collect() {
 
   sweep(plan.newNumber);
   renumberGenerations(plan);
+  shortSinceFull = isShort ? shortSinceFull + 1 : 0;
+  if (!isShort) keptByFull = wordsInUse();
+}
+
+void runCollection(bool isShort) {
+  if (InExternalCall || collecting) return;
+  collecting = true;
+  runBeginHooks();
+  forgetAppendSlack();
+  if (isObject(puttab)) clearhash(puttab, false);
+  collect(isShort);
+  nextgcgen = cused + incrgen;
+  nextgc = cused + incrgc;
+  reportCollection(true);
+  runEndHooks();
+  wrapCounters();
+  collecting = false;
+  if (collectAlways) checkAfterStress();
 }
 
 // ---- floats in external calls
@@ -184,21 +220,8 @@ void sweepFloats() {
 
 bool collectAlways = stressLevel() != 0;
 
-void gc() {
-  if (InExternalCall || collecting) return;
-  collecting = true;
-  runBeginHooks();
-  forgetAppendSlack();
-  if (isObject(puttab)) clearhash(puttab, false);
-  collect();
-  nextgcgen = cused + incrgen;
-  nextgc = cused + incrgc;
-  reportCollection(true);
-  runEndHooks();
-  wrapCounters();
-  collecting = false;
-  if (collectAlways) checkAfterStress();
-}
+void gc() { runCollection(false); }
+void collectInTurn() { runCollection(isShortEnough()); }
 
 DAG gc(const BuiltinCall& call) {
   if (argumentCount(call) != 0) wrongParameters(call);

@@ -8,6 +8,11 @@
 // roots themselves, so that whatever a running statement holds in local variables is safe. A survivor
 // carries one of two mark labels, which swap at each collection, and must be reached again next time.
 //
+// Most collections are short: what an earlier one has reached is tenured and taken as alive, and is looked at
+// only where it may have been written since (Ungar's generation scavenging, with a flag for the old space
+// and the unchanging tags in place of remembered stores). A full one, which takes tenured objects as well,
+// comes when their garbage may be as much as what lives, or has been left for long, and by a call of `gc`.
+//
 // A collection runs at the end of a statement, or by a call of `gc`, and allocates nothing. The tables
 // of names, strings and simplified objects are weak; so are the remember tables of procedures with the
 // option `system` or `builtin`. What else is alive is told by the roots that each subsystem registers
@@ -44,6 +49,8 @@ inline void endOfStatement(std::int32_t level) {
 }
 /// One full collection. Nothing while an external routine or another collection is running.
 void gc();
+/// The same, or a short one when that will do.
+void collectInTurn();
 /// The collection inside external calls: frees integers and floats that nobody holds, and only those.
 void GarbageCollectSoftwareFloats();
 

@@ -89,7 +89,7 @@ void settleGenerations(std::int32_t level) {
   releaseGenerations(level);
   if (cused > nextgcgen || collectAlways) openGeneration();
   if (cused > nextgc || collectAlways) {
-    gc();
+    collectInTurn();
     nextgcgen = cused + incrgen;
     nextgc = cused + incrgc;
   }

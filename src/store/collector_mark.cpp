@@ -13,6 +13,7 @@ namespace korel {
 
 Word currentMark = firstMarkLabel;
 Word previousMark = firstMarkLabel + 1;
+bool shortCollection = false;
 TagCensus census[tagCount + 1];
 
 namespace {
@@ -40,15 +41,30 @@ void count(DAG s) {
   row.words += lengthOf(s) + 1;
 }
 
-void reach(DAG x) {
-  if (!isObject(x) || genc[generationOf(x)] != 0) return;
-  setLabel(x, currentMark);
+inline void enlist(DAG x) {
   if (tagOf(x) <= INTPOS) {  // integers refer to nothing
     count(x);
     return;
   }
   if (waitingCount == waitingCapacity) growWaiting();
   waiting[waitingCount++] = x.word;
+}
+
+void reach(DAG x) {
+  if (!isObject(x) || genc[generationOf(x)] != 0) return;
+  if (shortCollection && (controlWord(x) & tenuredBit) != 0) return;
+  setLabel(x, currentMark);
+  controlWord(x) |= tenuredBit;
+  enlist(x);
+}
+
+// What a frozen object refers to will not be looked at again through it, and must be tenured for that.
+void reachFromFrozen(DAG x) {
+  if (!isObject(x)) return;
+  if (genc[generationOf(x)] == 0) return reach(x);
+  if ((controlWord(x) & tenuredBit) != 0) return;
+  controlWord(x) |= tenuredBit;
+  enlist(x);
 }
 
 // Long tables are full of numbers and free places, which are passed over by the block
@@ -60,14 +76,10 @@ bool holdsNoReference(const DAG* words) {
   return references == 0;
 }
 
-void reachReferencesOf(DAG s) {
-  count(s);
-  if (hasTag(s, RTABLE)) {
-    walkRtable(s, reach);
-    return;
-  }
+template <class Reach>
+inline void reachFields(DAG s, Reach reachField) {
   ReferenceFields fields = referenceFields(s);
-  if (fields.extra != 0) reach(s[fields.extra]);
+  if (fields.extra != 0) reachField(s[fields.extra]);
   // What a long object refers to lies all over the heap: control words are under way some steps before
   // they are asked for.
   constexpr Word ahead = 8;
@@ -76,8 +88,18 @@ void reachReferencesOf(DAG s) {
       while (i + block <= fields.end && holdsNoReference(&s[i])) i += block;
     if (i >= fields.end) break;
     if (i + ahead < fields.end && isObject(s[i + ahead])) __builtin_prefetch(&s[i + ahead][-1]);
-    if (isObject(s[i])) reach(s[i]);
+    if (isObject(s[i])) reachField(s[i]);
   }
+}
+
+void reachReferencesOf(DAG s) {
+  count(s);
+  if (isFrozen(s))
+    reachFields(s, reachFromFrozen);
+  else if (hasTag(s, RTABLE))
+    walkRtable(s, reach);
+  else
+    reachFields(s, reach);
 }
 
 void work() {

@@ -5,6 +5,7 @@
 #include "store/collector.h"
 #include "store/dag.h"
 #include "store/generations.h"
+#include "store/reference_fields.h"
 
 namespace korel {
 
@@ -13,9 +14,22 @@ namespace korel {
 extern Word currentMark;   // label of what this collection (the last one, between two) has reached
 extern Word previousMark;  // label of what only the one before has reached
 
-/// Not to be swept: its generation is not released, it was reached, or it is protected.
+/// Whether the present or latest collection is a short one (collector.h).
+extern bool shortCollection;
+
+/// Objects with one of these flags are alive whatever their label: protected ones, and in a short collection
+/// those that an earlier one has reached.
+inline Word keepingFlags() { return shortCollection ? protectedBit | tenuredBit : protectedBit; }
+/// Not to be swept: its generation is not released, it was reached, or a flag keeps it.
 inline bool isAlive(DAG s) {
-  return genc[generationOf(s)] != 0 || (controlWord(s) & protectedBit) != 0;
+  return genc[generationOf(s)] != 0 || (controlWord(s) & keepingFlags()) != 0;
+}
+/// Reached by a collection and unchanging since: all that it refers to is tenured as well, so that a short
+/// collection passes it by. Names, tables, procedures and modules change, and so may what is not simplified.
+inline bool isFrozen(DAG s) {
+  const Word flags = controlWord(s);
+  if ((flags & tenuredBit) == 0) return false;
+  return tagOf(s) <= INTPOS || ((flags & simplifiedBit) != 0 && isUnchanging(tagOf(s)));
 }
 inline void setLabel(DAG s, Word label) {
   constexpr Word flags = (Word{1} << generationShift) - 1;
@@ -31,7 +45,8 @@ struct TagCensus {
 /// What was marked of each tag, by its number; cleared by whoever wants a count.
 extern TagCensus census[tagCount + 1];
 
-/// Marks `x` and all it reaches, stopping at what is marked or of a generation not released.
+/// Marks `x` and all it reaches, stopping at what is marked or of a generation not released. What is marked is
+/// tenured; so is what a frozen object refers to, of whatever generation.
 void mark(DAG x);
 /// Marks all that `s` refers to, and leaves the label of `s`.
 void markReferencesOf(DAG s);
@@ -53,6 +68,8 @@ void rtableDies(DAG s);
 
 /// Lists the remember tables whose pairs may die, and keeps the marker out of them.
 void listRememberTables();
+/// Whether the HASHTAB `table` is one of those.
+bool isListedTable(DAG table);
 /// Marks the names that are assigned or bear attributes.
 void markNamesInUse();
 /// Makes the tables of names, strings and simplified objects look unmarked, so that the walk over
@@ -67,7 +84,8 @@ void sweepWeakTables();
 
 /// Empties the free lists: their blocks become dead GARBAGE objects, which the sweep comes upon.
 void dissolveFreeLists();
-/// Marks what objects of generations not released, and protected objects, refer to.
+/// Marks what objects of generations not released, and protected objects, refer to; in a short collection,
+/// also what tenured objects refer to that may have changed.
 void markFromOlderGenerations();
 /// Gives back what is dead and relabels what is alive: `newNumber` by old generation.
 void sweep(const std::int16_t* newNumber);

@@ -4,6 +4,8 @@
 
 #include "store/collector_phases.h"
 
+#include <utility>
+
 namespace korel {
 
 namespace {
@@ -21,21 +23,26 @@ void spoil(Word block, Word words) {
 // stays by itself: joined to others it would leave them a reference into the middle of something.
 void dissolveFreeLists() {
   ShowFreeLists();
-  for (Word& head : freelist) head = 0;
-  forEachHeapItem([](DAG s, Word at, Word) {
-    if (s && hasTag(s, GARBAGE)) wordAt(at) = 0;
-  });
+  for (Word& head : freelist)
+    for (Word block = std::exchange(head, 0); block != 0;) block = std::exchange(wordAt(block), 0);
 }
 
+// A short collection takes what is tenured as reached. What such an object refers to need be looked at only
+// when it may have been written since.
 void markFromOlderGenerations() {
   forEachHeapItem([](DAG s, Word, Word) {
-    if (!s) return;
+    if (!s || hasTag(s, GARBAGE)) return;
     Word label = generationOf(s);
-    if (genc[label] != 0) {
+    if (shortCollection) {
+      if (genc[label] != 0 || (controlWord(s) & tenuredBit) != 0) {
+        if (!isFrozen(s) && !(hasTag(s, HASHTAB) && isListedTable(s))) markReferencesOf(s);
+        return;
+      }
+    } else if (genc[label] != 0) {
       if (label < firstMarkLabel) markReferencesOf(s);
-    } else if (controlWord(s) & protectedBit) {
-      mark(s);
+      return;
     }
+    if (controlWord(s) & protectedBit) mark(s);
   });
 }
 
@@ -52,7 +59,10 @@ void sweep(const std::int16_t* newNumber) {
     } else if (isAlive(s)) {
       run.giveBack();
       Word label = generationOf(s);
-      if (label <= static_cast<Word>(gcgen)) setLabel(s, static_cast<Word>(newNumber[label]));
+      if (label > static_cast<Word>(gcgen)) return;
+      // Tenured, found again, and its new generation released: it is reached in the next full collection or not.
+      const bool onlyTenured = genc[label] == 0 && (controlWord(s) & protectedBit) == 0;
+      setLabel(s, onlyTenured ? currentMark : static_cast<Word>(newNumber[label]));
     } else {
       if (hasTag(s, RTABLE)) rtableDies(s);
       if (!hasTag(s, GARBAGE)) {

@@ -95,10 +95,14 @@ void sweepRememberTable(DAG table) {
   });
 }
 
+void makeUnreached(DAG s) {
+  setLabel(s, previousMark);
+  controlWord(s) &= ~tenuredBit;
+}
 void hide(DAG table) {
   if (!isObject(table)) return;
-  setLabel(table, previousMark);
-  forEachChain(table, [](DAG chain) { setLabel(chain, previousMark); });
+  makeUnreached(table);
+  forEachChain(table, makeUnreached);
 }
 
 // What is left of a weak table is alive on its own account and has been reached, so that only the words of
@@ -132,7 +136,17 @@ void listRememberTables() {
     }
     rememberTables[rememberTableCount++] = table;
     setLabel(table, currentMark);
+    // Chains of a generation not released keep their pairs, as all of its objects do.
+    forEachChain(table, [](DAG chain) {
+      if (genc[generationOf(chain)] == 0 || generationOf(chain) == currentMark) makeUnreached(chain);
+    });
   });
+}
+
+bool isListedTable(DAG table) {
+  for (int i = 0; i < rememberTableCount; ++i)
+    if (rememberTables[i] == table) return true;
+  return false;
 }
 
 void markNamesInUse() {

@@ -106,9 +106,13 @@ constexpr Word tableBit = 8;       // HASHTAB, HASH: keys are raw numbers
 constexpr Word deferredBit = 8;    // NAME, STRING: the library has not been asked yet
 constexpr Word hasBrnext = 8;      // FOR: the body holds a `break`, `next` or `goto`
 constexpr Word brnextKnown = 16;   // FOR: the body has been examined
+constexpr Word tenuredBit = 32;     // reached by a collection: short ones take it as alive (collector.h)
 constexpr int generationShift = 22;
 
 inline bool isSimplified(DAG s) { return isImmediate(s) || (controlWord(s) & simplifiedBit) != 0; }
+/// From now on `s` may be taken for unchanging. Its fields may have been written since a collection
+/// reached it, so that the next one looks at them.
+inline void setSimplified(DAG s) { controlWord(s) = (controlWord(s) | simplifiedBit) & ~tenuredBit; }
 inline Word generationOf(DAG s) { return controlWord(s) >> generationShift; }
 
 }  // namespace korel
