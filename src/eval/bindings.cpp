@@ -54,17 +54,17 @@ DAG plainName(DAG declaration) { return isTag(declaration, DCOLON) ? declaration
 // How many equations one entry of a binding list stands for.
 Word bindingCount(DAG entry, bool modules) {
   DAG module = isTag(entry, NAME) && modules ? entry[1] : entry;
-  return module && isTag(module, MODULE) ? lengthOf(module[1]) - 1 : 1;
+  if (!module || !isTag(module, MODULE)) return 1;
+  Word count = lengthOf(module[1]) - 1;
+  if (count != 0) return count;
+  if (isTag(entry, NAME)) KernelException("module `%1` has no exports", entry);
+  KernelException("module has no exports");
 }
 
 void expandEntry(DAG entry, bool modules, DAG out, Word& at) {
   DAG module = isTag(entry, NAME) && modules ? entry[1] : entry;
   if (module && isTag(module, MODULE)) {
     DAG exports = module[1];
-    if (lengthOf(exports) == 1) {
-      if (isTag(entry, NAME)) KernelException("module `%1` has no exports", entry);
-      KernelException("module has no exports");
-    }
     for (Word i = 1; i < lengthOf(exports); ++i)
       out[at++] = memberEquation(module, plainName(exports[i]));
   } else if (isTag(entry, NAME)) {
@@ -177,6 +177,23 @@ DAG simplUse(DAG s) {
   useSimplStack = record.link;
   PopErrorProc();
   return result;
+}
+
+DAG simplBindingArguments(DAG call) {
+  DAG arguments = call[2];
+  if (!hasUserBindings() || !isTag(arguments, EXPSEQ)) return arguments;
+  if (call[1] == ini("unbind")) return SimplifyMaybeBind(arguments, false);
+  DAG result = CopyAlg(arguments);
+  for (Word i = 1; i < lengthOf(result); ++i) {
+    if (!isTag(result[i], EQUATION) || !isTag(result[i][1], NAME)) {
+      result[i] = simpl(result[i]);
+      continue;
+    }
+    DAG equation = CopyAlg(result[i]);
+    equation[2] = simpl(equation[2]);
+    result[i] = equation;
+  }
+  return SimplifyMaybeBind(result, false);
 }
 
 DAG AppendToWithBindings(DAG list) {

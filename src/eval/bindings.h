@@ -30,6 +30,9 @@ DAG callBinding(DAG function, DAG a, DAG b);
 
 /// Turns the binding list of a `use` into an EXPSEQ of equations. Errors as documented in the source.
 DAG expandBindings(DAG list);
+/// Simplified arguments of the raw call of `bind` or `unbind`: the names that are to be bound, or no longer,
+/// stand for themselves.
+DAG simplBindingArguments(DAG call);
 /// The built-ins `bind` and `unbind`: the current list as equations.
 DAG AppendToWithBindings(DAG list);
 DAG RemoveFromWithBindings(DAG names);

@@ -246,7 +246,7 @@ constexpr Word fewFactors = 4;
 }
 
 [[gnu::noinline]] DAG evalMember(DAG x, DAG* lastName) {
-  DAG member = TypedName(x);
+  DAG member = evalname(x);
   return isTag(member, NAME) ? eval(member, lastName) : member;
 }
 

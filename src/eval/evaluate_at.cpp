@@ -31,6 +31,8 @@ DAG walkFields(DAG equations, DAG x, Word from, Word step, Word end) {
   for (Word i = from; i < end; i += step) {
     DAG value = walk(equations, x[i]);
     if (value == x[i]) continue;
+    // A sequence has its place: what comes for the empty one becomes its member.
+    if (isTag(x[i], EXPSEQ) && !isTag(value, EXPSEQ)) value = simpl(new2(EXPSEQ, value));
     if (result == x) result = CopyAlg(x);
     result[i] = value;
   }
@@ -57,22 +59,35 @@ DAG walkSum(DAG equations, DAG x) {
   return result == x ? x : simpl(result);
 }
 
-// Factors whose value is a number fold at once.
+// Bases and exponents. An exponent that became symbolic leaves its place.
 DAG walkProduct(DAG equations, DAG x) {
-  DAG result = walkFields(equations, x, 1, 2, lengthOf(x));
-  return result == x ? x : simpl(result);
+  DAG result = walkFields(equations, x, 1, 1, lengthOf(x));
+  if (result == x) return x;
+  for (Word i = 2, n = lengthOf(result); i < n; i += 2) {
+    if (isNumeric(result[i])) continue;
+    result[i - 1] = new3(POWER, result[i - 1], result[i]);
+    result[i] = cons1;
+  }
+  return simpl(result);
 }
 
+struct EntryWalk {
+  DAG equations, fresh;
+};
+
+// Keys that become one leave one entry. The walk is over a copy: what is evaluated may store.
 DAG walkTable(DAG equations, DAG x) {
-  DAG entries = copyhashtab(x[3]);
-  DAG fresh = newhashtab(lengthOf(entries) - 1);
-  for (Word b = 1; b < lengthOf(entries); ++b) {
-    DAG chain = entries[b];
-    if (!chain) continue;
-    for (Word i = 1; i < lengthOf(chain) && chain[i]; i += 2)
-      hashinsert(walk(equations, chain[i]).word, walk(equations, chain[i + 1]), fresh);
-  }
-  return simpl(new4(TABLE, x[1], x[2], fresh));
+  EntryWalk w{equations, newhashtab(lengthOf(x[3]) - 1)};
+  hashforeach(
+      copyhashtab(x[3]),
+      [](void* arg, PairAddress pair) {
+        auto& walked = *static_cast<EntryWalk*>(arg);
+        DAG key = simpl(walk(walked.equations, pairKey(pair)));
+        hashunique(key.word, simpl(walk(walked.equations, pairValue(pair))), walked.fresh);
+        return true;
+      },
+      &w);
+  return simpl(new4(TABLE, x[1], x[2], w.fresh));
 }
 
 DAG walk(DAG equations, DAG x) {

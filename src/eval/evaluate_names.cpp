@@ -98,6 +98,44 @@ DAG bindLexicals(DAG x, DAG original) {
   return x;
 }
 
+// A type with the values that the frame's variables have in it; it is no expression to be evaluated.
+DAG bindType(DAG x) {
+  if (isImmediate(x) || hasTag(x, NAME)) return x;
+  if (hasTag(x, LOCAL) || hasTag(x, PARAM) || hasTag(x, LEXICAL)) return simpl(eval(x));
+  switch (tagOf(x)) {
+    case TABLEREF: case DCOLON: case POWER: case PROD: case FUNCTION: case EQUATION: case INEQUAT: case LESSEQ:
+    case LESSTHAN: case AND: case NOT: case OR: case EXPSEQ: case LIST: case RANGE: case SET: break;
+    default: return evparloc(x);
+  }
+  checkStack();
+  DAG result = x;
+  for (Word i = 1, n = lengthOf(x); i < n; ++i) {
+    DAG value = bindType(x[i]);
+    if (value == x[i]) continue;
+    if (result == x) result = CopyAlg(x);
+    result[i] = value;
+  }
+  return result;
+}
+
+// Types of parameters, where they aren't mere names, are told in terms of the frame that makes the closure.
+DAG bindParameterTypes(DAG x, DAG original) {
+  DAG declarations = original[1];
+  for (Word i = 1, n = lengthOf(declarations); i < n; ++i) {
+    DAG declaration = declarations[i];
+    if (!isTag(declaration, DCOLON) || isImmediate(declaration[2]) || hasTag(declaration[2], NAME)) continue;
+    DAG type = bindType(declaration[2]);
+    if (type == declaration[2]) continue;
+    if (x == original) x = CopyAlg(x);
+    if (x[1] == declarations) x[1] = CopyAlg(declarations);
+    x[1][i] = simpl(new3(DCOLON, declaration[1], simpl(type)));
+  }
+  if (x == original) return x;
+  x[1] = simpl(x[1]);
+  if (isSimplified(original)) controlWord(x) |= simplifiedBit;
+  return x;
+}
+
 }  // namespace
 
 DAG evparloc(DAG x) {
@@ -130,7 +168,7 @@ DAG evparloc(DAG x) {
     case LOCAL: return declaredName(localEntry(x));
     case PARAM: return parameterValue(position(x));
     case LEXICAL: return declaredName(lexicalEntry(x));
-    case PROC: return bindLexicals(x, x);
+    case PROC: return bindParameterTypes(bindLexicals(x, x), x);
     case MODDEF: {
       DAG name = evparloc(x[9]);
       DAG copy = x;

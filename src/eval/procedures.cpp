@@ -13,6 +13,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "structure/constant_expressions.h"
 
 namespace korel {
 
@@ -31,20 +32,21 @@ struct DeclarationKind {
   const char* environment;  // for an environment variable
   const char* repeated;
   const char* expected;     // for what is no name
-  const char* imaginary;    // warning for the name I, or null
+  const char* imaginary;    // warning for the name I
+  bool repeatedFirst;       // a repetition is told before a clash with another kind
 };
 constexpr DeclarationKind parameterKind = {
     "a parameter", "cannot use environment variable `%1` as a parameter",
     "parameter `%1` is declared more than once", "symbol or symbol::type expected in parameter list",
-    "imaginary unit `%1` used as a parameter name"};
+    "imaginary unit `%1` used as a parameter name", false};
 constexpr DeclarationKind localKind = {
     "a local", "cannot use environment variable `%1` as a local variable",
     "local `%1` is declared more than once", "symbol or symbol::type expected in local list",
-    "imaginary unit `%1` used as a local variable"};
+    "imaginary unit `%1` used as a local variable", true};
 constexpr DeclarationKind exportKind = {
     "an export", "cannot use environment variable `%1` as an exported variable",
     "export `%1` is declared more than once", "symbol or symbol::type expected in export list",
-    "imaginary unit `%1` used as a module member"};
+    "imaginary unit `%1` used as a module member", false};
 
 bool isReservedName(DAG name) {
   const StandardName reserved[] = {"%", "%%", "%%%", "args", "nargs", "procname", "thismodule"};
@@ -81,9 +83,9 @@ void checkDeclarations(DAG declarations, const DeclarationKind& kind, const Clas
     DAG name = declaredName(declaration);
     if (isReservedName(name))
       KernelException("%1 cannot be declared as %2", name, strinstall(kind.reserved));
+    if (kind.repeatedFirst && occurrences(declarations, name) > 1) KernelException(kind.repeated, name);
     for (const Clash& clash : clashes)
-      if (clash.message != nullptr && isDeclared(clash.declarations, name))
-        KernelException(clash.message, name);
+      if (isDeclared(clash.declarations, name)) KernelException(clash.message, name);
     if (occurrences(declarations, name) > 1) KernelException(kind.repeated, name);
     if (bindingsEnabled && std::strcmp(textOf(name), "I") == 0) KernelWarning(2, kind.imaginary, name);
     if (isEnvironmentName(name)) KernelException(kind.environment, name);
@@ -244,24 +246,32 @@ void checkInline(DAG proc) {
     KernelWarning(2, "options remember and system are ineffective for inline procedures");
 }
 
-// A typed parameter list, or any one name that isn't a parameter: an operator without arrow takes the
-// indeterminates of its body as its parameters.
-void collectNames(DAG x, DAG& names) {
+// Names that stand for one value, declared ones included, are nothing that an operator can be given.
+bool isIndeterminate(DAG name, DAG proc) {
+  return !isEnvironmentName(name) && !isConstantName(name) && !isInfinite(name) && !isUndefined(name) &&
+         name != ini("true") && name != ini("false") && name != ini("FAIL") &&
+         !isDeclared(isTag(proc[2], LIST) ? proc[2][1] : proc[2], name) && !isDeclared(proc[7], name);
+}
+
+// An operator without arrow and parameters takes the names among the indeterminates of its body as its
+// parameters, in the order in which they appear.
+void collectNames(DAG x, DAG proc, DAG& names) {
   if (!x || isImmediate(x)) return;
   switch (tagOf(x)) {
     case NAME: {
-      if (hasMember(names, x) || isEnvironmentName(x)) return;
+      if (hasMember(names, x) || !isIndeterminate(x, proc)) return;
       DAG grown = newl2(lengthOf(names) + 1, EXPSEQ);
       for (Word i = 1; i < lengthOf(names); ++i) grown[i] = names[i];
       grown[lengthOf(names)] = x;
       names = grown;
       return;
     }
-    case SUM: case PROD: case POWER: case EXPSEQ: case LIST: case SET:
+    case SUM: case PROD: case POWER: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
+    case AND: case NOT: case OR: case EXPSEQ: case LIST: case RANGE: case SET:
       checkStack();
-      for (Word i = 1; i < lengthOf(x); ++i) collectNames(x[i], names);
+      for (Word i = 1; i < lengthOf(x); ++i) collectNames(x[i], proc, names);
       return;
-    case FUNCTION: return collectNames(x[2], names);
+    case FUNCTION: return collectNames(x[2], proc, names);
     default: return;
   }
 }
@@ -274,7 +284,7 @@ DAG simplProcedure(DAG s) {
   DAG name = takeNameForMessages();
   if (lengthOf(s[1]) == 1 && hasOption(s, ini("operator")) && !hasOption(s, ini("arrow"))) {
     DAG names = newl2(1, EXPSEQ);
-    collectNames(s[5], names);
+    collectNames(s[5], s, names);
     s[1] = names;
   }
   simplifyDeclarations(s);

@@ -99,9 +99,18 @@ void ScopeVariables(DAG x, DAG proc) {
   Word n = lengthOf(x);
   switch (tagOf(x)) {
     case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case COMPLEX: case STRING:
-    case LOCAL: case PARAM: case LEXICAL: case PROC: case TABLE: case RTABLE: case MODDEF:
+    case LOCAL: case PARAM: case LEXICAL: case TABLE: case RTABLE: case MODDEF:
     case MODULE: case HASH: case HASHTAB:
       return;
+    case PROC: {
+      // The names of an inner procedure are settled when it is simplified itself, but for the types of
+      // its parameters, which belong to this scope.
+      if (isSimplified(x)) return;
+      DAG parameters = x[1];
+      for (Word i = 1; i < lengthOf(parameters); ++i)
+        if (isTag(parameters[i], DCOLON)) ScopeVariables(parameters[i][2], proc);
+      return;
+    }
     case NAME: {
       if (hasMember(proc[7], x) || isEnvironmentName(x)) return;
       if (lookupDeclaredName(x, proc) != x || isReserved(x)) return;

@@ -252,6 +252,7 @@ DAG expandInline(DAG s, DAG procedure) {
 
 DAG simplFunction(DAG s) {
   if (s[1] == ini("traperror")) s[2] = simplifyUnderTrap(s[2]);
+  if (bindingsEnabled && (s[1] == ini("bind") || s[1] == ini("unbind"))) s[2] = simplBindingArguments(s);
   simplifyFields(s);
   DAG head = s[1];
   if (isObject(s[2]) && !hasTag(s[2], EXPSEQ)) s[2] = simpl(new2(EXPSEQ, s[2]));

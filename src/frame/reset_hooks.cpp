@@ -5,6 +5,8 @@
 #include "eval/simplify.h"
 #include "frame/help_path.h"
 #include "structure/has.h"
+#include "structure/substitute.h"
+#include "structure/types.h"
 
 namespace korel {
 
@@ -19,6 +21,8 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeEvaluator},
     {HookMoment::everyStatement, ResetSimplifier},
     {HookMoment::everyStatement, ResetHas},
+    {HookMoment::everyStatement, ResetHastype},
+    {HookMoment::everyStatement, ResetSubstitution},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::startFiles, ResetSimplifier},
     {HookMoment::startFiles, InitializeHelp},

@@ -87,21 +87,30 @@ struct Search {
   ObjectSet* met;
 };
 
-// Kept for the next search. Those that run inside of another have a set of their own.
-ObjectSet* spare = nullptr;
+// Kept for the next search. Those that run inside of another have a set of their own. An exhausted stack
+// runs no error procedures: what it leaves in use is given back before the next statement.
+struct MetSet {
+  ObjectSet objects;
+  MetSet* outer;
+};
+MetSet* spare = nullptr;
+MetSet* inUse = nullptr;
 
-ObjectSet* takeSet() {
-  ObjectSet* set = spare != nullptr ? spare : new (std::nothrow) ObjectSet;
+MetSet* takeSet() {
+  MetSet* set = spare != nullptr ? spare : new (std::nothrow) MetSet;
   if (set == nullptr) notimpl("ran out of memory");
   spare = nullptr;
+  set->outer = inUse;
+  inUse = set;
   return set;
 }
-void giveBack(ObjectSet* set) {
-  set->clear();
+void giveBack(MetSet* set) {
+  inUse = set->outer;
+  set->objects.clear();
   if (spare == nullptr) {
     spare = set;
   } else {
-    set->release();
+    set->objects.release();
     delete set;
   }
 }
@@ -168,15 +177,20 @@ bool found(const Search& search, DAG e) {
 
 }  // namespace
 
+void ResetHastype() {
+  while (inUse != nullptr) giveBack(inUse);
+}
+
 bool hastype(DAG e, DAG t) {
   if (e == null) return false;
   bool named = isTag(t, NAME);
   if (TagSet tags = named ? tagsOfType(t) : 0) return hasTagAmong(e, tags);
-  Search search{t, named ? builtinType(t) : nullptr, asksForProducts(t), takeSet()};
-  PushParamErrorProc([](const char*) { giveBack(reinterpret_cast<ObjectSet*>(errorProcParam)); }, search.met);
+  MetSet* met = takeSet();
+  Search search{t, named ? builtinType(t) : nullptr, asksForProducts(t), &met->objects};
+  PushParamErrorProc([](const char*) { giveBack(reinterpret_cast<MetSet*>(errorProcParam)); }, met);
   bool result = found(search, e);
   PopErrorProc();
-  giveBack(search.met);
+  giveBack(met);
   return result;
 }
 

@@ -26,13 +26,16 @@ bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 // ---- one substitution
 
 // What a substitution remembers. One is kept for the next substitution; those that run inside of another,
-// when simplification calls a procedure, have one each.
+// when simplification calls a procedure, have one each. An exhausted stack runs no error procedures: what
+// it leaves in use is given back before the next statement.
 struct Memory {
   WordMap lefts;        // left side to the number of its equation
   WordMap known;        // simplified composite object to its result
   ObjectSet unchanged;  // those that are their own results
+  Memory* outer;        // of the substitution around this one
 };
 Memory* spare = nullptr;
+Memory* inUse = nullptr;
 
 // Plain data: an error may pass over it, and the error procedure gives the memory back.
 struct Substitution {
@@ -53,9 +56,12 @@ Memory* takeMemory() {
   Memory* memory = spare != nullptr ? spare : new (std::nothrow) Memory;
   if (memory == nullptr) notimpl("ran out of memory");
   spare = nullptr;
+  memory->outer = inUse;
+  inUse = memory;
   return memory;
 }
 void giveBack(Memory* memory) {
+  inUse = memory->outer;
   if (spare == nullptr) {
     memory->lefts.clear();
     memory->known.clear();
@@ -328,6 +334,10 @@ bool isSameDeclaration(DAG before, DAG after) {
       return true;
     default: return false;
   }
+}
+
+void ResetSubstitution() {
+  while (inUse != nullptr) giveBack(inUse);
 }
 
 DAG substituteInCopy(DAG equations, DAG x) { return x ? substitute(equations, x, false) : x; }

@@ -232,13 +232,24 @@ void printModuleDefinition(DAG x, int, int) {
   leaveDefinition(enclosing);
 }
 
+// A member can hold its own module, or one further out: that one is known there as `thismodule`, the others
+// print without the values that are under way already.
 void printModule(DAG x, int, int) {
+  if (mProcPrint == x[2]) return printObject(ini("thismodule"), 0);
+  bool underWay = false;
+  for (const PrintedModule* outer = printedModules; outer != nullptr; outer = outer->link)
+    underWay |= outer->definition == x[2];
+  PrintedModule module{x[2], printedModules};
+  printedModules = &module;
   EnclosingDefinition enclosing = enterDefinition(x[2]);
   printModuleHead(x[2]);
-  printVariableValues(sequenceOf(x[3]));
-  printVariableValues(sequenceOf(x[1]));
+  if (!underWay) {
+    printVariableValues(sequenceOf(x[3]));
+    printVariableValues(sequenceOf(x[1]));
+  }
   EmitToken("end module");
   leaveDefinition(enclosing);
+  printedModules = module.link;
 }
 
 }  // namespace korel

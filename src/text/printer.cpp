@@ -22,6 +22,7 @@ bool printAddresses = false;
 bool printRtableRefs = false;
 DAG mProcPrint;
 int printProcDepth = 0;
+const PrintedModule* printedModules = nullptr;
 DAG printAssignTarget;
 
 namespace {
@@ -126,6 +127,7 @@ void setPrintingState(int flags) {
   printRtableRefs = (flags & printRtableNumbers) != 0;
   printDepth = printAtomic = printProcDepth = 0;
   mProcPrint = printAssignTarget = DAG();
+  printedModules = nullptr;
 }
 
 // One printing; a null separator prints `object` as it is.

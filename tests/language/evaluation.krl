@@ -12,6 +12,13 @@ eval(x^2 + y, x = 3), eval(x^2 + y, {x = 1, y = 2}), eval(x^2, [x = z]);
 eval([x, f(x), x = y], x = 2);
 eval(x[x], x = 1), eval('x', x = x);
 eval(sin(x) + g2(x, 1), x = 0);
+# Exponents are walked as well, coefficients aren't; what comes for an empty sequence stands in its place.
+eval(x^2*y^3 + 3*x, {2 = n, 3 = 4});
+eval([a[], g2()], (NULL = 2));
+# Every entry of a table is walked, also those of its long chains; keys that become equal leave one entry.
+big := proc(n) local t, i; t := table(); for i to n do t[i] := x end do; t end proc(20000):
+big := eval(eval(big), x = y): nops([indices(big)]), {entries(big)};
+nops([indices(eval(table([x = 1, y = 1]), x = y))]); big := 'big':
 eval(x, {1});
 evaln(a), evaln(t[1 + 1]), evaln(a || 1);
 evaln(1 + 2);

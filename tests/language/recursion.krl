@@ -14,3 +14,9 @@ tables := proc(n) local t, s, i; t := 0; for i to n do s := table([t]); t := s o
 shown := proc(n) local l, i; l := [x]; for i to n do l := [l] od; print(l) end proc: shown(100000); 4;
 told := proc(n) local l, i; l := [x]; for i to n do l := [l] od; error "too deep", l end proc: [traperror(told(100000))][1]; 5;
 deep(100000): 6;
+# What a substitution and a search remember is given back when the stack ends them.
+deep := proc(n) local a; a := x; to n do a := [a] end do; subs(x = y, a) end proc:
+deep(300000):
+deep := proc(n) local a; a := x; to n do a := [a] end do; hastype(a, identical(y)) end proc:
+deep(300000):
+subs(x = y, [x]), hastype([x], identical(x));

@@ -1,0 +1,44 @@
+# Global bindings: names that are bound to be replaced are themselves where they are bound anew or unbound.
+bind(q = r): q;
+bind(q = s): q;
+bind();
+unbind(q): q, bind();
+bind(q = 5, w = x + 1): q, w;
+unbind(w, q); w, q;
+unbind('nosuch');
+bind(k1 = k2): bind(k2 = 7): k1;
+unbind(k1, k2): k1, k2;
+# A procedure binds for the statements behind its call.
+b := proc() bind(u1 = 3) end proc:
+b(), u1;
+u1; unbind(u1): u1;
+# All members of a module, and one of them.
+m := module() export a, `+`; a := 10; `+` := proc(x, y) [x, y] end proc end module:
+bind(m): a, 1 + x;
+a;
+unbind(a, `+`): a, x + y;
+use m:-a in a, x + y end use;
+# A use reaches as far as its statements, inner ones come first, declarations hide it.
+use a = b, c = d in a + c; use a = e in a + c end use; a end use;
+use a = b in proc(a) a end proc, proc(c) local d; d := a; c + d end proc end use;
+f := proc(x) use y = x in y^2 end use end proc: f(3);
+# What is no list of bindings, outside and inside of a trap. What was bound before stays.
+bind(q = r):
+bind(3);
+bind(3 = 4);
+bind(nosuch);
+bind(no_modules);
+bind(m, no_modules);
+e1 := module() end module:
+bind(e1);
+bind(eval(e1));
+use e1 in 1 end use;
+use nosuch in 1 end use;
+try bind(3) catch: lastexception end try;
+try bind(3 = 4) catch: lastexception end try;
+try bind(nosuch) catch: lastexception end try;
+try bind(no_modules) catch: lastexception end try;
+try bind(e1) catch: lastexception end try;
+try bind(eval(e1)) catch: lastexception end try;
+try use e1 in 1 end use catch: lastexception end try;
+q, bind();
