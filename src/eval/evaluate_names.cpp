@@ -132,7 +132,7 @@ DAG bindParameterTypes(DAG x, DAG original) {
   }
   if (x == original) return x;
   x[1] = simpl(x[1]);
-  if (isSimplified(original)) controlWord(x) |= simplifiedBit;
+  if (isSimplified(original)) setSimplified(x);
   return x;
 }
 

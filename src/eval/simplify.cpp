@@ -73,6 +73,24 @@ DAG finish(DAG s, Word key, bool changed) {
   return enterUnique(key, s);
 }
 
+}  // namespace
+
+DAG simplifiedCopy(DAG s) {
+  Word n = lengthOf(s), used = 1;
+  DAG copied = newl2(n, tagOf(s));
+  for (Word i = 1; i < n; i += 2) {
+    DAG term = simpl(s[i]), number = simpl(s[i + 1]);
+    if (number == cons0) continue;
+    copied[used] = term;
+    copied[used + 1] = number;
+    used += 2;
+  }
+  if (used != n) shorten(copied, n, used);
+  return copied;
+}
+
+namespace {
+
 // Simplifies the fields from `from` on; true when one changed.
 bool simplifyOperands(DAG s, Word from) {
   bool changed = false;

@@ -35,6 +35,9 @@ inline bool isSettled(DAG x) {
 }
 /// Simplifies fields `from`.. of `s` in place.
 void simplifyFields(DAG s, Word from = 1);
+/// A fresh object of the tag of `s` with its fields simplified, and pairs with coefficient 0 left out: a SUM or
+/// PROD that stays as it is for now.
+DAG simplifiedCopy(DAG s);
 /// Sets the simplified bit without an entry in the table: the object is never shared.
 inline DAG markSimplified(DAG s) {
   setSimplified(s);

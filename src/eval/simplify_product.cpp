@@ -18,6 +18,7 @@
 #include "numbers/integer_functions.h"
 #include "numbers/numeric_events.h"
 #include "numbers/system_functions.h"
+#include "structure/has.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -88,11 +89,16 @@ DAG libraryPower(DAG base, DAG exponent) {
 }
 
 // Zero to a power.
+// A float below 0 that is no integer.
+bool isNegativeFraction(DAG x) {
+  return isFloat(x) && consneg(x) && !isZero(simpl(add(x, simpl(negate(simpl(mtrunc(x)))))));
+}
+
 void multiplyZero(Product& product, DAG base, DAG exponent) {
   if (isZero(exponent)) {
     DAG one = isFloat(base) ? consf1 : cons1;
     fold(product, TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, one, true));
-  } else if (isInfinite(exponent) || isUndefined(exponent)) {
+  } else if (isInfinite(exponent) || isUndefined(exponent) || isNegativeFraction(exponent)) {
     product.result =
         TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, consfNaN, true);
   } else if (consneg(exponent)) {
@@ -159,6 +165,13 @@ void multiplyReal(Product& product, DAG base, DAG exponent) {
   multiply(product, base[2], simpl(negate(exponent)));
 }
 
+// The root of a negative float is imaginary, and an event.
+DAG rootOfFloat(DAG base, DAG exponent) {
+  if (isInfinite(base) || isUndefined(base) || !consneg(base)) return evalfsqrt(base);
+  DAG root = simpl(new2(COMPLEX, simpl(evalfsqrt(simpl(negate(base))))));
+  return TriggerNumericEvent(realToComplex, ini("^"), base, exponent, root, true);
+}
+
 void multiplyFloat(Product& product, DAG base, DAG exponent) {
   if (exponent == cons1) return fold(product, base);
   if (isZero(base) && isZero(exponent)) return multiplyZero(product, base, exponent);
@@ -176,7 +189,7 @@ void multiplyFloat(Product& product, DAG base, DAG exponent) {
     }
   if (isInteger(exponent)) return fold(product, evalfpwr(base, wordExponent(exponent)));
   if (isTag(exponent, RATIONAL) && exponent == consh) {
-    DAG root = evalfsqrt(base);
+    DAG root = rootOfFloat(base, exponent);
     return isTag(root, COMPLEX) ? multiply(product, simpl(root), cons1) : fold(product, root);
   }
   fold(product, libraryPower(base, exponent));
@@ -362,7 +375,7 @@ void collectEqualBases(Product& product) {
   }
   Word kept = 1;
   for (Word i = 1; i < product.used; i += 2) {
-    if (factors[i + 1] == cons0 || factors[i + 1] == consm0) continue;
+    if (isNumeric(factors[i + 1]) && isZero(factors[i + 1])) continue;
     factors[kept] = factors[i];
     factors[kept + 1] = factors[i + 1];
     kept += 2;
@@ -370,7 +383,9 @@ void collectEqualBases(Product& product) {
   product.used = kept;
 }
 
+// As the sum of relations does, the product waits for parameters and locals.
 DAG productOfRelations(DAG s) {
+  if (hasparloc(s)) return makeUnique(simplifiedCopy(s));
   DAG sequence = newl2(lengthOf(s), EXPSEQ);
   for (Word i = 1; i < lengthOf(s); ++i) sequence[i] = s[i];
   return simpl(evalsysf("simpl/", "reloprod", simpl(eval(simpl(sequence)))));

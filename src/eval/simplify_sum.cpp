@@ -23,6 +23,7 @@
 #include "numbers/complex.h"
 #include "numbers/numeric_events.h"
 #include "numbers/system_functions.h"
+#include "structure/has.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -160,11 +161,13 @@ void combineComplexTerms(DAG s) {
   p[first] = {folded, cons1};
 }
 
-// A relation among the terms: the library adds relations side by side.
-DAG sumOfRelations(DAG s, const char* libraryProcedure) {
+// A relation among the terms: the library adds relations side by side. In the body of a procedure the sum
+// waits for the values of its parameters and locals.
+DAG sumOfRelations(DAG s) {
+  if (hasparloc(s)) return makeUnique(simplifiedCopy(s));
   DAG sequence = newl2(lengthOf(s), EXPSEQ);
   for (Word i = 1; i < lengthOf(s); ++i) sequence[i] = simpl(s[i]);
-  return simpl(evalsysf("simpl/", libraryProcedure, simpl(eval(simpl(sequence)))));
+  return simpl(evalsysf("simpl/", "relopsum", simpl(eval(simpl(sequence)))));
 }
 
 // Infinite or undefined: two comparisons for a name, none for most other bases.
@@ -215,7 +218,7 @@ NumberFold foldNumbers(DAG s, DAG original) {
     DAG term = p[i].term;
     switch (tagOf(term)) {
       case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
-        fold.result = sumOfRelations(s, "relopsum");
+        fold.result = sumOfRelations(s);
         return fold;
       case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case COMPLEX: {
         DAG value = p[i].coefficient == cons1 ? term : mul(term, p[i].coefficient);
@@ -250,31 +253,44 @@ NumberFold foldNumbers(DAG s, DAG original) {
   return fold;
 }
 
-// Infinities and `undefined` among the terms: all of one sign merge, of both signs there is no value.
-// Gives the result when that ends the sum.
+// The sum `s` with `undefined` in place of its infinite terms `i` and `k`.
+DAG undefinedInPlaceOf(DAG s, Word i, Word k) {
+  DAG copied = CopyAlg(s);
+  pairsOf(copied)[i] = {ini("undefined"), cons1};
+  pairsOf(copied)[k] = {cons0, cons0};
+  return simpl(copied);
+}
+
+// Infinities and `undefined` among the terms: all of one sign merge, of both signs there is no value. Beside
+// what is left numbers vanish, and beside `undefined` infinities do. Gives the result when that ends the sum.
 DAG mergeInfinities(DAG s) {
   Pair* p = pairsOf(s);
   Word n = pairCount(s);
-  Word kept = n;
+  Word infinite = n, undefined = n;
   for (Word i = 0; i < n; ++i) {
-    if (p[i].term == ini("undefined")) return ini("undefined");
+    if (p[i].term == ini("undefined")) {
+      if (undefined != n) return ini("undefined");
+      undefined = i;
+      p[i].coefficient = cons1;
+    }
     if (p[i].term != ini("infinity") || isZero(p[i].coefficient)) continue;
     DAG sign = consneg(p[i].coefficient) ? consm1 : cons1;
-    if (kept == n) {
-      kept = i;
+    if (infinite == n) {
+      infinite = i;
       p[i].coefficient = sign;
-    } else if (p[kept].coefficient == sign) {
+    } else if (p[infinite].coefficient == sign) {
       p[i] = {cons0, cons0};
     } else {
-      DAG a = simpl(new3(SUM, ini("infinity"), p[kept].coefficient));
+      DAG a = simpl(new3(SUM, ini("infinity"), p[infinite].coefficient));
       DAG b = simpl(new3(SUM, ini("infinity"), sign));
-      return TriggerNumericEvent(invalidOperation, naminstall("-"), a, b, ini("undefined"), true);
+      return TriggerNumericEvent(invalidOperation, naminstall("-"), a, b, undefinedInPlaceOf(s, infinite, i),
+                                 true);
     }
   }
+  const Word kept = undefined != n ? undefined : infinite;
   if (kept == n) return DAG();
-  // Beside an infinity, finite numbers vanish.
   for (Word i = 0; i < n; ++i)
-    if (i != kept && isNumeric(p[i].term)) p[i] = {cons0, cons0};
+    if (i != kept && (isNumeric(p[i].term) || isSpecial(p[i].term))) p[i] = {cons0, cons0};
   return DAG();
 }
 

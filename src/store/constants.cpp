@@ -70,7 +70,7 @@ DAG builtinProcedure(int number) {
   proc[3] = isRemembering(number) ? rememberOptions : builtinOptions;
   proc[5] = immediate(number);
   // Final as it stands: a procedure is never merged with another, so that no table holds it.
-  controlWord(proc) |= simplifiedBit;
+  setSimplified(proc);
   return proc;
 }
 
@@ -98,7 +98,7 @@ DAG testzeroProcedure() {
   for (Word i = 1; i < 9; ++i) proc[i] = null;
   proc[1] = simpl(new2(EXPSEQ, ini("O")));
   proc[5] = body;
-  controlWord(proc) |= simplifiedBit;
+  setSimplified(proc);
   return proc;
 }
 

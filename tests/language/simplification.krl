@@ -22,3 +22,11 @@ Fraction(6, 4); Fraction(1, 0); Integer(3); Integer("s"); Float(15, 2); Float(1,
 if true then a else b fi; while false do c od; if false then 1 elif x then 2 fi;
 # A sum of many terms is one object whatever their order.
 s1 := add(u||k, k = 1..40): s2 := add(u||(41 - k), k = 1..40): evalb(s1 = s2); s1 - s2; nops(s1);
+# What has no value stays beside what may have one, and swallows numbers and infinities.
+infinity - infinity + x; y + undefined + 3; undefined + infinity; undefined - undefined; infinity + 2 - 2*infinity;
+# A root of a negative float is imaginary; zero to a negative power that is no integer has no value.
+(-2.25)^(1/2); 2*(-0.75)^(1/2); 2.25^(1/2); 0^(-0.5); 0^(-2.0);
+# Powers that cancel leave 1, whatever kind of zero their exponents come to.
+x^0.5*x^(-0.5); x^(1/2)*x^(-1/2);
+# Relations in a procedure wait for its parameters.
+relations := proc(x) 2*(x = 1) + (x = 2) end proc: print(relations); relations(3); try relations(3) catch: lasterror end try;
