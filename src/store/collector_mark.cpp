@@ -76,8 +76,10 @@ bool holdsNoReference(const DAG* words) {
   return references == 0;
 }
 
+// False when `s` refers to no object.
 template <class Reach>
-inline void reachFields(DAG s, Reach reachField) {
+inline bool reachFields(DAG s, Reach reachField) {
+  bool met = false;
   ReferenceFields fields = referenceFields(s);
   if (fields.extra != 0) reachField(s[fields.extra]);
   // What a long object refers to lies all over the heap: control words are under way some steps before
@@ -88,8 +90,18 @@ inline void reachFields(DAG s, Reach reachField) {
       while (i + block <= fields.end && holdsNoReference(&s[i])) i += block;
     if (i >= fields.end) break;
     if (i + ahead < fields.end && isObject(s[i + ahead])) __builtin_prefetch(&s[i + ahead][-1]);
-    if (isObject(s[i])) reachField(s[i]);
+    if (!isObject(s[i])) continue;
+    met = true;
+    reachField(s[i]);
   }
+  return met || fields.extra != 0;
+}
+
+// Long lists of numbers are looked at once, not at each collection until their statement ends
+// (bench/programs/map_select.krl).
+constexpr Word longObject = 64;
+void tenureNumbers(DAG s) {
+  if (lengthOf(s) >= longObject && isSimplified(s) && isUnchanging(tagOf(s))) controlWord(s) |= tenuredBit;
 }
 
 void reachReferencesOf(DAG s) {
@@ -98,8 +110,8 @@ void reachReferencesOf(DAG s) {
     reachFields(s, reachFromFrozen);
   else if (hasTag(s, RTABLE))
     walkRtable(s, reach);
-  else
-    reachFields(s, reach);
+  else if (!reachFields(s, reach))
+    tenureNumbers(s);
 }
 
 void work() {

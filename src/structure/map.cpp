@@ -36,6 +36,7 @@ bool isConstant(DAG x) {
 DAG mapSequence(const OperandWalk& walk, DAG sequence) {
   Word n = lengthOf(sequence);
   DAG result = newl2(n, EXPSEQ);
+  Word used = 1;
   for (Word i = 1; i < n; ++i) {
     ++evaluationLevel;
     DAG value = walk.worker(sequence[i], walk.state);
@@ -45,9 +46,11 @@ DAG mapSequence(const OperandWalk& walk, DAG sequence) {
       // What the call made lives on in the result, whose level is this one.
       updategen(value);
     }
-    result[i] = value;
+    // An empty sequence has no place in a sequence: the simplifier would make another one without it.
+    if (value != null) result[used++] = value;
     collectInLoop();
   }
+  if (used != n) shorten(result, n, used);
   return simpl(result);
 }
 
