@@ -70,18 +70,25 @@ void shiftDitto(DAG value) {
 
 // ---- if
 
+// The frame is kept as well: an error passes while that of a procedure which the condition calls is running.
+struct SavedCondition {
+  Frame* frame;
+  DAG value;
+};
+
 void restoreInCondition(const char*) {
-  Environment->frame->inCondition = DAG(static_cast<Word>(errorProcParam));
+  auto* saved = reinterpret_cast<SavedCondition*>(errorProcParam);
+  saved->frame->inCondition = saved->value;
 }
 
 [[gnu::noinline]] DAG truthOfOtherCondition(DAG condition) {
   Frame& frame = *Environment->frame;
-  DAG before = frame.inCondition;
-  PushParamErrorProc(restoreInCondition, before);
+  SavedCondition before{&frame, frame.inCondition};
+  PushParamErrorProc(restoreInCondition, &before);
   frame.inCondition = ini("true");
   DAG truth = truthOf(condition);
   PopErrorProc();
-  frame.inCondition = before;
+  frame.inCondition = before.value;
   return truth;
 }
 

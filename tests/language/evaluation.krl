@@ -101,3 +101,10 @@ streamcall(3);
 streamcall(INTERFACE_PRINT(1 + 1));
 exports(3);
 nops(), op();
+# A call of `if` that stays undecided outlives the procedure whose arguments it holds.
+f5 := proc(x) `if`(c5, x, 2) end proc: r5 := f5(7); c5 := true: r5; c5 := 'c5':
+# Levels beyond any number of names; names in a ring.
+eval(x5, 2^40), eval(x5, 10^30); ra := 'rb': rb := 'ra': timelimit(0.05, eval(ra, 2^60)); eval(ra); ra := 'ra': rb := 'rb':
+# Ranges of big integers in names, and more names than time allows.
+x || (10^20 .. 10^20 + 1), x || (2^64 .. 3); timelimit(0.1, x || (1 .. 5*10^7)); x || (1 .. 10^9);
+timelimit(infinity, 3);
