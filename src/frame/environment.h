@@ -78,15 +78,16 @@ inline void RestoreEnvironment(EnvironmentBlock* previous) {
     forgetFloatsUnderOtherHandlers(left->frame->envVars, previous->frame->envVars);
 }
 
-/// Calls the error procedures that were registered since the innermost block was entered.
-void runErrorProcsOfBlock();
+/// Calls the error procedures that were registered since the innermost block was entered; a special error
+/// calls none.
+void runErrorProcsOfBlock(JumpCode code);
 /// Jumps to the innermost block. Uses the form that leaves the signal mask alone; whoever lands has
-/// called `_setjmp`. A `return`, `break` or `next` puts back what it leaves as an error does, which has
-/// done so before it jumps.
+/// called `_setjmp`. What the jump leaves is put back first. For a new error that has been done; one that
+/// goes on from a trap, a `return`, `break` or `next` does it here.
 [[noreturn]] inline void jumpOut(JumpCode code) {
-  const bool leaves = code == jumpReturn || code == jumpBreak;
+  const bool leaves = code == jumpReturn || code == jumpBreak || code == jumpError;
   if (leaves && errorProcCount > Environment->errorProcs) [[unlikely]]
-    runErrorProcsOfBlock();
+    runErrorProcsOfBlock(code);
   ::_longjmp(*Environment->jumpBuffer, code);
 }
 

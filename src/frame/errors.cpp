@@ -86,10 +86,6 @@ void PopErrorProc() {
   spareRecords = record;
 }
 
-void runErrorProcsOfBlock() {
-  while (errorProcCount > Environment->errorProcs) runLastErrorProc(misplacedJump);
-}
-
 bool hasErrorProc() { return procStack != nullptr; }
 int errorProcDepth() { return errorProcCount; }
 void dropErrorProcs(int depth) {
@@ -180,6 +176,12 @@ void keepInName(DAG name, DAG value) {
 }
 
 }  // namespace
+
+void runErrorProcsOfBlock(JumpCode code) {
+  DAG exception = ini("lastexception")[1];
+  const char* message = code == jumpError && isSequence(exception) ? textOf(exception[2]) : misplacedJump;
+  while (SpecialError == noSpecialError && errorProcCount > Environment->errorProcs) runLastErrorProc(message);
+}
 
 void raiseKernelException(const char* text, const DAG* parameters, int count) {
   if (Environment == nullptr) {

@@ -29,3 +29,10 @@ f := proc() map(RETURN, [4, 5]); "never" end proc: f();
 try error "first" finally try error "second" catch: end try end try; lasterror;
 try error "first %1", 1 finally traperror(2 + 3) end try; lasterror; lastexception;
 try try error "first" finally traperror(error2()); traperror(1/0) end try catch "first": "the first one" end try;
+# So does an error that goes on from a `finally`, or from the end of a time limit: the loop's variable is back.
+k := 5: p := proc(x) try error "x" finally 1 end try end proc: try seq(p(k), k = 1..3) catch: end try; k; error "y"; k;
+try seq(timelimit(0.05, proc() do end do end proc()), k = 1..3) catch: end try; k; error "y"; k;
+q := proc() try add(p(k), k = 1..3) catch: end try; k end proc: q(); proc(a, b) local c; c := a; error "z" end proc(1, 2); k;
+# A time limit in the midst of a substitution or a search leaves both in order, and no memory behind.
+`type/slow` := proc(x) do end do end proc: tl := [seq(h9(i9), i9 = 1..3)]: timelimit(0.05, hastype(tl, slow)); hastype(tl, integer);
+`type/slow` := proc(x) evalb(x = h9(3)) end proc: hastype(tl, slow); subs(1 = 7, tl);
