@@ -97,11 +97,12 @@ void assignListMember(DAG target, DAG base, DAG list, DAG v) {
   assign(base, simpl(changed));
 }
 
-void assignModuleMember(DAG module, DAG index, DAG v) {
-  DAG name = simpl(eval(index));
+void assignModuleMember(DAG target, DAG module, DAG v) {
+  DAG name = simpl(eval(target[2]));
   if (isTag(name, EXPSEQ) && lengthOf(name) == 2) name = name[1];
   if (!isTag(name, NAME)) KernelException("index must evaluate to a name when indexing a module");
-  assign(MemberInstance(module, name), v);
+  DAG member = MemberInstance(module, name);
+  assign(member, v == target ? declaredName(member) : v);
 }
 
 void assignTableEntry(DAG t, DAG v) {
@@ -135,7 +136,7 @@ void assignTableEntry(DAG t, DAG v) {
       if (removal) assign(container, maketable(DAG(), null));
       else korelindex(index, base, container, v);
       return;
-    case MODULE: return assignModuleMember(container, index, v);
+    case MODULE: return assignModuleMember(t, container, v);
     case LIST: return assignListMember(t, base, container, v);
     case ZPPOLY: KernelException("cannot assign to a zppoly index");
     default:

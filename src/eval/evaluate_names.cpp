@@ -67,7 +67,11 @@ DAG lexicalEntry(DAG x) {
   return frame.proc[8][at];
 }
 
+// What an object costs at least, in the steps of long operations: a shared part is looked at in each place.
+constexpr int objectSteps = 20;
+
 DAG substituteFields(DAG x, Word from = 1, Word step = 1) {
+  passWork(objectSteps);
   DAG result = x;
   for (Word i = from, n = lengthOf(x); i < n; i += step) {
     DAG field = x[i];
@@ -286,6 +290,7 @@ DAG mvalue(DAG x) {
     case POWER: case PROD: case SUM: case EXPSEQ: case LIST: case SET: case COMPLEX: case EQUATION:
     case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case OR: case NOT: case RANGE: {
       checkStack();
+      passWork(objectSteps);
       DAG result = x;
       for (Word i = 1, n = lengthOf(x); i < n; ++i) {
         DAG value = mvalue(x[i]);

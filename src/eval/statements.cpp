@@ -159,7 +159,7 @@ DAG multipleAssignment(DAG left, DAG value, int mode) {
     DAG part = value[i];
     targets[i] = simpl(assignOne(left[i], part, mode));
   }
-  shiftDitto(value);
+  if (mode != modeParse) shiftDitto(value);
   showAssignment(targets, value, mode);
   return value;
 }
@@ -195,7 +195,7 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
 [[gnu::noinline]] DAG assignment(DAG s, int mode) {
   DAG value = evalOperand(s[2]);
   DAG left = s[1];
-  if (mode > 0 && optASSERT != 2 && !isShown(mode)) [[likely]] {
+  if (mode == modeInner && optASSERT != 2 && !isShown(mode)) [[likely]] {
     if (DAG name = plainInstance(left)) {
       if (!isStorable(value)) value = simpl(value);
       if (value != name && !isTag(value, EXPSEQ)) {
@@ -213,7 +213,7 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
   value = simpl(value);
   if (isTag(left, EXPSEQ)) return multipleAssignment(left, value, mode);
   DAG target = assignOne(left, value, mode);
-  shiftDitto(value);
+  if (mode != modeParse) shiftDitto(value);
   showAssignment(target, value, mode);
   return value;
 }

@@ -21,3 +21,7 @@ md := module() export e; end module: md(1) := 2; u2(2)(3) := 1; try g(2) := 3 ca
 u2[a](1) := 5; u2[a](1), u2[w](1), u2(1);
 # The changed list goes to the name that was written, and not to the one that this stands for.
 la := 'lb': lb := [1, 2]: la[1] := 7: la, lb;
+# A statement that runs on behalf of `parse` leaves the values before alone; one value or several.
+7; [parse("z7 := 3", statement), %]; 7; [parse("(z7, y7) := (3, 4)", statement), %];
+# A member of a module that is assigned its own reference is without value again.
+m7 := module() export e; e := 1 end module: m7[e] := 'm7[e]': assigned(m7:-e); m7[e] := 4: m7:-e;
