@@ -97,11 +97,12 @@ void assignListMember(DAG target, DAG base, DAG list, DAG v) {
   assign(base, simpl(changed));
 }
 
-void assignModuleMember(DAG module, DAG index, DAG v) {
-  DAG name = simpl(eval(index));
+void assignModuleMember(DAG target, DAG module, DAG v) {
+  DAG name = simpl(eval(target[2]));
   if (isTag(name, EXPSEQ) && lengthOf(name) == 2) name = name[1];
   if (!isTag(name, NAME)) KernelException("index must evaluate to a name when indexing a module");
-  assign(MemberInstance(module, name), v);
+  DAG member = MemberInstance(module, name);
+  assign(member, v == target ? declaredName(member) : v);
 }
 
 void assignTableEntry(DAG t, DAG v) {
@@ -135,8 +136,8 @@ void assignTableEntry(DAG t, DAG v) {
       if (removal) assign(container, maketable(DAG(), null));
       else korelindex(index, base, container, v);
       return;
-    case MODULE: return assignModuleMember(container, index, v);
-    case LIST: return assignListMember(t, isTag(lastName, NAME) ? lastName : base, container, v);
+    case MODULE: return assignModuleMember(t, container, v);
+    case LIST: return assignListMember(t, base, container, v);
     case ZPPOLY: KernelException("cannot assign to a zppoly index");
     default:
       if (removal) KernelException("invalid left hand side of table reference");
@@ -190,24 +191,18 @@ void assignRemembered(DAG t, DAG v) {
   DAG lastName;
   DAG procedure = eval(head, &lastName);
   DAG key = arguments;
-  DAG name = head;
-  if (isTag(procedure, NAME)) {
-    name = procedure;
-    procedure = valuenv(procedure, false);
-  }
-  if (!isTag(procedure, PROC) && isTag(procedure, TABLEREF) && isTag(procedure[1], NAME)) {
+  if (isTag(procedure, TABLEREF) && isTag(procedure[1], NAME)) {
     DAG index = lengthOf(procedure[2]) == 2 ? procedure[2][1] : procedure[2];
     DAG single = lengthOf(arguments) == 2 ? arguments[1] : arguments;
     key = simpl(new3(DCOLON, index, single));
-    name = procedure[1];
-    procedure = valuenv(name, false);
+    procedure = eval(procedure[1], &lastName);
   }
-  if (!isTag(procedure, PROC)) {
-    if (!isTag(name, NAME)) invalidCallTarget(head);
+  if (isTag(procedure, NAME)) {
+    DAG name = procedure;
     procedure = inertProcedure();
     assign(name, procedure);
   }
-  if (hasOption(procedure, ini("builtin"))) invalidCallTarget(head);
+  if (isTag(procedure, PROC) && hasOption(procedure, ini("builtin"))) invalidCallTarget(head);
   updategen(procedure);
   pcinsert(procedure, key, v, -1);
 }

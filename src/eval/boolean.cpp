@@ -11,6 +11,7 @@
 #include "eval/statements.h"
 #include "structure/types.h"
 #include "frame/errors.h"
+#include "frame/long_operation.h"
 #include "numbers/complex.h"
 #include "numbers/float.h"
 #include "numbers/numeric_events.h"
@@ -26,10 +27,20 @@ bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 DAG truth(bool value) { return value ? ini("true") : ini("false"); }
 bool isNumber(DAG x) { return isNumeric(x) || hasTag(x, COMPLEX); }
 
+// What an operation costs at least, in the steps of long operations.
+constexpr int operationSteps = 50;
+
+// Truth of an operand. The value of an operation is its truth already: finding that once more, at each level,
+// would double the work at each level of what stays undecided.
+DAG operandTruth(DAG x) {
+  if (!isImmediate(x) && (hasTag(x, AND) || hasTag(x, OR) || hasTag(x, NOT))) return evalbool(x);
+  return truthOf(x);
+}
+
 DAG orTruth(DAG x) {
-  DAG a = truthOf(x[1]);
+  DAG a = operandTruth(x[1]);
   if (a == ini("true")) return a;
-  DAG b = truthOf(x[2]);
+  DAG b = operandTruth(x[2]);
   if (a == ini("false")) return b;
   if (b == ini("false")) return a;
   if (b == ini("true")) return b;
@@ -38,9 +49,9 @@ DAG orTruth(DAG x) {
 }
 
 DAG andTruth(DAG x) {
-  DAG a = truthOf(x[1]);
+  DAG a = operandTruth(x[1]);
   if (a == ini("false")) return a;
-  DAG b = truthOf(x[2]);
+  DAG b = operandTruth(x[2]);
   if (a == ini("true")) return b;
   if (b == ini("true")) return a;
   if (b == ini("false")) return b;
@@ -49,7 +60,7 @@ DAG andTruth(DAG x) {
 }
 
 DAG notTruth(DAG x) {
-  DAG a = truthOf(x[1]);
+  DAG a = operandTruth(x[1]);
   if (a == ini("true")) return ini("false");
   if (a == ini("false")) return ini("true");
   if (a == ini("FAIL")) return a;
@@ -128,6 +139,9 @@ bool areEqual(DAG a, DAG b) {
 // A sum of a number and a real constant, as a difference that a sign test can read.
 DAG signedDifference(DAG a, DAG b) { return simpl(new5(SUM, a, cons1, b, consm1)); }
 
+// Whether a sum can hold `x`.
+bool isAlgebraic(DAG x) { return isImmediate(x) || (tagOf(x) <= UNEVAL && !hasTag(x, STRING)); }
+
 bool isRealValue(DAG x) { return isNumeric(x) || x == ini("infinity") || x == consminf; }
 
 DAG order(DAG x, bool strict) {
@@ -155,6 +169,7 @@ DAG order(DAG x, bool strict) {
     return truth(strict ? c < 0 : c <= 0);
   }
   if (a == b) return ini("true");
+  if (!isAlgebraic(a) || !isAlgebraic(b)) return x;
   DAG difference = signedDifference(a, b);
   if (isNumeric(difference)) return truth(strict ? consneg(difference) : consneg(difference) || isZero(difference));
   return x;
@@ -241,12 +256,15 @@ DAG evalbool(DAG x) {
     case DCOLON: return truth(type(simpl(eval(x[1])), simpl(eval(x[2]))));
     case OR:
       checkStack();
+      passWork(operationSteps);
       return orTruth(x);
     case AND:
       checkStack();
+      passWork(operationSteps);
       return andTruth(x);
     case NOT:
       checkStack();
+      passWork(operationSteps);
       return notTruth(x);
     case EQUATION: return truth(areEqual(x[1], x[2]));
     case INEQUAT: return truth(!areEqual(x[1], x[2]));

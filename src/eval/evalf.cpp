@@ -10,6 +10,7 @@
 #include "eval/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/long_operation.h"
 #include "numbers/complex.h"
 #include "numbers/integer.h"
 #include "numbers/system_functions.h"
@@ -119,6 +120,9 @@ DAG evalfProduct(DAG x) {
   return simpl(result);
 }
 
+// What an object costs at least, in the steps of long operations: a shared part is met in each place.
+constexpr int objectSteps = 50;
+
 // Values of a hash chain; the keys stay.
 DAG evalfEntry(DAG value) { return simpl(evalf(value)); }
 
@@ -130,6 +134,7 @@ DAG evalf(DAG x) {
     return digits >= 10 ? newFLOAT(x, cons0) : BuildFloat(x, cons0);
   }
   checkStack();
+  passWork(objectSteps);
   switch (tagOf(x)) {
     case INTNEG: case INTPOS:
       return BuildFloat(x, cons0);

@@ -10,6 +10,7 @@
 #include "eval/simplify.h"
 #include "eval/statements.h"
 #include "frame/errors.h"
+#include "frame/long_operation.h"
 #include "frame/output.h"
 #include "numbers/float.h"
 #include "numbers/system_functions.h"
@@ -74,8 +75,13 @@ DAG evalInstance(DAG x, DAG* lastName) {
   return evalInstance(value, lastName);
 }
 
+// What an object costs at least, in the steps of long operations. A part that occurs twice in each of sixty
+// objects is evaluated 2^60 times, without a statement in between.
+constexpr int objectSteps = 20;
+
 // Every field evaluated from `from` on in steps of `step`; the object is copied at the first change.
 DAG evalFields(DAG x, Word from = 1, Word step = 1) {
+  passWork(objectSteps);
   DAG result = x;
   for (Word i = from, n = lengthOf(x); i < n; i += step) {
     DAG field = x[i];
@@ -115,6 +121,7 @@ bool holdsRtable(DAG x) {
 // The first `count` words of `x` are pairs whose elements have been evaluated to numbers, of total `folded`
 // (0 when there are none); the next element is `stopped`. The rest is evaluated to a SUM.
 [[gnu::noinline]] DAG evalSumFrom(DAG x, Word i, DAG folded, DAG stopped) {
+  passWork(objectSteps);
   Word n = lengthOf(x);
   DAG result;
   if (folded) {
@@ -191,6 +198,7 @@ DAG exactProduct(DAG x, const DAG* bases, Word count) {
 
 // Evaluated bases, exact numbers left out, in a PROD.
 [[gnu::noinline]] DAG productOf(DAG x, const DAG* bases, Word count) {
+  passWork(objectSteps);
   DAG result = x;
   for (Word k = 0; k < count; ++k) {
     if (bases[k] == x[2 * k + 1]) continue;

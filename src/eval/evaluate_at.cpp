@@ -5,6 +5,7 @@
 #include "eval/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/long_operation.h"
 #include "numbers/system_functions.h"
 #include "store/constants.h"
 #include "store/hash.h"
@@ -17,6 +18,9 @@ namespace korel {
 namespace {
 
 bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+
+// What an object costs at least, in the steps of long operations: a shared part is walked in each place.
+constexpr int objectSteps = 50;
 
 DAG replacement(DAG equations, DAG x) {
   for (Word i = 1; i < lengthOf(equations); ++i)
@@ -104,6 +108,7 @@ DAG walk(DAG equations, DAG x) {
     default: break;
   }
   checkStack();
+  passWork(objectSteps);
   switch (tagOf(x)) {
     case FUNCTION: case TABLEREF: return walkCall(equations, x);
     case DCOLON: {

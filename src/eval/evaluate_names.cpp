@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "eval/arithmetic.h"
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
 #include "eval/procedures.h"
@@ -9,6 +10,7 @@
 #include "eval/simplify.h"
 #include "frame/driver.h"
 #include "frame/errors.h"
+#include "frame/long_operation.h"
 #include "numbers/float.h"
 #include "numbers/integer.h"
 #include "numbers/integer_functions.h"
@@ -65,7 +67,11 @@ DAG lexicalEntry(DAG x) {
   return frame.proc[8][at];
 }
 
+// What an object costs at least, in the steps of long operations: a shared part is looked at in each place.
+constexpr int objectSteps = 20;
+
 DAG substituteFields(DAG x, Word from = 1, Word step = 1) {
+  passWork(objectSteps);
   DAG result = x;
   for (Word i = from, n = lengthOf(x); i < n; i += step) {
     DAG field = x[i];
@@ -284,6 +290,7 @@ DAG mvalue(DAG x) {
     case POWER: case PROD: case SUM: case EXPSEQ: case LIST: case SET: case COMPLEX: case EQUATION:
     case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case OR: case NOT: case RANGE: {
       checkStack();
+      passWork(objectSteps);
       DAG result = x;
       for (Word i = 1, n = lengthOf(x); i < n; ++i) {
         DAG value = mvalue(x[i]);
@@ -342,14 +349,22 @@ DAG joinOne(DAG left, DAG x) {
   return joinParts(parts, 2, hasTag(left, STRING) ? STRING : NAME);
 }
 
+// What a name of a range costs, in the steps of long operations.
+constexpr int joinSteps = 50;
+
 DAG joinRange(DAG left, DAG from, DAG to) {
   if (isInteger(from) && isInteger(to)) {
-    std::int64_t lo = LongLongValue(from), hi = LongLongValue(to);
-    if (hi < lo) return null;
-    if (hi - lo >= std::int64_t{maxLength} - 1) KernelException("object too large");
-    DAG sequence = newl2(static_cast<Word>(hi - lo + 2), EXPSEQ);
-    for (std::int64_t k = lo; k <= hi; ++k)
-      sequence[k - lo + 1] = joinOne(left, simpl(NewInteger(k)));
+    DAG span = add(to, negate(from));
+    if (consneg(span)) return null;
+    if (!isImmediate(span) || immediateValue(span) >= static_cast<std::int32_t>(maxLength) - 1)
+      KernelException("object too large");
+    Word count = static_cast<Word>(immediateValue(span)) + 1;
+    DAG sequence = newl2(count + 1, EXPSEQ);
+    DAG k = from;
+    for (Word i = 1; i <= count; ++i, k = increment(k)) {
+      passWork(joinSteps);
+      sequence[i] = joinOne(left, k);
+    }
     return simpl(sequence);
   }
   if (isCharacter(from) && isCharacter(to)) {

@@ -2,7 +2,9 @@
 
 #include <cstdio>
 #include <cstring>
+#include <limits>
 
+#include "eval/arithmetic.h"
 #include "eval/assign.h"
 #include "eval/bindings.h"
 #include "eval/environment_variables.h"
@@ -15,6 +17,7 @@
 #include "frame/driver.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/long_operation.h"
 #include "frame/output.h"
 #include "frame/reset_hooks.h"
 #include "numbers/integer.h"
@@ -41,6 +44,11 @@ bool isEquationList(DAG x) {
     if (!isTag(x[1][i], EQUATION)) return false;
   return true;
 }
+
+// What a level of evaluation costs at least, in the steps of long operations: names can refer to each other
+// in a ring.
+constexpr int levelSteps = 50;
+constexpr std::int64_t manyLevels = std::numeric_limits<std::int64_t>::max();
 
 }  // namespace
 
@@ -82,9 +90,10 @@ DAG evalBuiltin(const BuiltinCall& call) {
     DAG equations = isTag(second, EQUATION) ? simpl(new2(EXPSEQ, second)) : second[1];
     return evalat(equations, simpl(eval(call.arguments[1])));
   }
-  if (!isImmediate(second) || immediateValue(second) <= 0) wrongParameters(call);
+  if (!isInteger(second) || consneg(second) || isZero(second)) wrongParameters(call);
   DAG x = call.arguments[1];
-  for (std::int32_t level = immediateValue(second); level > 0; --level) {
+  for (std::int64_t level = FitIntoLongLong(second) ? LongLongValue(second) : manyLevels; level > 0; --level) {
+    passWork(levelSteps);
     DAG next = simpl(mvalue(x));
     if (next == x) break;
     x = next;
@@ -136,7 +145,7 @@ DAG if_(const BuiltinCall& call) {
   DAG decided = evalbool(condition);
   if (decided == ini("true")) return eval(args[2]);
   if (decided == ini("false") || decided == ini("FAIL")) return eval(args[3]);
-  if (decided == args[1]) return unevaluatedCall(call);
+  // Undecided, the call outlives the frame that its other arguments may refer to.
   return simpl(newCall(call.self, {decided, evparloc(args[2]), evparloc(args[3])}));
 }
 

@@ -119,9 +119,10 @@ struct CountedLoop : Loop {
   bool plain;     // ordinary, the increment and the bound small integers, and no `while` part
 };
 
-DAG characterString(int code) {
-  if (code < 1 || code > 255) return null;
-  return charinstall(static_cast<char>(code));
+// The string of a code; beyond the last character, where a loop may end, there is none.
+DAG characterString(DAG code) {
+  if (!isImmediate(code) || immediateValue(code) < 1 || immediateValue(code) > 255) return null;
+  return charinstall(static_cast<char>(immediateValue(code)));
 }
 
 // Checks the bounds; false when the loop runs nothing for an infinite start or bound.
@@ -140,10 +141,8 @@ bool checkBounds(CountedLoop& loop) {
       KernelException("infinite loops must have finite initial value");
     KernelException("initial value in for loop must be numeric or character");
   }
-  loop.bounded = true;
-  if (loop.to == null) {
-    loop.bounded = false;
-  } else if (loop.to == infinity || loop.to == consminf) {
+  if (!loop.bounded) return true;
+  if (loop.to == infinity || loop.to == consminf) {
     if (loop.falling == (loop.to == infinity)) return false;
     loop.bounded = false;
   } else if (!loop.characters && !isNumeric(loop.to)) {
@@ -165,7 +164,7 @@ bool pastBound(const CountedLoop& loop) {
 }
 
 void storeVariable(const CountedLoop& loop) {
-  assign(loop.variable, loop.characters ? characterString(immediateValue(loop.from)) : loop.from);
+  assign(loop.variable, loop.characters ? characterString(loop.from) : loop.from);
 }
 
 bool isOrdinaryName(DAG variable) {
@@ -191,10 +190,12 @@ void step(CountedLoop& loop) {
   DAG value = mvalue(loop.variable);
   if (loop.characters && isTag(value, STRING)) {
     value = immediate(codeOf(value));
-  } else if (!isNumeric(value)) {
+  } else if (!isNumeric(value) || (loop.characters && !isInteger(value))) {
     KernelException("for while(1) variable reassigned improperly");
   }
   loop.from = simpl(loop.by == cons1 && !loop.characters ? increment(value) : add(value, loop.by));
+  if (loop.characters && characterString(loop.from) == null && !pastBound(loop))
+    KernelException("for while(1) variable reassigned improperly");
   storeVariable(loop);
 }
 
@@ -279,6 +280,7 @@ DAG forfrom(DAG s, int mode) {
   updategen(loop.by);
   loop.to = simpl(eval(s[4]));
   updategen(loop.to);
+  loop.bounded = s[4] != null;  // what only evaluates to nothing is no bound
   checkVariable(loop.variable);
   loop.condition = s[5];
   loop.body = s[6];

@@ -7,6 +7,7 @@
 
 #include "eval/evaluate.h"
 #include "frame/environment.h"
+#include "store/constants.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -27,7 +28,7 @@ namespace korel {
       break;
     case LEXICAL:
       // Captured parameters have numbers below 0.
-      if (n - 1 >= maxLength || 2 * n >= lengthOf(frame.proc[8])) return DAG();
+      if (n - 1 >= maxLength || frame.proc == null || 2 * n >= lengthOf(frame.proc[8])) return DAG();
       name = frame.proc[8][2 * n];
       break;
     default: return DAG();

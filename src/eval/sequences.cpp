@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "eval/arithmetic.h"
+#include "eval/environment_variables.h"
 #include "eval/evaluate.h"
 #include "structure/operands.h"
 #include "eval/simplify.h"
@@ -117,23 +118,34 @@ DAG finish(Collector& c) {
 
 // ---- the loop variable
 
-// EXPSEQ (name, value or the name itself) kept while the loop runs.
-void putBack(DAG saved) {
-  DAG name = saved[1];
-  name[1] = saved[2] == name ? DAG() : saved[2];
-  AllowGC(saved);
-}
-void restoreVar(const char*) { putBack(DAG(static_cast<Word>(errorProcParam))); }
+struct SavedVariable {
+  DAG pair;      // EXPSEQ (name, value or the name itself), kept while the loop runs; 0 when it is no name
+  Frame* frame;  // the loop's: an error passes while that of a called procedure is running
+};
 
-DAG protectVariable(DAG variable) {
-  if (!isTag(variable, NAME)) return DAG();
-  DAG saved = new3(EXPSEQ, variable, variable[1] ? variable[1] : variable);
-  ProtectFromGC(saved);
-  PushParamErrorProc(restoreVar, saved);
-  return saved;
+void putBack(const SavedVariable& saved) {
+  DAG name = saved.pair[1], value = saved.pair[2];
+  if (isEnvironmentName(name)) {
+    Frame* running = Environment->frame;
+    Environment->frame = saved.frame;
+    assignenv(name, value);
+    Environment->frame = running;
+  } else {
+    name[1] = value == name ? DAG() : value;
+  }
+  AllowGC(saved.pair);
 }
-void releaseVariable(DAG saved) {
-  if (!saved) return;
+void restoreVar(const char*) { putBack(*reinterpret_cast<SavedVariable*>(errorProcParam)); }
+
+void protectVariable(DAG variable, SavedVariable& saved) {
+  if (!isTag(variable, NAME)) return;
+  DAG value = isEnvironmentName(variable) ? valuenv(variable, false) : variable[1];
+  saved = {new3(EXPSEQ, variable, value ? value : variable), Environment->frame};
+  ProtectFromGC(saved.pair);
+  PushParamErrorProc(restoreVar, &saved);
+}
+void releaseVariable(const SavedVariable& saved) {
+  if (!saved.pair) return;
   PopErrorProc();
   putBack(saved);
 }
@@ -224,7 +236,8 @@ DAG run(Kind kind, const BuiltinCall& call) {
   }
   DAG variable = evalname(control[1]);
   DAG right = simpl(eval(control[2]));
-  DAG saved = protectVariable(variable);
+  SavedVariable saved{};
+  protectVariable(variable, saved);
   DAG result = isTag(right, RANGE)
                    ? overNumbersOrCharacters(kind, variable, right[1], right[2], expression)
                    : overContainer(kind, variable, right, expression);

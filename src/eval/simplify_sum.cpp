@@ -20,6 +20,7 @@
 #include "eval/simplify_cases.h"
 #include "eval/unique_pairs.h"
 #include "frame/errors.h"
+#include "frame/long_operation.h"
 #include "numbers/complex.h"
 #include "numbers/numeric_events.h"
 #include "numbers/system_functions.h"
@@ -196,6 +197,9 @@ void absorbIntoProduct(Pair& pair) {
     pair.coefficient = cons1;
   }
 }
+
+// What a list costs at least, in the steps of long operations: one in another is met in each place.
+constexpr int listSteps = 50;
 
 [[noreturn]] void invalidTerm(DAG original) {
   KernelException(lengthOf(original) == 3 ? "invalid terms in product" : "invalid terms in sum");
@@ -458,6 +462,7 @@ Word compact(DAG s) {
 }  // namespace
 
 DAG mapToList(DAG list, DAG factor) {
+  passWork(listSteps);
   DAG body = CopyAlg(list[1]);
   for (Word i = 1; i < lengthOf(body); ++i)
     body[i] = simpl(isNumeric(body[i]) ? mul(body[i], factor) : new3(SUM, body[i], factor));

@@ -70,18 +70,25 @@ void shiftDitto(DAG value) {
 
 // ---- if
 
+// The frame is kept as well: an error passes while that of a procedure which the condition calls is running.
+struct SavedCondition {
+  Frame* frame;
+  DAG value;
+};
+
 void restoreInCondition(const char*) {
-  Environment->frame->inCondition = DAG(static_cast<Word>(errorProcParam));
+  auto* saved = reinterpret_cast<SavedCondition*>(errorProcParam);
+  saved->frame->inCondition = saved->value;
 }
 
 [[gnu::noinline]] DAG truthOfOtherCondition(DAG condition) {
   Frame& frame = *Environment->frame;
-  DAG before = frame.inCondition;
-  PushParamErrorProc(restoreInCondition, before);
+  SavedCondition before{&frame, frame.inCondition};
+  PushParamErrorProc(restoreInCondition, &before);
   frame.inCondition = ini("true");
   DAG truth = truthOf(condition);
   PopErrorProc();
-  frame.inCondition = before;
+  frame.inCondition = before.value;
   return truth;
 }
 
@@ -152,7 +159,7 @@ DAG multipleAssignment(DAG left, DAG value, int mode) {
     DAG part = value[i];
     targets[i] = simpl(assignOne(left[i], part, mode));
   }
-  shiftDitto(value);
+  if (mode != modeParse) shiftDitto(value);
   showAssignment(targets, value, mode);
   return value;
 }
@@ -188,7 +195,7 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
 [[gnu::noinline]] DAG assignment(DAG s, int mode) {
   DAG value = evalOperand(s[2]);
   DAG left = s[1];
-  if (mode > 0 && optASSERT != 2 && !isShown(mode)) [[likely]] {
+  if (mode == modeInner && optASSERT != 2 && !isShown(mode)) [[likely]] {
     if (DAG name = plainInstance(left)) {
       if (!isStorable(value)) value = simpl(value);
       if (value != name && !isTag(value, EXPSEQ)) {
@@ -206,7 +213,7 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
   value = simpl(value);
   if (isTag(left, EXPSEQ)) return multipleAssignment(left, value, mode);
   DAG target = assignOne(left, value, mode);
-  shiftDitto(value);
+  if (mode != modeParse) shiftDitto(value);
   showAssignment(target, value, mode);
   return value;
 }

@@ -67,9 +67,9 @@ DAG timelimit(const BuiltinCall& call) {
   if (t == consm1) {
     evalTimeLimit = noLimit;
   } else {
-    DAG seconds = simpl(eval(t));
+    DAG seconds = simpl(evalf(simpl(eval(t))));
     if (!isNumeric(seconds)) wrongParameters(call);
-    double limit = FloatValue(simpl(evalf(seconds)));
+    double limit = FloatValue(seconds);
     if (!(limit >= 0)) wrongParameters(call);
     evalTimeLimit = limitFrom(limit);
   }

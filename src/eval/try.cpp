@@ -117,8 +117,14 @@ DAG tryStatement(DAG statement, int mode) {
   }
   RestoreEnvironment(t.previous);
   evaluationLevel = t.level;
+  const DAG error = ini("lasterror")[1], exception = ini("lastexception")[1];
   if ((n & 1) != 0) t.value = evalstat(statement[n - 1], mode);
-  if (!clean) jumpOut(jumpError);
+  if (!clean) {
+    // The error goes on, whatever others the last part has met and dealt with.
+    ini("lasterror")[1] = error;
+    ini("lastexception")[1] = exception;
+    jumpOut(jumpError);
+  }
   if (t.pending != 0) {
     funret = t.pendingValue;
     jumpOut(static_cast<JumpCode>(t.pending));

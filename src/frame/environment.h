@@ -44,6 +44,7 @@ struct EnvironmentBlock {
   std::int32_t depth = 1;
   Frame* frame = nullptr;
   Word floatContext = 0;
+  int errorProcs = 0;  // how many error procedures were registered when the block was entered
 };
 
 extern EnvironmentBlock* Environment;
@@ -51,6 +52,8 @@ extern EnvironmentBlock IniEnv;
 extern Frame TopLevelStack;
 /// The value carried by a `RETURN`, `break` or `next` jump.
 extern DAG funret;
+/// How many error procedures are registered (frame/errors.h).
+extern int errorProcCount;
 
 /// Makes `block` innermost, as a copy of the present one with its own jump buffer. The caller keeps
 /// the result and gives it to `RestoreEnvironment` on every way out.
@@ -59,6 +62,7 @@ inline EnvironmentBlock* enterEnvironment(EnvironmentBlock& block, std::jmp_buf&
   previous->depth = evaluationLevel;
   block = *previous;
   block.jumpBuffer = &buffer;
+  block.errorProcs = errorProcCount;
   Environment = &block;
   return previous;
 }
@@ -74,9 +78,18 @@ inline void RestoreEnvironment(EnvironmentBlock* previous) {
     forgetFloatsUnderOtherHandlers(left->frame->envVars, previous->frame->envVars);
 }
 
+/// Calls the error procedures that were registered since the innermost block was entered; a special error
+/// calls none.
+void runErrorProcsOfBlock(JumpCode code);
 /// Jumps to the innermost block. Uses the form that leaves the signal mask alone; whoever lands has
-/// called `_setjmp`.
-[[noreturn]] inline void jumpOut(JumpCode code) { ::_longjmp(*Environment->jumpBuffer, code); }
+/// called `_setjmp`. What the jump leaves is put back first. For a new error that has been done; one that
+/// goes on from a trap, a `return`, `break` or `next` does it here.
+[[noreturn]] inline void jumpOut(JumpCode code) {
+  const bool leaves = code == jumpReturn || code == jumpBreak || code == jumpError;
+  if (leaves && errorProcCount > Environment->errorProcs) [[unlikely]]
+    runErrorProcsOfBlock(code);
+  ::_longjmp(*Environment->jumpBuffer, code);
+}
 
 /// Bytes of native stack that evaluation may use, and where it began.
 extern std::int64_t maxKorelStackSize;

@@ -19,6 +19,7 @@ namespace korel {
 std::int32_t SpecialError = noSpecialError;
 std::int32_t trapSet = 0;
 std::uintptr_t errorProcParam = 0;
+int errorProcCount = 0;
 
 // ---- error procedures
 
@@ -32,7 +33,6 @@ struct ErrorRecord {
   ErrorRecord* below;
 };
 ErrorRecord* procStack = nullptr;
-int procDepth = 0;
 // Every `if` registers a procedure for its condition: records are used again.
 ErrorRecord* spareRecords = nullptr;
 
@@ -46,21 +46,27 @@ void pushRecord(ErrorProcedure f, std::uintptr_t parameter) {
   }
   *record = {f, trapSet, false, parameter, procStack};
   procStack = record;
-  ++procDepth;
+  ++errorProcCount;
+}
+
+constexpr const char* misplacedJump = "return, break, or next out of context";
+
+/// Calls the error procedure registered last, which is gone afterwards.
+void runLastErrorProc(const char* message) {
+  ErrorRecord* record = procStack;
+  if (!record->running) {
+    record->running = true;
+    errorProcParam = record->parameter;
+    record->call(message);
+  }
+  if (procStack == record) PopErrorProc();
 }
 
 /// Calls the error procedures that belong to the active trap, or all of them outside of traps.
 /// Those of levels around the trap stay for errors that leave it.
 void runErrorProcs(const char* message) {
-  while (SpecialError == noSpecialError && procStack != nullptr && procStack->trapSet >= trapSet) {
-    ErrorRecord* record = procStack;
-    if (!record->running) {
-      record->running = true;
-      errorProcParam = record->parameter;
-      record->call(message);
-    }
-    if (procStack == record) PopErrorProc();
-  }
+  while (SpecialError == noSpecialError && procStack != nullptr && procStack->trapSet >= trapSet)
+    runLastErrorProc(message);
 }
 
 }  // namespace
@@ -75,15 +81,15 @@ void PopErrorProc() {
   ErrorRecord* record = procStack;
   if (record == nullptr) notimpl("PopErrorProc");
   procStack = record->below;
-  --procDepth;
+  --errorProcCount;
   record->below = spareRecords;
   spareRecords = record;
 }
 
 bool hasErrorProc() { return procStack != nullptr; }
-int errorProcDepth() { return procDepth; }
+int errorProcDepth() { return errorProcCount; }
 void dropErrorProcs(int depth) {
-  while (procDepth > depth) PopErrorProc();
+  while (errorProcCount > depth) PopErrorProc();
 }
 
 // ---- message marks
@@ -170,6 +176,12 @@ void keepInName(DAG name, DAG value) {
 }
 
 }  // namespace
+
+void runErrorProcsOfBlock(JumpCode code) {
+  DAG exception = ini("lastexception")[1];
+  const char* message = code == jumpError && isSequence(exception) ? textOf(exception[2]) : misplacedJump;
+  while (SpecialError == noSpecialError && errorProcCount > Environment->errorProcs) runLastErrorProc(message);
+}
 
 void raiseKernelException(const char* text, const DAG* parameters, int count) {
   if (Environment == nullptr) {
@@ -328,7 +340,7 @@ DAG KernelTrapError(DAG (*f)(DAG), DAG argument, bool& failed) {
       return unwrapped(simpl(ini("lasterror")[1]));
     case jumpReturn:
     case jumpBreak:
-      return FillInLastErrorAndException("return, break, or next out of context");
+      return FillInLastErrorAndException(misplacedJump);
     default:
       return null;
   }

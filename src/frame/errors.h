@@ -59,7 +59,8 @@ inline void KernelWarning(int level, const char* text, Parameters... parameters)
 using ErrorProcedure = void (*)(const char* message);
 /// The parameter of the error procedure that is running: a reference or any other word.
 extern std::uintptr_t errorProcParam;
-/// Registers `f`, to be called when an error passes; `PopErrorProc` on every normal way out.
+/// Registers `f`, to be called when an error, or a `return`, `break` or `next`, passes; `PopErrorProc` on
+/// every normal way out.
 void PushErrorProc(ErrorProcedure f);
 void PushParamErrorProc(ErrorProcedure f, DAG parameter);
 void PushParamErrorProc(ErrorProcedure f, void* parameter);

@@ -15,3 +15,13 @@ libname := 3; 'libname' := 3; lasterror := 1;
 11; 12; 13; %; %%; %%%;
 _EnvX := 1; _EnvX; Digits := 0; Digits := 5; 1/3.; Digits := 10; Digits := 268435449; Order := infinity; Rounding := -1;
 printlevel := 2^40;
+# A value is remembered by a procedure, or by one made for a name without value; never in place of another value.
+g := 5: g(2) := 3; g; g := [1, 2]: g(1) := 2; g; t4 := table([1 = 2]): t4(1) := 2; t4[a](1) := 2; t4[1];
+md := module() export e; end module: md(1) := 2; u2(2)(3) := 1; try g(2) := 3 catch "ineffective": lasterror end try;
+u2[a](1) := 5; u2[a](1), u2[w](1), u2(1);
+# The changed list goes to the name that was written, and not to the one that this stands for.
+la := 'lb': lb := [1, 2]: la[1] := 7: la, lb;
+# A statement that runs on behalf of `parse` leaves the values before alone; one value or several.
+7; [parse("z7 := 3", statement), %]; 7; [parse("(z7, y7) := (3, 4)", statement), %];
+# A member of a module that is assigned its own reference is without value again.
+m7 := module() export e; e := 1 end module: m7[e] := 'm7[e]': assigned(m7:-e); m7[e] := 4: m7:-e;

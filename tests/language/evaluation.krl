@@ -101,3 +101,19 @@ streamcall(3);
 streamcall(INTERFACE_PRINT(1 + 1));
 exports(3);
 nops(), op();
+# A call of `if` that stays undecided outlives the procedure whose arguments it holds.
+f5 := proc(x) `if`(c5, x, 2) end proc: r5 := f5(7); c5 := true: r5; c5 := 'c5':
+# Levels beyond any number of names; names in a ring.
+eval(x5, 2^40), eval(x5, 10^30); ra := 'rb': rb := 'ra': timelimit(0.05, eval(ra, 2^60)); eval(ra); ra := 'ra': rb := 'rb':
+# Ranges of big integers in names, and more names than time allows.
+x || (10^20 .. 10^20 + 1), x || (2^64 .. 3); timelimit(0.1, x || (1 .. 5*10^7)); x || (1 .. 10^9);
+timelimit(infinity, 3);
+# What has no order stays a relation, and no condition.
+evalb("a" < 1), evalb(o5 < "b"), evalb((1 .. 2) < 3), evalb("a" < "b"), evalb([1] <= [1]);
+if "a" < 1 then 1 end if; try if (o5 = p5) < 1 then 1 end if catch "cannot evaluate": "undecided" end try;
+# A long condition that stays undecided takes no longer than its length asks for.
+lc := o5: for n5 from 2 to 60 do lc := lc and o || n5 end do: evalb(lc = (lc and o5)), nops(lc);
+# A part shared by sixty levels is evaluated in each place: a time limit ends that.
+sh := proc(n, f) local l, i; l := o5; for i to n do l := f(l) end do; l end proc: s5 := sh(60, z -> [z, z]): s6 := sh(60, z -> q5(z, z)):
+timelimit(0.05, nops(s5)); timelimit(0.05, eval(s6)); timelimit(0.05, evalf(s5));
+sw := proc(d) eval(d, o5 = 3); 1 end proc: timelimit(0.05, sw(eval(s5, 1))); sd := proc(d) 2*d; 1 end proc: timelimit(0.05, sd(eval(s5, 1)));

@@ -21,3 +21,10 @@ for i from 1/2 to 2 do i od;
 j := 7; seq(j^2, j = 1..4); add(j, j = 1..10); mul(j, j = 1..5); j; seq(1/(j - 2), j = 1..3); j;
 seq(j, j = 1..0); add(j, j = 1..0); mul(j, j = 1..0); seq(c, c = "a".."d"); seq(u, u = {3, 1}); add(w^k, k = 0..3);
 seq(j, j = 1..z); seq(j); add(j, 3); y $ 3; (m^2) $ m = 2..4; $ 1..4; y $ n;
+# A bound that evaluates to nothing is none that a loop can have; without a bound it runs on.
+for i to NULL do od; for i from NULL to 3 do od; for i by NULL to 3 do od; for i do if i > 3 then break fi od; i;
+# A character loop goes on from what the body left in its variable, as far as that is a character or its code.
+n := 0: for c from "a" to "d" do n := n + 1: if n = 1 then c := 98 fi; print(c) od: c;
+for c from "a" to "d" do c := 197/2 od; for c from "a" to "d" do c := 97.5 od; for c from "a" to "d" do c := -10^20 od;
+for c from "a" to "d" by 10^20 do print(c) od; [c]; for c from "b" to "a" by -300 do print(c) od; [c];
+for c from "ab" to "d" do od; for c from "a" to "bc" do od; for c from "a" to "c" by 1/2 do od; for c from "a" do od;
