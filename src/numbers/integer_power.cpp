@@ -115,6 +115,15 @@ DAG heapPower(DAG base, std::int32_t n) {
   return binaryPower(base, n, static_cast<std::size_t>(length));
 }
 
+/// base^n for |base| >= 2, when the machine's integers hold it: most powers are squares and cubes
+/// (bench/programs/sequences.krl).
+bool powerFitsWord(std::int64_t base, std::int32_t n, std::int64_t& product) {
+  product = base;
+  for (; n > 1; --n)
+    if (__builtin_mul_overflow(product, base, &product)) return false;
+  return true;
+}
+
 bool isUnit(DAG heap) { return digitCount(heap) == 1 && digitsOf(heap)[0] == 1; }
 DAG unitPower(bool negative, std::int32_t n) { return negative && n % 2 != 0 ? consm1 : cons1; }
 
@@ -124,6 +133,8 @@ DAG powint(DAG base, std::int32_t n) {
   assert(n >= 1 && !isZeroImmediate(base));
   if (base == cons1 || base == consm1) return unitPower(base == consm1, n);
   if (!isImmediate(base)) return MakeImmediate(heapPower(base, n));
+  std::int64_t product;
+  if (powerFitsWord(immediateValue(base), n, product)) return NewInteger(product);
   DAG heap = NewSoftInt(base);
   DAG result = MakeImmediate(heapPower(heap, n));
   release(heap, lengthOf(heap));
