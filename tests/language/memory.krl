@@ -22,3 +22,7 @@ c := proc() local k; k := [g(1)]; proc() k := [op(k), g(nops(k) + 1)] end proc e
 s := proc(n) option remember; [n, w] end proc: s(1): s(2): gc(): gc(): op(4, eval(s));
 w1 := proc(n) option remember, system; {n, w} end proc: w1(1): kept := w1(2): seq([i], i = 1..1000): 0: 0: gc(): gc(): op(4, eval(w1));
 w1(1);
+# What was old when it died is found by collections that come by themselves, and its place is used again.
+old := [seq(f(k)^2, k = 1..200000)]: gc(): old := 'old': 0: 0: 0:
+held := kernelopts(bytesalloc): for i to 300000 do [i, i + 1, f(i)] end do:
+old := [seq(g(k)^2, k = 1..200000)]: evalb(kernelopts(bytesalloc) - held < 12000000);
