@@ -119,14 +119,18 @@ TEST(SimplifySum, SortedTermsAgreeWithComparedOnes) {
   auto check = [](const char* description, int kinds, int left) {
     EXPECT_TRUE(rc::check(description, [=] {
       Terms terms = *termsOf(25, kinds, exactCoefficients);
-      // A float would make the order of the additions matter.
-      std::erase_if(terms, [=](auto t) { return t.first == 13 || t.first == left; });
+      // A float would make the order of the additions matter, and so would what has no value: the second
+      // `undefined` of a sum takes all with it.
+      auto isNegative = [](int c) { return c == 2 || c == 6 || c == 7; };
+      std::erase_if(terms, [=](auto t) {
+        return t.first == 13 || t.first == left || t.first == 15 || (t.first == 14 && isNegative(t.second));
+      });
       DAG s = sumOf(pairsOfTerms(terms));
       sameOutcome(simpl, CopyAlg(s), simplInParts, s);
     }));
   };
   check("finite", finiteKinds, -1);
-  check("infinities and undefined", termKinds, 10);
+  check("infinities of one sign", termKinds, 10);
 }
 
 // Equal terms of a long sum add up from left to right, which floats show.

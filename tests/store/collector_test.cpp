@@ -91,12 +91,12 @@ TEST(Collector, LongLoopsRunInConstantMemory) {
 // A short collection passes by what an earlier one has reached, but for what may have been written since. Each
 // round writes young objects into old ones of every changing kind and finds old objects again in new places.
 TEST(Collector, ShortCollectionsKeepWhatOldObjectsHaveComeToHold) {
-  sayAll({"entries := table():", "counted := proc() local n; n := []; proc(k) n := [op(n), g(k)^2]; nops(n) end end():",
+  sayAll({"slots := table():", "counted := proc() local n; n := []; proc(k) n := [op(n), g(k)^2]; nops(n) end end():",
           "remembers := proc(k) option remember; [h(k), h(k) + 1] end:", "frozen := [f(1), {f(2)}, f(3) + z]:",
           "gc():"});
   for (int round = 1; round <= 40; ++round) {
     std::string k = std::to_string(round);
-    say(("entries[" + k + "] := [f(" + k + "), z^" + k + ", frozen]:").c_str());
+    say(("slots[" + k + "] := [f(" + k + "), z^" + k + ", frozen]:").c_str());
     say(("counted(" + k + "):").c_str());
     say(("remembers(" + k + "):").c_str());
     say(("later := {op(frozen), f(" + k + ") + z}:").c_str());
@@ -106,9 +106,9 @@ TEST(Collector, ShortCollectionsKeepWhatOldObjectsHaveComeToHold) {
     const char* fault = checkUniqueTables();
     ASSERT_EQ(fault, nullptr) << fault << ", round " << round;
   }
-  EXPECT_EQ(say("eval(entries[7]), entries[39][1], nops(later), counted(0);"),
+  EXPECT_EQ(say("eval(slots[7]), slots[39][1], nops(later), counted(0);"),
             "[f(7), z^7, [f(1), {f(2)}, f(3)+z]], f(39), 4, 41");
-  EXPECT_EQ(say("remembers(3), nops([indices(op(4, eval(remembers)))]), evalb(entries[3][1] + z = frozen[3]);"),
+  EXPECT_EQ(say("remembers(3), nops([indices(op(4, eval(remembers)))]), evalb(slots[3][1] + z = frozen[3]);"),
             "[h(3), h(3)+1], 40, true");
 }
 
