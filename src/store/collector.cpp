@@ -1,5 +1,6 @@
 #include "store/collector.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
@@ -84,14 +85,20 @@ void checkAfterStress() {
 
 std::int64_t keptByFull = 0;   // words in use after the latest full collection
 int shortSinceFull = 0;        // collections since
+constexpr int mostShort = 15;
+int shortInARow = mostShort;   // short collections that pay before the next full one
 
 std::int64_t wordsInUse() { return totalmem - totalfree; }
 
 // A full collection costs as much as what lives, which the short ones before it have grown to twice as much
 // at most; and what dies among tenured objects is found after a while however little it is.
-bool isShortEnough() {
-  constexpr int mostShort = 15;
-  return shortSinceFull < mostShort && wordsInUse() <= 2 * keptByFull;
+bool isShortEnough() { return shortSinceFull < shortInARow && wordsInUse() <= 2 * keptByFull; }
+
+// `before` words were in use when a full collection began and `kept` are now: programs whose objects die when
+// they are old have full collections more often (bench/programs/strings.krl).
+void adaptTo(std::int64_t before, std::int64_t kept) {
+  const bool hadGarbage = before - kept > kept / 4;
+  shortInARow = hadGarbage && !collectAlways ? shortInARow / 2 : std::min(2 * shortInARow + 1, mostShort);
 }
 
 void swapMarks() {
@@ -102,6 +109,7 @@ void swapMarks() {
 
 void collect(bool isShort) {
   shortCollection = isShort;
+  const std::int64_t before = wordsInUse();
   if (!isShort) swapMarks();
   static GenerationPlan plan;
   planGenerations(plan);
@@ -121,7 +129,10 @@ void collect(bool isShort) {
   sweep(plan.newNumber);
   renumberGenerations(plan);
   shortSinceFull = isShort ? shortSinceFull + 1 : 0;
-  if (!isShort) keptByFull = wordsInUse();
+  if (!isShort) {
+    keptByFull = wordsInUse();
+    adaptTo(before, keptByFull);
+  }
 }
 
 void runCollection(bool isShort) {

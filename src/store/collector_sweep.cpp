@@ -3,6 +3,7 @@
 // A chunk is a sequence of objects, free blocks among them (allocator.h), and single free words.
 
 #include "store/collector_phases.h"
+#include "store/constants.h"
 
 #include <utility>
 
@@ -35,6 +36,8 @@ void markFromOlderGenerations() {
     Word label = generationOf(s);
     if (shortCollection) {
       if (genc[label] != 0 || (controlWord(s) & tenuredBit) != 0) {
+        // Most strings bear no attributes.
+        if (hasTag(s, STRING) && s[2] == null) return;
         if (!isFrozen(s) && !(hasTag(s, HASHTAB) && isListedTable(s))) markReferencesOf(s);
         return;
       }

@@ -74,7 +74,7 @@ bool hasWeakOption(DAG procedure) {
   return false;
 }
 
-bool isAliveOrPlain(DAG x) { return !isObject(x) || isAlive(x); }
+[[gnu::always_inline]] inline bool isAliveOrPlain(DAG x) { return !isObject(x) || isAlive(x); }
 
 bool isAliveKey(DAG key) {
   if (!isObject(key) || !hasTag(key, EXPSEQ)) return isAliveOrPlain(key);
