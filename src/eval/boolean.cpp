@@ -27,9 +27,6 @@ bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 DAG truth(bool value) { return value ? ini("true") : ini("false"); }
 bool isNumber(DAG x) { return isNumeric(x) || hasTag(x, COMPLEX); }
 
-// What an operation costs at least, in the steps of long operations.
-constexpr int operationSteps = 50;
-
 // Truth of an operand. The value of an operation is its truth already: finding that once more, at each level,
 // would double the work at each level of what stays undecided.
 DAG operandTruth(DAG x) {
@@ -256,15 +253,15 @@ DAG evalbool(DAG x) {
     case DCOLON: return truth(type(simpl(eval(x[1])), simpl(eval(x[2]))));
     case OR:
       checkStack();
-      passWork(operationSteps);
+      passWork(objectSteps);
       return orTruth(x);
     case AND:
       checkStack();
-      passWork(operationSteps);
+      passWork(objectSteps);
       return andTruth(x);
     case NOT:
       checkStack();
-      passWork(operationSteps);
+      passWork(objectSteps);
       return notTruth(x);
     case EQUATION: return truth(areEqual(x[1], x[2]));
     case INEQUAT: return truth(!areEqual(x[1], x[2]));

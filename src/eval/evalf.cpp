@@ -120,9 +120,6 @@ DAG evalfProduct(DAG x) {
   return simpl(result);
 }
 
-// What an object costs at least, in the steps of long operations: a shared part is met in each place.
-constexpr int objectSteps = 50;
-
 // Values of a hash chain; the keys stay.
 DAG evalfEntry(DAG value) { return simpl(evalf(value)); }
 

@@ -2,6 +2,7 @@
 
 #include "eval/arithmetic.h"
 #include "eval/builtins.h"
+#include "eval/copy_on_change.h"
 #include "eval/environment_variables.h"
 #include "eval/operand.h"
 #include "eval/procedures.h"
@@ -75,23 +76,10 @@ DAG evalInstance(DAG x, DAG* lastName) {
   return evalInstance(value, lastName);
 }
 
-// What an object costs at least, in the steps of long operations. A part that occurs twice in each of sixty
-// objects is evaluated 2^60 times, without a statement in between.
-constexpr int objectSteps = 20;
-
 // Every field evaluated from `from` on in steps of `step`; the object is copied at the first change.
 DAG evalFields(DAG x, Word from = 1, Word step = 1) {
   passWork(objectSteps);
-  DAG result = x;
-  for (Word i = from, n = lengthOf(x); i < n; i += step) {
-    DAG field = x[i];
-    if (!field || isImmediate(field)) continue;
-    DAG value = evalOperand(field);
-    if (value == field) continue;
-    if (result == x) result = CopyAlg(x);
-    result[i] = value;
-  }
-  return result;
+  return withFields(x, from, step, [](DAG field) { return evalOperand(field); });
 }
 
 // Sums and products that hold rtables go to the library as a whole.

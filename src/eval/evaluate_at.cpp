@@ -19,9 +19,6 @@ namespace {
 
 bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
-// What an object costs at least, in the steps of long operations: a shared part is walked in each place.
-constexpr int objectSteps = 50;
-
 DAG replacement(DAG equations, DAG x) {
   for (Word i = 1; i < lengthOf(equations); ++i)
     if (equations[i][1] == x) return equations[i][2];

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "eval/arithmetic.h"
+#include "eval/copy_on_change.h"
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
 #include "eval/procedures.h"
@@ -67,21 +68,9 @@ DAG lexicalEntry(DAG x) {
   return frame.proc[8][at];
 }
 
-// What an object costs at least, in the steps of long operations: a shared part is looked at in each place.
-constexpr int objectSteps = 20;
-
 DAG substituteFields(DAG x, Word from = 1, Word step = 1) {
   passWork(objectSteps);
-  DAG result = x;
-  for (Word i = from, n = lengthOf(x); i < n; i += step) {
-    DAG field = x[i];
-    if (!field || isImmediate(field)) continue;
-    DAG value = evparloc(field);
-    if (value == field) continue;
-    if (result == x) result = CopyAlg(x);
-    result[i] = value;
-  }
-  return result;
+  return withFields(x, from, step, evparloc);
 }
 
 // A closure captures the frame: each binding that refers to it is replaced by what it stands for.
@@ -114,14 +103,7 @@ DAG bindType(DAG x) {
     default: return evparloc(x);
   }
   checkStack();
-  DAG result = x;
-  for (Word i = 1, n = lengthOf(x); i < n; ++i) {
-    DAG value = bindType(x[i]);
-    if (value == x[i]) continue;
-    if (result == x) result = CopyAlg(x);
-    result[i] = value;
-  }
-  return result;
+  return withFields(x, 1, 1, bindType);
 }
 
 // Types of parameters, where they aren't mere names, are told in terms of the frame that makes the closure.
@@ -291,14 +273,7 @@ DAG mvalue(DAG x) {
     case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case OR: case NOT: case RANGE: {
       checkStack();
       passWork(objectSteps);
-      DAG result = x;
-      for (Word i = 1, n = lengthOf(x); i < n; ++i) {
-        DAG value = mvalue(x[i]);
-        if (value == x[i]) continue;
-        if (result == x) result = CopyAlg(x);
-        result[i] = value;
-      }
-      return result;
+      return withFields(x, 1, 1, mvalue);
     }
     default: return evparloc(x);
   }
@@ -349,9 +324,6 @@ DAG joinOne(DAG left, DAG x) {
   return joinParts(parts, 2, hasTag(left, STRING) ? STRING : NAME);
 }
 
-// What a name of a range costs, in the steps of long operations.
-constexpr int joinSteps = 50;
-
 DAG joinRange(DAG left, DAG from, DAG to) {
   if (isInteger(from) && isInteger(to)) {
     DAG span = add(to, negate(from));
@@ -362,7 +334,7 @@ DAG joinRange(DAG left, DAG from, DAG to) {
     DAG sequence = newl2(count + 1, EXPSEQ);
     DAG k = from;
     for (Word i = 1; i <= count; ++i, k = increment(k)) {
-      passWork(joinSteps);
+      passWork(objectSteps);
       sequence[i] = joinOne(left, k);
     }
     return simpl(sequence);

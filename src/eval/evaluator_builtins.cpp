@@ -45,9 +45,6 @@ bool isEquationList(DAG x) {
   return true;
 }
 
-// What a level of evaluation costs at least, in the steps of long operations: names can refer to each other
-// in a ring.
-constexpr int levelSteps = 50;
 constexpr std::int64_t manyLevels = std::numeric_limits<std::int64_t>::max();
 
 }  // namespace
@@ -93,7 +90,7 @@ DAG evalBuiltin(const BuiltinCall& call) {
   if (!isInteger(second) || consneg(second) || isZero(second)) wrongParameters(call);
   DAG x = call.arguments[1];
   for (std::int64_t level = FitIntoLongLong(second) ? LongLongValue(second) : manyLevels; level > 0; --level) {
-    passWork(levelSteps);
+    passWork(objectSteps);
     DAG next = simpl(mvalue(x));
     if (next == x) break;
     x = next;

@@ -152,12 +152,8 @@ void releaseVariable(const SavedVariable& saved) {
 
 // ---- walking
 
-// What an element costs at least, in the steps of long operations. One that allocates little is not
-// followed by a statement that would ask for an interrupt.
-constexpr int elementSteps = 50;
-
 void element(Collector& c, DAG variable, DAG value, DAG expression) {
-  passWork(elementSteps);
+  passWork(objectSteps);
   ++evaluationLevel;
   c.kept[2] = value;
   assign(variable, value);
@@ -265,7 +261,7 @@ DAG dollarSequence(DAG expression, DAG variable, DAG a, DAG b) {
   DAG sequence = newl2(static_cast<Word>(count + 1), EXPSEQ);
   DAG value = a;
   for (std::int64_t k = 0; k < count; ++k) {
-    passWork(elementSteps);
+    passWork(objectSteps);
     if (characters) value = charinstall(static_cast<char>(codeOf(a) + k));
     if (!expression) {
       sequence[k + 1] = value;

@@ -198,9 +198,6 @@ void absorbIntoProduct(Pair& pair) {
   }
 }
 
-// What a list costs at least, in the steps of long operations: one in another is met in each place.
-constexpr int listSteps = 50;
-
 [[noreturn]] void invalidTerm(DAG original) {
   KernelException(lengthOf(original) == 3 ? "invalid terms in product" : "invalid terms in sum");
 }
@@ -462,7 +459,7 @@ Word compact(DAG s) {
 }  // namespace
 
 DAG mapToList(DAG list, DAG factor) {
-  passWork(listSteps);
+  passWork(objectSteps);
   DAG body = CopyAlg(list[1]);
   for (Word i = 1; i < lengthOf(body); ++i)
     body[i] = simpl(isNumeric(body[i]) ? mul(body[i], factor) : new3(SUM, body[i], factor));

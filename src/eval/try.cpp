@@ -118,6 +118,11 @@ DAG tryStatement(DAG statement, int mode) {
   RestoreEnvironment(t.previous);
   evaluationLevel = t.level;
   const DAG error = ini("lasterror")[1], exception = ini("lastexception")[1];
+  if (!clean) {
+    // The names may hold others when the last part's statements collect.
+    updategen(error);
+    updategen(exception);
+  }
   if ((n & 1) != 0) t.value = evalstat(statement[n - 1], mode);
   if (!clean) {
     // The error goes on, whatever others the last part has met and dealt with.

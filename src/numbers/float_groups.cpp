@@ -164,11 +164,8 @@ RoundedMantissa roundedProduct(DAG a, DAG b, std::int64_t digits) {
   const Tag sign = productSign(a, b);
   std::size_t na = groupCount(a), nb = groupCount(b);
   if (na == 1 && nb == 1) {
-    Group x, y;
-    packInteger(a, &x);
-    packInteger(b, &y);
-    Parts parts = splitGroup(Wide{x} * y);
-    const Group product[2] = {parts.rest, parts.quotient};
+    Group product[2];
+    multiplySingles(a, b, product);
     return roundGroups(product, product[1] != 0 ? 2 : 1, sign, digits, false);
   }
   const bool square = a == b;

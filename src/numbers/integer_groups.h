@@ -151,6 +151,15 @@ inline Parts splitBy(Wide x) {
   return divisor.split(x);
 }
 inline Parts splitGroup(Wide x) { return splitBy<groupBase>(x); }
+/// The product of two integers of one group each, sign aside, as two groups.
+inline void multiplySingles(DAG a, DAG b, Group* product) {
+  Group x, y;
+  packInteger(a, &x);
+  packInteger(b, &y);
+  Parts parts = splitGroup(Wide{x} * y);
+  product[0] = parts.rest;
+  product[1] = parts.quotient;
+}
 
 /// Takes the lowest place in base `base` off a sum, which keeps the quotient.
 template <Group base>

@@ -48,11 +48,8 @@ DAG freshProduct(DAG a, DAG b) {
   Tag sign = tagOf(a) == tagOf(b) ? INTPOS : INTNEG;
   std::size_t na = groupCount(a), nb = groupCount(b);
   if (na == 1 && nb == 1) {
-    Group x, y;
-    packInteger(a, &x);
-    packInteger(b, &y);
-    Parts parts = splitGroup(Wide{x} * y);
-    const Group product[2] = {parts.rest, parts.quotient};
+    Group product[2];
+    multiplySingles(a, b, product);
     return integerOfGroups(product, 2, sign);
   }
   if (digitsPerGroup * (na + nb) > std::size_t{maxLength}) KernelException("object too large");

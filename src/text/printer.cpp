@@ -157,9 +157,6 @@ void printUnderTrap(DAG object, Sink sink, ErrorSink onError, int width, void* c
 
 // ---- the walk
 
-// What an object on its way through the printer costs, in the steps of long operations.
-constexpr int objectSteps = 50;
-
 void printObject(DAG x, int min) {
   checkStack();
   passWork(objectSteps);
