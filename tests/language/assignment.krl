@@ -4,7 +4,7 @@ a := b; b := 3; a; a := 'a'; a; assigned(a), assigned(b);
 p, q := 1, 2; p, q := q, p; p; q; p, q := 1; p, q := 1, 2, 3;
 c := c + 1; c;
 # Tables come into being by an assignment to an entry.
-t[1] := 5; t[x, y] := 6; t[1] + t[x, y]; t[2]; t; eval(t); t[1] := 't[1]'; t[1];
+t[1] := 5; eval(t); t[x, y] := 6; t[1] + t[x, y]; t[2]; t; nops([indices(t)]); t[1] := 't[1]'; t[1];
 t[3] := t;
 # Lists are copied; a negative index counts from the end.
 l := [1, 2, 3]; l[2] := 7; l; l[-1] := 9; l; l[4] := 1; l[1, 1] := 1; l[1] := NULL;
