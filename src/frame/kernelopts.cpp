@@ -68,7 +68,7 @@ void setgcfreq(DAG value) {
   if (between < 0 || 3 * words > INT32_MAX) userror("integer too large in context");
   incrgc = words;
   incrgen = between;
-  nextgc = nextgcgen = cused - 1;  // the next look finds both passed
+  demandCollection();
 }
 void setinline(DAG value) {
   optionInline = requireBoolean(value, "inline must have a boolean value");

@@ -83,7 +83,9 @@ void checkAfterStress() {
 
 // ---- short and full collections
 
+std::int64_t keptByLatest = 0;  // words in use after the latest collection
 std::int64_t keptByFull = 0;   // words in use after the latest full collection
+bool demanded = false;         // whether the next collection that is due must not wait
 int shortSinceFull = 0;        // collections since
 constexpr int mostShort = 15;
 int shortInARow = mostShort;   // short collections that pay before the next full one
@@ -129,8 +131,9 @@ void collect(bool isShort) {
   sweep(plan.newNumber);
   renumberGenerations(plan);
   shortSinceFull = isShort ? shortSinceFull + 1 : 0;
+  keptByLatest = wordsInUse();
   if (!isShort) {
-    keptByFull = wordsInUse();
+    keptByFull = keptByLatest;
     adaptTo(before, keptByFull);
   }
 }
@@ -138,6 +141,7 @@ void collect(bool isShort) {
 void runCollection(bool isShort) {
   if (InExternalCall || collecting) return;
   collecting = true;
+  demanded = false;
   runBeginHooks();
   forgetAppendSlack();
   if (isObject(puttab)) clearhash(puttab, false);
@@ -233,6 +237,19 @@ bool collectAlways = stressLevel() != 0;
 
 void gc() { runCollection(false); }
 void collectInTurn() { runCollection(isShortEnough()); }
+
+// Walking the heap costs as much for a few dead objects as for many, and what has not been released cannot die,
+// but for what an earlier collection reached: the walk of a large heap pays when as much may be dead as lives
+// (bench/programs/sequences.krl, strings.krl).
+bool canCollectionWait() {
+  constexpr int mostGenerations = 960;  // each interval takes two thirds of the labels that are left
+  return !collectAlways && !demanded && gcgen < mostGenerations && releasedWords() < keptByLatest - incrgc;
+}
+
+void demandCollection() {
+  demanded = true;
+  nextgc = nextgcgen = cused - 1;  // the next look finds both passed
+}
 
 DAG gc(const BuiltinCall& call) {
   if (argumentCount(call) != 0) wrongParameters(call);

@@ -12,6 +12,7 @@
 // only where it may have been written since (Ungar's generation scavenging, with a flag for the old space
 // and the unchanging tags in place of remembered stores). A full one, which takes tenured objects as well,
 // comes when their garbage may be as much as what lives, or has been left for long, and by a call of `gc`.
+// And a collection that is due waits for some intervals while next to nothing has been released.
 //
 // A collection runs at the end of a statement, or by a call of `gc`, and allocates nothing. The tables
 // of names, strings and simplified objects are weak; so are the remember tables of procedures with the
@@ -51,6 +52,10 @@ inline void endOfStatement(std::int32_t level) {
 void gc();
 /// The same, or a short one when that will do.
 void collectInTurn();
+/// Whether a collection that is due may wait for the next interval, since little has been released.
+bool canCollectionWait();
+/// The next end of a statement collects.
+void demandCollection();
 /// The collection inside external calls: frees integers and floats that nobody holds, and only those.
 void GarbageCollectSoftwareFloats();
 

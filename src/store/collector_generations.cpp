@@ -62,6 +62,16 @@ struct Groups {
   }
 };
 
+// Words handed out while each generation was the current one; what joins takes its words along.
+std::int64_t wordsOf[generationCount];
+std::int64_t openedAt = 0;  // `wordsUsed` when counting for the current one began
+
+void countCurrentGeneration() {
+  const std::int64_t now = wordsUsed();
+  wordsOf[gcgen] += now - openedAt;
+  openedAt = now;
+}
+
 // A statement at `level` has ended: generations that allocated only at that level or deeper are
 // released, down to one that has been through this for a level as low. At level 2, between the
 // statements of the top level, all are.
@@ -76,7 +86,9 @@ void releaseGenerations(std::int32_t level) {
 }
 
 void openGeneration() {
+  countCurrentGeneration();
   ++gcgen;
+  wordsOf[gcgen] = 0;
   if (gcgen >= firstMarkLabel) notimpl("gc-7");
   genc[gcgen] = gene[gcgen] = noLevel;
   genpat = static_cast<Word>(gcgen) << generationShift;
@@ -89,17 +101,29 @@ void settleGenerations(std::int32_t level) {
   releaseGenerations(level);
   if (cused > nextgcgen || collectAlways) openGeneration();
   if (cused > nextgc || collectAlways) {
-    collectInTurn();
+    if (!canCollectionWait()) collectInTurn();
+    setGenerationInterval();
     nextgcgen = cused + incrgen;
     nextgc = cused + incrgc;
   }
 }
+
+std::int64_t releasedWords() {
+  std::int64_t words = 0;
+  for (int g = 2; g <= gcgen; ++g)
+    if (genc[g] == 0) words += wordsOf[g];
+  return words;
+}
+
+// The interval shrinks as the labels are used up: two thirds of those left last to the next time.
+void setGenerationInterval() { incrgen = 3 * incrgc / (2042 - 2 * gcgen) + 1; }
 
 void planGenerations(GenerationPlan& plan) {
   Groups groups;
   for (int g = 1; g <= gcgen; ++g)
     if (genc[g] != 0) groups.add({g, genc[g], gene[g]});
   while (groups.count > maxKeptGenerations) groups.mergeNearest();
+  countCurrentGeneration();
 
   plan.kept = groups.count;
   int number = 1;
@@ -111,7 +135,10 @@ void planGenerations(GenerationPlan& plan) {
   for (int k = 1; k <= groups.count; ++k) {
     plan.level[k] = groups.list[k - 1].level;
     plan.ended[k] = groups.list[k - 1].ended;
+    plan.words[k] = 0;
   }
+  for (int g = 1; g <= gcgen; ++g)
+    if (plan.newNumber[g] != 0) plan.words[plan.newNumber[g]] += wordsOf[g];
 }
 
 void renumberGenerations(const GenerationPlan& plan) {
@@ -119,11 +146,11 @@ void renumberGenerations(const GenerationPlan& plan) {
   for (int k = 1; k <= plan.kept; ++k) {
     genc[k] = plan.level[k];
     gene[k] = plan.ended[k];
+    wordsOf[k] = plan.words[k];
   }
   gcgen = current;
   if (gcgen >= firstMarkLabel) notimpl("gc-0");
-  // The interval shrinks as the labels are used up: two thirds of those left last to the next time.
-  incrgen = 3 * incrgc / (2042 - 2 * gcgen) + 1;
+  setGenerationInterval();
   genpat = static_cast<Word>(gcgen) << generationShift;
 }
 

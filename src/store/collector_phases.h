@@ -136,9 +136,14 @@ struct GenerationPlan {
   int kept;
   std::int32_t level[maxKeptGenerations + 1];  // `genc` and `gene` by new number
   std::int32_t ended[maxKeptGenerations + 1];
+  std::int64_t words[maxKeptGenerations + 1];
 };
 void planGenerations(GenerationPlan& plan);
 /// Puts the plan into force, and `gcgen`, `genpat` and `incrgen` with it.
 void renumberGenerations(const GenerationPlan& plan);
+/// Words handed out in generations that are released now: what may die beside what earlier collections reached.
+std::int64_t releasedWords();
+/// Sets `incrgen` by the labels that are left.
+void setGenerationInterval();
 
 }  // namespace korel
