@@ -9,6 +9,7 @@
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "numbers/integer.h"
+#include "store/chain_scan.h"
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/names.h"
@@ -34,15 +35,13 @@ SearchEnd searchEnd;
 DAG findIdentical(Word key, DAG s) {
   DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))];
   if (!chain) return DAG();
-  for (PairAddress pair = chain.word + 4;; pair = nextPair(pair)) {
-    Word k = pairKey(pair).word;
-    if (k == key) {
-      DAG member = pairValue(pair);
-      if (member == s || (headerWord(member) == headerWord(s) && identical(member, s))) return member;
-    } else if (k == 0) {
+  for (PairAddress pair = scanChain(chain.word + 4, key);; pair = scanChain(nextPair(pair), key)) {
+    if (pairKey(pair).word == 0) {
       searchEnd = {key, pair};
       return DAG();
     }
+    DAG member = pairValue(pair);
+    if (member == s || (headerWord(member) == headerWord(s) && identical(member, s))) return member;
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "eval/simplify.h"
 #include "store/generations.h"
+#include "store/chain_scan.h"
 #include "store/hash.h"
 
 namespace korel {
@@ -43,8 +44,8 @@ bool hasPairs(DAG member, const Pair* pairs, Word count) {
 DAG uniquePairs(Tag tag, const Pair* pairs, Word count) {
   const Word key = keyOf(tag, pairs, count), header = tag | (2 * count + 1);
   if (DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))]) {
-    for (PairAddress pair = chain.word + 4; pairKey(pair).word != 0; pair = nextPair(pair)) {
-      if (pairKey(pair).word != key) continue;
+    for (PairAddress pair = scanChain(chain.word + 4, key); pairKey(pair).word != 0;
+         pair = scanChain(nextPair(pair), key)) {
       DAG found = pairValue(pair);
       if (headerWord(found) != header || !hasPairs(found, pairs, count)) continue;
       updategen(found);

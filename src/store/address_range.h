@@ -10,6 +10,8 @@
 
 namespace korel {
 
+/// Bytes behind the latest words that may be read, whatever stands there.
+constexpr std::uint64_t readableBehind = 64;
 /// Address of `words` fresh words, or 0 when the range is used up or the system refuses the memory.
 Word commitWords(std::int64_t words);
 

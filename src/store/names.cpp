@@ -4,6 +4,7 @@
 #include <cstring>
 #include <vector>
 
+#include "store/chain_scan.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/objects.h"
@@ -70,9 +71,10 @@ bool samePairs(DAG a, DAG b) {
   return true;
 }
 
-// Strings come by the million, and nobody walks their table while it takes one more.
+// Strings come by the million, and nobody walks their table while it takes one more. Long chains are read line
+// by line; more buckets would cost each collection.
 DAG newTextIn(DAG table, DAG text) {
-  constexpr Word stringsPerBucket = 8;
+  constexpr Word stringsPerBucket = 32;
   if (table == strtab && isCrowded(strtab, ++strtabCount, stringsPerBucket)) [[unlikely]]
     strtab = widenedhashtab(strtab, 4 * (lengthOf(strtab) - 1));
   return text;
@@ -89,9 +91,8 @@ DAG stringhashunique(Word k, const char* text, DAG table) {
     controlWord(chain) |= tableBit;
     return newTextIn(table, s);
   }
-  PairAddress pair = chain.word + 4;
-  for (; pairKey(pair).word != 0; pair = nextPair(pair)) {
-    if (pairKey(pair).word != k) continue;
+  PairAddress pair = scanChain(chain.word + 4, k);
+  for (; pairKey(pair).word != 0; pair = scanChain(nextPair(pair), k)) {
     DAG found = pairValue(pair);
     if (std::strcmp(textOf(found), text) != 0) continue;
     updategen(found);  // it may have been on its way out
