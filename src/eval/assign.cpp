@@ -230,6 +230,11 @@ bool assignPlainEntry(DAG target, DAG v) {
   return true;
 }
 
+bool isOrdinaryName(DAG target) {
+  return isTag(target, NAME) && !isEnvironmentName(target) && target != ini("lasterror") &&
+         target != ini("lastexception") && target != ini("libname");
+}
+
 DAG assign(DAG t, DAG v) {
   if (!isImmediate(t)) switch (tagOf(t)) {
       case MEMBER: return assign(evalname(t), v);

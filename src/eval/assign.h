@@ -1,6 +1,7 @@
 #pragma once
 // Storing values: into names, table entries, list members, module members and remember tables.
 
+#include "store/constants.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -11,6 +12,11 @@ DAG assign(DAG target, DAG value);
 /// Stores a number, string or name in an entry with one index, under `target` as it stands in the
 /// statement: no reference to the entry is made on the way. False when that is not what it is.
 bool assignPlainEntry(DAG target, DAG value);
+/// A name for which `assign` has no rules of its own, as it has for environment variables and the error names:
+/// its value may be stored directly while it is open.
+bool isOrdinaryName(DAG target);
+/// An ordinary name without attributes that could protect it, and not to be asked of the library first.
+inline bool isOpenName(DAG name) { return name[2] == null && (controlWord(name) & deferredBit) == 0; }
 /// True for attributes that hold `protected`.
 bool isProtected(DAG attributes);
 

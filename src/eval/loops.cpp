@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "eval/arithmetic.h"
+#include "eval/assign.h"
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
 #include "structure/operands.h"
@@ -167,18 +168,12 @@ void storeVariable(const CountedLoop& loop) {
   assign(loop.variable, loop.characters ? characterString(loop.from) : loop.from);
 }
 
-bool isOrdinaryName(DAG variable) {
-  return isTag(variable, NAME) && !isEnvironmentName(variable) && variable != ini("lasterror") &&
-         variable != ini("lastexception") && variable != ini("libname");
-}
-
 // The step from one small integer to another in an ordinary variable; false for any other.
 bool stepImmediate(CountedLoop& loop) {
   if (!loop.ordinary || !isImmediate(loop.by)) return false;
   DAG name = loop.variable;
   DAG value = name[1];
-  if (!isImmediate(value) || value == consm0 || name[2] != null || (controlWord(name) & deferredBit) != 0)
-    return false;
+  if (!isImmediate(value) || value == consm0 || !isOpenName(name)) return false;
   std::int32_t next = (static_cast<std::int32_t>(value.word) >> 1) + immediateValue(loop.by);
   if (!fitsImmediate(next)) return false;
   name[1] = loop.from = immediate(next);

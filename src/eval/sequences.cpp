@@ -1,8 +1,10 @@
 #include "eval/sequences.h"
 
 #include <cstring>
+#include <utility>
 
 #include "eval/arithmetic.h"
+#include "eval/assign.h"
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
 #include "structure/operands.h"
@@ -52,12 +54,14 @@ struct Collector {
   Word used = 1;
   DAG kept;  // EXPSEQ (folded number, value of the loop variable)
   bool ownFolded = false;  // the folded number was made here, and nobody else refers to it
+  std::int64_t gathered = 0;  // of a sum: integers that are still to be folded
+  bool ordinary = false;      // the loop variable is a name for which assignment has no rules of its own
 
   DAG folded() const { return kept[1]; }
 };
 
 // The number folds on. What was folded before goes back at once: a long sum leaves nothing to collect.
-void fold(Collector& c, DAG element) {
+void foldNumber(Collector& c, DAG element) {
   DAG before = c.folded();
   DAG folded = c.kind == Kind::sum ? add(before, element) : mul(before, element);
   if (folded == before) return;
@@ -67,7 +71,27 @@ void fold(Collector& c, DAG element) {
       folded != element && isObject(folded) && !isSimplified(folded) && isInteger(folded);
 }
 
-void begin(Collector& c) {
+void foldGathered(Collector& c) {
+  if (c.gathered != 0) foldNumber(c, NewInteger(std::exchange(c.gathered, 0)));
+}
+
+// Integers of a sum gather in a machine word as long as what is folded is exact: floats round in the order in
+// which they come.
+void fold(Collector& c, DAG element) {
+  if (c.kind == Kind::sum && isInteger(element) && element != consm0 && isRationalNumber(c.folded())) {
+    std::int64_t value, sum;
+    if (!readLongLong(element, value)) return foldNumber(c, element);
+    if (!__builtin_add_overflow(c.gathered, value, &sum)) {
+      c.gathered = sum;
+      return;
+    }
+  }
+  foldGathered(c);
+  foldNumber(c, element);
+}
+
+void begin(Collector& c, DAG variable) {
+  c.ordinary = isOrdinaryName(variable);
   if (c.kind == Kind::sequence) {
     if (c.capacity >= std::int64_t{maxLength} - 2) KernelException("object too large");
     c.buffer = newl2(static_cast<Word>(c.capacity + 1), EXPSEQ);
@@ -108,6 +132,7 @@ DAG finish(Collector& c) {
     if (c.used != lengthOf(c.buffer)) shorten(c.buffer, lengthOf(c.buffer), c.used);
     return simpl(c.buffer);
   }
+  foldGathered(c);
   DAG folded = simpl(c.folded());
   if (!c.buffer) return folded;
   c.buffer[1] = folded;
@@ -156,7 +181,9 @@ void element(Collector& c, DAG variable, DAG value, DAG expression) {
   passWork(objectSteps);
   ++evaluationLevel;
   c.kept[2] = value;
-  assign(variable, value);
+  // The value needs no barrier here: it is held beside the folded number.
+  if (c.ordinary && isOpenName(variable) && value != variable) variable[1] = value;
+  else assign(variable, value);
   DAG result = eval(expression);
   // A variable's value may be overwritten by the next round: a shared object is made of it now.
   if (c.kind == Kind::sequence) result = simpl(result);
@@ -169,7 +196,7 @@ DAG overCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expression) {
   if (!isCharacter(a) || !isCharacter(b)) KernelException("invalid string range");
   int from = codeOf(a), to = codeOf(b);
   Collector c{kind, to < from ? 0 : to - from + 1, DAG(), 1, DAG()};
-  begin(c);
+  begin(c, variable);
   for (int code = from; code <= to; ++code)
     element(c, variable, charinstall(static_cast<char>(code)), expression);
   return finish(c);
@@ -179,7 +206,7 @@ DAG overNumbersOrCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expressio
   DAG infinity = ini("infinity");
   if ((a == infinity && b != infinity) || (b == consminf && a != consminf)) {
     Collector empty{kind, 0, DAG(), 1, DAG()};
-    begin(empty);
+    begin(empty, variable);
     return finish(empty);
   }
   if (isTag(a, STRING) && isTag(b, STRING)) return overCharacters(kind, variable, a, b, expression);
@@ -193,7 +220,7 @@ DAG overNumbersOrCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expressio
     count = LongLongValue(whole) + 1;
   }
   Collector c{kind, count, DAG(), 1, DAG()};
-  begin(c);
+  begin(c, variable);
   DAG value = a;
   for (std::int64_t k = 0; k < count; ++k) {
     element(c, variable, value, expression);
@@ -211,7 +238,7 @@ DAG overContainer(Kind kind, DAG variable, DAG container, DAG expression) {
   std::int64_t count = string ? static_cast<std::int64_t>(std::strlen(textOf(container)))
                               : numterms(container);
   Collector c{kind, count, DAG(), 1, DAG()};
-  begin(c);
+  begin(c, variable);
   for (std::int64_t k = 1; k <= count; ++k) {
     DAG x = string ? charinstall(textOf(container)[k - 1])
             : members ? container[1][k]

@@ -89,6 +89,8 @@ DAG MakeImmediate(DAG x);
 bool FitIntoImmediate(DAG heap);
 bool FitIntoWord(DAG x);      // -2^31 .. 2^31 - 1
 bool FitIntoLongLong(DAG x);  // -2^63 .. 2^63 - 1
+/// The value of integer `x`, when it fits; false and nothing else otherwise.
+bool readLongLong(DAG x, std::int64_t& value);
 /// True when `x` is an integer in canonical form.
 bool VerifyInteger(DAG x);
 

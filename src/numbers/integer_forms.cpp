@@ -41,12 +41,17 @@ std::uint64_t shortMagnitude(DAG heap) {
 }
 
 /// Value of a heap integer when it lies in -2^63 .. 2^63-1.
-bool readLongLong(DAG heap, std::int64_t& value) {
+bool readHeap(DAG heap, std::int64_t& value) {
+  const bool negative = hasTag(heap, INTNEG);
+  if (digitCount(heap) <= 4) {
+    auto magnitude = static_cast<std::int64_t>(shortMagnitude(heap));
+    value = negative ? -magnitude : magnitude;
+    return true;
+  }
   if (digitCount(heap) > 5) return false;
   const Word* digit = digitsOf(heap);
   unsigned __int128 magnitude = 0;  // five digits reach 10^20, beyond 64 bits
   for (Word i = digitCount(heap); i-- > 0;) magnitude = magnitude * BASE + digit[i];
-  bool negative = hasTag(heap, INTNEG);
   if (magnitude > (static_cast<unsigned __int128>(1) << 63) - (negative ? 0 : 1)) return false;
   auto low = static_cast<std::uint64_t>(magnitude);
   value = static_cast<std::int64_t>(negative ? 0 - low : low);
@@ -55,7 +60,7 @@ bool readLongLong(DAG heap, std::int64_t& value) {
 
 bool readWord(DAG heap, std::int32_t& value) {
   std::int64_t wide;
-  if (digitCount(heap) > 3 || !readLongLong(heap, wide)) return false;
+  if (digitCount(heap) > 3 || !readHeap(heap, wide)) return false;
   value = static_cast<std::int32_t>(wide);
   return wide == value;
 }
@@ -128,9 +133,15 @@ bool FitIntoWord(DAG x) {
   return isImmediate(x) || readWord(x, value);
 }
 
+bool readLongLong(DAG x, std::int64_t& value) {
+  if (!isImmediate(x)) return readHeap(x, value);
+  value = immediateValue(x);
+  return true;
+}
+
 bool FitIntoLongLong(DAG x) {
   std::int64_t value;
-  return isImmediate(x) || readLongLong(x, value);
+  return isImmediate(x) || readHeap(x, value);
 }
 
 bool VerifyInteger(DAG x) {
@@ -161,7 +172,7 @@ std::int32_t SoftIntValue(DAG heap) {
 std::int64_t LongLongValue(DAG x) {
   if (isImmediate(x)) return immediateValue(x);
   std::int64_t value;
-  if (!readLongLong(x, value)) KernelException(tooLarge);
+  if (!readHeap(x, value)) KernelException(tooLarge);
   return value;
 }
 

@@ -86,6 +86,7 @@ void checkAfterStress() {
 std::int64_t keptByLatest = 0;  // words in use after the latest collection
 std::int64_t keptByFull = 0;   // words in use after the latest full collection
 bool demanded = false;         // whether the next collection that is due must not wait
+double deadShare = 1;          // of the words that had been released, how many the latest collection found dead
 int shortSinceFull = 0;        // collections since
 constexpr int mostShort = 15;
 int shortInARow = mostShort;   // short collections that pay before the next full one
@@ -111,7 +112,7 @@ void swapMarks() {
 
 void collect(bool isShort) {
   shortCollection = isShort;
-  const std::int64_t before = wordsInUse();
+  const std::int64_t before = wordsInUse(), released = releasedWords();
   if (!isShort) swapMarks();
   static GenerationPlan plan;
   planGenerations(plan);
@@ -132,6 +133,8 @@ void collect(bool isShort) {
   renumberGenerations(plan);
   shortSinceFull = isShort ? shortSinceFull + 1 : 0;
   keptByLatest = wordsInUse();
+  // Never so low that a program which turns to making garbage is not found out.
+  deadShare = std::clamp(static_cast<double>(wret) / static_cast<double>(std::max<std::int64_t>(released, 1)), 0.5, 1.0);
   if (!isShort) {
     keptByFull = keptByLatest;
     adaptTo(before, keptByFull);
@@ -239,11 +242,13 @@ void gc() { runCollection(false); }
 void collectInTurn() { runCollection(isShortEnough()); }
 
 // Walking the heap costs as much for a few dead objects as for many, and what has not been released cannot die,
-// but for what an earlier collection reached: the walk of a large heap pays when as much may be dead as lives
-// (bench/programs/sequences.krl, strings.krl).
+// but for what an earlier collection reached: the walk of a large heap pays when as much is expected to be dead
+// as lives, that of a small one when a quarter of an interval is (bench/programs/sequences.krl, strings.krl).
 bool canCollectionWait() {
   constexpr int mostGenerations = 960;  // each interval takes two thirds of the labels that are left
-  return !collectAlways && !demanded && gcgen < mostGenerations && releasedWords() < keptByLatest - incrgc;
+  if (collectAlways || demanded || gcgen >= mostGenerations) return false;
+  const std::int64_t worthwhile = std::max(keptByLatest - incrgc, incrgc / 2);
+  return deadShare * static_cast<double>(releasedWords()) < static_cast<double>(worthwhile);
 }
 
 void demandCollection() {
