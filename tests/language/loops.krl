@@ -28,3 +28,9 @@ n := 0: for c from "a" to "d" do n := n + 1: if n = 1 then c := 98 fi; print(c) 
 for c from "a" to "d" do c := 197/2 od; for c from "a" to "d" do c := 97.5 od; for c from "a" to "d" do c := -10^20 od;
 for c from "a" to "d" by 10^20 do print(c) od; [c]; for c from "b" to "a" by -300 do print(c) od; [c];
 for c from "ab" to "d" do od; for c from "a" to "bc" do od; for c from "a" to "c" by 1/2 do od; for c from "a" do od;
+# Integers of a sum gather beyond a machine word; floats round in the order in which they come.
+add(2^62, i = 1..5), add(-2^62, i = 1..3), add(x, x = [2^62, 2^62, -2^63, 2^100, -2^100, 7]);
+add(x, x = [10.0^20, 1, -10.0^20]), add(x, x = [1, 10.0^20, -10.0^20, 4]), add(x, x = [3, 1/3, y, 4, 2/3]);
+# The variable is changed inside, kept by closures and put back; one that is protected takes no value.
+f := proc() local i, g; g := proc() i := 10*i end; add(g() + i, i = 1..3), i end: f();
+seq(proc() i end, i = 1..2)[1](); setattribute('z', protected): seq(z, z = 1..3); 
