@@ -8,6 +8,7 @@
 #include "eval/retrieve.h"
 #include "eval/simplify.h"
 #include "eval/statements.h"
+#include "eval/unique_sequence.h"
 #include "structure/tables.h"
 #include "structure/types.h"
 #include "frame/environment.h"
@@ -217,15 +218,17 @@ bool isProtected(DAG attributes) {
 bool assignPlainEntry(DAG target, DAG v) {
   if (!isTag(target, TABLEREF) || !holdsNoReference(v)) return false;
   DAG index = target[2];
-  if (!isTag(index, EXPSEQ) || lengthOf(index) != 2) return false;
+  if (!isTag(index, EXPSEQ) || lengthOf(index) < 2) return false;
   DAG name = plainBase(target[1]);
   if (!name) return false;
-  DAG key = simpl(evalOperand(index[1]));
+  const bool single = lengthOf(index) == 2;
+  DAG key = single ? simpl(evalOperand(index[1])) : evaluatedSequence(index);
   DAG table = name[1];
-  if (name[2] == null && isTag(table, TABLE) && table[1] == null && !isTag(key, EXPSEQ)) {
-    directEntry(key, table, v);
+  if (name[2] == null && isTag(table, TABLE) && !(single && isTag(key, EXPSEQ))) {
+    if (table[1] == null) directEntry(key, table, v);
+    else TableIndex(single ? singleSequence(key) : key, name, table, v);
   } else {
-    assign(simpl(new3(TABLEREF, name, singleSequence(key))), v);
+    assign(simpl(new3(TABLEREF, name, single ? singleSequence(key) : key)), v);
   }
   return true;
 }

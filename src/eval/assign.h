@@ -9,8 +9,8 @@ namespace korel {
 /// Stores `value` in `target`, by the kind of the target: NAME, TABLEREF, DCOLON, MEMBER, or a call for
 /// an entry of a remember table. A name assigned to itself becomes unassigned. Gives the value.
 DAG assign(DAG target, DAG value);
-/// Stores a number, string or name in an entry with one index, under `target` as it stands in the
-/// statement: no reference to the entry is made on the way. False when that is not what it is.
+/// Stores a number, string or name in an entry under `target` as it stands in the statement: no reference to
+/// the entry is made on the way. False when that is not what it is.
 bool assignPlainEntry(DAG target, DAG value);
 /// A name for which `assign` has no rules of its own, as it has for environment variables and the error names:
 /// its value may be stored directly while it is open.

@@ -31,6 +31,10 @@ DAG divide(const BuiltinCall& call, bool wantsQuotient) {
   }
   if (n == 3 && !isVariable(call.arguments[3])) wrongParameters(call);
   if (isZero(b)) KernelException("division by zero");
+  if (n == 2 && isImmediate(a) && isImmediate(b)) {
+    const std::int32_t x = immediateValue(a), y = immediateValue(b);
+    return immediate(wantsQuotient ? x / y : x % y);
+  }
   DAG r;
   DAG q = simpl(IntegerDivide(a, b, &r));
   r = simpl(r);

@@ -7,6 +7,7 @@
 #include "eval/procedures.h"
 #include "eval/remember.h"
 #include "eval/simplify.h"
+#include "eval/unique_sequence.h"
 #include "structure/tables.h"
 #include "frame/errors.h"
 #include "numbers/integer.h"
@@ -198,7 +199,7 @@ DAG evalTableReference(DAG x, DAG* lastName) {
     }
     index = key == x[2][1] ? x[2] : singleSequence(key);
   }
-  if (!index) index = simpl(eval(x[2]));
+  if (!index) index = isTag(x[2], EXPSEQ) ? evaluatedSequence(x[2]) : simpl(eval(x[2]));
   if (isTag(B, TABLE)) return tableEntry(x, B, index, name, lastName);
   DAG reference = referenceTo(x, isTag(B, PROC) && isNameLike(name) ? name : B, index);
   if (lastName != nullptr && isNameLike(name)) *lastName = referenceTo(x, name, index);
