@@ -81,29 +81,6 @@ void checkAfterStress() {
   if (stressLevel() >= 2) VerifyAll();
 }
 
-// ---- short and full collections
-
-std::int64_t keptByLatest = 0;  // words in use after the latest collection
-std::int64_t keptByFull = 0;   // words in use after the latest full collection
-bool demanded = false;         // whether the next collection that is due must not wait
-double deadShare = 1;          // of the words that had been released, how many the latest collection found dead
-int shortSinceFull = 0;        // collections since
-constexpr int mostShort = 15;
-int shortInARow = mostShort;   // short collections that pay before the next full one
-
-std::int64_t wordsInUse() { return totalmem - totalfree; }
-
-// A full collection costs as much as what lives, which the short ones before it have grown to twice as much
-// at most; and what dies among tenured objects is found after a while however little it is.
-bool isShortEnough() { return shortSinceFull < shortInARow && wordsInUse() <= 2 * keptByFull; }
-
-// `before` words were in use when a full collection began and `kept` are now: programs whose objects die when
-// they are old have full collections more often (bench/programs/strings.krl).
-void adaptTo(std::int64_t before, std::int64_t kept) {
-  const bool hadGarbage = before - kept > kept / 4;
-  shortInARow = hadGarbage && !collectAlways ? shortInARow / 2 : std::min(2 * shortInARow + 1, mostShort);
-}
-
 void swapMarks() {
   std::swap(currentMark, previousMark);
   genc[currentMark] = 1;
@@ -126,25 +103,17 @@ void collect(bool isShort) {
   markFromOlderGenerations();
   sweepRememberTables();
   collectLastWishes();
-  sweepWeakTables();
+  const std::int64_t tables = sweepWeakTables();
   releaseMarkStack();
 
   sweep(plan.newNumber);
   renumberGenerations(plan);
-  shortSinceFull = isShort ? shortSinceFull + 1 : 0;
-  keptByLatest = wordsInUse();
-  // Never so low that a program which turns to making garbage is not found out.
-  deadShare = std::clamp(static_cast<double>(wret) / static_cast<double>(std::max<std::int64_t>(released, 1)), 0.5, 1.0);
-  if (!isShort) {
-    keptByFull = keptByLatest;
-    adaptTo(before, keptByFull);
-  }
+  recordOutcome({isShort, before, released, tables});
 }
 
 void runCollection(bool isShort) {
   if (InExternalCall || collecting) return;
   collecting = true;
-  demanded = false;
   runBeginHooks();
   forgetAppendSlack();
   if (isObject(puttab)) clearhash(puttab, false);
@@ -240,21 +209,6 @@ bool collectAlways = stressLevel() != 0;
 
 void gc() { runCollection(false); }
 void collectInTurn() { runCollection(isShortEnough()); }
-
-// Walking the heap costs as much for a few dead objects as for many, and what has not been released cannot die,
-// but for what an earlier collection reached: the walk of a large heap pays when as much is expected to be dead
-// as lives, that of a small one when a quarter of an interval is (bench/programs/sequences.krl, strings.krl).
-bool canCollectionWait() {
-  constexpr int mostGenerations = 960;  // each interval takes two thirds of the labels that are left
-  if (collectAlways || demanded || gcgen >= mostGenerations) return false;
-  const std::int64_t worthwhile = std::max(keptByLatest - incrgc, incrgc / 2);
-  return deadShare * static_cast<double>(releasedWords()) < static_cast<double>(worthwhile);
-}
-
-void demandCollection() {
-  demanded = true;
-  nextgc = nextgcgen = cused - 1;  // the next look finds both passed
-}
 
 DAG gc(const BuiltinCall& call) {
   if (argumentCount(call) != 0) wrongParameters(call);

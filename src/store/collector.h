@@ -52,8 +52,6 @@ inline void endOfStatement(std::int32_t level) {
 void gc();
 /// The same, or a short one when that will do.
 void collectInTurn();
-/// Whether a collection that is due may wait for the next interval, since little has been released.
-bool canCollectionWait();
 /// The next end of a statement collects.
 void demandCollection();
 /// The collection inside external calls: frees integers and floats that nobody holds, and only those.

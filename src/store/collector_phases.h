@@ -77,8 +77,8 @@ void markNamesInUse();
 void hideWeakTables();
 /// Drops the dead pairs of the listed remember tables and marks the others.
 void sweepRememberTables();
-/// Drops the dead entries of the weak tables, then marks the tables.
-void sweepWeakTables();
+/// Drops the dead entries of the weak tables, then marks the tables. Gives the words of their chains.
+std::int64_t sweepWeakTables();
 
 // ---- the heap (collector_sweep.cpp)
 
@@ -125,6 +125,24 @@ struct FreeRun {
     size = 0;
   }
 };
+
+// ---- the schedule (collector_schedule.cpp)
+
+/// Words of objects, as far as the latest sweep and what has been taken from the system since can tell.
+std::int64_t wordsInUse();
+/// Whether the collection that is due may be a short one.
+bool isShortEnough();
+/// Whether it may wait for the next interval, since too little has been released for it to pay.
+bool canCollectionWait();
+
+struct CollectionOutcome {
+  bool isShort;
+  std::int64_t inUseBefore;  // words in use when it began
+  std::int64_t released;     // words of generations that had been released
+  std::int64_t inTables;     // words of the chains of the weak tables
+};
+/// To be called behind the sweep, with what went before it.
+void recordOutcome(const CollectionOutcome& c);
 
 // ---- generations (collector_generations.cpp)
 

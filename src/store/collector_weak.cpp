@@ -106,10 +106,11 @@ void hide(DAG table) {
 }
 
 // What is left of a weak table is alive on its own account and has been reached, so that only the words of
-// the table itself are marked. Gives the number of pairs that stay.
-std::int64_t sweepWeakTable(DAG table) {
+// the table itself are marked. Gives the number of pairs that stay, and adds the words of the chains to `words`.
+std::int64_t sweepWeakTable(DAG table, std::int64_t& words) {
   std::int64_t kept = 0;
-  forEachChain(table, [&kept](DAG chain) {
+  forEachChain(table, [&](DAG chain) {
+    words += lengthOf(chain) + 1;
     // The values lie all over the heap: their control words are under way before they are asked for.
     for (Word i = 2; i < lengthOf(chain); i += 2)
       __builtin_prefetch(reinterpret_cast<const void*>(std::uintptr_t{chain[i].word} - sizeof(Word)));
@@ -163,10 +164,12 @@ void sweepRememberTables() {
   while (rememberTableCount != 0) sweepRememberTable(rememberTables[--rememberTableCount]);
 }
 
-void sweepWeakTables() {
-  simpltabCount = sweepWeakTable(simpltab);
-  sweepWeakTable(nametab);
-  strtabCount = sweepWeakTable(strtab);
+std::int64_t sweepWeakTables() {
+  std::int64_t words = 0;
+  simpltabCount = sweepWeakTable(simpltab, words);
+  sweepWeakTable(nametab, words);
+  strtabCount = sweepWeakTable(strtab, words);
+  return words;
 }
 
 }  // namespace korel
