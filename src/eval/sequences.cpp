@@ -52,6 +52,7 @@ struct Collector {
   std::int64_t capacity;  // how many elements can come
   DAG buffer;             // EXPSEQ of members, or SUM or PROD of pairs; 0 until the first term
   Word used = 1;
+  Word shared = 1;  // members before this one are simplified
   DAG kept;  // EXPSEQ (folded number, value of the loop variable)
   bool ownFolded = false;  // the folded number was made here, and nobody else refers to it
   std::int64_t gathered = 0;  // of a sum: integers that are still to be folded
@@ -99,11 +100,20 @@ void begin(Collector& c, DAG variable) {
   c.kept = new3(EXPSEQ, c.kind == Kind::product ? cons1 : cons0, cons0);
 }
 
+// Members find their places in the table of simplified objects some rounds late: until then the lines of the table
+// in which a long integer is to be found are under way (bench/programs/sequences.krl).
+void collectMember(Collector& c, DAG element) {
+  constexpr Word roundsLate = 6;
+  const bool isLong = isObject(element) && isInteger(element) && !isSimplified(element);
+  if (isLong) prefetchUnique(element);
+  c.buffer[c.used++] = isLong ? element : simpl(element);
+  if (c.used - c.shared <= roundsLate) return;
+  DAG& member = c.buffer[c.shared++];
+  member = simpl(member);
+}
+
 void collect(Collector& c, DAG element) {
-  if (c.kind == Kind::sequence) {
-    c.buffer[c.used++] = simpl(element);
-    return;
-  }
+  if (c.kind == Kind::sequence) return collectMember(c, element);
   // The multiple of a monomial is two words of the sum to come: the object of it would be taken apart again.
   Pair pair{DAG(), cons1};
   if (c.kind == Kind::sum && isTag(element, PROD) && !isSimplified(element) && plainProduct(element, pair))
@@ -185,8 +195,6 @@ void element(Collector& c, DAG variable, DAG value, DAG expression) {
   if (c.ordinary && isOpenName(variable) && value != variable) variable[1] = value;
   else assign(variable, value);
   DAG result = eval(expression);
-  // A variable's value may be overwritten by the next round: a shared object is made of it now.
-  if (c.kind == Kind::sequence) result = simpl(result);
   collect(c, result);
   --evaluationLevel;
   collectInLoop();
@@ -195,7 +203,7 @@ void element(Collector& c, DAG variable, DAG value, DAG expression) {
 DAG overCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expression) {
   if (!isCharacter(a) || !isCharacter(b)) KernelException("invalid string range");
   int from = codeOf(a), to = codeOf(b);
-  Collector c{kind, to < from ? 0 : to - from + 1, DAG(), 1, DAG()};
+  Collector c{kind, to < from ? 0 : to - from + 1, DAG(), 1, 1, DAG()};
   begin(c, variable);
   for (int code = from; code <= to; ++code)
     element(c, variable, charinstall(static_cast<char>(code)), expression);
@@ -205,7 +213,7 @@ DAG overCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expression) {
 DAG overNumbersOrCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expression) {
   DAG infinity = ini("infinity");
   if ((a == infinity && b != infinity) || (b == consminf && a != consminf)) {
-    Collector empty{kind, 0, DAG(), 1, DAG()};
+    Collector empty{kind, 0, DAG(), 1, 1, DAG()};
     begin(empty, variable);
     return finish(empty);
   }
@@ -219,7 +227,7 @@ DAG overNumbersOrCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expressio
     if (!FitIntoLongLong(whole)) KernelException("object too large");
     count = LongLongValue(whole) + 1;
   }
-  Collector c{kind, count, DAG(), 1, DAG()};
+  Collector c{kind, count, DAG(), 1, 1, DAG()};
   begin(c, variable);
   DAG value = a;
   for (std::int64_t k = 0; k < count; ++k) {
@@ -237,7 +245,7 @@ DAG overContainer(Kind kind, DAG variable, DAG container, DAG expression) {
   bool members = isTag(container, LIST) || isTag(container, SET);
   std::int64_t count = string ? static_cast<std::int64_t>(std::strlen(textOf(container)))
                               : numterms(container);
-  Collector c{kind, count, DAG(), 1, DAG()};
+  Collector c{kind, count, DAG(), 1, 1, DAG()};
   begin(c, variable);
   for (std::int64_t k = 1; k <= count; ++k) {
     DAG x = string ? charinstall(textOf(container)[k - 1])

@@ -382,6 +382,13 @@ DAG singleSequence(DAG member) {
   return enterUnique(key, new2(EXPSEQ, member));
 }
 
+void prefetchUnique(DAG s) {
+  DAG chain = simpltab[bucketIndex(hashalg(s), lengthOf(simpltab))];
+  if (!chain) return;
+  constexpr int words = 16;  // of a line
+  for (int line = 0; line < 2; ++line) __builtin_prefetch(&chain[words * line]);
+}
+
 DAG simplifyObject(DAG s) {
   Tag tag = tagOf(s);
   if (bindingsEnabled && tag == NAME) {

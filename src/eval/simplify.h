@@ -19,6 +19,9 @@ inline DAG simpl(DAG x) {
   if (isImmediate(x) || !x || (isSimplified(x) && !bindingsEnabled)) return x;
   return simplifyObject(x);
 }
+/// Brings on its way into the cache what `simpl` will look at to find the equal of `s`, a number or other object
+/// whose fields are simplified.
+void prefetchUnique(DAG s);
 /// The unique EXPSEQ of one member. Nothing is made when there is one: calls and table entries ask for
 /// the same few again and again.
 DAG singleSequence(DAG member);
