@@ -157,12 +157,7 @@ bool holdsNoReference(DAG v) {
 
 // The name instance that the base of a target stands for: a name, or a local of the running frame; or 0.
 DAG plainBase(DAG base) {
-  if (isTag(base, LOCAL)) {
-    DAG locals = Environment->frame->locals;
-    Word n = rawField(base, 1);
-    if (n - 1 >= lengthOf(locals) - 1) return DAG();
-    base = locals[n];
-  }
+  if (isTag(base, LOCAL)) base = frameInstance(base);
   if (!isTag(base, NAME) || isEnvironmentName(base) || (controlWord(base) & deferredBit) != 0) return DAG();
   return base;
 }

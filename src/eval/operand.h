@@ -12,28 +12,32 @@
 
 namespace korel {
 
-/// Value of the LOCAL, PARAM or captured local `x` when that is stored as it evaluates; 0 when `eval` must
-/// decide.
-[[gnu::always_inline]] inline DAG plainValue(DAG x) {
+/// What stands in the running frame for `x`, of the tag LOCAL or LEXICAL: the name instance, in most cases; 0 when
+/// `x` is of another tag or refers beyond the frame.
+[[gnu::always_inline]] inline DAG frameInstance(DAG x) {
   const Frame& frame = *Environment->frame;
-  Word n = rawField(x, 1);
-  DAG name;
+  const Word n = rawField(x, 1);
   switch (tagOf(x)) {
-    case PARAM:
-      // Numbers below 1 are `nargs`, `args` and `procname`; as unsigned ones they are out of range.
-      return n - 1 < lengthOf(frame.args) - 1 ? frame.args[n] : DAG();
-    case LOCAL:
-      if (n - 1 >= lengthOf(frame.locals) - 1) return DAG();
-      name = frame.locals[n];
-      break;
+    case LOCAL: return n - 1 < lengthOf(frame.locals) - 1 ? frame.locals[n] : DAG();
     case LEXICAL:
       // Captured parameters have numbers below 0.
       if (n - 1 >= maxLength || frame.proc == null || 2 * n >= lengthOf(frame.proc[8])) return DAG();
-      name = frame.proc[8][2 * n];
-      break;
+      return frame.proc[8][2 * n];
     default: return DAG();
   }
-  if (isImmediate(name) || !hasTag(name, NAME)) return DAG();
+}
+
+/// Value of the LOCAL, PARAM or captured local `x` when that is stored as it evaluates; 0 when `eval` must
+/// decide.
+[[gnu::always_inline]] inline DAG plainValue(DAG x) {
+  if (tagOf(x) == PARAM) {
+    // Numbers below 1 are `nargs`, `args` and `procname`; as unsigned ones they are out of range.
+    DAG arguments = Environment->frame->args;
+    const Word n = rawField(x, 1);
+    return n - 1 < lengthOf(arguments) - 1 ? arguments[n] : DAG();
+  }
+  DAG name = frameInstance(x);
+  if (!isObject(name) || !hasTag(name, NAME)) return DAG();
   DAG value = name[1];
   if (isImmediate(value)) return value;
   // A procedure or table hides behind its name.

@@ -169,21 +169,7 @@ DAG multipleAssignment(DAG left, DAG value, int mode) {
 // library.
 DAG plainInstance(DAG left) {
   if (isImmediate(left)) return DAG();
-  const Frame& frame = *Environment->frame;
-  Word n = rawField(left, 1);
-  DAG name;
-  switch (tagOf(left)) {
-    case LOCAL:
-      if (n - 1 >= lengthOf(frame.locals) - 1) return DAG();
-      name = frame.locals[n];
-      break;
-    case LEXICAL:
-      // Captured parameters have numbers below 0.
-      if (n - 1 >= maxLength || frame.proc == null || 2 * n >= lengthOf(frame.proc[8])) return DAG();
-      name = frame.proc[8][2 * n];
-      break;
-    default: return DAG();
-  }
+  DAG name = frameInstance(left);
   return isTag(name, NAME) && name[2] == null ? name : DAG();
 }
 
