@@ -88,6 +88,19 @@ TEST(Collector, LongLoopsRunInConstantMemory) {
   EXPECT_EQ(heapFault(), "");
 }
 
+// While much lives, as much garbage is waited for, and no more; a frequency that is set counts at once.
+TEST(Collector, LargeHeapsAreCollectedWhenAsMuchMayBeDead) {
+  sayAll({"held := [seq(f(k)^2, k = 1..100000)]:", "gc():", "for i to 1000 do [i, g(i)] od:"});
+  const std::int64_t words = totalmem, kept = totalmem - totalfree, used = wordsUsed(), times = totgcs;
+  say("for i to 400000 do [i, g(i)] od:");
+  const std::int64_t collections = totgcs - times;
+  EXPECT_GT(collections, (wordsUsed() - used) / (3 * kept));
+  EXPECT_LT(collections, (wordsUsed() - used) / incrgc / 2);
+  EXPECT_LE(totalmem - words, kept + 4 * incrgc);
+  sayAll({"held := 'held':", "0:", "0:", "gc():"});
+  EXPECT_EQ(heapFault(), "");
+}
+
 // A short collection passes by what an earlier one has reached, but for what may have been written since. Each
 // round writes young objects into old ones of every changing kind and finds old objects again in new places.
 TEST(Collector, ShortCollectionsKeepWhatOldObjectsHaveComeToHold) {
