@@ -20,6 +20,7 @@
 #include "frame/traceback.h"
 #include "numbers/float.h"
 #include "numbers/integer.h"
+#include "store/allocator.h"
 #include "store/collector.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -124,6 +125,7 @@ const char* startStore(bool again) {
   puttab = newhashtab(512);
   const char* message = withStartErrors(buildStore, again ? &needsInit : nullptr);
   IniEnv.jumpBuffer = nullptr;
+  keepMemoryReserve();
   runHooks(HookMoment::initialised);
   needsInit = true;
   return message;
@@ -362,6 +364,7 @@ DAG runOutermost(const Task& task, ResultHandler resultCB, InterruptHandler inte
     runHooks(HookMoment::everyStatement);
     driver.resultsWanted = task.show;
     result = runInFrame(driver.topLevel, task);
+    if (isMemoryReserveSpent()) collectBetweenStatements();
     if (task.reader == nullptr) callResultHandler(newCall(naminstall("INTERFACE_DONE"), {}));
   }
   // Between statements an error has nowhere to go.

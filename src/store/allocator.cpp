@@ -1,10 +1,14 @@
 #include "store/allocator.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
 
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "store/address_range.h"
+#include "store/objects.h"
 
 namespace korel {
 
@@ -74,6 +78,8 @@ Word breakup(Word block, Word n) {
   return block;
 }
 
+DAG memoryReserve;  // protected, of no use but to be given up; 0 when it has been
+
 // A free block of a fresh chunk with room for `n` words; 0 when memory fails.
 Word newChunk(Word n) {
   Word k = (n + 16382) / chunkUnit;
@@ -105,7 +111,23 @@ Word newChunk(Word n) {
   return block;
 }
 
+// The report of the error takes memory, for which the reserve is given up.
+[[noreturn]] void runOutOfMemory() {
+  if (memoryReserve) {
+    DisposeProtected(std::exchange(memoryReserve, DAG()));
+    notimpl("ran out of memory");
+  }
+  std::fputs("System error, ran out of memory\n", stderr);
+  std::_Exit(1);
+}
+
 }  // namespace
+
+void keepMemoryReserve() {
+  constexpr Word reserveWords = 1 << 15;
+  if (!memoryReserve) memoryReserve = newForeign(reserveWords);
+}
+bool isMemoryReserveSpent() { return !memoryReserve; }
 
 Word getLargeSpace(Word n) {
   if (n > maxLength) {
@@ -114,12 +136,10 @@ Word getLargeSpace(Word n) {
   }
   Word block = 0;
   for (int c = classOf(n); c <= lastClass && block == 0; ++c) block = takeFromClass(c, n);
+  if (block == 0) block = newChunk(n);
   if (block == 0) {
-    block = newChunk(n);
-    if (block == 0) {
-      if (foreignDAG) return 0;
-      notimpl("ran out of memory");
-    }
+    if (foreignDAG) return 0;
+    runOutOfMemory();
   }
   return freeSize(block) == n ? block : breakup(block, n);
 }

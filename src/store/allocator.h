@@ -40,8 +40,8 @@ inline Word& wordAt(Word address) {
 /// The part of `get_space` behind the exact lists.
 Word getLargeSpace(Word n);
 
-/// A block of `n` words, not zeroed. Errors: "object too large" above 0x3ffffff words; a heap that
-/// cannot grow ends the kernel with "ran out of memory".
+/// A block of `n` words, not zeroed. Errors: "object too large" above 0x3ffffff words; a heap that cannot grow
+/// ends the statement with "ran out of memory".
 inline Word get_space(Word n) {
   // One pop for a recycled small block: no search, no size word (bench/store_bench.cpp).
   (InExternalCall ? cusedext : cused) += n;
@@ -72,6 +72,11 @@ inline void release_space(Word block, std::int64_t n) {
 }
 /// Gives back object `s` of length `n`. The caller holds the only reference.
 inline void release(DAG s, Word n) { release_space(s.word - 4, std::int64_t{n} + 1); }
+
+/// Holds words back, as far as there are any, for the report that memory has run out.
+void keepMemoryReserve();
+/// Whether they have been given up: what is garbage is to be collected before anything else is made.
+bool isMemoryReserveSpent();
 
 /// Prints the free lists through the debug output when the debugging flag is set.
 void ShowFreeLists();

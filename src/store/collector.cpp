@@ -109,6 +109,7 @@ void collect(bool isShort) {
   sweep(plan.newNumber);
   renumberGenerations(plan);
   recordOutcome({isShort, before, released, tables});
+  keepMemoryReserve();
 }
 
 void runCollection(bool isShort) {

@@ -54,6 +54,8 @@ void gc();
 void collectInTurn();
 /// The next end of a statement collects.
 void demandCollection();
+/// Collects what all statements so far have left. Nothing is running.
+void collectBetweenStatements();
 /// The collection inside external calls: frees integers and floats that nobody holds, and only those.
 void GarbageCollectSoftwareFloats();
 

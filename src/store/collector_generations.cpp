@@ -108,6 +108,12 @@ void settleGenerations(std::int32_t level) {
   }
 }
 
+void collectBetweenStatements() {
+  constexpr std::int32_t topLevel = 2;
+  demandCollection();
+  settleGenerations(topLevel);
+}
+
 std::int64_t releasedWords() {
   std::int64_t words = 0;
   for (int g = 2; g <= gcgen; ++g)
