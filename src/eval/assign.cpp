@@ -8,6 +8,7 @@
 #include "eval/retrieve.h"
 #include "eval/simplify.h"
 #include "eval/statements.h"
+#include "eval/known_values.h"
 #include "eval/unique_sequence.h"
 #include "structure/tables.h"
 #include "structure/types.h"
@@ -58,6 +59,7 @@ void assignName(DAG t, DAG v) {
     v = libnameValue(v);
     loopname(5, DAG());
   }
+  stepEvaluationClock();
   if (v == t) {
     t[1] = DAG();
     return;

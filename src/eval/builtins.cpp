@@ -9,6 +9,7 @@
 #include "eval/loose_arguments.h"
 #include "eval/sequences.h"
 #include "eval/simplify.h"
+#include "eval/known_values.h"
 #include "eval/time_limit.h"
 #include "frame/errors.h"
 #include "frame/kernelopts.h"
@@ -251,7 +252,8 @@ const Builtin& builtinRow(int number) {
   return builtins[number - firstBuiltin];
 }
 
-DAG callBuiltin(int number, DAG form, DAG self) {
+namespace {
+DAG runBuiltin(int number, DAG form, DAG self) {
   const Builtin& row = builtinRow(number);
   if (row.function == nullptr) KernelException("the operation `%1` is not available", self);
   BuiltinCall call{asSequence(form[2]), self, form};
@@ -267,6 +269,15 @@ DAG callBuiltin(int number, DAG form, DAG self) {
   DAG value = row.function(call);
   // A value that isn't simplified may have the sequence in it.
   if (isSimplified(value)) releaseLoose(loose);
+  return value;
+}
+}  // namespace
+
+DAG callBuiltin(int number, DAG form, DAG self) {
+  // It may change what a name stands for, for good or while it runs.
+  stepEvaluationClock();
+  DAG value = runBuiltin(number, form, self);
+  stepEvaluationClock();
   return value;
 }
 

@@ -7,6 +7,7 @@
 #include "eval/procedures.h"
 #include "eval/retrieve.h"
 #include "eval/simplify.h"
+#include "eval/known_values.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "numbers/integer.h"
@@ -157,6 +158,7 @@ const BlockVariable blockVariables[] = {
 void assignOpen(DAG x, DAG v) {
   Frame& frame = currentFrame();
   DAG value = v == x ? DAG() : v;
+  stepEvaluationClock();
   if (frame.previousFrame == nullptr) {
     if (value) updategen(value);
     x[1] = value;
@@ -224,6 +226,7 @@ void assignenv(DAG x, DAG v) {
         return;
       }
     updategen(v);
+    stepEvaluationClock();
     x[1] = v == x ? DAG() : v;
   }
 }

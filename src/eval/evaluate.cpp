@@ -9,6 +9,7 @@
 #include "eval/remember.h"
 #include "eval/select.h"
 #include "eval/simplify.h"
+#include "eval/known_values.h"
 #include "eval/statements.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
@@ -108,7 +109,7 @@ bool holdsRtable(DAG x) {
 
 // The first `count` words of `x` are pairs whose elements have been evaluated to numbers, of total `folded`
 // (0 when there are none); the next element is `stopped`. The rest is evaluated to a SUM.
-[[gnu::noinline]] DAG evalSumFrom(DAG x, Word i, DAG folded, DAG stopped) {
+[[gnu::noinline]] DAG evalSumFrom(DAG x, Word i, DAG folded, DAG stopped, std::uint64_t since) {
   passWork(objectSteps);
   Word n = lengthOf(x);
   DAG result;
@@ -135,12 +136,14 @@ bool holdsRtable(DAG x) {
       result[k] = value;
     }
   }
-  return holdsRtable(result) ? combineRtables(result) : result;
+  return holdsRtable(result) ? combineRtables(result) : noteValue(x, result, since);
 }
 
 // Numeric terms are folded while they come first; from the first other term on, the rest is a SUM.
 [[gnu::noinline]] DAG evalSum(DAG x) {
   checkStack();
+  const std::uint64_t since = evaluationClock;
+  if (DAG known = knownValue(x)) [[unlikely]] return known;
   Word n = lengthOf(x);
   // Small integers gather in a machine word, whose bound no sum of two products reaches.
   constexpr std::int64_t bound = std::int64_t{1} << 61;
@@ -162,7 +165,7 @@ bool holdsRtable(DAG x) {
       folded = folded ? add(folded, gathered) : gathered;
       small = 0;
     }
-    if (!isNumeric(value)) return evalSumFrom(x, i, folded, value);
+    if (!isNumeric(value)) return evalSumFrom(x, i, folded, value, since);
     DAG product = factor == cons1 ? value : mul(factor, value);
     folded = folded ? add(folded, product) : product;
   }
@@ -185,7 +188,7 @@ DAG exactProduct(DAG x, const DAG* bases, Word count) {
 }
 
 // Evaluated bases, exact numbers left out, in a PROD.
-[[gnu::noinline]] DAG productOf(DAG x, const DAG* bases, Word count) {
+[[gnu::noinline]] DAG productOf(DAG x, const DAG* bases, Word count, std::uint64_t since) {
   passWork(objectSteps);
   DAG result = x;
   for (Word k = 0; k < count; ++k) {
@@ -193,20 +196,22 @@ DAG exactProduct(DAG x, const DAG* bases, Word count) {
     if (result == x) result = CopyAlg(x);
     result[2 * k + 1] = bases[k];
   }
-  return holdsRtable(result) ? combineRtables(result) : result;
+  return holdsRtable(result) ? combineRtables(result) : noteValue(x, result, since);
 }
 
 constexpr Word fewFactors = 4;
 
-[[gnu::noinline]] DAG evalLongProduct(DAG x) {
+[[gnu::noinline]] DAG evalLongProduct(DAG x, std::uint64_t since) {
   DAG result = evalFields(x, 1, 2);
-  return holdsRtable(result) ? combineRtables(result) : result;
+  return holdsRtable(result) ? combineRtables(result) : noteValue(x, result, since);
 }
 
 [[gnu::noinline]] DAG evalProduct(DAG x) {
   checkStack();
+  const std::uint64_t since = evaluationClock;
+  if (DAG known = knownValue(x)) [[unlikely]] return known;
   Word count = (lengthOf(x) - 1) / 2;
-  if (count > fewFactors) return evalLongProduct(x);
+  if (count > fewFactors) return evalLongProduct(x, since);
   DAG bases[fewFactors];
   for (Word k = 0; k < count; ++k) bases[k] = evalOperand(x[2 * k + 1]);
   if (count == 2 && isImmediate(bases[0]) && isImmediate(bases[1]) && x[2] == cons1 && x[4] == cons1 &&
@@ -215,15 +220,17 @@ constexpr Word fewFactors = 4;
                       (static_cast<std::int32_t>(bases[1].word) >> 1));
   if (isRationalNumber(bases[0]))
     if (DAG product = exactProduct(x, bases, count)) return product;
-  return productOf(x, bases, count);
+  return productOf(x, bases, count, since);
 }
 
 [[gnu::noinline]] DAG evalPower(DAG x) {
   checkStack();
+  const std::uint64_t since = evaluationClock;
+  if (DAG known = knownValue(x)) [[unlikely]] return known;
   DAG result = evalFields(x);
   if (isTag(result[1], RTABLE) || isTag(result[2], RTABLE))
     return eval(newCall(naminstall("rtable/Power"), {result[1], result[2]}));
-  return result;
+  return noteValue(x, result, since);
 }
 
 [[gnu::noinline]] DAG evalSeries(DAG x) {
@@ -238,7 +245,9 @@ constexpr Word fewFactors = 4;
 
 [[gnu::noinline]] DAG evalAllFields(DAG x) {
   checkStack();
-  return evalFields(x);
+  const std::uint64_t since = evaluationClock;
+  if (DAG known = knownValue(x)) [[unlikely]] return known;
+  return noteValue(x, evalFields(x), since);
 }
 
 [[gnu::noinline]] DAG evalMember(DAG x, DAG* lastName) {

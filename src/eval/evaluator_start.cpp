@@ -3,6 +3,7 @@
 #include "eval/bindings.h"
 #include "eval/procedures.h"
 #include "eval/statements.h"
+#include "eval/known_values.h"
 #include "frame/environment.h"
 #include "store/collector.h"
 #include "structure/type_match.h"
@@ -24,6 +25,7 @@ void initializeEvaluator() {
   registerRoot(&funret);
   registerRootWalker(walkScopes);
   initializeStatements();
+  initializeKnownValues();
   initializeModules();
   initializeTypeMatch();
 }

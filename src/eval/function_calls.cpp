@@ -13,6 +13,7 @@
 #include "eval/remember.h"
 #include "eval/simplify.h"
 #include "eval/statements.h"
+#include "eval/known_values.h"
 #include "structure/types.h"
 #include "frame/driver.h"
 #include "frame/errors.h"
@@ -353,12 +354,15 @@ struct CallState {
             .ditto3 = null,
             .inCondition = ini("false"),
             .envVars = Environment->frame->envVars,
-        } {}
+        } {
+    stepEvaluationClock();
+  }
 };
 
 void leaveFrame(CallState& call, bool keepEnvironment) {
   DAG block = call.frame.envVars;
   RestoreEnvironment(call.previous);
+  stepEvaluationClock();  // environment variables may have values again
   if (!keepEnvironment && block != Environment->frame->envVars) release(block, lengthOf(block));
 }
 

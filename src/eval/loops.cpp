@@ -10,6 +10,7 @@
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
 #include "structure/operands.h"
+#include "eval/known_values.h"
 #include "eval/simplify.h"
 #include "eval/statements.h"
 #include "frame/environment.h"
@@ -177,6 +178,7 @@ bool stepImmediate(CountedLoop& loop) {
   std::int32_t next = (static_cast<std::int32_t>(value.word) >> 1) + immediateValue(loop.by);
   if (!fitsImmediate(next)) return false;
   name[1] = loop.from = immediate(next);
+  stepEvaluationClock();
   return true;
 }
 

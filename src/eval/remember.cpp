@@ -2,6 +2,7 @@
 
 #include "eval/environment_variables.h"
 #include "eval/simplify.h"
+#include "eval/known_values.h"
 #include "frame/errors.h"
 #include "numbers/integer.h"
 #include "store/constants.h"
@@ -56,6 +57,7 @@ void pcinsert(DAG procedure, DAG arguments, DAG value, std::int64_t stamp) {
   if (stamp != -1) kept = simpl(new3(EXPSEQ, kept, NewInteger(stamp)));
   updategen(key);
   updategen(kept);
+  stepEvaluationClock();
   hashunique(key.word, kept, p[4]);
   updategen(p[4]);
   updategen(p[4][bucketIndex(key.word, lengthOf(p[4]))]);

@@ -9,6 +9,7 @@
 #include "eval/evaluate.h"
 #include "structure/operands.h"
 #include "eval/simplify.h"
+#include "eval/known_values.h"
 #include "eval/simplify_cases.h"
 #include "eval/statements.h"
 #include "structure/substitute.h"
@@ -191,6 +192,7 @@ void element(Collector& c, DAG variable, DAG value, DAG expression) {
   passWork(objectSteps);
   ++evaluationLevel;
   c.kept[2] = value;
+  stepEvaluationClock();
   // The value needs no barrier here: it is held beside the folded number.
   if (c.ordinary && isOpenName(variable) && value != variable) variable[1] = value;
   else assign(variable, value);

@@ -8,6 +8,7 @@
 #include "eval/procedures.h"
 #include "eval/save.h"
 #include "eval/simplify.h"
+#include "eval/known_values.h"
 #include "structure/has.h"
 #include "eval/time_limit.h"
 #include "eval/try.h"
@@ -45,12 +46,14 @@ DAG unwrap(DAG value) {
 }
 
 // The ditto values move on with a value of the frame that is running.
+// Whatever else a statement changes with its value, evaluation begins anew behind it.
 void shiftDitto(DAG value) {
   Frame& frame = *Environment->frame;
   frame.ditto3 = frame.ditto2;
   frame.ditto2 = frame.ditto1;
   frame.ditto1 = value;
   updategen(value);
+  stepEvaluationClock();
 }
 
 [[gnu::noinline]] DAG expressionStatement(DAG s, int mode) {

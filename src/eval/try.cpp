@@ -5,6 +5,7 @@
 #include "eval/statements.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/traceback.h"
 #include "store/constants.h"
 #include "store/generations.h"
 
@@ -110,6 +111,7 @@ DAG tryStatement(DAG statement, int mode) {
     if (DAG sequence = catchSequence(statement, exception[2])) {
       t.saved = exception;
       updategen(t.saved);
+      forgetTraceLevels();
       ++trapSet;
       clean = runPart(t, sequence);
       --trapSet;

@@ -7,6 +7,7 @@
 
 #include "eval/evaluate.h"
 #include "eval/simplify.h"
+#include "eval/known_values.h"
 #include "frame/environment.h"
 #include "frame/output.h"
 #include "frame/traceback.h"
@@ -157,6 +158,7 @@ DAG raisingProcedure() {
 
 void keepInName(DAG name, DAG value) {
   updategens(value);
+  stepEvaluationClock();
   name[1] = value;
 }
 
@@ -337,6 +339,7 @@ DAG KernelTrapError(DAG (*f)(DAG), DAG argument, bool& failed) {
   failed = true;
   switch (code) {
     case jumpError:
+      if (SpecialError == noSpecialError) forgetTraceLevels();
       return unwrapped(simpl(ini("lasterror")[1]));
     case jumpReturn:
     case jumpBreak:

@@ -71,6 +71,8 @@ bool recordTraceLevel(const Frame& frame) {
   return level == 0;
 }
 
+void forgetTraceLevels() { onItsWay = false; }
+
 void RecordTraceBackState() {
   onItsWay = false;
   recordedMark = nextgc;

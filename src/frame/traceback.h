@@ -16,6 +16,8 @@ extern DAG TraceBackCurrstat, TraceBackCurrproc, TraceBackLocals;
 void initializeTraceback();
 /// Records one procedure frame that the error is leaving; true when it was the innermost.
 bool recordTraceLevel(const Frame& frame);
+/// The error that was on its way has been caught: what it noted need not stay alive.
+void forgetTraceLevels();
 /// Keeps the collection mark and the exception that the store belongs to.
 void RecordTraceBackState();
 /// Reports the last error: the exception, and above level 1 the calls and locals as well.

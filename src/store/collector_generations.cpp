@@ -110,8 +110,10 @@ void settleGenerations(std::int32_t level) {
 
 void collectBetweenStatements() {
   constexpr std::int32_t topLevel = 2;
-  demandCollection();
-  settleGenerations(topLevel);
+  // The present generation is released by the end of a statement behind it.
+  openGeneration();
+  releaseGenerations(topLevel);
+  gc();
 }
 
 std::int64_t releasedWords() {

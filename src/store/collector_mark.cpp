@@ -4,8 +4,8 @@
 // looked at wait on a list. Every object is on it at most once.
 
 #include <cstdlib>
+#include <cstring>
 
-#include "frame/errors.h"
 #include "store/collector_phases.h"
 #include "store/reference_fields.h"
 
@@ -18,21 +18,23 @@ TagCensus census[tagCount + 1];
 
 namespace {
 
-Word* waiting = nullptr;
-std::uint32_t waitingCapacity = 0;
+// The list begins in place, and grows as memory allows. What finds no room on it is found again by a walk over
+// the heap: a collection is wanted most when there is no memory left.
+constexpr std::uint32_t placeAtHand = 4096;
+Word atHand[placeAtHand];
+Word* waiting = atHand;
+std::uint32_t waitingCapacity = placeAtHand;
 std::uint32_t waitingCount = 0;
+bool overflowed = false;
 
-void growWaiting() {
-  std::uint32_t capacity = waitingCapacity == 0 ? 4096 : 2 * waitingCapacity;
-  auto* larger = static_cast<Word*>(std::realloc(waiting, std::size_t{capacity} * sizeof(Word)));
-  if (larger == nullptr) {
-    // Nothing has been swept: what is left unmarked is still there for the next collection.
-    releaseMarkStack();
-    collecting = false;
-    notimpl("ran out of memory");
-  }
+bool growWaiting() {
+  const std::size_t bytes = 2 * std::size_t{waitingCapacity} * sizeof(Word);
+  auto* larger = static_cast<Word*>(std::realloc(waiting == atHand ? nullptr : waiting, bytes));
+  if (larger == nullptr) return false;
+  if (waiting == atHand) std::memcpy(larger, atHand, sizeof atHand);
   waiting = larger;
-  waitingCapacity = capacity;
+  waitingCapacity *= 2;
+  return true;
 }
 
 void count(DAG s) {
@@ -46,7 +48,10 @@ inline void enlist(DAG x) {
     count(x);
     return;
   }
-  if (waitingCount == waitingCapacity) growWaiting();
+  if (waitingCount == waitingCapacity && !growWaiting()) [[unlikely]] {
+    overflowed = true;
+    return;
+  }
   waiting[waitingCount++] = x.word;
 }
 
@@ -114,8 +119,26 @@ void reachReferencesOf(DAG s) {
     tenureNumbers(s);
 }
 
-void work() {
+void takeFromWaiting() {
   while (waitingCount != 0) reachReferencesOf(DAG(waiting[--waitingCount]));
+}
+
+// What has been reached, and maybe more, gives what it refers to.
+[[gnu::noinline]] void workOffOverflow() {
+  while (overflowed) {
+    overflowed = false;
+    forEachHeapItem([](DAG s, Word, Word) {
+      if (!s || hasTag(s, GARBAGE) || (hasTag(s, HASHTAB) && isListedTable(s))) return;
+      if (generationOf(s) != currentMark && (controlWord(s) & tenuredBit) == 0) return;
+      reachReferencesOf(s);
+      takeFromWaiting();
+    });
+  }
+}
+
+void work() {
+  takeFromWaiting();
+  if (overflowed) [[unlikely]] workOffOverflow();
 }
 
 }  // namespace
@@ -136,9 +159,9 @@ void keepLabelled(DAG s) {
 }
 
 void releaseMarkStack() {
-  std::free(waiting);
-  waiting = nullptr;
-  waitingCapacity = waitingCount = 0;
+  if (waiting != atHand) std::free(waiting);
+  waiting = atHand;
+  waitingCapacity = placeAtHand;
 }
 
 }  // namespace korel

@@ -7,6 +7,7 @@
 #include "eval/procedures.h"
 #include "eval/remember.h"
 #include "eval/simplify.h"
+#include "eval/known_values.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "numbers/integer.h"
@@ -92,6 +93,7 @@ void storeEntry(DAG key, DAG table, DAG value) {
   DAG entries = table[3];
   updategen(key);
   updategen(value);
+  stepEvaluationClock();
   hashunique(key.word, value, entries);
   updategen(entries);
   updategen(entries[bucketIndex(key.word, lengthOf(entries))]);
@@ -121,6 +123,7 @@ DAG TableIndex(DAG index, DAG name, DAG table, DAG value) {
 }
 
 void removeEntry(DAG index, DAG table) {
+  stepEvaluationClock();
   hashdelete(tableKey(storedIndex(index, table[1])).word, table[3]);
 }
 

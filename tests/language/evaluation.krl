@@ -113,7 +113,13 @@ evalb("a" < 1), evalb(o5 < "b"), evalb((1 .. 2) < 3), evalb("a" < "b"), evalb([1
 if "a" < 1 then 1 end if; try if (o5 = p5) < 1 then 1 end if catch "cannot evaluate": "undecided" end try;
 # A long condition that stays undecided takes no longer than its length asks for.
 lc := o5: for n5 from 2 to 60 do lc := lc and o || n5 end do: evalb(lc = (lc and o5)), nops(lc);
-# A part shared by sixty levels is evaluated in each place: a time limit ends that.
+# A part shared by sixty levels is evaluated once, unless procedures run in it, and by other walks in each place: a
+# time limit ends those.
 sh := proc(n, f) local l, i; l := o5; for i to n do l := f(l) end do; l end proc: s5 := sh(60, z -> [z, z]): s6 := sh(60, z -> q5(z, z)):
-timelimit(0.05, nops(s5)); timelimit(0.05, eval(s6)); timelimit(0.05, evalf(s5));
+nops(s5), nops(s6); e5 := x5: for n5 to 60 do e5 := (e5 + 1)*(e5 - y5)^2 end do: y5 := x5^2: has(e5, 'y5'), has(e5, x5); o5 := 4: has(s6, 4), has(s6, 'o5'); o5 := 'o5':
+s7 := eval(s6): q5 := proc(a, b) a end proc: timelimit(0.05, nops([s7])); q5 := 'q5': timelimit(0.05, evalf(s5));
+# What is known of an evaluation ends where a name is given a value in the midst of it, by whatever means.
+b7 := [[f7(n7), a7] $ n7 = 1..9000]: set7 := proc() global a7; a7 := 1; 2 end proc: has([b7, set7(), b7][3], 1), has([b7, set7(), b7][1], 'a7'); a7 := 'a7':
+tb7 := table(): c7 := [[n7, tb7[1]] $ n7 = 1..9000]: st7 := proc() global tb7; tb7[1] := -5; 0 end proc: has([c7, st7(), c7][3], -5); r7 := [[n7, g7(1)] $ n7 = 1..9000]: sg7 := proc() g7(1) := -6 end proc: has([r7, sg7(), r7][3], -6);
+nops({seq(op(9000, b7)[2], a7 = 1..3)}); _Env7 := '_Env7': v7 := [[n7, _Env7] $ n7 = 1..9000]: se7 := proc() _Env7 := -8; has(v7, -8) end proc: [v7, se7(), has(v7, -8)][2..3];
 sw := proc(d) eval(d, o5 = 3); 1 end proc: timelimit(0.05, sw(eval(s5, 1))); sd := proc(d) 2*d; 1 end proc: timelimit(0.05, sd(eval(s5, 1)));

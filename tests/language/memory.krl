@@ -26,3 +26,6 @@ w1(1);
 old := [seq(f(k)^2, k = 1..200000)]: gc(): old := 'old': 0: 0: 0:
 held := kernelopts(bytesalloc): for i to 300000 do [i, i + 1, f(i)] end do:
 old := [seq(g(k)^2, k = 1..200000)]: evalb(kernelopts(bytesalloc) - held < 12000000);
+# What an error that was caught has noted of the calls on its way isn't kept.
+fill := proc(n) local t, i; t := table(); for i to n do t[i] := [i, v(i)] end do; error "x" end proc:
+old := 'old': 0: 0: 0: a := live(): try fill(100000) catch: end try: 0: 0: 0: live(): evalb(live() - a < 100000*8*4);
