@@ -1,6 +1,9 @@
 // `eval(x, a = b)`: a structural walk that replaces and rebuilds.
 
+#include <cstring>
+
 #include "eval/arithmetic.h"
+#include "eval/environment_variables.h"
 #include "eval/evaluate.h"
 #include "eval/simplify.h"
 #include "frame/environment.h"
@@ -40,6 +43,12 @@ DAG walkFields(DAG equations, DAG x, Word from, Word step, Word end) {
   return result;
 }
 
+// True when evaluation would leave a call of `head` as it is, its arguments being values.
+bool isPlainHead(DAG head) {
+  return isTag(head, NAME) && !head[1] && !isEnvironmentName(head) && (controlWord(head) & deferredBit) == 0 &&
+         std::strncmp(textOf(head), "INTERFACE_", 10) != 0;
+}
+
 // A changed call or reference is evaluated again, its operands already being values.
 DAG walkCall(DAG equations, DAG x) {
   if (hasTag(x, FUNCTION) && isTag(x[1], NAME)) {
@@ -48,6 +57,8 @@ DAG walkCall(DAG equations, DAG x) {
   }
   DAG changed = walkFields(equations, x, 1, 1, 3);
   if (changed == x) return x;
+  // To quote the arguments of each level would look all through them at each.
+  if (hasTag(x, FUNCTION) && isPlainHead(changed[1])) return simpl(changed);
   DAG quoted = CopyAlg(changed[2]);
   for (Word i = 1; i < lengthOf(quoted); ++i)
     if (!isImmediate(quoted[i])) quoted[i] = new2(UNEVAL, quoted[i]);
