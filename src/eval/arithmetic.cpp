@@ -3,6 +3,7 @@
 #include "eval/simplify.h"
 #include "frame/errors.h"
 #include "numbers/complex.h"
+#include "numbers/complex_forms.h"
 #include "numbers/float.h"
 #include "numbers/integer.h"
 #include "numbers/integer_functions.h"
@@ -255,8 +256,8 @@ DAG negate(DAG x) {
       return newFLOAT(complint(x[1]), x[2]);
     case HFLOAT: return NewHFloat(-hfloatValue(x), false);
     case COMPLEX:
-      return simpl(lengthOf(x) == 2 ? new2(COMPLEX, negate(x[1]))
-                                    : new3(COMPLEX, negate(x[1]), negate(x[2])));
+      return simpl(lengthOf(x) == 2 ? new2(COMPLEX, negativeOfPart(x[1]))
+                                    : new3(COMPLEX, negativeOfPart(x[1]), negativeOfPart(x[2])));
     default: break;
   }
   if (isInfinity(x)) return consminf;

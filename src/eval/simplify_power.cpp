@@ -10,6 +10,7 @@
 #include "eval/unique_pairs.h"
 #include "frame/errors.h"
 #include "numbers/complex.h"
+#include "numbers/complex_forms.h"
 #include "numbers/integer.h"
 #include "numbers/numeric_events.h"
 #include "numbers/system_functions.h"
@@ -50,6 +51,7 @@ int magnitudeAgainstOne(DAG x) {
 
 // A finite number to an infinite power.
 DAG infinitePower(DAG base, DAG exponent) {
+  if (isTag(base, COMPLEX) && !hasNumericParts(base)) return conscxNaN;
   bool falling = consneg(exponent);
   int size = magnitudeAgainstOne(base);
   if (isZero(base)) {
@@ -57,8 +59,7 @@ DAG infinitePower(DAG base, DAG exponent) {
     return TriggerNumericEvent(divisionByZero, ini("^"), base, exponent, ini("infinity"), true);
   }
   if (size == 0) {
-    if (Equal1(base)) return invalidPower(base, exponent, cons1);
-    return base == consm1 ? boundedUndefined() : invalidPower(base, exponent, ini("undefined"));
+    return Equal1(base) ? invalidPower(base, exponent, cons1) : boundedUndefined();
   }
   bool vanishes = falling ? size > 0 : size < 0;
   if (vanishes) return cons0;
@@ -67,22 +68,38 @@ DAG infinitePower(DAG base, DAG exponent) {
   return ini("infinity");
 }
 
+// A COMPLEX with an infinite part to a finite real number. An infinite multiple of the unit keeps its direction.
+DAG powerOfComplexInfinity(DAG base, DAG exponent) {
+  const bool floats = isFloatComplex(base) || isFloat(exponent);
+  if (exponent == cons1) return base;
+  if (consneg(exponent)) return floats ? conscxf0 : cons0;
+  if (lengthOf(base) != 2 || !isInteger(exponent)) return floats ? conscxfinf : conscxinf;
+  const Word turns = isImmediate(exponent) ? static_cast<Word>(immediateValue(exponent)) : rawField(exponent, 1);
+  DAG part = simpl(new3(PROD, base[1], exponent));
+  return mul(part, cxpower(sqrtm1, static_cast<std::int32_t>(turns % 4)));
+}
+
 // An infinite base to a finite number.
-DAG powerOfInfinity(DAG x, DAG base, DAG exponent) {
+DAG powerOfInfinity(DAG base, DAG exponent) {
   if (isZero(exponent)) return invalidPower(base, exponent, cons1);
   if (hasTag(exponent, COMPLEX)) return invalidPower(base, exponent, conscxNaN);
+  if (hasTag(base, COMPLEX)) return powerOfComplexInfinity(base, exponent);
   if (consneg(exponent)) return cons0;
   if (base == ini("infinity")) return base;
-  if (base == consminf) {
-    if (isInteger(exponent)) {
-      bool odd = isImmediate(exponent) ? (immediateValue(exponent) & 1) != 0
-                                       : (rawField(exponent, 1) & 1) != 0;
-      return odd ? consminf : ini("infinity");
-    }
-    return TriggerNumericEvent(realToComplex, ini("^"), base, exponent, conscxinf, true);
+  if (isInteger(exponent)) {
+    bool odd = isImmediate(exponent) ? (immediateValue(exponent) & 1) != 0
+                                     : (rawField(exponent, 1) & 1) != 0;
+    return odd ? consminf : ini("infinity");
   }
-  if (isInteger(exponent)) return exponent == cons1 ? base : conscxinf;
-  return x;
+  return TriggerNumericEvent(realToComplex, ini("^"), base, exponent, conscxinf, true);
+}
+
+// An exact zero to a complex power: the real part of the exponent decides.
+DAG zeroToComplexPower(DAG base, DAG exponent) {
+  DAG real = cxRealPart(exponent);
+  if (isZero(real)) return invalidPower(base, exponent, ini("undefined"));
+  if (consneg(real)) KernelException("division by zero");
+  return base;
 }
 
 }  // namespace
@@ -97,10 +114,11 @@ DAG simpl01(DAG x) {
   if (isUndefined(base) || isUndefined(exponent)) {
     if (isNumeric(exponent) && isZero(exponent)) return invalidPower(base, exponent, cons1);
     bool complexPart = isTag(base, COMPLEX) || isTag(exponent, COMPLEX);
-    if (complexPart) return conscxNaN;
+    if (complexPart) return isFloatComplex(base) || isFloatComplex(exponent) ? conscxfNaN : conscxNaN;
     if (isTag(exponent, RATIONAL))
       return TriggerNumericEvent(realToComplex, ini("^"), base, exponent, conscxNaN, true);
-    if (isNumber(base) || isNumber(exponent) || isUndefined(exponent)) return ini("undefined");
+    if (isNumber(base) || isNumber(exponent) || isUndefined(exponent) || isInfinite(exponent))
+      return ini("undefined");
     return x;
   }
   if (isNumber(exponent) && isZero(exponent)) {
@@ -113,7 +131,7 @@ DAG simpl01(DAG x) {
     return base == ini("infinity") ? base : conscxinf;
   }
   if (isInfinite(exponent) && isNumber(base)) return infinitePower(base, exponent);
-  if (isInfinite(base) && isNumber(exponent)) return powerOfInfinity(x, base, exponent);
+  if (isInfinite(base) && isNumber(exponent)) return powerOfInfinity(base, exponent);
   if (isNumber(base) && isZero(base) && isNumeric(exponent)) {
     if (!consneg(exponent)) return cons0;
     return TriggerNumericEvent(divisionByZero, ini("^"), base, exponent, ini("infinity"), true);
@@ -135,7 +153,7 @@ DAG simplPower(DAG s) {
     KernelException("non-algebraic exponent");
   }
   if (base == ini("FAIL") || exponent == ini("FAIL")) return ini("FAIL");
-  if (base == sqrtm1 && isNumeric(exponent) && !isFloat(exponent) && !isInteger(exponent)) {
+  if (base == sqrtm1 && isRationalNumber(exponent) && !isImmediate(exponent)) {
     base = s[1] = consm1;
     exponent = s[2] = simpl(mul(exponent, consh));
   }
@@ -156,7 +174,7 @@ DAG simplPower(DAG s) {
     };
     if (floats || holdsFloat(base) || holdsFloat(exponent)) return libraryPower(base, exponent);
     if (base == cons1) return cons1;
-    if (isZero(base)) return s[1];
+    if (isZero(base)) return zeroToComplexPower(base, exponent);
     return makeUnique(s);
   }
   switch (tagOf(base)) {
@@ -166,7 +184,7 @@ DAG simplPower(DAG s) {
     case FLOAT: case COMPLEX: case NAME: case SUM: case MEMBER: case TABLEREF: case DCOLON:
     case CATENATE: case POWER: case PROD: case SERIES: case FUNCTION: case UNEVAL: case LIST:
     case LOCAL: case PARAM: case LEXICAL: case PROC: case SET: case TABLE: case RTABLE: case MODDEF:
-    case MODULE: case ZPPOLY: case RANGE: case EXPSEQ:
+    case MODULE:
       break;
     default:
       KernelException("non-algebraic base in a power");

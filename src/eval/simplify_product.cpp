@@ -76,7 +76,13 @@ void append(Product& product, DAG base, DAG exponent) {
 
 void fold(Product& product, DAG number) {
   number = simpl(number);
-  product.coefficient = product.coefficient ? simpl(mul(product.coefficient, number)) : number;
+  if (product.coefficient) number = simpl(mul(product.coefficient, number));
+  product.coefficient = number;
+  if (isNumeric(number) || hasTag(number, COMPLEX)) return;
+  // Complex numbers have come to an exact infinity or `undefined`: that is a factor, and only its sign a number.
+  product.coefficient = consneg(number) ? consm1 : DAG();
+  product.special = true;
+  append(product, number == consminf ? ini("infinity") : number, cons1);
 }
 
 void multiply(Product& product, DAG base, DAG exponent);
@@ -116,6 +122,22 @@ Word residueModulo4(DAG heapInteger) {
   return hasTag(heapInteger, INTNEG) ? (4 - r) & 3 : r;
 }
 
+// The fraction p/q without the whole number that comes out, so that 0 < p/q < 1.
+DAG properFraction(DAG fraction, DAG* whole) {
+  *whole = cons0;
+  DAG p = fraction[1], q = fraction[2];
+  if (!consneg(p) && compint(p, q) < 0) return fraction;
+  DAG remainder;
+  DAG quotient = IntegerDivide(p, q, &remainder);
+  remainder = simpl(remainder);
+  *whole = simpl(quotient);
+  if (consneg(remainder)) {
+    remainder = simpl(addint(remainder, q));
+    *whole = simpl(addint(*whole, consm1));
+  }
+  return simpl(new3(RATIONAL, remainder, q));
+}
+
 void multiplyInteger(Product& product, DAG base, DAG exponent) {
   if (base == cons1) return;
   if (isInteger(exponent)) {
@@ -130,7 +152,6 @@ void multiplyInteger(Product& product, DAG base, DAG exponent) {
     }
     return;
   }
-  // A fractional power p/q: whole powers come out until 0 < p/q < 1.
   DAG p = exponent[1], q = exponent[2];
   if (base == consm1 && q == immediate(2)) {
     bool flip = p != cons1 && (isImmediate(p) ? (immediateValue(p) & 3) == 3
@@ -139,18 +160,9 @@ void multiplyInteger(Product& product, DAG base, DAG exponent) {
     multiply(product, sqrtm1, cons1);
     return;
   }
-  if (consneg(p) || compint(p, q) > 0) {
-    DAG remainder;
-    DAG quotient = IntegerDivide(p, q, &remainder);
-    remainder = simpl(remainder);
-    quotient = simpl(quotient);
-    if (consneg(remainder)) {
-      remainder = simpl(addint(remainder, q));
-      quotient = simpl(addint(quotient, consm1));
-    }
-    fold(product, power(base, wordExponent(quotient)));
-    exponent = simpl(new3(RATIONAL, remainder, q));
-  }
+  DAG whole;
+  exponent = properFraction(exponent, &whole);
+  if (whole != cons0) multiplyInteger(product, base, whole);
   append(product, base, exponent);
 }
 
@@ -197,14 +209,24 @@ void multiplyFloat(Product& product, DAG base, DAG exponent) {
 
 void multiplyComplex(Product& product, DAG base, DAG exponent) {
   if (exponent == cons1) return fold(product, base);
+  // I^e is (-1)^(e/2), for fractions and for integers too long for repeated squares.
+  if (base == sqrtm1 && !isFloat(exponent) && !isImmediate(exponent))
+    return multiply(product, consm1, simpl(mul(exponent, consh)));
+  if (isInfinite(base) || isUndefined(base)) {
+    DAG settled = simpl01(new3(PROD, base, exponent));
+    if (isImmediate(settled) || !hasTag(settled, PROD)) return multiply(product, simpl(settled), cons1);
+  }
   if (isInteger(exponent)) {
-    if (isInfinite(base) || isUndefined(base) || !FitIntoWord(exponent))
-      return multiply(product, libraryPower(base, exponent), cons1);
+    if (!FitIntoWord(exponent)) return multiply(product, libraryPower(base, exponent), cons1);
     return fold(product, cxpower(base, exponent));
   }
-  if (isFloat(exponent)) return multiply(product, libraryPower(base, exponent), cons1);
-  if (base == sqrtm1) {  // I^(p/q) is (-1)^(p/(2q))
-    return multiply(product, consm1, simpl(mul(exponent, consh)));
+  if (isFloat(exponent) || isFloatComplex(base)) return multiply(product, libraryPower(base, exponent), cons1);
+  if (isTag(exponent, RATIONAL) && !isInfinite(base) && !isUndefined(base)) {
+    DAG whole, rest = properFraction(exponent, &whole);
+    if (whole != cons0 && FitIntoWord(whole)) {
+      fold(product, cxpower(base, whole));
+      exponent = rest;
+    }
   }
   append(product, base, exponent);
 }
@@ -292,7 +314,10 @@ DAG settleSpecial(Product& product) {
   bool negative = product.coefficient && consneg(product.coefficient);
   for (Word i = 1; i < product.used; i += 2) {
     DAG base = factors[i], exponent = factors[i + 1];
-    if (base == ini("undefined")) return base;
+    if (base == ini("undefined")) {
+      DAG c = product.coefficient;
+      return c && hasTag(c, COMPLEX) ? mul(c, base) : base;
+    }
     if (base == ini("infinity") && isNumeric(exponent)) {
       if (isZero(exponent))
         return TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, cons1, true);
@@ -391,17 +416,25 @@ DAG productOfRelations(DAG s) {
   return simpl(evalsysf("simpl/", "reloprod", simpl(eval(simpl(sequence)))));
 }
 
-// A factor -1 to a fractional power takes the imaginary unit in: I*(-1)^e is (-1)^(e + 1/2).
+// A factor -1 to a fractional power takes the imaginary unit in: I*(-1)^e is (-1)^(e + 1/2). A complex number with
+// both parts takes it out again while e is above 1/2, so that the order of factors leaves no trace. (A root of an
+// imaginary number stays: whether it meets a root of -1 depends on that order.)
 bool absorbImaginaryUnit(Product& product) {
   DAG c = product.coefficient;
-  if (!c || !isTag(c, COMPLEX) || lengthOf(c) != 2) return false;
-  for (Word i = 1; i < product.used; i += 2)
-    if (product.factors[i] == consm1 && isTag(product.factors[i + 1], RATIONAL)) {
-      product.factors[i + 1] = simpl(add(product.factors[i + 1], consh));
-      product.coefficient = c[1];
-      return true;
-    }
-  return false;
+  if (!c || !isTag(c, COMPLEX) || isUndefined(c) || isInfinite(c) || isFloatComplex(c)) return false;
+  Word i = 1;
+  while (i < product.used && !(product.factors[i] == consm1 && isTag(product.factors[i + 1], RATIONAL))) i += 2;
+  if (i >= product.used) return false;
+  DAG& exponent = product.factors[i + 1];
+  if (lengthOf(c) == 2) {
+    exponent = simpl(add(exponent, consh));
+    product.coefficient = c[1];
+  } else {
+    if (compcon(exponent, consh) < 0) return false;
+    exponent = simpl(add(exponent, simpl(negate(consh))));
+    product.coefficient = simpl(mul(c, sqrtm1));
+  }
+  return true;
 }
 
 // ---- products of plain factors
@@ -513,7 +546,7 @@ DAG generalProduct(DAG s) {
     if (!isImmediate(s[i]))
       switch (tagOf(s[i])) {
         case FLOAT: hasFloat = true; break;
-        case STRING:
+        case HFLOAT: case STRING: case ZPPOLY: case AND: case NOT: case OR: case EXPSEQ: case RANGE:
           if (n == 3 && s[2] != cons1) KernelException("non-algebraic base in a power");
           break;
         case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: return productOfRelations(s);
@@ -542,6 +575,7 @@ DAG generalProduct(DAG s) {
     product.result = settleSpecial(product);
     if (product.result) return simpl(product.result);
   }
+  if (DAG c = product.coefficient; c && isTag(c, COMPLEX) && isUndefined(c) && !isFloatComplex(c)) return c;
   if (product.coefficient && isZero(product.coefficient)) {
     DAG zero = isInteger(product.coefficient) ? cons0 : product.coefficient;
     for (Word i = 1; i < product.used; i += 2)

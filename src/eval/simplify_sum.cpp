@@ -16,6 +16,7 @@
 #include "eval/bindings.h"
 #include "eval/evalf.h"
 #include "eval/evaluate.h"
+#include "eval/procedures.h"
 #include "eval/simplify.h"
 #include "eval/simplify_cases.h"
 #include "eval/unique_pairs.h"
@@ -135,13 +136,14 @@ DAG spliceNestedSums(DAG s) {
   return flat;
 }
 
-// A COMPLEX among the terms absorbs every other numeric term; what is absorbed gets coefficient 0.
-void combineComplexTerms(DAG s) {
+// A COMPLEX among the terms absorbs every other numeric term; what is absorbed gets coefficient 0. True when the
+// imaginary parts cancel and leave an infinity, or `undefined`.
+bool combineComplexTerms(DAG s) {
   Word n = pairCount(s);
   Pair* p = pairsOf(s);
   Word first = 0;
   while (first < n && !isTag(p[first].term, COMPLEX)) ++first;
-  if (first == n) return;
+  if (first == n) return false;
   DAG folded = simpl(mul(p[first].term, p[first].coefficient));
   for (Word i = 0; i < n; ++i) {
     DAG term = p[i].term;
@@ -159,7 +161,8 @@ void combineComplexTerms(DAG s) {
       folded = simpl(add(folded, other));
     }
   }
-  p[first] = {folded, cons1};
+  p[first] = folded == consminf ? Pair{ini("infinity"), consm1} : Pair{folded, cons1};
+  return !isNumber(folded);
 }
 
 // A relation among the terms: the library adds relations side by side. In the body of a procedure the sum
@@ -180,16 +183,19 @@ inline bool isSpecial(DAG base) {
   }
 }
 
-// One COMPLEX factor in front of a PROD takes the coefficient in; an infinite factor leaves only its
-// sign.
+// What a coefficient other than 0 comes to before the PROD `product`: beside an infinite factor its sign.
+DAG coefficientBefore(DAG product, DAG coefficient) {
+  if (!isNumeric(coefficient) || isZero(coefficient)) return coefficient;
+  for (Word i = 1, n = lengthOf(product); i < n; i += 2)
+    if (isSpecial(product[i])) return consneg(coefficient) ? consm1 : cons1;
+  return coefficient;
+}
+
+// One COMPLEX factor in front of a PROD takes the coefficient in.
 void absorbIntoProduct(Pair& pair) {
   DAG product = pair.term;
   if (pair.coefficient == cons1) return;
-  for (Word i = 1, n = lengthOf(product); i < n; i += 2)
-    if (isSpecial(product[i])) {
-      if (isNumeric(pair.coefficient)) pair.coefficient = consneg(pair.coefficient) ? consm1 : cons1;
-      return;
-    }
+  pair.coefficient = coefficientBefore(product, pair.coefficient);
   if (isTag(product[1], COMPLEX) && product[2] == cons1 && pair.coefficient != cons0) {
     DAG scaled = CopyAlg(product);
     scaled[1] = simpl(mul(product[1], pair.coefficient));
@@ -222,6 +228,8 @@ NumberFold foldNumbers(DAG s, DAG original) {
         fold.result = sumOfRelations(s);
         return fold;
       case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case COMPLEX: {
+        // The place of a term that another has taken in: an exact 0 would make a float of a complex part.
+        if (term == cons0 && p[i].coefficient == cons0) break;
         DAG value = p[i].coefficient == cons1 ? term : mul(term, p[i].coefficient);
         if (accumulator == n) {
           accumulator = i;
@@ -284,8 +292,9 @@ DAG mergeInfinities(DAG s) {
     } else {
       DAG a = simpl(new3(SUM, ini("infinity"), p[infinite].coefficient));
       DAG b = simpl(new3(SUM, ini("infinity"), sign));
-      return TriggerNumericEvent(invalidOperation, naminstall("-"), a, b, undefinedInPlaceOf(s, infinite, i),
-                                 true);
+      DAG standard = undefinedInPlaceOf(s, infinite, i);
+      // A handler answers with its own kind of number for a number; for a sum with what it likes.
+      return TriggerNumericEvent(invalidOperation, naminstall("-"), a, b, standard, isUndefined(standard));
     }
   }
   const Word kept = undefined != n ? undefined : infinite;
@@ -368,6 +377,12 @@ bool sortByTerm(Pair* pairs, Word n) {
   return false;
 }
 
+// Coefficient of a term that stands twice.
+DAG addCoefficients(DAG term, DAG a, DAG b) {
+  DAG sum = add(a, b);
+  return isTag(term, PROD) ? coefficientBefore(term, sum) : sum;
+}
+
 // Equal terms add their coefficients into the first of them; the others get coefficient 0.
 void collectEqualTerms(DAG s) {
   Pair* p = pairsOf(s);
@@ -380,7 +395,7 @@ void collectEqualTerms(DAG s) {
       Word k = i + 1;
       DAG term = p[i].term, coefficient = p[i].coefficient;
       for (; k < n && p[k].term == term; ++k) {
-        coefficient = add(coefficient, p[k].coefficient);
+        coefficient = addCoefficients(term, coefficient, p[k].coefficient);
         p[k] = {cons0, cons0};
       }
       p[i].coefficient = coefficient;
@@ -392,59 +407,61 @@ void collectEqualTerms(DAG s) {
     if (p[i].coefficient == cons0) continue;
     for (Word k = n - 1; k > i; --k)
       if (p[k].term == p[i].term && p[k].coefficient != cons0) {
-        p[i].coefficient = add(p[i].coefficient, p[k].coefficient);
+        p[i].coefficient = addCoefficients(p[i].term, p[i].coefficient, p[k].coefficient);
         p[k] = {cons0, cons0};
       }
   }
 }
 
+// True for a list that takes its coefficient in as soon as it has one.
 bool isPlainList(DAG x) {
   return isTag(x, LIST) &&
          !(lengthOf(x[1]) > 1 && isObject(x[1][1]) && hasTag(x[1][1], FUNCTION));
 }
 
-// Lists take their coefficient in, then add element by element into the first.
-DAG addListTerms(DAG s) {
+// Lists add element by element into the first, coefficients taken in.
+void addListTerms(DAG s) {
   Word n = pairCount(s);
   Pair* p = pairsOf(s);
+  auto scale = [](Pair& pair) {
+    if (pair.coefficient != cons1) pair = {mapToList(pair.term, pair.coefficient), cons1};
+  };
   Word first = n;
   for (Word i = 0; i < n; ++i) {
-    if (!isPlainList(p[i].term)) continue;
-    if (p[i].coefficient != cons1) {
-      p[i].term = mapToList(p[i].term, p[i].coefficient);
-      p[i].coefficient = cons1;
-    }
+    if (!isTag(p[i].term, LIST)) continue;
+    if (isPlainList(p[i].term)) scale(p[i]);
     if (first == n) {
       first = i;
     } else {
+      scale(p[first]);
+      scale(p[i]);
       p[first].term = addLists(p[first].term, p[i].term);
       p[i] = {cons0, cons0};
     }
   }
-  return first == n ? DAG() : p[first].term;
 }
 
-// Simplifies the coefficients. Zeros of any form become the integer 0, but for a list, which takes it in; the
-// last float zero is the result.
-DAG settleCoefficients(DAG s) {
-  DAG floatZero;
+// Simplifies the coefficients. A list takes in a zero of any form; beside another term a float zero becomes a
+// factor of 0. True when there is one: the sum has a number more.
+bool settleCoefficients(DAG s) {
+  bool again = false;
   Pair* p = pairsOf(s);
   for (Word i = 0, n = pairCount(s); i < n; ++i) {
     DAG coefficient = p[i].coefficient;
     if (isImmediate(coefficient)) {
       if (!isZeroImmediate(coefficient)) continue;
-      if (coefficient == consm0) p[i].coefficient = cons0;
+      p[i].coefficient = coefficient = cons0;
     } else {
       coefficient = p[i].coefficient = simpl(coefficient);
-      if (isObject(coefficient) && isZero(coefficient)) {
-        floatZero = coefficient;
-        p[i].coefficient = cons0;
+      if (!isZero(coefficient)) continue;
+      if (!isTag(p[i].term, LIST)) {
+        p[i].term = cons0;
+        again = true;
       }
     }
-    if (p[i].coefficient == cons0 && isTag(p[i].term, LIST) && p[i].term != cons0)
-      p[i] = {mapToList(p[i].term, cons0), cons1};
+    if (isTag(p[i].term, LIST)) p[i] = {mapToList(p[i].term, coefficient), cons1};
   }
-  return floatZero;
+  return again;
 }
 
 // Moves the pairs with a coefficient other than the integer 0 together; the count that stays.
@@ -470,9 +487,11 @@ DAG mapToList(DAG list, DAG factor) {
 
 DAG addLists(DAG a, DAG b) {
   if (lengthOf(a[1]) != lengthOf(b[1])) KernelException("adding lists of different length");
-  auto orientation = [](DAG list) { return lengthOf(list) == 3 ? list[2] : DAG(); };
-  DAG oa = orientation(a), ob = orientation(b);
-  if ((oa == ini("row") && ob == ini("column")) || (oa == ini("column") && ob == ini("row")))
+  auto has = [](DAG list, DAG attribute) {
+    return lengthOf(list) == 3 && (list[2] == attribute || (isTag(list[2], EXPSEQ) && hasMember(list[2], attribute)));
+  };
+  const DAG row = ini("row"), column = ini("column");
+  if ((has(a, row) && has(b, column)) || (has(a, column) && has(b, row)))
     KernelException("adding a row list to a column list");
   DAG body = CopyAlg(a[1]);
   for (Word i = 1; i < lengthOf(body); ++i) {
@@ -515,7 +534,7 @@ DAG simplSum(DAG s) {
       s = changed;
     }
   }
-  if (kinds.has(COMPLEX)) combineComplexTerms(s);
+  if (kinds.has(COMPLEX) && combineComplexTerms(s)) kinds.hasSpecial = true;
 
   Word n = pairCount(s);
   DAG floatZero;
@@ -531,7 +550,7 @@ DAG simplSum(DAG s) {
   bool again = hasHead && mergeComplexHeads(s);
 
   if (n > 1) collectEqualTerms(s);
-  if (DAG zero = settleCoefficients(s)) floatZero = zero;
+  bool hasZeroFactor = settleCoefficients(s);
   if (kinds.has(LIST)) addListTerms(s);
   Word kept = compact(s);
   if (kept == 0) return floatZero ? simpl(floatZero) : cons0;
@@ -539,7 +558,7 @@ DAG simplSum(DAG s) {
   // Also when only a term is left: a raw sum can stand in several places, and comes here for each.
   if (length != lengthOf(s)) shorten(s, lengthOf(s), length);
   if (kept == 1 && pairsOf(s)[0].coefficient == cons1) return simpl(pairsOf(s)[0].term);
-  if (again) return simplSum(s);
+  if (again || hasZeroFactor) return simplSum(s);
   return makeUnique(s);
 }
 

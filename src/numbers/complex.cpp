@@ -34,12 +34,12 @@ DAG cxadd(DAG a, DAG b) {
   if (!isComplex(a)) return simpl(add(a, b));
   const bool longA = lengthOf(a) == 3, longB = isComplex(b) && lengthOf(b) == 3;
   if (!isComplex(b)) {
-    DAG re = longA ? add(a[1], b) : b;
+    DAG re = longA ? sumOfParts(a[1], b) : b;
     return complexNormalForm(new3(COMPLEX, re, imaginaryPartOf(a)));
   }
-  DAG im = add(imaginaryPartOf(a), imaginaryPartOf(b));
+  DAG im = sumOfParts(imaginaryPartOf(a), imaginaryPartOf(b));
   if (!longA && !longB) return complexNormalForm(new2(COMPLEX, im));
-  DAG re = longA && longB ? add(a[1], b[1]) : longA ? a[1] : b[1];
+  DAG re = longA && longB ? sumOfParts(a[1], b[1]) : longA ? a[1] : b[1];
   return complexNormalForm(new3(COMPLEX, re, im));
 }
 
@@ -73,7 +73,7 @@ DAG cx2opmul(DAG a, DAG b) {
   if (numbers && !hasUndefinedPart(a) && !hasUndefinedPart(b))
     return new3(COMPLEX, add(mul(x, u), negate(mul(y, v))), add(mul(x, v), mul(y, u)));
   auto sum = [](DAG p, DAG q) { return simpl(new5(SUM, p, cons1, q, cons1)); };
-  return new3(COMPLEX, sum(CX_MUL_COMP2(x, u), negate(CX_MUL_COMP2(y, v))),
+  return new3(COMPLEX, sum(CX_MUL_COMP2(x, u), negativeOfPart(CX_MUL_COMP2(y, v))),
               sum(CX_MUL_COMP2(x, v), CX_MUL_COMP2(y, u)));
 }
 
@@ -86,7 +86,7 @@ DAG cxdomul(DAG a, DAG b) {
   }
   DAG v = imaginaryPartOf(b);
   if (longA && lengthOf(b) == 3) return cx2opmul(a, b);
-  DAG re = negate(CX_MUL_COMP(y, v));
+  DAG re = negativeOfPart(CX_MUL_COMP(y, v));
   if (longA) return new3(COMPLEX, re, CX_MUL_COMP(a[1], v));
   if (lengthOf(b) == 3) return new3(COMPLEX, re, CX_MUL_COMP(y, b[1]));
   return re;
@@ -119,7 +119,7 @@ namespace {
 DAG product(DAG x, DAG y) {
   if (isComplex(x)) return cxmul(x, y);
   if (isComplex(y)) return cxmul(y, x);
-  return simpl(mul(x, y));
+  return productOfParts(x, y);
 }
 
 }  // namespace

@@ -108,16 +108,17 @@ DAG cxinv1(DAG z) {
   if (lengthOf(z) == 2) {
     if (isInfinite(y)) return cons0;
     if (isUndefined(y)) return z;
-    return simpl(new2(COMPLEX, reciprocal(negate(y))));
+    return simpl(new2(COMPLEX, reciprocal(negativeOfPart(y))));
   }
   if (hasInfinitePart(z)) return cons0;
   if (hasUndefinedPart(z)) return conscxNaN;
   DAG x = z[1];
-  DAG d = reciprocal(add(mul(x, x), mul(y, y)));
-  return complexNormalForm(new3(COMPLEX, simpl(mul(x, d)), simpl(mul(negate(y), d))));
+  DAG d = reciprocal(sumOfParts(productOfParts(x, x), productOfParts(y, y)));
+  return complexNormalForm(new3(COMPLEX, productOfParts(x, d), productOfParts(negativeOfPart(y), d)));
 }
 
 DAG cxfinv1(DAG z) {
+  if (!hasNumericParts(z)) return evalfParts(cxinv1(z));
   std::int64_t digits = precisionDigits();
   EnvironmentChange change;
   setDigits(change, digits + 2);
@@ -133,6 +134,7 @@ DAG cxfdiv(DAG a, DAG b) {
     if (!isComplex(a)) return evalfdiv(a, b);
     return cxmul(a, simpl(new3(PROD, b, consm1)));
   }
+  if (!hasNumericParts(b) || (isComplex(a) && !hasNumericParts(a))) return cxmul(cxfinv1(b), a);
   std::int64_t digits = precisionDigits();
   EnvironmentChange change;
   if (!isComplex(a) || lengthOf(a) == 2) {
@@ -184,7 +186,7 @@ DAG cxfabs(DAG z) {
   z = evalf(z);
   if (!isComplex(z)) return absalg(z);
   if (hasInfinitePart(z)) return consfinf;
-  if (hasUndefinedPart(z)) return consfNaN;
+  if (hasUndefinedPart(z) || !hasNumericParts(z)) return consfNaN;
   std::int64_t digits = precisionDigits();
   Part real = lengthOf(z) == 3 ? partOf(z[1]) : Part{cons0, 0};
   Ordered parts = inOrder(real, partOf(imaginaryPartOf(z)));

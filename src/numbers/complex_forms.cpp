@@ -21,6 +21,22 @@ bool hasUndefinedPart(DAG x) {
   return false;
 }
 
+namespace {
+bool isNumberPart(DAG x) { return isNumeric(x) || hasNoFiniteValue(x); }
+}  // namespace
+
+bool hasNumericParts(DAG x) {
+  for (Word i = 1; i < lengthOf(x); ++i)
+    if (!isNumberPart(x[i])) return false;
+  return true;
+}
+
+DAG sumOfParts(DAG a, DAG b) {
+  return simpl(isNumberPart(a) && isNumberPart(b) ? add(a, b) : new5(SUM, a, cons1, b, cons1));
+}
+
+DAG negativeOfPart(DAG a) { return simpl(isNumberPart(a) ? negate(a) : new3(SUM, a, consm1)); }
+
 DAG productOfParts(DAG a, DAG b) {
   if (isNumeric(a) && isNumeric(b)) return simpl(mul(a, b));
   return simpl(new5(PROD, a, cons1, b, cons1));

@@ -18,8 +18,13 @@ bool hasNoFiniteValue(DAG x);
 bool hasInfinitePart(DAG x);
 bool hasUndefinedPart(DAG x);
 
-/// Product of two parts; simplified.
+/// Sum and product of two parts, and the negative of one; simplified. A part need not be a number: an
+/// oscillating power has bounds, but no value.
+DAG sumOfParts(DAG a, DAG b);
 DAG productOfParts(DAG a, DAG b);
+DAG negativeOfPart(DAG a);
+/// All parts of the COMPLEX `x` are numbers, infinite or undefined.
+bool hasNumericParts(DAG x);
 /// A fresh COMPLEX without exact zero parts: the real part alone, length 2, or 0; simplified. Other
 /// objects are simplified as they are.
 DAG complexNormalForm(DAG x);

@@ -1,0 +1,25 @@
+# A number that cancels leaves a float behind when it was one; a complex part that is absent stays absent.
+1.0*x - x + 3; 1.5*x - 1.5*x + 1/2; 1.0*x - x + y; x - 1.0*x + 2 + I; op(I + 3.0*I); op(1.0*I - I); -0. + 0.*I;
+1.0*[f(1), 2] - [f(1), 2]; [f(1), 2] + [3, 4]; 2*[f(1), 2] + [3, 4]; 2*[f(1), 2];
+setattribute([1, 2], row, u) + setattribute([1, 2], column);
+# One object for one value, whatever the road to it.
+same := proc() local i; [seq(evalb(addressof(args[1]) = addressof(args[i])), i = 2..nargs)] end proc:
+same(x*infinity, infinity*x + infinity*x, 3*(x*infinity), infinity*x + 2*infinity*x + x*infinity);
+same(-infinity*I*x, (-infinity)*I*x, -(infinity*I*x), x*(-infinity*I));
+same(x*infinity, -I*x*(infinity*I), (infinity*I)^2*(-x)); same(y - infinity, (y + I - infinity) - I);
+same(undefined*I, I*undefined, (x*undefined)*I, (undefined*I)*x); same(undefined, undefined^infinity, undefined*x);
+same((1 + I)*(-1)^(5/6), ((1 + I)*I)*(-1)^(1/3), (1 + I)*(I*(-1)^(1/3)));
+same((1 + I)^(3/2), (1 + I)*(1 + I)^(1/2), (1 + I)^(1/2)*(1 + I)^(1/2)*(1 + I)^(1/2)); (-I)^(-1/2);
+# Long exponents of units; zero and infinite complex numbers to powers.
+I^(10^20), I^(10^20 + 3), (-1)^((10^20 + 2)/3), (-1)^(10^20/3); (1 + I)^(10^20);
+0^I; 0^(2 + I); 0^(I - 2); (infinity + I)^(1/2); (Float(infinity) + I)^2; (Float(undefined) + I)^2; (infinity*I)^3; (3/5 + 4/5*I)^infinity;
+# What oscillates is a complex number like others.
+(-1)^infinity; (-1)^infinity + 1 + I; 2*(-1)^infinity; ((-1)^infinity)^(-1) - ((-1)^infinity)^(-1); 0*(-1)^infinity;
+# A handler may answer for a sum with what it likes.
+NumericEventHandler(invalid_operation = proc(operation, operands, standard) [standard, operands] end proc):
+infinity - infinity + x; try infinity - infinity catch: lasterror end try; NumericEventHandler(default):
+# Only algebra is raised to powers, and constructors take numbers.
+(1, 2)^x; (1..2)^y; (1..2)^2; (a and b)^2; NULL^2; x^(1..2); (a = b)^z;
+Complex("a", 1); Float(1, "a"); Complex(I, 1); Float(1.5, 2.5);
+try (1, 2)^x catch: lasterror end try; try (1..2)^2 catch: lasterror end try; try x^(1..2) catch: lasterror end try;
+f := proc(head, a, b) try head(a, b) catch: lasterror end try end proc: f(Complex, "a", 1), f(Float, 1, I);
