@@ -180,6 +180,9 @@ DAG RETURN_(const BuiltinCall& call) {
 }
 
 DAG ERROR_(const BuiltinCall& call) {
+  // With an attribute, an error of the kernel's own that has waited until its trap runs.
+  if (lengthOf(call.form) == 4 && argumentCount(call) != 0 && hasTag(call.arguments[1], STRING))
+    raiseKernelException(textOf(call.arguments[1]), &call.arguments[1] + 1, static_cast<int>(argumentCount(call)) - 1);
   KorelException(argumentCount(call) == 0 ? naminstall("") : call.arguments);
 }
 

@@ -334,6 +334,21 @@ DAG simplSeriesFields(DAG s) {
 
 void simplifyFields(DAG s, Word from) { simplifyOperands(s, from); }
 
+namespace {
+
+// A call that raises the error just raised once more. Its parameters are quoted: they are told as they are. An
+// attribute marks an error of the kernel, which leaves only its message in `lasterror`.
+DAG errorCall() {
+  DAG value = ini("lasterror")[1], exception = ini("lastexception")[1];
+  const bool ofKernel = value == exception[2] && lengthOf(exception) > 3;
+  DAG arguments = ofKernel ? copydel(exception, 0, 1) : isSpliced(value) ? CopyAlg(value) : new2(EXPSEQ, value);
+  for (Word i = 2; i < lengthOf(arguments); ++i)
+    if (!isImmediate(arguments[i])) arguments[i] = new2(UNEVAL, arguments[i]);
+  return ofKernel ? new4(FUNCTION, ini("ERROR"), arguments, ini("builtin")) : new3(FUNCTION, ini("ERROR"), arguments);
+}
+
+}  // namespace
+
 DAG simplifyUnderTrap(DAG x) {
   if (isSettled(x)) return x;
   DAG error = ini("lasterror")[1], exception = ini("lastexception")[1];
@@ -348,13 +363,13 @@ DAG simplifyUnderTrap(DAG x) {
     return result;
   }
   if (SpecialError != noSpecialError) jumpOut(jumpError);
-  DAG raised = ini("lastexception")[1];
+  DAG failure = errorCall();
   ini("lasterror")[1] = error;
   ini("lastexception")[1] = exception;
   bindingsEnabled = bindings;
   procSimplStack = procedures;
   useSimplStack = uses;
-  return simpl(new3(FUNCTION, ini("ERROR"), simpl(copydel(raised, 0, 1))));
+  return SimplifyMaybeBind(failure, false);
 }
 
 DAG makeUnique(DAG s) {

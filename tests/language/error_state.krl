@@ -45,3 +45,7 @@ for s in failing do
 end do:
 faults, Digits, Rounding, Order, prot, ll, ss, printlevel;
 lasterror, lastexception;
+# An error met while the part under a trap is simplified is told with its own words when that part runs: parameters
+# as they stand, the message alone in `lasterror`.
+x := 5: try proc(x, x) 1 end proc catch "nothing": 1 end try;
+try proc(y, y) 1 end proc catch "parameter": [lasterror], [lastexception] end try; [traperror(proc(z) local z; z end proc)];
