@@ -83,7 +83,7 @@ constexpr TagSet quietTags =
 // One look at each term tells which steps have something to do: most have not, with most sums.
 struct Kinds {
   TagSet tags = 0;          // of the terms
-  bool hasFloat = false;    // among the terms, or beside one that is no immediate
+  bool hasFloat = false;    // among the terms or coefficients
   bool hasSpecial = false;  // `infinity` or `undefined`
   DAG failure;              // `FAIL`
 
@@ -92,6 +92,7 @@ struct Kinds {
   void add(const Pair& pair) {
     Tag tag = tagOf(pair.term);
     tags |= TagSet{1} << tagNumber(tag);
+    if (isFloat(pair.coefficient)) hasFloat = true;
     if (isImmediate(pair.term)) return;
     if (tag == NAME && !isPlainName(pair.term)) {
       if (pair.term == ini("FAIL"))
@@ -99,7 +100,7 @@ struct Kinds {
       else
         hasSpecial = true;
     }
-    if (tag == FLOAT || isFloat(pair.coefficient)) hasFloat = true;
+    if (tag == FLOAT) hasFloat = true;
   }
 };
 
@@ -377,14 +378,13 @@ bool sortByTerm(Pair* pairs, Word n) {
   return false;
 }
 
-// Coefficient of a term that stands twice.
-DAG addCoefficients(DAG term, DAG a, DAG b) {
-  DAG sum = add(a, b);
-  return isTag(term, PROD) ? coefficientBefore(term, sum) : sum;
-}
-
-// Equal terms add their coefficients into the first of them; the others get coefficient 0.
-void collectEqualTerms(DAG s) {
+// Equal terms add their coefficients into the first of them; the others get coefficient 0. `products` tells
+// whether any term is a PROD.
+void collectEqualTerms(DAG s, bool products) {
+  auto addCoefficients = [products](DAG term, DAG a, DAG b) {
+    DAG sum = add(a, b);
+    return products && isTag(term, PROD) ? coefficientBefore(term, sum) : sum;
+  };
   Pair* p = pairsOf(s);
   Word n = pairCount(s);
   if (lengthOf(s) >= sortFromLength) {
@@ -549,7 +549,7 @@ DAG simplSum(DAG s) {
     if (DAG result = mergeInfinities(s)) return simpl(result);
   bool again = hasHead && mergeComplexHeads(s);
 
-  if (n > 1) collectEqualTerms(s);
+  if (n > 1) collectEqualTerms(s, kinds.has(PROD));
   bool hasZeroFactor = settleCoefficients(s);
   if (kinds.has(LIST)) addListTerms(s);
   Word kept = compact(s);

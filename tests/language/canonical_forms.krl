@@ -10,6 +10,7 @@ same(x*infinity, -I*x*(infinity*I), (infinity*I)^2*(-x)); same(y - infinity, (y 
 same(undefined*I, I*undefined, (x*undefined)*I, (undefined*I)*x); same(undefined, undefined^infinity, undefined*x);
 same((1 + I)*(-1)^(5/6), ((1 + I)*I)*(-1)^(1/3), (1 + I)*(I*(-1)^(1/3)));
 same((1 + I)^(3/2), (1 + I)*(1 + I)^(1/2), (1 + I)^(1/2)*(1 + I)^(1/2)*(1 + I)^(1/2)); (-I)^(-1/2);
+v := infinity: n := 2: -v + 1.5*n; v := undefined: v + y + 1.5*n;
 # Long exponents of units; zero and infinite complex numbers to powers.
 I^(10^20), I^(10^20 + 3), (-1)^((10^20 + 2)/3), (-1)^(10^20/3); (1 + I)^(10^20);
 0^I; 0^(2 + I); 0^(I - 2); (infinity + I)^(1/2); (Float(infinity) + I)^2; (Float(undefined) + I)^2; (infinity*I)^3; (3/5 + 4/5*I)^infinity;
