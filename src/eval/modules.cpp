@@ -158,13 +158,18 @@ DAG ModuleNameAttr(DAG attributes) {
   return DAG();
 }
 
-DAG MemberInstance(DAG module, DAG name) {
+DAG exportInstance(DAG module, DAG name) {
   DAG declared = module[2][4];
   const char* text = textOf(name);
   for (Word i = 1; i < lengthOf(declared); ++i) {
     DAG candidate = declaredName(declared[i]);
     if (candidate == name || std::strcmp(textOf(candidate), text) == 0) return module[1][i];
   }
+  return DAG();
+}
+
+DAG MemberInstance(DAG module, DAG name) {
+  if (DAG instance = exportInstance(module, name)) return instance;
   DAG moduleName = module[2][9];
   if (moduleName == null) KernelException("module does not export `%1`", name);
   KernelException("module `%1` does not export `%2`", moduleName, name);

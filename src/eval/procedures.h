@@ -46,7 +46,9 @@ bool hasMember(DAG s, DAG x);
 DAG EvaluateModuleDefinition(DAG definition, DAG name);
 void UnloadModules();
 void RunLoadFunction(DAG module, const char* kind);
-/// The export instance of `name`. Errors: "module does not export `%1`" and its named form.
+/// The export instance of `name`, or 0.
+DAG exportInstance(DAG module, DAG name);
+/// The same. Errors: "module does not export `%1`" and its named form.
 DAG MemberInstance(DAG module, DAG name);
 /// The value of `modulename = value` among attributes, or 0.
 DAG ModuleNameAttr(DAG attributes);

@@ -216,9 +216,10 @@ DAG inlineProcedure(DAG head) {
     if (!isTag(module, MODULE) && !isTag(module, NAME)) return DAG();
     DAG value = isTag(module, NAME) ? module[1] : module;
     if (!value || !isTag(value, MODULE)) return DAG();
-    head = MemberInstance(value, head[2]);
+    head = exportInstance(value, declaredName(head[2]));
+    if (head) head = declaredName(head);
   }
-  if (!isTag(head, NAME) || isEnvironmentName(head)) return DAG();
+  if (!head || !isTag(head, NAME) || isEnvironmentName(head)) return DAG();
   DAG value = head[1];
   if (!value || !isTag(value, PROC)) return DAG();
   DAG body = value[5];

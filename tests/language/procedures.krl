@@ -93,6 +93,8 @@ inl := proc(x) option inline; x^2 + nargs end proc:
 'inl(3)';
 inl(3), inl(z + 1);
 inl(1, 2);
+mi := module() export s, t::procedure; s := proc(x) option inline; 2*x end; t := proc(x) option inline; x + 1 end end module:
+proc(a) mi:-s(a) + mi:-t(a) end; pm := proc() mi:-nosuch(1) end; pm();
 proc(x) option inline; y := x end proc;
 proc(x) local t; option inline; x + t end proc;
 proc(x) option inline, remember; x end proc;
