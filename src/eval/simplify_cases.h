@@ -54,7 +54,5 @@ DAG simpl01(DAG x);
 
 /// `list` with each element times `factor`.
 DAG mapToList(DAG list, DAG factor);
-/// Element sums. Errors: "adding lists of different length", "adding a row list to a column list".
-DAG addLists(DAG a, DAG b);
 
 }  // namespace korel

@@ -22,7 +22,6 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "store/word_map.h"
 
 namespace korel {
 
@@ -351,25 +350,6 @@ DAG settleSpecial(Product& product) {
 // From this many words on, the first factor with a base is looked up rather than compared with.
 constexpr Word lookUpFromLength = 101;
 
-// For each factor the number of the first with its base, as an EXPSEQ; 0 when there is no room for the table.
-DAG firstFactors(const Product& product) {
-  const Word n = (product.used - 1) / 2;
-  DAG firsts = newl2(n + 1, EXPSEQ);
-  WordMap places;
-  bool fits = true;
-  for (Word i = 0; fits && i < n; ++i) {
-    std::int32_t first = static_cast<std::int32_t>(i), *found;
-    switch (places.insert(product.factors[2 * i + 1].word, first, &found)) {
-      case WordMap::added: break;
-      case WordMap::present: first = *found; break;
-      case WordMap::outOfMemory: fits = false; break;
-    }
-    firsts[i + 1] = immediate(first);
-  }
-  places.release();
-  return fits ? firsts : DAG();
-}
-
 // Adds the exponent of factor `from` to that of `to`. A number whose exponents meet needs another pass.
 void addExponent(Product& product, Word to, Word from) {
   DAG* factors = &product.factors[0];
@@ -381,8 +361,8 @@ void addExponent(Product& product, Word to, Word from) {
 // Equal bases add their exponents into the first of them, from the last one on.
 void collectEqualBases(Product& product) {
   DAG factors = product.factors;
-  DAG firsts = product.used >= lookUpFromLength ? firstFactors(product) : DAG();
-  if (firsts) {
+  if (product.used >= lookUpFromLength) {
+    DAG firsts = firstOccurrences(&factors[1], (product.used - 1) / 2, 2);
     for (Word k = product.used - 2; k > 1; k -= 2) {
       const Word first = 2 * static_cast<Word>(immediateValue(firsts[k / 2 + 1])) + 1;
       if (first == k) continue;

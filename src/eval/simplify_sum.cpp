@@ -305,29 +305,48 @@ DAG mergeInfinities(DAG s) {
   return DAG();
 }
 
-// PROD terms headed by a COMPLEX that agree in all other factors add their heads.
-bool mergeComplexHeads(DAG s) {
-  bool changed = false;
-  Word n = pairCount(s);
-  Pair* p = pairsOf(s);
+// What stands behind the complex head of each term, one object whatever the order of its factors; 0 for other terms.
+DAG complexTails(DAG s) {
+  const Word n = pairCount(s);
+  DAG tails = newl2(n + 1, EXPSEQ);
   for (Word i = 0; i < n; ++i) {
-    DAG a = p[i].term;
-    if (!isTag(a, PROD) || !isTag(a[1], COMPLEX) || a[2] != cons1 || isZero(p[i].coefficient)) continue;
-    for (Word k = i + 1; k < n; ++k) {
-      DAG b = p[k].term;
-      if (!isTag(b, PROD) || lengthOf(b) != lengthOf(a) || !isTag(b[1], COMPLEX) || b[2] != cons1 ||
-          isZero(p[k].coefficient) || !std::equal(&a[3], &a[3] + (lengthOf(a) - 3), &b[3]))
-        continue;
-      DAG head = simpl(cxadd(simpl(mul(p[i].term[1], p[i].coefficient)),
-                             simpl(mul(b[1], p[k].coefficient))));
-      DAG merged = CopyAlg(p[i].term);
-      merged[1] = head;
-      p[i] = {simpl(merged), cons1};
-      p[k] = {cons0, cons0};
-      changed = true;
-      a = p[i].term;
-      if (!isTag(a, PROD) || !isTag(a[1], COMPLEX)) break;
+    Pair pair = pairsOf(s)[i];
+    tails[i + 1] = DAG();
+    if (!isTag(pair.term, PROD) || pair.coefficient == cons0) continue;
+    const Pair* factors = pairsOf(pair.term);
+    if (!isTag(factors[0].term, COMPLEX) || factors[0].coefficient != cons1) continue;
+    const Word count = pairCount(pair.term) - 1;
+    tails[i + 1] = count == 1 && factors[1].coefficient == cons1 ? factors[1].term
+                                                                 : uniquePairs(PROD, factors + 1, count);
+  }
+  return tails;
+}
+
+// Terms headed by a COMPLEX that agree in all other factors add their heads into the first of them.
+bool mergeComplexHeads(DAG s) {
+  const Word n = pairCount(s);
+  Pair* p = pairsOf(s);
+  DAG tails = complexTails(s), totals = newl2(n + 1, EXPSEQ);
+  DAG firsts = firstOccurrences(&tails[1], n, 1);
+  bool changed = false;
+  for (Word i = 0; i < n; ++i) {
+    totals[i + 1] = DAG();
+    if (!tails[i + 1]) continue;
+    const Word first = static_cast<Word>(immediateValue(firsts[i + 1]));
+    DAG head = simpl(mul(p[i].term[1], p[i].coefficient));
+    if (first == i) {
+      totals[i + 1] = head;
+      continue;
     }
+    totals[first + 1] = simpl(add(totals[first + 1], head));
+    p[i] = {cons0, cons0};
+    changed = true;
+  }
+  for (Word i = 0; changed && i < n; ++i) {
+    if (!totals[i + 1]) continue;
+    DAG merged = CopyAlg(p[i].term);
+    merged[1] = totals[i + 1];
+    p[i] = {simpl(merged), cons1};
   }
   return changed;
 }
@@ -419,26 +438,57 @@ bool isPlainList(DAG x) {
          !(lengthOf(x[1]) > 1 && isObject(x[1][1]) && hasTag(x[1][1], FUNCTION));
 }
 
-// Lists add element by element into the first, coefficients taken in.
+void checkListsAdd(DAG a, DAG b) {
+  if (lengthOf(a[1]) != lengthOf(b[1])) KernelException("adding lists of different length");
+  auto has = [](DAG list, DAG attribute) {
+    return lengthOf(list) == 3 && (list[2] == attribute || (isTag(list[2], EXPSEQ) && hasMember(list[2], attribute)));
+  };
+  const DAG row = ini("row"), column = ini("column");
+  if ((has(a, row) && has(b, column)) || (has(a, column) && has(b, row)))
+    KernelException("adding a row list to a column list");
+}
+
+// Sum of the elements at one place of all LIST terms.
+DAG sumOfElements(const Pair* p, Word n, Word place, Word lists) {
+  DAG total, terms = newl2(2 * lists + 1, SUM);
+  Pair* out = pairsOf(terms);
+  bool numeric = true;
+  for (Word i = 0; i < n; ++i) {
+    if (!isTag(p[i].term, LIST)) continue;
+    DAG element = p[i].term[1][place];
+    *out++ = {element, cons1};
+    numeric = numeric && isNumeric(element);
+    if (numeric) total = total ? add(total, element) : element;
+  }
+  return simpl(numeric ? total : terms);
+}
+
+// Lists add element by element into the first, coefficients taken in. All at once: sums of the first two, three,
+// four lists would each be as long as what they hold.
 void addListTerms(DAG s) {
   Word n = pairCount(s);
   Pair* p = pairsOf(s);
-  auto scale = [](Pair& pair) {
-    if (pair.coefficient != cons1) pair = {mapToList(pair.term, pair.coefficient), cons1};
-  };
-  Word first = n;
+  Word first = n, lists = 0;
   for (Word i = 0; i < n; ++i) {
     if (!isTag(p[i].term, LIST)) continue;
-    if (isPlainList(p[i].term)) scale(p[i]);
-    if (first == n) {
-      first = i;
-    } else {
-      scale(p[first]);
-      scale(p[i]);
-      p[first].term = addLists(p[first].term, p[i].term);
-      p[i] = {cons0, cons0};
-    }
+    if (++lists == 1) first = i;
   }
+  for (Word i = first; i < n; ++i) {
+    if (!isTag(p[i].term, LIST)) continue;
+    if (p[i].coefficient != cons1 && (lists > 1 || isPlainList(p[i].term)))
+      p[i] = {mapToList(p[i].term, p[i].coefficient), cons1};
+    if (i != first) checkListsAdd(p[first].term, p[i].term);
+  }
+  if (lists < 2) return;
+  DAG sum = CopyAlg(p[first].term), body = CopyAlg(sum[1]);
+  for (Word place = 1; place < lengthOf(body); ++place) {
+    passWork(objectSteps);
+    body[place] = sumOfElements(p, n, place, lists);
+  }
+  sum[1] = simpl(body);
+  for (Word i = first + 1; i < n; ++i)
+    if (isTag(p[i].term, LIST)) p[i] = {cons0, cons0};
+  p[first].term = simpl(sum);
 }
 
 // Simplifies the coefficients. A list takes in a zero of any form; beside another term a float zero becomes a
@@ -483,24 +533,6 @@ DAG mapToList(DAG list, DAG factor) {
   DAG scaled = CopyAlg(list);
   scaled[1] = simpl(body);
   return simpl(scaled);
-}
-
-DAG addLists(DAG a, DAG b) {
-  if (lengthOf(a[1]) != lengthOf(b[1])) KernelException("adding lists of different length");
-  auto has = [](DAG list, DAG attribute) {
-    return lengthOf(list) == 3 && (list[2] == attribute || (isTag(list[2], EXPSEQ) && hasMember(list[2], attribute)));
-  };
-  const DAG row = ini("row"), column = ini("column");
-  if ((has(a, row) && has(b, column)) || (has(a, column) && has(b, row)))
-    KernelException("adding a row list to a column list");
-  DAG body = CopyAlg(a[1]);
-  for (Word i = 1; i < lengthOf(body); ++i) {
-    DAG x = a[1][i], y = b[1][i];
-    body[i] = simpl(isNumeric(x) && isNumeric(y) ? add(x, y) : new5(SUM, x, cons1, y, cons1));
-  }
-  DAG sum = CopyAlg(a);
-  sum[1] = simpl(body);
-  return simpl(sum);
 }
 
 DAG simplSum(DAG s) {

@@ -4,6 +4,7 @@
 #include "store/generations.h"
 #include "store/chain_scan.h"
 #include "store/hash.h"
+#include "store/word_map.h"
 
 namespace korel {
 
@@ -39,7 +40,38 @@ bool hasPairs(DAG member, const Pair* pairs, Word count) {
   return true;
 }
 
+// Below, comparing with all words before costs less than the table.
+constexpr Word lookUpFrom = 16;
+
+// False when there is no room for the table; `firsts` is then half filled.
+bool lookUpFirsts(const DAG* words, Word count, Word step, DAG firsts) {
+  WordMap places;
+  bool fits = true;
+  for (Word i = 0; fits && i < count; ++i) {
+    std::int32_t first = static_cast<std::int32_t>(i), *found;
+    if (const DAG word = words[i * step]) switch (places.insert(word.word, first, &found)) {
+        case WordMap::added: break;
+        case WordMap::present: first = *found; break;
+        case WordMap::outOfMemory: fits = false; break;
+      }
+    firsts[i + 1] = immediate(first);
+  }
+  places.release();
+  return fits;
+}
+
 }  // namespace
+
+DAG firstOccurrences(const DAG* words, Word count, Word step) {
+  DAG firsts = newl2(count + 1, EXPSEQ);
+  if (count >= lookUpFrom && lookUpFirsts(words, count, step, firsts)) return firsts;
+  for (Word i = 0; i < count; ++i) {
+    Word first = 0;
+    while (words[first * step] != words[i * step]) ++first;
+    firsts[i + 1] = immediate(static_cast<std::int32_t>(first));
+  }
+  return firsts;
+}
 
 DAG uniquePairs(Tag tag, const Pair* pairs, Word count) {
   const Word key = keyOf(tag, pairs, count), header = tag | (2 * count + 1);

@@ -24,6 +24,10 @@ inline Word pairCount(DAG s) { return (lengthOf(s) - 1) / 2; }
 /// not a single one with coefficient 1.
 DAG uniquePairs(Tag tag, const Pair* pairs, Word count);
 
+/// For each of `count` words, `step` words apart, the number of the first equal one (its own when it is the first),
+/// as an immediate in an EXPSEQ whose fields count from 1. What stands for a word 0 means nothing.
+DAG firstOccurrences(const DAG* words, Word count, Word step);
+
 /// A name that stands for itself in sums and products: not `infinity`, `undefined` or `FAIL`.
 inline bool isPlainName(DAG name) {
   return name != ini("infinity") && name != ini("undefined") && name != ini("FAIL");

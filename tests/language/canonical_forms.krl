@@ -10,6 +10,9 @@ same(x*infinity, -I*x*(infinity*I), (infinity*I)^2*(-x)); same(y - infinity, (y 
 same(undefined*I, I*undefined, (x*undefined)*I, (undefined*I)*x); same(undefined, undefined^infinity, undefined*x);
 same((1 + I)*(-1)^(5/6), ((1 + I)*I)*(-1)^(1/3), (1 + I)*(I*(-1)^(1/3)));
 same((1 + I)^(3/2), (1 + I)*(1 + I)^(1/2), (1 + I)^(1/2)*(1 + I)^(1/2)*(1 + I)^(1/2)); (-I)^(-1/2);
+same((4 + I)*x*y, (1 + I)*x*y + (2 + I)*y*x + x*(1 - I)*y);
+evalb(add((k + I)*x||k, k = 1..40) - add(-I*x||(41 - k), k = 1..40) = add((k + 2*I)*x||k, k = 1..40)); x + I*x;
+nops(add([k, x||k, f(k)], k = 1..3000)[2]); [f(1), 2]*3 + z - [x, 1] + [1, y];
 v := infinity: n := 2: -v + 1.5*n; v := undefined: v + y + 1.5*n;
 # Long exponents of units; zero and infinite complex numbers to powers.
 I^(10^20), I^(10^20 + 3), (-1)^((10^20 + 2)/3), (-1)^(10^20/3); (1 + I)^(10^20);
