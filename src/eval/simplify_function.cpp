@@ -150,7 +150,8 @@ DAG floatOfTwo(DAG s, DAG m, DAG e) {
     return distribute(m, [e](DAG part) { return simpl(callOf("Float", part, e)); });
   bool exponentName = e == ini("infinity") || e == ini("undefined");
   if (isInvalidOperand(m) || isInvalidOperand(e) || isFloat(e) || isTag(e, COMPLEX) ||
-      isTag(m, COMPLEX) || isTag(m, RATIONAL) || isTag(e, RATIONAL) || isTag(m, HFLOAT))
+      isTag(m, COMPLEX) || isTag(m, RATIONAL) || isTag(e, RATIONAL) || isTag(m, HFLOAT) ||
+      (exponentName && isTag(m, FLOAT)))
     KernelException("invalid arguments for Float constructor");
   if (isUndefined(m)) return consfNaN;
   if (exponentName && isInteger(m)) {

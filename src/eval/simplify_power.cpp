@@ -153,7 +153,7 @@ DAG simplPower(DAG s) {
     KernelException("non-algebraic exponent");
   }
   if (base == ini("FAIL") || exponent == ini("FAIL")) return ini("FAIL");
-  if (base == sqrtm1 && isRationalNumber(exponent) && !isImmediate(exponent)) {
+  if (base == sqrtm1 && isNumeric(exponent) && !isImmediate(exponent)) {
     base = s[1] = consm1;
     exponent = s[2] = simpl(mul(exponent, consh));
   }

@@ -27,3 +27,9 @@ infinity - infinity + x; try infinity - infinity catch: lasterror end try; Numer
 Complex("a", 1); Float(1, "a"); Complex(I, 1); Float(1.5, 2.5);
 try (1, 2)^x catch: lasterror end try; try (1..2)^2 catch: lasterror end try; try x^(1..2) catch: lasterror end try;
 f := proc(head, a, b) try head(a, b) catch: lasterror end try end proc: f(Complex, "a", 1), f(Float, 1, I);
+# What the constructors don't take, outside of a trap; what fails before it runs, under one.
+Integer(); Fraction(0.5); Fraction(1, 2, 3); Complex([1]); Float("a"); Float(1, 2, 3); Float(1.5, infinity);
+try 1 := 2 catch: lastexception end try; try (a, 1) := (1, 2) catch: lastexception end try;
+try try 1 catch "x": 1 catch "xy": 2 end try catch: lastexception end try;
+try setattribute([1], row) + setattribute([2], column) catch: lasterror end try;
+again := proc(z) option inline; again(z - 1) end proc: try again(1) catch "recursive": lastexception end try;
