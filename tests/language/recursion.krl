@@ -20,5 +20,3 @@ deep(300000):
 deep := proc(n) local a; a := x; to n do a := [a] end do; hastype(a, identical(y)) end proc:
 deep(300000):
 subs(x = y, [x]), hastype([x], identical(x));
-# Values deep inside are replaced in one pass: to look through the arguments at each level would take a second.
-nest := proc(n) local d; d := x; to n do d := g(d) end do; d end proc: d := nest(10000): timelimit(0.5, nops(eval(d, x = 5)));
