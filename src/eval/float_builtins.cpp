@@ -7,6 +7,7 @@
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "numbers/complex.h"
+#include "numbers/complex_forms.h"
 #include "numbers/float.h"
 #include "numbers/integer_functions.h"
 #include "numbers/numeric_events.h"
@@ -69,6 +70,7 @@ DAG complexSize(DAG x) {
   if (isFloatComplex(x)) return cxfabs(x);
   if (isInfinite(x)) return ini("infinity");
   if (isUndefined(x)) return ini("undefined");
+  if (!hasNumericParts(x)) return DAG();
   if (lengthOf(x) == 2) return absalg(x[1]);
   return exactRoot(add(mul(x[1], x[1]), mul(x[2], x[2])));
 }
@@ -118,7 +120,7 @@ DAG trunc(const BuiltinCall& call) {
     DAG x = softArgument(call, 1);
     if (isInfinite(x) || isUndefined(x)) return x;
     if (isNumeric(x)) return simpl(mtrunc(x));
-    if (isComplex(x)) {
+    if (isComplex(x) && hasNumericParts(x)) {
       DAG im = mul(sqrtm1, mtrunc(imaginaryPartOf(x)));
       return simpl(lengthOf(x) == 2 ? im : add(mtrunc(x[1]), im));
     }

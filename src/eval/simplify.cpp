@@ -324,7 +324,7 @@ DAG simplModularPolynomial(DAG s) {
   return makeUnique(s);
 }
 
-DAG simplSeriesFields(DAG s) {
+DAG simplseries(DAG s) {
   s[1] = simpl(s[1]);
   for (Word i = 2; i < lengthOf(s); i += 2) s[i] = simpl(s[i]);
   return makeUnique(s);
@@ -461,7 +461,7 @@ DAG simplifyObject(DAG s) {
     case POWER:
       return simplPower(s);
     case SERIES:
-      return simplSeriesFields(s);
+      return simplseries(s);
     case ZPPOLY:
       return simplModularPolynomial(s);
     case FUNCTION:

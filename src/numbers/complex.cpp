@@ -72,9 +72,8 @@ DAG cx2opmul(DAG a, DAG b) {
   const bool numbers = isNumeric(x) && isNumeric(y) && isNumeric(u) && isNumeric(v);
   if (numbers && !hasUndefinedPart(a) && !hasUndefinedPart(b))
     return new3(COMPLEX, add(mul(x, u), negate(mul(y, v))), add(mul(x, v), mul(y, u)));
-  auto sum = [](DAG p, DAG q) { return simpl(new5(SUM, p, cons1, q, cons1)); };
-  return new3(COMPLEX, sum(CX_MUL_COMP2(x, u), negativeOfPart(CX_MUL_COMP2(y, v))),
-              sum(CX_MUL_COMP2(x, v), CX_MUL_COMP2(y, u)));
+  return new3(COMPLEX, sumOfParts(CX_MUL_COMP2(x, u), negativeOfPart(CX_MUL_COMP2(y, v))),
+              sumOfParts(CX_MUL_COMP2(x, v), CX_MUL_COMP2(y, u)));
 }
 
 DAG cxdomul(DAG a, DAG b) {

@@ -108,13 +108,14 @@ DAG cxinv1(DAG z) {
   if (lengthOf(z) == 2) {
     if (isInfinite(y)) return cons0;
     if (isUndefined(y)) return z;
-    return simpl(new2(COMPLEX, reciprocal(negativeOfPart(y))));
+    if (!hasNumericParts(z)) return conscxNaN;
+    return simpl(new2(COMPLEX, reciprocal(negate(y))));
   }
   if (hasInfinitePart(z)) return cons0;
-  if (hasUndefinedPart(z)) return conscxNaN;
+  if (hasUndefinedPart(z) || !hasNumericParts(z)) return conscxNaN;
   DAG x = z[1];
-  DAG d = reciprocal(sumOfParts(productOfParts(x, x), productOfParts(y, y)));
-  return complexNormalForm(new3(COMPLEX, productOfParts(x, d), productOfParts(negativeOfPart(y), d)));
+  DAG d = reciprocal(add(mul(x, x), mul(y, y)));
+  return complexNormalForm(new3(COMPLEX, simpl(mul(x, d)), simpl(mul(negate(y), d))));
 }
 
 DAG cxfinv1(DAG z) {

@@ -1,8 +1,11 @@
 #include "numbers/complex_forms.h"
 
+#include <utility>
+
 #include "eval/arithmetic.h"
 #include "eval/evalf.h"
 #include "eval/simplify.h"
+#include "store/names.h"
 #include "store/objects.h"
 
 namespace korel {
@@ -22,7 +25,12 @@ bool hasUndefinedPart(DAG x) {
 }
 
 namespace {
+
 bool isNumberPart(DAG x) { return isNumeric(x) || hasNoFiniteValue(x); }
+
+// What is only known to be bounded swallows the finite numbers that it meets, and others like it.
+bool isBounded(DAG x) { return isObject(x) && hasTag(x, NAME) && x == naminstall("bdd_undefined"); }
+
 }  // namespace
 
 bool hasNumericParts(DAG x) {
@@ -32,13 +40,21 @@ bool hasNumericParts(DAG x) {
 }
 
 DAG sumOfParts(DAG a, DAG b) {
-  return simpl(isNumberPart(a) && isNumberPart(b) ? add(a, b) : new5(SUM, a, cons1, b, cons1));
+  if (isNumberPart(a) && isNumberPart(b)) return simpl(add(a, b));
+  if (isBounded(a)) return hasNoFiniteValue(b) ? b : a;
+  if (isBounded(b)) return hasNoFiniteValue(a) ? a : b;
+  return simpl(new5(SUM, a, cons1, b, cons1));
 }
 
-DAG negativeOfPart(DAG a) { return simpl(isNumberPart(a) ? negate(a) : new3(SUM, a, consm1)); }
+DAG negativeOfPart(DAG a) {
+  if (isNumberPart(a)) return simpl(negate(a));
+  return isBounded(a) ? a : simpl(new3(SUM, a, consm1));
+}
 
 DAG productOfParts(DAG a, DAG b) {
   if (isNumeric(a) && isNumeric(b)) return simpl(mul(a, b));
+  if (isBounded(b)) std::swap(a, b);
+  if (isBounded(a)) return hasNoFiniteValue(b) ? ini("undefined") : isZero(b) ? b : a;
   return simpl(new5(PROD, a, cons1, b, cons1));
 }
 

@@ -18,8 +18,8 @@ bool hasNoFiniteValue(DAG x);
 bool hasInfinitePart(DAG x);
 bool hasUndefinedPart(DAG x);
 
-/// Sum and product of two parts, and the negative of one; simplified. A part need not be a number: an
-/// oscillating power has bounds, but no value.
+/// Sum and product of two parts, and the negative of one; simplified. A part need not be a number: the powers of
+/// -1 oscillate, and all that is known of (-1)^infinity is that `bdd_undefined` is bounded.
 DAG sumOfParts(DAG a, DAG b);
 DAG productOfParts(DAG a, DAG b);
 DAG negativeOfPart(DAG a);

@@ -5,6 +5,7 @@
 #include "eval/precision.h"
 #include "eval/simplify.h"
 #include "numbers/complex.h"
+#include "numbers/complex_forms.h"
 #include "numbers/float.h"
 #include "numbers/float_rounding.h"
 #include "numbers/integer.h"
@@ -235,7 +236,7 @@ DAG conjugate(DAG x) {
   if (isComplex(x)) {
     DAG mirrored = CopyAlg(x);
     Word last = lengthOf(x) - 1;
-    mirrored[last] = negate(x[last]);
+    mirrored[last] = negativeOfPart(x[last]);
     return simpl(mirrored);
   }
   if (isExtendedReal(x) || isUndefined(x)) return x;

@@ -17,8 +17,9 @@ v := infinity: n := 2: -v + 1.5*n; v := undefined: v + y + 1.5*n;
 # Long exponents of units; zero and infinite complex numbers to powers.
 I^(10^20), I^(10^20 + 3), (-1)^((10^20 + 2)/3), (-1)^(10^20/3); (1 + I)^(10^20);
 0^I; 0^(2 + I); 0^(I - 2); (infinity + I)^(1/2); (Float(infinity) + I)^2; (Float(undefined) + I)^2; (infinity*I)^3; (3/5 + 4/5*I)^infinity;
-# What oscillates is a complex number like others.
-(-1)^infinity; (-1)^infinity + 1 + I; 2*(-1)^infinity; ((-1)^infinity)^(-1) - ((-1)^infinity)^(-1); 0*(-1)^infinity;
+# What oscillates swallows finite numbers.
+(-1)^infinity; (-1)^infinity + 1 + I; 2*(-1)^infinity; 1/((-1)^infinity); 0*(-1)^infinity;
+z := I^infinity: [z*z, x - 2*z, z + infinity, 2.5*z, conjugate(z), abs(z), trunc(z)];
 # A handler may answer for a sum with what it likes.
 NumericEventHandler(invalid_operation = proc(operation, operands, standard) [standard, operands] end proc):
 infinity - infinity + x; try infinity - infinity catch: lasterror end try; NumericEventHandler(default):
