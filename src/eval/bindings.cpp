@@ -108,6 +108,18 @@ bool hasUserBindings() {
   return useSimplStack != &globalRecord || lengthOf(globalBindings) > 2;
 }
 
+DAG allBindings() {
+  DAG all = newl2(1, EXPSEQ);
+  for (BindingRecord* r = useSimplStack; r != nullptr; r = r->link) {
+    DAG joined = newl2(lengthOf(all) + lengthOf(r->equations) - 1, EXPSEQ);
+    Word at = 1;
+    for (Word i = 1; i < lengthOf(all); ++i) joined[at++] = all[i];
+    for (Word i = 1; i < lengthOf(r->equations); ++i) joined[at++] = r->equations[i];
+    all = joined;
+  }
+  return all;
+}
+
 DAG operatorBinding(DAG operatorName) {
   return hasUserBindings() ? lookupBinding(operatorName) : DAG();
 }
@@ -172,7 +184,8 @@ DAG simplUse(DAG s) {
   UseGuard guard{useSimplStack};
   PushParamErrorProc(restoreUseChain, &guard);
   useSimplStack = &record;
-  DAG body = procSimplStack != nullptr ? simplfnc(s[2], procSimplStack->procedure, fresh) : s[2];
+  const bool inProcedure = procSimplStack != nullptr;
+  DAG body = inProcedure ? simplfnc(s[2], procSimplStack->procedure, allBindings()) : s[2];
   DAG result = SimplifyMaybeBind(body, true);
   useSimplStack = record.link;
   PopErrorProc();

@@ -20,6 +20,8 @@ extern DAG globalBindings;
 
 /// What `name` is bound to, followed as far as that goes, or 0. Always 0 while bindings are off.
 DAG lookupBinding(DAG name);
+/// All binding equations, the innermost first, as an EXPSEQ.
+DAG allBindings();
 /// The binding of an operator's name, or 0; one test when nothing but the imaginary unit is bound.
 DAG operatorBinding(DAG operatorName);
 /// True when some binding beside the imaginary unit is in force.

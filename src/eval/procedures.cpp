@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "eval/bindings.h"
+#include "eval/copy_on_change.h"
 #include "eval/environment_variables.h"
 #include "eval/evaluate.h"
 #include "eval/retrieve.h"
@@ -14,6 +15,7 @@
 #include "store/names.h"
 #include "store/objects.h"
 #include "structure/constant_expressions.h"
+#include "structure/has.h"
 
 namespace korel {
 
@@ -152,20 +154,34 @@ void simplifyDeclarations(DAG proc) {
   proc[7] = SimplifyMaybeBind(proc[7], false);
 }
 
-// The equations in force that the procedure's own names do not shadow.
-DAG activeBindings() {
-  if (!hasUserBindings()) return null;
-  DAG all = newl2(1, EXPSEQ);
-  for (BindingRecord* r = useSimplStack; r != nullptr; r = r->link) {
-    DAG joined = newl2(lengthOf(all) + lengthOf(r->equations) - 1, EXPSEQ);
-    Word at = 1;
-    for (Word i = 1; i < lengthOf(all); ++i) joined[at++] = all[i];
-    for (Word i = 1; i < lengthOf(r->equations); ++i) joined[at++] = r->equations[i];
-    all = joined;
+// `x` of the procedure `outer` as `proc` inside of it reads it: references become lexical.
+DAG captured(DAG x, DAG proc, DAG outer) {
+  if (!x || isImmediate(x)) return x;
+  switch (tagOf(x)) {
+    case LOCAL: case PARAM: case LEXICAL: {
+      if (isTag(x, PARAM) && static_cast<std::int32_t>(rawField(x, 1)) < 1) return x;
+      return lexicalFor(proc, nameOfReference(x, outer), x);
+    }
+    case PROC: {
+      // Of an inner procedure only the bindings of its lexical table refer outwards.
+      auto outward = [&](DAG field) { return captured(field, proc, outer); };
+      DAG table = withFields(x[8], 2, 2, outward);
+      if (table == x[8]) return x;
+      DAG copy = CopyAlg(x);
+      copy[8] = SimplifyMaybeBind(table, false);
+      return markSimplified(copy);
+    }
+    case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case POWER: case PROD: case SERIES: case SUM:
+    case FUNCTION: case UNEVAL: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case NOT:
+    case OR: case EXPSEQ: case LIST: case RANGE: case SET:
+      checkStack();
+      return withFields(x, 1, 1, [&](DAG field) { return captured(field, proc, outer); });
+    default:
+      return x;
   }
-  return all;
 }
 
+// The equations in force that the procedure's own names do not shadow.
 DAG unshadowed(DAG equations, DAG proc) {
   DAG kept = newl2(lengthOf(equations), EXPSEQ);
   Word at = 1;
@@ -175,6 +191,8 @@ DAG unshadowed(DAG equations, DAG proc) {
     DAG right = equations[i][2];
     if (isTag(right, LOCAL) || isTag(right, PARAM) || isTag(right, LEXICAL))
       right = addLexicalPair(proc, name, right);
+    else if (procSimplStack != nullptr && hasparloc(right))
+      right = captured(right, proc, procSimplStack->procedure);
     kept[at++] = new3(EQUATION, name, right);
   }
   if (at != lengthOf(kept)) shorten(kept, lengthOf(kept), at);
@@ -289,7 +307,7 @@ DAG simplProcedure(DAG s) {
   }
   simplifyDeclarations(s);
   ScopeVariables(s[5], s);
-  DAG bindings = activeBindings();
+  DAG bindings = hasUserBindings() ? allBindings() : null;
   DetermLocals(s[5], s, name, bindings);
   s[2] = SimplifyMaybeBind(s[2], false);
   const Clash parameterClashes[] = {
@@ -306,7 +324,7 @@ DAG simplProcedure(DAG s) {
   s[6] = simpl(s[6]);
   if (hasOption(s, ini("operator")))
     if (DAG reduced = reducedOperator(s)) return reduced;
-  s[8] = simpl(s[8]);
+  s[8] = SimplifyMaybeBind(s[8], false);
   if (hasOption(s, ini("inline"))) checkInline(s);
   return markSimplified(s);
 }
@@ -318,7 +336,7 @@ DAG simplModuleDefinition(DAG s) {
   simplifyDeclarations(s);
   s[4] = SimplifyMaybeBind(isTag(s[4], LIST) ? s[4][1] : s[4], false);
   ScopeVariables(s[5], s);
-  DAG bindings = activeBindings();
+  DAG bindings = hasUserBindings() ? allBindings() : null;
   DetermLocals(s[5], s, s[9] == null ? assignedName : s[9], bindings);
   s[2] = SimplifyMaybeBind(s[2], false);
   const Clash localClashes[] = {{s[7], "local and global `%1` have the same name"}};
@@ -333,7 +351,7 @@ DAG simplModuleDefinition(DAG s) {
   s[9] = s[9] == null ? null : SimplifyMaybeBind(s[9], false);
   simplifyBody(s, bindings);
   s[6] = simpl(s[6]);
-  s[8] = simpl(s[8]);
+  s[8] = SimplifyMaybeBind(s[8], false);
   s[1] = simpl(new2(EXPSEQ, ini("thismodule")));
   return markSimplified(s);
 }

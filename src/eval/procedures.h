@@ -29,6 +29,8 @@ DAG lookupDeclaredName(DAG name, DAG proc);
 DAG searchEnclosingScopes(ProcedureRecord* scope, DAG name);
 /// Adds the pair (name, binding) to the lexical table of `proc`; gives the LEXICAL for it.
 DAG addLexicalPair(DAG proc, DAG name, DAG binding);
+/// The LEXICAL of `proc` for `binding`, with a new pair unless there is one.
+DAG lexicalFor(DAG proc, DAG name, DAG binding);
 
 /// `x` with declared names replaced by PARAM, LOCAL or LEXICAL, in copies where it must.
 DAG simplfnc(DAG x, DAG proc, DAG bindings);

@@ -81,6 +81,16 @@ DAG addLexicalPair(DAG proc, DAG name, DAG binding) {
   return reference(LEXICAL, capturesParameter(binding) ? -k : k);
 }
 
+DAG lexicalFor(DAG proc, DAG name, DAG binding) {
+  DAG table = proc[8];
+  for (Word i = 2; i < lengthOf(table); i += 2) {
+    if (tagOf(table[i]) != tagOf(binding) || number(table[i]) != number(binding)) continue;
+    auto k = static_cast<std::int32_t>(i / 2);
+    return reference(LEXICAL, capturesParameter(binding) ? -k : k);
+  }
+  return addLexicalPair(proc, name, binding);
+}
+
 DAG searchEnclosingScopes(ProcedureRecord* scope, DAG name) {
   if (scope == nullptr) return DAG();
   DAG proc = scope->procedure;
@@ -114,6 +124,8 @@ void ScopeVariables(DAG x, DAG proc) {
     case NAME: {
       if (hasMember(proc[7], x) || isEnvironmentName(x)) return;
       if (lookupDeclaredName(x, proc) != x || isReserved(x)) return;
+      // A binding in force lies inside of every scope that could declare the name.
+      if (lookupBinding(x)) return;
       DAG found = searchEnclosingScopes(procSimplStack, x);
       if (found && found != x) addLexicalPair(proc, x, found);
       return;
@@ -287,6 +299,7 @@ DAG simplfnc(DAG x, DAG proc, DAG bindings) {
     case SERIES: from = 2; step = 2; break;
     case ZPPOLY: n = 2; break;
     case USE: {
+      // The statements wait for the bindings, which come before declared names (`simplUse`).
       DAG copy = CopyAlg(x);
       DAG own = CopyAlg(x[1]);
       for (Word i = 1; i < lengthOf(own); ++i)
@@ -296,7 +309,6 @@ DAG simplfnc(DAG x, DAG proc, DAG bindings) {
           own[i] = equation;
         }
       copy[1] = own;
-      copy[2] = simplfnc(x[2], proc, bindings);
       return copy;
     }
     default: break;

@@ -42,3 +42,11 @@ try bind(e1) catch: lastexception end try;
 try bind(eval(e1)) catch: lastexception end try;
 try use e1 in 1 end use catch: lastexception end try;
 q, bind();
+# A use inside of a procedure comes before what the procedure declares, and inner procedures read it there.
+f := proc(x) use x = 7 in proc(y) proc() [x, y] end proc end proc end use end proc: f(1)(2)();
+f := proc(q) local t; t := 1; use t = q + 5 in use r = t in r + t end use end use end proc: f(9);
+f := proc(x) use y = x in proc() y end proc end use end proc: f(4)(); eval(f(4)); print(f);
+f := proc(x) local t; t := 7; use y = [x, t] in proc(x) local t; t := 1; [x, t, y] end proc end use end proc: f(3)(5);
+f := proc(x) use y = proc(z) x + z end proc in proc(x) y(x) end proc end use end proc: f(10)(1);
+f := proc() local s; use s = s1 in s := 3 end use; s end proc: f(), s1;
+f := proc() use u = nargs in u, proc() u, nargs end proc(5, 6, 7) end use end proc: f(1, 2);
