@@ -4,6 +4,7 @@
 
 #include "eval/arithmetic.h"
 #include "eval/evaluate.h"
+#include "eval/precision.h"
 #include "eval/procedures.h"
 #include "eval/retrieve.h"
 #include "eval/simplify.h"
@@ -34,9 +35,6 @@ const StandardName fixedNames[] = {
 bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 Frame& currentFrame() { return *Environment->frame; }
-bool sharesBlock(const Frame& frame) {
-  return frame.previousFrame != nullptr && frame.previousFrame->envVars == frame.envVars;
-}
 
 // Position of an open name's pair in the block, or 0.
 Word openPosition(DAG block, DAG name) {
@@ -91,15 +89,8 @@ DAG fixedValue(DAG x, bool full, DAG* lastName) {
 
 // ---- writing
 
-// The block of the frame, made its own on the first write.
-DAG ownBlock() {
-  Frame& frame = currentFrame();
-  if (sharesBlock(frame)) frame.envVars = CopyAlg(frame.envVars);
-  else updategen(frame.envVars);
-  return frame.envVars;
-}
 void setWord(EnvironmentWord word, DAG value) {
-  DAG block = ownBlock();
+  DAG block = privateEnvironmentBlock();
   updategen(value);
   block[word] = value;
 }
@@ -167,10 +158,12 @@ void assignOpen(DAG x, DAG v) {
   Word at = openPosition(frame.envVars, x);
   if (at == 0) {
     frame.envVars = space_insert(frame.envVars, envFirstOpen - 1, 2);
+    updategen(frame.envVars);
+    updategen(x);
     at = envFirstOpen;
     frame.envVars[at] = x;
   } else {
-    ownBlock();
+    privateEnvironmentBlock();
   }
   if (value) updategen(value);
   frame.envVars[at + 1] = value;
@@ -201,12 +194,13 @@ DAG valuenv(DAG x, bool full, DAG* lastName) {
 
 void assignenv(DAG x, DAG v) {
   Frame& frame = currentFrame();
-  if (x == ini("%")) {
-    frame.ditto1 = v;
-  } else if (x == ini("%%")) {
-    frame.ditto2 = v;
-  } else if (x == ini("%%%")) {
-    frame.ditto3 = v;
+  DAG* ditto = x == ini("%")     ? &frame.ditto1
+               : x == ini("%%")  ? &frame.ditto2
+               : x == ini("%%%") ? &frame.ditto3
+                                 : nullptr;
+  if (ditto != nullptr) {
+    updategen(v);
+    *ditto = v;
   } else if (isOpenEnvironmentName(x)) {
     assignOpen(x, v);
   } else if (x == ini("printlevel")) {
@@ -218,7 +212,7 @@ void assignenv(DAG x, DAG v) {
     for (const BlockVariable& row : blockVariables)
       if (x == ini(row.name)) {
         if (row.clearable && v == x) {
-          ownBlock()[row.word] = DAG();
+          privateEnvironmentBlock()[row.word] = DAG();
         } else {
           row.check(v);
           setWord(row.word, v);

@@ -1,6 +1,5 @@
 #include "eval/evalf.h"
 
-#include <csetjmp>
 #include <cstring>
 
 #include "eval/arithmetic.h"
@@ -186,25 +185,12 @@ DAG binevalf(DAG x, std::int64_t n) {
     KernelWarning(2, "Digits cannot exceed %1", NewInteger(largestDigits));
     n = largestDigits;
   }
-  // A jump of any kind passes here, special errors too, which no error procedure sees.
-  Frame* frame = Environment->frame;
-  DAG block = privateEnvironmentBlock();
-  DAG digits = block[envDigits], hardware = block[envUseHardwareFloats];
-  EnvironmentBlock here;
-  std::jmp_buf buffer;
-  EnvironmentBlock* previous = enterEnvironment(here, buffer);
-  if (int code = _setjmp(buffer); code != 0) {
-    frame->envVars[envDigits] = digits;
-    frame->envVars[envUseHardwareFloats] = hardware;
-    RestoreEnvironment(previous);
-    jumpOut(static_cast<JumpCode>(code));
-  }
-  block[envDigits] = immediate(static_cast<std::int32_t>(n));
-  block[envUseHardwareFloats] = ini("false");
+  EnvironmentChange digits, hardware;
+  setDigits(digits, n);
+  changeEnvironmentWord(hardware, envUseHardwareFloats, ini("false"));
   DAG result = evalf(simpl(eval(x)));
-  frame->envVars[envDigits] = digits;
-  frame->envVars[envUseHardwareFloats] = hardware;
-  RestoreEnvironment(previous);
+  restoreEnvironmentWord(hardware);
+  restoreEnvironmentWord(digits);
   return result;
 }
 

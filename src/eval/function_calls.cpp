@@ -179,7 +179,7 @@ DAG remembered(const Callee& callee, DAG arguments) {
   DAG value = srchpc(callee.procedure, rememberKey(callee, arguments), -1);
   if (value == absent) return value;
   bool traced = hasOption(callee.procedure, ini("trace")) ||
-                (evaluationLevel + 34 < 4 * Environment->frame->printLevel && !callerIsTraced());
+                (evaluationLevel + 34 < shownDepth(*Environment->frame) && !callerIsTraced());
   if (traced)
     sendDebug(debugRemembered, callee.name, arguments, value, Environment->frame->procName);
   return value;
@@ -414,7 +414,7 @@ DAG runBody(CallState& call) {
 
 // Runs the body in a frame of its own, up to the point where an error in what follows goes to the caller.
 inline DAG runInFrame(CallState& call) {
-  call.traced = evaluationLevel + 14 < 4 * call.frame.printLevel;
+  call.traced = evaluationLevel + 14 < shownDepth(call.frame);
   DAG result = runBody(call);
   call.block.jumpBuffer = call.previous->jumpBuffer;
   if (call.frame.locals != null) releaseLocals(call.frame.locals);

@@ -259,7 +259,7 @@ void runOver(ContainerLoop& loop) {
   while (++loop.index <= loop.count) {
     DAG x = element(loop.container, loop.index);
     assign(loop.variable, x);
-    if (evaluationLevel < 4 * Environment->frame->printLevel && loop.mode >= 0)
+    if (evaluationLevel < shownDepth(*Environment->frame) && loop.mode >= 0)
       sendStream("INTERFACE_RESULT", {new3(ASSIGN, simpl(loop.variable), x)});
     if (!conditionHolds(loop)) return;
     loop.value = evalstat(loop.body, loop.mode);

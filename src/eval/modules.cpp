@@ -209,7 +209,7 @@ DAG EvaluateModuleDefinition(DAG definition, DAG name) {
   run.module = simpl(new4(MODULE, exportPart, shell, localPart));
   frame.locals = instances;
   frame.args = simpl(new2(EXPSEQ, run.module));
-  run.traced = evaluationLevel + 14 < 4 * frame.printLevel;
+  run.traced = evaluationLevel + 14 < shownDepth(frame);
   runDefinition(run);
   release(frame.locals, lengthOf(frame.locals));
   leaveModule(run);

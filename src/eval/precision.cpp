@@ -13,33 +13,31 @@ std::int64_t requireDigits() {
 }
 
 DAG privateEnvironmentBlock() {
-  Frame* frame = Environment->frame;
-  if (frame->previousFrame != nullptr && frame->previousFrame->envVars == frame->envVars)
-    frame->envVars = CopyAlg(frame->envVars);
-  updategen(frame->envVars);
-  return frame->envVars;
+  Frame& frame = *Environment->frame;
+  const bool shared = frame.previousFrame != nullptr && frame.previousFrame->envVars == frame.envVars;
+  if (shared) frame.envVars = CopyAlg(frame.envVars);
+  else updategen(frame.envVars);
+  return frame.envVars;
 }
 
 namespace {
 
+void undo(const EnvironmentChange& change) { change.frame->envVars[change.word] = change.before; }
 // The change lies on the stack below whoever raised the error, so that it is still there.
-void undoChange(const char*) {
-  auto* change = reinterpret_cast<EnvironmentChange*>(errorProcParam);
-  change->block[change->word] = change->before;
-}
+void undoChange(const char*) { undo(*reinterpret_cast<EnvironmentChange*>(errorProcParam)); }
 
 }  // namespace
 
 void changeEnvironmentWord(EnvironmentChange& change, EnvironmentWord word, DAG value) {
   DAG block = privateEnvironmentBlock();
-  change = {block, word, block[word]};
-  PushParamErrorProc(undoChange, &change);
+  change = {Environment->frame, word, block[word]};
+  PushStateKeeper(undoChange, &change);
   block[word] = value;
 }
 
 void restoreEnvironmentWord(EnvironmentChange& change) {
   PopErrorProc();
-  change.block[change.word] = change.before;
+  undo(change);
 }
 
 void setDigits(EnvironmentChange& change, std::int64_t digits) {

@@ -3,7 +3,7 @@
 //
 // Both are words of the frame's block of environment variables. A routine that needs guard digits or a
 // directed rounding changes the word for the time of its work: the change is undone on the normal way
-// out, and by an error procedure when an error passes. A frame that shares its caller's block gets one
+// out, and when an error of any kind passes. A frame that shares its caller's block gets one
 // of its own first, so that nothing is seen outside.
 
 #include <cstdint>
@@ -30,7 +30,7 @@ inline DAG roundedZero() { return roundsDown() ? consfm0 : consf0; }
 /// A change that lasts until `restoreEnvironmentWord`. It lies on the stack of whoever makes it, and
 /// the changes of one routine are undone in the opposite order.
 struct EnvironmentChange {
-  DAG block;
+  Frame* frame;  // its block may be another one by then
   EnvironmentWord word;
   DAG before;
 };

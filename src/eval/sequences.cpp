@@ -178,7 +178,7 @@ void protectVariable(DAG variable, SavedVariable& saved) {
   DAG value = isEnvironmentName(variable) ? valuenv(variable, false) : variable[1];
   saved = {new3(EXPSEQ, variable, value ? value : variable), Environment->frame};
   ProtectFromGC(saved.pair);
-  PushParamErrorProc(restoreVar, &saved);
+  PushStateKeeper(restoreVar, &saved);
 }
 void releaseVariable(const SavedVariable& saved) {
   if (!saved.pair) return;

@@ -36,7 +36,7 @@ int innerMode(int mode) { return mode < 0 ? modeSilent : modeInner; }
 
 // Whether a value of the present depth is shown.
 bool isShown(int mode) {
-  return mode >= 0 && mode != modeParse && evaluationLevel < 4 * Environment->frame->printLevel + 6;
+  return mode >= 0 && mode != modeParse && evaluationLevel < shownDepth(*Environment->frame) + 6;
 }
 
 void show(DAG value) { sendStream("INTERFACE_RESULT", {value}); }

@@ -39,6 +39,10 @@ struct Frame {
   DAG envVars;                 // EXPSEQ of environment variables, shared until one is changed
 };
 
+/// What the frame's print level is worth in levels of evaluation: statements and calls at a smaller depth
+/// are shown. A level may be any 32-bit integer.
+inline std::int64_t shownDepth(const Frame& frame) { return std::int64_t{4} * frame.printLevel; }
+
 struct EnvironmentBlock {
   std::jmp_buf* jumpBuffer = nullptr;
   std::int32_t depth = 1;
@@ -79,7 +83,7 @@ inline void RestoreEnvironment(EnvironmentBlock* previous) {
 }
 
 /// Calls the error procedures that were registered since the innermost block was entered; a special error
-/// calls none.
+/// calls only those that keep state.
 void runErrorProcsOfBlock(JumpCode code);
 /// Jumps to the innermost block. Uses the form that leaves the signal mask alone; whoever lands has
 /// called `_setjmp`. What the jump leaves is put back first. For a new error that has been done; one that

@@ -30,6 +30,7 @@ struct ErrorRecord {
   ErrorProcedure call;
   std::int32_t trapSet;  // active traps when it was registered
   bool running;          // its own failure must not call it again
+  bool keepsState;       // special errors call it too
   std::uintptr_t parameter;
   ErrorRecord* below;
 };
@@ -37,7 +38,7 @@ ErrorRecord* procStack = nullptr;
 // Every `if` registers a procedure for its condition: records are used again.
 ErrorRecord* spareRecords = nullptr;
 
-void pushRecord(ErrorProcedure f, std::uintptr_t parameter) {
+void pushRecord(ErrorProcedure f, std::uintptr_t parameter, bool keepsState = false) {
   ErrorRecord* record = spareRecords;
   if (record != nullptr) {
     spareRecords = record->below;
@@ -45,17 +46,18 @@ void pushRecord(ErrorProcedure f, std::uintptr_t parameter) {
     record = static_cast<ErrorRecord*>(std::malloc(sizeof(ErrorRecord)));
     if (record == nullptr) notimpl("PushErrorProc");
   }
-  *record = {f, trapSet, false, parameter, procStack};
+  *record = {f, trapSet, false, keepsState, parameter, procStack};
   procStack = record;
   ++errorProcCount;
 }
 
 constexpr const char* misplacedJump = "return, break, or next out of context";
 
-/// Calls the error procedure registered last, which is gone afterwards.
+/// Calls the error procedure registered last, which is gone afterwards. A special error calls none but
+/// those that keep state.
 void runLastErrorProc(const char* message) {
   ErrorRecord* record = procStack;
-  if (!record->running) {
+  if (!record->running && (SpecialError == noSpecialError || record->keepsState)) {
     record->running = true;
     errorProcParam = record->parameter;
     record->call(message);
@@ -66,8 +68,7 @@ void runLastErrorProc(const char* message) {
 /// Calls the error procedures that belong to the active trap, or all of them outside of traps.
 /// Those of levels around the trap stay for errors that leave it.
 void runErrorProcs(const char* message) {
-  while (SpecialError == noSpecialError && procStack != nullptr && procStack->trapSet >= trapSet)
-    runLastErrorProc(message);
+  while (procStack != nullptr && procStack->trapSet >= trapSet) runLastErrorProc(message);
 }
 
 }  // namespace
@@ -76,6 +77,9 @@ void PushErrorProc(ErrorProcedure f) { pushRecord(f, 0); }
 void PushParamErrorProc(ErrorProcedure f, DAG parameter) { pushRecord(f, parameter.word); }
 void PushParamErrorProc(ErrorProcedure f, void* parameter) {
   pushRecord(f, reinterpret_cast<std::uintptr_t>(parameter));
+}
+void PushStateKeeper(ErrorProcedure f, void* parameter) {
+  pushRecord(f, reinterpret_cast<std::uintptr_t>(parameter), true);
 }
 
 void PopErrorProc() {
@@ -182,7 +186,7 @@ void keepInName(DAG name, DAG value) {
 void runErrorProcsOfBlock(JumpCode code) {
   DAG exception = ini("lastexception")[1];
   const char* message = code == jumpError && isSequence(exception) ? textOf(exception[2]) : misplacedJump;
-  while (SpecialError == noSpecialError && errorProcCount > Environment->errorProcs) runLastErrorProc(message);
+  while (errorProcCount > Environment->errorProcs) runLastErrorProc(message);
 }
 
 void raiseKernelException(const char* text, const DAG* parameters, int count) {

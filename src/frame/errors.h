@@ -64,6 +64,9 @@ extern std::uintptr_t errorProcParam;
 void PushErrorProc(ErrorProcedure f);
 void PushParamErrorProc(ErrorProcedure f, DAG parameter);
 void PushParamErrorProc(ErrorProcedure f, void* parameter);
+/// The same for a procedure that only puts a variable back: special errors, which call no other, call it
+/// too, so that an interrupt or a time limit leaves neither a loop variable nor `Digits` changed.
+void PushStateKeeper(ErrorProcedure f, void* parameter);
 void PopErrorProc();
 /// True when an error procedure is registered.
 bool hasErrorProc();

@@ -134,7 +134,7 @@ DAG TriggerNumericEvent(int code, DAG operation, DAG x, DAG y, DAG standard, boo
 
 DAG NonEventCall1(DAG (*f)(DAG), DAG x) {
   int before = numericEventsEnabled;
-  PushErrorProc(enableEvents);
+  PushStateKeeper(enableEvents, nullptr);
   numericEventsEnabled = 0;
   DAG result = f(x);
   numericEventsEnabled = before;
@@ -144,7 +144,7 @@ DAG NonEventCall1(DAG (*f)(DAG), DAG x) {
 
 DAG NonEventCall2(DAG (*f)(DAG, DAG), DAG x, DAG y) {
   int before = numericEventsEnabled;
-  PushErrorProc(enableEvents);
+  PushStateKeeper(enableEvents, nullptr);
   numericEventsEnabled = 0;
   DAG result = f(x, y);
   numericEventsEnabled = before;

@@ -47,7 +47,7 @@ void endCollection(const char*) { collecting = false; }
 
 // What follows a collection may run statements of the language, and fail.
 void reportCollection(bool wishes) {
-  PushErrorProc(endCollection);
+  PushStateKeeper(endCollection, nullptr);
   if (wishes) runLastWishes();
   ++totgcs;
   if (printgcstatus != 0 && defaultNerinVariables.noStatus == 0) sendstatus();
