@@ -11,6 +11,7 @@
 #include "store/constants.h"
 #include "store/objects.h"
 #include "text/printer.h"
+#include "text/source_sink.h"
 
 namespace korel {
 
@@ -21,20 +22,9 @@ constexpr int sourceFlags = 2;  // attributes shown
 
 bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
-struct SourceFile {
-  std::FILE* stream;
-  bool blankSoFar;  // nothing but blanks on the present line
-};
-
-// A shell escape, help request or comment at the start of a line would not read back.
-void writeCharacter(void* closure, int c) {
-  auto& file = *static_cast<SourceFile*>(closure);
-  if (file.blankSoFar && (c == '!' || c == '?' || c == '#')) std::fputc('\\', file.stream);
-  std::fputc(c, file.stream);
-  if (c == '\n') file.blankSoFar = true;
-  else if (c != ' ' && c != '\t') file.blankSoFar = false;
-}
-void reportPrintError(void*, const char*) {}
+void writeCharacter(void* stream, int c) { std::fputc(c, static_cast<std::FILE*>(stream)); }
+// A file that ends in the midst of an object is no success.
+void raisePrintError(void*, const char* text) { userror(text); }
 void closeStream(const char*) { std::fclose(reinterpret_cast<std::FILE*>(errorProcParam)); }
 
 void checkEntry(DAG name) {
@@ -47,14 +37,14 @@ void checkEntry(DAG name) {
 }
 
 void writeAssignments(std::FILE* stream, DAG names) {
-  SourceFile file{stream, true};
+  SourceSink file{writeCharacter, stream};
   for (Word i = 1; i < lengthOf(names); ++i) {
     DAG name = names[i];
     DAG value = name[1] ? name[1] : new2(UNEVAL, name);
-    PrintKorel(new3(ASSIGN, name, value), writeCharacter, reportPrintError, sourceWidth, &file,
+    PrintKorel(new3(ASSIGN, name, value), SourceLineSink, raisePrintError, sourceWidth, &file,
                sourceFlags);
-    writeCharacter(&file, ';');
-    writeCharacter(&file, '\n');
+    SourceLineSink(&file, ';');
+    SourceLineSink(&file, '\n');
   }
 }
 

@@ -107,23 +107,17 @@ DAG prepareTable(const Pass& pass, DAG table) {
   if (!isObject(entries) || !hasTag(entries, HASHTAB)) return table;
   if (hashcount(entries) == 0) return tableConstructor(table, isArray);
 
-  struct Rebuilding {
-    const Pass* pass;
-    DAG entries;
-    bool changed;
-  } rebuilding{&pass, newhashtab(lengthOf(entries) - 1), false};
-  hashforeach(
-      entries,
-      [](void* argument, PairAddress pair) {
-        auto* into = static_cast<Rebuilding*>(argument);
-        DAG value = pairValue(pair), prepared = prepare(*into->pass, value, false);
-        if (prepared != value) into->changed = true;
-        hashinsert(pairKey(pair).word, prepared, into->entries);
-        return true;
-      },
-      &rebuilding);
-  if (!rebuilding.changed) return table;
-  return simpl(new4(TABLE, table[1], table[2], rebuilding.entries));
+  // A table that holds itself is met again on the way, and stays as it is there.
+  hashinsert(table.word, table, pass.memo);
+  // A printing procedure may assign entries of this very table.
+  DAG pairs = hashseq(entries), rebuilt = newhashtab(lengthOf(entries) - 1);
+  bool changed = false;
+  for (Word i = 1, n = lengthOf(pairs); i < n; ++i) {
+    DAG value = pairs[i][2], prepared = prepare(pass, value, false);
+    if (prepared != value) changed = true;
+    hashinsert(pairs[i][1].word, prepared, rebuilt);
+  }
+  return changed ? simpl(new4(TABLE, table[1], table[2], rebuilt)) : table;
 }
 
 // ---- rtables and names
@@ -199,7 +193,8 @@ DAG prepare(const Pass& pass, DAG x, bool top) {
   if (seen != notFound) return pairValue(seen);
   checkStack();
   DAG result = prepareUnseen(pass, x);
-  hashinsert(x.word, result, pass.memo);
+  if (tag == TABLE) hashunique(x.word, result, pass.memo);
+  else hashinsert(x.word, result, pass.memo);
   return result;
 }
 
@@ -207,21 +202,27 @@ DAG prepare(const Pass& pass, DAG x, bool top) {
 
 constexpr Word memoBuckets = 1024;
 
-// The printing procedures run untraced: the frame's print level is 1 meanwhile.
+// The printing procedures run untraced: the print level of this frame, and that of new ones, is at most 1
+// meanwhile. What they show would be prepared by themselves again, without an end.
 struct SavedPrintLevel {
   Frame* frame;
   std::int32_t level;
+  DAG ofNewFrames;
 };
 
-void restorePrintLevel(const char*) {
-  auto* saved = reinterpret_cast<SavedPrintLevel*>(errorProcParam);
-  saved->frame->printLevel = saved->level;
+void putBack(const SavedPrintLevel& saved) {
+  saved.frame->printLevel = saved.level;
+  if (isImmediate(saved.ofNewFrames)) ini("printlevel")[1] = saved.ofNewFrames;
 }
+void restorePrintLevel(const char*) { putBack(*reinterpret_cast<SavedPrintLevel*>(errorProcParam)); }
 
 DAG runPass(DAG object, bool membersAtTop, const char* failure) {
-  SavedPrintLevel saved{Environment->frame, Environment->frame->printLevel};
+  DAG& ofNewFrames = ini("printlevel")[1];
+  SavedPrintLevel saved{Environment->frame, Environment->frame->printLevel, ofNewFrames};
+  PushStateKeeper(restorePrintLevel, &saved);
   if (saved.level > 1) saved.frame->printLevel = 1;
-  PushParamErrorProc(restorePrintLevel, &saved);
+  // Frames take no other level than an immediate one.
+  if (isImmediate(ofNewFrames) && immediateValue(ofNewFrames) > 1) ofNewFrames = cons1;
 
   Pass pass{newhashtab(memoBuckets), failure};
   DAG result = object;
@@ -241,7 +242,7 @@ DAG runPass(DAG object, bool membersAtTop, const char* failure) {
   clearhash(pass.memo, true);
 
   PopErrorProc();
-  saved.frame->printLevel = saved.level;
+  putBack(saved);
   return result;
 }
 

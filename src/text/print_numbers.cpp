@@ -76,10 +76,13 @@ class DecimalDigits {
   std::int64_t count_ = 0;
 };
 
+// Digits break without marks, but in program text, which couldn't be read back.
 void emitMagnitude(DAG integer) {
   DecimalDigits digits(integer);
   BreakBeforeWord(digits.count());
+  printAtomic += printAttributes;
   digits.emit();
+  printAtomic -= printAttributes;
 }
 
 void emitSigned(DAG integer) {

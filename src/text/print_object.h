@@ -20,12 +20,13 @@ extern bool printAddresses;    // every object behind its address
 extern bool printRtableRefs;   // RTABLE(n) as _rtable[n]
 extern DAG mProcPrint;         // the PROC or MODDEF being printed, which names its variables, or 0
 extern int printProcDepth;     // nesting of PROC and MODDEF
-/// The modules whose values are being printed, innermost first.
-struct PrintedModule {
-  DAG definition;
-  const PrintedModule* link;
+/// The tables and modules whose members are being printed, innermost first: each may hold itself.
+struct PrintedHolder {
+  DAG holder;
+  const PrintedHolder* link;
 };
-extern const PrintedModule* printedModules;
+extern const PrintedHolder* printedHolders;
+bool isUnderWay(DAG holder);
 extern DAG printAssignTarget;  // what a procedure is assigned to: its remember table follows it
 
 // ---- the walk

@@ -63,10 +63,50 @@ void printBracketed(char open, DAG contents, const char* separator, char close) 
 
 // ---- calls with a notation of their own
 
-// A number before a dot, or a float behind one, would take the dot as its decimal point.
-bool endsInNumber(DAG dotProduct) {
-  DAG arguments = dotProduct[2];
-  return isNumeric(arguments[lengthOf(arguments) - 1]);
+// A number before a dot, or a float behind one, would take the dot as its decimal point. These tell whether
+// the text of an operand ends, or begins, so.
+
+bool endsInNumber(DAG x) {
+  for (;;) {
+    if (isNumeric(x)) return true;
+    if (!x) return false;
+    Word last = lengthOf(x) - 1;
+    switch (tagOf(x)) {
+      case POWER:
+      case CATENATE:
+      case DCOLON:
+        x = x[2];
+        continue;
+      case PROD:
+        // Fractions stand in parentheses as exponents.
+        if (isObject(x[last]) && hasTag(x[last], RATIONAL)) return false;
+        x = x[last] == cons1 || x[last] == consm1 ? x[last - 1] : x[last];
+        continue;
+      case SUM:
+        x = x[last - 1] == cons1 ? x[last] : x[last - 1];
+        continue;
+      case FUNCTION:
+        if (!isDotProduct(x)) return false;
+        x = x[2][lengthOf(x[2]) - 1];
+        continue;
+      default:
+        return false;
+    }
+  }
+}
+
+bool beginsWithFloat(DAG x) {
+  for (;;) {
+    if (isObject(x) && (hasTag(x, FLOAT) || hasTag(x, HFLOAT))) return true;
+    if (!isObject(x)) return false;
+    if (isFactorial(x)) {
+      x = x[2][1];
+    } else if (hasTag(x, POWER) || hasTag(x, DCOLON)) {
+      x = x[1];
+    } else {
+      return false;
+    }
+  }
 }
 
 void printDotProduct(DAG arguments, int min) {
@@ -76,10 +116,11 @@ void printDotProduct(DAG arguments, int min) {
     DAG operand = arguments[i];
     bool last = i + 1 == n;
     if (i > 1) EmitChar('.');
-    if (isNumeric(operand) && !(last && isInteger(operand))) {
+    if ((last ? isNumeric(operand) && !isInteger(operand) : endsInNumber(operand)) ||
+        (i > 1 && beginsWithFloat(operand))) {
       printObject(operand, alwaysParenthesised);
     } else if (i == 1) {
-      printObject(operand, isDotProduct(operand) && !endsInNumber(operand) ? 8 : 9);
+      printObject(operand, isDotProduct(operand) ? 8 : 9);
     } else {
       printObject(operand, 10);
     }

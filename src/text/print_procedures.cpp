@@ -236,11 +236,9 @@ void printModuleDefinition(DAG x, int, int) {
 // print without the values that are under way already.
 void printModule(DAG x, int, int) {
   if (mProcPrint == x[2]) return printObject(ini("thismodule"), 0);
-  bool underWay = false;
-  for (const PrintedModule* outer = printedModules; outer != nullptr; outer = outer->link)
-    underWay |= outer->definition == x[2];
-  PrintedModule module{x[2], printedModules};
-  printedModules = &module;
+  const bool underWay = isUnderWay(x[2]);
+  PrintedHolder module{x[2], printedHolders};
+  printedHolders = &module;
   EnclosingDefinition enclosing = enterDefinition(x[2]);
   printModuleHead(x[2]);
   if (!underWay) {
@@ -249,7 +247,7 @@ void printModule(DAG x, int, int) {
   }
   EmitToken("end module");
   leaveDefinition(enclosing);
-  printedModules = module.link;
+  printedHolders = module.link;
 }
 
 }  // namespace korel

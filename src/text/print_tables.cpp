@@ -1,5 +1,6 @@
 // Tables and their entries.
 
+#include "frame/errors.h"
 #include "store/constants.h"
 #include "store/hash.h"
 #include "text/print_object.h"
@@ -50,9 +51,19 @@ void printHashTable(DAG x, int, int) {
   EmitChar(']');
 }
 
+// A table inside itself prints without its entries. There is no program text for one.
 void printTable(DAG x, int, int) {
+  const bool inItself = isUnderWay(x);
+  if (inItself && printAttributes) KernelException("unprintable data structure");
   EmitToken(x[2] == ini("false") ? "table" : "array");
   EmitChar('(');
+  if (inItself) {
+    EmitToken("...");
+    EmitChar(')');
+    return;
+  }
+  PrintedHolder table{x, printedHolders};
+  printedHolders = &table;
   for (int field : {1, 2}) {
     if (isAbsent(x[field])) continue;
     printList(x[field], ",");
@@ -60,6 +71,7 @@ void printTable(DAG x, int, int) {
   }
   printObject(x[3], 0);
   EmitChar(')');
+  printedHolders = table.link;
 }
 
 }  // namespace korel

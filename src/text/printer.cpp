@@ -22,7 +22,7 @@ bool printAddresses = false;
 bool printRtableRefs = false;
 DAG mProcPrint;
 int printProcDepth = 0;
-const PrintedModule* printedModules = nullptr;
+const PrintedHolder* printedHolders = nullptr;
 DAG printAssignTarget;
 
 namespace {
@@ -127,7 +127,7 @@ void setPrintingState(int flags) {
   printRtableRefs = (flags & printRtableNumbers) != 0;
   printDepth = printAtomic = printProcDepth = 0;
   mProcPrint = printAssignTarget = DAG();
-  printedModules = nullptr;
+  printedHolders = nullptr;
 }
 
 // One printing; a null separator prints `object` as it is.
@@ -173,6 +173,12 @@ void printObject(DAG x, int min) {
     }
   }
   --printDepth;
+}
+
+bool isUnderWay(DAG holder) {
+  for (const PrintedHolder* outer = printedHolders; outer != nullptr; outer = outer->link)
+    if (outer->holder == holder) return true;
+  return false;
 }
 
 void printSeparator(const char* separator) {

@@ -44,11 +44,6 @@ rm(nearest); rm(0); rm(infinity); rm(-infinity);
 11: 22: 33: %, %%, %%%;
 dt := proc() 5; 6; %, %% end proc: dt();
 %;
-# printlevel shows inner statements.
-pl := proc(x) local y; y := x + 1; y^2 end proc:
-printlevel := 21: for i to 2 do pl(i) end do; printlevel := 1:
-tt := true: if tt then if tt then if tt then 5 end if end if end if;
-printlevel := 3: if tt then if tt then q := 5 end if end if; printlevel := 1:
 # Aliases and macros.
 alias(F = f(x));
 F + 1, f(x)^2, f(y);

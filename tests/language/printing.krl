@@ -5,6 +5,15 @@ f(x)(y); f[1](x); (f + g)(1, 2) ; a || b; `a b` || c; m:-x; x::integer; 'a' ; ''
 # Names and strings are quoted where they must be.
 `a b`; [`a b`, `if`, `x1`, `1x`, `%a`, ``, `a``b`]; "say \"hi\""; "tab\tnew\nline\\"; ["s"];
 lprint(`a b`, "s"); print(`a b`, [1, "s"]); lprint(); print(x + 1, "text");
+# Numbers beside a dot stand in parentheses.
+(a^2).b; a.2; (2).a; a.(2.5^x); (a*b^2).c; (x^y).z; (a.2).b; (2*a).b; a.(1.5)!;
+# What can hold itself prints without an end of its own.
+t := table(): t[1] := eval(t): t[2] := f(t): t; print(t); entries(t); t3 := table([1 = table([2 = 3])]): print(t3, t3);
+a1 := array(1..2): a1[1] := [eval(a1)]: print(a1); lprint(a1); save t, "saved.krl"; try save a1, "saved.krl" catch: lasterror end try;
+`print/box` := proc(x) global t4; local i; for i to 500 do t4[i] := i end do; boxed(x) end proc: t4 := table([1001 = box(1), 1002 = box(2)]): print(t4); nops([entries(t4)]);
+# A long number that is saved reads back, and so do texts that begin a line with a mark.
+n1 := 3^400: n2 := -2/3^300: n3 := cat("!abc\n#d\n?e", seq("0123456789", i = 1..12), "!?#"): save n1, n2, n3, "saved.krl":
+m1 := n1: m2 := n2: m3 := n3: n1 := 'n1': n2 := 'n2': n3 := 'n3': read "saved.krl": evalb(n1 = m1), evalb(n2 = m2), evalb(n3 = m3);
 # Floats show their digits.
 1.5; -1.5; 0.; 1500.; 15e2; .15e-7; 1e100; 1.50; 100.; 2. * x; x - 1.5; Float(infinity); Float(undefined);
 1 + 2*I; -I; 2*I; x + I; 3 - 2*I; (1 + I)*x;

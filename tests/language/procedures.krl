@@ -85,9 +85,6 @@ F3[a](2) := 6: F3[a](2), F3[b](2);
 sin(1) := 2;
 `.`(a, b) := 3;
 (x + 1) := 2;
-# Tracing.
-tr := proc(x) option trace; x + 1 end proc:
-tr(3);
 # Inline procedures are expanded when the call is simplified.
 inl := proc(x) option inline; x^2 + nargs end proc:
 'inl(3)';

@@ -17,9 +17,9 @@ save x;
 save "out.krl";
 save 3, "out.krl";
 save x, 3;
-s1 := [1, 2]: s2 := proc(x) x + 1 end proc: save s1, s2, "/tmp/korel_statements.krl": s1 := 's1': s2 := 's2':
-read "/tmp/korel_statements.krl": s1, s2(4);
-save nosuchvalue, "/tmp/korel_statements.krl";
+s1 := [1, 2]: s2 := proc(x) x + 1 end proc: save s1, s2, "saved.krl": s1 := 's1': s2 := 's2':
+read "saved.krl": s1, s2(4);
+save nosuchvalue, "saved.krl";
 save s1, "/nonexistent/dir/file.krl";
 # error: text with marks, a sequence, the last error again.
 error "plain";
@@ -130,5 +130,5 @@ timelimit(-2, 1);
 timelimit(a, 1);
 # save f! takes along what f needs.
 base := 2: h := x -> base*x: t3 := table([1 = h]): f9 := proc(x) if x > 0 then f9(x - 1) + t3[1](x) else h(1) end if end proc:
-other := 5: save f9!, "/tmp/korel_statements.krl": save unassigned9!, "/tmp/korel_statements2.krl":
-restart; read "/tmp/korel_statements.krl": f9(2), other;
+other := 5: save f9!, "saved.krl": save unassigned9!, "saved2.krl":
+restart; read "saved.krl": f9(2), other;

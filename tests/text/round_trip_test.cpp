@@ -159,9 +159,8 @@ std::string charactersOf(std::string text) {
 
 void expectReadsBack(const std::string& statement) {
   DAG object, again;
-  // The tilde at the end of a name stands outside its quotes, and the dot of a product behind a power
-  // would be the power's decimal point: neither reads back.
-  bool oneWay = statement.find("~`") != std::string::npos || statement.find(" . ") != std::string::npos;
+  // The tilde at the end of a name stands outside its quotes, which doesn't read back.
+  bool oneWay = statement.find("~`") != std::string::npos;
   if (oneWay || !errorOf([&] { object = readBack(statement); }).empty()) return;
   std::string text;
   if (!errorOf([&] { text = printed(object, printWithTildes); }).empty()) return;
