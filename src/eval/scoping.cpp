@@ -124,8 +124,6 @@ void ScopeVariables(DAG x, DAG proc) {
     case NAME: {
       if (hasMember(proc[7], x) || isEnvironmentName(x)) return;
       if (lookupDeclaredName(x, proc) != x || isReserved(x)) return;
-      // A binding in force lies inside of every scope that could declare the name.
-      if (lookupBinding(x)) return;
       DAG found = searchEnclosingScopes(procSimplStack, x);
       if (found && found != x) addLexicalPair(proc, x, found);
       return;

@@ -101,7 +101,7 @@ bool beginsWithFloat(DAG x) {
     if (!isObject(x)) return false;
     if (isFactorial(x)) {
       x = x[2][1];
-    } else if (hasTag(x, POWER) || hasTag(x, DCOLON)) {
+    } else if (hasTag(x, POWER) || hasTag(x, DCOLON) || hasTag(x, FUNCTION)) {
       x = x[1];
     } else {
       return false;
@@ -126,6 +126,29 @@ void printDotProduct(DAG arguments, int min) {
     }
   }
   if (parenthesised) EmitChar(')');
+}
+
+// The elements of a row or column, which the grammar takes without parentheses from ranges on. Those behind
+// the first may be a sequence of their own.
+void printElements(DAG elements, char separator, bool& isFirst) {
+  if (isSequence(elements)) {
+    for (Word i = 1, n = lengthOf(elements); i < n; ++i) printElements(elements[i], separator, isFirst);
+    return;
+  }
+  if (!isFirst) EmitChar(separator);
+  isFirst = false;
+  constexpr int rangeLevel = 5;
+  if (ParenLevel(elements) < rangeLevel) {
+    printParenthesised(elements);
+  } else {
+    printObject(elements, 0);
+  }
+}
+void printConstructor(DAG elements, char separator) {
+  bool isFirst = true;
+  EmitChar('<');
+  printElements(elements, separator, isFirst);
+  EmitChar('>');
 }
 
 bool isRtableReference(DAG x) {
@@ -266,11 +289,11 @@ void printFunction(DAG x, int min, int own) {
   }
   if (isObject(head) && hasTag(head, NAME)) {
     if (std::strcmp(textOf(head), "rtable/ConstructColumn") == 0) {
-      printBracketed('<', arguments, ",", '>');
+      printConstructor(arguments, ',');
       return;
     }
     if (std::strcmp(textOf(head), "rtable/ConstructRow") == 0) {
-      printBracketed('<', arguments, "|", '>');
+      printConstructor(arguments, '|');
       return;
     }
     if (isRtableReference(x)) {

@@ -50,3 +50,7 @@ f := proc(x) local t; t := 7; use y = [x, t] in proc(x) local t; t := 1; [x, t, 
 f := proc(x) use y = proc(z) x + z end proc in proc(x) y(x) end proc end use end proc: f(10)(1);
 f := proc() local s; use s = s1 in s := 3 end use; s end proc: f(), s1;
 f := proc() use u = nargs in u, proc() u, nargs end proc(5, 6, 7) end use end proc: f(1, 2);
+# A binding in terms of a procedure's variables holds in the procedures inside, whatever they declare.
+qu := proc(b) local c; c := 7; use a = g(b, c), d = (x -> x + b) in proc(c) proc(b) a, b, c, d(1) end proc end proc end use end proc: qu(5)(6)(8);
+qu := proc(b) use a = b + 1 in module() export e; e := () -> a end module end use end proc: qu(5):-e();
+qu := proc(a) use a = g(2) in proc() a end proc end use end proc; qu(5)();
