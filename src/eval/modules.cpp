@@ -129,7 +129,9 @@ void runDefinition(ModuleRun& run) {
       KernelException("break or next outside do loop");
     case jumpError: {
       recordTraceLevel(run.frame);
+      DAG caller = callerName(run.frame);
       leaveModule(run);
+      if (run.traced) sendDebug(debugErrorExit, run.name, ini("lasterror")[1], caller);
       jumpOut(jumpError);
     }
     default:

@@ -292,7 +292,7 @@ Box infixBox(DAG x, const char* operation, int level) {
 
 // Calls that are written as operators keep their plain form.
 bool isPlainCall(DAG x) {
-  if (!isTag(x[1], NAME) || isDotProduct(x) || isFactorial(x)) return false;
+  if (!isTag(x[1], NAME) || isDotProduct(x) || isFactorial(x) || constructorSeparator(x) != 0) return false;
   return textOf(x[1])[0] != '&' && lengthOf(x) == 3;
 }
 

@@ -69,6 +69,8 @@ void printFactor(DAG x);
 bool isDotProduct(DAG x);
 /// True for a call of `factorial` that prints as a postfix operator.
 bool isFactorial(DAG x);
+/// What stands between the elements of a call that prints as a column or a row in angle brackets, or 0.
+char constructorSeparator(DAG call);
 /// The value `modulename` = m of an attribute, or 0.
 DAG moduleOfAttribute(DAG attribute);
 

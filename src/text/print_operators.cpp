@@ -203,6 +203,13 @@ bool isFactorial(DAG x) {
   return isCallOf(x, ini("factorial")) && isSequence(x[2]) && lengthOf(x[2]) == 2;
 }
 
+char constructorSeparator(DAG x) {
+  if (!isObject(x[1]) || !hasTag(x[1], NAME)) return 0;
+  const char* text = textOf(x[1]);
+  if (std::strcmp(text, "rtable/ConstructColumn") == 0) return ',';
+  return std::strcmp(text, "rtable/ConstructRow") == 0 ? '|' : '\0';
+}
+
 // ---- selection and pairs
 
 void printMember(DAG x, int, int own) {
@@ -287,21 +294,15 @@ void printFunction(DAG x, int min, int own) {
     printDotProduct(arguments, min);
     return;
   }
-  if (isObject(head) && hasTag(head, NAME)) {
-    if (std::strcmp(textOf(head), "rtable/ConstructColumn") == 0) {
-      printConstructor(arguments, ',');
-      return;
-    }
-    if (std::strcmp(textOf(head), "rtable/ConstructRow") == 0) {
-      printConstructor(arguments, '|');
-      return;
-    }
-    if (isRtableReference(x)) {
-      EmitToken("_rtable[");
-      printObject(isSequence(arguments) ? arguments[1] : arguments, 0);
-      EmitChar(']');
-      return;
-    }
+  if (char separator = constructorSeparator(x)) {
+    printConstructor(arguments, separator);
+    return;
+  }
+  if (isRtableReference(x)) {
+    EmitToken("_rtable[");
+    printObject(isSequence(arguments) ? arguments[1] : arguments, 0);
+    EmitChar(']');
+    return;
   }
   printHead(head, false);
   if (isSequence(arguments)) {

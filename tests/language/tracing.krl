@@ -12,6 +12,8 @@ pl := proc() printlevel := 5; inner(3); error "x" end proc: pl(); printlevel; in
 # The option shows a procedure and what it calls, but no remembered value of another one.
 tr := proc(n) option trace; local y; y := inner(n); sq(3); y end proc: tr(5);
 tm := proc(n) option remember, trace; n + 1 end proc: tm(1): tm(1);
+mt := module() option trace; export e; e := 3; error "no" end module;
+bt := subsop(3 = (builtin, trace), eval(nops)): bt([1, y]);
 te := proc() option trace; error "stop %1", 3 end proc: te(); try te() catch: "caught" end try;
 # Procedures that print run untraced, and what they meet is no news for another round.
 `print/box` := proc(x) box(x) + 1 end proc: `print/bad` := proc(x) error "no %1", x end proc: `print/odd` := proc(x) ASSERT(false) end proc:

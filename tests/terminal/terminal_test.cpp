@@ -310,6 +310,7 @@ TEST(Terminal, ResultsAreLaidOutInTwoDimensions) {
       {"-(a+b)/(c-d);", "  a + b\n- -----\n  c - d\n"},
       {"q := f(1/x, [y^n]);", "      /1  [ n]\\\nq := f|-, [y ]|\n      \\x      /\n"},
       {"(x^2+1)^(a/2);", "        1/2 a\n/ 2    \\\n\\x  + 1/\n"},
+      {"<1/x, c>;", "<1/x,c>\n"},
       {"INTERFACE_SET(prettyprint, 0): x^2;", "x^2\n"},
   };
   Session session;
