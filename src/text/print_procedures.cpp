@@ -98,20 +98,35 @@ void printBody(DAG body) {
 
 // ---- what follows a definition
 
-// The remember table of the procedure that is assigned to `target`.
+// A call of `target` with what an entry of the remember table is kept under: the arguments, or of an indexed
+// call index::arguments.
+void printRememberedCall(DAG target, DAG key) {
+  printObject(target, 11);
+  if (isObject(key) && hasTag(key, DCOLON)) {
+    EmitChar('[');
+    printList(key[1], ",");
+    EmitChar(']');
+    key = key[2];
+  }
+  EmitChar('(');
+  printList(key, ",");
+  EmitChar(')');
+}
+
+// The remember table of the procedure that is assigned to `target`. Procedures among its values are assigned
+// to nothing.
 void printRememberTable(DAG table, DAG target) {
   if (!isObject(table) || !hasTag(table, HASHTAB)) return;
   DAG entries = hashseq(table);
+  printAssignTarget = DAG();
   for (Word i = 1, n = lengthOf(entries); i < n; ++i) {
     EmitChar(';');
     breakPoint();
-    printObject(target, 11);
-    EmitChar('(');
-    printList(entries[i][1], ",");
-    EmitChar(')');
+    printRememberedCall(target, entries[i][1]);
     printBetweenBlanks(":=");
     printObject(entries[i][2], 0);
   }
+  printAssignTarget = target;
 }
 
 // `name := value;` for each variable of a module that has a value.

@@ -14,6 +14,10 @@ a1 := array(1..2): a1[1] := [eval(a1)]: print(a1); lprint(a1); save t, "saved.kr
 # A long number that is saved reads back, and so do texts that begin a line with a mark.
 n1 := 3^400: n2 := -2/3^300: n3 := cat("!abc\n#d\n?e", seq("0123456789", i = 1..12), "!?#"): save n1, n2, n3, "saved.krl":
 m1 := n1: m2 := n2: m3 := n3: n1 := 'n1': n2 := 'n2': n3 := 'n3': read "saved.krl": evalb(n1 = m1), evalb(n2 = m2), evalb(n3 = m3);
+# So does a remember table, each value under the call that has it.
+s1 := proc(n) option remember; n end proc: s1(1): r1 := proc(n) option remember; n end proc: r1(5) := eval(s1): r1(6) := eval(r1): r1(7) := NULL: r1(8) := (1, 2):
+r1() := 3: r1(a = b) := (c = d): r1[3](4): r1[a, b](4, 5): r1[4]() := 6: save r1, "saved.krl": r1 := 0: read "saved.krl":
+r1(5), r1(6), r1(7), [r1(8)], r1(), r1(a = b), r1[3](4), r1[a, b](4, 5), r1[4](), nops([indices(op(4, eval(r1)))]);
 # Floats show their digits.
 1.5; -1.5; 0.; 1500.; 15e2; .15e-7; 1e100; 1.50; 100.; 2. * x; x - 1.5; Float(infinity); Float(undefined);
 1 + 2*I; -I; 2*I; x + I; 3 - 2*I; (1 + I)*x;
