@@ -228,7 +228,12 @@ void printDcolon(DAG x, int min, int own) {
   if (parenthesised) EmitChar('(');
   printObject(x[1], own);
   EmitToken("::");
-  printObject(x[2], own);
+  // `a::n!` is the factorial of a::n.
+  if (isFactorial(x[2])) {
+    printParenthesised(x[2]);
+  } else {
+    printObject(x[2], own);
+  }
   if (parenthesised) EmitChar(')');
 }
 
