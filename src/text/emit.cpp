@@ -1,5 +1,6 @@
 #include "text/emit.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
@@ -52,9 +53,10 @@ void EmitChar(int c) {
     endLine();
     return;
   }
-  if (width > 0 && column >= width) breakInsideWord();
+  const bool begins = beginsCharacter(static_cast<char>(c));
+  if (begins && width > 0 && column >= width) breakInsideWord();
   sink(closure, c);
-  ++column;
+  column += begins;
 }
 
 void EmitString(const char* text) {
@@ -86,6 +88,10 @@ int CurrentEmitWidth() { return static_cast<int>(column); }
 
 int MaximumEmitWidth() { return width > 0 ? width : noWidthLimit; }
 
+std::int64_t characterCount(const char* text, std::size_t bytes) {
+  return std::count_if(text, text + bytes, beginsCharacter);
+}
+
 void BreakBeforeWord(std::int64_t length) {
   if (width <= 0 || column == 0 || length > width || width - printAtomic >= column + length) return;
   if (printAtomic > 0) EmitContinuation();
@@ -93,7 +99,7 @@ void BreakBeforeWord(std::int64_t length) {
 }
 
 void EmitToken(const char* text) {
-  BreakBeforeWord(static_cast<std::int64_t>(std::strlen(text)));
+  BreakBeforeWord(characterCount(text, std::strlen(text)));
   ++printAtomic;
   EmitString(text);
   --printAtomic;

@@ -49,13 +49,6 @@ bool tooMuch;
 void appendCharacter(void*, int c) { characters.push_back(static_cast<char>(c)); }
 void ignoreFailure(void*, const char*) { tooMuch = true; }
 
-// Places that a text takes: characters of more than one byte count once.
-int placesOf(const char* text, int bytes) {
-  int places = 0;
-  for (int i = 0; i < bytes; ++i) places += (text[i] & 0xc0) != 0x80;
-  return places;
-}
-
 Box addBox(BoxRecord record) {
   if (static_cast<int>(boxes.size()) >= mostBoxes) tooMuch = true;
   boxes.push_back(record);
@@ -64,7 +57,8 @@ Box addBox(BoxRecord record) {
 
 Box textFrom(int first) {
   int count = static_cast<int>(characters.size()) - first;
-  return addBox({Kind::text, 0, placesOf(characters.data() + first, count), 1, 0, first, count});
+  auto width = characterCount(characters.data() + first, static_cast<std::size_t>(count));
+  return addBox({Kind::text, 0, static_cast<int>(width), 1, 0, first, count});
 }
 Box textBox(const char* text) {
   int first = static_cast<int>(characters.size());
@@ -331,7 +325,7 @@ std::vector<std::string> canvas;
 
 void put(int row, int column, const char* text, int bytes) {
   std::string& line = canvas[static_cast<std::size_t>(row)];
-  int at = placesOf(line.data(), static_cast<int>(line.size()));
+  auto at = static_cast<int>(characterCount(line.data(), line.size()));
   if (at < column) line.append(static_cast<std::size_t>(column - at), ' ');
   line.append(text, static_cast<std::size_t>(bytes));
 }

@@ -84,7 +84,7 @@ char escapeOf(char c) {
 void printQuoted(const char* text, std::size_t length, char quote) {
   std::int64_t printed = 2;
   for (std::size_t i = 0; i < length; ++i)
-    printed += text[i] == quote || escapeOf(text[i]) != 0 ? 2 : 1;
+    printed += text[i] == quote || escapeOf(text[i]) != 0 ? 2 : beginsCharacter(text[i]);
   BreakBeforeWord(printed);
   ++printAtomic;
   EmitChar(quote);
@@ -122,7 +122,7 @@ void printText(DAG nameOrString) {
   if (quoted) {
     printQuoted(text, length, isString ? '"' : '`');
   } else {
-    BreakBeforeWord(static_cast<std::int64_t>(length));
+    BreakBeforeWord(characterCount(text, length));
     ++printAtomic;
     for (std::size_t i = 0; i < length; ++i) EmitChar(static_cast<unsigned char>(text[i]));
     --printAtomic;

@@ -521,6 +521,9 @@ TEST(Printer, LinesEndAtTheWidth) {
   EXPECT_EQ(printed(strinstall("abcdefghij"), 0, 7), "\"abcde\\\nfghij\"");
   EXPECT_EQ(printed(strinstall("abcdefghij"), printBare, 7), "abcdef\nghij");
   EXPECT_EQ(printed(flt(123456789, -3), 0, 7), "123456\\\n.789");
+  // Characters of several bytes count once, and no line ends inside one.
+  EXPECT_EQ(printed(strinstall("\u00e9\u20ac\u00e9\u00e9\u00e9"), 0, 8), "\"\u00e9\u20ac\u00e9\u00e9\u00e9\"");
+  EXPECT_EQ(printed(strinstall("\u00e9\u20ac\u00e9\u00e9\u00e9"), 0, 5), "\"\u00e9\u20ac\u00e9\\\n\u00e9\u00e9\"");
 }
 
 TEST(Printer, SourceLinesNeverStartWithAMark) {
