@@ -139,7 +139,8 @@ Box magnitudeText(DAG number, bool& negative) {
 // `x` where only objects of at least `level` stand without parentheses.
 Box operandBox(DAG x, int level) {
   Box box = boxOf(x);
-  return ParenLevel(x) < level ? bracketed(box, '(') : box;
+  const bool looseDot = level >= productLevel && isTag(x, FUNCTION) && isDotProduct(x);
+  return ParenLevel(x) < level || looseDot ? bracketed(box, '(') : box;
 }
 
 Box raised(DAG base, Box exponent) { return powerBox(operandBox(base, atomLevel), exponent); }
@@ -180,13 +181,13 @@ Word factorsOn(DAG term, bool below) {
   return count;
 }
 
-// The factors of `term` on one side of the line, behind `coefficient` if there is one; -1 for none.
-// `stacked`: there is a line, which sets a single factor apart as parentheses would.
-Box sideOfProduct(DAG term, bool below, Box coefficient, bool stacked) {
+// The factors of `term` on one side of the line, from place `first` on and behind `coefficient` if there is
+// one; -1 for none. `stacked`: there is a line, which sets a single factor apart as parentheses would.
+Box sideOfProduct(DAG term, Word first, bool below, Box coefficient, bool stacked) {
   std::size_t mark = pending.size();
   bool alone = stacked && coefficient < 0 && factorsOn(term, below) == 1;
   if (coefficient >= 0) pending.push_back(coefficient);
-  for (Word i = 1; i + 1 < lengthOf(term); i += 2) {
+  for (Word i = first; i + 1 < lengthOf(term); i += 2) {
     Factor factor{term[i], term[i + 1]};
     if (isBelow(factor) != below) continue;
     pushBetween(mark, " ");
@@ -199,10 +200,8 @@ Box sideOfProduct(DAG term, bool below, Box coefficient, bool stacked) {
 // `term` times `coefficient`, without a leading minus; `negative` tells whether there was one.
 Box termBox(DAG term, DAG coefficient, bool& negative) {
   negative = false;
-  if (term == cons1 || isNumeric(term)) {
-    DAG number = term == cons1 ? coefficient : term;
-    if (isNumeric(number)) return magnitudeText(number, negative);
-  }
+  DAG number = term == cons1 ? coefficient : term;
+  if (isNumeric(number) || (isTag(number, COMPLEX) && coefficient == cons1)) return magnitudeText(number, negative);
   Box upperNumber = -1;
   Box lowerNumber = -1;
   bool product = isTag(term, PROD);
@@ -227,13 +226,24 @@ Box termBox(DAG term, DAG coefficient, bool& negative) {
     pending.push_back(box);
     return rowFrom(mark);
   }
-  Box lower = sideOfProduct(term, true, lowerNumber, divided);
-  Box upper = sideOfProduct(term, false, upperNumber, divided);
+  // An imaginary head gives its minus to the term.
+  Word first = 1;
+  if (upperNumber < 0 && isTag(term[1], COMPLEX) && lengthOf(term[1]) == 2 && term[2] == cons1) {
+    upperNumber = magnitudeText(term[1], negative);
+    first = 3;
+  }
+  Box lower = sideOfProduct(term, first, true, lowerNumber, divided);
+  Box upper = sideOfProduct(term, first, false, upperNumber, divided);
   if (!divided) return upper;
   return fractionBox(upper < 0 ? textBox("1") : upper, lower);
 }
 
 void pushTerm(DAG term, DAG coefficient, bool isFirst) {
+  if (coefficient == cons1 && isTag(term, COMPLEX) && lengthOf(term) == 3 && isNumeric(term[1])) {
+    pushTerm(term[1], cons1, isFirst);
+    pushTerm(new2(COMPLEX, term[2]), cons1, false);
+    return;
+  }
   bool negative;
   Box box = termBox(term, coefficient, negative);
   if (isFirst) {

@@ -310,6 +310,9 @@ TEST(Terminal, ResultsAreLaidOutInTwoDimensions) {
       {"-(a+b)/(c-d);", "  a + b\n- -----\n  c - d\n"},
       {"q := f(1/x, [y^n]);", "      /1  [ n]\\\nq := f|-, [y ]|\n      \\x      /\n"},
       {"(x^2+1)^(a/2);", "        1/2 a\n/ 2    \\\n\\x  + 1/\n"},
+      {"y - 2*I*x/z;", "    2*I x\ny - -----\n      z\n"},
+      {"x^2 - (1-2*I);", " 2\nx  - 1 + 2*I\n"},
+      {"(a . b)^2;", "     2\n(a.b)\n"},
       {"<1/x, c>;", "<1/x,c>\n"},
       {"INTERFACE_SET(prettyprint, 0): x^2;", "x^2\n"},
   };
