@@ -42,7 +42,8 @@ try bind(e1) catch: lastexception end try;
 try bind(eval(e1)) catch: lastexception end try;
 try use e1 in 1 end use catch: lastexception end try;
 q, bind();
-# A use inside of a procedure comes before what the procedure declares, and inner procedures read it there.
+# A use inside of a procedure comes before what the procedure declares; inside of an inner procedure, names of enclosing
+# ones come before it.
 f := proc(x) use x = 7 in proc(y) proc() [x, y] end proc end proc end use end proc: f(1)(2)();
 f := proc(q) local t; t := 1; use t = q + 5 in use r = t in r + t end use end use end proc: f(9);
 f := proc(x) use y = x in proc() y end proc end use end proc: f(4)(); eval(f(4)); print(f);
