@@ -1,5 +1,7 @@
 #include "structure/has.h"
 
+#include <algorithm>
+
 #include "store/constants.h"
 
 namespace korel {
@@ -17,9 +19,15 @@ ObjectSet sought;
 
 template <class Test>
 bool anyPart(DAG x, Test test) {
-  return walk.any<StoragePartRules>(x, test);
+  return walk.any<StoragePartRules>(x, test, test);
+}
+// The same where only leaves can pass the test.
+template <class Test>
+bool anyLeaf(DAG x, Test test) {
+  return walk.any<StoragePartRules>(x, test, [](DAG) { return false; });
 }
 
+bool isText(DAG x) { return !isImmediate(x) && (hasTag(x, NAME) || hasTag(x, STRING)); }
 bool isPairs(DAG x) { return !isImmediate(x) && (hasTag(x, SUM) || hasTag(x, PROD)); }
 
 template <class Test>
@@ -46,6 +54,7 @@ bool has(DAG x, DAG y) {
         if (part[i] == y[1] && part[i + 1] == y[2]) return true;
       return false;
     });
+  if (isText(y)) return anyLeaf(x, [y](DAG part) { return part == y; });
   return anyPart(x, [y](DAG part) { return part == y; });
 }
 
@@ -62,11 +71,17 @@ bool hasAnyOf(DAG x, Word count, Member member) {
   Word together = 0;
   for (Word i = 0; i < count; ++i)
     if (isFoundByWord(member(i)) && (sought.insert(member(i)), sought.contains(member(i)))) ++together;
-  if (together == count && count >= 2 && count <= 5) {
-    // A list of four names, say. Comparisons in registers are cheaper than a look into a set.
-    DAG a = member(0), b = member(1), c = member(count > 2 ? 2 : 0), d = member(count > 3 ? 3 : 0),
-        e = member(count - 1);
-    return anyPart(x, [=](DAG part) { return part == a || part == b || part == c || part == d || part == e; });
+  // A few names, and the list of them. Comparisons in registers are cheaper than a look into a set.
+  DAG whole = count > 0 ? member(count - 1) : DAG();
+  Word names = count - (together == count && count > 0 && !isText(whole));
+  if (together == count && count > 1 && names <= 4) {
+    auto name = [&](Word i) { return member(i < names ? i : 0); };
+    DAG a = name(0), b = name(1), c = name(2), d = name(3);
+    Word least = std::min({a.word, b.word, c.word, d.word}), span = std::max({a.word, b.word, c.word, d.word}) - least;
+    if (isText(a) && isText(b) && isText(c) && isText(d))
+      return walk.any<StoragePartRules>(
+          x, [=](DAG part) { return part.word - least <= span && (part == a || part == b || part == c || part == d); },
+          [=](DAG part) { return part == whole; });
   }
   if (together < 2) sought.clear();
   else if (anyPart(x, [](DAG part) { return !isImmediate(part) && sought.contains(part); })) return true;

@@ -70,10 +70,15 @@ struct TypedPartRules {
 // One search runs at a time: nothing is evaluated meanwhile.
 PartSearch walk;
 
+constexpr TagSet leafTags = tagSetOf(INTNEG) | tagSetOf(INTPOS) | tagSetOf(RATIONAL) | tagSetOf(FLOAT) |
+                            tagSetOf(HFLOAT) | tagSetOf(STRING) | tagSetOf(NAME);
+
 bool hasTagAmong(DAG e, TagSet tags) {
+  auto test = [tags](DAG part) { return (tags & tagSetOf(tagOf(part))) != 0; };
+  auto never = [](DAG) { return false; };
+  if ((tags & ~leafTags) == 0) return walk.any<TypedPartRules>(e, test, never);
   // The empty sequence matches nothing, not even the type of sequences.
-  return walk.any<TypedPartRules>(
-      e, [tags](DAG part) { return (tags & tagSetOf(tagOf(part))) != 0 && part != null; });
+  return walk.any<TypedPartRules>(e, test, [test](DAG part) { return test(part) && part != null; });
 }
 
 // ---- other types, whose tests may call procedures

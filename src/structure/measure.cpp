@@ -21,13 +21,12 @@ namespace {
 
 bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
-// Results for composite objects, kept while one count runs, those of 0 as members of a set: nothing is
-// evaluated meanwhile, so that they can be one for all. An error in the midst leaves them full, and the
-// next count empties them.
+// Composite objects that were met, and results for those that were met twice: a shared part is counted at
+// most two times, and what is no shared part, as most of any expression, needs no entry. Kept while one
+// count runs: nothing is evaluated meanwhile, so that they can be one for all. An error in the midst leaves
+// them full, and the next count empties them.
+ObjectSet met;
 WordMap known;
-ObjectSet zeros;
-int entered;
-constexpr int keepFrom = 64;
 
 // Sums of counts, cheap while they are small.
 class Total {
@@ -37,90 +36,143 @@ class Total {
     else large_ = addint(large_, count);
   }
   void add(std::int64_t count) { small_ += count; }
-  DAG value() const { return addint(large_, NewInteger(small_)); }
+  DAG value() const {
+    if (large_ == cons0 && small_ <= maxImmediate) return immediate(static_cast<std::int32_t>(small_));
+    return addint(large_, NewInteger(small_));
+  }
 
  private:
   DAG large_ = cons0;
   std::int64_t small_ = 0;
 };
 
-template <class Measure>
-DAG measured(DAG x, Measure measure) {
-  bool keeps = ++entered > keepFrom && !isShortSequence(x);
-  if (keeps) {
-    if (zeros.contains(x)) return cons0;
-    if (const std::int32_t* value = known.find(x.word)) return DAG(static_cast<Word>(*value));
-  }
+// Adds what `count` finds in the composite object `x`.
+template <class Count>
+void addMeasured(DAG x, Total& total, Count count) {
+  bool first = isShortSequence(x) || met.insert(x);
+  const std::int32_t* value = first ? nullptr : known.find(x.word);
+  if (value != nullptr) return total.add(DAG(static_cast<Word>(*value)));
   checkStack();
-  DAG value = measure(x);
-  if (keeps) {
-    if (value == cons0) zeros.insert(x);
-    else known.insert(x.word, static_cast<std::int32_t>(value.word));
-  }
-  return value;
+  if (first) return count(x, total);
+  Total own;
+  count(x, own);
+  DAG result = own.value();
+  known.insert(x.word, static_cast<std::int32_t>(result.word));
+  total.add(result);
 }
 
 void begin() {
   known.clear();
-  zeros.clear();
-  entered = 0;
+  met.clear();
 }
 
 // ---- occurrences
 
-DAG occurrences(DAG x, DAG y) {
-  if (x == y) return cons1;
-  if (isImmediate(x)) return cons0;
+void addOccurrences(DAG x, DAG y, Total& total) {
+  if (x == y) return total.add(std::int64_t{1});
+  if (isImmediate(x)) return;
   Tag tag = tagOf(x);
-  if (tag == COMPLEX && y == sqrtm1) return cons1;
-  if (tag <= NAME && tag != COMPLEX) return cons0;
-  return measured(x, [y, tag](DAG object) {
-    Total total;
+  if (tag == COMPLEX && y == sqrtm1) return total.add(std::int64_t{1});
+  if (tag <= NAME && tag != COMPLEX) return;
+  addMeasured(x, total, [y, tag](DAG object, Total& sum) {
     bool pairs = tag == SUM || tag == PROD;
     bool isPair = pairs && isTag(y, tag) && lengthOf(y) == 3;
     if (pairs && (isPair || isNumeric(y)))
       for (Word i = 1, n = lengthOf(object); i < n; i += 2)
         if (isPair ? object[i] == y[1] && object[i + 1] == y[2] : object[i + 1] == y)
-          total.add(std::int64_t{1});
-    forEachPart(object, [&](DAG part) { total.add(occurrences(part, y)); });
-    return total.value();
+          sum.add(std::int64_t{1});
+    forEachPart(object, [&](DAG part) { addOccurrences(part, y, sum); });
   });
 }
 
 // ---- length
 
-DAG size(DAG x);
+// In long objects the parts to come are asked for a few steps ahead, as a search does (part_walk.h).
+constexpr Word stepsAhead = 30;
 
-DAG entriesSize(DAG entries) {
-  Total total;
+// A text fills its words but for the rest of the last one, where its zero stands (`textLength`).
+std::int64_t characterCount(DAG text) {
+  Word n = lengthOf(text), last = rawField(text, n - 1);
+  Word zeros = (last - 0x01010101u) & ~last & 0x80808080u;
+  return 4 * (std::int64_t{n} - 4) + (__builtin_ctz(zeros) >> 3);
+}
+
+// The size of a number, name or string; -1 for any other object.
+[[gnu::always_inline]] inline std::int64_t leafSize(DAG x) {
+  if (isImmediate(x)) return x == cons1 ? 1 : ilength(x);  // most are coefficients
+  Tag tag = tagOf(x);
+  if (tag == NAME || tag == STRING) return characterCount(x);
+  return tag == INTPOS || tag == INTNEG ? ilength(x) : -1;
+}
+
+void addObjectSize(DAG x, Total& total);
+void addSize(DAG x, Total& total);
+
+void addEntrySizes(DAG entries, Total& total) {
   hashforeach(
       entries,
       [](void* arg, PairAddress pair) {
         auto& t = *static_cast<Total*>(arg);
-        t.add(size(pairKey(pair)));
-        if (pairValue(pair)) t.add(size(pairValue(pair)));
+        addSize(pairKey(pair), t);
+        if (pairValue(pair)) addSize(pairValue(pair), t);
         return true;
       },
       &total);
-  return total.value();
 }
 
-DAG size(DAG x) {
-  if (isInteger(x)) return NewInteger(ilength(x));
-  switch (tagOf(x)) {
-    case STRING: case NAME: return NewInteger(static_cast<std::int64_t>(std::strlen(textOf(x))));
-    case RTABLE: rtableNotAvailable("length");
-    default: break;
+// A call of a name with a few leaves, as many arguments are: to count it again costs no more than to
+// remember it. -1 for any other object.
+[[gnu::always_inline]] inline std::int64_t shallowCallSize(DAG x) {
+  if (headerWord(x) != (FUNCTION | 3) || !isShortSequence(x[2])) return -1;
+  std::int64_t size = leafSize(x[1]);
+  if (size < 0) return -1;
+  Word n = lengthOf(x[2]);
+  size += 3 + n;
+  for (Word i = 1; i < n; ++i) {
+    std::int64_t member = leafSize(x[2][i]);
+    if (member < 0) return -1;
+    size += member;
   }
-  return measured(x, [](DAG object) {
-    if (hasTag(object, HASHTAB) && (controlWord(object) & tableBit) == 0) return entriesSize(object);
-    Total total;
-    total.add(static_cast<std::int64_t>(lengthOf(object)));
-    forEachReferenceField(object, [&](DAG field) {
-      if (field) total.add(size(field));
-    });
-    return total.value();
-  });
+  return size;
+}
+
+void addPartSizes(DAG x, Total& total) {
+  if (hasTag(x, HASHTAB) && (controlWord(x) & tableBit) == 0) return addEntrySizes(x, total);
+  std::int64_t own = lengthOf(x);
+  auto add = [&](DAG part, std::int64_t size) {
+    if (size < 0) addObjectSize(part, total);
+    else own += size;
+  };
+  ReferenceFields fields = hasTag(x, FUNCTION) ? ReferenceFields{1, lengthOf(x)} : referenceFields(x);
+  if (fields.extra != 0 && x[fields.extra]) addSize(x[fields.extra], total);
+  for (Word i = fields.first; i < fields.end; i += fields.step) {
+    DAG field = x[i];
+    if (!field) continue;
+    if (i + stepsAhead < fields.end) __builtin_prefetch(&headerWord(x[i + stepsAhead]));
+    if (!isImmediate(field) && isShortSequence(field)) {
+      // The arguments of a call.
+      own += lengthOf(field);
+      for (Word k = 1, n = lengthOf(field); k < n; ++k) {
+        std::int64_t size = leafSize(field[k]);
+        add(field[k], size < 0 ? shallowCallSize(field[k]) : size);
+      }
+    } else {
+      add(field, leafSize(field));
+    }
+  }
+  total.add(own);
+}
+
+// What is no leaf.
+void addObjectSize(DAG x, Total& total) {
+  if (hasTag(x, RTABLE)) rtableNotAvailable("length");
+  addMeasured(x, total, addPartSizes);
+}
+
+void addSize(DAG x, Total& total) {
+  std::int64_t size = leafSize(x);
+  if (size >= 0) total.add(size);
+  else addObjectSize(x, total);
 }
 
 }  // namespace
@@ -130,9 +182,10 @@ DAG numboccur(DAG x, DAG y) {
     // What doesn't occur is found out by a search, which is several times as fast.
     if (!has(x, y)) return cons0;
     begin();
-    DAG count = simpl(occurrences(x, y));
+    Total total;
+    addOccurrences(x, y, total);
     known.clear();
-    return count;
+    return simpl(total.value());
   }
   Total total;
   for (Word i = 1, n = lengthOf(y); i < n; ++i) total.add(numboccur(x, y[i]));
@@ -141,9 +194,10 @@ DAG numboccur(DAG x, DAG y) {
 
 DAG length(DAG x) {
   begin();
-  DAG result = simpl(size(x));
+  Total total;
+  addSize(x, total);
   known.clear();
-  return result;
+  return simpl(total.value());
 }
 
 DAG numboccurBuiltin(const BuiltinCall& call) {

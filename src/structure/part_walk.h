@@ -73,7 +73,7 @@ inline void forEachPart(DAG x, Visit visit) {
 /// A short sequence, such as the arguments of a call, which are nearly always its own. To enter it again,
 /// for another call, costs no more than to remember it; a simplified one holds no other, so that nothing
 /// multiplies.
-inline bool isShortSequence(DAG x) {
+[[gnu::always_inline]] inline bool isShortSequence(DAG x) {
   constexpr Word longest = 5;
   return headerWord(x) <= (EXPSEQ | longest) && headerWord(x) >= EXPSEQ && isSimplified(x);
 }
@@ -91,16 +91,16 @@ struct StoragePartRules {
 /// of distinct objects, and it ends on tables that hold themselves. One search runs at a time in each.
 class PartSearch {
  public:
-  /// True when `test` holds for `x` or a part of it, which must not raise an error; it is called on each
-  /// part at least once.
-  template <class Rules, class Test>
-  bool any(DAG x, Test test) {
+  /// True when `node` holds for `x` or a part of it, or `leaf` where that is a number, text or name: tests
+  /// which must not raise an error. Each part is tested at least once.
+  template <class Rules, class Leaf, class Node>
+  bool any(DAG x, Leaf leaf, Node node) {
     if (!x) return false;
-    if (test(x)) return true;
-    if (isLeaf(x)) return false;
+    if (isLeaf(x)) return leaf(x);
+    if (node(x)) return true;
     met_.clear();
     met_.insert(x);
-    bool found = anyBehind<Rules>(x, test);
+    bool found = anyBehind<Rules>(x, leaf, node);
     if (levels_.size() > mostKeptLevels) std::vector<Parts>(fewestLevels).swap(levels_);
     return found;
   }
@@ -108,46 +108,101 @@ class PartSearch {
  private:
   static constexpr std::size_t fewestLevels = 64, mostKeptLevels = 1u << 16;
 
-  static bool isLeaf(DAG x) {
+  [[gnu::always_inline]] static bool isLeaf(DAG x) {
     if (isImmediate(x)) return true;
     Tag tag = tagOf(x);
     return tag <= NAME && tag != COMPLEX;
   }
 
-  template <class Rules, class Test>
-  bool anyBehind(DAG x, Test test) {
+  // Of a long object the parts to come are asked for a few steps ahead: an expression of 10^5 objects is
+  // larger than the nearer caches. In line, since otherwise the compiler takes it for a function that does
+  // nothing.
+  static constexpr Word stepsAhead = 15, bytesAhead = 128;  // the longest step is 8 bytes
+  [[gnu::always_inline]] static void askAhead(const Parts& now) {
+    if (now.end - now.at > bytesAhead) __builtin_prefetch(&headerWord(partAt(now.at + stepsAhead * now.step)));
+  }
+
+  // Out of line and field by field: a copy of the whole record would be prepared in each step.
+  [[gnu::noinline]] void keepLevel(std::size_t depth, Word at, Word end, Word step) {
+    if (depth == levels_.size()) [[unlikely]] levels_.resize(2 * depth);
+    levels_[depth] = {at, end, step, 0};
+  }
+
+  // The arguments of a call of a name with a few of them, or 0.
+  template <class Rules>
+  [[gnu::always_inline]] static DAG fewArguments(DAG x) {
+    if (headerWord(x) != (FUNCTION | 3) || !isLeaf(x[1]) || !Rules::isPlainCall(x)) return DAG();
+    return !isImmediate(x[2]) && isShortSequence(x[2]) ? x[2] : DAG();
+  }
+
+  // A call of a name with a few leaves is tested whole where it stands. To do so again costs no more than to
+  // remember it.
+  enum class Shallow { holds, fails, isDeeper };
+  template <class Rules, class Leaf, class Node>
+  [[gnu::always_inline]] static Shallow testShallow(DAG x, Leaf leaf, Node node) {
+    if (node(x)) return Shallow::holds;
+    DAG arguments = fewArguments<Rules>(x);
+    if (!arguments) return Shallow::isDeeper;
+    if (leaf(x[1]) || (Rules::testsArguments && node(arguments))) return Shallow::holds;
+    for (Word i = 1, n = lengthOf(arguments); i < n; ++i) {
+      if (!isLeaf(arguments[i])) return Shallow::isDeeper;
+      if (leaf(arguments[i])) return Shallow::holds;
+    }
+    return Shallow::fails;
+  }
+
+  template <class Rules, class Leaf, class Node>
+  bool anyBehind(DAG x, Leaf leaf, Node node) {
     std::size_t depth = 0;
-    auto leave = [&](Parts rest) {
-      if (depth == levels_.size()) [[unlikely]] levels_.resize(2 * depth);
-      levels_[depth++] = rest;
+    Parts now;
+    auto leave = [&] {
+      if (now.at < now.end) keepLevel(depth++, now.at, now.end, now.step);
     };
-    Parts now = Rules::partsOf(x);
+    auto enter = [&](Parts parts) {
+      now = parts;
+      if (now.head == 0) return;
+      leave();
+      now = {now.head, now.head + 4};
+    };
+    enter(Rules::partsOf(x));
     for (;;) {
-      if (now.head != 0) {
-        leave({now.at, now.end, now.step, 0});
-        now = {now.head, now.head + 4};
-      }
       while (now.at >= now.end) {
         if (depth == 0) return false;
         now = levels_[--depth];
       }
+      askAhead(now);
       DAG part = partAt(now.at);
       now.at += now.step;
       if (!part) continue;
-      if (test(part)) return true;
-      if (isLeaf(part) || (!isShortSequence(part) && !met_.insert(part))) continue;
-      if (now.at < now.end) leave(now);
-      // Most of what an expression holds are calls of a name with a few arguments: those go on with the
-      // arguments at once, which halves the time of a walk (bench/collections.sh, "has").
-      if (headerWord(part) == (FUNCTION | 3) && isLeaf(part[1]) && Rules::isPlainCall(part)) {
-        DAG arguments = part[2];
-        if (!isImmediate(arguments) && isShortSequence(arguments)) {
-          if (test(part[1]) || (Rules::testsArguments && test(arguments))) return true;
-          now = fieldsOf(arguments, 1, lengthOf(arguments));
+      if (isLeaf(part)) {
+        if (leaf(part)) return true;
+        continue;
+      }
+      if (node(part)) return true;
+      if (!isShortSequence(part) && !met_.insert(part)) continue;
+      DAG arguments = fewArguments<Rules>(part);
+      if (!arguments) {
+        leave();
+        enter(Rules::partsOf(part));
+        continue;
+      }
+      // Most of what an expression holds are calls of a name with a few arguments, which are leaves or such
+      // calls themselves: no level is kept for them (bench/collections.sh, "has").
+      if (leaf(part[1]) || (Rules::testsArguments && node(arguments))) return true;
+      Word i = 1, n = lengthOf(arguments);
+      for (; i < n; ++i) {
+        DAG argument = arguments[i];
+        if (isLeaf(argument)) {
+          if (leaf(argument)) return true;
           continue;
         }
+        Shallow result = testShallow<Rules>(argument, leaf, node);
+        if (result == Shallow::holds) return true;
+        if (result == Shallow::isDeeper) break;
       }
-      now = Rules::partsOf(part);
+      if (i == n) continue;
+      leave();
+      now = fieldsOf(arguments, i, n);
     }
   }
 
