@@ -17,6 +17,11 @@ PartSearch walk;
 // What is sought, when it is several objects.
 ObjectSet sought;
 
+// For tests that no sequence of arguments passes.
+struct NoSequenceRules : StoragePartRules {
+  static constexpr bool testsArguments = false;
+};
+
 template <class Test>
 bool anyPart(DAG x, Test test) {
   return walk.any<StoragePartRules>(x, test, test);
@@ -74,14 +79,17 @@ bool hasAnyOf(DAG x, Word count, Member member) {
   // A few names, and the list of them. Comparisons in registers are cheaper than a look into a set.
   DAG whole = count > 0 ? member(count - 1) : DAG();
   Word names = count - (together == count && count > 0 && !isText(whole));
-  if (together == count && count > 1 && names <= 4) {
+  if (together == count && count > 1 && names <= 4 && !hasTag(whole, EXPSEQ)) {
     auto name = [&](Word i) { return member(i < names ? i : 0); };
     DAG a = name(0), b = name(1), c = name(2), d = name(3);
-    Word least = std::min({a.word, b.word, c.word, d.word}), span = std::max({a.word, b.word, c.word, d.word}) - least;
+    // Names that were made together lie together: one comparison is enough for most others.
+    Word least = std::min({a.word, b.word, c.word, d.word});
+    Word span = std::max({a.word, b.word, c.word, d.word}) - least;
+    auto isSought = [=](DAG part) {
+      return part.word - least <= span && (part == a || part == b || part == c || part == d);
+    };
     if (isText(a) && isText(b) && isText(c) && isText(d))
-      return walk.any<StoragePartRules>(
-          x, [=](DAG part) { return part.word - least <= span && (part == a || part == b || part == c || part == d); },
-          [=](DAG part) { return part == whole; });
+      return walk.any<NoSequenceRules>(x, isSought, [=](DAG part) { return part == whole; });
   }
   if (together < 2) sought.clear();
   else if (anyPart(x, [](DAG part) { return !isImmediate(part) && sought.contains(part); })) return true;
