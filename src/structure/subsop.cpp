@@ -84,7 +84,6 @@ DAG takeApart(DAG x) {
 void replaceCoefficient(DAG polynomial, std::int64_t i, DAG replacement) {
   if (isTag(polynomial[1], EXPSEQ))
     KernelException("the operation `%1` is not available", naminstall("m2ReplaceTerm"));
-  if (i < 1) KernelException("modp2: invalid replacement term number");
   if (!isInteger(replacement) || consneg(replacement) || compcon(replacement, polynomial[2]) >= 0)
     KernelException("modp1: invalid replacement term");
   if (hasRawCoefficients(polynomial))
