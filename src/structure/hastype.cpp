@@ -155,7 +155,7 @@ bool inParts(const Search& search, DAG e) {
       DAG table = hasTag(e, TABLE) ? e[3] : e;
       if (!isTag(table, HASHTAB)) return false;
       EntrySearch entries{search, false};
-      hashforeach(table, inEntry, &entries);
+      hashforeach(copyhashtab(table), inEntry, &entries);  // a test may store
       return entries.result;
     }
     case HASH: return false;

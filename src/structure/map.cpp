@@ -81,11 +81,11 @@ struct EntryWalk {
   DAG fresh;
 };
 
-// Keys stay; an entry that is dropped goes with its key.
+// Keys stay; an entry that is dropped goes with its key. The walk is over a copy: what is called may store.
 DAG mapEntries(const OperandWalk& walk, DAG entries) {
   EntryWalk e{walk, newhashtab(lengthOf(entries) - 1)};
   hashforeach(
-      entries,
+      copyhashtab(entries),
       [](void* arg, PairAddress pair) {
         auto& w = *static_cast<EntryWalk*>(arg);
         DAG key = pairKey(pair);

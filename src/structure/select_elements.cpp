@@ -129,7 +129,7 @@ DAG splitTable(const Predicate& p, DAG x) {
   Word buckets = lengthOf(x[3]) - 1;
   EntrySplit split{p, newhashtab(buckets), newhashtab(buckets)};
   hashforeach(
-      x[3],
+      copyhashtab(x[3]),  // the predicate may store
       [](void* arg, PairAddress pair) {
         auto& s = *static_cast<EntrySplit*>(arg);
         DAG key = pairKey(pair), value = pairValue(pair);

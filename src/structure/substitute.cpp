@@ -145,7 +145,7 @@ DAG walkEntries(Substitution& s, DAG entries) {
   if ((controlWord(entries) & tableBit) != 0) return entries;
   TableWalk t{s, newhashtab(lengthOf(entries) - 1), false};
   hashforeach(
-      entries,
+      copyhashtab(entries),  // what simplifies may call procedures
       [](void* arg, PairAddress pair) {
         auto& w = *static_cast<TableWalk*>(arg);
         DAG key = walk(w.s, pairKey(pair)), value = walk(w.s, pairValue(pair));

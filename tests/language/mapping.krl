@@ -39,3 +39,9 @@ try map(bad, L) catch "three": lastexception end try;
 traperror(select(bad, {1, 3})), map(x -> traperror(bad(x)), L);
 # Long lists leave no garbage behind.
 nops(map(x -> x + 1, [seq(i, i = 1..20000)])), nops(select(x -> evalb(x > 10), [seq(i, i = 1..20000)]));
+# What is called may store into the table that is walked: the walk is over the entries as they were.
+churn := proc(v) global T; local j; for j to 30 do T[4096*(j + 100)] := j end do; [seq([j, v], j = 1..60)]; v end proc:
+`type/churned` := proc(e) churn(e); false end proc:
+fresh := proc() global T; T := table([seq(4096*i = h(i), i = 1..12)]); eval(T) end proc:
+count := proc(t) add(op([1, 1], e), e = [entries(t)]) end proc:
+count(map(churn, fresh())), count(select(x -> evalb(churn(x) = x), fresh())), map(count, [selectremove(x -> evalb(op(churn(x)) < 7), fresh())]), hastype(fresh(), churned), T[4096*130], T[4096];
