@@ -26,6 +26,12 @@ w1(1);
 old := [seq(f(k)^2, k = 1..200000)]: gc(): old := 'old': 0: 0: 0:
 held := kernelopts(bytesalloc): for i to 300000 do [i, i + 1, f(i)] end do:
 old := [seq(g(k)^2, k = 1..200000)]: evalb(kernelopts(bytesalloc) - held < 12000000);
+# What is mapped to itself, replaced by itself or selected whole is the same object, and what was made on the way dies
+# but for the room of the tables of unique objects.
+values := proc() local m, k, s; gc(); m := kernelopts(memusage); s := 0; for k in m do if k[1] <> 'HASH' then s := s + k[3] end if end do; s end proc:
+e := [seq(op([f(k, [k, x||k], {k, y}), k = 2*k + z^k, k*x^2*y, k..w[k], 'k'::name, not x||k]), k = 1..5000)]: same := x -> evalb(addressof(x) = addressof(e)):
+values(): 0: 0: values(): a := values(): same(map(x -> x, e)), same(map(u -> map(v -> v, u), e)), same(map(u -> subsop(1 = op(1, u), u), e)), same(select(type, e, anything)), same(remove(has, e, nowhere)), same(subs(x = x, e)), same(sort(e, (a, b) -> true));
+0: 0: 0: seq([i], i = 1..1000): values(): evalb(values() - a < 50000);
 # What an error that was caught has noted of the calls on its way isn't kept.
 fill := proc(n) local t, i; t := table(); for i to n do t[i] := [i, v(i)] end do; error "x" end proc:
 old := 'old': 0: 0: 0: a := live(): try fill(100000) catch: end try: 0: 0: 0: live(): evalb(live() - a < 100000*8*4);
