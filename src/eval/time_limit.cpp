@@ -13,6 +13,7 @@
 #include "numbers/integer.h"
 #include "store/constants.h"
 #include "store/objects.h"
+#include "structure/type_match.h"
 
 namespace korel {
 
@@ -75,7 +76,10 @@ DAG timelimit(const BuiltinCall& call) {
   }
   DAG value = traperror(call.arguments[2]);
   evalTimeLimit = 0;
-  if (SpecialError == timeExpired) SpecialError = noSpecialError;
+  if (SpecialError == timeExpired) {
+    SpecialError = noSpecialError;
+    ResetTypematch();
+  }
   if (ini("lasterror")[1]) jumpOut(jumpError);
   return value;
 }

@@ -25,6 +25,9 @@ inline bool isTimeUp(std::int64_t steps) {
 /// What an object that a recursive walk comes upon costs at least. A part that occurs twice in each of sixty
 /// objects is met 2^60 times, without a statement in between.
 constexpr int objectSteps = 50;
+/// What a search through an expression counts as where there are many, one after the other: how long each
+/// takes is known only when it has ended.
+constexpr int searchSteps = 100000;
 /// The same for a caller without anything to clean up.
 inline void passWork(std::int64_t steps) {
   if (isTimeUp(steps)) endOperation();

@@ -6,6 +6,7 @@
 #include "frame/help_path.h"
 #include "structure/has.h"
 #include "structure/substitute.h"
+#include "structure/type_match.h"
 #include "structure/types.h"
 
 namespace korel {
@@ -23,6 +24,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::everyStatement, ResetHas},
     {HookMoment::everyStatement, ResetHastype},
     {HookMoment::everyStatement, ResetSubstitution},
+    {HookMoment::everyStatement, ResetTypematch},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::startFiles, ResetSimplifier},
     {HookMoment::startFiles, InitializeHelp},

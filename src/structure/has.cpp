@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "frame/long_operation.h"
 #include "store/constants.h"
 
 namespace korel {
@@ -72,6 +73,7 @@ bool isFoundByWord(DAG y) { return !isNumeric(y) && y != sqrtm1 && !(isPairs(y) 
 // together, in one walk.
 template <class Member>
 bool hasAnyOf(DAG x, Word count, Member member) {
+  passWork(count);
   sought.clear();
   Word together = 0;
   for (Word i = 0; i < count; ++i)
@@ -93,8 +95,11 @@ bool hasAnyOf(DAG x, Word count, Member member) {
   }
   if (together < 2) sought.clear();
   else if (anyPart(x, [](DAG part) { return !isImmediate(part) && sought.contains(part); })) return true;
-  for (Word i = 0; i < count; ++i)
-    if ((isImmediate(member(i)) || !sought.contains(member(i))) && has(x, member(i))) return true;
+  for (Word i = 0; i < count; ++i) {
+    if (!isImmediate(member(i)) && sought.contains(member(i))) continue;
+    passWork(searchSteps);
+    if (has(x, member(i))) return true;
+  }
   return false;
 }
 

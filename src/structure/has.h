@@ -2,7 +2,8 @@
 // Does an expression hold another one?
 //
 // The search goes over the parts that storage holds (part_walk.h), and over coefficients and exponents
-// only where a number is sought. It never raises an error and evaluates nothing.
+// only where a number is sought. It evaluates nothing, and raises no error; those for several objects may
+// be ended by an interrupt.
 
 #include "eval/builtins.h"
 #include "store/dag.h"

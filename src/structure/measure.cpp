@@ -5,6 +5,7 @@
 #include "eval/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/long_operation.h"
 #include "numbers/integer.h"
 #include "store/constants.h"
 #include "store/hash.h"
@@ -188,7 +189,10 @@ DAG numboccur(DAG x, DAG y) {
     return simpl(total.value());
   }
   Total total;
-  for (Word i = 1, n = lengthOf(y); i < n; ++i) total.add(numboccur(x, y[i]));
+  for (Word i = 1, n = lengthOf(y); i < n; ++i) {
+    passWork(searchSteps);
+    total.add(numboccur(x, y[i]));
+  }
   return simpl(total.value());
 }
 

@@ -7,6 +7,7 @@
 #include "frame/environment.h"
 #include "store/constants.h"
 #include "store/hash.h"
+#include "store/object_set.h"
 #include "store/objects.h"
 
 namespace korel {
@@ -79,6 +80,8 @@ struct Sorting {
   DAG variables;
   bool totalDegree;
 };
+// What the sort in progress has met: a shared part is sorted once.
+ObjectSet met;
 
 // Shell sort of the pairs of `s` in place (Knuth, vol. 3, 5.2.1); gaps are counted in words.
 template <class Misplaced>
@@ -113,7 +116,7 @@ DAG sortFields(const Sorting& sorting, DAG x, Word from, Word step) {
 }
 
 DAG sortIn(const Sorting& sorting, DAG x) {
-  if (!isObject(x)) return x;
+  if (!isObject(x) || tagOf(x) <= NAME || !met.insert(x)) return x;
   switch (tagOf(x)) {
     case PROD: {
       DAG result = sortFields(sorting, x, 1, 2);
@@ -143,6 +146,7 @@ DAG sortIn(const Sorting& sorting, DAG x) {
 }  // namespace
 
 DAG algsort(DAG x, DAG variables, bool totalDegree) {
+  met.clear();
   return sortIn({variables, totalDegree}, x);
 }
 

@@ -135,23 +135,29 @@ DAG setsort(DAG s) {
 
 namespace {
 
-DAG foldSets(const BuiltinCall& call, DAG (*operation)(DAG a, DAG b)) {
+// The sets `first` to before `end` of the arguments. By halves: one after the other, many sets would be
+// copied as often as there are further ones.
+DAG combined(DAG sets, Word first, Word end, DAG (*operation)(DAG a, DAG b)) {
+  if (end - first == 1) return sets[first];
+  Word middle = first + (end - first) / 2;
+  DAG left = combined(sets, first, middle, operation);
+  return operation(left, combined(sets, middle, end, operation));
+}
+
+DAG combineSets(const BuiltinCall& call, DAG (*operation)(DAG a, DAG b)) {
   Word n = argumentCount(call);
   for (Word i = 1; i <= n; ++i)
     if (!isTag(call.arguments[i], SET)) return unevaluatedCall(call);
-  if (n == 0) return emptyset;
-  DAG folded = call.arguments[1];
-  for (Word i = 2; i <= n; ++i) folded = operation(folded, call.arguments[i]);
-  return folded;
+  return n == 0 ? emptyset : combined(call.arguments, 1, n + 1, operation);
 }
 
 }  // namespace
 
-DAG unionOperator(const BuiltinCall& call) { return foldSets(call, setunion); }
-DAG intersectOperator(const BuiltinCall& call) { return foldSets(call, setinters); }
+DAG unionOperator(const BuiltinCall& call) { return combineSets(call, setunion); }
+DAG intersectOperator(const BuiltinCall& call) { return combineSets(call, setinters); }
 DAG minusOperator(const BuiltinCall& call) {
   if (argumentCount(call) != 2) wrongParameters(call);
-  return foldSets(call, setdiff);
+  return combineSets(call, setdiff);
 }
 
 }  // namespace korel

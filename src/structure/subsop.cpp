@@ -5,6 +5,7 @@
 #include "eval/simplify_cases.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/long_operation.h"
 #include "numbers/complex.h"
 #include "numbers/float.h"
 #include "numbers/integer.h"
@@ -218,6 +219,7 @@ DAG replaceAll(DAG replacements, Word depth, DAG x) {
       continue;
     }
     // All that goes into the same operand goes there together, at the first of them.
+    passWork(n);
     DAG inside = newl2(n, EXPSEQ);
     Word used = 1;
     bool first = true;

@@ -98,6 +98,8 @@ DAG typematch(const BuiltinCall& call) {
   return ini("true");
 }
 
+void ResetTypematch() { typematchI = -1; }
+
 void initializeTypeMatch() { registerRootWalker(visitBindings); }
 
 }  // namespace korel

@@ -32,6 +32,10 @@ void resumeBindings(SuspendedBindings suspended);
 /// Gives `true`, or `false` with nothing assigned.
 DAG typematch(const BuiltinCall& call);
 
+/// Ends a match that an exhausted stack, a time limit or an interrupt has ended, which run no error
+/// procedures: what is tested next binds nothing.
+void ResetTypematch();
+
 /// Tells the collector of the bindings; part of the start.
 void initializeTypeMatch();
 

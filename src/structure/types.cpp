@@ -5,6 +5,7 @@
 #include "eval/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/long_operation.h"
 #include "numbers/system_functions.h"
 #include "store/constants.h"
 #include "store/objects.h"
@@ -34,6 +35,7 @@ bool typeOfLibrary(DAG e, DAG t) {
 
 // The first alternative that matches decides; one that fails leaves no bindings behind.
 bool typeByChoice(DAG e, DAG alternatives) {
+  passWork(lengthOf(alternatives));
   for (Word i = 1; i < lengthOf(alternatives); ++i) {
     int bound = typematchI;
     if (type(e, alternatives[i])) return true;
@@ -77,6 +79,7 @@ bool type(DAG e, DAG t) {
     default: break;
   }
   checkStack();
+  passWork(objectSteps);
   switch (tagOf(t)) {
     case SET: return typeByChoice(e, t[1]);
     case PROD:
