@@ -306,7 +306,7 @@ DAG eval(DAG x, DAG* lastName) {
     case POWER: return evalPower(x);
     case SERIES: return evalSeries(x);
     case FUNCTION: return evalFunction(x);
-    case UNEVAL: return evparloc(x[1]);
+    case UNEVAL: return unquoted(x[1]);
     case DCOLON: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case EXPSEQ: case LIST:
     case RANGE: case SET:
       return evalAllFields(x);

@@ -16,6 +16,8 @@ DAG eval(DAG x, DAG* lastName = nullptr);
 DAG evalname(DAG x);
 /// `x` with parameters, locals and lexicals replaced by what they stand for in the current frame.
 DAG evparloc(DAG x);
+/// The same for what was quoted, mostly a value, whose shared parts are met once.
+DAG unquoted(DAG x);
 /// One level of evaluation.
 DAG mvalue(DAG x);
 /// As `evalname` and `evparloc`, with types kept at assertion level 2.

@@ -18,6 +18,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "structure/has.h"
 #include "text/long_string.h"
 
 namespace korel {
@@ -67,6 +68,12 @@ DAG lexicalEntry(DAG x) {
     KernelException("illegal use of a formal parameter");
   return frame.proc[8][at];
 }
+
+// What was quoted is mostly a value, an operand on its way through `map`, without anything to be looked up.
+// A walk over it would meet shared parts again and again: behind the first objects, parts are searched, which
+// enters a shared part once, and walked only where there is something.
+constexpr std::int64_t fewObjects = 100, unlimited = INT64_MAX;
+std::int64_t objectsBeforeSearch = unlimited;
 
 DAG substituteFields(DAG x, Word from = 1, Word step = 1) {
   passWork(objectSteps);
@@ -168,8 +175,17 @@ DAG evparloc(DAG x) {
     }
     default:
       checkStack();
+      if (--objectsBeforeSearch < 0 && isSimplified(x) && !refersToFrame(x)) return x;
       return substituteFields(x);
   }
+}
+
+DAG unquoted(DAG x) {
+  if (isImmediate(x)) return x;
+  objectsBeforeSearch = fewObjects;
+  DAG value = evparloc(x);
+  objectsBeforeSearch = unlimited;
+  return value;
 }
 
 DAG TypedLocal(DAG x) {

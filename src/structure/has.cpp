@@ -139,6 +139,17 @@ bool hasparloc(DAG x) {
   });
 }
 
+bool refersToFrame(DAG x) {
+  return walk.any<NoSequenceRules>(
+      x, [](DAG part) { return part == ini("%") || part == ini("%%") || part == ini("%%%"); },
+      [](DAG part) {
+        switch (tagOf(part)) {
+          case LOCAL: case PARAM: case LEXICAL: case MEMBER: case PROC: case MODDEF: return true;
+          default: return false;
+        }
+      });
+}
+
 bool hasCallTo(DAG x, DAG head) {
   return anyPart(x, [head](DAG part) {
     return !isImmediate(part) && hasTag(part, FUNCTION) && part[1] == head;

@@ -27,6 +27,9 @@ bool hasExceptInPROCorUNEVAL(DAG x, DAG y);
 bool hasid(DAG x, Tag tag);
 /// `x` holds a parameter, local or lexical reference.
 bool hasparloc(DAG x);
+/// `x` holds what a frame gives a meaning: such a reference, a member, a procedure or module definition, or
+/// one of the names %, %% and %%%.
+bool refersToFrame(DAG x);
 /// `x` holds a call of `head`.
 bool hasCallTo(DAG x, DAG head);
 

@@ -27,3 +27,5 @@ run(string)([1]);
 byname := proc(T) proc(x::evaln(T)) x := T end proc end proc:
 v := 3: byname(integer)(v), v;
 v := "s": byname(integer)(v);
+# Types of locals are told in global names, also where a parameter has the same.
+kernelopts(assertlevel = 2): grown := proc(set::set) local y::set; y := set union {3}; y end proc: nops(grown({1, 2})); wrong := proc(set) local y::set; y := set end proc: wrong(3); kernelopts(assertlevel = 0):

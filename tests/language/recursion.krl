@@ -20,3 +20,11 @@ deep(300000):
 deep := proc(n) local a; a := x; to n do a := [a] end do; hastype(a, identical(y)) end proc:
 deep(300000):
 subs(x = y, [x]), hastype([x], identical(x));
+# A match that the stack's end has ended is over: what is tested next binds nothing.
+deep := proc(n) local a; a := x; to n do a := [a] end do; a end proc: `type/nest` := [nest]:
+typematch([1, deep(300000)], [a::integer, b::nest]);
+proc(e::(p::integer)) e end proc(3);
+# A part that occurs twice in each of its kind is met once: otherwise these would last for ever.
+nest := proc(n) local e; e := 1 + x + x^2; to n do e := f(e, e) end do; e end proc:
+shared := proc(e) sort(e); has(e, y), type(e, constant), type(e, polynom), hastype(e, string), evalb(numboccur(e, x) = 2^61), nops(map(a -> a, e)), nops(select(has, e, x)), map(a -> evalb(length(a) > 2^60), [e]), nops(subsop([1, 2, 1] = y, e)), evalb(subs(y = x, subs(x = y, e)) = e), op([seq(1, k = 1..60)], e) end proc:
+shared(nest(60));

@@ -22,3 +22,6 @@ typematch([x, [1, 2], [3, 4]], [a::name, b::pair, c::And(pair, short)], 's'); s;
 # Targets that take no value.
 typematch([5, 6], [a::integer, 3::integer]); a; typematch([5, 6], [a::integer, g::integer], 7); typematch(5); typematch(5, integer, 's', 1);
 k := table(): typematch([5, 6], ['k[1]'::integer, 'k'[2]::integer], 'k[3]'); k[3]; typematch([5, 6], ['k[1]'::integer, 'k[2]'::integer]); k[1], k[2];
+# A time limit ends a long test, and the match: what is tested next binds nothing.
+limited := proc(e, t) try timelimit(0.05, typematch([1, e], [a::integer, b::t])) catch "time": lprint("ended") end try; proc(e::(p::integer)) e end proc(3) end proc:
+limited([seq(x||i, i = 1..10000)], list(Not({seq(identical(-i), i = 1..10000)})));
