@@ -149,7 +149,7 @@ void addPartSizes(DAG x, Total& total) {
   for (Word i = fields.first; i < fields.end; i += fields.step) {
     DAG field = x[i];
     if (!field) continue;
-    if (i + stepsAhead < fields.end) __builtin_prefetch(&headerWord(x[i + stepsAhead]));
+    if (i + stepsAhead < fields.end) askFor(x[i + stepsAhead]);
     if (!isImmediate(field) && isShortSequence(field)) {
       // The arguments of a call.
       own += lengthOf(field);

@@ -27,6 +27,12 @@ struct Parts {
 };
 inline DAG partAt(Word address) { return DAG(address)[0]; }
 
+/// Asks for the header of `x`, any word, ahead of its use. In line, since otherwise the compiler takes it for
+/// a function that does nothing.
+[[gnu::always_inline]] inline void askFor(DAG x) {
+  __builtin_prefetch(reinterpret_cast<const void*>(static_cast<std::uintptr_t>(x.word)));
+}
+
 /// Fields `from` to before `end` of `x`.
 inline Parts fieldsOf(DAG x, Word from, Word end, Word step = 1) {
   return {x.word + 4 * from, x.word + 4 * end, 4 * step};
@@ -115,11 +121,10 @@ class PartSearch {
   }
 
   // Of a long object the parts to come are asked for a few steps ahead: an expression of 10^5 objects is
-  // larger than the nearer caches. In line, since otherwise the compiler takes it for a function that does
-  // nothing.
+  // larger than the nearer caches.
   static constexpr Word stepsAhead = 15, bytesAhead = 128;  // the longest step is 8 bytes
   [[gnu::always_inline]] static void askAhead(const Parts& now) {
-    if (now.end - now.at > bytesAhead) __builtin_prefetch(&headerWord(partAt(now.at + stepsAhead * now.step)));
+    if (now.end - now.at > bytesAhead) askFor(partAt(now.at + stepsAhead * now.step));
   }
 
   // Out of line and field by field: a copy of the whole record would be prepared in each step.
