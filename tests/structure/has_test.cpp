@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
+#include <cstring>
+#include <string>
+
 #include "eval/arithmetic.h"
 #include "eval/simplify.h"
 #include "kernel_fixture.h"
@@ -12,6 +15,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/reference_fields.h"
 #include "structure/has.h"
 #include "structure/measure.h"
 #include "structure/operands.h"
@@ -46,6 +50,28 @@ TEST(Has, AgreesWithAPlainWalk) {
       RC_ASSERT((numboccur(x, part) != cons0) == has(x, part));
     }
   }));
+}
+
+// Words, digits and characters, part by part.
+std::int64_t plainLength(DAG x) {
+  if (isInteger(x)) return ilength(x);
+  if (hasTag(x, NAME) || hasTag(x, STRING)) return static_cast<std::int64_t>(std::strlen(textOf(x)));
+  std::int64_t size = lengthOf(x);
+  if (hasTag(x, HASHTAB)) size = 0;
+  if (hasTag(x, HASH)) size = 0;  // of a table the entries count, not what holds them
+  forEachReferenceField(x, [&](DAG field) { size += field ? plainLength(field) : 0; });
+  return size;
+}
+
+TEST(Has, LengthAgreesWithAPlainWalk) {
+  EXPECT_TRUE(rc::check([] {
+    DAG x;
+    RC_PRE(hasSimplifiedForm(*recipes(4, allInnerKinds), &x));
+    RC_LOG() << text(x) << "\n";
+    RC_ASSERT(text(length(x)) == std::to_string(plainLength(x)));
+  }));
+  for (std::size_t n = 0; n < 10; ++n)
+    EXPECT_EQ(text(length(strinstall(std::string(n, 'a').c_str()))), std::to_string(n));
 }
 
 // f(t, t) again and again: 2^n leaves, n objects.

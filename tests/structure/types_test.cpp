@@ -19,7 +19,12 @@
 #include "store/objects.h"
 #include "structure/constant_expressions.h"
 #include "structure/has.h"
+#include "structure/map.h"
+#include "structure/measure.h"
+#include "structure/operands.h"
 #include "structure/polynomial_types.h"
+#include "structure/select_elements.h"
+#include "structure/subsop.h"
 #include "structure/tables.h"
 #include "structure/type_match.h"
 #include "structure/type_names.h"
@@ -251,6 +256,21 @@ TEST(Types, RtablesByTheirFlags) {
   EXPECT_FALSE(type(plain, ini("hfarray")) || type(sparse, ini("hfarray")) || type(shaped, ini("hfarray")));
   EXPECT_FALSE(type(plain, ini("table")) || type(plain, ini("array")) || type(naminstall("x"), ini("Array")));
   EXPECT_TRUE(type(plain, plain) && !type(plain, hardware) && !type(naminstall("x"), plain));
+}
+
+// What is yet to come for rtables says so, each in its place.
+TEST(Types, RtablesAreRefused) {
+  DAG r = rtableWith(1u), type = simpl(new2(EXPSEQ, ini("anything")));
+  Predicate predicate = makePredicate(ini("type"), type);
+  EXPECT_EQ(errorOf([&] { subsop(1, cons1, r); }), "subsop cannot be used for rtables; use indexing instead");
+  EXPECT_EQ(errorOf([&] { MapFunction({mselect, &predicate, false, "invalid map onto %1"}, r); }), "invalid map onto rtable");
+  EXPECT_EQ(errorOf([&] { SelectRemove(predicate, r); }), "invalid select from rtable");
+  EXPECT_EQ(errorOf([&] { op1(0, r); }), "the operation `op` is not available");
+  EXPECT_EQ(errorOf([&] { numterms(r); }), "the operation `nops` is not available");
+  EXPECT_EQ(errorOf([&] { length(simpl(new2(LIST, new2(EXPSEQ, r)))); }), "the operation `length` is not available");
+  EXPECT_EQ(errorOf([&] { korelindex(cons1, naminstall("x"), r, cons1); }), "the operation `AssignToRTable` is not available");
+  DAG list = simpl(new2(LIST, simpl(new2(EXPSEQ, cons1))));
+  EXPECT_EQ(errorOf([&] { korelindex(cons1, naminstall("x"), list, cons1); }), "cannot assign to a list");
 }
 
 TEST(Types, ArraysAndProtectedNames) {
