@@ -161,6 +161,7 @@ struct SavedVariable {
 
 void putBack(const SavedVariable& saved) {
   DAG name = saved.pair[1], value = saved.pair[2];
+  stepEvaluationClock();
   if (isEnvironmentName(name)) {
     Frame* running = Environment->frame;
     Environment->frame = saved.frame;
