@@ -13,7 +13,8 @@ failing := [
   "NumericEventHandlers := 1", "UseHardwareFloats := 1", "`mod` := 3", "Normalizer := 3", "`index/newtable` := 3",
   "seq(i, i = 1..n)", "seq(i, i = \"ab\"..\"c\")", "seq(i)", "add(i, i = 1..n)", "mul(i, i = 1..n)", "seq(i, 3 = 1..2)",
   "x || (1.5..2)", "[1, 2][3]", "\"abc\"[9]", "md[2]", "md:-b", "needs()", "needs(\"s\")", "brk()", "gt()",
-  "read 3", "read \"/nonexistent\"", "save 3, \"f\"", "save x, 3", "use zz in 1 end use", "setattribute('Digits', protected)",
+  "read 3", "read \"/nonexistent\"", "save 3, \"f\"", "save x, 3",
+  "save f(x), \"f\"", "for f(x) to 3 do end do", "libname := \"a\", 3", "use zz in 1 end use", "setattribute('Digits', protected)",
   "alias(1 = 2)", "alias(z)", "timelimit(aa, 1)", "quit(256)", "ToInert(1)", "(aa + bb)(1)", "readlib(nosuch)",
   "assemble(0)", "proc(x) local x; x end proc", "proc() local args; 1 end proc",
   "module(x) export e; end module", "try 1 catch: 2 catch \"a\": 3 end try", "streamcall(1)", "exports(1)", "userinfo(1, a)"
