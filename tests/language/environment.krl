@@ -78,4 +78,5 @@ setattribute(v): v := 3;
 [1, 2] + setattribute([3, 4], row);
 setattribute([1, 2], column) + setattribute([3, 4], row);
 [1, 2] + [1];
+save Digits, "environment_saved";
 restart: alias(), macro(), Digits;

@@ -134,6 +134,7 @@ TEST(RawObjects, GoThereAndBack) {
   EXPECT_EQ(say("assemble(RTABLE);"), "Error, rtables cannot be built using assemble");
   EXPECT_EQ(say("assemble(\"x\");"), "Error, dagtag expected, but got x");
   EXPECT_EQ(say("assemble(LIST, y);"), "Error, integer expected, but got y");
+  EXPECT_NE(say("assemble(1);").find("invalid INTNEG\nError, assembled object is invalid"), std::string::npos);
   EXPECT_EQ(say("pointto(2);"),
             "s=0x2, address out of range or misaligned\nError, object at address is invalid");
 }
