@@ -30,19 +30,15 @@ struct SearchEnd {
 };
 SearchEnd searchEnd;
 
-// Member of the table with the content of `s`, or 0. Chains hold different objects under one key, so
-// that the scan goes on behind a pair that only shares the key.
+// Member of the table with the content of `s`, or 0.
 DAG findIdentical(Word key, DAG s) {
   DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))];
   if (!chain) return DAG();
-  for (PairAddress pair = scanChain(chain.word + 4, key);; pair = scanChain(nextPair(pair), key)) {
-    if (pairKey(pair).word == 0) {
-      searchEnd = {key, pair};
-      return DAG();
-    }
-    DAG member = pairValue(pair);
-    if (member == s || (headerWord(member) == headerWord(s) && identical(member, s))) return member;
-  }
+  const PairAddress pair = findInChain(chain, key, [s](DAG member) {
+    return member == s || (headerWord(member) == headerWord(s) && identical(member, s));
+  });
+  if (pairKey(pair).word == 0) searchEnd = {key, pair};
+  return pairValue(pair);
 }
 
 // Puts the pair at the end that the search found, if that is still the end of the key's chain and not the

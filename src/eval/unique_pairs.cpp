@@ -76,10 +76,10 @@ DAG firstOccurrences(const DAG* words, Word count, Word step) {
 DAG uniquePairs(Tag tag, const Pair* pairs, Word count) {
   const Word key = keyOf(tag, pairs, count), header = tag | (2 * count + 1);
   if (DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))]) {
-    for (PairAddress pair = scanChain(chain.word + 4, key); pairKey(pair).word != 0;
-         pair = scanChain(nextPair(pair), key)) {
-      DAG found = pairValue(pair);
-      if (headerWord(found) != header || !hasPairs(found, pairs, count)) continue;
+    const DAG found = pairValue(findInChain(chain, key, [=](DAG member) {
+      return headerWord(member) == header && hasPairs(member, pairs, count);
+    }));
+    if (found) {
       updategen(found);
       return found;
     }

@@ -1,5 +1,6 @@
 #include "eval/unique_sequence.h"
 
+#include <algorithm>
 #include <cassert>
 
 #include "eval/operand.h"
@@ -26,17 +27,11 @@ Word keyOf(const DAG* members, Word count) {
 DAG findSequence(Word key, const DAG* members, Word count) {
   DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))];
   if (!chain) return DAG();
-  for (PairAddress pair = scanChain(chain.word + 4, key); pairKey(pair).word != 0;
-       pair = scanChain(nextPair(pair), key)) {
-    DAG found = pairValue(pair);
-    if (headerWord(found) != (EXPSEQ | (count + 1))) continue;
-    Word i = 0;
-    while (i < count && found[i + 1] == members[i]) ++i;
-    if (i < count) continue;
-    updategen(found);
-    return found;
-  }
-  return DAG();
+  const DAG found = pairValue(findInChain(chain, key, [=](DAG member) {
+    return headerWord(member) == (EXPSEQ | (count + 1)) && std::equal(members, members + count, &member[1]);
+  }));
+  updategen(found);
+  return found;
 }
 
 }  // namespace

@@ -42,4 +42,13 @@ inline PairAddress scanChain(PairAddress pair, Word key) {
 #endif
 }
 
+/// The first pair of the plain `chain` with this key and a value that `matches`, since different values may share
+/// a key; else the empty pair that ends the chain.
+template <class Matches>
+inline PairAddress findInChain(DAG chain, Word key, Matches matches) {
+  PairAddress pair = scanChain(chain.word + 4, key);
+  while (pairKey(pair).word != 0 && !matches(pairValue(pair))) pair = scanChain(nextPair(pair), key);
+  return pair;
+}
+
 }  // namespace korel

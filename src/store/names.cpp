@@ -91,10 +91,8 @@ DAG stringhashunique(Word k, const char* text, DAG table) {
     controlWord(chain) |= tableBit;
     return newTextIn(table, s);
   }
-  PairAddress pair = scanChain(chain.word + 4, k);
-  for (; pairKey(pair).word != 0; pair = scanChain(nextPair(pair), k)) {
-    DAG found = pairValue(pair);
-    if (std::strcmp(textOf(found), text) != 0) continue;
+  const PairAddress pair = findInChain(chain, k, [text](DAG found) { return std::strcmp(textOf(found), text) == 0; });
+  if (DAG found = pairValue(pair)) {
     updategen(found);  // it may have been on its way out
     return found;
   }
