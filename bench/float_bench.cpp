@@ -5,14 +5,14 @@
 #include <random>
 #include <string>
 
-#include "eval/environment_variables.h"
-#include "eval/simplify.h"
-#include "numbers/float.h"
-#include "numbers/integer_functions.h"
-#include "numbers/numeric_events.h"
+#include "eval/evaluate/environment_variables.h"
+#include "eval/simplify/simplify.h"
+#include "numbers/float/float.h"
+#include "numbers/integer/integer_functions.h"
+#include "numbers/events/numeric_events.h"
 #include "row.h"
 #include "store/objects.h"
-#include "text/source.h"
+#include "text/read/source.h"
 
 #ifdef KOREL_HAVE_MPFR
 #include <gmp.h>

@@ -4,12 +4,12 @@
 #include <random>
 #include <string>
 
-#include "eval/simplify.h"
-#include "numbers/integer.h"
-#include "numbers/integer_functions.h"
+#include "eval/simplify/simplify.h"
+#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
 #include "row.h"
 #include "store/objects.h"
-#include "text/source.h"
+#include "text/read/source.h"
 
 #ifdef KOREL_HAVE_GMP
 #include <gmp.h>

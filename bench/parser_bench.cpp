@@ -4,7 +4,7 @@
 #include <string>
 
 #include "row.h"
-#include "text/source.h"
+#include "text/read/source.h"
 
 using namespace korel;
 using namespace korel::bench;

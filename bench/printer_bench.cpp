@@ -12,13 +12,13 @@
 #include <string>
 #include <vector>
 
-#include "eval/simplify.h"
-#include "frame/driver.h"
-#include "numbers/integer.h"
+#include "eval/simplify/simplify.h"
+#include "session/driver.h"
+#include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "text/printer.h"
+#include "text/print/printer.h"
 
 namespace {
 

@@ -10,15 +10,15 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "eval/evaluate.h"
-#include "eval/simplify.h"
-#include "frame/driver.h"
-#include "frame/statement_reader.h"
+#include "eval/evaluate/evaluate.h"
+#include "eval/simplify/simplify.h"
+#include "session/driver.h"
+#include "session/statement_reader.h"
 #include "store/constants.h"
 #include "store/dag.h"
 #include "store/generations.h"
-#include "text/message.h"
-#include "text/source.h"
+#include "text/print/message.h"
+#include "text/read/source.h"
 
 namespace korel::bench {
 

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "eval/arithmetic.h"
-#include "eval/simplify.h"
+#include "numbers/arithmetic.h"
+#include "eval/simplify/simplify.h"
 #include "row.h"
 #include "store/names.h"
 #include "store/objects.h"

@@ -5,13 +5,13 @@
 #include <unordered_map>
 #include <vector>
 
-#include "eval/statements.h"
+#include "eval/statements/statements.h"
 #include "frame/output.h"
 #include "row.h"
-#include "store/collector.h"
+#include "store/collect/collector.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "text/source.h"
+#include "text/read/source.h"
 
 using namespace korel;
 using namespace korel::bench;

@@ -4,15 +4,15 @@
 #include <unordered_set>
 #include <vector>
 
-#include "eval/simplify.h"
-#include "numbers/integer.h"
+#include "eval/simplify/simplify.h"
+#include "numbers/integer/integer.h"
 #include "row.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "structure/has.h"
-#include "structure/map.h"
-#include "structure/select_elements.h"
-#include "structure/substitute.h"
+#include "eval/walk/has.h"
+#include "eval/structure/map.h"
+#include "eval/structure/select_elements.h"
+#include "eval/structure/substitute.h"
 
 using namespace korel;
 using namespace korel::bench;

@@ -7,17 +7,17 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "frame/driver.h"
+#include "session/driver.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/output.h"
-#include "frame/statement_reader.h"
-#include "store/collector.h"
+#include "session/statement_reader.h"
+#include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/objects.h"
-#include "text/long_string.h"
-#include "text/printer.h"
-#include "text/source.h"
+#include "store/long_string.h"
+#include "text/print/printer.h"
+#include "text/read/source.h"
 
 using namespace korel;
 

@@ -11,20 +11,20 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "eval/time_limit.h"
-#include "frame/driver.h"
+#include "frame/time_limit.h"
+#include "session/driver.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "frame/interface.h"
+#include "session/interface.h"
 #include "frame/output.h"
-#include "frame/statement_reader.h"
+#include "session/statement_reader.h"
 #include "program_generator.h"
-#include "store/collector.h"
+#include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/objects.h"
-#include "text/message.h"
-#include "text/printer.h"
-#include "text/source.h"
+#include "text/print/message.h"
+#include "text/print/printer.h"
+#include "text/read/source.h"
 
 using namespace korel;
 

@@ -3,12 +3,12 @@
 #include <cstdio>
 #include <cstring>
 
-#include "frame/getopt.h"
+#include "session/getopt.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "text/lexer.h"
-#include "text/tokens.h"
+#include "text/read/lexer.h"
+#include "text/read/tokens.h"
 
 namespace korel {
 

@@ -12,18 +12,18 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "frame/driver.h"
-#include "frame/getopt.h"
-#include "frame/interface.h"
-#include "frame/statement_reader.h"
+#include "session/driver.h"
+#include "session/getopt.h"
+#include "session/interface.h"
+#include "session/statement_reader.h"
 #include "interrupt.h"
 #include "library_directory.h"
 #include "render.h"
 #include "store/objects.h"
 #include "terminal.h"
-#include "text/input.h"
-#include "text/source.h"
-#include "text/syntax_errors.h"
+#include "text/read/input.h"
+#include "text/read/source.h"
+#include "text/read/syntax_errors.h"
 
 using namespace korel;
 

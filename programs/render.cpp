@@ -6,16 +6,16 @@
 #include <cstring>
 
 #include "frame/errors.h"
-#include "frame/interface.h"
-#include "numbers/float.h"
-#include "numbers/integer.h"
+#include "session/interface.h"
+#include "numbers/float/float.h"
+#include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
 #include "terminal.h"
-#include "text/message.h"
-#include "text/pretty_print.h"
-#include "text/printer.h"
+#include "text/print/message.h"
+#include "text/print/pretty_print.h"
+#include "text/print/printer.h"
 
 namespace korel {
 

@@ -9,14 +9,14 @@
 #include <cstring>
 
 #include "frame/errors.h"
-#include "frame/interface.h"
+#include "session/interface.h"
 #include "frame/output.h"
 #include "help.h"
 #include "interrupt.h"
 #include "line_editor.h"
 #include "store/constants.h"
 #include "store/names.h"
-#include "text/input.h"
+#include "text/read/input.h"
 
 namespace korel {
 

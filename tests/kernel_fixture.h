@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/interface.h"
+#include "session/interface.h"
 #include "store/dag.h"
 
 namespace korel::test {

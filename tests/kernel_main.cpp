@@ -9,21 +9,21 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "eval/evaluate.h"
-#include "eval/simplify.h"
-#include "frame/driver.h"
-#include "frame/driver_state.h"
+#include "eval/evaluate/evaluate.h"
+#include "eval/simplify/simplify.h"
+#include "session/driver.h"
+#include "session/driver_state.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "frame/interface.h"
+#include "session/interface.h"
 #include "frame/output.h"
 #include "kernel_fixture.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "text/message.h"
-#include "text/printer.h"
-#include "text/source.h"
+#include "text/print/message.h"
+#include "text/print/printer.h"
+#include "text/read/source.h"
 
 namespace korel::test {
 

@@ -3,8 +3,8 @@
 #include <sys/auxv.h>
 #include <sys/resource.h>
 
-#include "eval/environment_variables.h"
-#include "frame/driver.h"
+#include "eval/evaluate/environment_variables.h"
+#include "session/driver.h"
 #include "frame/errors.h"
 #include "store/constants.h"
 #include "store/hash.h"

@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "eval/evaluate.h"
-#include "eval/simplify.h"
-#include "eval/known_values.h"
+#include "eval/evaluate/evaluate.h"
+#include "eval/simplify/simplify.h"
+#include "eval/evaluate/known_values.h"
 #include "frame/environment.h"
 #include "frame/output.h"
 #include "frame/traceback.h"

@@ -2,11 +2,11 @@
 
 #include <cstdlib>
 
-#include "eval/time_limit.h"
+#include "frame/time_limit.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/output.h"
-#include "store/collector.h"
+#include "store/collect/collector.h"
 
 namespace korel {
 

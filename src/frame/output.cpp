@@ -5,19 +5,19 @@
 #include <cstdio>
 #include <cstring>
 
-#include "eval/simplify.h"
-#include "frame/driver_state.h"
+#include "eval/simplify/simplify.h"
+#include "session/driver_state.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "frame/interface.h"
-#include "frame/resource_limits.h"
-#include "numbers/integer.h"
+#include "session/interface.h"
+#include "session/resource_limits.h"
+#include "numbers/integer/integer.h"
 #include "store/allocator.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "structure/aliases.h"
-#include "text/display.h"
+#include "eval/simplify/aliases.h"
+#include "text/print/display.h"
 
 namespace korel {
 

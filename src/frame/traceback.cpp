@@ -1,10 +1,10 @@
 #include "frame/traceback.h"
 
-#include "eval/simplify.h"
+#include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "frame/trace_messages.h"
-#include "store/collector.h"
+#include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/names.h"

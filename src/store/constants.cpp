@@ -2,11 +2,11 @@
 
 #include <cstring>
 
-#include "eval/environment_variables.h"
-#include "eval/simplify.h"
+#include "eval/evaluate/environment_variables.h"
+#include "eval/simplify/simplify.h"
 #include "frame/environment.h"
-#include "numbers/integer.h"
-#include "numbers/numeric_events.h"
+#include "numbers/integer/integer.h"
+#include "numbers/events/numeric_events.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"

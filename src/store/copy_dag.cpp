@@ -1,12 +1,12 @@
 #include "store/copy_dag.h"
 
-#include "eval/simplify.h"
-#include "store/collector.h"
+#include "eval/simplify/simplify.h"
+#include "store/collect/collector.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
 #include "store/reference_fields.h"
-#include "store/verify_walk.h"
+#include "store/check/verify_walk.h"
 
 namespace korel {
 

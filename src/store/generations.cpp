@@ -1,6 +1,6 @@
 #include "store/generations.h"
 
-#include "store/collector_phases.h"
+#include "store/collect/collector_phases.h"
 #include "store/objects.h"
 #include "store/reference_fields.h"
 

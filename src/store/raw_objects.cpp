@@ -1,13 +1,13 @@
 #include "store/raw_objects.h"
 
-#include "eval/builtins.h"
-#include "eval/simplify.h"
+#include "builtins/builtins.h"
+#include "eval/simplify/simplify.h"
 #include "frame/errors.h"
-#include "numbers/integer.h"
+#include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/objects.h"
-#include "store/verify.h"
+#include "store/check/verify.h"
 
 namespace korel {
 

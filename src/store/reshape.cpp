@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "numbers/integer.h"
+#include "numbers/integer/integer.h"
 #include "store/generations.h"
 #include "store/objects.h"
 

@@ -4,7 +4,7 @@
 
 #include "frame/environment.h"
 #include "kernel_fixture.h"
-#include "numbers/integer.h"
+#include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"

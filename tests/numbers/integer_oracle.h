@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
-#include "numbers/integer.h"
-#include "numbers/integer_functions.h"
-#include "numbers/integer_space.h"
+#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
+#include "numbers/integer/integer_space.h"
 #include "store/constants.h"
 #include "store/generations.h"
 

@@ -9,7 +9,7 @@
 
 #include "frame/errors.h"
 #include "kernel_fixture.h"
-#include "store/collector.h"
+#include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/objects.h"
 

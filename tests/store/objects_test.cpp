@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "eval/simplify.h"
+#include "eval/simplify/simplify.h"
 #include "kernel_fixture.h"
-#include "numbers/integer.h"
+#include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/names.h"

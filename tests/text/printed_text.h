@@ -4,7 +4,7 @@
 #include <string>
 
 #include "store/dag.h"
-#include "text/emit.h"
+#include "text/print/emit.h"
 
 namespace korel::test {
 

@@ -8,7 +8,7 @@
 
 #include "store/constants.h"
 #include "store/dag.h"
-#include "store/verify.h"
+#include "store/check/verify.h"
 
 namespace korel::test {
 

@@ -1,0 +1,76 @@
+// The arithmetic, relational and boolean operators as procedures.
+
+#include "numbers/arithmetic.h"
+#include "eval/statements/assign.h"
+#include "eval/evaluate/environment_variables.h"
+#include "eval/evaluate/evaluate.h"
+#include "builtins/evaluator_builtins.h"
+#include "eval/procedures/procedures.h"
+#include "eval/simplify/simplify.h"
+#include "eval/statements/statements.h"
+#include "frame/errors.h"
+#include "store/constants.h"
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+
+// Pairs (argument, 1) of a SUM or PROD.
+DAG pairsWithOne(const BuiltinCall& call, Tag tag) {
+  DAG args = call.arguments;
+  DAG result = newl2(2 * argumentCount(call) + 1, tag);
+  for (Word i = 1; i < lengthOf(args); ++i) {
+    result[2 * i - 1] = args[i];
+    result[2 * i] = cons1;
+  }
+  return simpl(result);
+}
+
+DAG relation(const BuiltinCall& call, Tag tag, bool swapped) {
+  if (argumentCount(call) != 2) wrongParameters(call);
+  DAG a = call.arguments[1], b = call.arguments[2];
+  return simpl(swapped ? new3(tag, b, a) : new3(tag, a, b));
+}
+
+DAG connective(const BuiltinCall& call, Tag tag, DAG neutral) {
+  DAG args = call.arguments;
+  Word n = argumentCount(call);
+  if (n == 0) return neutral;
+  DAG folded = args[1];
+  for (Word i = 2; i <= n; ++i) folded = simpl(new3(tag, folded, args[i]));
+  return isImmediate(folded) ? folded : evalbool(folded);
+}
+
+}  // namespace
+
+DAG plusOperator(const BuiltinCall& call) { return pairsWithOne(call, SUM); }
+DAG timesOperator(const BuiltinCall& call) { return pairsWithOne(call, PROD); }
+
+DAG powerOperator(const BuiltinCall& call) {
+  if (argumentCount(call) != 2) wrongParameters(call);
+  return simpl(new3(POWER, call.arguments[1], call.arguments[2]));
+}
+
+DAG equalOperator(const BuiltinCall& call) { return relation(call, EQUATION, false); }
+DAG unequalOperator(const BuiltinCall& call) { return relation(call, INEQUAT, false); }
+DAG lessOperator(const BuiltinCall& call) { return relation(call, LESSTHAN, false); }
+DAG lessEqualOperator(const BuiltinCall& call) { return relation(call, LESSEQ, false); }
+DAG greaterOperator(const BuiltinCall& call) { return relation(call, LESSTHAN, true); }
+DAG greaterEqualOperator(const BuiltinCall& call) { return relation(call, LESSEQ, true); }
+
+DAG andOperator(const BuiltinCall& call) { return connective(call, AND, ini("true")); }
+DAG orOperator(const BuiltinCall& call) { return connective(call, OR, ini("false")); }
+DAG notOperator(const BuiltinCall& call) {
+  if (argumentCount(call) != 1) wrongParameters(call);
+  DAG negated = simpl(new2(NOT, call.arguments[1]));
+  return isImmediate(negated) ? negated : evalbool(negated);
+}
+
+DAG negateBuiltin(const BuiltinCall& call) {
+  if (argumentCount(call) != 1) wrongParameters(call);
+  return simpl(negate(call.arguments[1]));
+}
+
+}  // namespace korel

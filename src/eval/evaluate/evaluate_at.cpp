@@ -1,0 +1,159 @@
+// `eval(x, a = b)`: a structural walk that replaces and rebuilds.
+
+#include <cstring>
+
+#include "numbers/arithmetic.h"
+#include "eval/evaluate/environment_variables.h"
+#include "eval/evaluate/evaluate.h"
+#include "eval/simplify/simplify.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "frame/long_operation.h"
+#include "library/system_functions.h"
+#include "store/constants.h"
+#include "store/hash.h"
+#include "store/names.h"
+#include "store/objects.h"
+#include "store/check/verify.h"
+
+namespace korel {
+
+namespace {
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+
+DAG replacement(DAG equations, DAG x) {
+  for (Word i = 1; i < lengthOf(equations); ++i)
+    if (equations[i][1] == x) return equations[i][2];
+  return DAG();
+}
+
+DAG walk(DAG equations, DAG x);
+
+DAG walkFields(DAG equations, DAG x, Word from, Word step, Word end) {
+  DAG result = x;
+  for (Word i = from; i < end; i += step) {
+    DAG value = walk(equations, x[i]);
+    if (value == x[i]) continue;
+    // A sequence has its place: what comes for the empty one becomes its member.
+    if (isTag(x[i], EXPSEQ) && !isTag(value, EXPSEQ)) value = simpl(new2(EXPSEQ, value));
+    if (result == x) result = CopyAlg(x);
+    result[i] = value;
+  }
+  return result;
+}
+
+// True when evaluation would leave a call of `head` as it is, its arguments being values.
+bool isPlainHead(DAG head) {
+  return isTag(head, NAME) && !head[1] && !isEnvironmentName(head) && (controlWord(head) & deferredBit) == 0 &&
+         std::strncmp(textOf(head), "INTERFACE_", 10) != 0;
+}
+
+// A changed call or reference is evaluated again, its operands already being values.
+DAG walkCall(DAG equations, DAG x) {
+  if (hasTag(x, FUNCTION) && isTag(x[1], NAME)) {
+    DAG known = evalextf("eval/", textOf(x[1]), simpl(new3(EXPSEQ, x, equations)));
+    if (known != null) return simpl(known);
+  }
+  DAG changed = walkFields(equations, x, 1, 1, 3);
+  if (changed == x) return x;
+  // To quote the arguments of each level would look all through them at each.
+  if (hasTag(x, FUNCTION) && isPlainHead(changed[1])) return simpl(changed);
+  DAG quoted = CopyAlg(changed[2]);
+  for (Word i = 1; i < lengthOf(quoted); ++i)
+    if (!isImmediate(quoted[i])) quoted[i] = new2(UNEVAL, quoted[i]);
+  changed[2] = simpl(quoted);
+  return simpl(eval(simpl(changed)));
+}
+
+DAG walkSum(DAG equations, DAG x) {
+  DAG result = walkFields(equations, x, 1, 2, lengthOf(x));
+  return result == x ? x : simpl(result);
+}
+
+// Bases and exponents. An exponent that became symbolic leaves its place.
+DAG walkProduct(DAG equations, DAG x) {
+  DAG result = walkFields(equations, x, 1, 1, lengthOf(x));
+  if (result == x) return x;
+  for (Word i = 2, n = lengthOf(result); i < n; i += 2) {
+    if (isNumeric(result[i])) continue;
+    result[i - 1] = new3(POWER, result[i - 1], result[i]);
+    result[i] = cons1;
+  }
+  return simpl(result);
+}
+
+struct EntryWalk {
+  DAG equations, fresh;
+};
+
+// Keys that become one leave one entry. The walk is over a copy: what is evaluated may store.
+DAG walkTable(DAG equations, DAG x) {
+  EntryWalk w{equations, newhashtab(lengthOf(x[3]) - 1)};
+  hashforeach(
+      copyhashtab(x[3]),
+      [](void* arg, PairAddress pair) {
+        auto& walked = *static_cast<EntryWalk*>(arg);
+        DAG key = simpl(walk(walked.equations, pairKey(pair)));
+        hashunique(key.word, simpl(walk(walked.equations, pairValue(pair))), walked.fresh);
+        return true;
+      },
+      &w);
+  return simpl(new4(TABLE, x[1], x[2], w.fresh));
+}
+
+DAG walk(DAG equations, DAG x) {
+  if (DAG right = replacement(equations, x)) return right;
+  if (isImmediate(x)) return x;
+  Word n = lengthOf(x);
+  switch (tagOf(x)) {
+    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case COMPLEX: case STRING:
+    case NAME: case MEMBER: case LOCAL: case PARAM: case LEXICAL: case PROC: case MODDEF:
+    case MODULE: case RTABLE:
+    case ASSIGN: case FOR: case IF: case READ: case SAVE: case STOP: case ERROR: case TRY:
+    case RETURN: case BREAK: case NEXT: case USE:
+      return x;
+    default: break;
+  }
+  checkStack();
+  passWork(objectSteps);
+  switch (tagOf(x)) {
+    case FUNCTION: case TABLEREF: return walkCall(equations, x);
+    case DCOLON: {
+      DAG changed = walkFields(equations, x, 1, 1, 2);
+      return changed == x ? x : simpl(changed);
+    }
+    case SUM: return walkSum(equations, x);
+    case PROD: return walkProduct(equations, x);
+    case TABLE: return walkTable(equations, x);
+    case SERIES: {
+      DAG changed = walkFields(equations, x, 2, 2, n);
+      DAG point = walk(equations, x[1]);
+      if (point != x[1]) {
+        if (changed == x) changed = CopyAlg(x);
+        changed[1] = point;
+      }
+      return changed == x ? x : simpl(changed);
+    }
+    case ZPPOLY: {
+      DAG point = walk(equations, x[1]);
+      if (point == x[1]) return x;
+      DAG changed = CopyAlg(x);
+      changed[1] = point;
+      return simpl(changed);
+    }
+    case CATENATE: case POWER: case UNEVAL: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
+    case AND: case NOT: case OR: case EXPSEQ: case LIST: case RANGE: case SET: case STATSEQ: {
+      DAG changed = walkFields(equations, x, 1, 1, n);
+      return changed == x ? x : simpl(changed);
+    }
+    default:
+      KernelException("invalid expression (%1) in evalat", naminstall(DagIDToName(tagOf(x))));
+  }
+}
+
+}  // namespace
+
+DAG evalat(DAG equations, DAG x) { return simpl(walk(equations, x)); }
+
+}  // namespace korel

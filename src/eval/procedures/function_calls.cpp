@@ -1,0 +1,475 @@
+// Calls: from a FUNCTION to the procedure it names, its frame, and its end.
+
+#include <cstring>
+
+#include "numbers/arithmetic.h"
+#include "builtins/builtins.h"
+#include "eval/evaluate/environment_variables.h"
+#include "eval/evaluate/evaluate.h"
+#include "eval/evaluate/loose_arguments.h"
+#include "eval/evaluate/operand.h"
+#include "eval/procedures/procedures.h"
+#include "eval/procedures/procedure_frame.h"
+#include "eval/procedures/remember.h"
+#include "eval/simplify/simplify.h"
+#include "eval/statements/statements.h"
+#include "eval/evaluate/known_values.h"
+#include "eval/types/types.h"
+#include "session/driver.h"
+#include "frame/errors.h"
+#include "frame/output.h"
+#include "frame/trace_messages.h"
+#include "frame/traceback.h"
+#include "numbers/integer/integer.h"
+#include "library/system_functions.h"
+#include "store/constants.h"
+#include "store/names.h"
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+// The print level of a procedure with the option `trace`: everything in and below it is shown.
+constexpr std::int32_t tracedPrintLevel = 214748364;
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+bool isNameLike(DAG x) { return isTag(x, NAME) || isTag(x, TABLEREF); }
+
+bool beginsWith(DAG options, DAG name) { return lengthOf(options) > 1 && options[1] == name; }
+bool isExternalWrapper(DAG proc) {
+  return beginsWith(proc[3], ini("call_external"));
+}
+
+// ---- finding the procedure
+
+struct Callee {
+  DAG procedure;  // a PROC, or what the head evaluated to
+  DAG name;       // for messages and `procname`
+  DAG index;      // EXPSEQ of an indexed call, or 0
+};
+
+// The name of a call whose head has none: of `readlib(n)`, n; otherwise `unknown`.
+DAG nameOfHead(DAG value, DAG head) {
+  if (isNameLike(value)) return value;
+  if (isNameLike(head)) return head;
+  if (isTag(head, FUNCTION) && head[1] == ini("readlib") && isTag(head[2], EXPSEQ) &&
+      lengthOf(head[2]) > 1) {
+    DAG n = head[2][1];
+    if (isTag(n, UNEVAL)) n = n[1];
+    if (isNameLike(n)) return n;
+  }
+  return ini("unknown");
+}
+
+// The name that the head of a call stands for, when that holds a procedure as it is to be run: a name whose
+// procedure has no captured names, or a local of the running frame; or 0.
+[[gnu::always_inline]] inline DAG nameOfPlainCallee(DAG head) {
+  if (isImmediate(head)) return DAG();
+  // An environment variable of the fixed kind has no value of its own, and one of the open kind perhaps
+  // another one in this frame.
+  if (hasTag(head, NAME))
+    return isTag(head[1], PROC) && head[1][8] == null && !isOpenEnvironmentName(head) ? head : DAG();
+  if (!hasTag(head, LOCAL)) return DAG();
+  DAG locals = Environment->frame->locals;
+  Word n = rawField(head, 1);
+  if (n - 1 >= lengthOf(locals) - 1) return DAG();
+  DAG name = locals[n];
+  return hasTag(name, NAME) && isTag(name[1], PROC) ? name : DAG();
+}
+
+Callee findCallee(DAG head) {
+  Callee callee;
+  if (DAG name = nameOfPlainCallee(head)) {
+    callee.procedure = name[1];
+    callee.name = name;
+    return callee;
+  }
+  DAG lastName;
+  DAG value = eval(head, &lastName);
+  if (isTag(value, NAME)) {
+    DAG stored = valuenv(value, false);
+    if (isTag(stored, PROC)) {
+      lastName = value;
+      value = stored;
+    }
+  }
+  callee.procedure = value;
+  callee.name = lastName ? lastName : nameOfHead(value, head);
+  if (isTag(value, TABLEREF)) {
+    // f[i](a): the index belongs to the call when a base inside is a procedure.
+    for (DAG base = value; isTag(base, TABLEREF); base = base[1]) {
+      DAG inner = base[1];
+      DAG stored = isTag(inner, NAME) ? valuenv(inner, false) : inner;
+      if (isTag(stored, NAME)) stored = valuenv(stored, false);
+      if (!isTag(stored, PROC)) continue;
+      callee.index = value[2];
+      callee.name = value;
+      callee.procedure = stored;
+      break;
+    }
+  }
+  return callee;
+}
+
+// ---- arguments
+
+// How argument i reaches parameter i.
+enum class Passing { value, name, unevaluated };
+Passing passingOf(DAG proc, Word i) {
+  if (i >= lengthOf(proc[1])) return Passing::value;
+  DAG declaration = proc[1][i];
+  if (!isTag(declaration, DCOLON)) return Passing::value;
+  DAG type = declaration[2];
+  if (isTag(type, FUNCTION)) type = type[1];
+  if (type == ini("evaln")) return Passing::name;
+  if (declaration[2] == ini("uneval")) return Passing::unevaluated;
+  return Passing::value;
+}
+
+DAG evalArguments(DAG proc, DAG a) {
+  if (!isTag(a, EXPSEQ)) return simpl(new2(EXPSEQ, simpl(eval(a))));
+  DAG result = a;
+  bool plain = lengthOf(proc[1]) == 1;
+  if (lengthOf(a) == 2 && (plain || passingOf(proc, 1) == Passing::value))
+    return isImmediate(a[1]) ? simpl(a) : singleSequence(simpl(evalOperand(a[1])));
+  for (Word i = 1, n = lengthOf(a); i < n; ++i) {
+    DAG argument = a[i];
+    DAG value;
+    switch (plain ? Passing::value : passingOf(proc, i)) {
+      case Passing::value:
+        if (isImmediate(argument)) continue;
+        value = simpl(evalOperand(argument));
+        break;
+      case Passing::name: value = simpl(evalname(argument)); break;
+      case Passing::unevaluated: value = simpl(evparloc(argument)); break;
+    }
+    if (value == argument) continue;
+    if (result == a) result = CopyAlg(a);
+    result[i] = value;
+  }
+  DAG unique = simpl(result);
+  // The copy belongs to nobody when the same arguments were there before, or were spliced.
+  if (unique != result && result != a) release(result, lengthOf(result));
+  return unique;
+}
+
+inline bool hasTypes(DAG declarations) {
+  for (Word i = 1, n = lengthOf(declarations); i < n; ++i)
+    if (hasTag(declarations[i], DCOLON)) return true;
+  return false;
+}
+
+// ---- tracing and remember tables
+
+DAG rememberKey(const Callee& callee, DAG arguments) {
+  if (!callee.index) return arguments;
+  DAG index = lengthOf(callee.index) == 2 ? callee.index[1] : callee.index;
+  DAG single = lengthOf(arguments) == 2 ? arguments[1] : arguments;
+  return simpl(new3(DCOLON, index, single));
+}
+
+bool callerIsTraced() {
+  DAG proc = Environment->frame->proc;
+  return isTag(proc, PROC) && hasOption(proc, ini("trace"));
+}
+
+DAG remembered(const Callee& callee, DAG arguments) {
+  if (!isTag(callee.procedure[4], HASHTAB)) return absent;
+  DAG value = srchpc(callee.procedure, rememberKey(callee, arguments), -1);
+  if (value == absent) return value;
+  bool traced = hasOption(callee.procedure, ini("trace")) ||
+                (evaluationLevel + 34 < shownDepth(*Environment->frame) && !callerIsTraced());
+  if (traced)
+    sendDebug(debugRemembered, callee.name, arguments, value, Environment->frame->procName);
+  return value;
+}
+
+DAG unevaluatedCall(DAG x, DAG head, DAG arguments) {
+  if (head == x[1] && arguments == x[2]) return x;
+  DAG call = CopyAlg(x);
+  call[1] = head;
+  call[2] = arguments;
+  return call;
+}
+
+bool isInert(DAG x) {
+  return lengthOf(x) == 4 && (x[3] == ini("inert") || (isTag(x[3], EXPSEQ) && hasMember(x[3], ini("inert"))));
+}
+
+// A call of a stream is sent as it is, and the front end's reply is its value.
+bool isStreamName(DAG x) {
+  return isTag(x, NAME) && std::strncmp(textOf(x), "INTERFACE_", 10) == 0;
+}
+DAG sendToFrontEnd(DAG stream, DAG arguments) {
+  if (!isTag(arguments, EXPSEQ)) arguments = simpl(new2(EXPSEQ, arguments));
+  DAG reply = switch2(new3(FUNCTION, stream, arguments));
+  if (!reply) return null;
+  if (isTag(reply, ERROR)) KorelException(simpl(reply[1]));
+  return nerintokorel(reply);
+}
+
+DAG runProcedure(const Callee& callee, DAG arguments, DAG key);
+DAG runPlain(const Callee& callee, DAG a);
+
+[[gnu::noinline]] DAG evalOtherCall(DAG x) {
+  DAG head = x[1], a = x[2];
+  if (isTag(head, UNEVAL)) return unevaluatedCall(x, eval(head), eval(a));
+  Callee callee = findCallee(head);
+  if (isInert(x)) return unevaluatedCall(x, isNameLike(callee.name) ? callee.name : head, simpl(eval(a)));
+  if (!isTag(callee.procedure, PROC)) {
+    DAG value = callee.procedure;
+    if (isStreamName(value)) return sendToFrontEnd(value, simpl(eval(a)));
+    if (isNameLike(value)) return unevaluatedCall(x, value, simpl(eval(a)));
+    DAG arguments = simpl(eval(a));
+    return evalsysf("evalapply", "",
+                    simpl(new3(EXPSEQ, simpl(value), simpl(new2(LIST, arguments)))));
+  }
+  DAG proc = callee.procedure;
+  if (beginsWith(proc[3], ini("builtin")) && isImmediate(proc[5])) {
+    if (lengthOf(proc[3]) > 2 && hasOption(proc, ini("trace")))
+      sendDebug(debugBuiltin, callee.name, evparloc(a));
+    return callBuiltin(immediateValue(proc[5]), x, callee.name);
+  }
+  if (proc[3] == null && proc[4] == null && !callee.index && isTag(a, EXPSEQ)) return runPlain(callee, a);
+  DAG arguments = evalArguments(proc, a);
+  DAG value = remembered(callee, arguments);
+  if (value != absent) return value;
+  return runProcedure(callee, arguments, rememberKey(callee, arguments));
+}
+
+}  // namespace
+
+DAG evalFunction(DAG x) {
+  checkStack();
+  DAG name = nameOfPlainCallee(x[1]);
+  if (name && lengthOf(x) == 3 && isTag(x[2], EXPSEQ)) {
+    // Most calls are of a procedure without options, on plain arguments.
+    DAG proc = name[1];
+    if (proc[3] == null && proc[4] == null) return runPlain({proc, name, DAG()}, x[2]);
+    if (beginsWith(proc[3], ini("builtin")) && isImmediate(proc[5]) && lengthOf(proc[3]) == 2)
+      return callBuiltin(immediateValue(proc[5]), x, name);
+  }
+  return evalOtherCall(x);
+}
+
+// ---- the frame of a call
+
+namespace {
+
+void checkParameters(DAG proc, DAG arguments, DAG name) {
+  DAG declarations = proc[1];
+  Word n = lengthOf(declarations);
+  if (n > lengthOf(arguments)) n = lengthOf(arguments);
+  for (Word i = 1; i < n; ++i) {
+    DAG declaration = declarations[i];
+    if (!isTag(declaration, DCOLON)) continue;
+    DAG declared = declaration[2];
+    if (declared == ini("evaln") || declared == ini("uneval")) continue;
+    evaluationLevel += 19;
+    DAG checked = simpl(declared);
+    DAG argument = arguments[i];
+    bool byName = isTag(checked, FUNCTION) && (checked[1] == ini("evaln") || checked[1] == ini("name")) &&
+                  lengthOf(checked[2]) == 2;
+    bool matches = byName && isNameLike(argument) ? type(mvalue(argument), checked[2][1])
+                                                  : type(argument, checked);
+    evaluationLevel -= 19;
+    if (matches) continue;
+    DAG parameter = simpl(newLocalName(textOf(declaredName(declaration))));
+    DAG shown = byName && isNameLike(argument) ? new3(ASSIGN, argument, mvalue(argument)) : argument;
+    KernelException("%1 expects its %-2 argument, %3, to be of type %4, but received %5", name,
+                    immediate(static_cast<std::int32_t>(i)), parameter, checked, shown);
+  }
+}
+
+// A fresh instance of one declared local: a name distinct from every other, typed at level 2 only.
+DAG freshLocal(DAG declaration, DAG attribute) {
+  bool typed = isTag(declaration, DCOLON);
+  DAG name = CopyAlg(typed ? declaration[1] : declaration);
+  name[1] = DAG();
+  name[2] = attribute;
+  if (!typed || optASSERT < 2) return name;
+  DAG instance = CopyAlg(declaration);
+  instance[1] = name;
+  return instance;
+}
+
+}  // namespace
+
+DAG freshLocals(DAG declarations, DAG attribute) {
+  Word n = lengthOf(declarations);
+  if (n == 1) return null;
+  DAG locals = newl2(n, EXPSEQ);
+  for (Word i = n - 1; i >= 1; --i) locals[i] = freshLocal(declarations[i], attribute);
+  return locals;
+}
+
+void releaseLocals(DAG locals) {
+  if (locals == null) return;
+  for (Word i = 1, n = lengthOf(locals); i < n; ++i) {
+    DAG entry = locals[i];
+    if (isTag(entry, DCOLON)) {
+      if (!isSimplified(entry[1])) release(entry[1], lengthOf(entry[1]));
+      continue;
+    }
+    // A name that no result refers to has never been through the simplifier.
+    if (!isSimplified(entry)) release(entry, lengthOf(entry));
+  }
+  release(locals, lengthOf(locals));
+}
+
+static inline std::int32_t globalPrintLevel() {
+  DAG level = ini("printlevel")[1];
+  return level && isImmediate(level) ? immediateValue(level) : 1;
+}
+
+std::int32_t framePrintLevel(DAG procedure) {
+  std::int32_t value = globalPrintLevel();
+  if (procedure[3] != null && !isExternalWrapper(procedure) && hasOption(procedure, ini("trace")))
+    value = tracedPrintLevel;
+  return value;
+}
+
+namespace {
+
+// What one call keeps over the jumps that can arrive in it. The constructor writes each field of the frame
+// once: to clear the record before it is filled would be a tenth of a short call (bench/programs/fibonacci.krl).
+struct CallState {
+  EnvironmentBlock block;
+  Frame frame;
+  EnvironmentBlock* previous;
+  bool traced;
+
+  [[gnu::always_inline]] CallState(DAG proc, DAG name, DAG arguments, std::int32_t printLevel)
+      : frame{
+            .previousFrame = Environment->frame,
+            .printLevel = printLevel,
+            .locals = proc[2] == null ? null : freshLocals(proc[2], null),
+            .args = arguments,
+            .procName = name,
+            .proc = proc,
+            .currentStatement = proc[5],
+            .ditto1 = null,
+            .ditto2 = null,
+            .ditto3 = null,
+            .inCondition = ini("false"),
+            .envVars = Environment->frame->envVars,
+        } {
+    stepEvaluationClock();
+  }
+};
+
+void leaveFrame(CallState& call, bool keepEnvironment) {
+  DAG block = call.frame.envVars;
+  RestoreEnvironment(call.previous);
+  stepEvaluationClock();  // environment variables may have values again
+  if (!keepEnvironment && block != Environment->frame->envVars) release(block, lengthOf(block));
+}
+
+DAG runGoto(CallState& call) {
+  DAG label = funret[2][1];
+  DAG value = evalgoto(call.frame.proc[5], label);
+  if (!value) KernelException("goto to an undefined or unreachable label");
+  return value;
+}
+
+bool isGoto(DAG x) {
+  return isTag(x, FUNCTION) && x[1] == ini("goto") && isTag(x[2], EXPSEQ) && lengthOf(x[2]) > 1;
+}
+
+DAG runBody(CallState& call) {
+  std::jmp_buf buffer;
+  std::int32_t entryLevel = evaluationLevel;
+  call.previous = enterEnvironment(call.block, buffer);
+  call.block.frame = &call.frame;
+  int code = ::_setjmp(buffer);
+  if (code == 0) {
+    if (call.traced) [[unlikely]]
+      sendDebug(debugEnter, call.frame.procName, call.frame.args = simpl(call.frame.args));
+    evaluationLevel += 19;
+    return evalstat(call.frame.proc[5], 1);
+  }
+  Environment = &call.block;
+  switch (code) {
+    case jumpReturn:
+      evaluationLevel = entryLevel + 19;
+      return isGoto(funret) ? runGoto(call) : funret;
+    case jumpBreak:
+      RestoreEnvironment(call.previous);
+      KernelException("break or next outside do loop");
+    case jumpError: {
+      bool innermost = recordTraceLevel(call.frame);
+      if (!innermost) releaseLocals(call.frame.locals);
+      DAG caller = callerName(call.frame);
+      leaveFrame(call, innermost);
+      if (call.traced) sendDebug(debugErrorExit, call.frame.procName, ini("lasterror")[1], caller);
+      jumpOut(jumpError);
+    }
+    default:
+      RestoreEnvironment(call.previous);
+      if (code == jumpStop) jumpOut(jumpStop);
+      return null;
+  }
+}
+
+// Runs the body in a frame of its own, up to the point where an error in what follows goes to the caller.
+inline DAG runInFrame(CallState& call) {
+  call.traced = evaluationLevel + 14 < shownDepth(call.frame);
+  DAG result = runBody(call);
+  call.block.jumpBuffer = call.previous->jumpBuffer;
+  if (call.frame.locals != null) releaseLocals(call.frame.locals);
+  return result;
+}
+
+[[gnu::always_inline]] inline DAG finishCall(CallState& call, DAG result) {
+  leaveFrame(call, false);
+  if (call.traced) [[unlikely]]
+    sendDebug(debugExit, call.frame.procName, result, callerName(call.frame));
+  updategen(result);
+  return result;
+}
+
+DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
+  checkStack();
+  DAG proc = callee.procedure;
+  if (lengthOf(proc[1]) > 1) checkParameters(proc, arguments, callee.name);
+  if (proc[5] == InertProc) return simpl(new3(FUNCTION, callee.name, arguments));
+  CallState call(proc, callee.name, arguments, framePrintLevel(proc));
+  DAG result = runInFrame(call);
+  if (!isExternalWrapper(proc) && hasOption(proc, ini("remember"))) pcinsert(proc, key, result = simpl(result), -1);
+  return finishCall(call, result);
+}
+
+// The call of a procedure without options and remembered values.
+DAG runPlain(const Callee& callee, DAG a) {
+  DAG proc = callee.procedure;
+  const bool typed = hasTypes(proc[1]);
+  LooseArguments loose = typed ? LooseArguments{evalArguments(proc, a), false} : evalLooseArguments(a);
+  DAG arguments = loose.sequence;
+  if (proc[4] != null) [[unlikely]] {
+    // Evaluating the arguments has given the procedure a value to remember.
+    arguments = simpl(arguments);
+    DAG value = remembered(callee, arguments);
+    return value != absent ? value : runProcedure(callee, arguments, arguments);
+  }
+  if (proc[5] == InertProc) [[unlikely]] return runProcedure(callee, simpl(arguments), null);
+  if (typed) checkParameters(proc, arguments, callee.name);
+  CallState call(proc, callee.name, arguments, globalPrintLevel());
+  DAG result = runInFrame(call);
+  // Who has asked for the arguments as a whole has simplified them.
+  releaseLoose(loose);
+  return finishCall(call, result);
+}
+
+}  // namespace
+
+DAG evalfunc(DAG proc, DAG arguments, DAG name) {
+  Callee callee;
+  callee.procedure = proc;
+  callee.name = name;
+  if (isTag(name, TABLEREF) && isTag(name[1], NAME) && isTag(valuenv(name[1], false), PROC))
+    callee.index = name[2];
+  return runProcedure(callee, arguments, rememberKey(callee, arguments));
+}
+
+}  // namespace korel

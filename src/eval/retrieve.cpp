@@ -1,7 +1,0 @@
-#include "eval/retrieve.h"
-
-namespace korel {
-
-void RetrieveName(DAG name) { controlWord(name) &= ~deferredBit; }
-
-}  // namespace korel

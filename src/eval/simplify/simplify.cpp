@@ -1,0 +1,498 @@
+#include "eval/simplify/simplify.h"
+
+#include "numbers/arithmetic.h"
+#include "eval/simplify/bindings.h"
+#include "eval/evaluate/evalf.h"
+#include "eval/simplify/simplify_cases.h"
+#include "eval/statements/statements.h"
+#include "eval/procedures/procedures.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "numbers/integer/integer.h"
+#include "store/chain_scan.h"
+#include "store/constants.h"
+#include "store/hash.h"
+#include "store/names.h"
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+// The table of simplified objects gets more buckets when its chains hold more pairs than this. Chains
+// this long cost a scan of two or three cache lines; more buckets would cost every collection.
+constexpr Word uniquePairsPerBucket = 16;
+
+// Where the last search for a missing object ended: what is entered next under the same key goes there.
+struct SearchEnd {
+  Word key = 0;
+  PairAddress end = notFound;
+};
+SearchEnd searchEnd;
+
+// Member of the table with the content of `s`, or 0.
+DAG findIdentical(Word key, DAG s) {
+  DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))];
+  if (!chain) return DAG();
+  const PairAddress pair = findInChain(chain, key, [s](DAG member) {
+    return member == s || (headerWord(member) == headerWord(s) && identical(member, s));
+  });
+  if (pairKey(pair).word == 0) searchEnd = {key, pair};
+  return pairValue(pair);
+}
+
+// Puts the pair at the end that the search found, if that is still the end of the key's chain and not the
+// pair that stays empty: the parts may have been entered, and a collection may have run, meanwhile.
+bool enterAtSearchEnd(Word key, DAG s) {
+  DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))];
+  if (!chain || searchEnd.key != key) return false;
+  PairAddress first = chain.word + 4, end = searchEnd.end;
+  if (end < first || end + 16 > chain.word + 4 * lengthOf(chain)) return false;
+  if (pairKey(end).word != 0 || (end != first && pairKey(end - 8).word == 0)) return false;
+  pairKey(end) = DAG(key);
+  pairValue(end) = s;
+  return true;
+}
+
+DAG enterUnique(Word key, DAG s) {
+  setSimplified(s);
+  if (!enterAtSearchEnd(key, s)) hashinsert(key, s, simpltab);
+  if (isCrowded(simpltab, ++simpltabCount, uniquePairsPerBucket)) [[unlikely]]
+    simpltab = widenedhashtab(simpltab, 4 * (lengthOf(simpltab) - 1));
+  return s;
+}
+
+// As `makeUnique`, for an object whose key at entry was `key`: hashed again only when it changed.
+DAG finish(DAG s, Word key, bool changed) {
+  if (changed) return makeUnique(s);
+  return enterUnique(key, s);
+}
+
+}  // namespace
+
+DAG simplifiedCopy(DAG s) {
+  Word n = lengthOf(s), used = 1;
+  DAG copied = newl2(n, tagOf(s));
+  for (Word i = 1; i < n; i += 2) {
+    DAG term = simpl(s[i]), number = simpl(s[i + 1]);
+    if (number == cons0) continue;
+    copied[used] = term;
+    copied[used + 1] = number;
+    used += 2;
+  }
+  if (used != n) shorten(copied, n, used);
+  return copied;
+}
+
+namespace {
+
+// Simplifies the fields from `from` on; true when one changed.
+bool simplifyOperands(DAG s, Word from) {
+  bool changed = false;
+  for (Word i = from, n = lengthOf(s); i < n; ++i) {
+    DAG before = s[i];
+    if (isSettled(before)) continue;
+    DAG after = simpl(before);
+    if (after != before) {
+      s[i] = after;
+      changed = true;
+    }
+  }
+  return changed;
+}
+
+bool isSpliced(DAG member) { return isObject(member) && hasTag(member, EXPSEQ); }
+
+// A sequence: members simplified, nested sequences spliced in their place.
+DAG simplSequence(DAG s, Word key) {
+  Word n = lengthOf(s);
+  if (n == 2 && s[1] && isSpliced(s[1])) return simpl(s[1]);
+  bool changed = false;
+  std::int64_t total = 1;
+  bool nested = false;
+  for (Word i = 1; i < n; ++i) {
+    DAG member = s[i];
+    if (!member) {
+      nested = true;
+      continue;
+    }
+    if (!isSettled(member)) {
+      DAG after = simpl(member);
+      if (after != member) {
+        s[i] = member = after;
+        changed = true;
+      }
+    }
+    if (isSpliced(member)) {
+      nested = true;
+      total += lengthOf(member) - 1;
+    } else {
+      ++total;
+    }
+  }
+  if (!nested) return finish(s, key, changed || bindingsEnabled);
+  if (total > maxLength) KernelException("object too large");
+  if (total == 1) return null;
+  DAG flat = newl2(static_cast<Word>(total), EXPSEQ);
+  Word at = 1;
+  for (Word i = 1; i < n; ++i) {
+    DAG member = s[i];
+    if (!member) continue;
+    if (isSpliced(member)) {
+      for (Word k = 1, m = lengthOf(member); k < m; ++k) flat[at++] = member[k];
+    } else {
+      flat[at++] = member;
+    }
+  }
+  return makeUnique(flat);
+}
+
+// COMPLEX: with two parts, a float beside an exact part makes both floats.
+DAG simplComplex(DAG s) {
+  simplifyOperands(s, 1);
+  if (lengthOf(s) == 3) {
+    auto isFloat = [](DAG x) { return isObject(x) && (hasTag(x, FLOAT) || hasTag(x, HFLOAT)); };
+    if (isFloat(s[1]) != isFloat(s[2])) {
+      Word exact = isFloat(s[1]) ? 2 : 1;
+      s[exact] = simpl(evalf(s[exact]));
+    }
+  }
+  return makeUnique(s);
+}
+
+DAG simplRelation(DAG s, StandardName operatorName) {
+  simplifyOperands(s, 1);
+  if (DAG bound = operatorBinding(ini(operatorName))) return callBinding(bound, s[1], s[2]);
+  return makeUnique(s);
+}
+
+// `a <= b` also answers to a binding of `>=` with the operands swapped.
+DAG simplLessEqual(DAG s) {
+  simplifyOperands(s, 1);
+  if (DAG bound = operatorBinding(ini("<="))) return callBinding(bound, s[1], s[2]);
+  if (DAG bound = operatorBinding(ini(">="))) return callBinding(bound, s[2], s[1]);
+  return makeUnique(s);
+}
+
+// ---- statements
+
+bool isAssignable(DAG x) {
+  if (isImmediate(x)) return false;
+  switch (tagOf(x)) {
+    case NAME: case MEMBER: case TABLEREF: case CATENATE: case FUNCTION:
+    case LOCAL: case PARAM: case LEXICAL:
+      return true;
+    // A typed target is reduced when it is assigned.
+    case DCOLON:
+      return true;
+    default:
+      return false;
+  }
+}
+
+DAG simplAssign(DAG s) {
+  DAG left = s[1];
+  if (isObject(left) && hasTag(left, EXPSEQ)) {
+    for (Word i = 1; i < lengthOf(left); ++i)
+      if (!isAssignable(left[i])) KernelException("invalid left hand side of multiple assignment");
+  } else if (!isAssignable(left)) {
+    KernelException("invalid left hand side of assignment");
+  }
+  s[1] = simpl(left);
+  DAG right = s[2];
+  if (isObject(right) && !isSimplified(right) && (hasTag(right, PROC) || hasTag(right, MODDEF)))
+    assignedProcName = s[1];
+  s[2] = simpl(right);
+  assignedProcName = DAG();
+  return markSimplified(s);
+}
+
+// Only the first condition is looked at: what follows it is simplified again when it goes.
+DAG simplIf(DAG s) {
+  simplifyOperands(s, 1);
+  for (;;) {
+    DAG condition = s[1];
+    if (condition == ini("true")) return s[2];
+    if (condition != ini("false") && condition != ini("FAIL")) return markSimplified(s);
+    Word n = lengthOf(s);
+    if (n == 3) return null;
+    if (n == 4) return s[3];
+    s = copydel(s, 0, 2);
+  }
+}
+
+bool isExactReal(DAG x) { return isRationalNumber(x); }
+
+// A counted loop without a variable whose bounds are known may fold to nothing or to its body.
+DAG simplFor(DAG s) {
+  simplifyOperands(s, 1);
+  if (lengthOf(s) == 7 && s[1] == null) {
+    DAG from = s[2], by = s[3], to = s[4], condition = s[5];
+    if (condition == ini("false") || condition == ini("FAIL")) return null;
+    if (isExactReal(from) && isExactReal(by) && isExactReal(to)) {
+      int order = compcon(from, to);
+      if (consneg(by) ? order < 0 : !isZero(by) && order > 0) return null;
+      if (!isZero(by) && order == 0 && condition == ini("true") && !hasbrnext(s[6])) return s[6];
+    }
+  }
+  return markSimplified(s);
+}
+
+// True when catch strings `a` would take every message that `b` names.
+void checkCatchOrder(DAG s) {
+  Word n = lengthOf(s);
+  Word clauses = (n - 2) / 2;
+  for (Word i = 0; i < clauses; ++i) {
+    DAG earlier = s[2 + 2 * i];
+    for (Word j = i + 1; j < clauses; ++j) {
+      if (earlier == null) KernelException("catch-all hides later catch clauses");
+      DAG later = s[2 + 2 * j];
+      if (later == null) continue;
+      DAG single[1] = {later};
+      const DAG* items = hasTag(later, EXPSEQ) ? &later[1] : single;
+      Word count = hasTag(later, EXPSEQ) ? lengthOf(later) - 1 : 1;
+      for (Word k = 0; k < count; ++k)
+        if (CatchPrefix(earlier, items[k]))
+          KernelException("duplicate catch of \"%1\" in try statement", items[k]);
+    }
+  }
+}
+
+// Each statement of a trapped sequence by itself, so that those before a failing one still run.
+DAG simplifyTrappedBody(DAG body) {
+  if (isObject(body) && hasTag(body, STATSEQ) && !isSimplified(body))
+    for (Word i = 1; i < lengthOf(body); ++i) body[i] = simplifyUnderTrap(body[i]);
+  return simplifyUnderTrap(body);
+}
+
+DAG simplTry(DAG s) {
+  s[1] = simplifyTrappedBody(s[1]);
+  simplifyOperands(s, 1);
+  checkCatchOrder(s);
+  return markSimplified(s);
+}
+
+// Statements in order: empty ones dropped, nested sequences spliced; one statement stands alone.
+DAG simplStatements(DAG s) {
+  Word n = lengthOf(s);
+  Word count = 0;
+  bool reshape = false;
+  for (Word i = 1; i < n; ++i) {
+    DAG statement = s[i] ? simpl(s[i]) : null;
+    s[i] = statement;
+    if (statement == null) {
+      reshape = true;
+    } else if (isObject(statement) && hasTag(statement, STATSEQ)) {
+      reshape = true;
+      count += lengthOf(statement) - 1;
+    } else {
+      ++count;
+    }
+  }
+  if (count == 0) return null;
+  if (count == 1 && !reshape) return s[1];
+  if (!reshape) return markSimplified(s);
+  DAG flat = newl2(count + 1, STATSEQ);
+  Word at = 1;
+  for (Word i = 1; i < n; ++i) {
+    DAG statement = s[i];
+    if (statement == null) continue;
+    if (isObject(statement) && hasTag(statement, STATSEQ)) {
+      for (Word k = 1; k < lengthOf(statement); ++k) flat[at++] = statement[k];
+    } else {
+      flat[at++] = statement;
+    }
+  }
+  if (count == 1) return flat[1];
+  return markSimplified(flat);
+}
+
+// A ZPPOLY's coefficients are raw numbers in the small form, references otherwise.
+DAG simplModularPolynomial(DAG s) {
+  bool severalVariables = isObject(s[1]) && hasTag(s[1], EXPSEQ);
+  bool small = !severalVariables && isImmediate(s[2]) && immediateValue(s[2]) < 46328;
+  if (small) {
+    s[1] = simpl(s[1]);
+    s[2] = simpl(s[2]);
+  } else {
+    simplifyOperands(s, 1);
+  }
+  return makeUnique(s);
+}
+
+DAG simplseries(DAG s) {
+  s[1] = simpl(s[1]);
+  for (Word i = 2; i < lengthOf(s); i += 2) s[i] = simpl(s[i]);
+  return makeUnique(s);
+}
+
+}  // namespace
+
+void simplifyFields(DAG s, Word from) { simplifyOperands(s, from); }
+
+namespace {
+
+// A call that raises the error just raised once more. Its parameters are quoted: they are told as they are. An
+// attribute marks an error of the kernel, which leaves only its message in `lasterror`.
+DAG errorCall() {
+  DAG value = ini("lasterror")[1], exception = ini("lastexception")[1];
+  const bool ofKernel = value == exception[2] && lengthOf(exception) > 3;
+  DAG arguments = ofKernel ? copydel(exception, 0, 1) : isSpliced(value) ? CopyAlg(value) : new2(EXPSEQ, value);
+  for (Word i = 2; i < lengthOf(arguments); ++i)
+    if (!isImmediate(arguments[i])) arguments[i] = new2(UNEVAL, arguments[i]);
+  return ofKernel ? new4(FUNCTION, ini("ERROR"), arguments, ini("builtin")) : new3(FUNCTION, ini("ERROR"), arguments);
+}
+
+}  // namespace
+
+DAG simplifyUnderTrap(DAG x) {
+  if (isSettled(x)) return x;
+  DAG error = ini("lasterror")[1], exception = ini("lastexception")[1];
+  bool bindings = bindingsEnabled;
+  ProcedureRecord* procedures = procSimplStack;
+  BindingRecord* uses = useSimplStack;
+  bool failed = false;
+  DAG result = KernelTrapError(simpl, x, failed);
+  if (!failed) {
+    ini("lasterror")[1] = error;
+    ini("lastexception")[1] = exception;
+    return result;
+  }
+  if (SpecialError != noSpecialError) jumpOut(jumpError);
+  DAG failure = errorCall();
+  ini("lasterror")[1] = error;
+  ini("lastexception")[1] = exception;
+  bindingsEnabled = bindings;
+  procSimplStack = procedures;
+  useSimplStack = uses;
+  return SimplifyMaybeBind(failure, false);
+}
+
+DAG makeUnique(DAG s) {
+  Word key = hashalg(s);
+  if (DAG member = findIdentical(key, s)) return member;
+  return enterUnique(key, s);
+}
+
+DAG singleSequence(DAG member) {
+  if (bindingsEnabled || !isSimplified(member) || isSpliced(member)) return simpl(new2(EXPSEQ, member));
+  // The key that `hashalg` would give, and a search without an object to search for.
+  Word key = member.word + 1027 * static_cast<Word>(tagNumber(EXPSEQ));
+  if (key == 0) key = 1;
+  if (DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))]) {
+    PairAddress pair = chain.word + 4;
+    for (; pairKey(pair).word != 0; pair = nextPair(pair)) {
+      if (pairKey(pair).word != key) continue;
+      DAG found = pairValue(pair);
+      if (headerWord(found) != (EXPSEQ | 2) || found[1] != member) continue;
+      updategen(found);
+      return found;
+    }
+    searchEnd = {key, pair};
+  }
+  return enterUnique(key, new2(EXPSEQ, member));
+}
+
+void prefetchUnique(DAG s) {
+  DAG chain = simpltab[bucketIndex(hashalg(s), lengthOf(simpltab))];
+  if (!chain) return;
+  constexpr int words = 16;  // of a line
+  for (int line = 0; line < 2; ++line) __builtin_prefetch(&chain[words * line]);
+}
+
+DAG simplifyObject(DAG s) {
+  Tag tag = tagOf(s);
+  if (bindingsEnabled && tag == NAME) {
+    if (DAG bound = lookupBinding(s)) return bound;
+  }
+  if (isSimplified(s)) return s;
+  // Names and plain strings are unique by their own tables.
+  if (tag == NAME) return markSimplified(s);
+  if (tag == STRING && !s[1] && s[2] == null) return strinstall(textOf(s));
+  checkStack();
+  Word key = 0;
+  if (!bindingsEnabled) {
+    // Most objects that arrive have been seen before: this search ends them.
+    key = hashalg(s);
+    if (DAG member = findIdentical(key, s)) return member;
+  }
+  bool mustHash = bindingsEnabled;
+  switch (tag) {
+    case INTNEG: case INTPOS: {
+      DAG folded = MakeImmediate(s);
+      if (isImmediate(folded)) return folded;
+      return finish(s, key, mustHash);
+    }
+    case RATIONAL: case TABLEREF: case DCOLON: case CATENATE: case UNEVAL: case LIST: case RANGE:
+      return finish(s, key, simplifyOperands(s, 1) || mustHash);
+    case FLOAT:
+      s[1] = simpl(s[1]);
+      if ((s[1] == cons0 || s[1] == consm0) && isInteger(s[2])) s[2] = cons0;
+      simplifyOperands(s, 2);
+      return makeUnique(s);
+    case HFLOAT: case STRING: case LOCAL: case PARAM: case LEXICAL: case RTABLE:
+    case BREAK: case NEXT:
+      return finish(s, key, mustHash);
+    case COMPLEX:
+      return simplComplex(s);
+    case MEMBER:
+      s[1] = simpl(s[1]);
+      return makeUnique(s);
+    case EQUATION:
+      return simplRelation(s, "=");
+    case INEQUAT:
+      return simplRelation(s, "<>");
+    case LESSEQ:
+      return simplLessEqual(s);
+    case LESSTHAN:
+      return simplLessThan(s);
+    case AND: case OR: case NOT:
+      return simplbool(s);
+    case EXPSEQ:
+      return simplSequence(s, key);
+    case SUM:
+      return simplSum(s);
+    case PROD:
+      return simplProduct(s);
+    case POWER:
+      return simplPower(s);
+    case SERIES:
+      return simplseries(s);
+    case ZPPOLY:
+      return simplModularPolynomial(s);
+    case FUNCTION:
+      return simplFunction(s);
+    case PROC:
+      return simplProcedure(s);
+    case SET:
+      return simplset(s);
+    case TABLE:
+      s[1] = simpl(s[1]);
+      s[2] = simpl(s[2]);
+      return makeUnique(s);
+    case MODDEF:
+      return simplModuleDefinition(s);
+    case MODULE:
+      s[2] = simpl(s[2]);
+      return makeUnique(s);
+    case ASSIGN:
+      return simplAssign(s);
+    case FOR:
+      return simplFor(s);
+    case IF:
+      return simplIf(s);
+    case TRY:
+      return simplTry(s);
+    case STATSEQ:
+      return simplStatements(s);
+    case USE:
+      return simplUse(s);
+    case READ: case SAVE: case STOP: case ERROR: case RETURN:
+      simplifyOperands(s, 1);
+      return markSimplified(s);
+    default:
+      notimpl("bad id");
+  }
+}
+
+}  // namespace korel

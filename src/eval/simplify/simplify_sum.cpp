@@ -1,0 +1,597 @@
+// Sums in canonical form.
+//
+// A SUM is a list of pairs (term, coefficient). The numeric terms fold into one, nested sums are
+// spliced in, equal terms add their coefficients, and a pair whose coefficient becomes 0 goes. Terms
+// keep the order of their first occurrence while there are few, and stand in the order of their words
+// when there are many: order is no part of equality, and the table takes a SUM as a multiset.
+
+#include <algorithm>
+#include <bit>
+#include <cstdlib>
+#include <cstring>
+#include <initializer_list>
+#include <utility>
+
+#include "numbers/arithmetic.h"
+#include "eval/simplify/bindings.h"
+#include "eval/evaluate/evalf.h"
+#include "eval/evaluate/evaluate.h"
+#include "eval/procedures/procedures.h"
+#include "eval/simplify/simplify.h"
+#include "eval/simplify/simplify_cases.h"
+#include "eval/simplify/unique_pairs.h"
+#include "frame/errors.h"
+#include "frame/long_operation.h"
+#include "numbers/complex/complex.h"
+#include "numbers/events/numeric_events.h"
+#include "library/system_functions.h"
+#include "eval/walk/has.h"
+#include "store/constants.h"
+#include "store/names.h"
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+// From this many words on, terms are sorted to find equal ones; below, each is compared with all.
+constexpr Word sortFromLength = 51;
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+bool isFloat(DAG x) { return isTag(x, FLOAT) || isTag(x, HFLOAT); }
+bool isNumber(DAG x) { return isNumeric(x) || hasTag(x, COMPLEX); }
+
+// ---- operators bound by `use`
+
+DAG boundSum(DAG s) {
+  Word n = pairCount(s);
+  Pair* p = pairsOf(s);
+  if (n == 1) {
+    if (p[0].coefficient == cons1) return DAG();
+    if (p[0].coefficient == consm1) {
+      if (DAG minus = operatorBinding(naminstall("-"))) return callBinding(minus, p[0].term);
+    } else if (DAG times = operatorBinding(ini("*"))) {
+      return callBinding(times, p[0].term, simpl(p[0].coefficient));
+    }
+    return DAG();
+  }
+  DAG plus = operatorBinding(ini("+"));
+  if (!plus || n == 0) return DAG();
+  auto rebuilt = [](const Pair& pair) {
+    if (pair.coefficient == cons1) return pair.term;
+    return simpl(new3(SUM, pair.term, simpl(pair.coefficient)));
+  };
+  DAG folded = rebuilt(p[0]);
+  for (Word i = 1; i < n; ++i) folded = callBinding(plus, folded, rebuilt(pairsOf(s)[i]));
+  return folded;
+}
+
+// ---- what stands among the terms
+
+using TagSet = std::uint64_t;
+constexpr TagSet setOf(std::initializer_list<Tag> tags) {
+  TagSet set = 0;
+  for (Tag tag : tags) set |= TagSet{1} << tagNumber(tag);
+  return set;
+}
+
+// Terms of which nothing is asked but whether they are equal.
+constexpr TagSet quietTags =
+    setOf({NAME, MEMBER, TABLEREF, DCOLON, CATENATE, POWER, SERIES, FUNCTION, UNEVAL, LIST, LOCAL, PARAM,
+           LEXICAL, PROC, SET, TABLE, RTABLE, MODDEF, MODULE});
+
+// One look at each term tells which steps have something to do: most have not, with most sums.
+struct Kinds {
+  TagSet tags = 0;          // of the terms
+  bool hasFloat = false;    // among the terms or coefficients
+  bool hasSpecial = false;  // `infinity` or `undefined`
+  DAG failure;              // `FAIL`
+
+  bool has(Tag tag) const { return (tags & setOf({tag})) != 0; }
+
+  void add(const Pair& pair) {
+    Tag tag = tagOf(pair.term);
+    tags |= TagSet{1} << tagNumber(tag);
+    if (isFloat(pair.coefficient)) hasFloat = true;
+    if (isImmediate(pair.term)) return;
+    if (tag == NAME && !isPlainName(pair.term)) {
+      if (pair.term == ini("FAIL"))
+        failure = pair.term;
+      else
+        hasSpecial = true;
+    }
+    if (tag == FLOAT) hasFloat = true;
+  }
+};
+
+Kinds kindsOf(DAG s) {
+  Kinds kinds;
+  for (Word i = 0, n = pairCount(s); i < n; ++i) kinds.add(pairsOf(s)[i]);
+  return kinds;
+}
+
+// ---- steps
+
+// A fresh sum with the pairs of nested sums in the place of each, coefficients multiplied.
+DAG spliceNestedSums(DAG s) {
+  std::int64_t total = 0;
+  for (Word i = 0, n = pairCount(s); i < n; ++i) {
+    DAG term = pairsOf(s)[i].term;
+    total += isTag(term, SUM) ? pairCount(term) : 1;
+  }
+  if (2 * total + 1 > maxLength) KernelException("object too large");
+  DAG flat = newl2(static_cast<Word>(2 * total + 1), SUM);
+  Pair* out = pairsOf(flat);
+  for (Word i = 0, n = pairCount(s); i < n; ++i) {
+    Pair pair = pairsOf(s)[i];
+    if (!isTag(pair.term, SUM)) {
+      *out++ = pair;
+      continue;
+    }
+    DAG outer = pair.coefficient;
+    for (Word k = 0, m = pairCount(pair.term); k < m; ++k) {
+      Pair inner = pairsOf(pair.term)[k];
+      *out++ = {inner.term, outer == cons1 ? inner.coefficient : mul(inner.coefficient, outer)};
+    }
+  }
+  return flat;
+}
+
+// A COMPLEX among the terms absorbs every other numeric term; what is absorbed gets coefficient 0. True when the
+// imaginary parts cancel and leave an infinity, or `undefined`.
+bool combineComplexTerms(DAG s) {
+  Word n = pairCount(s);
+  Pair* p = pairsOf(s);
+  Word first = 0;
+  while (first < n && !isTag(p[first].term, COMPLEX)) ++first;
+  if (first == n) return false;
+  DAG folded = simpl(mul(p[first].term, p[first].coefficient));
+  for (Word i = 0; i < n; ++i) {
+    DAG term = p[i].term;
+    if (i == first || !(isNumber(term) || isInfinite(term) || isUndefined(term))) continue;
+    DAG other = simpl(mul(term, p[i].coefficient));
+    p[i] = {cons0, cons0};
+    if (isTag(folded, COMPLEX) && lengthOf(folded) == 2 && isNumeric(other)) {
+      DAG imaginary = folded[1];
+      if (isFloat(imaginary) != isFloat(other)) {
+        if (isFloat(imaginary)) other = simpl(evalf(other));
+        else imaginary = simpl(evalf(imaginary));
+      }
+      folded = isImmediate(other) && isZero(other) ? folded : simpl(new3(COMPLEX, other, imaginary));
+    } else {
+      folded = simpl(add(folded, other));
+    }
+  }
+  p[first] = folded == consminf ? Pair{ini("infinity"), consm1} : Pair{folded, cons1};
+  return !isNumber(folded);
+}
+
+// A relation among the terms: the library adds relations side by side. In the body of a procedure the sum
+// waits for the values of its parameters and locals.
+DAG sumOfRelations(DAG s) {
+  if (hasparloc(s)) return makeUnique(simplifiedCopy(s));
+  DAG sequence = newl2(lengthOf(s), EXPSEQ);
+  for (Word i = 1; i < lengthOf(s); ++i) sequence[i] = simpl(s[i]);
+  return simpl(evalsysf("simpl/", "relopsum", simpl(eval(simpl(sequence)))));
+}
+
+// Infinite or undefined: two comparisons for a name, none for most other bases.
+inline bool isSpecial(DAG base) {
+  switch (tagOf(base)) {
+    case NAME: return base == ini("infinity") || base == ini("undefined");
+    case FLOAT: case HFLOAT: case COMPLEX: case SUM: return isInfinite(base) || isUndefined(base);
+    default: return false;
+  }
+}
+
+// What a coefficient other than 0 comes to before the PROD `product`: beside an infinite factor its sign.
+DAG coefficientBefore(DAG product, DAG coefficient) {
+  if (!isNumeric(coefficient) || isZero(coefficient)) return coefficient;
+  for (Word i = 1, n = lengthOf(product); i < n; i += 2)
+    if (isSpecial(product[i])) return consneg(coefficient) ? consm1 : cons1;
+  return coefficient;
+}
+
+// One COMPLEX factor in front of a PROD takes the coefficient in.
+void absorbIntoProduct(Pair& pair) {
+  DAG product = pair.term;
+  if (pair.coefficient == cons1) return;
+  pair.coefficient = coefficientBefore(product, pair.coefficient);
+  if (isTag(product[1], COMPLEX) && product[2] == cons1 && pair.coefficient != cons0) {
+    DAG scaled = CopyAlg(product);
+    scaled[1] = simpl(mul(product[1], pair.coefficient));
+    pair.term = simpl(scaled);
+    pair.coefficient = cons1;
+  }
+}
+
+[[noreturn]] void invalidTerm(DAG original) {
+  KernelException(lengthOf(original) == 3 ? "invalid terms in product" : "invalid terms in sum");
+}
+
+struct NumberFold {
+  DAG result;            // set when a term settles the whole
+  DAG zero;              // the float zero that the numbers have come to
+  bool hasHead = false;  // a product headed by a COMPLEX stands among the terms
+};
+
+// Numeric terms fold into the first of them; a total of 0 goes. Products take in what they can of their
+// coefficients.
+NumberFold foldNumbers(DAG s, DAG original) {
+  NumberFold fold;
+  Pair* p = pairsOf(s);
+  Word n = pairCount(s);
+  Word accumulator = n;
+  for (Word i = 0; i < n; ++i) {
+    DAG term = p[i].term;
+    switch (tagOf(term)) {
+      case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
+        fold.result = sumOfRelations(s);
+        return fold;
+      case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case COMPLEX: {
+        // The place of a term that another has taken in: an exact 0 would make a float of a complex part.
+        if (term == cons0 && p[i].coefficient == cons0) break;
+        DAG value = p[i].coefficient == cons1 ? term : mul(term, p[i].coefficient);
+        if (accumulator == n) {
+          accumulator = i;
+          p[i] = {value, cons1};
+        } else {
+          p[accumulator].term = add(p[accumulator].term, value);
+          p[i] = {cons0, cons0};
+        }
+        break;
+      }
+      case PROD:
+        absorbIntoProduct(p[i]);
+        if (isTag(p[i].term, PROD) && isTag(p[i].term[1], COMPLEX)) fold.hasHead = true;
+        break;
+      case SUM:
+        // Only a term that became a sum while it took its coefficient in.
+        break;
+      default:
+        if ((quietTags & setOf({tagOf(term)})) == 0) invalidTerm(original);
+    }
+  }
+  if (accumulator != n) {
+    DAG value = simpl(p[accumulator].term);
+    p[accumulator].term = value;
+    if (isZero(value)) {
+      if (!isInteger(value)) fold.zero = value;
+      p[accumulator] = {cons0, cons0};
+    }
+  }
+  return fold;
+}
+
+// The sum `s` with `undefined` in place of its infinite terms `i` and `k`.
+DAG undefinedInPlaceOf(DAG s, Word i, Word k) {
+  DAG copied = CopyAlg(s);
+  pairsOf(copied)[i] = {ini("undefined"), cons1};
+  pairsOf(copied)[k] = {cons0, cons0};
+  return simpl(copied);
+}
+
+// Infinities and `undefined` among the terms: all of one sign merge, of both signs there is no value. Beside
+// what is left numbers vanish, and beside `undefined` infinities do. Gives the result when that ends the sum.
+DAG mergeInfinities(DAG s) {
+  Pair* p = pairsOf(s);
+  Word n = pairCount(s);
+  Word infinite = n, undefined = n;
+  for (Word i = 0; i < n; ++i) {
+    if (p[i].term == ini("undefined")) {
+      if (undefined != n) return ini("undefined");
+      undefined = i;
+      p[i].coefficient = cons1;
+    }
+    if (p[i].term != ini("infinity") || isZero(p[i].coefficient)) continue;
+    DAG sign = consneg(p[i].coefficient) ? consm1 : cons1;
+    if (infinite == n) {
+      infinite = i;
+      p[i].coefficient = sign;
+    } else if (p[infinite].coefficient == sign) {
+      p[i] = {cons0, cons0};
+    } else {
+      DAG a = simpl(new3(SUM, ini("infinity"), p[infinite].coefficient));
+      DAG b = simpl(new3(SUM, ini("infinity"), sign));
+      DAG standard = undefinedInPlaceOf(s, infinite, i);
+      // A handler answers with its own kind of number for a number; for a sum with what it likes.
+      return TriggerNumericEvent(invalidOperation, naminstall("-"), a, b, standard, isUndefined(standard));
+    }
+  }
+  const Word kept = undefined != n ? undefined : infinite;
+  if (kept == n) return DAG();
+  for (Word i = 0; i < n; ++i)
+    if (i != kept && (isNumeric(p[i].term) || isSpecial(p[i].term))) p[i] = {cons0, cons0};
+  return DAG();
+}
+
+// What stands behind the complex head of each term, one object whatever the order of its factors; 0 for other terms.
+DAG complexTails(DAG s) {
+  const Word n = pairCount(s);
+  DAG tails = newl2(n + 1, EXPSEQ);
+  for (Word i = 0; i < n; ++i) {
+    Pair pair = pairsOf(s)[i];
+    tails[i + 1] = DAG();
+    if (!isTag(pair.term, PROD) || pair.coefficient == cons0) continue;
+    const Pair* factors = pairsOf(pair.term);
+    if (!isTag(factors[0].term, COMPLEX) || factors[0].coefficient != cons1) continue;
+    const Word count = pairCount(pair.term) - 1;
+    tails[i + 1] = count == 1 && factors[1].coefficient == cons1 ? factors[1].term
+                                                                 : uniquePairs(PROD, factors + 1, count);
+  }
+  return tails;
+}
+
+// Terms headed by a COMPLEX that agree in all other factors add their heads into the first of them.
+bool mergeComplexHeads(DAG s) {
+  const Word n = pairCount(s);
+  Pair* p = pairsOf(s);
+  DAG tails = complexTails(s), totals = newl2(n + 1, EXPSEQ);
+  DAG firsts = firstOccurrences(&tails[1], n, 1);
+  bool changed = false;
+  for (Word i = 0; i < n; ++i) {
+    totals[i + 1] = DAG();
+    if (!tails[i + 1]) continue;
+    const Word first = static_cast<Word>(immediateValue(firsts[i + 1]));
+    DAG head = simpl(mul(p[i].term[1], p[i].coefficient));
+    if (first == i) {
+      totals[i + 1] = head;
+      continue;
+    }
+    totals[first + 1] = simpl(add(totals[first + 1], head));
+    p[i] = {cons0, cons0};
+    changed = true;
+  }
+  for (Word i = 0; changed && i < n; ++i) {
+    if (!totals[i + 1]) continue;
+    DAG merged = CopyAlg(p[i].term);
+    merged[1] = totals[i + 1];
+    p[i] = {simpl(merged), cons1};
+  }
+  return changed;
+}
+
+// ---- equal terms
+
+std::uint32_t orderOf(const Pair& pair) { return pair.term.word ^ 0x80000000u; }
+
+// Stable sort of pairs by the bits of their order that vary, from the lowest up, a digit of `width` bits at a
+// time (Knuth, vol. 3, 5.2.5, algorithm R). Terms stand near each other, so that two digits do for most sums.
+// False when there is no room for the copy.
+bool radixSort(Pair* pairs, Word n, std::uint32_t varying) {
+  constexpr int mostDigitBits = 11;
+  Pair* copy = static_cast<Pair*>(std::malloc(n * sizeof(Pair)));
+  if (copy == nullptr) return false;
+  const int low = std::countr_zero(varying), bits = std::bit_width(varying) - low;
+  const int digits = (bits + mostDigitBits - 1) / mostDigitBits, width = (bits + digits - 1) / digits;
+  const std::uint32_t mask = (std::uint32_t{1} << width) - 1;
+  Pair *from = pairs, *to = copy;
+  for (int digit = 0; digit < digits; ++digit) {
+    const int shift = low + digit * width;
+    Word place[std::size_t{1} << mostDigitBits];
+    std::memset(place, 0, sizeof(Word) * (mask + 1));
+    for (Word i = 0; i < n; ++i) ++place[(orderOf(from[i]) >> shift) & mask];
+    Word before = 0;
+    for (Word d = 0; d <= mask; ++d) before += std::exchange(place[d], before);
+    for (Word i = 0; i < n; ++i) to[place[(orderOf(from[i]) >> shift) & mask]++] = from[i];
+    std::swap(from, to);
+  }
+  if (from != pairs) std::memcpy(static_cast<void*>(pairs), from, n * sizeof(Pair));
+  std::free(copy);
+  return true;
+}
+
+// Sorts pairs by the signed words of their terms. True when no two were equal and all stood in order.
+bool sortByTerm(Pair* pairs, Word n) {
+  Word i = 1;
+  while (i < n && orderOf(pairs[i - 1]) < orderOf(pairs[i])) ++i;
+  if (i == n) return true;
+  // Below, the table of digits costs more than it saves (bench/simplify_bench.cpp).
+  constexpr Word radixFrom = 64;
+  if (n >= radixFrom) {
+    std::uint32_t varying = 0;
+    for (Word k = 1; k < n; ++k) varying |= orderOf(pairs[k]) ^ orderOf(pairs[0]);
+    if (varying == 0 || radixSort(pairs, n, varying)) return false;
+  }
+  std::sort(pairs, pairs + n, [](const Pair& a, const Pair& b) { return orderOf(a) < orderOf(b); });
+  return false;
+}
+
+// Equal terms add their coefficients into the first of them; the others get coefficient 0. `products` tells
+// whether any term is a PROD.
+void collectEqualTerms(DAG s, bool products) {
+  auto addCoefficients = [products](DAG term, DAG a, DAG b) {
+    DAG sum = add(a, b);
+    return products && isTag(term, PROD) ? coefficientBefore(term, sum) : sum;
+  };
+  Pair* p = pairsOf(s);
+  Word n = pairCount(s);
+  if (lengthOf(s) >= sortFromLength) {
+    // A folded number that is 0 stands in front, far from the words of the terms.
+    while (n != 0 && p->term == cons0 && p->coefficient == cons0) ++p, --n;
+    if (sortByTerm(p, n)) return;
+    for (Word i = 0; i < n;) {
+      Word k = i + 1;
+      DAG term = p[i].term, coefficient = p[i].coefficient;
+      for (; k < n && p[k].term == term; ++k) {
+        coefficient = addCoefficients(term, coefficient, p[k].coefficient);
+        p[k] = {cons0, cons0};
+      }
+      p[i].coefficient = coefficient;
+      i = k;
+    }
+    return;
+  }
+  for (Word i = 0; i + 1 < n; ++i) {
+    if (p[i].coefficient == cons0) continue;
+    for (Word k = n - 1; k > i; --k)
+      if (p[k].term == p[i].term && p[k].coefficient != cons0) {
+        p[i].coefficient = addCoefficients(p[i].term, p[i].coefficient, p[k].coefficient);
+        p[k] = {cons0, cons0};
+      }
+  }
+}
+
+// True for a list that takes its coefficient in as soon as it has one.
+bool isPlainList(DAG x) {
+  return isTag(x, LIST) &&
+         !(lengthOf(x[1]) > 1 && isObject(x[1][1]) && hasTag(x[1][1], FUNCTION));
+}
+
+void checkListsAdd(DAG a, DAG b) {
+  if (lengthOf(a[1]) != lengthOf(b[1])) KernelException("adding lists of different length");
+  auto has = [](DAG list, DAG attribute) {
+    return lengthOf(list) == 3 && (list[2] == attribute || (isTag(list[2], EXPSEQ) && hasMember(list[2], attribute)));
+  };
+  const DAG row = ini("row"), column = ini("column");
+  if ((has(a, row) && has(b, column)) || (has(a, column) && has(b, row)))
+    KernelException("adding a row list to a column list");
+}
+
+// Sum of the elements at one place of all LIST terms.
+DAG sumOfElements(const Pair* p, Word n, Word place, Word lists) {
+  DAG total, terms = newl2(2 * lists + 1, SUM);
+  Pair* out = pairsOf(terms);
+  bool numeric = true;
+  for (Word i = 0; i < n; ++i) {
+    if (!isTag(p[i].term, LIST)) continue;
+    DAG element = p[i].term[1][place];
+    *out++ = {element, cons1};
+    numeric = numeric && isNumeric(element);
+    if (numeric) total = total ? add(total, element) : element;
+  }
+  return simpl(numeric ? total : terms);
+}
+
+// Lists add element by element into the first, coefficients taken in. All at once: sums of the first two, three,
+// four lists would each be as long as what they hold.
+void addListTerms(DAG s) {
+  Word n = pairCount(s);
+  Pair* p = pairsOf(s);
+  Word first = n, lists = 0;
+  for (Word i = 0; i < n; ++i) {
+    if (!isTag(p[i].term, LIST)) continue;
+    if (++lists == 1) first = i;
+  }
+  for (Word i = first; i < n; ++i) {
+    if (!isTag(p[i].term, LIST)) continue;
+    if (p[i].coefficient != cons1 && (lists > 1 || isPlainList(p[i].term)))
+      p[i] = {mapToList(p[i].term, p[i].coefficient), cons1};
+    if (i != first) checkListsAdd(p[first].term, p[i].term);
+  }
+  if (lists < 2) return;
+  DAG sum = CopyAlg(p[first].term), body = CopyAlg(sum[1]);
+  for (Word place = 1; place < lengthOf(body); ++place) {
+    passWork(objectSteps);
+    body[place] = sumOfElements(p, n, place, lists);
+  }
+  sum[1] = simpl(body);
+  for (Word i = first + 1; i < n; ++i)
+    if (isTag(p[i].term, LIST)) p[i] = {cons0, cons0};
+  p[first].term = simpl(sum);
+}
+
+// Simplifies the coefficients. A list takes in a zero of any form; beside another term a float zero becomes a
+// factor of 0. True when there is one: the sum has a number more.
+bool settleCoefficients(DAG s) {
+  bool again = false;
+  Pair* p = pairsOf(s);
+  for (Word i = 0, n = pairCount(s); i < n; ++i) {
+    DAG coefficient = p[i].coefficient;
+    if (isImmediate(coefficient)) {
+      if (!isZeroImmediate(coefficient)) continue;
+      p[i].coefficient = coefficient = cons0;
+    } else {
+      coefficient = p[i].coefficient = simpl(coefficient);
+      if (!isZero(coefficient)) continue;
+      if (!isTag(p[i].term, LIST)) {
+        p[i].term = cons0;
+        again = true;
+      }
+    }
+    if (isTag(p[i].term, LIST)) p[i] = {mapToList(p[i].term, coefficient), cons1};
+  }
+  return again;
+}
+
+// Moves the pairs with a coefficient other than the integer 0 together; the count that stays.
+Word compact(DAG s) {
+  Pair* p = pairsOf(s);
+  Word kept = 0;
+  for (Word i = 0, n = pairCount(s); i < n; ++i)
+    if (p[i].coefficient != cons0) p[kept++] = p[i];
+  return kept;
+}
+
+}  // namespace
+
+DAG mapToList(DAG list, DAG factor) {
+  passWork(objectSteps);
+  DAG body = CopyAlg(list[1]);
+  for (Word i = 1; i < lengthOf(body); ++i)
+    body[i] = simpl(isNumeric(body[i]) ? mul(body[i], factor) : new3(SUM, body[i], factor));
+  DAG scaled = CopyAlg(list);
+  scaled[1] = simpl(body);
+  return simpl(scaled);
+}
+
+DAG simplSum(DAG s) {
+  Kinds kinds;
+  for (Word i = 0, n = pairCount(s); i < n; ++i) {
+    Pair& pair = pairsOf(s)[i];
+    if (!isSettled(pair.term)) {
+      Pair product;
+      if (isTag(pair.term, PROD) && plainProduct(pair.term, product)) {
+        pair.term = product.term;
+        if (product.coefficient != cons1) pair.coefficient = mul(product.coefficient, pair.coefficient);
+      } else {
+        pair.term = simpl(pair.term);
+      }
+    }
+    kinds.add(pair);
+  }
+  if (lengthOf(s) == 3 && s[2] == cons1 && isTag(s[1], SUM)) return s[1];
+  if (hasUserBindings())
+    if (DAG bound = boundSum(s)) return bound;
+
+  DAG original = s;
+  if (kinds.has(SUM)) {
+    s = spliceNestedSums(s);
+    kinds = kindsOf(s);
+  }
+  if (kinds.failure) return kinds.failure;
+  if (kinds.hasFloat) {
+    if (DAG changed = TransformSEQ2F(s)) {
+      if (isImmediate(changed) || !hasTag(changed, SUM)) return simpl(changed);
+      s = changed;
+    }
+  }
+  if (kinds.has(COMPLEX) && combineComplexTerms(s)) kinds.hasSpecial = true;
+
+  Word n = pairCount(s);
+  DAG floatZero;
+  bool hasHead = false;
+  if (kinds.hasFloat || (kinds.tags & ~quietTags) != 0) {
+    NumberFold fold = foldNumbers(s, original);
+    if (fold.result) return fold.result;
+    floatZero = fold.zero;
+    hasHead = fold.hasHead;
+  }
+  if (kinds.hasSpecial)
+    if (DAG result = mergeInfinities(s)) return simpl(result);
+  bool again = hasHead && mergeComplexHeads(s);
+
+  if (n > 1) collectEqualTerms(s, kinds.has(PROD));
+  bool hasZeroFactor = settleCoefficients(s);
+  if (kinds.has(LIST)) addListTerms(s);
+  Word kept = compact(s);
+  if (kept == 0) return floatZero ? simpl(floatZero) : cons0;
+  Word length = 2 * kept + 1;
+  // Also when only a term is left: a raw sum can stand in several places, and comes here for each.
+  if (length != lengthOf(s)) shorten(s, lengthOf(s), length);
+  if (kept == 1 && pairsOf(s)[0].coefficient == cons1) return simpl(pairsOf(s)[0].term);
+  if (again || hasZeroFactor) return simplSum(s);
+  return makeUnique(s);
+}
+
+}  // namespace korel

@@ -1,0 +1,366 @@
+// The `for` loops.
+//
+// A loop whose body holds no `break`, `next` or `goto` of its own runs without a jump buffer; two flags
+// on the statement remember what a scan of the body found.
+
+#include <cstring>
+
+#include "numbers/arithmetic.h"
+#include "eval/statements/assign.h"
+#include "eval/evaluate/environment_variables.h"
+#include "eval/evaluate/evaluate.h"
+#include "eval/structure/operands.h"
+#include "eval/evaluate/known_values.h"
+#include "eval/simplify/simplify.h"
+#include "eval/statements/statements.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "frame/output.h"
+#include "numbers/integer/integer.h"
+#include "store/collect/collector.h"
+#include "store/constants.h"
+#include "store/generations.h"
+#include "store/names.h"
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+bool isCharacter(DAG x) { return isTag(x, STRING) && textOf(x)[0] != 0 && textOf(x)[1] == 0; }
+int codeOf(DAG string) { return static_cast<unsigned char>(textOf(string)[0]); }
+bool isGotoCall(DAG x) { return isTag(x, FUNCTION) && x[1] == ini("goto"); }
+
+// What a loop keeps over the jumps that can arrive in it.
+struct Loop {
+  DAG variable;
+  DAG condition;  // the `while` part, `true` when absent
+  DAG body;
+  int mode;
+  std::int32_t level;  // depth at the loop statement
+  bool guarded;        // has a jump buffer of its own
+  EnvironmentBlock block;
+  EnvironmentBlock* previous;
+  std::jmp_buf buffer;
+  DAG value;
+};
+
+bool jumpsOf(DAG statement, DAG body) {
+  Word flags = controlWord(statement);
+  if ((flags & brnextKnown) == 0) {
+    flags |= brnextKnown | (hasbrnext(body) ? hasBrnext : 0);
+    controlWord(statement) = flags;
+  }
+  return (flags & hasBrnext) != 0;
+}
+
+void enterLoop(Loop& loop, DAG statement) {
+  loop.level = evaluationLevel;
+  loop.value = null;
+  loop.guarded = jumpsOf(statement, loop.body);
+  if (loop.guarded) loop.previous = enterEnvironment(loop.block, loop.buffer);
+}
+void leaveLoop(Loop& loop) {
+  if (loop.guarded) RestoreEnvironment(loop.previous);
+  evaluationLevel = loop.level;
+}
+
+// Where a jump that arrived in the loop's buffer leads.
+enum class Arrival { next, leave };
+Arrival arrive(Loop& loop, int code) {
+  Environment = &loop.block;
+  switch (code) {
+    case jumpReturn:
+      if (isGotoCall(funret)) {
+        evaluationLevel = loop.level + 3;
+        if (DAG value = evalgoto(loop.body, funret[2][1])) {
+          loop.value = value;
+          return Arrival::next;
+        }
+      }
+      RestoreEnvironment(loop.previous);
+      jumpOut(jumpReturn);
+    case jumpBreak:
+      evaluationLevel = loop.level + 3;
+      return isTag(funret, BREAK) ? Arrival::leave : Arrival::next;
+    default:
+      RestoreEnvironment(loop.previous);
+      jumpOut(static_cast<JumpCode>(code));
+  }
+}
+
+// Truth of the `while` part.
+bool conditionHolds(const Loop& loop) {
+  if (loop.condition == ini("true")) return true;
+  ++evaluationLevel;
+  DAG truth = plainTruthOf(loop.condition);
+  if (!truth) truth = truthOf(loop.condition);
+  --evaluationLevel;
+  if (truth == ini("true")) return true;
+  if (truth == ini("false") || truth == ini("FAIL")) return false;
+  KernelException("cannot evaluate boolean: %1", truth);
+}
+
+DAG loopVariable(DAG field) {
+  return field == null ? simpl(newLocalName("")) : evalname(field);
+}
+void checkVariable(DAG variable) {
+  if (!isTag(variable, NAME) && !isTag(variable, TABLEREF))
+    KernelException("controlling variable of for loop must be a name");
+}
+
+// ---- counted loops
+
+struct CountedLoop : Loop {
+  DAG from, by, to;
+  bool characters;
+  bool bounded;
+  bool falling;
+  bool ordinary;  // the variable is a name that takes any value: no environment variable, no special name
+  bool plain;     // ordinary, the increment and the bound small integers, and no `while` part
+};
+
+// The string of a code; beyond the last character, where a loop may end, there is none.
+DAG characterString(DAG code) {
+  if (!isImmediate(code) || immediateValue(code) < 1 || immediateValue(code) > 255) return null;
+  return charinstall(static_cast<char>(immediateValue(code)));
+}
+
+// Checks the bounds; false when the loop runs nothing for an infinite start or bound.
+bool checkBounds(CountedLoop& loop) {
+  DAG infinity = ini("infinity");
+  if (!isNumeric(loop.by)) KernelException("increment of for loop must be numeric");
+  if (loop.characters && !isInteger(loop.by))
+    KernelException("increment when looping over characters must be an integer");
+  loop.falling = consneg(loop.by);
+  if ((loop.from == infinity && !loop.falling && loop.to != infinity) ||
+      (loop.from == consminf && loop.falling && loop.to != consminf))
+    return false;
+  if (!loop.characters && !isNumeric(loop.from)) {
+    if (isCharacter(loop.from)) KernelException("final value in for loop must have same type as initial");
+    if (loop.from == infinity || loop.from == consminf)
+      KernelException("infinite loops must have finite initial value");
+    KernelException("initial value in for loop must be numeric or character");
+  }
+  if (!loop.bounded) return true;
+  if (loop.to == infinity || loop.to == consminf) {
+    if (loop.falling == (loop.to == infinity)) return false;
+    loop.bounded = false;
+  } else if (!loop.characters && !isNumeric(loop.to)) {
+    if (isCharacter(loop.to)) KernelException("final value in for loop must have same type as initial");
+    KernelException("final value in for loop must be numeric or character");
+  }
+  return true;
+}
+
+bool pastBound(const CountedLoop& loop) {
+  if (!loop.bounded) return false;
+  // Both bounds immediate, as in most loops: one comparison of words.
+  if (isImmediate(loop.from) && isImmediate(loop.to)) {
+    std::int32_t from = immediateValue(loop.from), to = immediateValue(loop.to);
+    return loop.falling ? from < to : from > to;
+  }
+  int order = compcon(loop.from, loop.to);
+  return loop.falling ? order < 0 : order > 0;
+}
+
+void storeVariable(const CountedLoop& loop) {
+  assign(loop.variable, loop.characters ? characterString(loop.from) : loop.from);
+}
+
+// The step from one small integer to another in an ordinary variable; false for any other.
+bool stepImmediate(CountedLoop& loop) {
+  if (!loop.ordinary || !isImmediate(loop.by)) return false;
+  DAG name = loop.variable;
+  DAG value = name[1];
+  if (!isImmediate(value) || value == consm0 || !isOpenName(name)) return false;
+  std::int32_t next = (static_cast<std::int32_t>(value.word) >> 1) + immediateValue(loop.by);
+  if (!fitsImmediate(next)) return false;
+  name[1] = loop.from = immediate(next);
+  stepEvaluationClock();
+  return true;
+}
+
+// The step: the variable is read back, since the body may have changed it.
+void step(CountedLoop& loop) {
+  DAG value = mvalue(loop.variable);
+  if (loop.characters && isTag(value, STRING)) {
+    value = immediate(codeOf(value));
+  } else if (!isNumeric(value) || (loop.characters && !isInteger(value))) {
+    KernelException("for while(1) variable reassigned improperly");
+  }
+  loop.from = simpl(loop.by == cons1 && !loop.characters ? increment(value) : add(value, loop.by));
+  if (loop.characters && characterString(loop.from) == null && !pastBound(loop))
+    KernelException("for while(1) variable reassigned improperly");
+  storeVariable(loop);
+}
+
+// Whether another round is to be run: the bound isn't passed, and the `while` part holds.
+bool hasRound(CountedLoop& loop) {
+  if (loop.plain && isImmediate(loop.from) && loop.from != consm0) {
+    auto from = static_cast<std::int32_t>(loop.from.word), to = static_cast<std::int32_t>(loop.to.word);
+    return loop.falling ? from >= to : from <= to;
+  }
+  return !pastBound(loop) && conditionHolds(loop);
+}
+
+// Runs from the loop's head until it ends; after a `next` again from the step.
+void runCounted(CountedLoop& loop) {
+  bool fromStep = false;
+  if (loop.guarded) {
+    int code = ::_setjmp(loop.buffer);
+    if (code != 0) {
+      if (arrive(loop, code) == Arrival::leave) return;
+      fromStep = true;
+    }
+  }
+  for (;;) {
+    if (!fromStep) {
+      evaluationLevel = loop.level;
+      if (!hasRound(loop)) return;
+      evaluationLevel = loop.level + 3;
+      loop.value = evalstat(loop.body, loop.mode);
+    }
+    fromStep = false;
+    if (!stepImmediate(loop)) step(loop);
+    evaluationLevel = loop.level;
+    if (evaluationLevel + 1 < gene[gcgen] || collectAlways) evalstat(null, modeInner);
+  }
+}
+
+// ---- loops over a container
+
+struct ContainerLoop : Loop {
+  DAG container;
+  std::int64_t count;
+  std::int64_t index;
+};
+
+std::int64_t elementCount(DAG container) {
+  if (isTag(container, STRING)) return static_cast<std::int64_t>(std::strlen(textOf(container)));
+  return numterms(container);
+}
+
+DAG element(DAG container, std::int64_t k) {
+  if (!isImmediate(container)) switch (tagOf(container)) {
+      case LIST: case SET: return container[1][k];
+      case STRING: return charinstall(textOf(container)[k - 1]);
+      default: break;
+    }
+  return op(k, k, container);
+}
+
+void runOver(ContainerLoop& loop) {
+  if (loop.guarded) {
+    int code = ::_setjmp(loop.buffer);
+    if (code != 0 && arrive(loop, code) == Arrival::leave) return;
+  }
+  while (++loop.index <= loop.count) {
+    DAG x = element(loop.container, loop.index);
+    assign(loop.variable, x);
+    if (evaluationLevel < shownDepth(*Environment->frame) && loop.mode >= 0)
+      sendStream("INTERFACE_RESULT", {new3(ASSIGN, simpl(loop.variable), x)});
+    if (!conditionHolds(loop)) return;
+    loop.value = evalstat(loop.body, loop.mode);
+    evaluationLevel = loop.level + 3;
+  }
+}
+
+}  // namespace
+
+DAG forfrom(DAG s, int mode) {
+  CountedLoop loop{};
+  loop.variable = loopVariable(s[1]);
+  loop.from = simpl(eval(s[2]));
+  loop.by = simpl(eval(s[3]));
+  updategen(loop.by);
+  loop.to = simpl(eval(s[4]));
+  updategen(loop.to);
+  loop.bounded = s[4] != null;  // what only evaluates to nothing is no bound
+  checkVariable(loop.variable);
+  loop.condition = s[5];
+  loop.body = s[6];
+  loop.mode = mode;
+  loop.characters = isCharacter(loop.from) && isCharacter(loop.to);
+  if (!checkBounds(loop)) {
+    assign(loop.variable, loop.from);
+    return null;
+  }
+  if (loop.characters) {
+    loop.from = immediate(codeOf(loop.from));
+    loop.to = immediate(codeOf(loop.to));
+  }
+  loop.ordinary = !loop.characters && isOrdinaryName(loop.variable);
+  loop.plain = loop.ordinary && isImmediate(loop.by) && loop.bounded && isImmediate(loop.to) &&
+               loop.to != consm0 && loop.condition == ini("true");
+  storeVariable(loop);
+  enterLoop(loop, s);
+  runCounted(loop);
+  leaveLoop(loop);
+  return loop.value;
+}
+
+DAG forin(DAG s, int mode) {
+  ContainerLoop loop{};
+  loop.variable = loopVariable(s[1]);
+  loop.container = simpl(eval(s[2]));
+  updategen(loop.container);
+  checkVariable(loop.variable);
+  loop.condition = s[3];
+  loop.body = s[4];
+  loop.mode = mode;
+  loop.count = elementCount(loop.container);
+  loop.index = 0;
+  enterLoop(loop, s);
+  evaluationLevel = loop.level + 3;
+  runOver(loop);
+  leaveLoop(loop);
+  return loop.value;
+}
+
+bool hasbrnext(DAG body) {
+  if (isImmediate(body)) return false;
+  Word n = lengthOf(body);
+  switch (tagOf(body)) {
+    case BREAK: case NEXT: return true;
+    case FUNCTION:
+      if (body[1] == ini("goto")) return true;
+      return body[1] == ini("TRACE") && isTag(body[2], EXPSEQ) && lengthOf(body[2]) == 4 &&
+             hasbrnext(body[2][3]);
+    case STATSEQ:
+      for (Word i = 1; i < n; ++i)
+        if (hasbrnext(body[i])) return true;
+      return false;
+    case IF:
+      for (Word i = 2; i < n; i += 2)
+        if (hasbrnext(body[i])) return true;
+      return (n & 1) == 0 && hasbrnext(body[n - 1]);
+    case TRY:
+      if (hasbrnext(body[1])) return true;
+      for (Word i = 3; i < n; i += 2)
+        if (hasbrnext(body[i])) return true;
+      return (n & 1) != 0 && hasbrnext(body[n - 1]);
+    default: return false;
+  }
+}
+
+DAG evalgoto(DAG sequence, DAG label) {
+  if (!isTag(sequence, STATSEQ)) return DAG();
+  DAG value;
+  for (Word i = 1, n = lengthOf(sequence); i < n; ++i) {
+    DAG s = sequence[i];
+    if (value) {
+      value = evalstat(s, modeInner);
+    } else if (s == label) {
+      value = label;
+    } else if (isTag(s, IF)) {
+      Word m = lengthOf(s);
+      for (Word k = 2; k < m && !value; k += 2) value = evalgoto(s[k], label);
+      if (!value && (m & 1) == 0) value = evalgoto(s[m - 1], label);
+    }
+  }
+  return value;
+}
+
+}  // namespace korel

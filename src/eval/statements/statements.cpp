@@ -1,0 +1,322 @@
+#include "eval/statements/statements.h"
+
+#include "eval/statements/assign.h"
+#include "builtins/builtins.h"
+#include "eval/evaluate/environment_variables.h"
+#include "eval/evaluate/evaluate.h"
+#include "eval/evaluate/operand.h"
+#include "eval/procedures/procedures.h"
+#include "library/save.h"
+#include "eval/simplify/simplify.h"
+#include "eval/evaluate/known_values.h"
+#include "eval/walk/has.h"
+#include "frame/time_limit.h"
+#include "eval/statements/try.h"
+#include "session/driver.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "frame/output.h"
+#include "session/reset_hooks.h"
+#include "library/system_functions.h"
+#include "store/collect/collector.h"
+#include "store/constants.h"
+#include "store/objects.h"
+#include "text/read/source.h"
+
+namespace korel {
+
+namespace {
+
+// The value of the statement that has just ended, which a collection at its end must not take.
+DAG valueInFlight;
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+
+int innerMode(int mode) { return mode < 0 ? modeSilent : modeInner; }
+
+// Whether a value of the present depth is shown.
+bool isShown(int mode) {
+  return mode >= 0 && mode != modeParse && evaluationLevel < shownDepth(*Environment->frame) + 6;
+}
+
+void show(DAG value) { sendStream("INTERFACE_RESULT", {value}); }
+
+DAG unwrap(DAG value) {
+  return isTag(value, EXPSEQ) && lengthOf(value) == 2 ? value[1] : value;
+}
+
+// The ditto values move on with a value of the frame that is running.
+// Whatever else a statement changes with its value, evaluation begins anew behind it.
+void shiftDitto(DAG value) {
+  Frame& frame = *Environment->frame;
+  frame.ditto3 = frame.ditto2;
+  frame.ditto2 = frame.ditto1;
+  frame.ditto1 = value;
+  updategen(value);
+  stepEvaluationClock();
+}
+
+[[gnu::noinline]] DAG expressionStatement(DAG s, int mode) {
+  DAG value = unwrap(simpl(evalOperand(s)));
+  if (mode == modeParse || value == null) return value;
+  shiftDitto(value);
+  if (isShown(mode)) show(value);
+  return value;
+}
+
+[[gnu::noinline]] DAG statementSequence(DAG s, int mode) {
+  DAG value = null;
+  int inner = innerMode(mode);
+  for (Word i = 1, n = lengthOf(s); i < n; ++i) value = evalstat(s[i], inner);
+  return value;
+}
+
+// ---- if
+
+// The frame is kept as well: an error passes while that of a procedure which the condition calls is running.
+struct SavedCondition {
+  Frame* frame;
+  DAG value;
+};
+
+void restoreInCondition(const char*) {
+  auto* saved = reinterpret_cast<SavedCondition*>(errorProcParam);
+  saved->frame->inCondition = saved->value;
+}
+
+[[gnu::noinline]] DAG truthOfOtherCondition(DAG condition) {
+  Frame& frame = *Environment->frame;
+  SavedCondition before{&frame, frame.inCondition};
+  PushParamErrorProc(restoreInCondition, &before);
+  frame.inCondition = ini("true");
+  DAG truth = truthOf(condition);
+  PopErrorProc();
+  frame.inCondition = before.value;
+  return truth;
+}
+
+[[gnu::noinline]] DAG ifStatement(DAG s, int mode) {
+  evaluationLevel += 3;
+  Word n = lengthOf(s);
+  DAG value = null;
+  bool taken = false;
+  for (Word i = 1; i + 1 < n && !taken; i += 2) {
+    DAG truth = plainTruthOf(s[i]);
+    if (!truth) truth = truthOfOtherCondition(s[i]);
+    if (truth == ini("true")) {
+      taken = true;
+      value = evalstat(s[i + 1], innerMode(mode));
+    } else if (truth != ini("false") && truth != ini("FAIL")) {
+      KernelException("cannot evaluate boolean: %1", truth);
+    }
+  }
+  if (!taken && (n & 1) == 0) value = evalstat(s[n - 1], innerMode(mode));
+  evaluationLevel -= 3;
+  return value;
+}
+
+// ---- assignment
+
+DAG assignmentTarget(DAG left) {
+  if (optASSERT == 2) {
+    if (isTag(left, DCOLON))
+      return new3(DCOLON, assignmentTarget(left[1]), simpl(eval(left[2])));
+    if (isTag(left, LOCAL) || isTag(left, PARAM) || isTag(left, LEXICAL)) {
+      DAG target = TypedLocal(left);
+      return isTag(target, DCOLON) ? target : evalname(target);
+    }
+    return TypedName(left);
+  }
+  return evalname(left);
+}
+
+// A call readlib('t') as the value may hold the target.
+bool isReadlibOf(DAG value, DAG target) {
+  if (!isTag(value, FUNCTION) || value[1] != ini("readlib") || lengthOf(value[2]) < 2) return false;
+  DAG first = value[2][1];
+  return first == target || (isTag(first, UNEVAL) && first[1] == target);
+}
+
+// Stores one value; gives the target as it is shown.
+DAG assignOne(DAG left, DAG& value, int mode) {
+  DAG target = assignmentTarget(left);
+  value = unwrap(value);
+  DAG word = target;
+  while (isTag(word, DCOLON)) word = word[1];
+  if (mode <= 0 && word != value && hasExceptInPROCorUNEVAL(value, word) && !isReadlibOf(value, word))
+    KernelException("recursive assignment");
+  assign(target, value);
+  return word;
+}
+
+void showAssignment(DAG target, DAG value, int mode) {
+  if (isShown(mode)) show(new3(ASSIGN, simpl(target), value));
+}
+
+DAG multipleAssignment(DAG left, DAG value, int mode) {
+  if (!isTag(value, EXPSEQ)) KernelException("cannot split rhs for multiple assignment");
+  Word n = lengthOf(left);
+  if (n != lengthOf(value)) KernelException("ambiguous multiple assignment");
+  DAG targets = newl2(n, EXPSEQ);
+  for (Word i = 1; i < n; ++i) {
+    DAG part = value[i];
+    targets[i] = simpl(assignOne(left[i], part, mode));
+  }
+  if (mode != modeParse) shiftDitto(value);
+  showAssignment(targets, value, mode);
+  return value;
+}
+
+// The instance that a local or a captured local of the running procedure stands for, the most frequent
+// targets, when it takes any value; or 0. Such an instance is neither an environment variable nor in the
+// library.
+DAG plainInstance(DAG left) {
+  if (isImmediate(left)) return DAG();
+  DAG name = frameInstance(left);
+  return isTag(name, NAME) && name[2] == null ? name : DAG();
+}
+
+// Whether `value` may be stored in an instance as it is. An integer may be without its place in the table
+// of simplified objects: `simpl` finds it one when it gets into something that is compared by its word.
+// Running sums would fill the table otherwise (bench/programs/loops.krl).
+bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
+
+[[gnu::noinline]] DAG assignment(DAG s, int mode) {
+  DAG value = evalOperand(s[2]);
+  DAG left = s[1];
+  if ((mode == modeInner || mode == modeSilent) && optASSERT != 2 && !isShown(mode)) [[likely]] {
+    // Outside procedures a value may not hold its target; a plain entry cannot.
+    if (DAG name = mode == modeInner ? plainInstance(left) : DAG()) {
+      if (!isStorable(value)) value = simpl(value);
+      if (value != name && !isTag(value, EXPSEQ)) {
+        shiftDitto(value);
+        name[1] = value;
+        return value;
+      }
+    }
+    value = simpl(value);
+    if (assignPlainEntry(left, value)) {
+      shiftDitto(value);
+      return value;
+    }
+  }
+  value = simpl(value);
+  if (isTag(left, EXPSEQ)) return multipleAssignment(left, value, mode);
+  DAG target = assignOne(left, value, mode);
+  if (mode != modeParse) shiftDitto(value);
+  showAssignment(target, value, mode);
+  return value;
+}
+
+// ---- the rest
+
+[[gnu::noinline]] DAG returnStatement(DAG s) {
+  DAG operand = isTag(s[1], EXPSEQ) ? s[1] : new2(EXPSEQ, s[1]);
+  return eval(new3(FUNCTION, ini("RETURN"), operand));
+}
+
+[[gnu::noinline]] DAG readStatement(DAG s, int mode) {
+  if (secureMode) KernelException("read is disabled");
+  DAG file = unwrap(simpl(eval(s[1])));
+  if (!isTag(file, NAME) && !isTag(file, STRING)) KernelException("read must have a file name");
+  return ReadSourceOrDotMFile(textOf(file), 0, mode == modeShow);
+}
+
+[[noreturn, gnu::noinline]] void raiseStatement(DAG s) { KorelException(simpl(eval(s[1]))); }
+
+[[noreturn, gnu::noinline]] void jumpStatement(DAG s) {
+  funret = s;
+  jumpOut(jumpBreak);
+}
+
+[[noreturn]] void stopStatement(DAG s) {
+  runHooks(HookMoment::stop);
+  sendstatus();
+  switch2(s);
+  notimpl("stop");
+}
+
+}  // namespace
+
+std::int32_t stepLevel = 0;
+DAG debugArgs = null;
+
+namespace {
+
+// The debugger has its turn before the statement that a step has led to.
+void stopForDebugger(DAG s) {
+  if (evaluationLevel > stepLevel || isTag(s, STATSEQ) || s == null) return;
+  stepLevel = 0;
+  if (evaluationLevel < 3) return;
+  evalsysf("debugger", "", debugArgs);
+  debugArgs = null;
+}
+
+}  // namespace
+
+namespace {
+
+// What may come between two statements, rarely: the debugger, an interrupt, a time limit.
+[[gnu::noinline]] void attend(DAG s) {
+  if (stepLevel != 0) stopForDebugger(s);
+  if (interruptIsDue()) jumpback();
+  checkTimeLimit();
+}
+
+// Each statement that works is a function of its own, as in `eval`.
+[[gnu::always_inline]] inline DAG runStatement(DAG s, int mode) {
+  Environment->frame->currentStatement = s;
+  if (++interruptCounter == 0 || (stepLevel | evalTimeLimit | pollWanted) != 0 ||
+      SpecialError == computationInterrupted) [[unlikely]]
+    attend(s);
+  if (isImmediate(s)) return expressionStatement(s, mode);
+  switch (tagOf(s)) {
+    case STATSEQ: return statementSequence(s, mode);
+    case ASSIGN: return assignment(s, mode);
+    case FOR: return lengthOf(s) == 7 ? forfrom(s, innerMode(mode)) : forin(s, innerMode(mode));
+    case IF: return ifStatement(s, mode);
+    case READ: return readStatement(s, mode);
+    case SAVE: return saveStatement(s);
+    case STOP: stopStatement(s);
+    case ERROR: raiseStatement(s);
+    case TRY: return tryStatement(s, innerMode(mode));
+    case RETURN: return returnStatement(s);
+    case BREAK: case NEXT: jumpStatement(s);
+    case USE: KernelException("use statement cannot be executed");
+    default: return expressionStatement(s, mode);
+  }
+}
+
+}  // namespace
+
+DAG evalst2(DAG s, int mode) { return runStatement(s, mode); }
+
+DAG evalstat(DAG s, int mode) {
+  std::int32_t level = ++evaluationLevel;
+  DAG value = runStatement(s, mode);
+  evaluationLevel = level;
+  if (endIsDue(level)) [[unlikely]] {
+    valueInFlight = value;
+    settleGenerations(level);
+    valueInFlight = DAG();
+  }
+  evaluationLevel = level - 1;
+  return value;
+}
+
+void initializeStatements() {
+  stepLevel = 0;
+  debugArgs = null;
+  registerRoot(&valueInFlight);
+  registerRoot(&debugArgs);
+}
+
+void collectInLoop() {
+  // A statement that is still being simplified, before it runs, has no level of its own: the end of a
+  // statement in there would release what it is made of.
+  if (evaluationLevel < 2) return;
+  if (cused > nextgcgen || evaluationLevel + 1 < gene[gcgen] || collectAlways)
+    evalstat(null, modeInner);
+}
+
+}  // namespace korel

@@ -1,0 +1,13 @@
+#pragma once
+// Conversions: each form is a procedure of the library.
+
+#include "builtins/builtins.h"
+#include "store/dag.h"
+
+namespace korel {
+
+/// convert(x, form, extra...): the value of `convert/form`(x, extra...). Error: "%1%2: missing system
+/// function" when there is none.
+DAG convert(const BuiltinCall& call);
+
+}  // namespace korel

@@ -1,0 +1,24 @@
+#pragma once
+// Deep equality of what is not unique: tables, procedures and `try` statements.
+//
+// Simplified objects are equal when they are one object. These are not shared even when alike, and are
+// compared by what they hold.
+
+#include "builtins/builtins.h"
+#include "store/dag.h"
+
+namespace korel {
+
+/// The same structure and the same entries; of a procedure, field by field.
+bool Equal(DAG a, DAG b);
+/// The same shape: of tables the indexing function and the bounds.
+bool EqualStructure(DAG a, DAG b);
+/// The same contents; of algebraic objects, that `a = b` is true.
+/// Error: "cannot handle tables with indexing functions".
+bool EqualEntries(DAG a, DAG b);
+
+/// EqualEntries(a, b), EqualStructure(a, b): a name stands for the table or procedure that it holds.
+DAG EqualEntriesBuiltin(const BuiltinCall& call);
+DAG EqualStructureBuiltin(const BuiltinCall& call);
+
+}  // namespace korel

@@ -1,0 +1,34 @@
+#pragma once
+// Replacement of whole subexpressions, found by their word.
+//
+// All equations apply at once, to the expression as it was: a replacement is not looked at again. What
+// doesn't change is shared with the original, and a shared part is replaced once. Operands here are
+// those of storage, so that 2*b is no part of a + 2*b, and numbers, names and their likes have none.
+
+#include "builtins/builtins.h"
+#include "store/dag.h"
+
+namespace korel {
+
+/// `x` with the left sides of `equations` (one EQUATION, or an EXPSEQ) replaced, simplified but not
+/// evaluated. `x` itself when nothing matches. Errors: "equations expected in subs", "invalid
+/// substitution in proc".
+DAG subs(DAG equations, DAG x);
+/// The worker, `equations` being an EXPSEQ of EQUATION: what changes in a simplified object is
+/// simplified on the way up.
+DAG subs1(DAG equations, DAG x);
+/// The same without simplification, but for the procedures in `x` that are already in their final form:
+/// for raw objects, and for callers that simplify in their own way.
+DAG substituteInCopy(DAG equations, DAG x);
+
+/// Gives back what substitutions that a special error ended have kept. None may be running.
+void ResetSubstitution();
+
+/// True when `after` can stand where `before` stood in a declaration of a procedure: a name for a name,
+/// a string for a string, sides alike in a typed name or an option with a value.
+bool isSameDeclaration(DAG before, DAG after);
+
+/// subs(e1, e2, ..., x): equations, or lists and sets of them.
+DAG subsBuiltin(const BuiltinCall& call);
+
+}  // namespace korel

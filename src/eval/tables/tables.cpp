@@ -1,0 +1,393 @@
+#include "eval/tables/tables.h"
+
+#include "numbers/arithmetic.h"
+#include "eval/statements/assign.h"
+#include "eval/evaluate/environment_variables.h"
+#include "eval/evaluate/evaluate.h"
+#include "eval/procedures/procedures.h"
+#include "eval/procedures/remember.h"
+#include "eval/simplify/simplify.h"
+#include "eval/evaluate/known_values.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "numbers/integer/integer.h"
+#include "library/system_functions.h"
+#include "store/constants.h"
+#include "store/generations.h"
+#include "store/hash.h"
+#include "store/names.h"
+#include "store/objects.h"
+#include "eval/tables/index_functions.h"
+#include "eval/walk/has.h"
+
+namespace korel {
+
+bool IndexFcnUsed = false;
+
+namespace {
+
+constexpr Word tableBuckets = 256;
+
+bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
+
+// ---- keys and bounds
+
+// The indices of a key, one or several.
+struct Indices {
+  const DAG* first;
+  Word count;
+
+  explicit Indices(const DAG& key)
+      : first(isTag(key, EXPSEQ) ? &key[1] : &key), count(isTag(key, EXPSEQ) ? lengthOf(key) - 1 : 1) {}
+};
+
+DAG arrayName() { return ini("array"); }
+
+bool isWithin(DAG index, DAG range) {
+  DAG lower = range[1], upper = range[2];
+  if (isImmediate(index) && isImmediate(lower) && isImmediate(upper)) {
+    std::int32_t i = immediateValue(index);
+    return immediateValue(lower) <= i && i <= immediateValue(upper);
+  }
+  return compcon(lower, index) <= 0 && compcon(index, upper) <= 0;
+}
+
+}  // namespace
+
+bool isIntegerKey(DAG key) {
+  Indices indices(key);
+  for (Word i = 0; i < indices.count; ++i)
+    if (!isInteger(indices.first[i])) return false;
+  return true;
+}
+
+void checkBounds(DAG key, DAG table, bool storing) {
+  DAG bounds = table[2];
+  if (bounds == ini("false")) return;
+  if (!isIntegerKey(key)) {
+    if (storing) KernelException("integer indices required for %1", arrayName());
+    return;
+  }
+  Indices indices(key), ranges(bounds);
+  if (indices.count != ranges.count) KernelException("number of indices does not match rank");
+  for (Word i = 0; i < indices.count; ++i)
+    if (!isWithin(indices.first[i], ranges.first[i]))
+      KernelException("%1 index out of range", arrayName());
+}
+
+// ---- entries
+
+DAG directEntry(DAG index, DAG table, DAG value) {
+  DAG key = tableKey(index);
+  if (table[2] != ini("false")) checkBounds(key, table, value != DAG());
+  DAG entries = table[3];
+  if (!value) {
+    PairAddress pair = search(key.word, entries);
+    return pair == notFound ? absent : pairValue(pair);
+  }
+  storeEntry(key, table, value);
+  return value;
+}
+
+void storeEntry(DAG key, DAG table, DAG value) {
+  DAG entries = table[3];
+  updategen(key);
+  updategen(value);
+  stepEvaluationClock();
+  hashunique(key.word, value, entries);
+  updategen(entries);
+  updategen(entries[bucketIndex(key.word, lengthOf(entries))]);
+}
+
+namespace {
+
+bool isNameLike(DAG x) { return isTag(x, NAME) || isTag(x, TABLEREF); }
+
+// A value that holds no reference to anything.
+bool isPlain(DAG value) { return isImmediate(value) || tagOf(value) <= NAME; }
+
+void refuseSelfReference(DAG index, DAG name, DAG value) {
+  if (!isNameLike(name) || isPlain(value)) return;
+  DAG sequence = isTag(index, EXPSEQ) ? index : simpl(new2(EXPSEQ, index));
+  if (hasExceptInPROCorUNEVAL(value, simpl(new3(TABLEREF, name, sequence))))
+    KernelException("recursive assignment");
+}
+
+}  // namespace
+
+DAG TableIndex(DAG index, DAG name, DAG table, DAG value) {
+  IndexFcnUsed = false;
+  if (value) refuseSelfReference(index, name, value);
+  if (table[1] == null) return directEntry(index, table, value);
+  return entryByFunction(index, name, table, value);
+}
+
+void removeEntry(DAG index, DAG table) {
+  stepEvaluationClock();
+  hashdelete(tableKey(storedIndex(index, table[1])).word, table[3]);
+}
+
+// ---- a store into what is no table yet
+
+namespace {
+
+bool hasNewTableHook() {
+  DAG hook = ini("index/newtable");
+  return valuenv(hook, false) != hook;
+}
+
+// The user's procedure `index/newtable` decides what is made: the table that it returns is assigned to
+// `name` and takes the value; anything else means that it has seen to the store itself.
+DAG indexNewTable(DAG index, DAG name, DAG value) {
+  DAG hook = valuenv(ini("index/newtable"), false);
+  DAG procedure = isTag(hook, NAME) ? valuenv(hook, false) : hook;
+  if (!isTag(procedure, PROC)) KernelException("`index/newtable` not assigned a procedure");
+  DAG arguments =
+      newSequence({new2(UNEVAL, name), new2(LIST, index), new2(LIST, new2(EXPSEQ, new2(UNEVAL, value)))});
+  for (DAG kept : {index, name, value}) updategen(kept);
+  DAG made = tableBehind(simpl(eval(new3(FUNCTION, ini("index/newtable"), arguments))));
+  if (!made) return value;
+  assign(name, made);
+  return TableIndex(index, name, made, value);
+}
+
+void refuseContainer(DAG container) {
+  switch (tagOf(container)) {
+    case LIST: KernelException("cannot assign to a list");
+    case SET: KernelException("cannot assign to a set");
+    case EXPSEQ: KernelException("cannot assign to an expression sequence");
+    default: return;
+  }
+}
+
+}  // namespace
+
+DAG korelindex(DAG index, DAG name, DAG container, DAG value) {
+  if (isTag(container, TABLE)) return TableIndex(index, name, container, value);
+  if (isTag(container, RTABLE))
+    KernelException("the operation `%1` is not available", naminstall("AssignToRTable"));
+  const bool insideProcedure = Environment->frame->previousFrame != nullptr;
+  const bool hook = hasNewTableHook();
+  if (!hook || !insideProcedure) refuseContainer(container);
+  if (isTag(container, NAME)) {
+    DAG stored = valuenv(container, false);
+    if (isTag(stored, TABLE)) return TableIndex(index, name, stored, value);
+  }
+  DAG target = isTag(container, NAME) ? container : name;
+  if (hook) return indexNewTable(index, target, value);
+  if (!isTag(container, NAME) && !isTag(container, TABLEREF) && !isTag(container, FUNCTION))
+    KernelException("invalid left hand side of table reference");
+  DAG table = maketable(DAG(), null);
+  assign(container, table);
+  return TableIndex(index, name, table, value);
+}
+
+// ---- listing
+
+namespace {
+
+DAG asList(DAG x) { return simpl(new2(LIST, isTag(x, EXPSEQ) ? x : simpl(new2(EXPSEQ, x)))); }
+
+struct Collection {
+  DAG sequence;
+  Word at;
+  int mode;
+};
+
+bool collectPair(void* arg, PairAddress pair) {
+  auto& c = *static_cast<Collection*>(arg);
+  DAG key = pairKey(pair), value = pairValue(pair);
+  DAG entry;
+  switch (c.mode) {
+    case tableIndices: entry = asList(key); break;
+    case tableEntries: entry = asList(value); break;
+    default: entry = simpl(new3(EQUATION, key, value)); break;
+  }
+  c.sequence[c.at++] = entry;
+  return true;
+}
+
+}  // namespace
+
+DAG indices(DAG table, int mode) {
+  std::int64_t count = hashcount(table[3]);
+  if (count >= maxLength) KernelException("object too large");
+  Collection c{newl2(static_cast<Word>(count + 1), EXPSEQ), 1, mode};
+  hashforeach(table[3], collectPair, &c);
+  return simpl(c.sequence);
+}
+
+DAG tableBehind(DAG x) {
+  if (isTag(x, TABLEREF)) x = simpl(mvalue(x));
+  if (isTag(x, NAME)) x = valuenv(x, false);
+  return isTag(x, TABLE) ? x : DAG();
+}
+
+// ---- creation
+
+namespace {
+
+[[noreturn]] void invalidParameters() {
+  KernelException("invalid parameters for creation of table or array");
+}
+
+struct Definition {
+  DAG bounds;       // EXPSEQ of RANGE
+  bool dimensions;  // told, be it that there are none
+  DAG values;       // LIST, SET, or 0
+};
+
+void addRange(Definition& definition, Word& count, DAG range) {
+  if (!isInteger(range[1]) || !isInteger(range[2]))
+    KernelException("non-integer ranges in array/table creation");
+  // An upper bound one below the lower makes an empty dimension.
+  if (compcon(range[1], simpl(add(range[2], cons1))) > 0)
+    KernelException("lower>upper bound in array/table creation");
+  definition.bounds[count++] = range;
+  definition.dimensions = true;
+}
+
+Definition readArguments(DAG arguments) {
+  Definition definition{newl2(lengthOf(arguments), EXPSEQ), false, DAG()};
+  Word count = 1;
+  for (Word i = 1; i < lengthOf(arguments); ++i) {
+    DAG argument = arguments[i];
+    if (isTag(argument, RANGE)) {
+      addRange(definition, count, argument);
+    } else if (isTag(argument, EXPSEQ)) {
+      definition.dimensions = true;
+    } else if (isTag(argument, LIST) || isTag(argument, SET)) {
+      if (definition.values) KernelException("multiple initialization of table/array");
+      definition.values = argument;
+    } else {
+      invalidParameters();
+    }
+  }
+  if (count != lengthOf(definition.bounds))
+    shorten(definition.bounds, lengthOf(definition.bounds), count);
+  return definition;
+}
+
+bool isListOfLists(DAG list) {
+  DAG members = list[1];
+  for (Word i = 1; i < lengthOf(members); ++i)
+    if (!isTag(members[i], LIST)) return false;
+  return lengthOf(members) > 1;
+}
+
+DAG countingRange(DAG list) {
+  return simpl(new3(RANGE, cons1, immediate(static_cast<std::int32_t>(lengthOf(list[1]) - 1))));
+}
+
+// Bounds that fit the values: one dimension for a flat list, two for a list of lists.
+DAG boundsOfValues(DAG list) {
+  if (!isListOfLists(list)) return new2(EXPSEQ, countingRange(list));
+  return new3(EXPSEQ, countingRange(list), countingRange(list[1][1]));
+}
+
+// ---- initial values without the library
+
+bool isEquations(DAG members) {
+  for (Word i = 1; i < lengthOf(members); ++i)
+    if (!isTag(members[i], EQUATION)) return false;
+  return true;
+}
+
+void storeEquation(DAG table, DAG equation) { TableIndex(equation[1], DAG(), table, equation[2]); }
+
+// The members of nested lists, the outermost of which counts dimension `dimension`; the indices before
+// that one are in `index`.
+void fillDimension(DAG table, DAG list, DAG index, Word dimension) {
+  if (!isTag(list, LIST)) invalidParameters();
+  checkStack();
+  DAG members = list[1];
+  DAG lower = Indices(table[2]).first[dimension - 1][1];
+  for (Word i = 1; i < lengthOf(members); ++i) {
+    index[dimension] = simpl(add(lower, immediate(static_cast<std::int32_t>(i - 1))));
+    if (dimension + 1 == lengthOf(index))
+      TableIndex(simpl(CopyAlg(index)), DAG(), table, members[i]);
+    else
+      fillDimension(table, members[i], index, dimension + 1);
+  }
+}
+
+// Equations store their right sides under their left sides. Other members of a table's list count from
+// 1; an array's nested lists fill its dimensions from the lower bounds.
+void fillInitialValues(DAG table, DAG values) {
+  updategen(values);
+  DAG members = values[1];
+  const bool array = table[2] != ini("false");
+  if (isEquations(members)) {
+    for (Word i = 1; i < lengthOf(members); ++i) storeEquation(table, members[i]);
+    return;
+  }
+  if (isTag(values, SET)) invalidParameters();
+  if (array) {
+    Word rank = Indices(table[2]).count;
+    if (rank == 0) invalidParameters();
+    fillDimension(table, values, newl2(rank + 1, EXPSEQ), 1);
+    return;
+  }
+  for (Word i = 1; i < lengthOf(members); ++i) {
+    if (isTag(members[i], EQUATION))
+      storeEquation(table, members[i]);
+    else
+      TableIndex(immediate(static_cast<std::int32_t>(i)), DAG(), table, members[i]);
+  }
+}
+
+}  // namespace
+
+DAG maketable(DAG function, DAG arguments, TableKind kind) {
+  Definition definition = readArguments(arguments);
+  if (kind == TableKind::table) {
+    if (definition.dimensions) KernelException("ranges cannot be specified for table definitions");
+  } else if (!definition.dimensions) {
+    if (!definition.values || isTag(definition.values, SET))
+      KernelException("needs ranges or initialization list for building arrays");
+    definition.bounds = boundsOfValues(definition.values);
+  }
+  DAG bounds = ini("false");
+  if (kind == TableKind::array) bounds = tableKey(simpl(definition.bounds));
+  DAG table = simpl(new4(TABLE, function ? function : null, bounds, newhashtab(tableBuckets)));
+  if (!definition.values) return table;
+  if (retrieve("index/", "FillInitVals") == null)
+    fillInitialValues(table, definition.values);
+  else
+    evalsysf("index/", "FillInitVals", newSequence({table, definition.values}));
+  return table;
+}
+
+// ---- the built-ins
+
+namespace {
+
+// A leading name, or a list of names of indexing functions, says how indices are read.
+DAG build(const BuiltinCall& call, TableKind kind) {
+  DAG arguments = call.arguments;
+  Word n = argumentCount(call);
+  DAG function;
+  if (n > 0 && (isTag(arguments[1], NAME) || isFunctionList(arguments[1]))) {
+    function = arguments[1];
+    arguments = n == 1 ? null : copysub(arguments, 1, n - 1);
+  }
+  return maketable(function, arguments, kind);
+}
+
+DAG list(const BuiltinCall& call, IndicesMode mode) {
+  if (argumentCount(call) != 1) wrongParameters(call);
+  if (isTag(call.arguments[1], RTABLE))
+    KernelException("the operation `%1` is not available", call.self);
+  DAG table = tableBehind(call.arguments[1]);
+  if (!table) wrongParameters(call);
+  return indices(table, mode);
+}
+
+}  // namespace
+
+DAG tableBuiltin(const BuiltinCall& call) { return build(call, TableKind::table); }
+DAG arrayBuiltin(const BuiltinCall& call) { return build(call, TableKind::array); }
+DAG indicesBuiltin(const BuiltinCall& call) { return list(call, tableIndices); }
+DAG entriesBuiltin(const BuiltinCall& call) { return list(call, tableEntries); }
+
+}  // namespace korel

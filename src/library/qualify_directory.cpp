@@ -1,0 +1,21 @@
+#include "library/qualify_directory.h"
+
+#include <unistd.h>
+
+#include "frame/errors.h"
+
+namespace korel {
+
+const char* FullyQualifyDir(const char* path) {
+  static char qualified[pathBufferSize];
+  char before[pathBufferSize];
+  if (getcwd(before, sizeof before) == nullptr) userror("could not determine current directory");
+  if (chdir(path) != 0) userror("directory does not exist");
+  // The way back comes first: a failure must not leave the process elsewhere.
+  bool known = getcwd(qualified, sizeof qualified) != nullptr;
+  if (chdir(before) != 0) userror("could not return to current directory");
+  if (!known) userror("could not qualify directory");
+  return qualified;
+}
+
+}  // namespace korel

@@ -1,0 +1,7 @@
+#include "library/retrieve.h"
+
+namespace korel {
+
+void RetrieveName(DAG name) { controlWord(name) &= ~deferredBit; }
+
+}  // namespace korel

@@ -1,0 +1,79 @@
+#pragma once
+// Software floats: decimal numbers of any precision.
+//
+// A FLOAT holds an integer mantissa and an integer exponent of ten, neither of them normalised:
+// trailing zeros stay, so that 1.0 is (10, -1) and differs from 1. as an object. The mantissa may be
+// the negative zero `consm0`. The exponent lies between `cons_minfloatexp` and `cons_maxfloatexp`, or
+// it is the name `infinity` (an infinity with the mantissa's sign) or `undefined` (no number).
+//
+// Results carry at most `Digits` digits and are rounded under `Rounding`, both read from the running
+// frame. Every exceptional case is a numeric event (numbers/events/numeric_events.h). Results are fresh
+// objects, not simplified.
+
+#include <cstdint>
+
+#include "numbers/float/hardware_float.h"
+#include "numbers/integer/integer.h"
+#include "store/constants.h"
+#include "store/dag.h"
+#include "store/standard_names.h"
+
+namespace korel {
+
+inline DAG mantissaOf(DAG x) { return x[1]; }
+inline DAG exponentOf(DAG x) { return x[2]; }
+
+inline bool isFLOAT(DAG x) { return isObject(x) && hasTag(x, FLOAT); }
+/// FLOAT or HFLOAT.
+inline bool isFloatObject(DAG x) { return isObject(x) && (hasTag(x, FLOAT) || hasTag(x, HFLOAT)); }
+/// FLOAT with the exponent `infinity`.
+inline bool isFloatInfinity(DAG x) { return isFLOAT(x) && x[2] == ini("infinity"); }
+/// FLOAT with the exponent `undefined`.
+inline bool isFloatUndefined(DAG x) { return isFLOAT(x) && x[2] == ini("undefined"); }
+/// One of the two above; `x` is a FLOAT.
+inline bool isSingular(DAG x) { return isObject(x[2]) && hasTag(x[2], NAME); }
+/// FLOAT with a zero mantissa of either sign.
+inline bool isFloatZero(DAG x) { return isFLOAT(x) && (x[1] == cons0 || x[1] == consm0); }
+/// FLOAT that is finite: no infinity, not undefined.
+inline bool isFiniteFloat(DAG x) { return isFLOAT(x) && !isSingular(x); }
+
+/// An integer exponent as a machine number.
+inline std::int64_t exponentValue(DAG exponent) {
+  return isImmediate(exponent) ? immediateValue(exponent) : LongLongValue(exponent);
+}
+
+/// The float of `mantissa` and `exponent`. An exponent that is no integer makes the object as it
+/// stands; one out of bounds is an overflow or underflow event named `Float`, as is a number whose
+/// first digit has an exponent that leaves a word.
+DAG newFLOAT(DAG mantissa, DAG exponent);
+/// As `newFLOAT`, with the mantissa rounded to `Digits`; an inexact result is event 5.
+/// Error: "Digits has to be an integer greater than 0".
+DAG BuildFloat(DAG mantissa, DAG exponent);
+
+/// Sum and product of two floats.
+DAG FloatAdd(DAG a, DAG b);
+DAG FloatMultiply(DAG a, DAG b);
+/// a + b as floats, for any two real numbers.
+DAG evalfadd(DAG a, DAG b);
+/// a times b as a float, rounded once; `a` and `b` are real numbers, one of them a float.
+DAG evalfmul(DAG a, DAG b);
+/// a / b for floats; a zero `b` is a numeric event.
+DAG evalfdiv(DAG a, DAG b);
+/// a^n by repeated squaring under guard digits.
+DAG evalfpwr(DAG a, std::int32_t n);
+/// Square root of a real number that isn't negative. Singular floats give themselves.
+DAG evalfsqrt(DAG a);
+/// The exact number equal to a finite float.
+DAG floatrat(DAG x);
+/// The float of a RATIONAL.
+DAG rationalToFloat(DAG x);
+
+/// Numeric value of an expression at `Digits` digits (eval/evaluate/evalf.h).
+DAG evalf(DAG x);
+
+/// Sum of the hypergeometric series with numerator list `a`, denominator list `b`, at `z`. `terms` is 0
+/// or a positive integer that ends the sum; `guard` is 0 in outer calls. Gives a float, or the name
+/// `FAIL` when the numbers outgrow the space reckoned for them (numbers/float/hypergeometric.cpp).
+DAG hypergeom(DAG a, DAG b, DAG z, DAG terms, std::int64_t guard);
+
+}  // namespace korel

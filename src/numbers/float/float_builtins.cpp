@@ -1,0 +1,321 @@
+#include "numbers/float/float_builtins.h"
+
+#include "numbers/arithmetic.h"
+#include "eval/evaluate/evalf.h"
+#include "eval/evaluate/evaluate.h"
+#include "eval/simplify/simplify.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "numbers/complex/complex.h"
+#include "numbers/complex/complex_forms.h"
+#include "numbers/float/float.h"
+#include "numbers/integer/integer_functions.h"
+#include "numbers/events/numeric_events.h"
+#include "library/system_functions.h"
+#include "store/constants.h"
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+DAG argument(const BuiltinCall& call, Word i) { return call.arguments[i]; }
+
+void requireCount(const BuiltinCall& call, Word count) {
+  if (argumentCount(call) != count) wrongParameters(call);
+}
+
+DAG asItStands(const BuiltinCall& call) { return simpl(new3(FUNCTION, call.self, call.arguments)); }
+
+// The library's answer, or the call as it stands while the library has none.
+DAG fromLibrary(const BuiltinCall& call, const char* name) {
+  DAG value = evalextf("simpl/", name, call.arguments);
+  return value == null ? asItStands(call) : value;
+}
+
+// An argument for arithmetic that knows software floats only.
+DAG softArgument(const BuiltinCall& call, Word i) { return SuppressHFloats(argument(call, i)); }
+
+using Unary = DAG (*)(DAG);
+using Binary = DAG (*)(DAG, DAG);
+
+DAG applyUnary(const BuiltinCall& call, Unary f) {
+  requireCount(call, 1);
+  return simpl(f(argument(call, 1)));
+}
+DAG applyBinary(const BuiltinCall& call, Binary f) {
+  requireCount(call, 2);
+  return simpl(f(argument(call, 1), argument(call, 2)));
+}
+
+}  // namespace
+
+// ---- size, order, parts
+
+namespace {
+
+// The root of a rational square, or 0.
+DAG exactRoot(DAG x) {
+  auto rootOf = [](DAG n) {
+    DAG r = isqrt(n);
+    return compint(mulint(r, r), n) == 0 ? r : DAG();
+  };
+  if (isInteger(x)) return rootOf(x);
+  DAG p = rootOf(x[1]), q = rootOf(x[2]);
+  return p && q ? new3(RATIONAL, p, q) : DAG();
+}
+
+// |x| of a COMPLEX, or 0 where it is no number.
+DAG complexSize(DAG x) {
+  if (isFloatComplex(x)) return cxfabs(x);
+  if (isInfinite(x)) return ini("infinity");
+  if (isUndefined(x)) return ini("undefined");
+  if (!hasNumericParts(x)) return DAG();
+  if (lengthOf(x) == 2) return absalg(x[1]);
+  return exactRoot(add(mul(x[1], x[1]), mul(x[2], x[2])));
+}
+
+// The extreme of numbers in the order `wanted`; 0 when an argument can't be compared.
+DAG extremeOf(const BuiltinCall& call, int wanted) {
+  DAG best;
+  for (Word i = 1; i <= argumentCount(call); ++i) {
+    DAG x = softArgument(call, i);
+    if (isComplex(x) || !(isNumeric(x) || isInfinite(x) || isUndefined(x))) return DAG();
+    if (best && isUndefined(best)) continue;
+    if (!best || isUndefined(x) || compcon(x, best) == wanted) best = x;
+  }
+  return best;
+}
+
+}  // namespace
+
+DAG abs(const BuiltinCall& call) {
+  if (argumentCount(call) == 0) wrongParameters(call);
+  if (argumentCount(call) == 1) {
+    DAG x = softArgument(call, 1);
+    if (isComplex(x)) {
+      if (DAG size = complexSize(x)) return simpl(size);
+    } else if (isNumeric(x) || isInfinite(x) || isUndefined(x)) {
+      return simpl(absalg(x));
+    }
+  }
+  return fromLibrary(call, "abs");
+}
+
+DAG max(const BuiltinCall& call) {
+  if (argumentCount(call) == 0) return consminf;
+  DAG largest = extremeOf(call, 1);
+  return largest ? simpl(largest) : fromLibrary(call, "max");
+}
+
+DAG min(const BuiltinCall& call) {
+  if (argumentCount(call) == 0) return ini("infinity");
+  DAG least = extremeOf(call, -1);
+  return least ? simpl(least) : fromLibrary(call, "min");
+}
+
+DAG trunc(const BuiltinCall& call) {
+  if (argumentCount(call) == 0) wrongParameters(call);
+  if (argumentCount(call) == 1) {
+    DAG x = softArgument(call, 1);
+    if (isInfinite(x) || isUndefined(x)) return x;
+    if (isNumeric(x)) return simpl(mtrunc(x));
+    if (isComplex(x) && hasNumericParts(x)) {
+      DAG im = mul(sqrtm1, mtrunc(imaginaryPartOf(x)));
+      return simpl(lengthOf(x) == 2 ? im : add(mtrunc(x[1]), im));
+    }
+  }
+  return fromLibrary(call, "trunc");
+}
+
+DAG Re(const BuiltinCall& call) { return applyUnary(call, cxRealPart); }
+DAG Im(const BuiltinCall& call) { return applyUnary(call, cxImaginaryPart); }
+DAG conjugate(const BuiltinCall& call) { return applyUnary(call, conjugate); }
+DAG ilog10(const BuiltinCall& call) { return applyUnary(call, ilog10); }
+DAG ilog2(const BuiltinCall& call) { return applyUnary(call, ilog2); }
+
+// ---- the functions of IEEE 754
+
+DAG frem(const BuiltinCall& call) { return applyBinary(call, frem); }
+DAG CopySign(const BuiltinCall& call) { return applyBinary(call, CopySign); }
+DAG NextAfter(const BuiltinCall& call) { return applyBinary(call, NextAfter); }
+DAG NumericClass(const BuiltinCall& call) { return applyUnary(call, NumericClass); }
+DAG Unordered(const BuiltinCall& call) { return applyBinary(call, Unordered); }
+DAG OrderedNE(const BuiltinCall& call) { return applyBinary(call, OrderedNE); }
+DAG Scale2(const BuiltinCall& call) { return applyBinary(call, Scale2); }
+DAG Scale10(const BuiltinCall& call) { return applyBinary(call, Scale10); }
+DAG DefaultOverflow(const BuiltinCall& call) { return applyUnary(call, DefaultOverflow); }
+DAG DefaultUnderflow(const BuiltinCall& call) { return applyUnary(call, DefaultUnderflow); }
+
+DAG Default0(const BuiltinCall& call) {
+  requireCount(call, 0);
+  return Default0();
+}
+
+DAG SFloatMantissa(const BuiltinCall& call) {
+  requireCount(call, 1);
+  DAG x = softArgument(call, 1);
+  return isFLOAT(x) ? x[1] : asItStands(call);
+}
+
+DAG SFloatExponent(const BuiltinCall& call) {
+  requireCount(call, 1);
+  DAG x = softArgument(call, 1);
+  return isFLOAT(x) ? x[2] : asItStands(call);
+}
+
+// ---- numeric events
+
+namespace {
+
+bool isName(DAG x) { return isObject(x) && hasTag(x, NAME); }
+bool isEquation(DAG x) { return isObject(x) && hasTag(x, EQUATION); }
+DAG truth(bool value) { return value ? ini("true") : ini("false"); }
+
+DAG equationFor(int code, DAG value) { return new3(EQUATION, NumericEventName(code), value); }
+
+// All six equations, in code order.
+DAG allEvents(DAG (*valueOf)(int)) {
+  DAG result = newl2(numericEventCount + 1, EXPSEQ);
+  for (int code = 1; code <= numericEventCount; ++code)
+    result[code] = equationFor(code, valueOf(code));
+  return simpl(result);
+}
+
+DAG statusOf(int code) { return truth(GetNumericStatusFlag(code) != 0); }
+
+// A handler as it is stored: the procedure itself in place of its name.
+DAG handlerFrom(DAG action) {
+  if (action == ini("default") || action == ini("exception")) return action;
+  DAG value = isName(action) ? action[1] : action;
+  if (isObject(value) && hasTag(value, PROC)) return value;
+  KernelException("procedure, `default`, or `exception` expected for event handler");
+}
+
+}  // namespace
+
+DAG NumericEventHandler(const BuiltinCall& call) {
+  Word count = argumentCount(call);
+  if (count == 0) return allEvents(GetNumericEventHandler);
+  DAG only = argument(call, 1);
+  if (count == 1 && (only == ini("default") || only == ini("exception"))) {
+    DAG before = allEvents(GetNumericEventHandler);
+    for (int code = 1; code <= numericEventCount; ++code) SetNumericEventHandler(code, only);
+    return before;
+  }
+  DAG result = newl2(count + 1, EXPSEQ);
+  for (Word i = 1; i <= count; ++i) {
+    DAG x = argument(call, i);
+    if (isEquation(x)) {
+      if (!isName(x[1])) KernelException("event name=action expected");
+      int code = NumericEventCode(x[1]);
+      DAG handler = handlerFrom(x[2]);
+      result[i] = equationFor(code, GetNumericEventHandler(code));
+      SetNumericEventHandler(code, handler);
+    } else if (isName(x)) {
+      result[i] = GetNumericEventHandler(NumericEventCode(x));
+    } else {
+      KernelException("event name or name=action expected");
+    }
+  }
+  return simpl(result);
+}
+
+DAG NumericStatus(const BuiltinCall& call) {
+  Word count = argumentCount(call);
+  if (count == 0) return allEvents(statusOf);
+  if (count == 1 && argument(call, 1) == ini("false")) {
+    DAG before = allEvents(statusOf);
+    for (int code = 1; code <= numericEventCount; ++code) SetNumericStatusFlag(code, 0);
+    return before;
+  }
+  DAG result = newl2(count + 1, EXPSEQ);
+  for (Word i = 1; i <= count; ++i) {
+    DAG x = argument(call, i);
+    if (isEquation(x)) {
+      if (!isName(x[1])) KernelException("event name=value expected");
+      int code = NumericEventCode(x[1]);
+      if (x[2] != ini("true") && x[2] != ini("false"))
+        KernelException("true or false expected for event value");
+      result[i] = equationFor(code, statusOf(code));
+      SetNumericStatusFlag(code, x[2] == ini("true"));
+    } else if (isName(x)) {
+      result[i] = statusOf(NumericEventCode(x));
+    } else {
+      KernelException("event name or name=value expected");
+    }
+  }
+  return simpl(result);
+}
+
+DAG NumericEvent(const BuiltinCall& call) {
+  const Frame* frame = Environment->frame;
+  Word count = argumentCount(call);
+  const bool inProcedure = frame->previousFrame != nullptr;
+  if (count != 4 && !(count == 2 && inProcedure))
+    KernelException("event name, operation, operands, and default expected");
+  DAG event = argument(call, 1);
+  if (!isName(event)) KernelException("symbol expected for event name");
+  DAG operation, operands;
+  if (count == 4) {
+    operation = argument(call, 2);
+    operands = argument(call, 3);
+    if (!isName(operation)) KernelException("symbol expected for operation");
+    if (!isObject(operands) || !hasTag(operands, LIST))
+      KernelException("list expected for operands");
+  } else {
+    operation = frame->procName;
+    operands = new2(LIST, frame->args);
+  }
+  DAG sequence = new4(EXPSEQ, operation, operands, argument(call, count));
+  return simpl(TriggerNumericEvent(NumericEventCode(event), sequence, DAG(), DAG(), DAG(), false));
+}
+
+// ---- evalf and series
+
+DAG MorrBrilCull(const BuiltinCall& call) {
+  requireCount(call, 10);
+  for (Word i = 1; i <= 10; ++i)
+    if (!isInteger(argument(call, i))) wrongParameters(call);
+  return simpl(MorrBrilCull(call.arguments));
+}
+
+DAG hypergeomKernel(const BuiltinCall& call) {
+  Word count = argumentCount(call);
+  if (count != 3 && count != 4) wrongParameters(call);
+  DAG terms = cons0;
+  if (count == 4) {
+    terms = argument(call, 4);
+    // The kernel's own 0 stands for "no limit".
+    if (!isInteger(terms) || isZero(terms))
+      KernelException("optional fourth argument must be a positive integer");
+  }
+  return simpl(hypergeom(argument(call, 1), argument(call, 2), argument(call, 3), terms, 0));
+}
+
+namespace {
+
+// A number of digits as it is given to `evalf`.
+std::int64_t digitsFrom(const BuiltinCall& call, DAG n) {
+  if (!isImmediate(n) || immediateValue(n) <= 0) wrongParameters(call);
+  return immediateValue(n);
+}
+
+}  // namespace
+
+DAG evalf(const BuiltinCall& call) {
+  Word count = argumentCount(call);
+  if (isObject(call.self) && hasTag(call.self, TABLEREF)) {
+    DAG index = call.self[2];
+    if (count != 1 || !hasTag(index, EXPSEQ) || lengthOf(index) != 2) wrongParameters(call);
+    return simpl(binevalf(argument(call, 1), digitsFrom(call, simpl(eval(index[1])))));
+  }
+  if (count != 1 && count != 2) wrongParameters(call);
+  if (count == 2) {
+    DAG n = simpl(eval(argument(call, 2)));
+    if (n != null) return simpl(binevalf(argument(call, 1), digitsFrom(call, n)));
+  }
+  return simpl(evalf(simpl(eval(argument(call, 1)))));
+}
+
+}  // namespace korel

@@ -1,0 +1,188 @@
+#include "numbers/float/hardware_float.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "eval/simplify/simplify.h"
+#include "frame/errors.h"
+#include "numbers/float/float.h"
+#include "numbers/float/float_rounding.h"
+#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
+#include "store/constants.h"
+#include "store/objects.h"
+
+namespace korel {
+
+double mIEEEPosInfinity, mIEEENegInfinity, mIEEEQuietNaN, mIEEESignalNaN;
+double mIEEEPi, mIEEEgamma, mIEEECatalan;
+
+namespace {
+
+using DoubleBytes = std::uint8_t[8];
+
+// Big-endian bytes of the constants.
+struct HardwareConstant {
+  double* place;
+  DoubleBytes bytes;
+};
+const HardwareConstant hardwareConstants[] = {
+    // place               bytes
+    {&mIEEEPosInfinity, {0x7F, 0xF0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00}},
+    {&mIEEENegInfinity, {0xFF, 0xF0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00}},
+    {&mIEEEQuietNaN,    {0x7F, 0xFC, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00}},
+    {&mIEEESignalNaN,   {0x7F, 0xF7, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}},
+    {&mIEEEPi,          {0x40, 0x09, 0x21, 0xFB, 0x54, 0x44, 0x2D, 0x18}},
+    {&mIEEEgamma,       {0x3F, 0xE2, 0x78, 0x8C, 0xFC, 0x6F, 0xB6, 0x19}},
+    {&mIEEECatalan,     {0x3F, 0xED, 0x4F, 0x97, 0x13, 0xE8, 0x13, 0x5D}},
+};
+
+// Bytes are moved, never loaded as a double: that would quieten a signalling NaN.
+void storeBytes(double* place, const DoubleBytes& bytes) {
+  std::uint64_t bits = 0;
+  for (std::uint8_t byte : bytes) bits = bits << 8 | byte;
+  std::memcpy(place, &bits, sizeof bits);
+}
+
+int classOfBits(const double* place) {
+  std::uint64_t bits;
+  std::memcpy(&bits, place, sizeof bits);
+  constexpr std::uint64_t exponentMask = 0x7FF0000000000000, quietBit = 0x0008000000000000;
+  if ((bits & exponentMask) != exponentMask) return 4;
+  if ((bits & 0x000FFFFFFFFFFFFF) == 0)
+    return bits >> 63 != 0 ? negativeInfinity : positiveInfinity;
+  return (bits & quietBit) != 0 ? quietNaN : signallingNaN;
+}
+
+[[noreturn]] void reportConstant(const char* name, const double* place) {
+  std::uint64_t bits;
+  std::memcpy(&bits, place, sizeof bits);
+  char text[128];
+  int length = std::snprintf(text, sizeof text, "IEEE Math: %s, %g, %d, ", name, *place,
+                             classOfBits(place));
+  for (int shift = 56; shift >= 0; shift -= 8)
+    length += std::snprintf(text + length, sizeof text - static_cast<std::size_t>(length), "%02X",
+                            static_cast<unsigned>(bits >> shift & 0xFF));
+  std::fprintf(stderr, "%s\n", text);
+  notimpl(text);
+}
+
+void requireClass(const char* name, const double* place, int expected) {
+  if (classOfBits(place) != expected) reportConstant(name, place);
+}
+
+}  // namespace
+
+int fp_class_d(double x) { return classOfBits(&x); }
+
+void InitializeIEEEMath() {
+  for (const HardwareConstant& constant : hardwareConstants)
+    storeBytes(constant.place, constant.bytes);
+  requireClass("PosInfinity", &mIEEEPosInfinity, positiveInfinity);
+  requireClass("NegInfinity", &mIEEENegInfinity, negativeInfinity);
+  if (classOfBits(&mIEEESignalNaN) != signallingNaN) mIEEESignalNaN = mIEEEQuietNaN;
+  requireClass("SignalNaN", &mIEEESignalNaN, signallingNaN);
+  if (classOfBits(&mIEEEQuietNaN) != quietNaN) mIEEEQuietNaN = mIEEEPosInfinity / mIEEEPosInfinity;
+  requireClass("QuietNaN", &mIEEEQuietNaN, quietNaN);
+}
+
+int matherr(MathError& error) {
+  switch (error.type) {
+    case 1: case 2: case 5: case 6:
+      error.result = mIEEEQuietNaN;
+      break;
+    case 4:
+      error.result = 0.0;
+      break;
+    default:
+      break;
+  }
+  return 1;
+}
+
+double SoftwareToHardwareFloat(DAG x) {
+  DAG m = mantissaOf(x), e = exponentOf(x);
+  const bool negative = tagOf(m) == INTNEG;
+  if (e == ini("infinity")) return negative ? mIEEENegInfinity : mIEEEPosInfinity;
+  if (e == ini("undefined")) return mIEEEQuietNaN;
+  if (!isInteger(e)) notimpl("invalid software floating point value");
+  if (m == cons0) return 0.0;
+  if (m == consm0) return -0.0;
+  std::int64_t length = ilength(m), exponent = exponentValue(e);
+  if (exponent + length > 310) return negative ? mIEEENegInfinity : mIEEEPosInfinity;
+  if (exponent + length < -325) return negative ? -0.0 : 0.0;
+  // 800 digits tell any decimal number from a point halfway between two doubles; a one behind them
+  // stands for what is cut off.
+  constexpr std::int64_t longest = 800;
+  if (length > longest) {
+    const bool cut = SoftIntTrailingNonZeroes(m, length - longest);
+    m = shift10p(m, longest - length);
+    exponent += length - longest;
+    if (cut) {
+      m = addint(times10p(m, 1), negative ? consm1 : cons1);
+      --exponent;
+    }
+  }
+  char text[longest + 32];
+  char* end = writeDecimal(m, text);
+  std::snprintf(end, 24, "e%lld", static_cast<long long>(exponent));
+  return std::strtod(text, nullptr);
+}
+
+DAG HardwareToSoftwareFloat(double x) {
+  switch (fp_class_d(x)) {
+    case signallingNaN: return newFLOAT(consm1, ini("undefined"));
+    case quietNaN: return consfNaN;
+    case positiveInfinity: return consfinf;
+    case negativeInfinity: return consfminf;
+    default: break;
+  }
+  if (x == 0.0) return std::signbit(x) ? consfm0 : consf0;
+  if (std::fabs(x) < 2147483648.0 && x == std::trunc(x))
+    return newFLOAT(Newint(static_cast<std::int32_t>(x)), cons0);
+  // Sign, one digit, point, sixteen digits, exponent.
+  char text[40];
+  std::snprintf(text, sizeof text, "%.16e", std::fabs(x));
+  std::int64_t mantissa = text[0] - '0';
+  for (int i = 0; i < 16; ++i) mantissa = mantissa * 10 + (text[2 + i] - '0');
+  long exponent = std::strtol(text + 19, nullptr, 10) - 16;
+  return newFLOAT(NewInteger(x < 0 ? -mantissa : mantissa),
+                  Newint(static_cast<std::int32_t>(exponent)));
+}
+
+DAG HFloatToFloat(DAG hfloat) { return simpl(HardwareToSoftwareFloat(hfloatValue(hfloat))); }
+
+DAG SuppressHFloats(DAG x) {
+  auto isHFloat = [](DAG part) { return isObject(part) && hasTag(part, HFLOAT); };
+  if (isHFloat(x)) return HFloatToFloat(x);
+  if (!isObject(x) || !hasTag(x, COMPLEX)) return x;
+  DAG result = x;
+  for (Word i = 1; i < lengthOf(x); ++i) {
+    if (!isHFloat(x[i])) continue;
+    if (result == x) result = CopyAlg(x);
+    result[i] = HFloatToFloat(x[i]);
+  }
+  return result == x ? x : simpl(result);
+}
+
+double FloatValue(DAG x) {
+  if (isInteger(x)) return isImmediate(x) ? immediateValue(x) : SoftwareToHardwareFloat(new3(FLOAT, x, cons0));
+  switch (tagOf(x)) {
+    case RATIONAL: {
+      std::int64_t scale = ilength(x[2]) - ilength(x[1]) + 20;
+      bool cut = scale < 0 && hasNonzeroTail(x[1], -scale);
+      DAG remainder;
+      DAG q = IntegerDivide(shift10p(x[1], scale), x[2], &remainder);
+      if (cut || remainder != cons0) q = markTruncated(q);
+      return SoftwareToHardwareFloat(new3(FLOAT, q, NewInteger(-scale)));
+    }
+    case FLOAT: return SoftwareToHardwareFloat(x);
+    case HFLOAT: return hfloatValue(x);
+    default: return mIEEEQuietNaN;
+  }
+}
+
+}  // namespace korel

@@ -1,0 +1,76 @@
+#include "numbers/integer/integer_builtins.h"
+
+#include "numbers/arithmetic.h"
+#include "eval/statements/assign.h"
+#include "eval/evaluate/evaluate.h"
+#include "eval/simplify/simplify.h"
+#include "frame/errors.h"
+#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
+#include "store/constants.h"
+#include "store/objects.h"
+
+namespace korel {
+
+namespace {
+
+// What could still become an integer: the call then stays as it is.
+bool isSymbolic(DAG x) { return !isNumeric(x) && !hasTag(x, COMPLEX) && !hasTag(x, STRING); }
+
+// A variable that takes the second result: a name or an indexed name.
+bool isVariable(DAG x) { return !isImmediate(x) && (hasTag(x, NAME) || hasTag(x, TABLEREF)); }
+
+// Quotient and remainder share all but which of them is the value.
+DAG divide(const BuiltinCall& call, bool wantsQuotient) {
+  Word n = argumentCount(call);
+  if (n < 2 || n > 3) wrongParameters(call);
+  DAG a = call.arguments[1], b = call.arguments[2];
+  if (!isInteger(a) || !isInteger(b)) {
+    if (isSymbolic(a) || isSymbolic(b)) return unevaluatedCall(call);
+    wrongParameters(call);
+  }
+  if (n == 3 && !isVariable(call.arguments[3])) wrongParameters(call);
+  if (isZero(b)) KernelException("division by zero");
+  if (n == 2 && isImmediate(a) && isImmediate(b)) {
+    const std::int32_t x = immediateValue(a), y = immediateValue(b);
+    return immediate(wantsQuotient ? x / y : x % y);
+  }
+  DAG r;
+  DAG q = simpl(IntegerDivide(a, b, &r));
+  r = simpl(r);
+  if (n == 3) assign(evalname(call.arguments[3]), wantsQuotient ? r : q);
+  return wantsQuotient ? q : r;
+}
+
+}  // namespace
+
+DAG igcd(const BuiltinCall& call) {
+  DAG folded = cons0;
+  for (Word i = 1; i < lengthOf(call.arguments); ++i) {
+    DAG x = call.arguments[i];
+    if (!isInteger(x)) {
+      if (isSymbolic(x)) return unevaluatedCall(call);
+      wrongParameters(call);
+    }
+    folded = simpl(igcd(folded, x));
+  }
+  return folded;
+}
+
+DAG iquo(const BuiltinCall& call) { return divide(call, true); }
+DAG irem(const BuiltinCall& call) { return divide(call, false); }
+
+DAG isqrt(const BuiltinCall& call) {
+  if (argumentCount(call) != 1) wrongParameters(call);
+  DAG n = call.arguments[1];
+  if (isInteger(n)) return simpl(isqrt(n));
+  if (isSymbolic(n)) return unevaluatedCall(call);
+  wrongParameters(call);
+}
+
+DAG icontent(const BuiltinCall& call) {
+  if (argumentCount(call) != 1) wrongParameters(call);
+  return simpl(icontent(call.arguments[1]));
+}
+
+}  // namespace korel

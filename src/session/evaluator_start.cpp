@@ -1,0 +1,33 @@
+#include "session/evaluator_start.h"
+
+#include "eval/simplify/bindings.h"
+#include "eval/procedures/procedures.h"
+#include "eval/statements/statements.h"
+#include "eval/evaluate/known_values.h"
+#include "frame/environment.h"
+#include "store/collect/collector.h"
+#include "eval/types/type_match.h"
+
+namespace korel {
+
+namespace {
+
+void walkScopes(Visitor visit) {
+  for (ProcedureRecord* r = procSimplStack; r != nullptr; r = r->link) visit(r->procedure);
+  for (BindingRecord* r = useSimplStack; r != nullptr; r = r->link) visit(r->equations);
+}
+
+}  // namespace
+
+void initializeEvaluator() {
+  registerRoot(&globalBindings);
+  registerRoot(&assignedProcName);
+  registerRoot(&funret);
+  registerRootWalker(walkScopes);
+  initializeStatements();
+  initializeKnownValues();
+  initializeModules();
+  initializeTypeMatch();
+}
+
+}  // namespace korel

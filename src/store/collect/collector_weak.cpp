@@ -1,0 +1,175 @@
+// Tables that do not keep their entries alive.
+
+#include "store/collect/collector_phases.h"
+#include "store/constants.h"
+#include "store/hash.h"
+#include "store/names.h"
+#include "store/standard_names.h"
+
+namespace korel {
+
+namespace {
+
+// Remember tables of procedures that say `system` or `builtin`: their results can be worked out again.
+// What does not fit into the list is forgotten altogether.
+constexpr int maxRememberTables = 100;
+DAG rememberTables[maxRememberTables];
+int rememberTableCount;
+
+DAG chainOf(DAG table, Word bucket) { return table[bucket]; }
+
+template <class Visit>
+void forEachChain(DAG table, Visit visit) {
+  if (!isObject(table)) return;  // before the start
+  for (Word bucket = 1; bucket < lengthOf(table); ++bucket)
+    if (DAG chain = chainOf(table, bucket)) visit(chain);
+}
+
+template <class Visit>
+void forEachPair(DAG table, Visit visit) {
+  forEachChain(table, [&](DAG chain) {
+    for (Word i = 1; rawField(chain, i) != 0; i += 2) visit(chain[i], chain[i + 1]);
+  });
+}
+
+// Removes the pairs that `isDead` names: the last pair in use takes the place of each. Gives the number
+// that is left.
+template <class IsDead>
+Word dropPairs(DAG chain, IsDead isDead) {
+  if (isFlat(chain)) {
+    Word left = 0;
+    const PairAddress end = lastPair(chain);
+    for (PairAddress pair = chain.word + 4; pair < end;) {
+      const bool used = pairKey(pair).word != 0;
+      if (used && isDead(pairKey(pair), pairValue(pair))) {
+        removePair(chain, pair);  // what moves here has its turn
+        continue;
+      }
+      left += used;
+      pair = nextPair(pair);
+    }
+    return left;
+  }
+  Word end = 1;
+  while (rawField(chain, end) != 0) end += 2;
+  for (Word i = 1; i < end;) {
+    if (!isDead(chain[i], chain[i + 1])) {
+      i += 2;
+      continue;
+    }
+    end -= 2;
+    chain[i] = chain[end];
+    chain[i + 1] = chain[end + 1];
+    chain[end] = DAG();
+    chain[end + 1] = DAG();
+  }
+  return (end - 1) / 2;
+}
+
+bool hasWeakOption(DAG procedure) {
+  DAG options = procedure[3];
+  if (!isObject(options) || !hasTag(options, EXPSEQ)) return false;
+  for (Word i = 1; i < lengthOf(options); ++i)
+    if (options[i] == ini("system") || options[i] == ini("builtin")) return true;
+  return false;
+}
+
+[[gnu::always_inline]] inline bool isAliveOrPlain(DAG x) { return !isObject(x) || isAlive(x); }
+
+bool isAliveKey(DAG key) {
+  if (!isObject(key) || !hasTag(key, EXPSEQ)) return isAliveOrPlain(key);
+  for (Word i = 1; i < lengthOf(key); ++i)
+    if (!isAliveOrPlain(key[i])) return false;
+  return true;
+}
+
+void sweepRememberTable(DAG table) {
+  forEachChain(table, [](DAG chain) {
+    dropPairs(chain, [](DAG key, DAG value) {
+      if (!isAliveKey(key) || !isAliveOrPlain(value)) return true;
+      mark(value);
+      mark(key);
+      return false;
+    });
+    mark(chain);
+  });
+}
+
+void makeUnreached(DAG s) {
+  setLabel(s, previousMark);
+  controlWord(s) &= ~tenuredBit;
+}
+void hide(DAG table) {
+  if (!isObject(table)) return;
+  makeUnreached(table);
+  forEachChain(table, makeUnreached);
+}
+
+// What is left of a weak table is alive on its own account and has been reached, so that only the words of
+// the table itself are marked. Gives the number of pairs that stay, and adds the words of the chains to `words`.
+std::int64_t sweepWeakTable(DAG table, std::int64_t& words) {
+  std::int64_t kept = 0;
+  forEachChain(table, [&](DAG chain) {
+    words += lengthOf(chain) + 1;
+    // The values lie all over the heap: their control words are under way before they are asked for.
+    for (Word i = 2; i < lengthOf(chain); i += 2)
+      __builtin_prefetch(reinterpret_cast<const void*>(std::uintptr_t{chain[i].word} - sizeof(Word)));
+    Word used = dropPairs(chain, [](DAG, DAG value) { return !isAliveOrPlain(value); });
+    kept += used;
+    keepLabelled(chain);
+  });
+  if (isObject(table)) keepLabelled(table);
+  return kept;
+}
+
+}  // namespace
+
+void listRememberTables() {
+  rememberTableCount = 0;
+  forEachPair(nametab, [](DAG, DAG name) {
+    DAG procedure = name[1];
+    if (!isObject(procedure) || !hasTag(procedure, PROC) || name == ini("readlib")) return;
+    DAG table = procedure[4];
+    if (!isObject(table) || !hasTag(table, HASHTAB) || !hasWeakOption(procedure)) return;
+    if (rememberTableCount == maxRememberTables) {
+      procedure[4] = null;
+      return;
+    }
+    rememberTables[rememberTableCount++] = table;
+    setLabel(table, currentMark);
+    // Chains of a generation not released keep their pairs, as all of its objects do.
+    forEachChain(table, [](DAG chain) {
+      if (genc[generationOf(chain)] == 0 || generationOf(chain) == currentMark) makeUnreached(chain);
+    });
+  });
+}
+
+bool isListedTable(DAG table) {
+  for (int i = 0; i < rememberTableCount; ++i)
+    if (rememberTables[i] == table) return true;
+  return false;
+}
+
+void markNamesInUse() {
+  forEachPair(nametab, [](DAG, DAG name) {
+    if (name[1] != DAG() || name[2] != null) mark(name);
+  });
+}
+
+void hideWeakTables() {
+  for (DAG table : {simpltab, nametab, strtab}) hide(table);
+}
+
+void sweepRememberTables() {
+  while (rememberTableCount != 0) sweepRememberTable(rememberTables[--rememberTableCount]);
+}
+
+std::int64_t sweepWeakTables() {
+  std::int64_t words = 0;
+  simpltabCount = sweepWeakTable(simpltab, words);
+  sweepWeakTable(nametab, words);
+  strtabCount = sweepWeakTable(strtab, words);
+  return words;
+}
+
+}  // namespace korel

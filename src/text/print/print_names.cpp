@@ -1,0 +1,157 @@
+// Names and strings: when they are quoted, and how.
+
+#include <cctype>
+#include <cstring>
+
+#include "store/constants.h"
+#include "text/print/print_object.h"
+#include "text/print/printer.h"
+#include "text/read/tokens.h"
+
+namespace korel {
+
+namespace {
+
+bool isLetter(unsigned char c) { return std::isalpha(c) != 0; }
+bool isAlphanumeric(unsigned char c) { return std::isalnum(c) != 0; }
+
+// True when all `length` characters at `text` are alphanumeric or stand in `others`.
+bool consistsOf(const char* text, std::size_t length, const char* others) {
+  for (std::size_t i = 0; i < length; ++i) {
+    auto c = static_cast<unsigned char>(text[i]);
+    if (!isAlphanumeric(c) && (c == 0 || std::strchr(others, c) == nullptr)) return false;
+  }
+  return true;
+}
+
+constexpr std::size_t longestKeyword = 11;  // description
+
+bool isKeyword(const char* text, std::size_t length) {
+  if (length > longestKeyword) return false;
+  char word[longestKeyword + 1];
+  std::memcpy(word, text, length);
+  word[length] = '\0';
+  return KeyWordToToken(word) != 0;
+}
+
+bool needsQuotes(const char* text, std::size_t length) {
+  if (length == 0) return true;
+  auto first = static_cast<unsigned char>(text[0]);
+  if (isLetter(first) || first == '_')
+    return !consistsOf(text + 1, length - 1, "_%") || isKeyword(text, length);
+  if (first == '%') return !consistsOf(text + 1, length - 1, "_%$?");
+  if (first == '~') return length == 1 || !consistsOf(text + 1, length - 1, "$_");
+  return true;
+}
+
+// Length of `text` without the run of tildes at its end, which is no part of how a name prints; the
+// whole length when there are control characters or blanks in it, or nothing but tildes.
+std::size_t lengthBeforeTildes(const char* text) {
+  std::size_t length = 0;
+  for (; text[length] != '\0'; ++length)
+    if (static_cast<unsigned char>(text[length]) < 33) return std::strlen(text);
+  std::size_t end = length;
+  while (end > 0 && text[end - 1] == '~') --end;
+  return end == 0 ? length : end;
+}
+
+// Letter of the escape that stands for `c` in quoted text, or 0.
+char escapeOf(char c) {
+  switch (c) {
+    case '\a':
+      return 'a';
+    case '\b':
+      return 'b';
+    case 27:
+      return 'e';
+    case '\f':
+      return 'f';
+    case '\n':
+      return 'n';
+    case '\r':
+      return 'r';
+    case '\t':
+      return 't';
+    case '\v':
+      return 'v';
+    case '\\':
+      return '\\';
+    default:
+      return 0;
+  }
+}
+
+void printQuoted(const char* text, std::size_t length, char quote) {
+  std::int64_t printed = 2;
+  for (std::size_t i = 0; i < length; ++i)
+    printed += text[i] == quote || escapeOf(text[i]) != 0 ? 2 : beginsCharacter(text[i]);
+  BreakBeforeWord(printed);
+  ++printAtomic;
+  EmitChar(quote);
+  for (std::size_t i = 0; i < length; ++i) {
+    char escape = text[i] == quote ? quote : escapeOf(text[i]);
+    if (escape != 0) {
+      EmitEscape(escape);
+    } else {
+      EmitChar(static_cast<unsigned char>(text[i]));
+    }
+  }
+  EmitChar(quote);
+  --printAtomic;
+}
+
+constexpr int bareStyle = 9999;
+
+}  // namespace
+
+bool NeedsQuotes(const char* text) { return needsQuotes(text, std::strlen(text)); }
+
+char* StripTilde(char* text) {
+  char* end = text + lengthBeforeTildes(text);
+  if (*end == '\0') return nullptr;
+  *end = '\0';
+  return end;
+}
+
+void printText(DAG nameOrString) {
+  bool isString = hasTag(nameOrString, STRING);
+  const char* text = textOf(nameOrString);
+  std::size_t length = isString ? std::strlen(text) : lengthBeforeTildes(text);
+  bool quoted = isString && printStyle < bareStyle;
+  if (!quoted && (printStyle < printDepth || mProcPrint)) quoted = needsQuotes(text, length);
+  if (quoted) {
+    printQuoted(text, length, isString ? '"' : '`');
+  } else {
+    BreakBeforeWord(characterCount(text, length));
+    ++printAtomic;
+    for (std::size_t i = 0; i < length; ++i) EmitChar(static_cast<unsigned char>(text[i]));
+    --printAtomic;
+  }
+  if (printTildes && text[length] != '\0') EmitToken(text + length);
+}
+
+DAG moduleOfAttribute(DAG attribute) {
+  auto moduleOf = [](DAG entry) {
+    bool matches = isObject(entry) && hasTag(entry, EQUATION) && isObject(entry[1]) &&
+                   hasTag(entry[1], NAME) && std::strcmp(textOf(entry[1]), "modulename") == 0;
+    return matches ? entry[2] : DAG();
+  };
+  if (!isSequence(attribute)) return moduleOf(attribute);
+  for (Word i = 1, n = lengthOf(attribute); i < n; ++i)
+    if (DAG module = moduleOf(attribute[i])) return module;
+  return DAG();
+}
+
+void printString(DAG x, int, int) { printText(x); }
+
+void printName(DAG x, int, int own) {
+  if (printAttributes) {
+    if (DAG module = moduleOfAttribute(x[2])) {
+      printObject(module, own);
+      EmitToken(":-");
+    }
+  }
+  printText(x);
+}
+
+}  // namespace korel

@@ -1,0 +1,166 @@
+// Power series and modular polynomials: dense and sparse lists of coefficients by exponent.
+
+#include "numbers/arithmetic.h"
+#include "eval/simplify/simplify.h"
+#include "numbers/integer/integer.h"
+#include "store/constants.h"
+#include "store/objects.h"
+#include "text/print/print_object.h"
+
+namespace korel {
+
+namespace {
+
+constexpr int factorLevel = 9, powerLevel = 10;
+
+// ---- series
+
+void printSeriesPower(DAG variable, std::int32_t exponent) {
+  if (exponent == 0) {
+    EmitChar('1');
+    return;
+  }
+  printObject(variable, powerLevel);
+  if (exponent == 1) return;
+  EmitChar('^');
+  if (exponent < 0) EmitChar('(');
+  EmitInteger(exponent);
+  if (exponent < 0) EmitChar(')');
+}
+
+void printSeriesTerm(DAG variable, DAG coefficient, std::int32_t exponent, bool first) {
+  if (coefficient == order1) {
+    if (!first) EmitChar('+');
+    EmitToken("O(");
+    printSeriesPower(variable, exponent);
+    EmitChar(')');
+    return;
+  }
+  if (coefficient == cons1) {
+    if (!first) EmitChar('+');
+  } else {
+    if (isNumeric(coefficient)) {
+      bool minus = printsLeadingMinus(coefficient);
+      if (!first && !minus) EmitChar('+');
+      printObject(coefficient, minus ? 0 : factorLevel);
+    } else {
+      if (!first) EmitChar('+');
+      printFactor(coefficient);
+    }
+    EmitChar('*');
+  }
+  printSeriesPower(variable, exponent);
+}
+
+// The place of the pair (name, 1) in a sum x - a, or 0.
+Word placeOfVariable(DAG sum) {
+  for (Word i = 1, n = lengthOf(sum); i + 1 < n; i += 2)
+    if (sum[i + 1] == cons1 && isObject(sum[i]) && hasTag(sum[i], NAME)) return i;
+  return 0;
+}
+
+// The variable of the expansion, as x=a when the expansion is in x - a.
+void printExpansionPoint(DAG variable) {
+  Word place = isObject(variable) && hasTag(variable, SUM) ? placeOfVariable(variable) : 0;
+  if (place == 0) {
+    printObject(variable, 0);
+    return;
+  }
+  DAG point = copydel(variable, place - 1, 2);
+  for (Word i = 1, n = lengthOf(point); i + 1 < n; i += 2) point[i + 1] = negate(point[i + 1]);
+  printObject(variable[place], 0);
+  EmitChar('=');
+  printObject(simpl(point), 0);
+}
+
+// ---- modular polynomials
+
+constexpr std::int32_t largestHardwareModulus = 46327;
+
+bool hasRawCoefficients(DAG x) {
+  return !isSequence(x[1]) && isImmediate(x[2]) && immediateValue(x[2]) <= largestHardwareModulus;
+}
+
+Word coefficientCount(DAG x) { return lengthOf(x) - 3; }
+
+// The coefficient of degree `i` as an integer.
+DAG coefficientAt(DAG x, Word i) {
+  return hasRawCoefficients(x) ? Newint(static_cast<std::int32_t>(rawField(x, 3 + i))) : x[3 + i];
+}
+
+// `*`, unless this is the first factor of its term.
+void printTimes(bool& first) {
+  if (!first) EmitChar('*');
+  first = false;
+}
+
+void printModularPower(DAG variable, Word exponent, bool& first) {
+  if (exponent == 0) return;
+  printTimes(first);
+  printObject(variable, powerLevel);
+  if (exponent == 1) return;
+  EmitChar('^');
+  EmitInteger(exponent);
+}
+
+// The terms of `x`, each times `outer`^`outerExponent` when that is above 0.
+void printModularTerms(DAG x, DAG outer, Word outerExponent, bool& anyTerm) {
+  for (Word i = 0, n = coefficientCount(x); i < n; ++i) {
+    DAG coefficient = coefficientAt(x, i);
+    if (coefficient == cons0) continue;
+    if (anyTerm) EmitChar('+');
+    anyTerm = true;
+    bool first = true;
+    if (coefficient != cons1 || (i == 0 && outerExponent == 0)) {
+      printTimes(first);
+      if (isImmediate(coefficient)) {
+        printObject(coefficient, factorLevel);
+      } else {
+        printParenthesised(coefficient);
+      }
+    }
+    if (outer) printModularPower(outer, outerExponent, first);
+    printModularPower(x[1], i, first);
+  }
+}
+
+}  // namespace
+
+void printSeries(DAG x, int, int) {
+  DAG variable = x[1];
+  Word n = lengthOf(x);
+  EmitToken("series(");
+  if (n < 4) EmitChar('0');
+  for (Word i = 2; i + 1 < n; i += 2)
+    printSeriesTerm(variable, x[i], static_cast<std::int32_t>(rawField(x, i + 1)), i == 2);
+  EmitChar(',');
+  printExpansionPoint(variable);
+  if (n >= 4 && x[n - 2] != order1) {
+    EmitChar(',');
+    EmitInteger(static_cast<std::int32_t>(rawField(x, n - 1)));
+  }
+  EmitChar(')');
+}
+
+void printModularPolynomial(DAG x, int, int) {
+  bool anyTerm = false;
+  if (!isSequence(x[1])) {
+    printModularTerms(x, DAG(), 0, anyTerm);
+    if (!anyTerm) EmitChar('0');
+    return;
+  }
+  EmitToken("modp2(");
+  EmitToken("ConvertIn(");
+  for (Word i = 0, n = coefficientCount(x); i < n; ++i)
+    if (isObject(x[3 + i]) && hasTag(x[3 + i], ZPPOLY))
+      printModularTerms(x[3 + i], x[1][1], i, anyTerm);
+  if (!anyTerm) EmitChar('0');
+  EmitChar(',');
+  printObject(x[1][1], 0);
+  EmitChar(')');
+  EmitChar(',');
+  printObject(x[1][2], 0);
+  EmitChar(')');
+}
+
+}  // namespace korel

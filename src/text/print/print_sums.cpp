@@ -1,0 +1,185 @@
+// Sums, products and powers: signs, coefficients and exponents.
+//
+// Negated coefficients and exponents are printed as a minus or a slash and the magnitude; nothing
+// is changed to print it.
+
+#include <cstring>
+
+#include "numbers/arithmetic.h"
+#include "frame/environment.h"
+#include "store/constants.h"
+#include "store/objects.h"
+#include "text/print/print_object.h"
+
+namespace korel {
+
+namespace {
+
+constexpr int sumLevel = 8, productLevel = 9, powerLevel = 10;
+
+bool isProduct(DAG x) { return isObject(x) && hasTag(x, PROD); }
+
+// ---- the pairs of a product
+
+// `^` and the exponent, without its sign when `magnitude`.
+void printExponent(DAG exponent, bool magnitude) {
+  EmitChar('^');
+  if (!magnitude) {
+    printObject(exponent, powerLevel);
+    return;
+  }
+  bool fraction = isObject(exponent) && hasTag(exponent, RATIONAL);
+  if (fraction) EmitChar('(');
+  printMagnitude(exponent);
+  if (fraction) EmitChar(')');
+}
+
+// A base with a negative exponent, which stands behind a slash.
+void printDivisor(DAG base, DAG exponent) {
+  printObject(base, powerLevel);
+  if (exponent != consm1) printExponent(exponent, true);
+}
+
+void printFirstPair(DAG base, DAG exponent, bool onlyPair, int min, int own) {
+  if (exponent == cons1) {
+    printObject(base, onlyPair ? min : isDotProduct(base) ? sumLevel : own);
+  } else if (IsNegative(exponent)) {
+    EmitChar('1');
+    EmitChar('/');
+    printDivisor(base, exponent);
+  } else {
+    printObject(base, powerLevel);
+    printExponent(exponent, false);
+  }
+}
+
+void printFurtherPair(DAG base, DAG exponent) {
+  if (exponent == cons1) {
+    EmitChar('*');
+    printFactor(base);
+  } else if (IsNegative(exponent)) {
+    EmitChar('/');
+    printDivisor(base, exponent);
+  } else {
+    EmitChar('*');
+    printObject(base, powerLevel);
+    printExponent(exponent, false);
+  }
+}
+
+// ---- the pairs of a sum
+
+// What stands behind a coefficient: the factors of a product one by one.
+void printTermAsFactor(DAG term) {
+  if (!isProduct(term)) {
+    EmitChar('*');
+    printFactor(term);
+    return;
+  }
+  for (Word i = 1, n = lengthOf(term); i + 1 < n; i += 2) printFurtherPair(term[i], term[i + 1]);
+}
+
+// A product whose head is a complex number that begins with a minus: the minus, and the product
+// with the head negated.
+void printNegatedProduct(DAG product) {
+  DAG head = product[1];
+  DAG negated = CopyAlg(head);
+  for (Word i = 1, n = lengthOf(head); i < n; ++i) negated[i] = negate(head[i]);
+  DAG copy = CopyAlg(product);
+  copy[1] = negated;
+  EmitChar('-');
+  printObject(copy, productLevel);
+}
+
+bool isNegatedProduct(DAG term) { return isProduct(term) && printsLeadingMinus(term); }
+
+void printTermBehindMinus(DAG term) {
+  EmitChar('-');
+  printFactor(term);
+}
+
+void printFirstTerm(DAG term, DAG coefficient, bool onlyPair, int min, int own) {
+  if (coefficient == cons1) {
+    if (onlyPair) {
+      printObject(term, min);
+    } else if (isNegatedProduct(term)) {
+      printNegatedProduct(term);
+    } else {
+      bool number = isNumeric(term) && !(isObject(term) && hasTag(term, HFLOAT));
+      bool nested = isObject(term) && hasTag(term, SUM);
+      printObject(term, number ? 0 : nested ? own + 1 : own);
+    }
+  } else if (coefficient == consm1) {
+    printTermBehindMinus(term);
+  } else {
+    printObject(coefficient, 0);
+    if (term != cons1) printTermAsFactor(term);
+  }
+}
+
+void printFurtherTermWithCoefficient(DAG term, DAG coefficient, int own) {
+  if (coefficient == cons1) {
+    printFurtherTerm(term);
+  } else if (coefficient == consm1) {
+    printTermBehindMinus(term);
+  } else {
+    bool minus = printsLeadingMinus(coefficient);
+    if (!minus) EmitChar('+');
+    printObject(coefficient, minus ? 0 : own);
+    if (term != cons1) printTermAsFactor(term);
+  }
+}
+
+}  // namespace
+
+void printFactor(DAG x) {
+  // -I is a product by its strength, but its minus can't follow an operator.
+  if (printsLeadingMinus(x) && !isNumeric(x)) {
+    printParenthesised(x);
+  } else {
+    printObject(x, productLevel);
+  }
+}
+
+void printFurtherTerm(DAG term) {
+  if (isNegatedProduct(term)) {
+    printNegatedProduct(term);
+  } else if (printsLeadingMinus(term)) {
+    printObject(term, 0);
+  } else {
+    EmitChar('+');
+    printObject(term, sumLevel);
+  }
+}
+
+void printSum(DAG x, int min, int own) {
+  Word n = lengthOf(x);
+  if (n < 3) {
+    EmitChar('0');
+    return;
+  }
+  bool onlyPair = n == 3;
+  printFirstTerm(x[1], x[2], onlyPair, min, onlyPair ? own : sumLevel);
+  for (Word i = 3; i + 1 < n; i += 2) printFurtherTermWithCoefficient(x[i], x[i + 1], sumLevel);
+}
+
+void printProduct(DAG x, int min, int own) {
+  Word n = lengthOf(x);
+  if (n < 3) {
+    EmitChar('1');
+    return;
+  }
+  printFirstPair(x[1], x[2], n == 3, min, own);
+  for (Word i = 3; i + 1 < n; i += 2) printFurtherPair(x[i], x[i + 1]);
+}
+
+void printPower(DAG x, int min, int own) {
+  bool parenthesised = min == own;
+  if (parenthesised) EmitChar('(');
+  printObject(x[1], own);
+  EmitChar('^');
+  printObject(x[2], own);
+  if (parenthesised) EmitChar(')');
+}
+
+}  // namespace korel

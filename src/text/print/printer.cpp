@@ -1,0 +1,236 @@
+// The printer's entry points, its state, and the table of tags.
+
+#include "text/print/printer.h"
+
+#include <csetjmp>
+#include <cstdio>
+#include <iterator>
+
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "frame/long_operation.h"
+#include "store/long_string.h"
+#include "text/print/print_object.h"
+
+namespace korel {
+
+int printStyle = 0;
+int printDepth = 0;
+bool printAttributes = false;
+bool printTildes = false;
+bool printAddresses = false;
+bool printRtableRefs = false;
+DAG mProcPrint;
+int printProcDepth = 0;
+const PrintedHolder* printedHolders = nullptr;
+DAG printAssignTarget;
+
+namespace {
+
+constexpr int bareStyle = 9999;
+
+void printUnprintable(DAG, int, int) { KernelException("unprintable data structure"); }
+
+constexpr PrintRow rowOfTag[] = {
+    // none
+    printUnprintable,
+    // INTNEG, INTPOS, RATIONAL, FLOAT, HFLOAT, COMPLEX, STRING, NAME
+    printInteger, printInteger, printRational, printFloat, printHFloat, printComplex, printString,
+    printName,
+    // MEMBER, TABLEREF, DCOLON, CATENATE, POWER, PROD, SERIES, SUM
+    printMember, printTableref, printDcolon, printCatenate, printPower, printProduct, printSeries,
+    printSum,
+    // ZPPOLY, FUNCTION, UNEVAL, EQUATION, INEQUAT, LESSEQ, LESSTHAN, AND
+    printModularPolynomial, printFunction, printUneval, printRelation, printRelation, printRelation,
+    printRelation, printBoolean,
+    // NOT, OR, EXPSEQ, LIST, LOCAL, PARAM, LEXICAL, PROC
+    printNot, printBoolean, printSequence, printListOrSet, printLocal, printParameter, printLexical,
+    printProcedure,
+    // RANGE, SET, TABLE, RTABLE, MODDEF, MODULE, ASSIGN, FOR
+    printRelation, printListOrSet, printTable, printRtable, printModuleDefinition, printModule,
+    printAssignment, printLoop,
+    // IF, READ, SAVE, STATSEQ, STOP, ERROR, TRY, RETURN
+    printConditional, printKeywordStatement, printKeywordStatement, printStatements,
+    printKeywordStatement, printKeywordStatement, printTry, printKeywordStatement,
+    // BREAK, NEXT, USE, BINARY, HASH, HASHTAB, GARBAGE, FOREIGN
+    printKeywordStatement, printKeywordStatement, printUse, printUnprintable, printUnprintable,
+    printHashTable, printUnprintable, printUnprintable,
+    // CONTROL, DEBUG
+    printUnprintable, printDebug};
+static_assert(std::size(rowOfTag) == tagCount + 1);
+
+// The attribute of an object that shows it as a call of `setattribute`, or 0.
+DAG shownAttribute(DAG x) {
+  if (!printAttributes || !isObject(x)) return DAG();
+  Word place = 0;
+  switch (tagOf(x)) {
+    case SET:
+    case LIST:
+      place = 2;
+      break;
+    case TABLEREF:
+    case FUNCTION:
+    case FLOAT:
+      place = 3;
+      break;
+    default:
+      return DAG();
+  }
+  if (lengthOf(x) <= place || isEmptySequence(x[place])) return DAG();
+  return x[place];
+}
+
+void printTagged(DAG x, int min, int own) {
+  int number = tagNumber(tagOf(x));
+  PrintRow row = number <= tagCount ? rowOfTag[number] : printUnprintable;
+  DAG attribute = shownAttribute(x);
+  if (!attribute) {
+    row(x, min, own);
+    return;
+  }
+  EmitToken("setattribute");
+  EmitChar('(');
+  row(x, 0, own);
+  EmitChar(',');
+  printList(attribute, ",");
+  EmitChar(')');
+}
+
+void printAddress(DAG x) {
+  char text[32];
+  std::snprintf(text, sizeof text, "\\%p\\",
+                reinterpret_cast<void*>(static_cast<std::uintptr_t>(x.word)));
+  EmitToken(text);
+}
+
+// ---- failures
+
+// Where an error during the present printing goes back to, and its text.
+std::jmp_buf* returnPoint = nullptr;
+const char* failureText = nullptr;
+
+void returnToPrinter(const char* message) {
+  failureText = message;
+  PopErrorProc();
+  ::_longjmp(*returnPoint, 1);
+}
+
+void markBrokenToken(void*, int) {
+  if (printAtomic > 0 && printStyle < bareStyle) EmitContinuation();
+}
+
+void setPrintingState(int flags) {
+  printStyle = (flags & printBare) != 0 ? bareStyle : (flags & printBareOutermost) != 0 ? 1 : 0;
+  printAttributes = (flags & printWithAttributes) != 0;
+  printTildes = (flags & printWithTildes) != 0;
+  printAddresses = (flags & printWithAddresses) != 0;
+  printRtableRefs = (flags & printRtableNumbers) != 0;
+  printDepth = printAtomic = printProcDepth = 0;
+  mProcPrint = printAssignTarget = DAG();
+  printedHolders = nullptr;
+}
+
+// One printing; a null separator prints `object` as it is.
+void printUnderTrap(DAG object, Sink sink, ErrorSink onError, int width, void* closure, int flags,
+                    const char* separator) {
+  InitializeOutput(sink, onError, markBrokenToken, width - 1, closure);
+  setPrintingState(flags);
+  std::jmp_buf here;
+  std::jmp_buf* previous = returnPoint;
+  returnPoint = &here;
+  if (::_setjmp(here) == 0) {
+    PushErrorProc(returnToPrinter);
+    if (separator == nullptr) {
+      printObject(object, 0);
+    } else {
+      printList(object, separator);
+    }
+    PopErrorProc();
+    returnPoint = previous;
+  } else {
+    returnPoint = previous;
+    EmitError(failureText);  // may raise
+  }
+}
+
+}  // namespace
+
+// ---- the walk
+
+void printObject(DAG x, int min) {
+  checkStack();
+  passWork(objectSteps);
+  ++printDepth;
+  if (printAddresses) printAddress(x);
+  if (x) {
+    int own = ParenLevel(x);
+    if (own < min) {
+      EmitChar('(');
+      printTagged(x, 0, own);
+      EmitChar(')');
+    } else {
+      printTagged(x, min, own);
+    }
+  }
+  --printDepth;
+}
+
+bool isUnderWay(DAG holder) {
+  for (const PrintedHolder* outer = printedHolders; outer != nullptr; outer = outer->link)
+    if (outer->holder == holder) return true;
+  return false;
+}
+
+void printSeparator(const char* separator) {
+  for (; *separator != '\0'; ++separator) {
+    if (*separator == ' ') {
+      EmitSpace();
+    } else {
+      EmitChar(static_cast<unsigned char>(*separator));
+    }
+  }
+}
+
+void printList(DAG sequence, const char* separator) {
+  if (!isSequence(sequence)) {
+    printObject(sequence, 0);
+    return;
+  }
+  bool first = true;
+  for (Word i = 1, n = lengthOf(sequence); i < n; ++i) {
+    if (!sequence[i]) continue;
+    if (!first) printSeparator(separator);
+    first = false;
+    printObject(sequence[i], 0);
+  }
+}
+
+void printBetweenBlanks(const char* keyword) {
+  EmitSpace();
+  EmitToken(keyword);
+  EmitSpace();
+}
+
+void printParenthesised(DAG x) {
+  EmitChar('(');
+  printObject(x, 0);
+  EmitChar(')');
+}
+
+// ---- entry points
+
+void PrintKorel(DAG object, Sink sink, ErrorSink onError, int width, void* closure, int flags) {
+  printUnderTrap(object, sink, onError, width, closure, flags, nullptr);
+}
+
+void PrintKorelList(DAG sequence, Sink sink, ErrorSink onError, int width, void* closure, int flags,
+                    const char* separator) {
+  printUnderTrap(sequence, sink, onError, width, closure, flags, separator);
+}
+
+void LongStringSink(void* longString, int c) {
+  auto* text = static_cast<char**>(longString);
+  *text = AppendToString(*text, c);
+}
+
+}  // namespace korel
