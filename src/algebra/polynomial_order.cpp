@@ -14,7 +14,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // Place of `x` among the variables, from 1; 0 when it is none.
 Word member(DAG x, DAG variables) {

@@ -13,14 +13,12 @@
 #include "eval/walk/has.h"
 #include "eval/types/type_match.h"
 #include "eval/types/types.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isName(DAG x) { return isTag(x, NAME) || isTag(x, TABLEREF); }
-bool isNumber(DAG x) { return isNumeric(x) || isTag(x, COMPLEX); }
 
 // What one traversal asks.
 struct PolynomialWalk {
@@ -159,11 +157,11 @@ void setCoefficients(PolynomialWalk& walk, DAG word) {
 
 // The variables as the walk takes them, or 0 when `x` is none.
 DAG variablesOf(DAG x) {
-  if (isName(x) || x == sqrtm1) return x;
+  if (isNameOrIndexed(x) || x == sqrtm1) return x;
   if (!isTag(x, LIST) && !isTag(x, SET)) return DAG();
   DAG body = x[1];
   for (Word i = 1; i < lengthOf(body); ++i)
-    if (!isName(body[i])) return DAG();
+    if (!isNameOrIndexed(body[i])) return DAG();
   return body;
 }
 
@@ -187,7 +185,7 @@ bool matchesPolynomial(bool rational, DAG x, DAG args) {
 }
 
 bool monomial(DAG x) {
-  if (isName(x)) return true;
+  if (isNameOrIndexed(x)) return true;
   if (!isTag(x, PROD)) return false;
   for (Word i = 1; i < lengthOf(x); i += 2)
     if (!isImmediate(x[i]) && tagOf(x[i]) > TABLEREF) return false;

@@ -7,16 +7,10 @@
 
 #include <cstdint>
 
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
-
-struct BuiltinCall {
-  DAG arguments;  // EXPSEQ
-  DAG self;       // the name called: a NAME, or a TABLEREF for an indexed call
-  DAG form;       // the FUNCTION object, with its arguments as they stand
-};
-using BuiltinFunction = DAG (*)(const BuiltinCall& call);
 
 /// How the arguments reach a built-in.
 enum class Arguments : std::uint8_t {
@@ -34,11 +28,5 @@ const Builtin& builtinRow(int number);
 
 /// Runs built-in `number` on the call `form`, whose arguments are not yet evaluated.
 DAG callBuiltin(int number, DAG form, DAG self);
-
-inline Word argumentCount(const BuiltinCall& call) { return lengthOf(call.arguments) - 1; }
-/// The call itself, with the arguments that the built-in was given: an answer that leaves it as it is.
-DAG unevaluatedCall(const BuiltinCall& call);
-/// The common failure: "wrong number (or type) of parameters in function %1".
-[[noreturn]] void wrongParameters(const BuiltinCall& call);
 
 }  // namespace korel

@@ -26,16 +26,13 @@
 #include "store/names.h"
 #include "store/objects.h"
 #include "store/long_string.h"
+#include "store/vocabulary.h"
 #include "text/read/source.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isText(DAG x) { return isTag(x, NAME) || isTag(x, STRING); }
-DAG truth(bool value) { return value ? ini("true") : ini("false"); }
-DAG unwrap(DAG x) { return isTag(x, EXPSEQ) && lengthOf(x) == 2 ? x[1] : x; }
 
 bool isEquationList(DAG x) {
   if (isTag(x, EQUATION)) return true;
@@ -51,15 +48,15 @@ constexpr std::int64_t manyLevels = std::numeric_limits<std::int64_t>::max();
 
 // ---- evaluation
 
-DAG ASSERT(const BuiltinCall& call) {
+DAG builtin::ASSERT(const BuiltinCall& call) {
   if (optASSERT == 0) return null;
   Word n = argumentCount(call);
   if (n == 0) wrongParameters(call);
-  DAG condition = evalbool(unwrap(simpl(eval(call.arguments[1]))));
+  DAG condition = evalbool(singleMember(simpl(korel::eval(call.arguments[1]))));
   if (condition == ini("true")) return null;
   if (condition != ini("false"))
     KernelException("first argument of ASSERT should evaluate to true/false");
-  DAG parameters = n > 1 ? simpl(eval(copysub(call.arguments, 1, n - 1))) : null;
+  DAG parameters = n > 1 ? simpl(korel::eval(copysub(call.arguments, 1, n - 1))) : null;
   char* text = AppendStringToString(NewLongString(), "assertion failed");
   Word count = lengthOf(parameters) - 1;
   for (Word k = 1; k <= count; ++k) {
@@ -74,18 +71,18 @@ DAG ASSERT(const BuiltinCall& call) {
   KorelException(exception);
 }
 
-DAG evalBuiltin(const BuiltinCall& call) {
+DAG builtin::eval(const BuiltinCall& call) {
   Word n = argumentCount(call);
   if (n == 1) {
     DAG lastName;
-    DAG once = simpl(eval(call.arguments[1], &lastName));
-    return simpl(eval(once, &lastName));
+    DAG once = simpl(korel::eval(call.arguments[1], &lastName));
+    return simpl(korel::eval(once, &lastName));
   }
   if (n != 2) wrongParameters(call);
-  DAG second = unwrap(simpl(eval(call.arguments[2])));
+  DAG second = singleMember(simpl(korel::eval(call.arguments[2])));
   if (isEquationList(second)) {
     DAG equations = isTag(second, EQUATION) ? simpl(new2(EXPSEQ, second)) : second[1];
-    return evalat(equations, simpl(eval(call.arguments[1])));
+    return evalat(equations, simpl(korel::eval(call.arguments[1])));
   }
   if (!isInteger(second) || consneg(second) || isZero(second)) wrongParameters(call);
   DAG x = call.arguments[1];
@@ -98,22 +95,22 @@ DAG evalBuiltin(const BuiltinCall& call) {
   return x;
 }
 
-DAG evalb(const BuiltinCall& call) {
+DAG builtin::evalb(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
   return evalbool(call.arguments[1]);
 }
 
-DAG evaln(const BuiltinCall& call) {
+DAG builtin::evaln(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
   return simpl(evalname(call.arguments[1]));
 }
 
-DAG assigned(const BuiltinCall& call) {
+DAG builtin::assigned(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
   DAG x = call.arguments[1];
   if (isTag(x, TABLEREF)) {
     // The entry is looked for in what the base stands for, not in the name that was written.
-    DAG base = simpl(eval(x[1]));
+    DAG base = simpl(korel::eval(x[1]));
     if (base != x[1] && (isTag(base, NAME) || isTag(base, TABLEREF))) {
       x = CopyAlg(x);
       x[1] = base;
@@ -124,36 +121,36 @@ DAG assigned(const BuiltinCall& call) {
   if (isTag(name, TABLEREF) || isTag(name, FUNCTION)) {
     // Asked for its last name, an entry that is a procedure or table shows itself and not its reference.
     DAG lastName;
-    DAG value = simpl(eval(x, &lastName));
+    DAG value = simpl(korel::eval(x, &lastName));
     if (value == simpl(name)) return truth(false);
     // An indexing function may answer with the reference to another place, which is empty as well.
     if (isTag(name, TABLEREF) && isTag(value, TABLEREF) && value[1] == name[1])
-      return truth(simpl(eval(value, &lastName)) != value);
+      return truth(simpl(korel::eval(value, &lastName)) != value);
     return truth(true);
   }
   wrongParameters(call);
 }
 
-DAG if_(const BuiltinCall& call) {
+DAG builtin::if_(const BuiltinCall& call) {
   if (argumentCount(call) != 3) wrongParameters(call);
   DAG args = call.arguments;
-  if (args[2] == args[3]) return eval(args[2]);
-  DAG condition = unwrap(simpl(eval(args[1])));
+  if (args[2] == args[3]) return korel::eval(args[2]);
+  DAG condition = singleMember(simpl(korel::eval(args[1])));
   DAG decided = evalbool(condition);
-  if (decided == ini("true")) return eval(args[2]);
-  if (decided == ini("false") || decided == ini("FAIL")) return eval(args[3]);
+  if (decided == ini("true")) return korel::eval(args[2]);
+  if (decided == ini("false") || decided == ini("FAIL")) return korel::eval(args[3]);
   // Undecided, the call outlives the frame that its other arguments may refer to.
   return simpl(newCall(call.self, {decided, evparloc(args[2]), evparloc(args[3])}));
 }
 
-DAG traperrorBuiltin(const BuiltinCall& call) {
-  DAG value = traperror(unwrap(call.arguments));
+DAG builtin::traperror(const BuiltinCall& call) {
+  DAG value = korel::traperror(singleMember(call.arguments));
   // Special errors go on: they cannot be trapped.
   if (SpecialError != noSpecialError) jumpOut(jumpError);
   return value;
 }
 
-DAG parse(const BuiltinCall& call) {
+DAG builtin::parse(const BuiltinCall& call) {
   Word n = argumentCount(call);
   if (n == 0 || !isText(call.arguments[1])) wrongParameters(call);
   bool statement = false, terminator = true;
@@ -174,25 +171,25 @@ DAG parse(const BuiltinCall& call) {
 
 // ---- control
 
-DAG RETURN_(const BuiltinCall& call) {
-  funret = unwrap(call.arguments);
+DAG builtin::RETURN_(const BuiltinCall& call) {
+  funret = singleMember(call.arguments);
   jumpOut(jumpReturn);
 }
 
-DAG ERROR_(const BuiltinCall& call) {
+DAG builtin::ERROR_(const BuiltinCall& call) {
   // With an attribute, an error of the kernel's own that has waited until its trap runs.
   if (lengthOf(call.form) == 4 && argumentCount(call) != 0 && hasTag(call.arguments[1], STRING))
     raiseKernelException(textOf(call.arguments[1]), &call.arguments[1] + 1, static_cast<int>(argumentCount(call)) - 1);
   KorelException(argumentCount(call) == 0 ? naminstall("") : call.arguments);
 }
 
-DAG goto_(const BuiltinCall& call) {
+DAG builtin::goto_(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
   funret = unevaluatedCall(call);
   jumpOut(jumpReturn);
 }
 
-DAG quit(const BuiltinCall& call) {
+DAG builtin::quit(const BuiltinCall& call) {
   Word n = argumentCount(call);
   DAG status = cons0;
   if (n > 1) wrongParameters(call);
@@ -206,11 +203,11 @@ DAG quit(const BuiltinCall& call) {
   return switch2(newCall(call.self, {status}));
 }
 
-DAG userinfo(const BuiltinCall& call) {
+DAG builtin::userinfo(const BuiltinCall& call) {
   DAG args = call.arguments;
-  if (lengthOf(args) < 4) args = simpl(eval(args));
+  if (lengthOf(args) < 4) args = simpl(korel::eval(args));
   if (lengthOf(args) < 4) wrongParameters(call);
-  DAG level = simpl(eval(args[1]));
+  DAG level = simpl(korel::eval(args[1]));
   DAG names = simpl(evalname(args[2]));
   if (!isImmediate(level)) wrongParameters(call);
   if (isTag(names, NAME) || isTag(names, TABLEREF)) names = simpl(new2(SET, new2(EXPSEQ, names)));
@@ -226,14 +223,14 @@ DAG userinfo(const BuiltinCall& call) {
   wanted = reaches(ini("all"));
   for (Word i = 1; i < lengthOf(names[1]) && !wanted; ++i) wanted = reaches(names[1][i]);
   if (!wanted) return null;
-  DAG pieces = simpl(eval(copysub(args, 2, lengthOf(args) - 3)));
+  DAG pieces = simpl(korel::eval(copysub(args, 2, lengthOf(args) - 3)));
   switch2(new3(FUNCTION, naminstall("INTERFACE_INFO"), pieces));
   return null;
 }
 
 // ---- names and operands
 
-DAG cat(const BuiltinCall& call) {
+DAG builtin::cat(const BuiltinCall& call) {
   DAG args = call.arguments;
   if (argumentCount(call) == 0) return naminstall("");
   bool joinable = true;
@@ -244,14 +241,14 @@ DAG cat(const BuiltinCall& call) {
   return joined;
 }
 
-DAG catenate(const BuiltinCall& call) {
+DAG builtin::catenate(const BuiltinCall& call) {
   if (argumentCount(call) < 2) wrongParameters(call);
   DAG joined = call.arguments[1];
   for (Word i = 2; i < lengthOf(call.arguments); ++i) joined = concatenate(joined, call.arguments[i]);
   return joined;
 }
 
-DAG anames(const BuiltinCall& call) {
+DAG builtin::anames(const BuiltinCall& call) {
   if (argumentCount(call) > 1) wrongParameters(call);
   if (argumentCount(call) == 0) return loopname(3, DAG());
   DAG kind = call.arguments[1];
@@ -259,13 +256,13 @@ DAG anames(const BuiltinCall& call) {
   return loopname(3, kind);
 }
 
-DAG unames(const BuiltinCall& call) {
+DAG builtin::unames(const BuiltinCall& call) {
   if (argumentCount(call) != 0) wrongParameters(call);
   return loopname(4, DAG());
 }
 
-DAG bind(const BuiltinCall& call) { return AppendToWithBindings(call.arguments); }
-DAG unbind(const BuiltinCall& call) { return RemoveFromWithBindings(call.arguments); }
+DAG builtin::bind(const BuiltinCall& call) { return AppendToWithBindings(call.arguments); }
+DAG builtin::unbind(const BuiltinCall& call) { return RemoveFromWithBindings(call.arguments); }
 
 namespace {
 bool hasSides(DAG x) {
@@ -277,16 +274,16 @@ bool hasSides(DAG x) {
 }
 }  // namespace
 
-DAG lhs(const BuiltinCall& call) {
+DAG builtin::lhs(const BuiltinCall& call) {
   if (argumentCount(call) != 1 || !hasSides(call.arguments[1])) wrongParameters(call);
   return call.arguments[1][1];
 }
-DAG rhs(const BuiltinCall& call) {
+DAG builtin::rhs(const BuiltinCall& call) {
   if (argumentCount(call) != 1 || !hasSides(call.arguments[1])) wrongParameters(call);
   return call.arguments[1][2];
 }
 
-DAG exports(const BuiltinCall& call) {
+DAG builtin::exports(const BuiltinCall& call) {
   if (argumentCount(call) < 1) wrongParameters(call);
   DAG module = call.arguments[1];
   if (isTag(module, NAME)) module = valuenv(module, false);
@@ -300,17 +297,17 @@ DAG exports(const BuiltinCall& call) {
 
 // ---- output
 
-DAG print(const BuiltinCall& call) {
+DAG builtin::print(const BuiltinCall& call) {
   switch2(new3(FUNCTION, naminstall("INTERFACE_PRINT"), call.arguments));
   return null;
 }
 
-DAG lprint(const BuiltinCall& call) {
+DAG builtin::lprint(const BuiltinCall& call) {
   switch2(new3(FUNCTION, naminstall("INTERFACE_LPRINT"), call.arguments));
   return null;
 }
 
-DAG streamcall(const BuiltinCall& call) {
+DAG builtin::streamcall(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
   DAG stream = call.arguments[1];
   if (!isTag(stream, FUNCTION) || !isTag(stream[1], NAME) ||
@@ -322,7 +319,7 @@ DAG streamcall(const BuiltinCall& call) {
   return nerintokorel(reply);
 }
 
-DAG callback(const BuiltinCall& call) {
+DAG builtin::callback(const BuiltinCall& call) {
   DAG reply = switch2(new3(FUNCTION, naminstall("INTERFACE_CALLBACK"), call.arguments));
   return reply ? evalstat(nerintokorel(reply), modeParse) : null;
 }

@@ -2,18 +2,19 @@
 // Built-ins of the evaluator itself: evaluation and its control, names, operands, errors, input and
 // output of values, and the operators as procedures.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 
 namespace korel {
 
 // ---- evaluation
+namespace builtin {
 DAG ASSERT(const BuiltinCall& call);
-DAG evalBuiltin(const BuiltinCall& call);
+DAG eval(const BuiltinCall& call);
 DAG evalb(const BuiltinCall& call);
 DAG evaln(const BuiltinCall& call);
 DAG assigned(const BuiltinCall& call);
 DAG if_(const BuiltinCall& call);
-DAG traperrorBuiltin(const BuiltinCall& call);
+DAG traperror(const BuiltinCall& call);
 DAG parse(const BuiltinCall& call);
 
 // ---- control
@@ -53,6 +54,7 @@ DAG greaterEqualOperator(const BuiltinCall& call);
 DAG andOperator(const BuiltinCall& call);
 DAG orOperator(const BuiltinCall& call);
 DAG notOperator(const BuiltinCall& call);
-DAG negateBuiltin(const BuiltinCall& call);
+DAG negate(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

@@ -45,32 +45,32 @@ DAG connective(const BuiltinCall& call, Tag tag, DAG neutral) {
 
 }  // namespace
 
-DAG plusOperator(const BuiltinCall& call) { return pairsWithOne(call, SUM); }
-DAG timesOperator(const BuiltinCall& call) { return pairsWithOne(call, PROD); }
+DAG builtin::plusOperator(const BuiltinCall& call) { return pairsWithOne(call, SUM); }
+DAG builtin::timesOperator(const BuiltinCall& call) { return pairsWithOne(call, PROD); }
 
-DAG powerOperator(const BuiltinCall& call) {
+DAG builtin::powerOperator(const BuiltinCall& call) {
   if (argumentCount(call) != 2) wrongParameters(call);
   return simpl(new3(POWER, call.arguments[1], call.arguments[2]));
 }
 
-DAG equalOperator(const BuiltinCall& call) { return relation(call, EQUATION, false); }
-DAG unequalOperator(const BuiltinCall& call) { return relation(call, INEQUAT, false); }
-DAG lessOperator(const BuiltinCall& call) { return relation(call, LESSTHAN, false); }
-DAG lessEqualOperator(const BuiltinCall& call) { return relation(call, LESSEQ, false); }
-DAG greaterOperator(const BuiltinCall& call) { return relation(call, LESSTHAN, true); }
-DAG greaterEqualOperator(const BuiltinCall& call) { return relation(call, LESSEQ, true); }
+DAG builtin::equalOperator(const BuiltinCall& call) { return relation(call, EQUATION, false); }
+DAG builtin::unequalOperator(const BuiltinCall& call) { return relation(call, INEQUAT, false); }
+DAG builtin::lessOperator(const BuiltinCall& call) { return relation(call, LESSTHAN, false); }
+DAG builtin::lessEqualOperator(const BuiltinCall& call) { return relation(call, LESSEQ, false); }
+DAG builtin::greaterOperator(const BuiltinCall& call) { return relation(call, LESSTHAN, true); }
+DAG builtin::greaterEqualOperator(const BuiltinCall& call) { return relation(call, LESSEQ, true); }
 
-DAG andOperator(const BuiltinCall& call) { return connective(call, AND, ini("true")); }
-DAG orOperator(const BuiltinCall& call) { return connective(call, OR, ini("false")); }
-DAG notOperator(const BuiltinCall& call) {
+DAG builtin::andOperator(const BuiltinCall& call) { return connective(call, AND, ini("true")); }
+DAG builtin::orOperator(const BuiltinCall& call) { return connective(call, OR, ini("false")); }
+DAG builtin::notOperator(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
   DAG negated = simpl(new2(NOT, call.arguments[1]));
   return isImmediate(negated) ? negated : evalbool(negated);
 }
 
-DAG negateBuiltin(const BuiltinCall& call) {
+DAG builtin::negate(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
-  return simpl(negate(call.arguments[1]));
+  return simpl(korel::negate(call.arguments[1]));
 }
 
 }  // namespace korel

@@ -14,6 +14,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -119,8 +120,6 @@ int countMarks(const char* text) {
 
 namespace {
 
-Word memberCount(DAG sequence) { return lengthOf(sequence) - 1; }
-bool isSequence(DAG x) { return isObject(x) && tagOf(x) == EXPSEQ; }
 
 /// How many places the parameters of `text` take: one a mark; with %0 all that were given.
 Word parameterPlaces(const char* text, const DAG* parameters, int count) {
@@ -152,7 +151,6 @@ void placeParameters(DAG target, Word at, Word places, const DAG* parameters, in
   while (at < end) target[at++] = new2(UNEVAL, null);
 }
 
-DAG unwrapped(DAG x) { return isSequence(x) && memberCount(x) == 1 ? x[1] : x; }
 
 /// The first entry of an exception: who raised it.
 DAG raisingProcedure() {
@@ -170,7 +168,7 @@ void keepInName(DAG name, DAG value) {
   ResetSimplifier();
   const char* message = textOf(exception[2]);
   runErrorProcs(message);
-  keepInName(ini("lasterror"), exception == value ? exception[2] : unwrapped(value));
+  keepInName(ini("lasterror"), exception == value ? exception[2] : singleMember(value));
   keepInName(ini("lastexception"), exception);
   if (Environment->jumpBuffer == nullptr) {
     std::fprintf(stderr, "Serious error, probable cause: %s\n", message);
@@ -335,7 +333,7 @@ DAG KernelTrapError(DAG (*f)(DAG), DAG argument, bool& failed) {
     clearLastError();
     RestoreEnvironment(previous);
     failed = false;
-    return unwrapped(value);
+    return singleMember(value);
   }
   --trapSet;
   RestoreEnvironment(previous);
@@ -344,7 +342,7 @@ DAG KernelTrapError(DAG (*f)(DAG), DAG argument, bool& failed) {
   switch (code) {
     case jumpError:
       if (SpecialError == noSpecialError) forgetTraceLevels();
-      return unwrapped(simpl(ini("lasterror")[1]));
+      return singleMember(simpl(ini("lasterror")[1]));
     case jumpReturn:
     case jumpBreak:
       return FillInLastErrorAndException(misplacedJump);

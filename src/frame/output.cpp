@@ -17,6 +17,7 @@
 #include "store/names.h"
 #include "store/objects.h"
 #include "eval/simplify/aliases.h"
+#include "store/vocabulary.h"
 #include "text/print/display.h"
 
 namespace korel {
@@ -80,7 +81,6 @@ bool isCallOf(DAG x, const char* name) {
          std::strcmp(textOf(x[1]), name) == 0;
 }
 
-DAG asSequence(DAG x) { return isObject(x) && hasTag(x, EXPSEQ) ? x : new2(EXPSEQ, x); }
 
 void refuseRedirection(bool redirects) {
   if (secureMode != 0 && redirects) KernelException("redirection is disabled");

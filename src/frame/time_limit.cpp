@@ -54,13 +54,13 @@ void raiseTimeExpired() {
   KernelException("time expired");
 }
 
-DAG time(const BuiltinCall& call) {
+DAG builtin::time(const BuiltinCall& call) {
   double start = argumentCount(call) == 0 ? 0.0 : cptime();
-  for (Word i = 1; i < lengthOf(call.arguments); ++i) simpl(eval(call.arguments[i]));
+  for (Word i = 1; i < lengthOf(call.arguments); ++i) simpl(korel::eval(call.arguments[i]));
   return secondsAsFloat(cptime() - start);
 }
 
-DAG timelimit(const BuiltinCall& call) {
+DAG builtin::timelimit(const BuiltinCall& call) {
   if (argumentCount(call) != 2) wrongParameters(call);
   if (evalTimeLimit != 0) KernelException("timelimit already active");
   clearLastError();
@@ -68,13 +68,13 @@ DAG timelimit(const BuiltinCall& call) {
   if (t == consm1) {
     evalTimeLimit = noLimit;
   } else {
-    DAG seconds = simpl(evalf(simpl(eval(t))));
+    DAG seconds = simpl(korel::evalf(simpl(korel::eval(t))));
     if (!isNumeric(seconds)) wrongParameters(call);
     double limit = FloatValue(seconds);
     if (!(limit >= 0)) wrongParameters(call);
     evalTimeLimit = limitFrom(limit);
   }
-  DAG value = traperror(call.arguments[2]);
+  DAG value = korel::traperror(call.arguments[2]);
   evalTimeLimit = 0;
   if (SpecialError == timeExpired) {
     SpecialError = noSpecialError;

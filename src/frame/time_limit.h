@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -22,9 +22,11 @@ inline void checkTimeLimit() {
 bool isTimeExpired();
 [[noreturn]] void raiseTimeExpired();
 
+namespace builtin {
 /// The built-in `time`: CPU seconds as a FLOAT with 3 decimals, or the time that its arguments take.
 DAG time(const BuiltinCall& call);
 /// The built-in `timelimit`. Error: "timelimit already active".
 DAG timelimit(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

@@ -16,7 +16,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 DAG libraryDirectories() {
   DAG directories = valuenv(ini("libname"), true);
@@ -26,7 +25,7 @@ DAG libraryDirectories() {
 
 }  // namespace
 
-DAG readlib(const BuiltinCall& call) {
+DAG builtin::readlib(const BuiltinCall& call) {
   Word n = argumentCount(call);
   if (n == 0 || !isTag(call.arguments[1], NAME)) wrongParameters(call);
   KernelWarning(4, "persistent store makes readlib obsolete");
@@ -47,7 +46,7 @@ DAG readlib(const BuiltinCall& call) {
   return value;
 }
 
-DAG system_(const BuiltinCall& call) {
+DAG builtin::system_(const BuiltinCall& call) {
   Word n = argumentCount(call);
   if (n == 0) wrongParameters(call);
   for (Word i = 1; i <= n; ++i)
@@ -58,14 +57,14 @@ DAG system_(const BuiltinCall& call) {
   return immediate(callsys(textOf(StringToMString(command))));
 }
 
-DAG MPFloat(const BuiltinCall& call) {
+DAG builtin::MPFloat(const BuiltinCall& call) {
   if (argumentCount(call) == 0 || !isTag(call.arguments[1], STRING))
     KernelException("usage MPFloat(string,args)");
   if (argumentCount(call) != 2) wrongParameters(call);
   KernelException("the operation `%1` is not available", call.self);
 }
 
-DAG DEBUG_(const BuiltinCall& call) {
+DAG builtin::DEBUG_(const BuiltinCall& call) {
   if (Environment->frame->previousFrame == nullptr) return evalsysf("debugger", "", call.arguments);
   stepLevel = evaluationLevel;
   updategen(call.arguments);

@@ -20,7 +20,6 @@ namespace {
 constexpr int sourceWidth = 79;
 constexpr int sourceFlags = 2;  // attributes shown
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 void writeCharacter(void* stream, int c) { std::fputc(c, static_cast<std::FILE*>(stream)); }
 // A file that ends in the midst of an object is no success.

@@ -21,7 +21,6 @@ namespace {
 constexpr std::size_t longestName = 1087;  // base and suffix together stay below
 constexpr std::size_t longestPath = 1024;
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 bool isMissed(DAG name) {
   for (DAG missed : notinlib)

@@ -209,7 +209,7 @@ RememberedOptions remembered;
 
 }  // namespace
 
-DAG kernelopts(const BuiltinCall& call) {
+DAG builtin::kernelopts(const BuiltinCall& call) {
   DAG values = newl2(lengthOf(call.arguments), EXPSEQ);
   Word found = 0;
   for (Word i = 1; i < lengthOf(call.arguments); ++i) {

@@ -42,7 +42,7 @@ constexpr Word maxLength = 0x03ffffff;
 /// The 58 tags as header constants: the tag's number shifted left by 26, length 0.
 enum Tag : Word {
   NOTAG = 0,
-#define KOREL_TAG(number, name) name = Word{number} << 26,
+#define KOREL_TAG(number, name, ...) name = Word{number} << 26,
 #include "store/tags.def"
 #undef KOREL_TAG
 };
@@ -85,7 +85,10 @@ inline Tag tagOf(DAG x) {
 inline Word lengthOf(DAG s) { return headerWord(s) & lengthMask; }
 inline void setHeader(DAG s, Tag tag, Word length) { headerWord(s) = tag | length; }
 
+/// An immediate reads as the integer it is; `x` is not 0.
 inline bool hasTag(DAG x, Tag tag) { return tagOf(x) == tag; }
+/// The same for any word: 0 and immediates are no object of any tag.
+inline bool isTag(DAG x, Tag tag) { return isObject(x) && static_cast<Tag>(headerWord(x) & tagMask) == tag; }
 /// Immediate or heap integer.
 inline bool isInteger(DAG x) { return isImmediate(x) || headerWord(x) < (INTPOS | lengthMask) + 1; }
 /// Integer or RATIONAL.

@@ -75,7 +75,7 @@ DAG canonicalInteger(DAG s) {
 
 }  // namespace
 
-DAG assemble(const BuiltinCall& call) {
+DAG builtin::assemble(const BuiltinCall& call) {
   if (argumentCount(call) == 0) wrongParameters(call);
   DAG words = call.arguments;
   Tag tag = requestedTag(words[1]);
@@ -91,7 +91,7 @@ DAG assemble(const BuiltinCall& call) {
   return integerOf(s.word);
 }
 
-DAG disassemble(const BuiltinCall& call) {
+DAG builtin::disassemble(const BuiltinCall& call) {
   DAG x = objectAt(theArgument(call));
   DAG number = immediate(tagNumber(tagOf(x)));
   if (isImmediate(x)) return simpl(new3(EXPSEQ, number, integerOf(x.word)));
@@ -102,9 +102,9 @@ DAG disassemble(const BuiltinCall& call) {
   return simpl(words);
 }
 
-DAG addressof(const BuiltinCall& call) { return integerOf(theArgument(call).word); }
+DAG builtin::addressof(const BuiltinCall& call) { return integerOf(theArgument(call).word); }
 
-DAG pointto(const BuiltinCall& call) {
+DAG builtin::pointto(const BuiltinCall& call) {
   DAG x = objectAt(theArgument(call));
   updategen(x);
   return x;

@@ -4,12 +4,12 @@
 // A word is shown as the signed 32-bit number that it holds, and taken as such or as the unsigned number
 // of the same bits. Whatever comes in is verified before anything else looks at it.
 
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
 
-struct BuiltinCall;
-
+namespace builtin {
 /// assemble(tag, w1, w2, ...): a new object of the tag (a number, or its name) with these raw words;
 /// gives its word, which is an address unless an integer folds into its immediate form. Errors:
 /// "dagtag expected, but got %1", "invalid ID field in assemble", "rtables cannot be built using
@@ -22,5 +22,6 @@ DAG disassemble(const BuiltinCall& call);
 DAG addressof(const BuiltinCall& call);
 /// pointto(address): the object there. Error: "object at address is invalid".
 DAG pointto(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

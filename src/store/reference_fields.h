@@ -5,9 +5,8 @@
 // is not named here is raw. Rtables keep references outside their words as well; who follows those
 // asks the rtable floor (collector.h).
 
-#include <initializer_list>
-
 #include "store/dag.h"
+#include "store/tag_facts.h"
 
 namespace korel {
 
@@ -51,17 +50,7 @@ inline ReferenceFields referenceFields(DAG s) {
 
 /// Whether the fields of simplified objects with this tag stay as they are: values and relations without
 /// state of their own. Those that hold no references count among them.
-inline bool isUnchanging(Tag tag) {
-  constexpr std::uint64_t tags = [] {
-    std::uint64_t set = 0;
-    for (Tag t : {INTNEG, INTPOS, RATIONAL, FLOAT, HFLOAT, COMPLEX, SUM, PROD, POWER, FUNCTION, EXPSEQ, LIST, SET,
-                  RANGE, EQUATION, INEQUAT, LESSEQ, LESSTHAN, AND, OR, NOT, UNEVAL, DCOLON, CATENATE, TABLEREF,
-                  LOCAL, PARAM, LEXICAL, BINARY})
-      set |= std::uint64_t{1} << tagNumber(t);
-    return set;
-  }();
-  return ((tags >> tagNumber(tag)) & 1) != 0;
-}
+constexpr bool isUnchanging(Tag tag) { return lastingTags.contains(tag); }
 
 /// Calls `visit(DAG& field)` on each of them.
 template <class Visit>

@@ -32,7 +32,6 @@ const StandardName fixedNames[] = {
     "Testzero", "Normalizer", "index/newtable", "NumericEventHandlers", "printlevel",
 };
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 Frame& currentFrame() { return *Environment->frame; }
 

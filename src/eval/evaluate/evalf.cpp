@@ -22,7 +22,6 @@ namespace {
 
 constexpr std::int64_t largestDigits = 268435448;
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // ---- what is remembered
 

@@ -19,13 +19,12 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isNameLike(DAG x) { return isTag(x, NAME) || isTag(x, TABLEREF); }
 
 // A value that last-name evaluation hides behind its name.
 bool isHidden(DAG value) {
@@ -54,25 +53,25 @@ bool isHidden(DAG value) {
 
 // A name instance of a frame, or what a captured local is bound to: one level only.
 DAG evalInstance(DAG x, DAG* lastName) {
-  if (!isTag(x, NAME)) return lastName != nullptr && isNameLike(x) ? eval(x, lastName) : x;
+  if (!isTag(x, NAME)) return lastName != nullptr && isNameOrIndexed(x) ? eval(x, lastName) : x;
   DAG value = x[1];
   if (lastName == nullptr) return !value || isTag(value, PROC) || isTag(value, TABLE) ? x : value;
   *lastName = x;
   if (!value) return x;
-  return isNameLike(value) ? eval(value, lastName) : value;
+  return isNameOrIndexed(value) ? eval(value, lastName) : value;
 }
 
 [[gnu::noinline]] DAG evalLocal(DAG x, DAG* lastName) { return evalInstance(evparloc(x), lastName); }
 
 [[gnu::noinline]] DAG evalParameter(DAG x, DAG* lastName) {
   DAG value = evparloc(x);
-  return lastName != nullptr && isNameLike(value) ? eval(value, lastName) : value;
+  return lastName != nullptr && isNameOrIndexed(value) ? eval(value, lastName) : value;
 }
 
 [[gnu::noinline]] DAG evalLexical(DAG x, DAG* lastName) {
   DAG value = evparloc(x);
   if (static_cast<std::int32_t>(rawField(x, 1)) <= 0)
-    return lastName != nullptr && isNameLike(value) ? eval(value, lastName) : value;
+    return lastName != nullptr && isNameOrIndexed(value) ? eval(value, lastName) : value;
   if (!isTag(value, NAME)) return value;
   return evalInstance(value, lastName);
 }

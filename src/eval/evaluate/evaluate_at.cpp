@@ -20,7 +20,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 DAG replacement(DAG equations, DAG x) {
   for (Word i = 1; i < lengthOf(equations); ++i)

@@ -20,12 +20,12 @@
 #include "store/objects.h"
 #include "eval/walk/has.h"
 #include "store/long_string.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 std::int32_t position(DAG x) { return static_cast<std::int32_t>(rawField(x, 1)); }
 
 // ---- formal parameters, locals, lexicals
@@ -299,8 +299,6 @@ DAG mvalue(DAG x) {
 
 namespace {
 
-bool isText(DAG x) { return isTag(x, NAME) || isTag(x, STRING); }
-bool isCharacter(DAG x) { return isText(x) && textOf(x)[0] != 0 && textOf(x)[1] == 0; }
 
 DAG joinText(DAG left, const char* tail) {
   char* text = AppendStringToString(AppendStringToString(NewLongString(), textOf(left)), tail);

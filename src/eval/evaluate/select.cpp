@@ -16,13 +16,12 @@
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isNameLike(DAG x) { return isTag(x, NAME) || isTag(x, TABLEREF); }
 
 // The members that positions i to j name, or an error; i = j + 1 is empty.
 struct Span {
@@ -44,7 +43,6 @@ DAG referenceTo(DAG x, DAG base, DAG index) {
   return rebuilt;
 }
 
-DAG single(DAG index) { return isTag(index, EXPSEQ) && lengthOf(index) == 2 ? index[1] : index; }
 
 // A part of a container, of the container's kind.
 DAG partOf(DAG container, DAG body, Span span) {
@@ -55,7 +53,7 @@ DAG partOf(DAG container, DAG body, Span span) {
 }
 
 DAG moduleMember(DAG module, DAG index, DAG* lastName) {
-  DAG name = single(index);
+  DAG name = singleMember(index);
   if (!isTag(name, NAME)) KernelException("index must evaluate to a name when indexing a module");
   PairAddress global = srchname(textOf(name));
   if (global != notFound) name = pairValue(global);
@@ -68,12 +66,12 @@ bool isHiddenEntry(DAG value) { return isTag(value, PROC) || isTag(value, TABLE)
 // Value of an entry of the TABLE `table`.
 DAG tableEntry(DAG x, DAG table, DAG index, DAG name, DAG* lastName) {
   auto reference = [&] { return simpl(referenceTo(x, name, index)); };
-  if (lastName != nullptr && isNameLike(name)) *lastName = reference();
+  if (lastName != nullptr && isNameOrIndexed(name)) *lastName = reference();
   DAG entry = TableIndex(index, name, table);
   if (entry == absent) return reference();
   if (IndexFcnUsed || isTag(x[1], LOCAL)) return entry;
   DAG value = eval(entry, lastName);
-  if (lastName == nullptr && isHiddenEntry(value) && isNameLike(name)) return reference();
+  if (lastName == nullptr && isHiddenEntry(value) && isNameOrIndexed(name)) return reference();
   return value;
 }
 
@@ -165,7 +163,7 @@ DAG evalTableReference(DAG x, DAG* lastName) {
         if (evaluated || (element == x && lastName == nullptr)) return element;
         return eval(element, lastName);
       }
-      DAG reference = referenceTo(x, evaluated && !isNameLike(name) ? B : name, evaluatedIndex);
+      DAG reference = referenceTo(x, evaluated && !isNameOrIndexed(name) ? B : name, evaluatedIndex);
       if (lastName != nullptr) *lastName = reference;
       return reference;
     }
@@ -201,8 +199,8 @@ DAG evalTableReference(DAG x, DAG* lastName) {
   }
   if (!index) index = isTag(x[2], EXPSEQ) ? evaluatedSequence(x[2]) : simpl(eval(x[2]));
   if (isTag(B, TABLE)) return tableEntry(x, B, index, name, lastName);
-  DAG reference = referenceTo(x, isTag(B, PROC) && isNameLike(name) ? name : B, index);
-  if (lastName != nullptr && isNameLike(name)) *lastName = referenceTo(x, name, index);
+  DAG reference = referenceTo(x, isTag(B, PROC) && isNameOrIndexed(name) ? name : B, index);
+  if (lastName != nullptr && isNameOrIndexed(name)) *lastName = referenceTo(x, name, index);
   return reference;
 }
 
@@ -233,7 +231,7 @@ DAG selectStored(DAG x) {
     default:
       break;
   }
-  return simpl(referenceTo(x, lastName && isNameLike(lastName) ? lastName : base, index));
+  return simpl(referenceTo(x, lastName && isNameOrIndexed(lastName) ? lastName : base, index));
 }
 
 }  // namespace korel

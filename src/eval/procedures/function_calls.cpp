@@ -25,6 +25,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -33,8 +34,6 @@ namespace {
 // The print level of a procedure with the option `trace`: everything in and below it is shown.
 constexpr std::int32_t tracedPrintLevel = 214748364;
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isNameLike(DAG x) { return isTag(x, NAME) || isTag(x, TABLEREF); }
 
 bool beginsWith(DAG options, DAG name) { return lengthOf(options) > 1 && options[1] == name; }
 bool isExternalWrapper(DAG proc) {
@@ -51,13 +50,13 @@ struct Callee {
 
 // The name of a call whose head has none: of `readlib(n)`, n; otherwise `unknown`.
 DAG nameOfHead(DAG value, DAG head) {
-  if (isNameLike(value)) return value;
-  if (isNameLike(head)) return head;
+  if (isNameOrIndexed(value)) return value;
+  if (isNameOrIndexed(head)) return head;
   if (isTag(head, FUNCTION) && head[1] == ini("readlib") && isTag(head[2], EXPSEQ) &&
       lengthOf(head[2]) > 1) {
     DAG n = head[2][1];
     if (isTag(n, UNEVAL)) n = n[1];
-    if (isNameLike(n)) return n;
+    if (isNameOrIndexed(n)) return n;
   }
   return ini("unknown");
 }
@@ -216,11 +215,11 @@ DAG runPlain(const Callee& callee, DAG a);
   DAG head = x[1], a = x[2];
   if (isTag(head, UNEVAL)) return unevaluatedCall(x, eval(head), eval(a));
   Callee callee = findCallee(head);
-  if (isInert(x)) return unevaluatedCall(x, isNameLike(callee.name) ? callee.name : head, simpl(eval(a)));
+  if (isInert(x)) return unevaluatedCall(x, isNameOrIndexed(callee.name) ? callee.name : head, simpl(eval(a)));
   if (!isTag(callee.procedure, PROC)) {
     DAG value = callee.procedure;
     if (isStreamName(value)) return sendToFrontEnd(value, simpl(eval(a)));
-    if (isNameLike(value)) return unevaluatedCall(x, value, simpl(eval(a)));
+    if (isNameOrIndexed(value)) return unevaluatedCall(x, value, simpl(eval(a)));
     DAG arguments = simpl(eval(a));
     return evalsysf("evalapply", "",
                     simpl(new3(EXPSEQ, simpl(value), simpl(new2(LIST, arguments)))));
@@ -271,12 +270,12 @@ void checkParameters(DAG proc, DAG arguments, DAG name) {
     DAG argument = arguments[i];
     bool byName = isTag(checked, FUNCTION) && (checked[1] == ini("evaln") || checked[1] == ini("name")) &&
                   lengthOf(checked[2]) == 2;
-    bool matches = byName && isNameLike(argument) ? type(mvalue(argument), checked[2][1])
+    bool matches = byName && isNameOrIndexed(argument) ? type(mvalue(argument), checked[2][1])
                                                   : type(argument, checked);
     evaluationLevel -= 19;
     if (matches) continue;
     DAG parameter = simpl(newLocalName(textOf(declaredName(declaration))));
-    DAG shown = byName && isNameLike(argument) ? new3(ASSIGN, argument, mvalue(argument)) : argument;
+    DAG shown = byName && isNameOrIndexed(argument) ? new3(ASSIGN, argument, mvalue(argument)) : argument;
     KernelException("%1 expects its %-2 argument, %3, to be of type %4, but received %5", name,
                     immediate(static_cast<std::int32_t>(i)), parameter, checked, shown);
   }

@@ -25,7 +25,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 struct ModuleRecord {
   DAG module;

@@ -24,7 +24,6 @@ DAG assignedProcName;
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // ---- checks of declarations
 

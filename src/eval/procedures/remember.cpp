@@ -16,7 +16,6 @@ namespace {
 
 constexpr Word rememberBuckets = 128;
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 DAG procedureOf(DAG x) { return isTag(x, NAME) ? valuenv(x, false) : x; }
 

@@ -14,7 +14,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 std::int32_t number(DAG x) { return static_cast<std::int32_t>(rawField(x, 1)); }
 DAG reference(Tag tag, std::int32_t n) { return new2(tag, DAG(static_cast<Word>(n))); }
 

@@ -15,7 +15,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 Word aliasCount() { return lengthOf(AliasToKorel) - 1; }
 
@@ -118,7 +117,7 @@ DAG retalias(bool isAlias) {
   return simpl(list);
 }
 
-DAG alias(const BuiltinCall& call) { return addalias(call.arguments, false, true); }
-DAG macro(const BuiltinCall& call) { return addalias(call.arguments, true, false); }
+DAG builtin::alias(const BuiltinCall& call) { return addalias(call.arguments, false, true); }
+DAG builtin::macro(const BuiltinCall& call) { return addalias(call.arguments, true, false); }
 
 }  // namespace korel

@@ -5,7 +5,7 @@
 // every statement that comes in, and entry i of `KorelToAlias` is b = a, applied to all that goes out.
 // A macro works on the way in alone: its way back is an equation of two empty sequences.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -25,8 +25,10 @@ DAG addalias(DAG equations, bool allowAny, bool isAlias);
 /// The aliases, or the macros, in force: an EXPSEQ of a = b.
 DAG retalias(bool isAlias);
 
+namespace builtin {
 /// alias(a = b, ...), macro(a = b, ...): the list afterwards.
 DAG alias(const BuiltinCall& call);
 DAG macro(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

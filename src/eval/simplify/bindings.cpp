@@ -17,7 +17,6 @@ DAG globalBindings;
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // The record at the bottom of the chain, for the global sequence.
 BindingRecord globalRecord{DAG(), nullptr};

@@ -24,13 +24,12 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isFloat(DAG x) { return isTag(x, FLOAT) || isTag(x, HFLOAT); }
 bool isFiniteNumber(DAG x) {
   return (isNumeric(x) || hasTag(x, COMPLEX)) && !isInfinite(x) && !isUndefined(x);
 }
@@ -82,7 +81,7 @@ DAG distribute(DAG z, Construct construct) {
 }
 
 DAG fractionOfTwo(DAG s, DAG a, DAG b) {
-  if (isFloat(a) || isFloat(b) || isTag(b, COMPLEX) || isInvalidOperand(a) || isInvalidOperand(b))
+  if (isFloatNumber(a) || isFloatNumber(b) || isTag(b, COMPLEX) || isInvalidOperand(a) || isInvalidOperand(b))
     KernelException("invalid argument for Fraction constructor");
   if (isTag(a, COMPLEX))
     return distribute(a, [b](DAG part) { return simpl(callOf("Fraction", part, b)); });
@@ -110,7 +109,7 @@ DAG fractionCall(DAG s) {
     if (isRationalNumber(x) || isSpecialName(x)) return x;
     if (isTag(x, COMPLEX))
       return distribute(x, [](DAG part) { return simpl(callOf("Fraction", part)); });
-    if (isFloat(x) || isInvalidOperand(x))
+    if (isFloatNumber(x) || isInvalidOperand(x))
       KernelException("invalid argument for Fraction constructor");
     return finishCall(s);
   }
@@ -134,7 +133,7 @@ DAG complexCall(DAG s) {
     KernelException("invalid arguments for Complex constructor");
   auto isPart = [](DAG x) { return isNumeric(x) || isSpecialName(x); };
   if (!isPart(a) || !isPart(b)) return finishCall(s);
-  if (isFloat(a) != isFloat(b) && isNumeric(a) && isNumeric(b)) {
+  if (isFloatNumber(a) != isFloatNumber(b) && isNumeric(a) && isNumeric(b)) {
     a = simpl(evalf(a));
     b = simpl(evalf(b));
   }
@@ -149,7 +148,7 @@ DAG floatOfTwo(DAG s, DAG m, DAG e) {
   if (isTag(m, COMPLEX) && isInteger(e))
     return distribute(m, [e](DAG part) { return simpl(callOf("Float", part, e)); });
   bool exponentName = e == ini("infinity") || e == ini("undefined");
-  if (isInvalidOperand(m) || isInvalidOperand(e) || isFloat(e) || isTag(e, COMPLEX) ||
+  if (isInvalidOperand(m) || isInvalidOperand(e) || isFloatNumber(e) || isTag(e, COMPLEX) ||
       isTag(m, COMPLEX) || isTag(m, RATIONAL) || isTag(e, RATIONAL) || isTag(m, HFLOAT) ||
       (exponentName && isTag(m, FLOAT)))
     KernelException("invalid arguments for Float constructor");

@@ -17,14 +17,12 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isFloat(DAG x) { return isTag(x, FLOAT) || isTag(x, HFLOAT); }
-bool isNumber(DAG x) { return isNumeric(x) || hasTag(x, COMPLEX); }
 
 DAG libraryPower(DAG base, DAG exponent) {
   return simpl(evalsysf("evalf/", "power", simpl(new3(EXPSEQ, base, exponent))));
@@ -70,7 +68,7 @@ DAG infinitePower(DAG base, DAG exponent) {
 
 // A COMPLEX with an infinite part to a finite real number. An infinite multiple of the unit keeps its direction.
 DAG powerOfComplexInfinity(DAG base, DAG exponent) {
-  const bool floats = isFloatComplex(base) || isFloat(exponent);
+  const bool floats = isFloatComplex(base) || isFloatNumber(exponent);
   if (exponent == cons1) return base;
   if (consneg(exponent)) return floats ? conscxf0 : cons0;
   if (lengthOf(base) != 2 || !isInteger(exponent)) return floats ? conscxfinf : conscxinf;
@@ -158,7 +156,7 @@ DAG simplPower(DAG s) {
     exponent = s[2] = simpl(mul(exponent, consh));
   }
   bool special = isInfinite(base) || isUndefined(base) || isInfinite(exponent) || isUndefined(exponent);
-  bool floats = isFloat(base) || isFloat(exponent);
+  bool floats = isFloatNumber(base) || isFloatNumber(exponent);
   if (special && !floats) {
     DAG settled = simpl01(s);
     if (isImmediate(settled) || settled != s) return simpl(settled);
@@ -170,7 +168,7 @@ DAG simplPower(DAG s) {
   }
   if (isTag(exponent, COMPLEX) && isNumber(base) && !special) {
     auto holdsFloat = [](DAG z) {
-      return isTag(z, COMPLEX) && (isFloat(z[1]) || (lengthOf(z) == 3 && isFloat(z[2])));
+      return isTag(z, COMPLEX) && (isFloatNumber(z[1]) || (lengthOf(z) == 3 && isFloatNumber(z[2])));
     };
     if (floats || holdsFloat(base) || holdsFloat(exponent)) return libraryPower(base, exponent);
     if (base == cons1) return cons1;
@@ -179,7 +177,7 @@ DAG simplPower(DAG s) {
   }
   switch (tagOf(base)) {
     case INTNEG: case INTPOS: case RATIONAL:
-      if (base == cons1 && !isFloat(exponent)) return cons1;
+      if (base == cons1 && !isFloatNumber(exponent)) return cons1;
       break;
     case FLOAT: case COMPLEX: case NAME: case SUM: case MEMBER: case TABLEREF: case DCOLON:
     case CATENATE: case POWER: case PROD: case SERIES: case FUNCTION: case UNEVAL: case LIST:

@@ -22,13 +22,12 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isFloat(DAG x) { return isTag(x, FLOAT) || isTag(x, HFLOAT); }
 
 // ---- operators bound by `use`
 
@@ -96,19 +95,19 @@ DAG libraryPower(DAG base, DAG exponent) {
 // Zero to a power.
 // A float below 0 that is no integer.
 bool isNegativeFraction(DAG x) {
-  return isFloat(x) && consneg(x) && !isZero(simpl(add(x, simpl(negate(simpl(mtrunc(x)))))));
+  return isFloatNumber(x) && consneg(x) && !isZero(simpl(add(x, simpl(negate(simpl(mtrunc(x)))))));
 }
 
 void multiplyZero(Product& product, DAG base, DAG exponent) {
   if (isZero(exponent)) {
-    DAG one = isFloat(base) ? consf1 : cons1;
+    DAG one = isFloatNumber(base) ? consf1 : cons1;
     fold(product, TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, one, true));
   } else if (isInfinite(exponent) || isUndefined(exponent) || isNegativeFraction(exponent)) {
     product.result =
         TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, consfNaN, true);
   } else if (consneg(exponent)) {
     // A float over an exact zero is a float infinity and an event.
-    if (!product.coefficient || !isFloat(product.coefficient)) KernelException("division by zero");
+    if (!product.coefficient || !isFloatNumber(product.coefficient)) KernelException("division by zero");
     product.coefficient = simpl(TrapFDIV(SuppressHFloats(product.coefficient), cons0));
   } else {
     fold(product, base);
@@ -167,7 +166,7 @@ void multiplyInteger(Product& product, DAG base, DAG exponent) {
 
 void multiplyReal(Product& product, DAG base, DAG exponent) {
   if (isZero(base)) return multiplyZero(product, base, exponent);
-  if (isFloat(exponent)) return multiply(product, libraryPower(base, exponent), cons1);
+  if (isFloatNumber(exponent)) return multiply(product, libraryPower(base, exponent), cons1);
   if (isInteger(base)) return multiplyInteger(product, base, exponent);
   if (isInteger(exponent)) return fold(product, power(base, wordExponent(exponent)));
   // The root of a fraction is a quotient of roots.
@@ -209,7 +208,7 @@ void multiplyFloat(Product& product, DAG base, DAG exponent) {
 void multiplyComplex(Product& product, DAG base, DAG exponent) {
   if (exponent == cons1) return fold(product, base);
   // I^e is (-1)^(e/2), for fractions and for integers too long for repeated squares.
-  if (base == sqrtm1 && !isFloat(exponent) && !isImmediate(exponent))
+  if (base == sqrtm1 && !isFloatNumber(exponent) && !isImmediate(exponent))
     return multiply(product, consm1, simpl(mul(exponent, consh)));
   if (isInfinite(base) || isUndefined(base)) {
     DAG settled = simpl01(new3(PROD, base, exponent));
@@ -219,7 +218,7 @@ void multiplyComplex(Product& product, DAG base, DAG exponent) {
     if (!FitIntoWord(exponent)) return multiply(product, libraryPower(base, exponent), cons1);
     return fold(product, cxpower(base, exponent));
   }
-  if (isFloat(exponent) || isFloatComplex(base)) return multiply(product, libraryPower(base, exponent), cons1);
+  if (isFloatNumber(exponent) || isFloatComplex(base)) return multiply(product, libraryPower(base, exponent), cons1);
   if (isTag(exponent, RATIONAL) && !isInfinite(base) && !isUndefined(base)) {
     DAG whole, rest = properFraction(exponent, &whole);
     if (whole != cons0 && FitIntoWord(whole)) {
@@ -236,7 +235,7 @@ void multiplyName(Product& product, DAG base, DAG exponent) {
     return;
   }
   if (base == ini("infinity") || base == ini("undefined")) {
-    if (isFloat(exponent) || (product.coefficient && isFloat(product.coefficient)))
+    if (isFloatNumber(exponent) || (product.coefficient && isFloatNumber(product.coefficient)))
       return multiplyFloat(product, base == ini("infinity") ? consfinf : consfNaN, exponent);
     product.special = true;
   }
@@ -264,7 +263,7 @@ void multiplySum(Product& product, DAG base, DAG exponent) {
 
 void multiplyProduct(Product& product, DAG base, DAG exponent) {
   Word n = lengthOf(base);
-  if (isFloat(exponent) && n > 1 && isTag(base[1], COMPLEX))
+  if (isFloatNumber(exponent) && n > 1 && isTag(base[1], COMPLEX))
     return multiply(product, libraryPower(base, exponent), cons1);
   bool fractional = n == 3 && isNumeric(base[2]) && compcon(base[2], consm1) > 0 &&
                     compcon(base[2], cons1) < 0;
@@ -532,7 +531,7 @@ DAG generalProduct(DAG s) {
         case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: return productOfRelations(s);
         default: break;
       }
-    if (isFloat(s[i + 1])) hasFloat = true;
+    if (isFloatNumber(s[i + 1])) hasFloat = true;
   }
   if (hasFloat) {
     if (DAG changed = TransformSEQ2F(s)) {
@@ -542,7 +541,7 @@ DAG generalProduct(DAG s) {
     n = lengthOf(s);
   }
   auto isSpecial = [](DAG x) { return isInfinite(x) || isUndefined(x); };
-  if (n == 3 && !isFloat(s[1]) && (isSpecial(s[1]) || isSpecial(s[2]))) {
+  if (n == 3 && !isFloatNumber(s[1]) && (isSpecial(s[1]) || isSpecial(s[2]))) {
     DAG settled = simpl01(s);
     if (isImmediate(settled) || !hasTag(settled, PROD)) return simpl(settled);
   }

@@ -29,6 +29,8 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
+#include "store/tag_facts.h"
 
 namespace korel {
 
@@ -37,9 +39,6 @@ namespace {
 // From this many words on, terms are sorted to find equal ones; below, each is compared with all.
 constexpr Word sortFromLength = 51;
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isFloat(DAG x) { return isTag(x, FLOAT) || isTag(x, HFLOAT); }
-bool isNumber(DAG x) { return isNumeric(x) || hasTag(x, COMPLEX); }
 
 // ---- operators bound by `use`
 
@@ -68,31 +67,24 @@ DAG boundSum(DAG s) {
 
 // ---- what stands among the terms
 
-using TagSet = std::uint64_t;
-constexpr TagSet setOf(std::initializer_list<Tag> tags) {
-  TagSet set = 0;
-  for (Tag tag : tags) set |= TagSet{1} << tagNumber(tag);
-  return set;
-}
-
 // Terms of which nothing is asked but whether they are equal.
-constexpr TagSet quietTags =
-    setOf({NAME, MEMBER, TABLEREF, DCOLON, CATENATE, POWER, SERIES, FUNCTION, UNEVAL, LIST, LOCAL, PARAM,
-           LEXICAL, PROC, SET, TABLE, RTABLE, MODDEF, MODULE});
+constexpr TagSet quietTags = {
+    NAME, MEMBER, TABLEREF, DCOLON, CATENATE, POWER, SERIES, FUNCTION, UNEVAL, LIST, LOCAL, PARAM,
+           LEXICAL, PROC, SET, TABLE, RTABLE, MODDEF, MODULE};
 
 // One look at each term tells which steps have something to do: most have not, with most sums.
 struct Kinds {
-  TagSet tags = 0;          // of the terms
+  TagSet tags;              // of the terms
   bool hasFloat = false;    // among the terms or coefficients
   bool hasSpecial = false;  // `infinity` or `undefined`
   DAG failure;              // `FAIL`
 
-  bool has(Tag tag) const { return (tags & setOf({tag})) != 0; }
+  bool has(Tag tag) const { return tags.contains(tag); }
 
   void add(const Pair& pair) {
     Tag tag = tagOf(pair.term);
-    tags |= TagSet{1} << tagNumber(tag);
-    if (isFloat(pair.coefficient)) hasFloat = true;
+    tags = tags | TagSet{tag};
+    if (isFloatNumber(pair.coefficient)) hasFloat = true;
     if (isImmediate(pair.term)) return;
     if (tag == NAME && !isPlainName(pair.term)) {
       if (pair.term == ini("FAIL"))
@@ -153,8 +145,8 @@ bool combineComplexTerms(DAG s) {
     p[i] = {cons0, cons0};
     if (isTag(folded, COMPLEX) && lengthOf(folded) == 2 && isNumeric(other)) {
       DAG imaginary = folded[1];
-      if (isFloat(imaginary) != isFloat(other)) {
-        if (isFloat(imaginary)) other = simpl(evalf(other));
+      if (isFloatNumber(imaginary) != isFloatNumber(other)) {
+        if (isFloatNumber(imaginary)) other = simpl(evalf(other));
         else imaginary = simpl(evalf(imaginary));
       }
       folded = isImmediate(other) && isZero(other) ? folded : simpl(new3(COMPLEX, other, imaginary));
@@ -249,7 +241,7 @@ NumberFold foldNumbers(DAG s, DAG original) {
         // Only a term that became a sum while it took its coefficient in.
         break;
       default:
-        if ((quietTags & setOf({tagOf(term)})) == 0) invalidTerm(original);
+        if (!isAmong(term, quietTags)) invalidTerm(original);
     }
   }
   if (accumulator != n) {
@@ -571,7 +563,7 @@ DAG simplSum(DAG s) {
   Word n = pairCount(s);
   DAG floatZero;
   bool hasHead = false;
-  if (kinds.hasFloat || (kinds.tags & ~quietTags) != 0) {
+  if (kinds.hasFloat || !(kinds.tags - quietTags).isEmpty()) {
     NumberFold fold = foldNumbers(s, original);
     if (fold.result) return fold.result;
     floatZero = fold.zero;

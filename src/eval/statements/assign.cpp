@@ -27,7 +27,6 @@ namespace {
 // Lists of this many members and more are not changed in place of a table.
 constexpr Word longListLength = 101;
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // What the library path may hold: a text, or a sequence of texts.
 DAG libnameValue(DAG v) {

@@ -18,14 +18,12 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-DAG truth(bool value) { return value ? ini("true") : ini("false"); }
-bool isNumber(DAG x) { return isNumeric(x) || hasTag(x, COMPLEX); }
 
 // Truth of an operand. The value of an operation is its truth already: finding that once more, at each level,
 // would double the work at each level of what stays undecided.

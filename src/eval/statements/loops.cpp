@@ -27,7 +27,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 bool isCharacter(DAG x) { return isTag(x, STRING) && textOf(x)[0] != 0 && textOf(x)[1] == 0; }
 int codeOf(DAG string) { return static_cast<unsigned char>(textOf(string)[0]); }
 bool isGotoCall(DAG x) { return isTag(x, FUNCTION) && x[1] == ini("goto"); }

@@ -29,7 +29,6 @@ namespace {
 
 enum class Kind { sequence, sum, product };
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 bool isCharacter(DAG x) { return isTag(x, STRING) && textOf(x)[0] != 0 && textOf(x)[1] == 0; }
 int codeOf(DAG string) { return static_cast<unsigned char>(textOf(string)[0]); }
 
@@ -334,11 +333,11 @@ DAG addmulforin(DAG variable, DAG container, DAG expression, bool isAdd) {
   return overContainer(isAdd ? Kind::sum : Kind::product, variable, container, expression);
 }
 
-DAG seq(const BuiltinCall& call) { return run(Kind::sequence, call); }
-DAG addBuiltin(const BuiltinCall& call) { return run(Kind::sum, call); }
-DAG mulBuiltin(const BuiltinCall& call) { return run(Kind::product, call); }
+DAG builtin::seq(const BuiltinCall& call) { return run(Kind::sequence, call); }
+DAG builtin::add(const BuiltinCall& call) { return run(Kind::sum, call); }
+DAG builtin::mul(const BuiltinCall& call) { return run(Kind::product, call); }
 
-DAG dollar(const BuiltinCall& call) {
+DAG builtin::dollar(const BuiltinCall& call) {
   Word n = argumentCount(call);
   if (n == 1 && isTag(call.arguments[1], RANGE)) {
     DAG range = call.arguments[1];

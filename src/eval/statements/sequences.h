@@ -4,7 +4,7 @@
 // They run an expression for each value of a variable and build the result once, without the statement
 // interpreter. The variable gets its value back afterwards, also after an error.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -17,12 +17,14 @@ DAG addmulforfrom(DAG variable, DAG from, DAG to, DAG expression, bool isAdd);
 DAG seqforin(DAG variable, DAG container, DAG expression);
 DAG addmulforin(DAG variable, DAG container, DAG expression, bool isAdd);
 
+namespace builtin {
 /// seq(e, i = a..b), seq(e, i = container). Error: "unable to execute seq".
 DAG seq(const BuiltinCall& call);
 /// add(e, i = a..b) and mul over a range or container. Errors: "unable to execute add" and "... mul".
-DAG addBuiltin(const BuiltinCall& call);
-DAG mulBuiltin(const BuiltinCall& call);
+DAG add(const BuiltinCall& call);
+DAG mul(const BuiltinCall& call);
 /// The operator `$`: f $ n, f $ i = a..b, $ a..b.
 DAG dollar(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

@@ -30,7 +30,6 @@ namespace {
 // The value of the statement that has just ended, which a collection at its end must not take.
 DAG valueInFlight;
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 int innerMode(int mode) { return mode < 0 ? modeSilent : modeInner; }
 

@@ -13,7 +13,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // What a `try` keeps over the jumps that can arrive in it.
 struct TryState {

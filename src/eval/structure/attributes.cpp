@@ -91,14 +91,14 @@ DAG AttributesOf(DAG x) {
   return null;
 }
 
-DAG attributes(const BuiltinCall& call) {
+DAG builtin::attributes(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
   DAG x = call.arguments[1];
   if (isObject(x) && hasTag(x, NAME)) RetrieveName(x);
   return AttributesOf(x);
 }
 
-DAG setattribute(const BuiltinCall& call) {
+DAG builtin::setattribute(const BuiltinCall& call) {
   Word n = argumentCount(call);
   if (n == 0) wrongParameters(call);
   DAG x = call.arguments[1];

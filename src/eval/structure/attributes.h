@@ -6,7 +6,7 @@
 // the object: two objects that differ in it are different objects, except for a name, which is changed
 // in place.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -14,10 +14,12 @@ namespace korel {
 /// The attribute of `x`, or `null`. Of a procedure or definition: the options, a single one as itself.
 DAG AttributesOf(DAG x);
 
+namespace builtin {
 /// attributes(x): the attribute of x, `null` for none.
 DAG attributes(const BuiltinCall& call);
 /// setattribute(x, a...): x with the attribute a, or without any when none is given.
 /// Errors: "an Environment variable cannot be protected", "module attributes can only be queried".
 DAG setattribute(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

@@ -6,7 +6,7 @@
 
 namespace korel {
 
-DAG convert(const BuiltinCall& call) {
+DAG builtin::convert(const BuiltinCall& call) {
   DAG args = call.arguments;
   if (argumentCount(call) < 2 || isImmediate(args[2]) || !(hasTag(args[2], NAME) || hasTag(args[2], STRING)))
     wrongParameters(call);

@@ -16,7 +16,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 [[noreturn]] void noRtables(const char* operation) {
   KernelException("the operation `%1` is not available", naminstall(operation));
@@ -101,7 +100,7 @@ DAG compare(const BuiltinCall& call, bool (*equal)(DAG a, DAG b)) {
 
 }  // namespace
 
-DAG EqualEntriesBuiltin(const BuiltinCall& call) { return compare(call, EqualEntries); }
-DAG EqualStructureBuiltin(const BuiltinCall& call) { return compare(call, EqualStructure); }
+DAG builtin::EqualEntries(const BuiltinCall& call) { return compare(call, korel::EqualEntries); }
+DAG builtin::EqualStructure(const BuiltinCall& call) { return compare(call, korel::EqualStructure); }
 
 }  // namespace korel

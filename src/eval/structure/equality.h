@@ -4,7 +4,7 @@
 // Simplified objects are equal when they are one object. These are not shared even when alike, and are
 // compared by what they hold.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -17,8 +17,10 @@ bool EqualStructure(DAG a, DAG b);
 /// Error: "cannot handle tables with indexing functions".
 bool EqualEntries(DAG a, DAG b);
 
+namespace builtin {
 /// EqualEntries(a, b), EqualStructure(a, b): a name stands for the table or procedure that it holds.
-DAG EqualEntriesBuiltin(const BuiltinCall& call);
-DAG EqualStructureBuiltin(const BuiltinCall& call);
+DAG EqualEntries(const BuiltinCall& call);
+DAG EqualStructure(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

@@ -20,7 +20,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // A value that evaluates to itself.
 bool isConstant(DAG x) {
@@ -213,13 +212,13 @@ DAG rest(DAG arguments, Word taken) {
 
 }  // namespace
 
-DAG mapBuiltin(const BuiltinCall& call) {
+DAG builtin::map(const BuiltinCall& call) {
   if (argumentCount(call) < 2) wrongParameters(call);
   DAG args = call.arguments;
   return mapOver(args[1], DAG(), args[2], rest(args, 2));
 }
 
-DAG map2Builtin(const BuiltinCall& call) {
+DAG builtin::map2(const BuiltinCall& call) {
   if (argumentCount(call) < 3) wrongParameters(call);
   DAG args = call.arguments;
   return mapOver(args[1], args[2], args[3], rest(args, 3));

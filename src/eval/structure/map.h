@@ -5,7 +5,7 @@
 // The original is never touched: results go into a copy, which is simplified at the end. In long lists
 // the collector gets its turn between two calls.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -35,8 +35,10 @@ bool isMappedWhole(DAG x);
 /// evaluated again; `extra` (an EXPSEQ) is, in each call.
 DAG applyTo(DAG f, DAG y, DAG x, DAG extra);
 
+namespace builtin {
 /// map(f, x, extra...), map2(f, y, x, extra...).
-DAG mapBuiltin(const BuiltinCall& call);
-DAG map2Builtin(const BuiltinCall& call);
+DAG map(const BuiltinCall& call);
+DAG map2(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

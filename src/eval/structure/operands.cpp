@@ -11,29 +11,13 @@
 #include "store/names.h"
 #include "store/objects.h"
 #include "store/reference_fields.h"
+#include "store/tag_facts.h"
 #include "eval/tables/tables.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-
-// What `op(0, x)` answers by tag, where one name does for all objects of the tag.
-struct KindName {
-  Tag tag;
-  StandardName name;
-};
-const KindName kindNames[] = {
-    // tag       op(0, x)
-    {INTNEG, "Integer"},      {INTPOS, "Integer"},     {RATIONAL, "Fraction"}, {FLOAT, "Float"},
-    {COMPLEX, "Complex"},     {STRING, "string"},      {NAME, "symbol"},       {DCOLON, "::"},
-    {CATENATE, "||"},         {POWER, "^"},            {EQUATION, "="},        {INEQUAT, "<>"},
-    {LESSEQ, "<="},           {LESSTHAN, "<"},         {AND, "and"},           {OR, "or"},
-    {NOT, "not"},             {UNEVAL, "uneval"},      {ZPPOLY, "zppoly"},     {LIST, "list"},
-    {SET, "set"},             {RANGE, ".."},           {PROC, "procedure"},    {MODULE, "module"},
-    {MODDEF, "moduledefinition"},
-};
 
 DAG kindOf(DAG x) {
   Tag tag = tagOf(x);
@@ -45,9 +29,9 @@ DAG kindOf(DAG x) {
     case RTABLE: rtableNotAvailable("op");
     default: break;
   }
-  for (const KindName& row : kindNames)
-    if (row.tag == tag) return ini(row.name);
-  improperSelector();
+  const char* head = factsOf(tag).head;
+  if (head[0] == 0) improperSelector();
+  return naminstall(head);
 }
 
 // A word of an object whose words may be raw: a raw one is shown as the integer it holds.
@@ -209,32 +193,32 @@ Word member(DAG sequence, DAG x) {
 
 // ---- built-ins
 
-DAG nops(const BuiltinCall& call) {
+DAG builtin::nops(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
   return simpl(NewInteger(numterms(call.arguments[1])));
 }
 
-DAG opBuiltin(const BuiltinCall& call) {
+DAG builtin::op(const BuiltinCall& call) {
   DAG args = call.arguments;
   Word n = argumentCount(call);
-  if (n == 1) return op(1, numterms(args[1]), args[1]);
+  if (n == 1) return korel::op(1, numterms(args[1]), args[1]);
   if (n != 2) wrongParameters(call);
   DAG position = args[1], x = args[2];
   if (isInteger(position)) {
     std::int64_t i = operandPosition(position);
-    return op(i, i, x);
+    return korel::op(i, i, x);
   }
   if (isIntegerRange(position)) return opRange(position, x);
   if (isTag(position, LIST)) return oplist(position, x);
   wrongParameters(call);
 }
 
-DAG memberBuiltin(const BuiltinCall& call) {
+DAG builtin::member(const BuiltinCall& call) {
   Word n = argumentCount(call);
   if (n < 2 || n > 3) wrongParameters(call);
   DAG x = call.arguments[1], container = call.arguments[2];
   if (!isTag(container, LIST) && !isTag(container, SET)) return unevaluatedCall(call);
-  Word position = member(container[1], x);
+  Word position = korel::member(container[1], x);
   if (position == 0) return ini("false");
   if (n == 3) assign(evalname(call.arguments[3]), immediate(static_cast<std::int32_t>(position)));
   return ini("true");

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -42,11 +42,13 @@ std::int64_t operandPosition(DAG integer);
 Word member(DAG sequence, DAG x);
 
 // ---- built-ins
+namespace builtin {
 /// op(x), op(i, x), op(i..j, x), op([i, j, ...], x).
-DAG opBuiltin(const BuiltinCall& call);
+DAG op(const BuiltinCall& call);
 /// nops(x): the count of operands.
 DAG nops(const BuiltinCall& call);
 /// member(x, list or set), member(x, list or set, 'p'): the position goes to p. Anything else: the call.
-DAG memberBuiltin(const BuiltinCall& call);
+DAG member(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

@@ -9,13 +9,12 @@
 #include "store/names.h"
 #include "store/objects.h"
 #include "eval/structure/operands.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isText(DAG x) { return isTag(x, NAME) || isTag(x, STRING); }
 std::int64_t textSize(DAG x) { return static_cast<std::int64_t>(std::strlen(textOf(x))); }
 
 unsigned char asItIs(char c) { return static_cast<unsigned char>(c); }
@@ -83,10 +82,10 @@ std::int64_t searchtext(const char* pattern, std::int64_t m, const char* text, s
   return searchBy<folded>(pattern, m, text, n);
 }
 
-DAG SearchTextBuiltin(const BuiltinCall& call) { return MSearchText(call, SearchText); }
-DAG searchtextBuiltin(const BuiltinCall& call) { return MSearchText(call, searchtext); }
+DAG builtin::SearchText(const BuiltinCall& call) { return MSearchText(call, korel::SearchText); }
+DAG builtin::searchtext(const BuiltinCall& call) { return MSearchText(call, korel::searchtext); }
 
-DAG substring(const BuiltinCall& call) {
+DAG builtin::substring(const BuiltinCall& call) {
   if (argumentCount(call) != 2 || !isText(call.arguments[1])) wrongParameters(call);
   DAG text = call.arguments[1], index = call.arguments[2];
   std::int64_t n = textSize(text);
@@ -110,7 +109,7 @@ DAG substring(const BuiltinCall& call) {
   return hasTag(text, NAME) ? naminstall(part) : strinstall(part);
 }
 
-DAG lexorder(const BuiltinCall& call) {
+DAG builtin::lexorder(const BuiltinCall& call) {
   if (argumentCount(call) != 2 || !isText(call.arguments[1]) || !isText(call.arguments[2]))
     wrongParameters(call);
   bool ordered = std::strcmp(textOf(call.arguments[1]), textOf(call.arguments[2])) <= 0;

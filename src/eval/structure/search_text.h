@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -15,15 +15,17 @@ std::int64_t SearchText(const char* pattern, std::int64_t m, const char* text, s
 /// The same without regard to case.
 std::int64_t searchtext(const char* pattern, std::int64_t m, const char* text, std::int64_t n);
 
+namespace builtin {
 /// SearchText(p, t), SearchText(p, t, i..j), and searchtext: the position from 1 in the whole text, 0 for
 /// none. Errors: "invalid arguments for searchtext", "invalid range argument for searchtext",
 /// "incorrect searching range in searchtext".
-DAG SearchTextBuiltin(const BuiltinCall& call);
-DAG searchtextBuiltin(const BuiltinCall& call);
+DAG SearchText(const BuiltinCall& call);
+DAG searchtext(const BuiltinCall& call);
 /// substring(text, i), substring(text, i..j): that part of a name or string, of the same kind.
 /// Error: "improper op or subscript selector".
 DAG substring(const BuiltinCall& call);
 /// lexorder(a, b): a doesn't stand behind b in the order of their characters' codes.
 DAG lexorder(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

@@ -21,7 +21,6 @@ namespace {
 
 constexpr const char* rtableText = "invalid select from %1";
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 // A relation, or a combination of them, whose truth can be asked for.
 bool isCondition(DAG x) { return isObject(x) && tagOf(x) >= EQUATION && tagOf(x) <= OR; }
 
@@ -190,17 +189,17 @@ Predicate predicateOf(const BuiltinCall& call) {
 
 }  // namespace
 
-DAG selectBuiltin(const BuiltinCall& call) {
+DAG builtin::select(const BuiltinCall& call) {
   Predicate predicate = predicateOf(call);
   return MapFunction({mselect, &predicate, true, rtableText}, call.arguments[2]);
 }
 
-DAG removeBuiltin(const BuiltinCall& call) {
+DAG builtin::remove(const BuiltinCall& call) {
   Predicate predicate = predicateOf(call);
   return MapFunction({mremove, &predicate, true, rtableText}, call.arguments[2]);
 }
 
-DAG selectremove(const BuiltinCall& call) {
+DAG builtin::selectremove(const BuiltinCall& call) {
   return SelectRemove(predicateOf(call), call.arguments[2]);
 }
 

@@ -4,7 +4,7 @@
 // The predicate is any function that answers `true` or `false`. `type`, `has` and `hastype` are tested
 // directly, without the making of a call, and a type that a tag decides by a look at the tag.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -26,9 +26,11 @@ DAG mremove(DAG x, void* state);
 /// EXPSEQ of two: what the predicate holds for, and what it doesn't.
 DAG SelectRemove(const Predicate& predicate, DAG x);
 
+namespace builtin {
 /// select(f, x, extra...), remove(f, x, extra...), selectremove(f, x, extra...).
-DAG selectBuiltin(const BuiltinCall& call);
-DAG removeBuiltin(const BuiltinCall& call);
+DAG select(const BuiltinCall& call);
+DAG remove(const BuiltinCall& call);
 DAG selectremove(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

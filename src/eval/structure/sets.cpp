@@ -12,7 +12,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 std::int32_t signedWord(DAG x) { return static_cast<std::int32_t>(x.word); }
 bool before(DAG x, DAG y) { return signedWord(x) < signedWord(y); }
@@ -153,9 +152,9 @@ DAG combineSets(const BuiltinCall& call, DAG (*operation)(DAG a, DAG b)) {
 
 }  // namespace
 
-DAG unionOperator(const BuiltinCall& call) { return combineSets(call, setunion); }
-DAG intersectOperator(const BuiltinCall& call) { return combineSets(call, setinters); }
-DAG minusOperator(const BuiltinCall& call) {
+DAG builtin::unionOperator(const BuiltinCall& call) { return combineSets(call, setunion); }
+DAG builtin::intersectOperator(const BuiltinCall& call) { return combineSets(call, setinters); }
+DAG builtin::minusOperator(const BuiltinCall& call) {
   if (argumentCount(call) != 2) wrongParameters(call);
   return combineSets(call, setdiff);
 }

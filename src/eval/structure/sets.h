@@ -4,7 +4,7 @@
 // The order is that of addresses, so that it differs between runs; what it buys is that every operation
 // is one walk over two sequences. A result that equals an operand shares the operand's sequence.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -21,10 +21,12 @@ Word setPosition(DAG members, DAG x);
 /// occurs twice. Equal ones stay. Anything else is an internal error.
 DAG setsort(DAG s);
 
+namespace builtin {
 /// `union`, `intersect`, `minus` as calls: of sets the value, folded from the left; unevaluated when an
 /// argument is no set.
 DAG unionOperator(const BuiltinCall& call);
 DAG intersectOperator(const BuiltinCall& call);
 DAG minusOperator(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

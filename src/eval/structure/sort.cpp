@@ -15,13 +15,12 @@
 #include "store/objects.h"
 #include "algebra/polynomial_order.h"
 #include "eval/structure/radix_sort.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isText(DAG x) { return isTag(x, NAME) || isTag(x, STRING); }
 
 [[noreturn]] void invalidArguments() { KernelException("invalid arguments to sort"); }
 
@@ -329,7 +328,7 @@ bool totalDegreeOf(DAG order) {
 
 }  // namespace
 
-DAG korelSort(const BuiltinCall& call) {
+DAG builtin::sort(const BuiltinCall& call) {
   Word n = argumentCount(call);
   if (n == 0) wrongParameters(call);
   DAG x = call.arguments[1];

@@ -6,7 +6,7 @@
 // until then, so that an error in the middle leaves the list as it was. The sort is stable. Long lists of
 // small integers and of texts are sorted by digits instead, with the same result.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -30,9 +30,11 @@ Order compareFunction(DAG members, DAG order);
 /// Error: "sort: 2nd argument must be a boolean valued function".
 DAG sortedSequence(DAG members, Order order, DAG procedure);
 
+namespace builtin {
 /// sort(list), sort(list, order): a list in order. sort(p), sort(p, variables), sort(p, variables,
 /// plex or tdeg): any other expression, its polynomials in order (polynomial_order.h).
 /// Errors: those above.
-DAG korelSort(const BuiltinCall& call);
+DAG sort(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

@@ -20,7 +20,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 bool isFinite(DAG x) { return isNumeric(x) && !isInfinite(x) && !isUndefined(x); }
 
 // ---- an object taken apart
@@ -247,7 +246,7 @@ DAG subsoplist(DAG positions, DAG replacement, DAG x) {
   return replaceAll(new2(EXPSEQ, new3(EQUATION, positions[1], replacement)), 0, x);
 }
 
-DAG subsopBuiltin(const BuiltinCall& call) {
+DAG builtin::subsop(const BuiltinCall& call) {
   DAG args = call.arguments;
   Word n = argumentCount(call);
   if (n == 0) wrongParameters(call);

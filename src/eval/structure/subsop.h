@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -24,7 +24,9 @@ DAG subsoplist(DAG positions, DAG replacement, DAG x);
 /// `replacement`, if it is of the kind that belongs there (subsop_procedures.cpp).
 void replaceProcedureField(DAG copy, DAG original, std::int64_t i, DAG replacement);
 
+namespace builtin {
 /// subsop(p1 = e1, p2 = e2, ..., x): positions are integers, or lists of them.
-DAG subsopBuiltin(const BuiltinCall& call);
+DAG subsop(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

@@ -14,7 +14,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // One member of a list field as it is stored, or 0 when it has no place there.
 using Member = DAG (*)(DAG x);

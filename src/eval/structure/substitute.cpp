@@ -21,7 +21,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // ---- one substitution
 
@@ -350,13 +349,13 @@ DAG subs(DAG equations, DAG x) {
   return lengthOf(equations) == 1 ? x : simpl(subs1(equations, x));
 }
 
-DAG subsBuiltin(const BuiltinCall& call) {
+DAG builtin::subs(const BuiltinCall& call) {
   Word n = argumentCount(call);
   if (n == 0) wrongParameters(call);
   DAG args = call.arguments;
   DAG equations = newl2(n, EXPSEQ);
   for (Word i = 1; i < n; ++i) equations[i] = isTag(args[i], LIST) || isTag(args[i], SET) ? args[i][1] : args[i];
-  return subs(simpl(equations), args[n]);
+  return korel::subs(simpl(equations), args[n]);
 }
 
 }  // namespace korel

@@ -5,7 +5,7 @@
 // doesn't change is shared with the original, and a shared part is replaced once. Operands here are
 // those of storage, so that 2*b is no part of a + 2*b, and numbers, names and their likes have none.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -28,7 +28,9 @@ void ResetSubstitution();
 /// a string for a string, sides alike in a typed name or an option with a value.
 bool isSameDeclaration(DAG before, DAG after);
 
+namespace builtin {
 /// subs(e1, e2, ..., x): equations, or lists and sets of them.
-DAG subsBuiltin(const BuiltinCall& call);
+DAG subs(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

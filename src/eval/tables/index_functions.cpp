@@ -14,13 +14,12 @@
 #include "store/objects.h"
 #include "eval/structure/substitute.h"
 #include "eval/tables/tables.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isNameLike(DAG x) { return isTag(x, NAME) || isTag(x, TABLEREF); }
 
 // One access, as far as the functions have not had their say.
 struct Access {
@@ -75,7 +74,7 @@ DAG negated(DAG x) { return simpl(new3(SUM, x, consm1)); }
 // The entry `sorted` stands for the one that was asked for; where there is none, so does its name.
 DAG entryOrReference(const Access& access, DAG sorted) {
   DAG found = entry(access.at(sorted));
-  if (found != absent || access.value || sorted == access.index || !isNameLike(access.name)) return found;
+  if (found != absent || access.value || sorted == access.index || !isNameOrIndexed(access.name)) return found;
   return simpl(new3(TABLEREF, access.name, sorted));
 }
 
@@ -172,7 +171,7 @@ DAG libraryEntry(DAG function, const Access& access) {
   DAG result = evalsysf("index/", textOf(function), arguments);
   IndexFcnUsed = true;
   if (access.value) return access.value;
-  if (!isNameLike(access.name)) return result;
+  if (!isNameOrIndexed(access.name)) return result;
   DAG replacement = new2(EXPSEQ, new3(EQUATION, view, access.name));
   return simpl(substituteInCopy(replacement, result));
 }

@@ -19,6 +19,7 @@
 #include "store/objects.h"
 #include "eval/tables/index_functions.h"
 #include "eval/walk/has.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -28,7 +29,6 @@ namespace {
 
 constexpr Word tableBuckets = 256;
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // ---- keys and bounds
 
@@ -101,13 +101,12 @@ void storeEntry(DAG key, DAG table, DAG value) {
 
 namespace {
 
-bool isNameLike(DAG x) { return isTag(x, NAME) || isTag(x, TABLEREF); }
 
 // A value that holds no reference to anything.
 bool isPlain(DAG value) { return isImmediate(value) || tagOf(value) <= NAME; }
 
 void refuseSelfReference(DAG index, DAG name, DAG value) {
-  if (!isNameLike(name) || isPlain(value)) return;
+  if (!isNameOrIndexed(name) || isPlain(value)) return;
   DAG sequence = isTag(index, EXPSEQ) ? index : simpl(new2(EXPSEQ, index));
   if (hasExceptInPROCorUNEVAL(value, simpl(new3(TABLEREF, name, sequence))))
     KernelException("recursive assignment");
@@ -385,9 +384,9 @@ DAG list(const BuiltinCall& call, IndicesMode mode) {
 
 }  // namespace
 
-DAG tableBuiltin(const BuiltinCall& call) { return build(call, TableKind::table); }
-DAG arrayBuiltin(const BuiltinCall& call) { return build(call, TableKind::array); }
-DAG indicesBuiltin(const BuiltinCall& call) { return list(call, tableIndices); }
-DAG entriesBuiltin(const BuiltinCall& call) { return list(call, tableEntries); }
+DAG builtin::table(const BuiltinCall& call) { return build(call, TableKind::table); }
+DAG builtin::array(const BuiltinCall& call) { return build(call, TableKind::array); }
+DAG builtin::indices(const BuiltinCall& call) { return list(call, tableIndices); }
+DAG builtin::entries(const BuiltinCall& call) { return list(call, tableEntries); }
 
 }  // namespace korel

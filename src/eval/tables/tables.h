@@ -6,7 +6,7 @@
 // keys are simplified objects compared by word. It is changed in place: every name that holds it sees
 // the change. A key is the EXPSEQ of the indices, or the index itself when there is only one.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -59,12 +59,14 @@ DAG indices(DAG table, int mode);
 /// Set when an indexing function of the library made the last lookup's result.
 extern bool IndexFcnUsed;
 
+namespace builtin {
 /// table(function, values) and array(function, ranges, values), each part optional and in this order.
-DAG tableBuiltin(const BuiltinCall& call);
-DAG arrayBuiltin(const BuiltinCall& call);
+DAG table(const BuiltinCall& call);
+DAG array(const BuiltinCall& call);
 /// indices(t), entries(t): a list for each entry.
-DAG indicesBuiltin(const BuiltinCall& call);
-DAG entriesBuiltin(const BuiltinCall& call);
+DAG indices(const BuiltinCall& call);
+DAG entries(const BuiltinCall& call);
+}  // namespace builtin
 
 /// The TABLE that `x` is, or that it names; 0 when it names none.
 DAG tableBehind(DAG x);

@@ -12,7 +12,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // What one traversal asks.
 struct ConstantWalk {

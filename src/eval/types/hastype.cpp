@@ -19,7 +19,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // ---- parts
 
@@ -70,13 +69,12 @@ struct TypedPartRules {
 // One search runs at a time: nothing is evaluated meanwhile.
 PartSearch walk;
 
-constexpr TagSet leafTags = tagSetOf(INTNEG) | tagSetOf(INTPOS) | tagSetOf(RATIONAL) | tagSetOf(FLOAT) |
-                            tagSetOf(HFLOAT) | tagSetOf(STRING) | tagSetOf(NAME);
+constexpr TagSet leafTags = realTags | textTags;
 
 bool hasTagAmong(DAG e, TagSet tags) {
-  auto test = [tags](DAG part) { return (tags & tagSetOf(tagOf(part))) != 0; };
+  auto test = [tags](DAG part) { return isAmong(part, tags); };
   auto never = [](DAG) { return false; };
-  if ((tags & ~leafTags) == 0) return walk.any<TypedPartRules>(e, test, never);
+  if ((tags - leafTags).isEmpty()) return walk.any<TypedPartRules>(e, test, never);
   // The empty sequence matches nothing, not even the type of sequences.
   return walk.any<TypedPartRules>(e, test, [test](DAG part) { return test(part) && part != null; });
 }
@@ -189,7 +187,7 @@ void ResetHastype() {
 bool hastype(DAG e, DAG t) {
   if (e == null) return false;
   bool named = isTag(t, NAME);
-  if (TagSet tags = named ? tagsOfType(t) : 0) return hasTagAmong(e, tags);
+  if (TagSet tags = named ? tagsOfType(t) : TagSet(); !tags.isEmpty()) return hasTagAmong(e, tags);
   MetSet* met = takeSet();
   Search search{t, named ? builtinType(t) : nullptr, asksForProducts(t), &met->objects};
   PushParamErrorProc([](const char*) { giveBack(reinterpret_cast<MetSet*>(errorProcParam)); }, met);
@@ -199,10 +197,10 @@ bool hastype(DAG e, DAG t) {
   return result;
 }
 
-DAG hastypeBuiltin(const BuiltinCall& call) {
+DAG builtin::hastype(const BuiltinCall& call) {
   if (argumentCount(call) != 2) wrongParameters(call);
   typematchI = -1;
-  bool result = hastype(call.arguments[1], call.arguments[2]);
+  bool result = korel::hastype(call.arguments[1], call.arguments[2]);
   return ini(result ? StandardName("true") : StandardName("false"));
 }
 

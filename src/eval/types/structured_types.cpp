@@ -17,13 +17,12 @@
 #include "eval/types/type_match.h"
 #include "eval/types/type_names.h"
 #include "eval/types/types.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
-bool isNameLike(DAG x) { return isTag(x, NAME) || isTag(x, TABLEREF); }
 
 bool membersMatch(DAG members, DAG types) {
   if (lengthOf(members) != lengthOf(types)) return false;
@@ -111,9 +110,9 @@ constexpr HeadRow headRows[] = {
     {"specfunc",           2, 2,        [](DAG e, DAG args) {
        return isTag(e, FUNCTION) && isHeadIn(e[1], args[2]) && everyMember(e[2], args[1]); }},
     {"evaln",              0, 1,        [](DAG e, DAG args) {
-       return isNameLike(e) && (lengthOf(args) == 1 || valueMatches(e, args[1])); }},
+       return isNameOrIndexed(e) && (lengthOf(args) == 1 || valueMatches(e, args[1])); }},
     {"name",               0, 1,        [](DAG e, DAG args) {
-       return isNameLike(e) && (lengthOf(args) == 1 || valueMatches(e, args[1])); }},
+       return isNameOrIndexed(e) && (lengthOf(args) == 1 || valueMatches(e, args[1])); }},
 };
 
 // Names that with one argument are a type of containers: what matches the plain name, with every operand

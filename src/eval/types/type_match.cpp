@@ -17,7 +17,6 @@ int typematchI = -1;
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // Bindings of the matches in progress outside the innermost one: EXPSEQ (pairs..., those further out),
 // or 0.
@@ -79,7 +78,7 @@ void resumeBindings(SuspendedBindings suspended) {
   outerBindings = outerBindings[typematchI + 1];
 }
 
-DAG typematch(const BuiltinCall& call) {
+DAG builtin::typematch(const BuiltinCall& call) {
   DAG args = call.arguments;
   Word n = argumentCount(call);
   if (n != 2 && n != 3) wrongParameters(call);
@@ -87,7 +86,7 @@ DAG typematch(const BuiltinCall& call) {
   DAG pairs[typematchLength];
   typematchI = 0;
   PushParamErrorProc(forgetBindings, outerBindings);
-  bool matches = type(args[1], args[2]);
+  bool matches = korel::type(args[1], args[2]);
   PopErrorProc();
   int count = typematchI;
   std::copy_n(typematchA, count, pairs);

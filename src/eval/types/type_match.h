@@ -6,7 +6,7 @@
 // dropped. Whatever runs procedures in the midst of a test puts the bindings aside for that time:
 // procedures test types, and make matches, of their own.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -28,9 +28,11 @@ struct SuspendedBindings {
 SuspendedBindings suspendBindings();
 void resumeBindings(SuspendedBindings suspended);
 
+namespace builtin {
 /// The built-in `typematch`: (e, t) assigns the pattern names, (e, t, s) a LIST of equations to s.
 /// Gives `true`, or `false` with nothing assigned.
 DAG typematch(const BuiltinCall& call);
+}  // namespace builtin
 
 /// Ends a match that an exhausted stack, a time limit or an interrupt has ended, which run no error
 /// procedures: what is tested next binds nothing.

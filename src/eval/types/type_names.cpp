@@ -31,7 +31,6 @@ bool hasZeroRealPart(DAG complex) { return lengthOf(complex) == 2 || isZero(comp
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 bool isTagBetween(DAG x, Tag first, Tag last) {
   return isObject(x) && tagOf(x) >= first && tagOf(x) <= last;
 }
@@ -236,11 +235,6 @@ constexpr TagRow tagRows[] = {
     {"<>",         INEQUAT},  {"::",       DCOLON},
 };
 
-constexpr TagSet tagsBetween(Tag first, Tag last) {
-  return tagSetOf(last) - tagSetOf(first) + tagSetOf(last);
-}
-constexpr TagSet numberTags = tagsBetween(INTNEG, HFLOAT);
-
 // The same rules as in `typeRows`, for those types that ask for nothing but the tag.
 struct TagSetRow {
   StandardName name;
@@ -248,39 +242,39 @@ struct TagSetRow {
 };
 constexpr TagSetRow tagSetRows[] = {
     // name                tags
-    {"integer",            tagsBetween(INTNEG, INTPOS)},
-    {"fraction",           tagSetOf(RATIONAL)},
-    {"rational",           tagsBetween(INTNEG, RATIONAL)},
-    {"float",              tagsBetween(FLOAT, HFLOAT)},
-    {"sfloat",             tagSetOf(FLOAT)},
-    {"literal",            numberTags | tagSetOf(COMPLEX) | tagSetOf(STRING)},
-    {"string",             tagSetOf(STRING)},
-    {"symbol",             tagSetOf(NAME)},
-    {"name",               tagSetOf(NAME) | tagSetOf(TABLEREF)},
-    {"indexed",            tagSetOf(TABLEREF)},
-    {"function",           tagSetOf(FUNCTION)},
-    {"algebraic",          tagsBetween(INTNEG, UNEVAL) & ~tagSetOf(STRING)},
-    {"relation",           tagsBetween(EQUATION, LESSTHAN)},
-    {"equation",           tagSetOf(EQUATION)},
-    {"=",                  tagSetOf(EQUATION)},
-    {"<>",                 tagSetOf(INEQUAT)},
-    {"<",                  tagSetOf(LESSTHAN)},
-    {"<=",                 tagSetOf(LESSEQ)},
-    {"and",                tagSetOf(AND)},
-    {"or",                 tagSetOf(OR)},
-    {"not",                tagSetOf(NOT)},
-    {"||",                 tagSetOf(CATENATE)},
-    {"::",                 tagSetOf(DCOLON)},
-    {"..",                 tagSetOf(RANGE)},
-    {"range",              tagSetOf(RANGE)},
-    {"uneval",             tagSetOf(UNEVAL)},
-    {"list",               tagSetOf(LIST)},
-    {"set",                tagSetOf(SET)},
-    {"series",             tagSetOf(SERIES)},
-    {"sequential",         tagSetOf(LIST) | tagSetOf(SET) | tagSetOf(EXPSEQ)},
-    {"rtable",             tagSetOf(RTABLE)},
-    {"zppoly",             tagSetOf(ZPPOLY)},
-    {"moduledefinition",   tagSetOf(MODDEF)},
+    {"integer",            integerTags},
+    {"fraction",           TagSet{RATIONAL}},
+    {"rational",           rationalTags},
+    {"float",              floatTags},
+    {"sfloat",             TagSet{FLOAT}},
+    {"literal",            numberTags | TagSet{STRING}},
+    {"string",             TagSet{STRING}},
+    {"symbol",             TagSet{NAME}},
+    {"name",               {NAME, TABLEREF}},
+    {"indexed",            TagSet{TABLEREF}},
+    {"function",           TagSet{FUNCTION}},
+    {"algebraic",          algebraicTags},
+    {"relation",           relationTags},
+    {"equation",           TagSet{EQUATION}},
+    {"=",                  TagSet{EQUATION}},
+    {"<>",                 TagSet{INEQUAT}},
+    {"<",                  TagSet{LESSTHAN}},
+    {"<=",                 TagSet{LESSEQ}},
+    {"and",                TagSet{AND}},
+    {"or",                 TagSet{OR}},
+    {"not",                TagSet{NOT}},
+    {"||",                 TagSet{CATENATE}},
+    {"::",                 TagSet{DCOLON}},
+    {"..",                 TagSet{RANGE}},
+    {"range",              TagSet{RANGE}},
+    {"uneval",             TagSet{UNEVAL}},
+    {"list",               TagSet{LIST}},
+    {"set",                TagSet{SET}},
+    {"series",             TagSet{SERIES}},
+    {"sequential",         collectionTags},
+    {"rtable",             TagSet{RTABLE}},
+    {"zppoly",             TagSet{ZPPOLY}},
+    {"moduledefinition",   TagSet{MODDEF}},
 };
 
 }  // namespace
@@ -305,7 +299,7 @@ Tag typesel(DAG name) {
 TagSet tagsOfType(DAG name) {
   for (const TagSetRow& row : tagSetRows)
     if (name == ini(row.name)) return row.tags;
-  return 0;
+  return {};
 }
 
 bool IsNotSet(DAG x) {

@@ -4,9 +4,8 @@
 // One table of names and tests, reached through the first character of the name; within a character
 // names are compared as words. A local name of the same spelling is another word, and no built-in type.
 
-#include <cstdint>
-
 #include "store/dag.h"
+#include "store/tag_facts.h"
 
 namespace korel {
 
@@ -17,9 +16,6 @@ using TypeTest = bool (*)(DAG e);
 TypeTest builtinType(DAG name);
 /// The tag that alone decides the type `name`, or NOTAG. For scans that need no full test.
 Tag typesel(DAG name);
-/// Tags as a set: bit `tagNumber(tag)`.
-using TagSet = std::uint64_t;
-constexpr TagSet tagSetOf(Tag tag) { return TagSet{1} << tagNumber(tag); }
 /// The tags that decide the type `name`: an object matches exactly when its tag is among them. Empty for
 /// a type that needs more than the tag. For walks over many objects.
 TagSet tagsOfType(DAG name);

@@ -18,7 +18,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // The procedure or type that the library holds for the name `t`.
 bool typeOfLibrary(DAG e, DAG t) {
@@ -96,18 +95,18 @@ bool type(DAG e, DAG t) {
   }
 }
 
-DAG typeBuiltin(const BuiltinCall& call) {
+DAG builtin::type(const BuiltinCall& call) {
   DAG args = call.arguments;
   // The usual call: two arguments that stay two. No sequence of their values is made, which would be one
   // object more for each expression tested.
   DAG e, t;
   if (lengthOf(args) == 3) {
-    e = simpl(eval(args[1]));
-    t = simpl(eval(args[2]));
+    e = simpl(korel::eval(args[1]));
+    t = simpl(korel::eval(args[2]));
     if (!isTag(e, EXPSEQ) && !isTag(t, EXPSEQ)) return answer(e, t);
     args = simpl(new3(EXPSEQ, e, t));
   } else {
-    args = simpl(eval(args));
+    args = simpl(korel::eval(args));
   }
   if (!isTag(args, EXPSEQ) || lengthOf(args) == 2) return ini("false");
   if (lengthOf(args) != 3) wrongParameters(call);

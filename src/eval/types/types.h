@@ -6,7 +6,7 @@
 // equation, a power and so on match part by part; a call is a structured type (structured_types.cpp);
 // numbers and strings match themselves.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -20,8 +20,10 @@ bool hastype(DAG e, DAG t);
 /// Gives back what searches that a special error ended have kept. None may be running.
 void ResetHastype();
 
+namespace builtin {
 /// The built-ins. `typeBuiltin` evaluates its arguments itself: without a type the answer is `false`.
-DAG typeBuiltin(const BuiltinCall& call);
-DAG hastypeBuiltin(const BuiltinCall& call);
+DAG type(const BuiltinCall& call);
+DAG hastype(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

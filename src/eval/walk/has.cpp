@@ -156,7 +156,7 @@ bool hasCallTo(DAG x, DAG head) {
   });
 }
 
-DAG hasBuiltin(const BuiltinCall& call) {
+DAG builtin::has(const BuiltinCall& call) {
   if (argumentCount(call) != 2) wrongParameters(call);
   return hasany(call.arguments[1], call.arguments[2]) ? ini("true") : ini("false");
 }

@@ -5,7 +5,7 @@
 // only where a number is sought. It evaluates nothing, and raises no error; those for several objects may
 // be ended by an interrupt.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 #include "eval/walk/part_walk.h"
 
@@ -33,7 +33,9 @@ bool refersToFrame(DAG x);
 /// `x` holds a call of `head`.
 bool hasCallTo(DAG x, DAG head);
 
+namespace builtin {
 /// has(x, y): y, or a member of a list or set y.
-DAG hasBuiltin(const BuiltinCall& call);
+DAG has(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

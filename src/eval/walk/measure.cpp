@@ -20,7 +20,6 @@ namespace korel {
 
 namespace {
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 // Composite objects that were met, and results for those that were met twice: a shared part is counted at
 // most two times, and what is no shared part, as most of any expression, needs no entry. Kept while one
@@ -204,17 +203,17 @@ DAG length(DAG x) {
   return simpl(total.value());
 }
 
-DAG numboccurBuiltin(const BuiltinCall& call) {
+DAG builtin::numboccur(const BuiltinCall& call) {
   if (argumentCount(call) != 2) wrongParameters(call);
   DAG x = call.arguments[1], y = call.arguments[2];
-  DAG count = numboccur(x, y);
+  DAG count = korel::numboccur(x, y);
   bool collection = isTag(y, LIST) || isTag(y, SET);
-  return collection && count == cons0 ? numboccur(x, y[1]) : count;
+  return collection && count == cons0 ? korel::numboccur(x, y[1]) : count;
 }
 
-DAG lengthBuiltin(const BuiltinCall& call) {
+DAG builtin::length(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
-  return length(call.arguments[1]);
+  return korel::length(call.arguments[1]);
 }
 
 }  // namespace korel

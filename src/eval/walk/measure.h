@@ -4,7 +4,7 @@
 // A part that is shared counts once for each place where it stands, but is walked once; the counts are
 // integers of the language and grow as large as they must.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -16,9 +16,11 @@ DAG numboccur(DAG x, DAG y);
 /// object and the sizes of its fields.
 DAG length(DAG x);
 
+namespace builtin {
 /// numboccur(x, y): of a list or set y that doesn't occur as such, each member is counted.
-DAG numboccurBuiltin(const BuiltinCall& call);
+DAG numboccur(const BuiltinCall& call);
 /// length(x).
-DAG lengthBuiltin(const BuiltinCall& call);
+DAG length(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

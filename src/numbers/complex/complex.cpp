@@ -24,7 +24,7 @@ bool isFloatComplex(DAG x) { return isComplex(x) && isFloatObject(x[1]); }
 // ---- sums
 
 DAG cxadd(DAG a, DAG b) {
-  if (isFloatNumber(a) || isFloatNumber(b)) {
+  if (isFloating(a) || isFloating(b)) {
     a = evalf(a);
     b = evalf(b);
   }
@@ -94,7 +94,7 @@ DAG cxdomul(DAG a, DAG b) {
 DAG cxmul(DAG a, DAG b) {
   if (!isComplex(a)) std::swap(a, b);
   assert(isComplex(a));
-  if (!isFloatNumber(a) && !isFloatNumber(b)) return complexNormalForm(cxdomul(a, b));
+  if (!isFloating(a) && !isFloating(b)) return complexNormalForm(cxdomul(a, b));
   a = evalf(a);
   b = evalf(b);
   DAG product;

@@ -10,7 +10,7 @@ namespace korel {
 
 /// The integer zero in either form.
 constexpr bool isExactZero(DAG x) { return x == cons0 || x == consm0; }
-inline bool isFloatNumber(DAG x) { return isFloatObject(x) || isFloatComplex(x); }
+inline bool isFloating(DAG x) { return isFloatObject(x) || isFloatComplex(x); }
 
 /// Infinite or undefined, in any form.
 bool hasNoFiniteValue(DAG x);

@@ -14,6 +14,7 @@
 #include "library/system_functions.h"
 #include "store/constants.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -89,7 +90,7 @@ DAG extremeOf(const BuiltinCall& call, int wanted) {
 
 }  // namespace
 
-DAG abs(const BuiltinCall& call) {
+DAG builtin::abs(const BuiltinCall& call) {
   if (argumentCount(call) == 0) wrongParameters(call);
   if (argumentCount(call) == 1) {
     DAG x = softArgument(call, 1);
@@ -102,63 +103,63 @@ DAG abs(const BuiltinCall& call) {
   return fromLibrary(call, "abs");
 }
 
-DAG max(const BuiltinCall& call) {
+DAG builtin::max(const BuiltinCall& call) {
   if (argumentCount(call) == 0) return consminf;
   DAG largest = extremeOf(call, 1);
   return largest ? simpl(largest) : fromLibrary(call, "max");
 }
 
-DAG min(const BuiltinCall& call) {
+DAG builtin::min(const BuiltinCall& call) {
   if (argumentCount(call) == 0) return ini("infinity");
   DAG least = extremeOf(call, -1);
   return least ? simpl(least) : fromLibrary(call, "min");
 }
 
-DAG trunc(const BuiltinCall& call) {
+DAG builtin::trunc(const BuiltinCall& call) {
   if (argumentCount(call) == 0) wrongParameters(call);
   if (argumentCount(call) == 1) {
     DAG x = softArgument(call, 1);
     if (isInfinite(x) || isUndefined(x)) return x;
     if (isNumeric(x)) return simpl(mtrunc(x));
     if (isComplex(x) && hasNumericParts(x)) {
-      DAG im = mul(sqrtm1, mtrunc(imaginaryPartOf(x)));
-      return simpl(lengthOf(x) == 2 ? im : add(mtrunc(x[1]), im));
+      DAG im = korel::mul(sqrtm1, mtrunc(imaginaryPartOf(x)));
+      return simpl(lengthOf(x) == 2 ? im : korel::add(mtrunc(x[1]), im));
     }
   }
   return fromLibrary(call, "trunc");
 }
 
-DAG Re(const BuiltinCall& call) { return applyUnary(call, cxRealPart); }
-DAG Im(const BuiltinCall& call) { return applyUnary(call, cxImaginaryPart); }
-DAG conjugate(const BuiltinCall& call) { return applyUnary(call, conjugate); }
-DAG ilog10(const BuiltinCall& call) { return applyUnary(call, ilog10); }
-DAG ilog2(const BuiltinCall& call) { return applyUnary(call, ilog2); }
+DAG builtin::Re(const BuiltinCall& call) { return applyUnary(call, cxRealPart); }
+DAG builtin::Im(const BuiltinCall& call) { return applyUnary(call, cxImaginaryPart); }
+DAG builtin::conjugate(const BuiltinCall& call) { return applyUnary(call, korel::conjugate); }
+DAG builtin::ilog10(const BuiltinCall& call) { return applyUnary(call, korel::ilog10); }
+DAG builtin::ilog2(const BuiltinCall& call) { return applyUnary(call, korel::ilog2); }
 
 // ---- the functions of IEEE 754
 
-DAG frem(const BuiltinCall& call) { return applyBinary(call, frem); }
-DAG CopySign(const BuiltinCall& call) { return applyBinary(call, CopySign); }
-DAG NextAfter(const BuiltinCall& call) { return applyBinary(call, NextAfter); }
-DAG NumericClass(const BuiltinCall& call) { return applyUnary(call, NumericClass); }
-DAG Unordered(const BuiltinCall& call) { return applyBinary(call, Unordered); }
-DAG OrderedNE(const BuiltinCall& call) { return applyBinary(call, OrderedNE); }
-DAG Scale2(const BuiltinCall& call) { return applyBinary(call, Scale2); }
-DAG Scale10(const BuiltinCall& call) { return applyBinary(call, Scale10); }
-DAG DefaultOverflow(const BuiltinCall& call) { return applyUnary(call, DefaultOverflow); }
-DAG DefaultUnderflow(const BuiltinCall& call) { return applyUnary(call, DefaultUnderflow); }
+DAG builtin::frem(const BuiltinCall& call) { return applyBinary(call, korel::frem); }
+DAG builtin::CopySign(const BuiltinCall& call) { return applyBinary(call, korel::CopySign); }
+DAG builtin::NextAfter(const BuiltinCall& call) { return applyBinary(call, korel::NextAfter); }
+DAG builtin::NumericClass(const BuiltinCall& call) { return applyUnary(call, korel::NumericClass); }
+DAG builtin::Unordered(const BuiltinCall& call) { return applyBinary(call, korel::Unordered); }
+DAG builtin::OrderedNE(const BuiltinCall& call) { return applyBinary(call, korel::OrderedNE); }
+DAG builtin::Scale2(const BuiltinCall& call) { return applyBinary(call, korel::Scale2); }
+DAG builtin::Scale10(const BuiltinCall& call) { return applyBinary(call, korel::Scale10); }
+DAG builtin::DefaultOverflow(const BuiltinCall& call) { return applyUnary(call, korel::DefaultOverflow); }
+DAG builtin::DefaultUnderflow(const BuiltinCall& call) { return applyUnary(call, korel::DefaultUnderflow); }
 
-DAG Default0(const BuiltinCall& call) {
+DAG builtin::Default0(const BuiltinCall& call) {
   requireCount(call, 0);
-  return Default0();
+  return korel::Default0();
 }
 
-DAG SFloatMantissa(const BuiltinCall& call) {
+DAG builtin::SFloatMantissa(const BuiltinCall& call) {
   requireCount(call, 1);
   DAG x = softArgument(call, 1);
   return isFLOAT(x) ? x[1] : asItStands(call);
 }
 
-DAG SFloatExponent(const BuiltinCall& call) {
+DAG builtin::SFloatExponent(const BuiltinCall& call) {
   requireCount(call, 1);
   DAG x = softArgument(call, 1);
   return isFLOAT(x) ? x[2] : asItStands(call);
@@ -168,9 +169,7 @@ DAG SFloatExponent(const BuiltinCall& call) {
 
 namespace {
 
-bool isName(DAG x) { return isObject(x) && hasTag(x, NAME); }
 bool isEquation(DAG x) { return isObject(x) && hasTag(x, EQUATION); }
-DAG truth(bool value) { return value ? ini("true") : ini("false"); }
 
 DAG equationFor(int code, DAG value) { return new3(EQUATION, NumericEventName(code), value); }
 
@@ -194,7 +193,7 @@ DAG handlerFrom(DAG action) {
 
 }  // namespace
 
-DAG NumericEventHandler(const BuiltinCall& call) {
+DAG builtin::NumericEventHandler(const BuiltinCall& call) {
   Word count = argumentCount(call);
   if (count == 0) return allEvents(GetNumericEventHandler);
   DAG only = argument(call, 1);
@@ -221,7 +220,7 @@ DAG NumericEventHandler(const BuiltinCall& call) {
   return simpl(result);
 }
 
-DAG NumericStatus(const BuiltinCall& call) {
+DAG builtin::NumericStatus(const BuiltinCall& call) {
   Word count = argumentCount(call);
   if (count == 0) return allEvents(statusOf);
   if (count == 1 && argument(call, 1) == ini("false")) {
@@ -248,7 +247,7 @@ DAG NumericStatus(const BuiltinCall& call) {
   return simpl(result);
 }
 
-DAG NumericEvent(const BuiltinCall& call) {
+DAG builtin::NumericEvent(const BuiltinCall& call) {
   const Frame* frame = Environment->frame;
   Word count = argumentCount(call);
   const bool inProcedure = frame->previousFrame != nullptr;
@@ -273,14 +272,14 @@ DAG NumericEvent(const BuiltinCall& call) {
 
 // ---- evalf and series
 
-DAG MorrBrilCull(const BuiltinCall& call) {
+DAG builtin::MorrBrilCull(const BuiltinCall& call) {
   requireCount(call, 10);
   for (Word i = 1; i <= 10; ++i)
     if (!isInteger(argument(call, i))) wrongParameters(call);
-  return simpl(MorrBrilCull(call.arguments));
+  return simpl(korel::MorrBrilCull(call.arguments));
 }
 
-DAG hypergeomKernel(const BuiltinCall& call) {
+DAG builtin::hypergeomKernel(const BuiltinCall& call) {
   Word count = argumentCount(call);
   if (count != 3 && count != 4) wrongParameters(call);
   DAG terms = cons0;
@@ -303,19 +302,19 @@ std::int64_t digitsFrom(const BuiltinCall& call, DAG n) {
 
 }  // namespace
 
-DAG evalf(const BuiltinCall& call) {
+DAG builtin::evalf(const BuiltinCall& call) {
   Word count = argumentCount(call);
   if (isObject(call.self) && hasTag(call.self, TABLEREF)) {
     DAG index = call.self[2];
     if (count != 1 || !hasTag(index, EXPSEQ) || lengthOf(index) != 2) wrongParameters(call);
-    return simpl(binevalf(argument(call, 1), digitsFrom(call, simpl(eval(index[1])))));
+    return simpl(binevalf(argument(call, 1), digitsFrom(call, simpl(korel::eval(index[1])))));
   }
   if (count != 1 && count != 2) wrongParameters(call);
   if (count == 2) {
-    DAG n = simpl(eval(argument(call, 2)));
+    DAG n = simpl(korel::eval(argument(call, 2)));
     if (n != null) return simpl(binevalf(argument(call, 1), digitsFrom(call, n)));
   }
-  return simpl(evalf(simpl(eval(argument(call, 1)))));
+  return simpl(korel::evalf(simpl(korel::eval(argument(call, 1)))));
 }
 
 }  // namespace korel

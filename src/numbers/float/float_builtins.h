@@ -2,10 +2,11 @@
 // Built-in procedures on numbers: floats and their parts, real and imaginary part, the functions that
 // IEEE 754 recommends, numeric events.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 
 namespace korel {
 
+namespace builtin {
 DAG abs(const BuiltinCall& call);
 DAG max(const BuiltinCall& call);
 DAG min(const BuiltinCall& call);
@@ -38,5 +39,6 @@ DAG MorrBrilCull(const BuiltinCall& call);
 DAG hypergeomKernel(const BuiltinCall& call);  // `evalf/hypergeom/kernel`
 /// Raw arguments: `evalf(x)`, `evalf(x, n)`, `evalf[n](x)`.
 DAG evalf(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

@@ -15,12 +15,12 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-DAG truth(bool value) { return value ? ini("true") : ini("false"); }
 DAG unevaluated(StandardName name, DAG a, DAG b) { return simpl(newCall(ini(name), {a, b})); }
 
 DAG invalid(StandardName operation, DAG x, DAG y, DAG standard) {

@@ -44,7 +44,7 @@ DAG divide(const BuiltinCall& call, bool wantsQuotient) {
 
 }  // namespace
 
-DAG igcd(const BuiltinCall& call) {
+DAG builtin::igcd(const BuiltinCall& call) {
   DAG folded = cons0;
   for (Word i = 1; i < lengthOf(call.arguments); ++i) {
     DAG x = call.arguments[i];
@@ -52,25 +52,25 @@ DAG igcd(const BuiltinCall& call) {
       if (isSymbolic(x)) return unevaluatedCall(call);
       wrongParameters(call);
     }
-    folded = simpl(igcd(folded, x));
+    folded = simpl(korel::igcd(folded, x));
   }
   return folded;
 }
 
-DAG iquo(const BuiltinCall& call) { return divide(call, true); }
-DAG irem(const BuiltinCall& call) { return divide(call, false); }
+DAG builtin::iquo(const BuiltinCall& call) { return divide(call, true); }
+DAG builtin::irem(const BuiltinCall& call) { return divide(call, false); }
 
-DAG isqrt(const BuiltinCall& call) {
+DAG builtin::isqrt(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
   DAG n = call.arguments[1];
-  if (isInteger(n)) return simpl(isqrt(n));
+  if (isInteger(n)) return simpl(korel::isqrt(n));
   if (isSymbolic(n)) return unevaluatedCall(call);
   wrongParameters(call);
 }
 
-DAG icontent(const BuiltinCall& call) {
+DAG builtin::icontent(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
-  return simpl(icontent(call.arguments[1]));
+  return simpl(korel::icontent(call.arguments[1]));
 }
 
 }  // namespace korel

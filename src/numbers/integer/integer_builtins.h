@@ -1,10 +1,11 @@
 #pragma once
 // Built-in procedures on integers: greatest common divisors, quotients, remainders, roots, contents.
 
-#include "builtins/builtins.h"
+#include "frame/builtin_call.h"
 
 namespace korel {
 
+namespace builtin {
 /// igcd(n1, n2, ...): the greatest common divisor, 0 of none; the call stays for what is no number.
 DAG igcd(const BuiltinCall& call);
 /// iquo(m, n), iquo(m, n, 'r'): truncated quotient, the remainder stored in r. A zero n is
@@ -16,5 +17,6 @@ DAG irem(const BuiltinCall& call);
 DAG isqrt(const BuiltinCall& call);
 /// icontent(e): the integer content of an expression.
 DAG icontent(const BuiltinCall& call);
+}  // namespace builtin
 
 }  // namespace korel

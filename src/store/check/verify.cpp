@@ -9,6 +9,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/tag_facts.h"
 #include "store/check/verify_rules.h"
 #include "store/check/verify_walk.h"
 #include "store/word_map.h"
@@ -18,14 +19,6 @@
 namespace korel {
 
 namespace {
-
-constexpr const char* tagNames[] = {
-    nullptr,
-#define KOREL_TAG(number, name) #name,
-#include "store/tags.def"
-#undef KOREL_TAG
-};
-static_assert(std::size(tagNames) == tagCount + 1);
 
 void printReport(const char* message) { Printf2("%s\n", message); }
 
@@ -164,12 +157,12 @@ void (*verifyReport)(const char* message) = printReport;
 
 const char* DagIDToName(Word id) {
   Word number = id >= 0x4000000 ? id >> 26 : id;
-  return number <= tagCount ? tagNames[number] : nullptr;
+  return number > 0 && number <= tagCount ? tagFacts[number].name : nullptr;
 }
 
 int DagNameToID(const char* name) {
   for (int number = 1; number <= tagCount; ++number)
-    if (std::strcmp(tagNames[number], name) == 0) return number;
+    if (std::strcmp(tagFacts[number].name, name) == 0) return number;
   _userror2("unknown data structure label %s", name);
 }
 

@@ -1,4 +1,5 @@
 #include "store/check/verify_rules.h"
+#include "store/tag_facts.h"
 
 #include <cstdarg>
 #include <cstdio>
@@ -123,84 +124,6 @@ bool failWith(Finding& finding, const Message& message, DAG s, Word i) {
 
 // ---- lengths
 
-enum Parity { anyParity, oddLength, evenLength };
-
-struct LengthRule {
-  Tag tag;
-  Word least;
-  Word most;
-  Parity parity;
-};
-
-constexpr LengthRule lengthRules[] = {
-    // tag    least  most       parity
-    {NOTAG,     1, maxLength, anyParity},
-    {INTNEG,    2, maxLength, anyParity},
-    {INTPOS,    2, maxLength, anyParity},
-    {RATIONAL,  3, 3,         anyParity},
-    {FLOAT,     3, 4,         anyParity},
-    {HFLOAT,    3, 3,         anyParity},
-    {COMPLEX,   2, 3,         anyParity},
-    {STRING,    4, maxLength, anyParity},
-    {NAME,      4, maxLength, anyParity},
-    {MEMBER,    3, 3,         anyParity},
-    {TABLEREF,  3, 4,         anyParity},
-    {DCOLON,    3, 3,         anyParity},
-    {CATENATE,  3, 3,         anyParity},
-    {POWER,     3, 3,         anyParity},
-    {PROD,      1, maxLength, oddLength},
-    {SERIES,    2, maxLength, evenLength},
-    {SUM,       1, maxLength, oddLength},
-    {ZPPOLY,    3, maxLength, anyParity},
-    {FUNCTION,  3, 4,         anyParity},
-    {UNEVAL,    2, 2,         anyParity},
-    {EQUATION,  3, 3,         anyParity},
-    {INEQUAT,   3, 3,         anyParity},
-    {LESSEQ,    3, 3,         anyParity},
-    {LESSTHAN,  3, 3,         anyParity},
-    {AND,       3, 3,         anyParity},
-    {NOT,       2, 2,         anyParity},
-    {OR,        3, 3,         anyParity},
-    {EXPSEQ,    1, maxLength, anyParity},
-    {LIST,      2, 3,         anyParity},
-    {LOCAL,     2, 2,         anyParity},
-    {PARAM,     2, 2,         anyParity},
-    {LEXICAL,   2, 2,         anyParity},
-    {PROC,      9, 9,         anyParity},
-    {RANGE,     3, 3,         anyParity},
-    {SET,       2, 3,         anyParity},
-    {TABLE,     4, 4,         anyParity},
-    {RTABLE,    7, 135,       oddLength},
-    {MODDEF,   10, 10,        anyParity},
-    {MODULE,    4, 4,         anyParity},
-    {ASSIGN,    3, 3,         anyParity},
-    {FOR,       5, 7,         oddLength},
-    {IF,        3, maxLength, anyParity},
-    {READ,      2, 2,         anyParity},
-    {SAVE,      2, 2,         anyParity},
-    {STATSEQ,   1, maxLength, anyParity},
-    {STOP,      1, 1,         anyParity},
-    {ERROR,     2, 2,         anyParity},
-    {TRY,       2, maxLength, anyParity},
-    {RETURN,    2, 2,         anyParity},
-    {BREAK,     1, 1,         anyParity},
-    {NEXT,      1, 1,         anyParity},
-    {USE,       3, 3,         anyParity},
-    {BINARY,    1, maxLength, anyParity},
-    {HASH,      3, maxLength, oddLength},
-    {HASHTAB,   2, maxLength, anyParity},
-    {GARBAGE,   1, maxLength, anyParity},
-    {FOREIGN,   1, maxLength, anyParity},
-    {CONTROL,   2, 2,         anyParity},
-    {DEBUG,     3, 6,         anyParity},
-};
-static_assert(std::size(lengthRules) == tagCount + 1);
-static_assert([] {
-  for (int i = 0; i <= tagCount; ++i)
-    if (tagNumber(lengthRules[i].tag) != i) return false;
-  return true;
-}());
-
 // Words behind the fixed fields that the flags of an rtable announce.
 Word rtableLength(DAG s) {
   Word flags = rawField(s, 5);
@@ -215,11 +138,11 @@ bool isTextLength(DAG s, Word length) {
 }
 
 bool hasGoodLength(DAG s) {
-  const LengthRule& rule = lengthRules[tagNumber(tagOf(s))];
+  const TagFacts& rule = factsOf(tagOf(s));
   Word length = lengthOf(s);
   if (length < rule.least || length > rule.most) return false;
-  if (rule.parity != anyParity && (length & 1) != (rule.parity == oddLength ? 1 : 0)) return false;
-  switch (rule.tag) {
+  if (rule.parity != LengthParity::any && (length & 1) != (rule.parity == LengthParity::odd ? 1 : 0)) return false;
+  switch (tagOf(s)) {
     case NAME: case STRING: return isTextLength(s, length);
     case HASHTAB: return ((length - 1) & (length - 2)) == 0;  // a power of 2 of buckets
     case RTABLE: return length == rtableLength(s);

@@ -211,9 +211,9 @@ bool collectAlways = stressLevel() != 0;
 void gc() { runCollection(false); }
 void collectInTurn() { runCollection(isShortEnough()); }
 
-DAG gc(const BuiltinCall& call) {
+DAG builtin::gc(const BuiltinCall& call) {
   if (argumentCount(call) != 0) wrongParameters(call);
-  gc();
+  korel::gc();
   return null;
 }
 

@@ -23,12 +23,11 @@
 #include <cstdio>
 
 #include "store/allocator.h"
+#include "frame/builtin_call.h"
 #include "store/dag.h"
 #include "store/generations.h"
 
 namespace korel {
-
-struct BuiltinCall;
 
 // ---- running
 
@@ -66,8 +65,10 @@ extern bool collecting;
 
 // ---- built-ins and reports
 
+namespace builtin {
 /// The built-in `gc`: collects; gives the empty sequence.
 DAG gc(const BuiltinCall& call);
+}  // namespace builtin
 /// A collection's census: a LIST with attribute `matrix` of [tag name, objects, bytes] for each tag.
 DAG MemoryUsage();
 

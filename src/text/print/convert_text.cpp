@@ -4,6 +4,7 @@
 #include "numbers/integer/integer.h"
 #include "store/names.h"
 #include "store/long_string.h"
+#include "store/vocabulary.h"
 #include "text/print/printer.h"
 
 namespace korel {
@@ -25,7 +26,6 @@ void printTo(char** text, DAG object, int flags) {
   PrintKorelList(object, LongStringSink, raisePrintError, 0, text, flags, ", ");
 }
 
-bool isText(DAG x) { return isObject(x) && (hasTag(x, NAME) || hasTag(x, STRING)); }
 
 // The members of the values, one after the other.
 struct Values {

@@ -10,6 +10,7 @@
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -24,9 +25,7 @@ struct Pass {
 
 DAG prepare(const Pass& pass, DAG x, bool top);
 
-bool hasText(DAG name, const char* text) { return std::strcmp(textOf(name), text) == 0; }
 
-bool isName(DAG x) { return isObject(x) && hasTag(x, NAME); }
 
 // ---- walking operands
 

@@ -5,6 +5,7 @@
 
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
+#include "store/vocabulary.h"
 #include "text/print/printer.h"
 
 namespace korel {
@@ -24,7 +25,6 @@ struct Message {
   DAG parameter(Word n) const { return sequence[firstPlace + n - 1]; }
 };
 
-bool isText(DAG x) { return isObject(x) && (hasTag(x, NAME) || hasTag(x, STRING)); }
 
 Message takeApart(DAG exception) {
   if (!isObject(exception) || !hasTag(exception, EXPSEQ)) return {exception, DAG(), 0};

@@ -115,7 +115,6 @@ Box powerBox(Box base, Box exponent) {
 
 constexpr int atomLevel = 11, productLevel = 9, sumLevel = 8;
 
-bool isTag(DAG x, Tag tag) { return isObject(x) && hasTag(x, tag); }
 
 Box boxOf(DAG x);
 

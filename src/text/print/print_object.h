@@ -6,6 +6,7 @@
 // object's own. A row is called with `own` at least `min`, or with `min` 0 inside parentheses.
 
 #include "store/dag.h"
+#include "store/vocabulary.h"
 #include "text/print/emit.h"
 
 namespace korel {
@@ -42,8 +43,6 @@ void printBetweenBlanks(const char* keyword);
 /// `x` in parentheses.
 void printParenthesised(DAG x);
 
-inline bool isSequence(DAG x) { return isObject(x) && hasTag(x, EXPSEQ); }
-inline bool isEmptySequence(DAG x) { return isSequence(x) && lengthOf(x) == 1; }
 
 // ---- signs
 

@@ -5,6 +5,7 @@
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 #include "text/print/print_object.h"
 #include "text/print/printer.h"
 
@@ -16,7 +17,6 @@ constexpr int callLevel = 11;
 // No object binds as strongly: an operand that is always parenthesised.
 constexpr int alwaysParenthesised = 99;
 
-bool isCallOf(DAG x, DAG name) { return isObject(x) && hasTag(x, FUNCTION) && x[1] == name; }
 
 Word argumentCountOf(DAG call) { return isSequence(call[2]) ? lengthOf(call[2]) - 1 : 1; }
 

@@ -187,19 +187,19 @@ TEST(Types, TagsDecideAsTheTestsDo) {
     DAG t = naminstall(name);
     TagSet tags = tagsOfType(t);
     Tag tag = typesel(t);  // less: `float` is one of two tags
-    EXPECT_TRUE(tag == NOTAG || (tags & tagSetOf(tag)) != 0) << name;
+    EXPECT_TRUE(tag == NOTAG || tags.contains(tag)) << name;
     for (const char* sample : samples) {
       DAG x = simple(sample);
-      if (tags != 0 && x != null) {
-        EXPECT_EQ((tags & tagSetOf(tagOf(x))) != 0, type(x, t)) << sample << ", " << name;
+      if (!tags.isEmpty() && x != null) {
+        EXPECT_EQ(tags.contains(tagOf(x)), type(x, t)) << sample << ", " << name;
       }
       // A search by the tag, and one that asks the type.
       DAG several = simpl(new2(LIST, simpl(newSequence({naminstall("g"), x, simple("g(h(t[3]), {4})")}))));
       EXPECT_EQ(hastype(several, t), hastype(several, simpl(new2(SET, simpl(new2(EXPSEQ, t)))))) << sample << ", " << name;
     }
   }
-  EXPECT_TRUE(typesel(naminstall("nowhere")) == NOTAG && tagsOfType(naminstall("nowhere")) == 0);
-  EXPECT_TRUE(typesel(ini("range")) == RANGE && typesel(ini("integer")) == NOTAG && tagsOfType(ini("+")) == 0);
+  EXPECT_TRUE(typesel(naminstall("nowhere")) == NOTAG && tagsOfType(naminstall("nowhere")) == TagSet());
+  EXPECT_TRUE(typesel(ini("range")) == RANGE && typesel(ini("integer")) == NOTAG && tagsOfType(ini("+")) == TagSet());
 }
 
 TEST(Types, SmallPredicates) {
