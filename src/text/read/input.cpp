@@ -6,22 +6,13 @@
 #include <cstring>
 
 #include "frame/errors.h"
-#include "session/interface.h"
 #include "frame/output.h"
+#include "session/interface.h"
 #include "text/read/source.h"
 
 namespace korel {
 
 int r_unit0 = 0;
-std::FILE* r_unit[inputUnitCount] = {};
-char ibuff[inputUnitCount][inputBufferSize] = {};
-std::int32_t ibuffl[inputUnitCount] = {};
-std::int32_t icharno[inputUnitCount] = {-1};
-std::int32_t yyline[inputUnitCount] = {};
-std::int16_t unicodeMark[inputUnitCount] = {};
-
-int nextch = -2, nextch2 = -2;
-int lastInputChar = '\n';
 bool stopReading = false;
 
 namespace {
@@ -36,28 +27,36 @@ LineSource terminalSource = nullptr;
 /// Where a comment goes on: nowhere, on this line, or on the next one if the line ends at once.
 enum class Comment { none, goesOn, afterBackslash } comment = Comment::none;
 
-/// A zero byte cut the chunk of the unit: what lies behind it is lost.
-bool chunkCut[inputUnitCount] = {};
+InputUnit units[inputUnitCount];
+InputUnit& top() { return units[r_unit0]; }
 
-bool readsTerminal(int unit) { return unit == 0 && terminalSource != nullptr; }
+// Look-ahead. -2 stands for none.
+int nextch = -2;            // pushed back, delivered before anything else
+int nextch2 = -2;           // follows the one just delivered; none: the buffer holds no more
+int lastInputChar = '\n';  // last delivered
+
+bool readsTerminal() { return r_unit0 == 0 && terminalSource != nullptr; }
 
 /// Room that the prompt takes from a line. Bounded, so that a chunk always holds a character.
 int promptLength() {
   return static_cast<int>(std::min<std::size_t>(std::strlen(defaultNerinVariables.prompt), 40));
 }
 
-int fileByte(int unit) { return r_unit[unit] == nullptr ? -1 : ::getc_unlocked(r_unit[unit]); }
+int fileByte(const InputUnit& unit) {
+  return unit.file == nullptr ? -1 : ::getc_unlocked(unit.file);
+}
 
 /// Reads up to `size` - 1 characters of a line and terminates them; their number, 0 at the end.
-int readCharacters(int unit, char* buffer, int size) {
-  if (readsTerminal(unit)) {
+int readCharacters(char* buffer, int size) {
+  const InputUnit& unit = top();
+  if (readsTerminal()) {
     int count = size < 2 ? 0 : terminalSource(buffer, size);
     buffer[count] = 0;
     return count;
   }
   int count = 0;
   while (count < size - 1) {
-    int c = unicodeMark[unit] == 0 ? fileByte(unit) : Readch();
+    int c = unit.unicodeMark == 0 ? fileByte(unit) : Readch();
     if (c == -1) break;
     buffer[count++] = static_cast<char>(c);
     if (c == '\n') break;
@@ -66,45 +65,56 @@ int readCharacters(int unit, char* buffer, int size) {
   return count;
 }
 
+/// The end of the present line has been read.
+void endLine(InputUnit& unit) {
+  unit.lineOpen = false;
+  ++unit.linesRead;
+}
+
 /// Reads a chunk into the unit's buffer from `position` on and counts its line. False at the end of
 /// the file.
-bool readChunk(int unit, int position, int size) {
-  char* chunk = ibuff[unit] + position;
+bool readChunk(InputUnit& unit, int position, int size) {
+  char* chunk = unit.text + position;
   char first = *chunk;
-  int count = readCharacters(unit, chunk, size);
+  int count = readCharacters(chunk, size);
   if (count == 0) {
     *chunk = first;  // the last line stays to be shown
     return false;
   }
   int length = static_cast<int>(std::strlen(chunk));
-  chunkCut[unit] = length < count;
-  ibuffl[unit] = position + length;
-  if (chunk[count - 1] == '\n') ++yyline[unit];
+  unit.chunkCut = length < count;
+  unit.length = position + length;
+  unit.lineOpen = true;
+  if (chunk[count - 1] == '\n') endLine(unit);
   return true;
 }
 
 /// An unterminated last line gets its newline.
-void storeNewline(int unit, int position) {
-  std::strcpy(ibuff[unit] + position, "\n");
-  ibuffl[unit] = position + 1;
-  chunkCut[unit] = false;
-  ++yyline[unit];
+void storeNewline(InputUnit& unit, int position) {
+  std::strcpy(unit.text + position, "\n");
+  unit.length = position + 1;
+  unit.chunkCut = false;
+  endLine(unit);
 }
 
-bool endsInNewline(int unit) { return ibuffl[unit] > 0 && ibuff[unit][ibuffl[unit] - 1] == '\n'; }
+/// A character of the present line that the buffer has no place for, or -1 at the end of the input.
+int readBehindChunk(InputUnit& unit) {
+  int c = Readch();
+  if (c == '\n') endLine(unit);
+  return c;
+}
 
-bool echoes(int unit) { return !readsTerminal(unit) && shouldecho() != 0; }
+bool echoes() { return !readsTerminal() && shouldecho() != 0; }
 
 /// Runs the line behind the `!` at `mark`, with whatever of it is still to be read.
-void runShellLine(int unit, const char* mark) {
+void runShellLine(InputUnit& unit, const char* mark) {
   char command[1024];
   int length = 0;
   for (const char* c = mark + 1; *c != 0 && *c != '\n'; ++c) command[length++] = *c;
-  if (!endsInNewline(unit)) {
-    int c;
-    while ((c = Readch()) != -1 && c != '\n')
-      if (length < static_cast<int>(sizeof command) - 1) command[length++] = static_cast<char>(c);
-    ++yyline[unit];
+  while (unit.lineOpen) {
+    int c = readBehindChunk(unit);
+    if (c == -1) break;
+    if (unit.lineOpen && length < static_cast<int>(sizeof command) - 1) command[length++] = static_cast<char>(c);
   }
   command[length] = 0;
   callsys(command);
@@ -112,23 +122,19 @@ void runShellLine(int unit, const char* mark) {
 }
 
 /// The chunk in the buffer is a comment, or goes on with one: decides how it ends, and echoes it.
-void passComment(int unit) {
-  char* line = ibuff[unit];
-  std::int32_t& length = ibuffl[unit];
-  if (!endsInNewline(unit)) {
-    while (length < commentCharacters) {
-      int c = Readch();
-      if (c == -1) break;
-      line[length++] = static_cast<char>(c);
-      if (c == '\n') {
-        ++yyline[unit];
-        break;
-      }
-    }
-    line[length] = 0;
+void passComment(InputUnit& unit) {
+  char* line = unit.text;
+  std::int32_t& length = unit.length;
+  while (unit.lineOpen && length < commentCharacters) {
+    int c = readBehindChunk(unit);
+    if (c == -1) break;
+    line[length++] = static_cast<char>(c);
   }
-  if (!endsInNewline(unit)) {
-    comment = length > 0 && line[length - 1] == '\\' ? Comment::afterBackslash : Comment::goesOn;
+  line[length] = 0;
+  bool ended = length > 0 && line[length - 1] == '\n';
+  if (unit.lineOpen || !ended) {
+    bool backslash = length > 0 && line[length - 1] == '\\';
+    comment = !unit.lineOpen ? Comment::none : backslash ? Comment::afterBackslash : Comment::goesOn;
     line[length++] = '\n';
     line[length] = 0;
   } else if (length > 1 && line[length - 2] == '\\') {
@@ -139,82 +145,68 @@ void passComment(int unit) {
     comment = Comment::none;
   }
   nextch2 = -2;
-  if (length > 1 && echoes(unit)) Printf2(line[0] == '#' ? "%s" : "#%s", line);
+  if (length > 1 && echoes()) Printf2(line[0] == '#' ? "%s" : "#%s", line);
 }
 
 /// Reads on until the buffer holds a line for the lexer. False at the end of the input.
-bool readLine(int unit) {
+bool readLine(InputUnit& unit) {
   for (;;) {
     if (!readChunk(unit, 0, firstChunkRoom - promptLength())) {
       if (comment == Comment::none && (lastInputChar == '\n' || lastInputChar == -1)) return false;
       comment = Comment::none;
       storeNewline(unit, 0);
     }
-    if (comment != Comment::none || ibuff[unit][0] == '#') {
+    if (comment != Comment::none || unit.text[0] == '#') {
       passComment(unit);
       continue;
     }
-    const char* mark = firstnonblank(ibuff[unit]);
+    const char* mark = firstnonblank(unit.text);
     if (*mark == '!') {
       runShellLine(unit, mark);
       continue;
     }
-    if (echoes(unit)) Printf2("%s%s", defaultNerinVariables.prompt, ibuff[unit]);
-    icharno[unit] = -1;
+    if (echoes()) Printf2("%s%s", defaultNerinVariables.prompt, unit.text);
+    unit.position = -1;
     return true;
   }
 }
 
 /// The line is longer than its chunk: the next one follows the last characters of this one.
-void readOn(int unit) {
-  int start = icharno[unit] + 1;
+void readOn(InputUnit& unit) {
+  int start = unit.position + 1;
   if (start >= keptCharacters) {
-    std::memmove(ibuff[unit], ibuff[unit] + start - keptCharacters, keptCharacters);
-    icharno[unit] = keptCharacters - 1;
+    std::memmove(unit.text, unit.text + start - keptCharacters, keptCharacters);
+    unit.position = keptCharacters - 1;
     start = keptCharacters;
   }
   if (!readChunk(unit, start, laterChunkRoom - promptLength()))
     storeNewline(unit, start);
-  else if (echoes(unit))
-    Printf2("%s", ibuff[unit] + start);
+  else if (echoes())
+    Printf2("%s", unit.text + start);
 }
 
-int characterAt(int unit, int position) {
-  return position < ibuffl[unit] ? static_cast<unsigned char>(ibuff[unit][position]) : -2;
+int characterAt(const InputUnit& unit, int position) {
+  return position < unit.length ? static_cast<unsigned char>(unit.text[position]) : -2;
 }
 
 int fetchInputChar() {
-  int unit = r_unit0;
+  InputUnit& unit = top();
   if (nextch2 == -2 && !readLine(unit)) return -1;
-  std::int32_t& position = icharno[unit];
-  ++position;
-  nextch2 = characterAt(unit, position + 1);
-  bool valid = position >= 0 && position < ibuffl[unit];
-  if (nextch2 == -2 && valid && ibuff[unit][position] != '\n') {
-    valid = !chunkCut[unit];
+  ++unit.position;
+  nextch2 = characterAt(unit, unit.position + 1);
+  bool valid = unit.position >= 0 && unit.position < unit.length;
+  if (nextch2 == -2 && valid && unit.text[unit.position] != '\n') {
+    valid = !unit.chunkCut;
     if (valid) {
       readOn(unit);
-      nextch2 = characterAt(unit, position + 1);
+      nextch2 = characterAt(unit, unit.position + 1);
     }
   }
   if (!valid) {
     closeinput();
     userror("invalid characters in input");
   }
-  return static_cast<unsigned char>(ibuff[unit][position]);
-}
-
-/// A unit with nothing read yet.
-void startUnit(int unit) {
-  ibuff[unit][0] = 0;
-  ibuffl[unit] = 0;
-  icharno[unit] = -1;
-  yyline[unit] = 0;
-  unicodeMark[unit] = 0;
-  chunkCut[unit] = false;
-  nextch = nextch2 = -2;
-  lastInputChar = '\n';
-  comment = Comment::none;
+  return static_cast<unsigned char>(unit.text[unit.position]);
 }
 
 bool isDirectory(std::FILE* file) {
@@ -239,10 +231,14 @@ FirstBytes examineFirstBytes(std::FILE* file, std::int16_t& mark) {
 
 }  // namespace
 
+const InputUnit& currentUnit() { return top(); }
+
+std::int32_t lineNumber(const InputUnit& unit) { return unit.linesRead + (unit.lineOpen ? 1 : 0); }
+
 void initio() {
-  unicodeMark[0] = 0;
-  r_unit[0] = nullptr;
   r_unit0 = 0;
+  top().unicodeMark = 0;
+  top().file = nullptr;
 }
 
 int Ropen(const char* name) {
@@ -261,16 +257,19 @@ int Ropen(const char* name) {
               name);
   }
   ++r_unit0;
-  startUnit(r_unit0);
-  r_unit[r_unit0] = file;
-  unicodeMark[r_unit0] = mark;
+  top() = InputUnit();
+  top().file = file;
+  top().unicodeMark = mark;
+  nextch = nextch2 = -2;
+  lastInputChar = '\n';
+  comment = Comment::none;
   return 1;
 }
 
 void Rclose() {
   if (r_unit0 <= 0) return;
-  std::fclose(r_unit[r_unit0]);
-  r_unit[r_unit0] = nullptr;
+  std::fclose(top().file);
+  top().file = nullptr;
   --r_unit0;
 }
 
@@ -278,26 +277,26 @@ void closeinput() {
   Rclose();
   comment = Comment::none;
   nextch = -2;
-  nextch2 = characterAt(r_unit0, icharno[r_unit0] + 1);
+  nextch2 = characterAt(top(), top().position + 1);
 }
 
 int Readch() {
-  int unit = r_unit0;
-  if (readsTerminal(unit)) {
+  const InputUnit& unit = top();
+  if (readsTerminal()) {
     char one[2];
     return terminalSource(one, 2) == 0 || one[0] == 0 ? -1 : static_cast<unsigned char>(one[0]);
   }
-  if (unicodeMark[unit] == 0) return fileByte(unit);
+  if (unit.unicodeMark == 0) return fileByte(unit);
   int first = fileByte(unit);
   int second = first == -1 ? -1 : fileByte(unit);
   if (second == -1) return -1;
-  bool lowFirst = unicodeMark[unit] == 0xff;
+  bool lowFirst = unit.unicodeMark == 0xff;
   if ((lowFirst ? second : first) != 0) userror("non-ASCII character in Unicode file");
   return lowFirst ? first : second;
 }
 
 char* igets(char* buffer, int size) {
-  return readCharacters(r_unit0, buffer, size) == 0 ? nullptr : buffer;
+  return readCharacters(buffer, size) == 0 ? nullptr : buffer;
 }
 
 const char* firstnonblank(const char* text) {
@@ -332,6 +331,27 @@ int nextInputChar() {
   lastInputChar = nextch == -2 ? fetched : nextch;
   nextch = nextch2;
   return lastInputChar;
+}
+
+void pushBackInputChar() {
+  if (nextch2 == -2) return;
+  nextch = lastInputChar;
+  --top().position;
+}
+
+void dropRestOfLine(bool atEnd) {
+  InputUnit& unit = top();
+  while (!atEnd && unit.lineOpen && readChunk(unit, 0, inputBufferSize - 1)) continue;
+  std::strcpy(unit.text, ";\n");
+  unit.length = 2;
+  unit.position = -1;
+  unit.lineOpen = unit.chunkCut = false;
+  nextch2 = ';';
+  if (!atEnd) nextch = ';';
+}
+
+void dropTypedLine() {
+  if (r_unit0 == 0 && top().length > 0 && top().position >= 0) dropRestOfLine(false);
 }
 
 void setTerminalSource(LineSource source) { terminalSource = source; }

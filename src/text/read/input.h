@@ -18,17 +18,21 @@ namespace korel {
 constexpr int inputUnitCount = 47;
 constexpr int inputBufferSize = 82;
 
-extern int r_unit0;                                       // current unit: the depth of `read`
-extern std::FILE* r_unit[inputUnitCount];                 // the open file
-extern char ibuff[inputUnitCount][inputBufferSize];       // the present line or chunk
-extern std::int32_t ibuffl[inputUnitCount];               // characters in it
-extern std::int32_t icharno[inputUnitCount];              // the one last delivered; -1: none yet
-extern std::int32_t yyline[inputUnitCount];               // newlines read so far
-extern std::int16_t unicodeMark[inputUnitCount];          // 0, or the first byte of a two-byte file
+struct InputUnit {
+  std::FILE* file = nullptr;
+  char text[inputBufferSize] = {};  // the present line or chunk
+  std::int32_t length = 0;          // characters in it
+  std::int32_t position = -1;       // of the character last delivered; -1: none yet
+  std::int32_t linesRead = 0;       // newlines
+  std::int16_t unicodeMark = 0;     // 0, or the first byte of a two-byte file
+  bool lineOpen = false;            // the end of the present line is still in the file
+  bool chunkCut = false;            // a zero byte in the chunk hides what lies behind it
+};
 
-extern int nextch;         // pushed back, delivered before anything else; -2: none
-extern int nextch2;        // follows the one just delivered; -2: the buffer holds no more
-extern int lastInputChar;  // last delivered
+extern int r_unit0;  // number of the current unit: the depth of `read`
+const InputUnit& currentUnit();
+/// Number of the line that the buffer shows.
+std::int32_t lineNumber(const InputUnit& unit);
 
 /// Resets unit 0.
 void initio();
@@ -54,8 +58,15 @@ int Writing_tty();
 void iprintprompt();
 void iflush();
 
-/// The character source of `doparse`. Error: "invalid characters in input".
+/// The next character, or -1 at the end of the input. Error: "invalid characters in input".
 int nextInputChar();
+/// Delivers the last character once more, if it isn't the last of its line.
+void pushBackInputChar();
+/// Gives up what is left of the current unit's line, down to its end: an empty statement takes its place.
+/// `atEnd`: nothing is left to be read.
+void dropRestOfLine(bool atEnd);
+/// Gives up what is left of the line of unit 0, as after a syntax error in it.
+void dropTypedLine();
 
 /// Where unit 0's lines come from, in place of `r_unit[0]`: fills at most `size` - 1 characters, a
 /// newline included, and gives 0 at the end of the input. What it delivers is never echoed.

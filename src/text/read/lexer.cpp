@@ -1,9 +1,7 @@
 #include "text/read/lexer.h"
 
 #include <csetjmp>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
@@ -11,16 +9,10 @@
 #include "store/names.h"
 #include "store/objects.h"
 #include "text/read/parser.h"
-#include "text/read/syntax_errors.h"
-#include "text/read/tokens.h"
 
 namespace korel {
 
-DAG yylval;
-std::int32_t lenint = 0, eexpon = 0;
 int lexCharCount = 0;
-int nextLexChar = -2, curLexChar = -2;
-bool lexAtEof = false;
 
 namespace {
 
@@ -82,27 +74,8 @@ TokenText tokenText;
 
 // ---- the hooks of the running parse
 
-int standardInput() {
-  int c = std::getchar();
-  return c == EOF ? -1 : c;
-}
-void printEndOfInput(int position) {
-  std::fprintf(stderr, "Korel(%d): %s\n", position, "unexpected end of input");
-}
-void printError(int position, const char* message) {
-  std::fprintf(stderr, "Korel(%d): %s\n", position, message);
-}
-void printWarning(int position, const char* message) {
-  std::printf("Warning(%d), %s\n", position, message);
-}
-DAG noLabel(DAG) { return DAG(); }
-
 struct ParseState {
-  CharacterSource source = standardInput;
-  EndOfInputHandler onEof = printEndOfInput;
-  SyntaxErrorHandler onError = printError;
-  SyntaxWarningHandler onWarning = printWarning;
-  LabelResolver onLabel = noLabel;
+  ParseHooks hooks = {};
   std::jmp_buf* leave = nullptr;  // the point in `ParseKorel` to which every failure jumps
   bool reporting = false;         // an error hook runs: a second error leaves at once
 };
@@ -113,12 +86,18 @@ ParseState parse;
 void parseErrorProcedure(const char* message) {
   if (!parse.reporting) {
     parse.reporting = true;
-    parse.onError(lexCharCount, message);
+    parse.hooks.onError(lexCharCount, message);
   }
   leaveParse();
 }
 
-// ---- nested parsers
+// ---- look-ahead
+
+constexpr int noCharacter = -2;
+int nextLexChar = noCharacter;  // the character that is looked at
+int curLexChar = noCharacter;   // the one last consumed
+
+void forgetLookAhead() { nextLexChar = noCharacter; }
 
 constexpr int maxNestedParsers = 20;
 struct LookAhead {
@@ -172,20 +151,23 @@ int escapedCharacter(int c) {
   }
 }
 
+int sourceChar() {
+  ++lexCharCount;
+  return parse.hooks.source.next(parse.hooks.source.closure);
+}
+
 int lexRawChar() {
   for (;;) {
-    int c = parse.source();
-    ++lexCharCount;
+    int c = sourceChar();
     if (c != '\\') return c;
-    c = parse.source();
-    ++lexCharCount;
+    c = sourceChar();
     if (!isSpace(c)) return escapedCharacter(c);  // a backslash before white space joins
   }
 }
 
 /// The character of look-ahead, read if there is none yet.
 inline int peekChar() {
-  if (nextLexChar == -2) nextLexChar = lexRawChar();
+  if (nextLexChar == noCharacter) nextLexChar = lexRawChar();
   return nextLexChar;
 }
 
@@ -195,7 +177,7 @@ inline bool isEnd(int c) { return c == 0 || c == -1; }
 inline bool lexGetChar() {
   curLexChar = peekChar();
   if (isEnd(curLexChar)) {
-    ResetKorelParser();
+    forgetLookAhead();
     return false;
   }
   nextLexChar = lexRawChar();
@@ -220,28 +202,24 @@ inline bool acceptChar(int c) {
 
 // ---- tokens
 
-int plainToken(int token, int character) {
-  yylval = DAG(static_cast<Word>(character));
-  return token;
-}
+Lexeme plainToken(int token, int character) { return {token, DAG(static_cast<Word>(character))}; }
 
-int nameToken(int token) {
-  yylval = naminstall(tokenText.finish());
-  return token;
-}
+/// The name of the token text.
+Lexeme nameToken(int token) { return {token, naminstall(tokenText.finish())}; }
 
-void readExponent() {
+std::int32_t readExponent() {
+  std::int32_t exponent = 0;
   lexGetChar();
   bool negative = nextLexChar == '-';
   if (negative || nextLexChar == '+') lexGetChar();
   while (isDigit(nextLexChar)) {
     std::int32_t digit = nextLexChar - '0';
-    if (__builtin_mul_overflow(eexpon, 10, &eexpon) ||
-        __builtin_add_overflow(eexpon, digit, &eexpon))
+    if (__builtin_mul_overflow(exponent, 10, &exponent) ||
+        __builtin_add_overflow(exponent, digit, &exponent))
       yyerror("exponent too large");
     lexGetChar();
   }
-  if (negative) eexpon = -eexpon;
+  return negative ? -exponent : exponent;
 }
 
 /// The integer of the digits in the token text: exact, four decimal digits to a digit of the
@@ -270,38 +248,36 @@ DAG integerOfDigits() {
   return s;
 }
 
-int readNumber() {
-  lenint = 1;
-  eexpon = 0;
+Lexeme readNumber() {
+  Lexeme number{T_INTEGER, cons0, 1};
   bool zero = curLexChar == '0';
   if (zero) {
     while (nextLexChar == '0') {
       lexGetChar();
-      ++lenint;
+      ++number.digits;
     }
     if (isDigit(nextLexChar)) {
       lexGetChar();
-      ++lenint;
+      ++number.digits;
       zero = false;
     }
   }
-  if (zero) {
-    yylval = cons0;
-  } else {
+  if (!zero) {
     tokenText.add(curLexChar);
     while (isDigit(nextLexChar)) {
       tokenText.add(nextLexChar);
       lexGetChar();
-      ++lenint;
+      ++number.digits;
     }
-    yylval = integerOfDigits();
+    number.value = integerOfDigits();
   }
-  if (nextLexChar != 'e' && nextLexChar != 'E') return T_INTEGER;
-  readExponent();
-  return T_EXPINT;
+  if (nextLexChar != 'e' && nextLexChar != 'E') return number;
+  number.token = T_EXPINT;
+  number.exponent = readExponent();
+  return number;
 }
 
-int readWord() {
+Lexeme readWord() {
   tokenText.add(curLexChar);
   collectWhile(isWordCharacter);
   int token = KeyWordToToken(tokenText.finish());
@@ -311,7 +287,7 @@ int readWord() {
 }
 
 /// Behind `%`: a label's mark, a name of its own kind, or one of the ditto names.
-int readPercent() {
+Lexeme readPercent() {
   if (isDigit(nextLexChar)) return plainToken(T_LABEL, '%');
   tokenText.add('%');
   if (isLetter(nextLexChar) || nextLexChar == '?') {
@@ -322,7 +298,7 @@ int readPercent() {
   return nameToken(T_NAME);
 }
 
-int readTildeName() {
+Lexeme readTildeName() {
   tokenText.add('~');
   collectWhile([](int c) { return isWordCharacter(c) || c == '$'; });
   return nameToken(T_NAME);
@@ -352,14 +328,14 @@ bool endsNeutral(int c) {
   }
 }
 
-int readNeutral() {
+Lexeme readNeutral() {
   tokenText.add('&');
   if (isLetter(nextLexChar)) {
     collectWhile(isWordCharacter);
   } else if (!isDigit(nextLexChar)) {
     while (!isWordCharacter(nextLexChar) && !endsNeutral(nextLexChar)) {
       int c = plainCharacter(nextLexChar);
-      if (!lexGetChar()) return T_EOF;
+      if (!lexGetChar()) return plainToken(T_EOF, -1);
       tokenText.add(c);
     }
   }
@@ -368,13 +344,10 @@ int readNeutral() {
 }
 
 /// Text between quotes of the kind `quote`, whose first has been consumed.
-int readQuoted(int quote) {
+Lexeme readQuoted(int quote) {
   for (;;) {
     int next = nextLexChar;
-    if (isEnd(next)) {
-      lexAtEof = true;
-      yyerror(nullptr);
-    }
+    if (isEnd(next)) yyerror(nullptr);
     if (next == quote) {
       lexGetChar();
       if (acceptChar(quote)) {
@@ -384,19 +357,18 @@ int readQuoted(int quote) {
       if (quote == '`') return nameToken(T_NAME);
       while (isSpace(nextLexChar)) lexGetChar();
       if (acceptChar('"')) continue;  // the strings join
-      yylval = strinstall(tokenText.finish());
-      return T_STRING;
+      return {T_STRING, strinstall(tokenText.finish())};
     }
     if (next == '\n' && curLexChar != quote)
-      yywarning(quote == '"' ? "incomplete string;  use \" to end the string"
-                             : "incomplete quoted name;  use ` to end the name");
+      parse.hooks.onWarning(lexCharCount, quote == '"' ? "incomplete string;  use \" to end the string"
+                                                       : "incomplete quoted name;  use ` to end the name");
     tokenText.add(plainCharacter(next));
     lexGetChar();
   }
 }
 
 /// Behind a dot: how it stands between blanks decides what it may join.
-int readDot(bool spaceBefore) {
+Lexeme readDot(bool spaceBefore) {
   if (nextLexChar == '.') {
     while (acceptChar('.')) continue;
     return plainToken(T_DOTDOT, '.');
@@ -405,18 +377,11 @@ int readDot(bool spaceBefore) {
   return plainToken(spaceBefore ? T_SDOT : T_DOT, '.');
 }
 
-/// A name token of fixed text.
-int fixedName(int token, const char* text) {
-  yylval = naminstall(text);
-  return token;
-}
-int relation(Word tagWord) {
-  yylval = DAG(tagWord);
-  return T_RELOP;
-}
+Lexeme fixedName(int token, const char* text) { return {token, naminstall(text)}; }
+Lexeme relation(Word tagWord) { return {T_RELOP, DAG(tagWord)}; }
 
 /// The token that starts with the mark `c`, already consumed.
-int readMark(int c, bool spaceBefore) {
+Lexeme readMark(int c, bool spaceBefore) {
   switch (c) {
     case '!':
       return plainToken(T_BANG, c);
@@ -486,8 +451,7 @@ int readMark(int c, bool spaceBefore) {
 
 }  // namespace
 
-int yylex() {
-  lexAtEof = false;
+Lexeme yylex() {
   tokenText.length = 0;
   for (;;) {
     bool spaceBefore = false;
@@ -497,10 +461,10 @@ int yylex() {
       spaceBefore = true;
       c = nextLexChar;
     }
-    if (!lexGetChar()) return T_EOF;
+    if (!lexGetChar()) return plainToken(T_EOF, -1);
     if (c == '#') {
       while (nextLexChar != '\n')
-        if (!lexGetChar()) return T_EOF;
+        if (!lexGetChar()) return plainToken(T_EOF, -1);
       continue;
     }
     if (isLetter(c)) return readWord();
@@ -512,24 +476,18 @@ int yylex() {
 
 void yyerror(const char* message) {
   parse.reporting = true;
-  if (lexAtEof || message == nullptr) {
-    parse.onEof(lexCharCount);
-  } else if (std::strcmp(message, "syntax error") == 0) {
-    parse.onError(lexCharCount, unexpectedTokenText(yychar));
+  if (message == nullptr) {
+    parse.hooks.onEof(lexCharCount);
   } else {
-    parse.onError(lexCharCount, message);
+    parse.hooks.onError(lexCharCount, message);
   }
   leaveParse();
 }
 
-void yywarning(const char* message) { parse.onWarning(lexCharCount, message); }
-
 DAG IGetlabel(DAG n) {
   if (tagOf(n) != INTPOS || n == cons0) return DAG();
-  return parse.onLabel(n);
+  return parse.hooks.onLabel(n);
 }
-
-void ResetKorelParser() { nextLexChar = -2; }
 
 void PushKorelParser() {
   if (nestedParsers >= maxNestedParsers) userror("parsers nested too deeply");
@@ -545,21 +503,14 @@ void PopKorelParser() {
 
 void resetParserNesting() { nestedParsers = 0; }
 
-DAG ParseKorel(CharacterSource source, EndOfInputHandler onEof, SyntaxErrorHandler onError,
-               SyntaxWarningHandler onWarning, LabelResolver onLabel, bool reset) {
+DAG ParseKorel(const ParseHooks& hooks) {
   // The state of an outer parse survives: the handler of a numeric event that a literal raised may
   // itself parse.
   ParseState outer = parse;
   std::jmp_buf here;
-  parse = ParseState();
-  if (source != nullptr) parse.source = source;
-  if (onEof != nullptr) parse.onEof = onEof;
-  if (onError != nullptr) parse.onError = onError;
-  if (onWarning != nullptr) parse.onWarning = onWarning;
-  if (onLabel != nullptr) parse.onLabel = onLabel;
-  parse.leave = &here;
+  parse = {hooks, &here};
   lexCharCount = 0;
-  if (reset) ResetKorelParser();
+  forgetLookAhead();
   int depth = errorProcDepth();
   PushErrorProc(parseErrorProcedure);
   if (::_setjmp(here) == 0) {

@@ -1,15 +1,10 @@
 #include "text/read/parser.h"
 
-#include <iterator>
-
 #include "frame/errors.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
-#include "store/constants.h"
-#include "store/objects.h"
-#include "store/standard_names.h"
 #include "store/append.h"
-#include "text/read/lexer.h"
+#include "store/vocabulary.h"
 #include "text/read/parser_machine.h"
 #include "text/read/parser_objects.h"
 #include "text/read/parser_tables.h"
@@ -17,25 +12,24 @@
 namespace korel {
 
 DAG parsestat;
-int yychar = -1;
 
-void unexpected() { yyerror("syntax error"); }
+void Parser::unexpected() { yyerror(unexpectedTokenText(ahead.token)); }
 
 // ---- tokens and the stack
 
 int Parser::look() {
-  if (yychar < 0) yychar = yylex();
-  return yychar;
+  if (ahead.token == noToken) ahead = yylex();
+  return ahead.token;
 }
 
 DAG Parser::take() {
-  yychar = -1;
-  return yylval;
+  ahead.token = noToken;
+  return ahead.value;
 }
 
 bool Parser::acceptToken(int token) {
   if (look() != token) return false;
-  yychar = -1;
+  ahead.token = noToken;
   return true;
 }
 
@@ -80,8 +74,11 @@ DAG Parser::makeFloat(DAG mantissa, std::int64_t exponent) {
   return result;
 }
 
+/// Exponent of a float whose last digits, behind the point, have just been taken.
+std::int64_t Parser::exponentOfFraction() const { return std::int64_t{ahead.exponent} - ahead.digits; }
+
 /// An integer is at hand: alone, or the first part of a float. The float is made before another token
-/// is read, which could be a number.
+/// is read: `ahead` still tells its digits.
 Step Parser::number() {
   push(Symbol::operand, take(), Level::primary);
   if (look() == T_DOTS) {
@@ -94,9 +91,8 @@ Step Parser::number() {
     int next = look();
     if (next == T_INTEGER || next == T_EXPINT) {
       push(Symbol::mark, take());
-      std::int64_t exponent = next == T_EXPINT ? eexpon : 0;
-      DAG mantissa = numcat(at(2).value, at(0).value);
-      reduce(3, Symbol::operand, makeFloat(mantissa, exponent - lenint), Level::primary);
+      DAG mantissa = numcat(at(2).value, at(0).value, ahead.digits);
+      reduce(3, Symbol::operand, makeFloat(mantissa, exponentOfFraction()), Level::primary);
     } else {
       reduce(2, Symbol::operand, makeFloat(at(1).value, 0), Level::primary);
     }
@@ -111,8 +107,7 @@ Step Parser::fraction() {
   int next = look();
   if (next != T_INTEGER && next != T_EXPINT) unexpected();
   push(Symbol::mark, take());
-  std::int64_t exponent = next == T_EXPINT ? eexpon : 0;
-  reduce(2, Symbol::operand, makeFloat(at(0).value, exponent - lenint), Level::primary);
+  reduce(2, Symbol::operand, makeFloat(at(0).value, exponentOfFraction()), Level::primary);
   return Step::operandDone;
 }
 
@@ -150,7 +145,7 @@ Step Parser::operand() {
   Level limit = limitOf(below);
   auto prefix = [&](Symbol symbol) {
     if (resultOf(symbol) > limit) unexpected();
-    push(symbol, yylval);
+    push(symbol, ahead.value);
     take();
     return Step::operand;
   };
@@ -165,7 +160,7 @@ Step Parser::operand() {
     case T_INTEGER: return number();
     case T_EXPINT: {
       push(Symbol::mark, take());
-      reduce(1, Symbol::operand, makeFloat(at(0).value, eexpon), Level::primary);
+      reduce(1, Symbol::operand, makeFloat(at(0).value, ahead.exponent), Level::primary);
       return Step::operandDone;
     }
     case T_DOT:
@@ -235,7 +230,7 @@ void Parser::reduceOperator() {
       case Symbol::plusSign: value = b; break;
       case Symbol::minusSign: value = new3(SUM, b, consm1); break;
       case Symbol::dollarSign: value = unaryCall(ini("$"), b); break;
-      default: value = new3(FUNCTION, sign.value, wrapSequence(b)); break;
+      default: value = new3(FUNCTION, sign.value, asSequence(b)); break;
     }
     reduce(2, Symbol::operand, value, resultOf(sign.symbol));
     return;
@@ -306,7 +301,7 @@ Step Parser::shiftInfix(int token, Symbol symbol) {
       return Step::operandDone;
     }
     default:
-      push(symbol, yylval);
+      push(symbol, ahead.value);
       take();
       return Step::operand;
   }
@@ -346,7 +341,7 @@ Step Parser::closeExpression(int token) {
     case Symbol::group: return closeBracket(token, T_RPAREN, 2, value, Level::atom);
     case Symbol::call:
       if (token != T_RPAREN) unexpected();
-      return closeBracket(token, T_RPAREN, 3, new3(FUNCTION, at(2).value, wrapSequence(value)),
+      return closeBracket(token, T_RPAREN, 3, new3(FUNCTION, at(2).value, asSequence(value)),
                           Level::nameExpr);
     case Symbol::index: {
       if (token != T_RBRACKET) unexpected();
@@ -357,7 +352,7 @@ Step Parser::closeExpression(int token) {
         reduce(4, Symbol::operand, new3(MEMBER, at(3).value, value), Level::none);
         return Step::bindingDone;
       }
-      return closeBracket(token, T_RBRACKET, 3, new3(TABLEREF, at(2).value, wrapSequence(value)),
+      return closeBracket(token, T_RBRACKET, 3, new3(TABLEREF, at(2).value, asSequence(value)),
                           Level::nameExpr);
     }
     case Symbol::concatGroup: {
@@ -370,10 +365,10 @@ Step Parser::closeExpression(int token) {
       return closeBracket(token, T_QUOTE, 2, new2(UNEVAL, value), Level::atom);
     case Symbol::set:
       if (token != T_RBRACE) unexpected();
-      return closeBracket(token, T_RBRACE, 2, new2(SET, wrapSequence(value)), Level::atom);
+      return closeBracket(token, T_RBRACE, 2, new2(SET, asSequence(value)), Level::atom);
     case Symbol::list:
       if (token != T_RBRACKET) unexpected();
-      return closeBracket(token, T_RBRACKET, 2, new2(LIST, wrapSequence(value)), Level::atom);
+      return closeBracket(token, T_RBRACKET, 2, new2(LIST, asSequence(value)), Level::atom);
     case Symbol::vector:
       if (token == T_COMMA || token == T_BAR) {
         push(token == T_COMMA ? Symbol::columnFirst : Symbol::rowFirst);
@@ -403,7 +398,6 @@ Step Parser::closeExpression(int token) {
 // ---- the loop
 
 void Parser::run() {
-  yychar = -1;
   forgetAppendSlack();
   push(Symbol::bottom);
   push(Symbol::prelude);
@@ -424,11 +418,10 @@ void Parser::run() {
   forgetAppendSlack();
 }
 
-int yyparse() {
+void yyparse() {
   parsestat = DAG();
   Parser parser;
   parser.run();
-  return 0;
 }
 
 }  // namespace korel

@@ -16,12 +16,8 @@ namespace korel {
 /// after an error. A root of the collector.
 extern DAG parsestat;
 
-/// Reads one statement and its terminator, no token further, into `parsestat`. Always 0: failures
-/// leave by `yyerror`. The terminator sets `display` among the interface variables.
-int yyparse();
-
-/// The integer a * 10^`lenint` + b: the digits on both sides of a decimal point. `b` has at most
-/// `lenint` digits; both are not negative.
-DAG numcat(DAG a, DAG b);
+/// Reads one statement and its terminator, no token further, into `parsestat`; failures leave by
+/// `yyerror`. The terminator sets `display` among the interface variables.
+void yyparse();
 
 }  // namespace korel

@@ -12,6 +12,7 @@
 #include <cstdint>
 
 #include "store/dag.h"
+#include "text/read/lexer.h"
 
 namespace korel {
 
@@ -52,6 +53,7 @@ constexpr int parserStackSize = 1024;
 struct Parser {
   Entry stack[parserStackSize];
   int top = -1;
+  Lexeme ahead;  // the token at hand; behind `take` it is without a token, and keeps the rest
 
   void run();
 
@@ -60,6 +62,7 @@ struct Parser {
   DAG take();               // consumes it; its value
   bool acceptToken(int t);  // consumes it if it is `t`
   void expect(int t);
+  [[noreturn]] void unexpected();  // the error of the token at hand
   void setDisplay(int terminatorToken);  // consumes a terminator
 
   // ---- the stack
@@ -79,6 +82,7 @@ struct Parser {
   Step number();
   Step fraction();
   Step emptyOr(int closing);
+  std::int64_t exponentOfFraction() const;
   DAG makeFloat(DAG mantissa, std::int64_t exponent);
   void reduceOperator();
 
@@ -99,8 +103,5 @@ struct Parser {
   Step head();
   void applyPart(Symbol part);
 };
-
-/// "syntax error" at the token at hand.
-[[noreturn]] void unexpected();
 
 }  // namespace korel

@@ -2,16 +2,12 @@
 
 #include "numbers/integer/integer.h"
 #include "store/allocator.h"
-#include "store/constants.h"
-#include "store/objects.h"
-#include "store/standard_names.h"
 #include "store/append.h"
+#include "store/object_fields.h"
+#include "store/vocabulary.h"
 #include "text/read/lexer.h"
-#include "text/read/parser.h"
 
 namespace korel {
-
-DAG wrapSequence(DAG x) { return hasTag(x, EXPSEQ) ? x : new2(EXPSEQ, x); }
 
 DAG binaryCall(DAG function, DAG a, DAG b) { return new3(FUNCTION, function, new3(EXPSEQ, a, b)); }
 DAG unaryCall(DAG function, DAG a) { return new3(FUNCTION, function, new2(EXPSEQ, a)); }
@@ -48,18 +44,11 @@ DAG makeRelation(Word tagWord, DAG a, DAG b) {
   return new3(static_cast<Tag>(tagWord), a, b);
 }
 
-DAG newProcedure(DAG parameters) {
-  return new9(PROC, parameters, new2(LIST, null), null, null, null, null, null, null);
-}
-
-DAG newModule(DAG parameters, DAG name) {
-  return new10(MODDEF, parameters, new2(LIST, null), null, null, null, null, null, null, name);
-}
+DAG rawLocals() { return new2(LIST, null); }
 
 DAG arrowProcedure(DAG parameters, DAG body) {
   DAG options = new3(EXPSEQ, ini("operator"), ini("arrow"));
-  return new9(PROC, wrapSequence(parameters), new2(LIST, null), options, null, body, null, null,
-              null);
+  return newProcedure({.params = asSequence(parameters), .locals = rawLocals(), .options = options, .body = body});
 }
 
 DAG joinStatements(DAG statements, DAG next) {
@@ -68,24 +57,37 @@ DAG joinStatements(DAG statements, DAG next) {
   return Append2(statements, next);
 }
 
-DAG newTry(DAG body, DAG catches, DAG last) {
-  Word pairs = catches ? lengthOf(catches) - 1 : 0;
-  DAG s = newl3(2 + pairs + (last ? 1 : 0), TRY, body);
-  for (Word i = 1; i <= pairs; ++i) s[1 + i] = catches[i];
-  if (last) s[2 + pairs] = last;
+DAG makeTry(DAG body, DAG catches, DAG finallyBody) {
+  Word pairs = catches ? memberCount(catches) : 0;
+  DAG s = newl3(tryFirstCatch + pairs + (finallyBody ? 1 : 0), TRY, body);
+  for (Word i = 0; i < pairs; ++i) s[tryFirstCatch + i] = catches[i + 1];
+  if (finallyBody) s[tryFirstCatch + pairs] = finallyBody;
   return s;
 }
 
-DAG numcat(DAG a, DAG b) {
+DAG makeLoop(DAG clauses, DAG variable, DAG body) {
+  auto setDefault = [&](Word field, DAG value) {
+    if (!clauses[field]) clauses[field] = value;
+  };
+  clauses[loopVariable] = variable;
+  setDefault(loopFrom, cons1);
+  setDefault(loopBy, cons1);
+  setDefault(loopTo, null);
+  setDefault(loopWhile, ini("true"));
+  clauses[loopBody] = body;
+  return clauses;
+}
+
+DAG numcat(DAG a, DAG b, std::int32_t digitsOfB) {
   if (isZeroImmediate(a)) return b;
-  if (isImmediate(a) && isImmediate(b) && lenint <= 9)
-    return NewInteger(std::int64_t{immediateValue(a)} * pow10[lenint] + immediateValue(b));
+  if (isImmediate(a) && isImmediate(b) && digitsOfB <= 9)
+    return NewInteger(std::int64_t{immediateValue(a)} * pow10[digitsOfB] + immediateValue(b));
   // Four decimal digits to a digit: a moves up by whole digits and by a factor below 10000, and the
   // digits of b fall below it without a carry.
   DAG high = isImmediate(a) ? NewSoftInt(a) : a;
   DAG low = isImmediate(b) ? NewSoftInt(b) : b;
-  Word shift = static_cast<Word>(lenint) / 4;
-  Word factor = static_cast<Word>(pow10[lenint % 4]);
+  Word shift = static_cast<Word>(digitsOfB) / 4;
+  Word factor = static_cast<Word>(pow10[digitsOfB % 4]);
   Word count = digitCount(high) + shift + 1;
   DAG sum = newl2(count + 1, INTPOS);
   Word* digits = digitsOf(sum);

@@ -2,12 +2,12 @@
 // What the productions build. Operands that are lists under construction grow in place: the parser
 // alone refers to them.
 
+#include <cstdint>
+
 #include "store/dag.h"
 
 namespace korel {
 
-/// `x` if it is a sequence, else the sequence of it.
-DAG wrapSequence(DAG x);
 /// The call of `function` on the two (one) arguments.
 DAG binaryCall(DAG function, DAG a, DAG b);
 DAG unaryCall(DAG function, DAG a);
@@ -25,15 +25,19 @@ DAG makePower(DAG a, DAG b);
 /// a and b under a T_RELOP; `tagWord` as the lexer gives it.
 DAG makeRelation(Word tagWord, DAG a, DAG b);
 
-/// A procedure with these parameters and nothing else yet.
-DAG newProcedure(DAG parameters);
-/// A module with these parameters and that name (`null` for none).
-DAG newModule(DAG parameters, DAG name);
+/// What the locals of a head stand in until it is simplified: a list, which tells a raw definition from a
+/// simplified one.
+DAG rawLocals();
 DAG arrowProcedure(DAG parameters, DAG body);
 
 /// A statement behind others: an empty one is dropped.
 DAG joinStatements(DAG statements, DAG next);
-/// TRY of a body, the pairs in the carrier `catches` and the last part; either may be 0.
-DAG newTry(DAG body, DAG catches, DAG last);
+/// TRY of a body, the pairs in the carrier `catches` and the `finally` body; either may be 0.
+DAG makeTry(DAG body, DAG catches, DAG finallyBody);
+/// FOR of the clauses read so far: what is missing gets its default.
+DAG makeLoop(DAG clauses, DAG variable, DAG body);
+/// The integer a * 10^`digitsOfB` + b: the digits on both sides of a decimal point. `b` has at most `digitsOfB`
+/// digits; both are not negative.
+DAG numcat(DAG a, DAG b, std::int32_t digitsOfB);
 
 }  // namespace korel

@@ -1,11 +1,10 @@
 // Statements, the heads of procedures and modules, and the lists in them.
 
 #include "session/interface.h"
-#include "store/constants.h"
-#include "store/names.h"
-#include "store/objects.h"
 #include "store/append.h"
-#include "text/read/lexer.h"
+#include "store/names.h"
+#include "store/object_fields.h"
+#include "store/vocabulary.h"
 #include "text/read/parser.h"
 #include "text/read/parser_machine.h"
 #include "text/read/parser_objects.h"
@@ -40,22 +39,21 @@ bool beginsExpression(int token) {
   }
 }
 
-// ---- the clauses of a counted loop, by their slot in the FOR
+// ---- the clauses of a counted loop, by their field in the FOR
 
 struct LoopClause {
   int token;
   Symbol symbol;
-  int slot;
+  Word field;
   const char* repeated;
 };
 constexpr LoopClause loopClauseRows[] = {
-    // token  symbol             slot  error when it comes twice
-    {T_FROM,  Symbol::fromWord,  2, "repeated from part"},
-    {T_BY,    Symbol::byWord,    3, "repeated by part"},
-    {T_TO,    Symbol::toWord,    4, "repeated to part"},
-    {T_WHILE, Symbol::whileWord, 5, "repeated while part"},
+    // token  symbol             field      error when it comes twice
+    {T_FROM,  Symbol::fromWord,  loopFrom,  "repeated from part"},
+    {T_BY,    Symbol::byWord,    loopBy,    "repeated by part"},
+    {T_TO,    Symbol::toWord,    loopTo,    "repeated to part"},
+    {T_WHILE, Symbol::whileWord, loopWhile, "repeated while part"},
 };
-constexpr Word countedForLength = 7;
 
 // ---- the parts of a head, and what their lists consist of
 
@@ -66,24 +64,24 @@ struct HeadPart {
   Symbol symbol;
   std::uint8_t forms;    // of an item
   int closing;           // token behind the list; 0: a terminator
-  int slot;              // in the PROC or MODDEF; 0: not a part of its own
+  Word field;            // in the PROC or MODDEF; 0: not a part of its own
   const char* repeated;
 };
 constexpr HeadPart headParts[] = {
-    // token         symbol                   forms            closing   slot  error when it comes twice
-    {T_PROC,        Symbol::parameters,      names | types,   T_RPAREN, 0, nullptr},
-    {T_LOCAL,       Symbol::localPart,       names | types,   0,        2, "repeated local part"},
-    {T_EXPORT,      Symbol::exportPart,      names | types,   0,        4, "repeated export part"},
-    {T_GLOBAL,      Symbol::globalPart,      names,           0,        7, "repeated global part"},
-    {T_OPTION,      Symbol::optionPart,      names | values,  0,        3, "repeated options part"},
-    {T_DESCRIPTION, Symbol::descriptionPart, names | strings, 0,        6, "repeated description part"},
-    {T_CATCH,       Symbol::catchWord,       strings,         T_COLON,  0, nullptr},
+    // token        symbol                   forms            closing   field            error when it comes twice
+    {T_PROC,        Symbol::parameters,      names | types,   T_RPAREN, 0,               nullptr},
+    {T_LOCAL,       Symbol::localPart,       names | types,   0,        procLocals,      "repeated local part"},
+    {T_EXPORT,      Symbol::exportPart,      names | types,   0,        moddefExports,   "repeated export part"},
+    {T_GLOBAL,      Symbol::globalPart,      names,           0,        procGlobals,     "repeated global part"},
+    {T_OPTION,      Symbol::optionPart,      names | values,  0,        procOptions,     "repeated options part"},
+    {T_DESCRIPTION, Symbol::descriptionPart, names | strings, 0,        procDescription, "repeated description part"},
+    {T_CATCH,       Symbol::catchWord,       strings,         T_COLON,  0,               nullptr},
 };
 
 const HeadPart& partOf(Symbol symbol) {
-  for (const HeadPart& part : headParts)
-    if (part.symbol == symbol) return part;
-  unexpected();
+  const HeadPart* part = headParts;
+  while (part->symbol != symbol) ++part;
+  return *part;
 }
 
 }  // namespace
@@ -193,8 +191,8 @@ Step Parser::closeKeyWord(Symbol below, int token) {
       for (const LoopClause& clause : loopClauseRows) {
         if (clause.symbol != below) continue;
         DAG loop = at(2).value;
-        if (loop[clause.slot]) yyerror(clause.repeated);
-        loop[clause.slot] = value;
+        if (loop[clause.field]) yyerror(clause.repeated);
+        loop[clause.field] = value;
         reduce(3, Symbol::forClauses, loop);
       }
       return Step::loopClauses;
@@ -238,7 +236,7 @@ Step Parser::loopClauses() {
       take();
       return Step::operand;
     }
-    push(Symbol::forClauses, newl2(countedForLength, FOR));
+    push(Symbol::forClauses, newl2(countedLoopLength, FOR));
   }
   if (token == T_DO) {
     push(Symbol::doCounted);
@@ -253,21 +251,6 @@ Step Parser::loopClauses() {
   }
   unexpected();
 }
-
-namespace {
-
-DAG countedLoop(DAG loop, DAG variable, DAG body) {
-  constexpr int variableSlot = 1, fromSlot = 2, bySlot = 3, toSlot = 4, whileSlot = 5, bodySlot = 6;
-  loop[variableSlot] = variable;
-  if (!loop[fromSlot]) loop[fromSlot] = cons1;
-  if (!loop[bySlot]) loop[bySlot] = cons1;
-  if (!loop[toSlot]) loop[toSlot] = null;
-  if (!loop[whileSlot]) loop[whileSlot] = ini("true");
-  loop[bodySlot] = body;
-  return loop;
-}
-
-}  // namespace
 
 // ---- a statement is on top
 
@@ -325,7 +308,7 @@ Step Parser::closeStatements(Symbol opening, int token) {
       else
         endConstruct(T_DO);
       if (opening == Symbol::doCounted)
-        reduce(4, Symbol::statement, countedLoop(at(2).value, at(3).value, body));
+        reduce(4, Symbol::statement, makeLoop(at(2).value, at(3).value, body));
       else
         reduce(6, Symbol::statement, new5(FOR, at(5).value, at(3).value, at(2).value, body));
       return Step::statementDone;
@@ -340,7 +323,7 @@ Step Parser::closeStatements(Symbol opening, int token) {
     case Symbol::moduleHead: {
       endConstruct(opening == Symbol::procHead ? T_PROC : T_MODULE);
       DAG head = at(1).value;
-      head[5] = body;
+      bodyOf(head) = body;
       reduce(2, Symbol::operand, head, Level::primary);
       return Step::operandDone;
     }
@@ -390,11 +373,11 @@ Step Parser::endTry() {
     return Step::statement;
   }
   endConstruct(T_TRY);
-  DAG last = opening == Symbol::finallyBody ? body : DAG();
+  DAG finallyBody = opening == Symbol::finallyBody ? body : DAG();
   int symbols = opening == Symbol::finallyBody ? 2 : 0;
   DAG catches;
   if (at(symbols).symbol == Symbol::catchParts) catches = at(symbols++).value;
-  reduce(symbols + 2, Symbol::statement, newTry(at(symbols).value, catches, last));
+  reduce(symbols + 2, Symbol::statement, makeTry(at(symbols).value, catches, finallyBody));
   return Step::statementDone;
 }
 
@@ -485,7 +468,8 @@ Step Parser::head() {
       // [word, parameters, items, `)`], with the module's name behind the word
       bool named = at(3).symbol == Symbol::operand;
       bool module = named || at(3).symbol == Symbol::moduleWord;
-      DAG made = module ? newModule(list, named ? at(3).value : null) : newProcedure(list);
+      DAG made = module ? newModuleDefinition({.params = list, .locals = rawLocals(), .name = named ? at(3).value : null})
+                        : newProcedure({.params = list, .locals = rawLocals()});
       reduce(named ? 5 : 4, module ? Symbol::moduleHead : Symbol::procHead, made);
     } else {
       if (!isTerminator(token)) unexpected();
@@ -496,7 +480,7 @@ Step Parser::head() {
   }
   int token = look();
   for (const HeadPart& part : headParts) {
-    if (part.token != token || part.slot == 0) continue;
+    if (part.token != token || part.field == 0) continue;
     if (token == T_EXPORT && at(0).symbol != Symbol::moduleHead) break;
     push(part.symbol);
     take();
@@ -510,11 +494,9 @@ void Parser::applyPart(Symbol symbol) {
   const HeadPart& part = partOf(symbol);
   Entry& head = at(3);
   DAG list = at(1).value;
-  // The locals stand in a list of their own, which tells those of a head from simplified ones.
-  DAG holder = symbol == Symbol::localPart ? head.value[2] : head.value;
-  int slot = symbol == Symbol::localPart ? 1 : part.slot;
-  if (holder[slot] != null) yyerror(part.repeated);
-  holder[slot] = list;
+  DAG& field = symbol == Symbol::localPart ? localsOf(head.value)[1] : head.value[part.field];
+  if (field != null) yyerror(part.repeated);
+  field = list;
   top -= 3;
 }
 

@@ -6,11 +6,11 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "session/driver.h"
 #include "frame/errors.h"
-#include "session/interface.h"
 #include "frame/output.h"
 #include "numbers/integer/integer.h"
+#include "session/driver.h"
+#include "session/interface.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "text/read/input.h"
@@ -19,8 +19,6 @@
 #include "text/read/syntax_errors.h"
 
 namespace korel {
-
-int restrictionsActive = 1;
 
 namespace {
 
@@ -32,17 +30,18 @@ DAG getlabel(DAG) { return DAG(); }
 // ---- the string being parsed
 
 struct StringSource {
-  const char* next = nullptr;
-  int last = ' ';
-  bool addTerminator = false;
+  const char* next;
+  bool addTerminator;
+  int last = ' ';          // delivered last, the look-ahead of a parse that has ended
+  bool textEnded = false;  // what was delivered last isn't from the text
 };
-StringSource stringSource;
 
 /// At the end of the text come the terminator that is missing, a newline behind a terminator, and
 /// then the end.
-int nextStringChar() {
-  StringSource& s = stringSource;
+int nextStringChar(void* closure) {
+  auto& s = *static_cast<StringSource*>(closure);
   int c = static_cast<unsigned char>(*s.next);
+  s.textEnded = c == 0;
   if (c != 0)
     ++s.next;
   else if (s.last == '\n' || s.last == -1)
@@ -57,15 +56,15 @@ int nextStringChar() {
 
 void recordEndOfInput(int position) { recordSyntaxError(position, "unexpected end of input"); }
 
-bool isBlank(int c) { return c == ' ' || (c >= 9 && c <= 13); }
+bool isBlank(char c) { return c == ' ' || (c >= 9 && c <= 13); }
 
-/// True when the string holds more than blanks and a comment behind the statement.
-bool moreThanStatement() {
-  int c = stringSource.last;
-  if (c == '#') return false;
-  if (c == ';' || c == ':') c = nextStringChar();
-  while (isBlank(c)) c = nextStringChar();
-  return c != '#' && c != -1;
+/// True when the text holds more than blanks and a comment behind the statement.
+bool moreThanStatement(const StringSource& source) {
+  if (source.textEnded) return false;
+  const char* rest = source.next - 1;            // from the look-ahead on
+  if (*rest == ';' || *rest == ':') ++rest;      // behind a lone `quit`
+  while (isBlank(*rest)) ++rest;
+  return *rest != '#' && *rest != 0;
 }
 
 // ---- the files being read
@@ -97,28 +96,23 @@ void evaluateStatements(const char* name, int outer, int echo) {
 }  // namespace
 
 DAG parsestring(const char* text, int addTerminator) {
-  StringSource outer = stringSource;
+  StringSource source{text, addTerminator != 0};
   PushKorelParser();
-  stringSource = {text, ' ', addTerminator != 0};
-  restrictionsActive = 0;
   clearSyntaxError();
   DAG statement =
-      ParseKorel(nextStringChar, recordEndOfInput, recordSyntaxError, warn, getlabel, true);
-  restrictionsActive = 1;
+      ParseKorel({{nextStringChar, &source}, recordEndOfInput, recordSyntaxError, warn, getlabel});
   PopKorelParser();
 
   if (statement && tagOf(statement) >= GARBAGE) statement = DAG();
   RecordedSyntaxError error = recordedSyntaxError();
-  if (!statement && error.text == nullptr && stringSource.last != -1) {
+  if (!statement && error.text == nullptr && source.last != -1) {
     recordEndOfInput(lexCharCount);
     error = recordedSyntaxError();
   }
-  bool more = error.text == nullptr && moreThanStatement();
-  stringSource = outer;
   if (error.text != nullptr)
     KernelException("incorrect syntax in parse: %1 (%2)", strinstall(error.text),
                     Newint(error.position));
-  if (more) KernelWarning(3, "extra characters at end of parsed string");
+  if (moreThanStatement(source)) KernelWarning(3, "extra characters at end of parsed string");
   return statement ? statement : null;
 }
 
@@ -129,14 +123,11 @@ DAG doparse() {
   clearSyntaxError();
   if (r_unit0 == 0) resetParserNesting();  // nothing encloses the terminal's statements
   PushKorelParser();
-  DAG statement =
-      ParseKorel(nextInputChar, reportEndOfInput, reportSyntaxError, warn, getlabel, true);
+  DAG statement = ParseKorel({{[](void*) { return nextInputChar(); }, nullptr},
+                              reportEndOfInput, reportSyntaxError, warn, getlabel});
   PopKorelParser();
   if (!statement) return null;
-  if (nextch2 != -2) {
-    nextch = lastInputChar;
-    --icharno[r_unit0];
-  }
+  pushBackInputChar();
   return statement;
 }
 

@@ -27,7 +27,4 @@ DAG ReadSourceOrDotMFile(const char* name, int failQuietly, int echo);
 /// are disabled".
 int callsys(const char* command);
 
-/// 0 while a string is parsed.
-extern int restrictionsActive;
-
 }  // namespace korel

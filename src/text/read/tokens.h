@@ -1,5 +1,5 @@
 #pragma once
-// The tokens of the language and its reserved words.
+// The tokens of the language, its reserved words, and what an error says of a token in a wrong place.
 //
 // A token is an integer: below 256 a raw character, above it one of the named tokens. Rows and error
 // texts stand in tokens.def.
@@ -7,6 +7,7 @@
 namespace korel {
 
 enum Token : int {
+  noToken = -1,
   /// A neutral operator without a name: `&` before white space, a digit or a bracket.
   invalidNeutral = 32,
   firstNamedTokenMinusOne = 256,
@@ -23,5 +24,7 @@ static_assert(namedTokenCount == 79);
 int KeyWordToToken(const char* text);
 /// The first reserved word, in alphabetical order, with that token; null for none.
 const char* TokenToKeyWord(int token);
+/// The error for a token that no rule has a place for. The text stays valid until the next call.
+const char* unexpectedTokenText(int token);
 
 }  // namespace korel

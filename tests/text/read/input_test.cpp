@@ -71,12 +71,45 @@ TEST(Input, ZeroBytesEndTheFile) {
   }
 }
 
+// Typed or piped input has no file to give up: the next line is read, also behind a comment or a shell
+// command with a zero byte in it.
+TEST(Input, ZeroBytesLoseNoLine) {
+  const std::string pieces[] = {"1;\n", std::string("2\0 3;\n", 6), "4;\n", std::string("# a\0b\n", 6),
+                                "5;\n", std::string("!true \0;\n", 9), "6;\n"};
+  static std::string all;
+  static std::size_t at;
+  all.clear();
+  at = 0;
+  for (const std::string& piece : pieces) all += piece;
+  const char* const nothing[] = {nullptr};
+  Terminal terminal(nothing);
+  setTerminalSource([](char* buffer, int size) {
+    int count = 0;
+    while (at < all.size() && count < size - 1)
+      if ((buffer[count++] = all[at++]) == '\n') break;
+    buffer[count] = 0;
+    return count;
+  });
+  std::string objects;
+  std::string shown = outputOf([&] {
+    for (DAG x; !hasTag(x = doparse(), CONTROL);) objects += raw(x) + " ";
+  });
+  EXPECT_EQ(objects, "1 NULL NULL 4 5 6 ");
+  EXPECT_NE(shown.find("line 2, syntax error, invalid characters in input"), std::string::npos) << shown;
+}
+
 // Lines are counted through chunks, comments, and continued comments.
 TEST(Input, LineNumbersStayTrue) {
   const std::string error = "syntax error, `;` unexpected:\n1+;\n  ^\n";
   const std::string prefix = "Error, on line ";
   EXPECT_EQ(report("\n\n1+;\n"), prefix + "3, " + error);
   EXPECT_EQ(report("a := 1 +" + std::string(400, ' ') + "1:\n1+;\n"), prefix + "2, " + error);
+  // A line counts from its first chunk on.
+  for (int length : {10, 60, 70, 75, 76, 77, 78, 79, 80, 81, 100, 500}) {
+    std::string shown = File("1:\n1+; " + std::string(static_cast<std::size_t>(length), 'x') + ";\n2+;\n").read();
+    EXPECT_EQ(shown.substr(0, prefix.size() + 1), prefix + "2") << length;
+    EXPECT_NE(shown.find("on line 3"), std::string::npos) << shown;
+  }
   for (int length : {75, 76, 77, 78, 79, 80, 81, 160, 500}) {
     std::string comment = "#" + std::string(length - 1, 'c');
     EXPECT_EQ(report(comment + "\n1+;\n"), prefix + "2, " + error) << length;

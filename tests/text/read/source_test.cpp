@@ -88,7 +88,11 @@ TEST(Source, ReadsNestToTheLimit) {
 TEST(Source, StringsParseInsideFiles) {
   EXPECT_EQ(File("parse(\"1+\"); parse(\"2+3\"); 4;\n").read().substr(0, 60),
             "Error, incorrect syntax in parse: `;` unexpected (4)\nError, ");
-  EXPECT_EQ(say("parse(\"u; v\");"), "Warning, extra characters at end of parsed string\nu");
+  const std::string warning = "Warning, extra characters at end of parsed string\n";
+  for (const char* more : {"u; v", "u;v", "u;\tv # c", "u: ;"})
+    EXPECT_EQ(say(("parse(\"" + std::string(more) + "\");").c_str()), warning + "u") << more;
+  for (const char* whole : {"u", "u;", "u;   ", "u ; ", "u:\t\n", "u; # c", "u;#c"})
+    EXPECT_EQ(say(("parse(\"" + std::string(whole) + "\");").c_str()), "u") << whole;
 }
 
 }  // namespace
