@@ -107,7 +107,7 @@ DAG sendStreamCall(DAG x) {
   switch (preparationOf(textOf(x[1]))) {
     case Preparation::print:
       refuseHiddenRedirection(arguments);
-      arguments = asSequence(prtprepro(arguments, 1));
+      arguments = asSequence(prtprepro(arguments, DisplayOf::arguments));
       break;
     case Preparation::lprint:
       arguments = asSequence(lprtprepro(arguments));
@@ -115,7 +115,7 @@ DAG sendStreamCall(DAG x) {
     case Preparation::result:
       if (!driver.resultsWanted) return null;
       refuseHiddenRedirection(arguments);
-      arguments = asSequence(prtprepro(arguments, 0));
+      arguments = asSequence(prtprepro(arguments, DisplayOf::result));
       break;
     case Preparation::set:
       setinterface(arguments, defaultNerinVariables);

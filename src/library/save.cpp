@@ -11,19 +11,15 @@
 #include "store/constants.h"
 #include "store/objects.h"
 #include "text/print/printer.h"
-#include "text/print/source_sink.h"
+#include "text/print/sinks.h"
 
 namespace korel {
 
 namespace {
 
 constexpr int sourceWidth = 79;
-constexpr int sourceFlags = 2;  // attributes shown
-
 
 void writeCharacter(void* stream, int c) { std::fputc(c, static_cast<std::FILE*>(stream)); }
-// A file that ends in the midst of an object is no success.
-void raisePrintError(void*, const char* text) { userror(text); }
 void closeStream(const char*) { std::fclose(reinterpret_cast<std::FILE*>(errorProcParam)); }
 
 void checkEntry(DAG name) {
@@ -40,8 +36,9 @@ void writeAssignments(std::FILE* stream, DAG names) {
   for (Word i = 1; i < lengthOf(names); ++i) {
     DAG name = names[i];
     DAG value = name[1] ? name[1] : new2(UNEVAL, name);
+    // A file that ends in the midst of an object is no success.
     PrintKorel(new3(ASSIGN, name, value), SourceLineSink, raisePrintError, sourceWidth, &file,
-               sourceFlags);
+               printProgramText);
     SourceLineSink(&file, ';');
     SourceLineSink(&file, '\n');
   }

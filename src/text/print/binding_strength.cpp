@@ -1,45 +1,21 @@
 // Binding strength of printed objects, and whether a printed object begins with a minus.
 
 #include <cmath>
-#include <iterator>
 
 #include "store/constants.h"
 #include "store/objects.h"
 #include "text/print/print_object.h"
-#include "text/print/printer.h"
 
 namespace korel {
 
 namespace {
 
-constexpr int levelOfMinus = 7, levelOfSum = 8, levelOfProduct = 9, levelOfCall = 11,
-              levelOfAtom = 12;
-// Rows that the object's content decides.
-constexpr int byContent = -1;
-
-constexpr signed char levelOfTag[] = {
-    // none
-    0,
-    // INTNEG INTPOS RATIONAL FLOAT HFLOAT COMPLEX STRING NAME
-    levelOfMinus, levelOfAtom, byContent, byContent, byContent, byContent, levelOfAtom, levelOfAtom,
-    // MEMBER TABLEREF DCOLON CATENATE POWER PROD SERIES SUM
-    levelOfCall, levelOfCall, levelOfCall, levelOfAtom, 10, levelOfProduct, 6, byContent,
-    // ZPPOLY FUNCTION UNEVAL EQUATION INEQUAT LESSEQ LESSTHAN AND
-    6, levelOfCall, 0, 4, 4, 4, 4, 2,
-    // NOT OR EXPSEQ LIST LOCAL PARAM LEXICAL PROC
-    3, 1, 0, levelOfAtom, levelOfAtom, levelOfAtom, levelOfAtom, levelOfAtom,
-    // RANGE SET TABLE RTABLE MODDEF MODULE
-    5, levelOfAtom, 0, 0, levelOfAtom, levelOfAtom,
-    // statements from ASSIGN to USE, and the kernel's own records
-    0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-static_assert(std::size(levelOfTag) == tagCount + 1);
-
 bool isUnit(DAG complex) { return lengthOf(complex) == 2 && complex[1] == cons1; }
 
 int levelOfComplex(DAG x) {
-  if (printAttributes) return levelOfCall;
-  if (isUnit(x)) return levelOfAtom;
-  return lengthOf(x) == 2 ? levelOfProduct : levelOfSum;
+  if (printAttributes) return bindsCall;
+  if (isUnit(x)) return bindsAtom;
+  return lengthOf(x) == 2 ? bindsProduct : bindsSum;
 }
 
 // A sum whose text is that of another object: of its only term, or of that term's coefficient.
@@ -52,7 +28,7 @@ DAG standsFor(DAG sum) {
 }
 
 bool isMinusInfinity(DAG x) {
-  return isObject(x) && hasTag(x, SUM) && lengthOf(x) == 3 && x[1] == ini("infinity") &&
+  return isTag(x, SUM) && lengthOf(x) == 3 && x[1] == ini("infinity") &&
          x[2] == consm1;
 }
 
@@ -64,17 +40,17 @@ bool beginsWithMinus(DAG complex) {
 
 int ParenLevel(DAG x) {
   for (;;) {
-    if (!x) return levelOfAtom;
+    if (!x) return bindsAtom;
     Tag tag = tagOf(x);
-    int number = tagNumber(tag);
-    if (number > tagCount) return 0;
-    if (levelOfTag[number] != byContent) return levelOfTag[number];
+    const TagPrinting* printing = printingOf(tag);
+    if (printing == nullptr) return bindsNothing;
+    if (printing->strength != bindsByContent) return printing->strength;
     switch (tag) {
       case RATIONAL:
-        return IsNegative(x) ? levelOfMinus : levelOfProduct;
+        return IsNegative(x) ? bindsMinus : bindsProduct;
       case FLOAT:
       case HFLOAT:
-        return IsNegative(x) ? levelOfMinus : levelOfCall;
+        return IsNegative(x) ? bindsMinus : bindsCall;
       case COMPLEX:
         return levelOfComplex(x);
       default:
@@ -83,8 +59,8 @@ int ParenLevel(DAG x) {
     // A SUM
     DAG other = standsFor(x);
     if (!other) {
-      if (lengthOf(x) != 3) return levelOfSum;
-      return printsLeadingMinus(x[2]) ? levelOfMinus : levelOfProduct;
+      if (lengthOf(x) != 3) return bindsSum;
+      return printsLeadingMinus(x[2]) ? bindsMinus : bindsProduct;
     }
     x = other;
   }
@@ -99,7 +75,7 @@ bool IsNegative(DAG x) {
     case RATIONAL:
       return IsNegative(x[1]);
     case FLOAT:
-      return !(isObject(x[2]) && hasTag(x[2], NAME)) && IsNegative(x[1]);
+      return !isName(x[2]) && IsNegative(x[1]);
     case HFLOAT:
       return std::isfinite(hfloatValue(x)) && std::signbit(hfloatValue(x));
     default:
@@ -115,7 +91,7 @@ bool printsLeadingMinus(DAG x) {
         return beginsWithMinus(x);
       case PROD:
         // A sum prints such a product as a minus and the product with its head negated.
-        return lengthOf(x) >= 3 && x[2] == cons1 && isObject(x[1]) && hasTag(x[1], COMPLEX) &&
+        return lengthOf(x) >= 3 && x[2] == cons1 && isTag(x[1], COMPLEX) &&
                beginsWithMinus(x[1]);
       case SUM: {
         DAG other = standsFor(x);
@@ -127,7 +103,7 @@ bool printsLeadingMinus(DAG x) {
         // The text of the first pair begins the text.
         if (x[2] == cons1) {
           x = x[1];
-          if (isObject(x) && hasTag(x, SUM)) return false;
+          if (isTag(x, SUM)) return false;
           continue;
         }
         x = x[2];

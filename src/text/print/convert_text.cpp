@@ -2,8 +2,8 @@
 
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
-#include "store/names.h"
 #include "store/long_string.h"
+#include "store/names.h"
 #include "store/vocabulary.h"
 #include "text/print/printer.h"
 
@@ -18,14 +18,11 @@ void disposeOnError(const char*) {
   *text = nullptr;
 }
 
-void raisePrintError(void*, const char* text) { userror(text); }
-
 // Appends the text of `object` to `text`; a sequence prints with its members at the outermost
 // level.
 void printTo(char** text, DAG object, int flags) {
   PrintKorelList(object, LongStringSink, raisePrintError, 0, text, flags, ", ");
 }
-
 
 // The members of the values, one after the other.
 struct Values {
@@ -33,8 +30,8 @@ struct Values {
   Word used = 0;
 
   DAG next() {
-    bool sequence = isObject(all) && hasTag(all, EXPSEQ);
-    Word count = sequence ? lengthOf(all) - 1 : 1;
+    bool sequence = isSequence(all);
+    Word count = sequence ? memberCount(all) : 1;
     if (used >= count) userror("number of parameters does not match format");
     ++used;
     return sequence ? all[used] : all;
@@ -52,12 +49,12 @@ char* textOfObject(DAG object, int flags) {
 }  // namespace
 
 DAG ConvertToString(DAG object) {
-  if (isObject(object) && hasTag(object, STRING)) return object;
+  if (isTag(object, STRING)) return object;
   return StringToMString(textOfObject(object, printBare));
 }
 
 DAG ConvertToName(DAG object, bool quoted) {
-  if (!quoted && isObject(object) && hasTag(object, NAME)) return object;
+  if (!quoted && isName(object)) return object;
   return StringToName(textOfObject(object, quoted ? 0 : printBare));
 }
 

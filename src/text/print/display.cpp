@@ -1,15 +1,13 @@
 #include "text/print/display.h"
 
-#include <cstring>
-
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "library/system_functions.h"
-#include "store/constants.h"
 #include "store/hash.h"
-#include "store/objects.h"
+#include "store/object_fields.h"
+#include "store/tag_facts.h"
 #include "store/vocabulary.h"
 
 namespace korel {
@@ -25,39 +23,20 @@ struct Pass {
 
 DAG prepare(const Pass& pass, DAG x, bool top);
 
-
-
 // ---- walking operands
 
-// The fields of `x` that hold operands: from 1 to this place, every `step`-th.
-struct OperandFields {
-  Word last;
-  Word step;
-};
-
-OperandFields operandFields(DAG x) {
-  Word n = lengthOf(x);
-  switch (tagOf(x)) {
-    case SERIES:
-      return {n - 1, 2};  // the exponents between are plain numbers
-    case ZPPOLY:
-    case LIST:
-    case SET:
-      return {1, 1};
-    case TABLEREF:
-    case FUNCTION:
-      return {2, 1};
-    default:
-      return {n - 1, 1};
-  }
+// The fields of `x` that hold operands: from 1 to this place.
+Word lastOperand(DAG x) {
+  constexpr TagSet onlyFirst = {ZPPOLY, LIST, SET}, firstTwo = {TABLEREF, FUNCTION};
+  return isAmong(x, onlyFirst) ? 1 : isAmong(x, firstTwo) ? 2 : lengthOf(x) - 1;
 }
 
 // `x` with its operands prepared: a simplified copy if one of them has changed, else `x` itself.
 DAG prepareOperands(const Pass& pass, DAG x) {
-  OperandFields fields = operandFields(x);
   DAG result = x;
+  // A series has plain numbers between its coefficients, which begin behind the variable.
   bool series = hasTag(x, SERIES);
-  for (Word i = 1; i <= fields.last; i += series && i > 1 ? fields.step : 1) {
+  for (Word i = 1, last = lastOperand(x); i <= last; i += series && i > 1 ? 2 : 1) {
     if (!x[i]) continue;
     DAG prepared = prepare(pass, x[i], false);
     if (prepared == x[i]) continue;
@@ -71,7 +50,7 @@ DAG prepareOperands(const Pass& pass, DAG x) {
 
 // The name by which the library may hold a procedure that prints calls of `head`, or 0.
 DAG printedName(DAG head) {
-  while (isObject(head) && hasTag(head, TABLEREF)) head = head[1];
+  while (isTag(head, TABLEREF)) head = head[1];
   if (!isName(head) || head == ini("table") || head == ini("array")) return DAG();
   return head;
 }
@@ -89,22 +68,21 @@ DAG prepareCall(const Pass& pass, DAG call) {
 // ---- tables
 
 // The call that makes a table without entries.
-DAG tableConstructor(DAG table, bool isArray) {
-  DAG arguments = null;
-  bool function = table[1] && table[1] != null;
+DAG tableConstructor(DAG table) {
+  DAG function = table[tableFunction], arguments = null;
+  const bool isArray = isArrayTable(table), hasFunction = function && function != null;
   if (isArray) {
-    arguments = function ? newSequence({table[1], table[2]}) : newSequence({table[2]});
-  } else if (function) {
-    arguments = newSequence({table[1]});
+    arguments = hasFunction ? newSequence({function, table[tableBounds]}) : newSequence({table[tableBounds]});
+  } else if (hasFunction) {
+    arguments = newSequence({function});
   }
   return simpl(newCall(isArray ? ini("array") : ini("table"), {arguments}));
 }
 
 DAG prepareTable(const Pass& pass, DAG table) {
-  bool isArray = table[2] != ini("false");
-  DAG entries = table[3];
-  if (!isObject(entries) || !hasTag(entries, HASHTAB)) return table;
-  if (hashcount(entries) == 0) return tableConstructor(table, isArray);
+  DAG entries = table[tableEntries];
+  if (!isTag(entries, HASHTAB)) return table;
+  if (hashcount(entries) == 0) return tableConstructor(table);
 
   // A table that holds itself is met again on the way, and stays as it is there.
   hashinsert(table.word, table, pass.memo);
@@ -116,7 +94,7 @@ DAG prepareTable(const Pass& pass, DAG table) {
     if (prepared != value) changed = true;
     hashinsert(pairs[i][1].word, prepared, rebuilt);
   }
-  return changed ? simpl(new4(TABLE, table[1], table[2], rebuilt)) : table;
+  return changed ? simpl(newTable(table[tableFunction], table[tableBounds], rebuilt)) : table;
 }
 
 // ---- rtables and names
@@ -124,14 +102,10 @@ DAG prepareTable(const Pass& pass, DAG table) {
 DAG prepareRtable(const Pass& pass, DAG rtable, DAG name) {
   DAG shown = evalextf("print/", "rtable", newSequence({rtable, name}));
   if (!shown || shown == null) return rtable;
-  return isObject(shown) && hasTag(shown, RTABLE) ? shown : prepare(pass, shown, false);
+  return isTag(shown, RTABLE) ? shown : prepare(pass, shown, false);
 }
 
-bool isShownByName(DAG value) {
-  if (!isObject(value)) return false;
-  Tag tag = tagOf(value);
-  return tag == TABLE || tag == RTABLE || tag == PROC;
-}
+bool isShownByName(DAG value) { return isObject(value) && isAmong(value, TagSet{TABLE, RTABLE, PROC}); }
 
 // A name at the top: what it stands for, when that is a table, an rtable or a procedure.
 DAG prepareNameAtTop(const Pass& pass, DAG name) {
@@ -142,6 +116,12 @@ DAG prepareNameAtTop(const Pass& pass, DAG name) {
   return prepare(pass, value, false);
 }
 
+constexpr TagSet definitionTags = {PROC, MODDEF, MODULE};
+// What nothing is replaced in.
+constexpr TagSet atomTags = tagsBetween(INTNEG, NAME) | frameReferenceTags | definitionTags;
+constexpr TagSet tagsWithOperands =
+    (tagsBetween(MEMBER, LIST) - TagSet{FUNCTION}) | TagSet{RANGE, SET, ASSIGN};
+
 DAG prepareUnseen(const Pass& pass, DAG x) {
   switch (tagOf(x)) {
     case FUNCTION:
@@ -150,44 +130,17 @@ DAG prepareUnseen(const Pass& pass, DAG x) {
       return prepareTable(pass, x);
     case RTABLE:
       return prepareRtable(pass, x, null);
-    case MEMBER:
-    case TABLEREF:
-    case DCOLON:
-    case CATENATE:
-    case POWER:
-    case PROD:
-    case SERIES:
-    case SUM:
-    case ZPPOLY:
-    case UNEVAL:
-    case EQUATION:
-    case INEQUAT:
-    case LESSEQ:
-    case LESSTHAN:
-    case AND:
-    case NOT:
-    case OR:
-    case EXPSEQ:
-    case LIST:
-    case RANGE:
-    case SET:
-    case ASSIGN:
-      return prepareOperands(pass, x);
     default:
+      if (isAmong(x, tagsWithOperands)) return prepareOperands(pass, x);
       notimpl(pass.failure);
   }
-}
-
-bool isAtom(Tag tag) {
-  return tag <= NAME || tag == LOCAL || tag == PARAM || tag == LEXICAL || tag == PROC ||
-         tag == MODDEF || tag == MODULE;
 }
 
 DAG prepare(const Pass& pass, DAG x, bool top) {
   if (isImmediate(x) || !x) return x;
   Tag tag = tagOf(x);
   if (top && (tag == NAME || tag == TABLEREF)) return prepareNameAtTop(pass, x);
-  if (isAtom(tag)) return x;
+  if (atomTags.contains(tag)) return x;
   PairAddress seen = search(x.word, pass.memo);
   if (seen != notFound) return pairValue(seen);
   checkStack();
@@ -227,7 +180,7 @@ DAG runPass(DAG object, bool membersAtTop, const char* failure) {
   DAG result = object;
   if (!membersAtTop) {
     result = prepare(pass, object, false);
-  } else if (!isObject(object) || !hasTag(object, EXPSEQ)) {
+  } else if (!isSequence(object)) {
     result = prepare(pass, object, true);
   } else {
     for (Word i = 1, n = lengthOf(object); i < n; ++i) {
@@ -247,7 +200,9 @@ DAG runPass(DAG object, bool membersAtTop, const char* failure) {
 
 }  // namespace
 
-DAG prtprepro(DAG object, int flag) { return runPass(object, flag == 1, "in prtprepro1"); }
+DAG prtprepro(DAG object, DisplayOf what) {
+  return runPass(object, what == DisplayOf::arguments, "in prtprepro1");
+}
 
 DAG lprtprepro(DAG object) { return runPass(object, true, "in lprtprepro1"); }
 

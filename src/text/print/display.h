@@ -10,10 +10,12 @@
 
 namespace korel {
 
-/// `object` as it is shown. With `flag` 1 it is the argument sequence of `print`: a member that is
-/// a name shows its value. Internal error for statements other than assignments and for the
-/// kernel's own records: "in prtprepro1".
-DAG prtprepro(DAG object, int flag);
+/// What is shown: a result, or the argument sequence of `print`, in which a member that is a name shows its
+/// value.
+enum class DisplayOf : unsigned char { result, arguments };
+/// `object` as it is shown. Internal error for statements other than assignments and for the kernel's own
+/// records: "in prtprepro1".
+DAG prtprepro(DAG object, DisplayOf what);
 /// The same for the argument sequence of `lprint`. Internal error: "in lprtprepro1".
 DAG lprtprepro(DAG object);
 

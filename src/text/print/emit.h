@@ -9,12 +9,10 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "text/print/sinks.h"
+
 namespace korel {
 
-/// Receives each character.
-using Sink = void (*)(void* closure, int c);
-/// Receives the text of a failure.
-using ErrorSink = void (*)(void* closure, const char* text);
 /// Called with -1 just before a forced break inside a word.
 using LineBreakHook = void (*)(void* closure, int c);
 

@@ -4,15 +4,12 @@
 #include <cstdlib>
 
 #include "numbers/integer/integer.h"
-#include "store/constants.h"
 #include "store/vocabulary.h"
 #include "text/print/printer.h"
 
 namespace korel {
 
 namespace {
-
-void ignoreFailure(void*, const char*) {}
 
 // A message taken apart: its text, and where its parameters stand.
 struct Message {
@@ -25,26 +22,21 @@ struct Message {
   DAG parameter(Word n) const { return sequence[firstPlace + n - 1]; }
 };
 
-
 Message takeApart(DAG exception) {
-  if (!isObject(exception) || !hasTag(exception, EXPSEQ)) return {exception, DAG(), 0};
+  if (!isSequence(exception)) return {exception, DAG(), 0};
   Word n = lengthOf(exception);
   if (n == 1) return {DAG(), DAG(), 0};
   // An exception has its text behind the procedure, which is a name, a call of one, or 0. A text
   // with a text for its first parameter begins with a STRING, which no procedure is.
-  bool textFirst = n < 3 || hasTag(exception[1], STRING) || !isText(exception[2]);
+  bool textFirst = n < 3 || isTag(exception[1], STRING) || !isText(exception[2]);
   Word place = textFirst ? 1 : 2;
   return {exception[place], exception, place + 1};
 }
 
 // ---- sending
 
-void sendText(const char* text, Sink sink, void* closure) {
-  for (; *text != '\0'; ++text) sink(closure, static_cast<unsigned char>(*text));
-}
-
 void sendObject(DAG x, Sink sink, void* closure) {
-  PrintKorelList(x, sink, ignoreFailure, 0, closure, printBare, ", ");
+  PrintKorelList(x, sink, ignorePrintError, 0, closure, printBare, ", ");
 }
 
 const char* ordinalEnding(DAG x) {

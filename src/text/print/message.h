@@ -3,7 +3,7 @@
 // ordinal number, %0 all of them, %% a percent sign.
 
 #include "store/dag.h"
-#include "text/print/emit.h"
+#include "text/print/sinks.h"
 
 namespace korel {
 

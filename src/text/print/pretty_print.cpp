@@ -5,10 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "store/constants.h"
-#include "store/objects.h"
 #include "text/print/print_object.h"
-#include "text/print/printer.h"
 
 namespace korel {
 
@@ -47,7 +44,7 @@ int depth;
 bool tooMuch;
 
 void appendCharacter(void*, int c) { characters.push_back(static_cast<char>(c)); }
-void ignoreFailure(void*, const char*) { tooMuch = true; }
+void giveUp(void*, const char*) { tooMuch = true; }
 
 Box addBox(BoxRecord record) {
   if (static_cast<int>(boxes.size()) >= mostBoxes) tooMuch = true;
@@ -113,21 +110,18 @@ Box powerBox(Box base, Box exponent) {
 
 // ---- expressions
 
-constexpr int atomLevel = 11, productLevel = 9, sumLevel = 8;
-
-
 Box boxOf(DAG x);
 
 Box plainText(DAG x) {
   int first = static_cast<int>(characters.size());
-  PrintKorel(x, appendCharacter, ignoreFailure, 0, nullptr, 0);
+  PrintKorel(x, appendCharacter, giveUp, 0, nullptr, 0);
   return textFrom(first);
 }
 
 // A number without its minus, and whether it had one.
 Box magnitudeText(DAG number, bool& negative) {
   int first = static_cast<int>(characters.size());
-  PrintKorel(number, appendCharacter, ignoreFailure, 0, nullptr, 0);
+  PrintKorel(number, appendCharacter, giveUp, 0, nullptr, 0);
   if (static_cast<int>(characters.size()) > first && characters[static_cast<std::size_t>(first)] == '-') {
     characters.erase(static_cast<std::size_t>(first), 1);
     negative = !negative;
@@ -138,11 +132,11 @@ Box magnitudeText(DAG number, bool& negative) {
 // `x` where only objects of at least `level` stand without parentheses.
 Box operandBox(DAG x, int level) {
   Box box = boxOf(x);
-  const bool looseDot = level >= productLevel && isTag(x, FUNCTION) && isDotProduct(x);
+  const bool looseDot = level >= bindsProduct && isTag(x, FUNCTION) && isDotProduct(x);
   return ParenLevel(x) < level || looseDot ? bracketed(box, '(') : box;
 }
 
-Box raised(DAG base, Box exponent) { return powerBox(operandBox(base, atomLevel), exponent); }
+Box raised(DAG base, Box exponent) { return powerBox(operandBox(base, bindsCall), exponent); }
 
 void pushBetween(std::size_t mark, const char* separator) {
   if (pending.size() > mark) pending.push_back(textBox(separator));
@@ -167,7 +161,7 @@ bool isBelow(Factor factor) { return isNumeric(factor.exponent) && IsNegative(fa
 
 Box factorBox(Factor factor) {
   if (factor.exponent == cons1 || factor.exponent == consm1)
-    return operandBox(factor.base, productLevel);
+    return operandBox(factor.base, bindsProduct);
   bool negative = false;
   bool number = isNumeric(factor.exponent);
   Box exponent = number ? magnitudeText(factor.exponent, negative) : boxOf(factor.exponent);
@@ -217,7 +211,7 @@ Box termBox(DAG term, DAG coefficient, bool& negative) {
     }
   }
   if (!product) {
-    Box box = operandBox(term, coefficient == cons1 ? sumLevel : productLevel);
+    Box box = operandBox(term, coefficient == cons1 ? bindsSum : bindsProduct);
     if (upperNumber < 0) return box;
     std::size_t mark = pending.size();
     pending.push_back(upperNumber);
@@ -271,7 +265,7 @@ Box productBox(DAG x) {
 
 Box callBox(DAG x) {
   std::size_t mark = pending.size();
-  pushMembers(isTag(x[2], EXPSEQ) ? x[2] : new2(EXPSEQ, x[2]));
+  pushMembers(asSequence(x[2]));
   if (pending.size() == mark) return plainText(x);
   Box arguments = bracketed(rowFrom(mark), '(');
   pending.push_back(plainText(x[1]));
@@ -295,7 +289,7 @@ Box infixBox(DAG x, const char* operation, int level) {
 
 // Calls that are written as operators keep their plain form.
 bool isPlainCall(DAG x) {
-  if (!isTag(x[1], NAME) || isDotProduct(x) || isFactorial(x) || constructorSeparator(x) != 0) return false;
+  if (!isName(x[1]) || isDotProduct(x) || isFactorial(x) || constructorSeparator(x) != 0) return false;
   return textOf(x[1])[0] != '&' && lengthOf(x) == 3;
 }
 
@@ -310,12 +304,12 @@ Box boxOf(DAG x) {
     case FUNCTION: box = isPlainCall(x) ? callBox(x) : plainText(x); break;
     case LIST: box = collectionBox(x, '['); break;
     case SET: box = collectionBox(x, '{'); break;
-    case EQUATION: box = infixBox(x, " = ", 5); break;
-    case INEQUAT: box = infixBox(x, " <> ", 5); break;
-    case LESSEQ: box = infixBox(x, " <= ", 5); break;
-    case LESSTHAN: box = infixBox(x, " < ", 5); break;
-    case RANGE: box = infixBox(x, " .. ", 6); break;
-    case ASSIGN: box = isTag(x[1], EXPSEQ) ? plainText(x) : infixBox(x, " := ", 0); break;
+    case EQUATION: box = infixBox(x, " = ", bindsRange); break;
+    case INEQUAT: box = infixBox(x, " <> ", bindsRange); break;
+    case LESSEQ: box = infixBox(x, " <= ", bindsRange); break;
+    case LESSTHAN: box = infixBox(x, " < ", bindsRange); break;
+    case RANGE: box = infixBox(x, " .. ", bindsSeries); break;
+    case ASSIGN: box = isSequence(x[1]) ? plainText(x) : infixBox(x, " := ", bindsNothing); break;
     case EXPSEQ: {
       std::size_t mark = pending.size();
       pushMembers(x);

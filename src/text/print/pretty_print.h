@@ -7,7 +7,7 @@
 // (procedures, tables, statements) appears in a box as one-dimensional text.
 
 #include "store/dag.h"
-#include "text/print/emit.h"
+#include "text/print/sinks.h"
 
 namespace korel {
 

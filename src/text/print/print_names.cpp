@@ -3,9 +3,7 @@
 #include <cctype>
 #include <cstring>
 
-#include "store/constants.h"
 #include "text/print/print_object.h"
-#include "text/print/printer.h"
 #include "text/read/tokens.h"
 
 namespace korel {
@@ -34,13 +32,17 @@ bool isKeyword(const char* text, std::size_t length) {
   return KeyWordToToken(word) != 0;
 }
 
+bool isWord(const char* text, std::size_t length, const char* others) {
+  auto first = static_cast<unsigned char>(text[0]);
+  return length != 0 && (isLetter(first) || first == '_') && consistsOf(text + 1, length - 1, others) &&
+         !isKeyword(text, length);
+}
+
 bool needsQuotes(const char* text, std::size_t length) {
   if (length == 0) return true;
-  auto first = static_cast<unsigned char>(text[0]);
-  if (isLetter(first) || first == '_')
-    return !consistsOf(text + 1, length - 1, "_%") || isKeyword(text, length);
-  if (first == '%') return !consistsOf(text + 1, length - 1, "_%$?");
-  if (first == '~') return length == 1 || !consistsOf(text + 1, length - 1, "$_");
+  if (isWord(text, length, "_%")) return false;
+  if (text[0] == '%') return !consistsOf(text + 1, length - 1, "_%$?");
+  if (text[0] == '~') return length == 1 || !consistsOf(text + 1, length - 1, "$_");
   return true;
 }
 
@@ -100,7 +102,17 @@ void printQuoted(const char* text, std::size_t length, char quote) {
   --printAtomic;
 }
 
-constexpr int bareStyle = 9999;
+// The value `modulename` = m of an attribute, or 0.
+DAG moduleOfAttribute(DAG attribute) {
+  auto moduleOf = [](DAG entry) {
+    bool matches = isTag(entry, EQUATION) && isName(entry[1]) && hasText(entry[1], "modulename");
+    return matches ? entry[2] : DAG();
+  };
+  if (!isSequence(attribute)) return moduleOf(attribute);
+  for (Word i = 1, n = lengthOf(attribute); i < n; ++i)
+    if (DAG module = moduleOf(attribute[i])) return module;
+  return DAG();
+}
 
 }  // namespace
 
@@ -116,9 +128,12 @@ char* StripTilde(char* text) {
 void printText(DAG nameOrString) {
   bool isString = hasTag(nameOrString, STRING);
   const char* text = textOf(nameOrString);
-  std::size_t length = isString ? std::strlen(text) : lengthBeforeTildes(text);
-  bool quoted = isString && printStyle < bareStyle;
-  if (!quoted && (printStyle < printDepth || mProcPrint)) quoted = needsQuotes(text, length);
+  std::size_t length = isString || printAttributes ? std::strlen(text) : lengthBeforeTildes(text);
+  bool quoted = isString && printStyle < quoteNothing;
+  // Program text reads back whole: a reader takes most names with a percent sign or a tilde for more than
+  // one token.
+  if (!quoted && (printStyle < printDepth || mProcPrint))
+    quoted = printAttributes ? !isWord(text, length, "_") : needsQuotes(text, length);
   if (quoted) {
     printQuoted(text, length, isString ? '"' : '`');
   } else {
@@ -128,18 +143,6 @@ void printText(DAG nameOrString) {
     --printAtomic;
   }
   if (printTildes && text[length] != '\0') EmitToken(text + length);
-}
-
-DAG moduleOfAttribute(DAG attribute) {
-  auto moduleOf = [](DAG entry) {
-    bool matches = isObject(entry) && hasTag(entry, EQUATION) && isObject(entry[1]) &&
-                   hasTag(entry[1], NAME) && std::strcmp(textOf(entry[1]), "modulename") == 0;
-    return matches ? entry[2] : DAG();
-  };
-  if (!isSequence(attribute)) return moduleOf(attribute);
-  for (Word i = 1, n = lengthOf(attribute); i < n; ++i)
-    if (DAG module = moduleOf(attribute[i])) return module;
-  return DAG();
 }
 
 void printString(DAG x, int, int) { printText(x); }

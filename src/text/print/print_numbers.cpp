@@ -5,10 +5,8 @@
 #include <cstring>
 
 #include "frame/errors.h"
-#include "session/interface.h"
 #include "numbers/integer/integer.h"
-#include "store/constants.h"
-#include "store/objects.h"
+#include "session/interface.h"
 #include "text/print/print_object.h"
 
 namespace korel {
@@ -122,7 +120,7 @@ void emitSingularFloat(DAG mantissa, DAG exponent) {
   } else if (exponent == ini("undefined")) {
     EmitToken("Float(");
     if (mantissa != cons1) {
-      printObject(mantissa, 0);
+      printObject(mantissa, bindsNothing);
       EmitChar(',');
     }
     EmitToken("undefined");
@@ -135,7 +133,7 @@ void emitSingularFloat(DAG mantissa, DAG exponent) {
 void emitFloat(DAG x, bool withSign) {
   DAG mantissa = x[1], exponent = x[2];
   if (!exponent || !mantissa || !isInteger(mantissa)) KernelException("invalid float structure");
-  if (isObject(exponent) && hasTag(exponent, NAME)) {
+  if (isName(exponent)) {
     emitSingularFloat(mantissa, exponent);
     return;
   }
@@ -176,22 +174,23 @@ void emitHFloat(double x) {
 
 // ---- complex numbers
 
-bool isMinusOne(DAG x) { return x == consm1; }
+// Minus infinity, in a complex number: a SUM of one pair with the coefficient -1.
+bool isNegated(DAG part) { return isTag(part, SUM) && lengthOf(part) == 3 && part[2] == consm1; }
 
 // The imaginary part without its sign, and the unit.
 void emitImaginaryMagnitude(DAG part) {
-  if (part != cons1 && !isMinusOne(part)) {
+  if (part != cons1 && part != consm1) {
     printMagnitude(part);
     EmitChar('*');
   }
-  printImaginaryUnit();
+  EmitToken(defaultNerinVariables.imaginaryunit);
 }
 
 }  // namespace
 
 void printInteger(DAG x, int min, int) {
-  bool negative = hasTag(x, INTNEG) && min != -1;
-  bool parenthesised = negative && min >= 6;
+  bool negative = hasTag(x, INTNEG);
+  bool parenthesised = negative && min >= bindsSeries;
   if (parenthesised) EmitChar('(');
   if (negative) EmitChar('-');
   emitMagnitude(x);
@@ -199,11 +198,11 @@ void printInteger(DAG x, int min, int) {
 }
 
 void printRational(DAG x, int min, int) {
-  bool parenthesised = min >= 6 && IsNegative(x);
+  bool parenthesised = min >= bindsSeries && IsNegative(x);
   if (parenthesised) EmitChar('(');
-  printObject(x[1], 0);
+  printObject(x[1], bindsNothing);
   EmitChar('/');
-  printObject(x[2], 0);
+  printObject(x[2], bindsNothing);
   if (parenthesised) EmitChar(')');
 }
 
@@ -236,17 +235,15 @@ void printMagnitude(DAG number) {
     }
     case SUM:
       // Minus infinity as a part of a complex number.
-      if (lengthOf(number) == 3 && number[2] == consm1) {
-        printObject(number[1], 9);
+      if (isNegated(number)) {
+        printObject(number[1], bindsProduct);
         break;
       }
       [[fallthrough]];
     default:
-      printObject(number, 9);
+      printObject(number, bindsProduct);
   }
 }
-
-void printImaginaryUnit() { EmitToken(defaultNerinVariables.imaginaryunit); }
 
 void printComplex(DAG x, int, int) {
   Word parts = lengthOf(x) - 1;
@@ -256,15 +253,13 @@ void printComplex(DAG x, int, int) {
     EmitChar('(');
     for (Word i = 1; i <= parts; ++i) {
       if (i > 1) EmitChar(',');
-      printObject(x[i], 0);
+      printObject(x[i], bindsNothing);
     }
     EmitChar(')');
     return;
   }
-  if (parts == 2) printObject(x[1], 0);
-  bool minusInfinity = isObject(imaginary) && hasTag(imaginary, SUM) && lengthOf(imaginary) == 3 &&
-                       imaginary[2] == consm1;
-  if (IsNegative(imaginary) || minusInfinity) {
+  if (parts == 2) printObject(x[1], bindsNothing);
+  if (IsNegative(imaginary) || isNegated(imaginary)) {
     EmitChar('-');
   } else if (parts == 2) {
     EmitChar('+');

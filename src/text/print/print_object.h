@@ -1,6 +1,6 @@
 #pragma once
 // The printing of one object, shared by the files of the printer: the state, the walk, and the rows
-// of the table by which `printObject` finds the printing of a tag.
+// of the table by which `printObject` finds the printing of a tag (print_rows.def).
 //
 // `min` is the lowest binding strength that needs no parentheses where the object stands, `own` the
 // object's own. A row is called with `own` at least `min`, or with `min` 0 inside parentheses.
@@ -8,14 +8,17 @@
 #include "store/dag.h"
 #include "store/vocabulary.h"
 #include "text/print/emit.h"
+#include "text/print/printer.h"
 
 namespace korel {
 
 // ---- state, set by `PrintKorel`
 
-extern int printStyle;         // 0 quotes what needs it, 1 not the outermost, 9999 nothing
+/// Objects around which so many others stand are quoted where they need it.
+enum PrintStyle : int { quoteAll = 0, quoteInside = 1, quoteNothing = 9999 };
+extern PrintStyle printStyle;
 extern int printDepth;         // objects around the present one, itself included
-extern bool printAttributes;   // attributes show as `setattribute` calls
+extern bool printAttributes;   // program text: attributes show as `setattribute` calls, names read back
 extern bool printTildes;       // names with the tildes at their end
 extern bool printAddresses;    // every object behind its address
 extern bool printRtableRefs;   // RTABLE(n) as _rtable[n]
@@ -43,7 +46,6 @@ void printBetweenBlanks(const char* keyword);
 /// `x` in parentheses.
 void printParenthesised(DAG x);
 
-
 // ---- signs
 
 /// A number below zero as it prints; minus infinity is none, as it prints as a call.
@@ -57,11 +59,6 @@ bool printsLeadingMinus(DAG x);
 void printText(DAG nameOrString);
 /// A number without its sign: the magnitude that follows a minus.
 void printMagnitude(DAG number);
-/// The text of the imaginary unit.
-void printImaginaryUnit();
-/// `term` with the sign that it needs behind other terms: a plus unless its text begins with a
-/// minus.
-void printFurtherTerm(DAG term);
 /// `x` as a factor behind `*`.
 void printFactor(DAG x);
 /// True for a call of `.` that prints as an infix product.
@@ -70,57 +67,36 @@ bool isDotProduct(DAG x);
 bool isFactorial(DAG x);
 /// What stands between the elements of a call that prints as a column or a row in angle brackets, or 0.
 char constructorSeparator(DAG call);
-/// The value `modulename` = m of an attribute, or 0.
-DAG moduleOfAttribute(DAG attribute);
 
 // ---- rows
 
 using PrintRow = void (*)(DAG x, int min, int own);
+#define KOREL_PRINT(tag, strength, row) void row(DAG x, int min, int own);
+#include "text/print/print_rows.def"
+#undef KOREL_PRINT
 
-void printInteger(DAG x, int min, int own);
-void printRational(DAG x, int min, int own);
-void printFloat(DAG x, int min, int own);
-void printHFloat(DAG x, int min, int own);
-void printComplex(DAG x, int min, int own);
-void printString(DAG x, int min, int own);
-void printName(DAG x, int min, int own);
+struct TagPrinting {
+  Tag tag;
+  Strength strength;
+  PrintRow print;
+};
+inline constexpr TagPrinting tagPrintings[] = {
+#define KOREL_PRINT(tag, strength, row) {tag, strength, row},
+#include "text/print/print_rows.def"
+#undef KOREL_PRINT
+};
+consteval bool standInNumberOrder() {
+  int number = 0;
+  for (const TagPrinting& row : tagPrintings)
+    if (tagNumber(row.tag) != ++number) return false;
+  return number == tagCount;
+}
+static_assert(standInNumberOrder());
 
-void printMember(DAG x, int min, int own);
-void printTableref(DAG x, int min, int own);
-void printDcolon(DAG x, int min, int own);
-void printCatenate(DAG x, int min, int own);
-void printPower(DAG x, int min, int own);
-void printRelation(DAG x, int min, int own);
-void printBoolean(DAG x, int min, int own);
-void printNot(DAG x, int min, int own);
-void printUneval(DAG x, int min, int own);
-void printSequence(DAG x, int min, int own);
-void printListOrSet(DAG x, int min, int own);
-void printFunction(DAG x, int min, int own);
-
-void printSum(DAG x, int min, int own);
-void printProduct(DAG x, int min, int own);
-void printSeries(DAG x, int min, int own);
-void printModularPolynomial(DAG x, int min, int own);
-
-void printLocal(DAG x, int min, int own);
-void printParameter(DAG x, int min, int own);
-void printLexical(DAG x, int min, int own);
-void printProcedure(DAG x, int min, int own);
-void printModuleDefinition(DAG x, int min, int own);
-void printModule(DAG x, int min, int own);
-
-void printTable(DAG x, int min, int own);
-void printHashTable(DAG x, int min, int own);
-void printRtable(DAG x, int min, int own);
-
-void printAssignment(DAG x, int min, int own);
-void printLoop(DAG x, int min, int own);
-void printConditional(DAG x, int min, int own);
-void printKeywordStatement(DAG x, int min, int own);
-void printStatements(DAG x, int min, int own);
-void printTry(DAG x, int min, int own);
-void printUse(DAG x, int min, int own);
-void printDebug(DAG x, int min, int own);
+/// The row of a tag, or null for what is no tag.
+inline const TagPrinting* printingOf(Tag tag) {
+  int number = tagNumber(tag);
+  return number >= 1 && number <= tagCount ? &tagPrintings[number - 1] : nullptr;
+}
 
 }  // namespace korel

@@ -1,24 +1,12 @@
 // Operators of fixed shape, sequences, and calls.
 
-#include <cstring>
-
 #include "numbers/integer/integer.h"
-#include "store/constants.h"
-#include "store/objects.h"
-#include "store/vocabulary.h"
+#include "store/tag_facts.h"
 #include "text/print/print_object.h"
-#include "text/print/printer.h"
 
 namespace korel {
 
 namespace {
-
-constexpr int callLevel = 11;
-// No object binds as strongly: an operand that is always parenthesised.
-constexpr int alwaysParenthesised = 99;
-
-
-Word argumentCountOf(DAG call) { return isSequence(call[2]) ? lengthOf(call[2]) - 1 : 1; }
 
 const char* operatorOf(Tag tag) {
   switch (tag) {
@@ -43,15 +31,12 @@ const char* operatorOf(Tag tag) {
 // a procedure in front of an index reads back only in parentheses, and so does a postfix operator.
 void printHead(DAG head, bool atomNeeded) {
   bool parenthesised = isFactorial(head);
-  if (atomNeeded && !parenthesised) {
-    Tag tag = tagOf(head);
-    parenthesised =
-        isNumeric(head) || tag == COMPLEX || tag == PROC || tag == MODDEF || tag == MODULE;
-  }
+  constexpr TagSet noAtoms = numberTags | TagSet{PROC, MODDEF, MODULE};
+  if (atomNeeded && !parenthesised) parenthesised = isAmong(head, noAtoms);
   if (parenthesised) {
     printParenthesised(head);
   } else {
-    printObject(head, callLevel);
+    printObject(head, bindsCall);
   }
 }
 
@@ -79,7 +64,7 @@ bool endsInNumber(DAG x) {
         continue;
       case PROD:
         // Fractions stand in parentheses as exponents.
-        if (isObject(x[last]) && hasTag(x[last], RATIONAL)) return false;
+        if (isTag(x[last], RATIONAL)) return false;
         x = x[last] == cons1 || x[last] == consm1 ? x[last - 1] : x[last];
         continue;
       case SUM:
@@ -97,7 +82,7 @@ bool endsInNumber(DAG x) {
 
 bool beginsWithFloat(DAG x) {
   for (;;) {
-    if (isObject(x) && (hasTag(x, FLOAT) || hasTag(x, HFLOAT))) return true;
+    if (isFloatNumber(x)) return true;
     if (!isObject(x)) return false;
     if (isFactorial(x)) {
       x = x[2][1];
@@ -110,7 +95,7 @@ bool beginsWithFloat(DAG x) {
 }
 
 void printDotProduct(DAG arguments, int min) {
-  bool parenthesised = min >= 9;
+  bool parenthesised = min >= bindsProduct;
   if (parenthesised) EmitChar('(');
   for (Word i = 1, n = lengthOf(arguments); i < n; ++i) {
     DAG operand = arguments[i];
@@ -118,11 +103,11 @@ void printDotProduct(DAG arguments, int min) {
     if (i > 1) EmitChar('.');
     if ((last ? isNumeric(operand) && !isInteger(operand) : endsInNumber(operand)) ||
         (i > 1 && beginsWithFloat(operand))) {
-      printObject(operand, alwaysParenthesised);
+      printObject(operand, bindsMoreThanAnything);
     } else if (i == 1) {
-      printObject(operand, isDotProduct(operand) ? 8 : 9);
+      printObject(operand, isDotProduct(operand) ? bindsSum : bindsProduct);
     } else {
-      printObject(operand, 10);
+      printObject(operand, bindsPower);
     }
   }
   if (parenthesised) EmitChar(')');
@@ -137,11 +122,10 @@ void printElements(DAG elements, char separator, bool& isFirst) {
   }
   if (!isFirst) EmitChar(separator);
   isFirst = false;
-  constexpr int rangeLevel = 5;
-  if (ParenLevel(elements) < rangeLevel) {
+  if (ParenLevel(elements) < bindsRange) {
     printParenthesised(elements);
   } else {
-    printObject(elements, 0);
+    printObject(elements, bindsNothing);
   }
 }
 void printConstructor(DAG elements, char separator) {
@@ -152,42 +136,26 @@ void printConstructor(DAG elements, char separator) {
 }
 
 bool isRtableReference(DAG x) {
-  if (!printRtableRefs || argumentCountOf(x) < 1 || !isObject(x[1]) || !hasTag(x[1], NAME))
-    return false;
+  if (!printRtableRefs || !isName(x[1]) || !hasText(x[1], "RTABLE") || isEmptySequence(x[2])) return false;
   DAG first = isSequence(x[2]) ? x[2][1] : x[2];
-  return std::strcmp(textOf(x[1]), "RTABLE") == 0 && first && isInteger(first);
+  return first && isInteger(first);
 }
 
 // What an operand of `||` may be without parentheses: on the left whatever can stand there in the
 // grammar, on the right a name or a number.
 bool isBareLeftOfConcatenation(DAG x) {
-  if (isImmediate(x) || !x) return false;
-  switch (tagOf(x)) {
-    case NAME:
-    case STRING:
-    case MEMBER:
-    case TABLEREF:
-    case CATENATE:
-    case LOCAL:
-    case PARAM:
-    case LEXICAL:
-      return true;
-    case FUNCTION:
-      return !isFactorial(x) && !isDotProduct(x);
-    default:
-      return false;
-  }
+  constexpr TagSet bare = textTags | frameReferenceTags | TagSet{MEMBER, TABLEREF, CATENATE};
+  if (isTag(x, FUNCTION)) return !isFactorial(x) && !isDotProduct(x);
+  return isObject(x) && isAmong(x, bare);
 }
-
 bool isBareRightOfConcatenation(DAG x) {
-  if (!x) return false;
-  Tag tag = tagOf(x);
-  return tag == INTPOS || tag == NAME || tag == LOCAL || tag == PARAM;
+  constexpr TagSet bare = {INTPOS, NAME, LOCAL, PARAM};
+  return x && isAmong(x, bare);
 }
 
 void printConcatenated(DAG x, bool bare) {
   if (bare) {
-    printObject(x, -1);
+    printObject(x, bindsNothing);
   } else {
     printParenthesised(x);
   }
@@ -196,18 +164,17 @@ void printConcatenated(DAG x, bool bare) {
 }  // namespace
 
 bool isDotProduct(DAG x) {
-  return isCallOf(x, ini(".")) && isSequence(x[2]) && lengthOf(x[2]) >= 3;
+  return isCallOf(x, ini(".")) && isSequence(x[2]) && memberCount(x[2]) >= 2;
 }
 
 bool isFactorial(DAG x) {
-  return isCallOf(x, ini("factorial")) && isSequence(x[2]) && lengthOf(x[2]) == 2;
+  return isCallOf(x, ini("factorial")) && isSequence(x[2]) && memberCount(x[2]) == 1;
 }
 
 char constructorSeparator(DAG x) {
-  if (!isObject(x[1]) || !hasTag(x[1], NAME)) return 0;
-  const char* text = textOf(x[1]);
-  if (std::strcmp(text, "rtable/ConstructColumn") == 0) return ',';
-  return std::strcmp(text, "rtable/ConstructRow") == 0 ? '|' : '\0';
+  if (!isName(x[1])) return 0;
+  if (hasText(x[1], "rtable/ConstructColumn")) return ',';
+  return hasText(x[1], "rtable/ConstructRow") ? '|' : '\0';
 }
 
 // ---- selection and pairs
@@ -305,7 +272,7 @@ void printFunction(DAG x, int min, int own) {
   }
   if (isRtableReference(x)) {
     EmitToken("_rtable[");
-    printObject(isSequence(arguments) ? arguments[1] : arguments, 0);
+    printObject(isSequence(arguments) ? arguments[1] : arguments, bindsNothing);
     EmitChar(']');
     return;
   }
@@ -314,7 +281,7 @@ void printFunction(DAG x, int min, int own) {
     printBracketed('(', arguments, ",", ')');
   } else {
     EmitChar('(');
-    printObject(arguments, 100);
+    printObject(arguments, bindsMoreThanAnything);
     EmitChar(')');
   }
 }

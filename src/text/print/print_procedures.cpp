@@ -1,35 +1,21 @@
 // Procedures and modules, and the references to their variables by position.
 
-#include "store/constants.h"
 #include "store/hash.h"
+#include "store/object_fields.h"
 #include "text/print/print_object.h"
 
 namespace korel {
 
 namespace {
 
-// Fields of PROC and MODDEF.
-enum ProcedureField : int {
-  parameterField = 1,
-  localField = 2,
-  optionField = 3,
-  rememberField = 4,  // PROC
-  exportField = 4,    // MODDEF
-  bodyField = 5,
-  descriptionField = 6,
-  globalField = 7,
-  lexicalField = 8,
-  moduleNameField = 9,
-};
-
 // The sequence of a field; a raw procedure holds its locals in a LIST.
 DAG sequenceOf(DAG field) {
-  if (isObject(field) && hasTag(field, LIST)) field = field[1];
+  if (isTag(field, LIST)) field = field[1];
   return isSequence(field) ? field : null;
 }
 
 DAG withoutType(DAG declared) {
-  return isObject(declared) && hasTag(declared, DCOLON) ? declared[1] : declared;
+  return isTag(declared, DCOLON) ? declared[1] : declared;
 }
 
 // Member `n` (from 1) of a declaration sequence without its type, or 0.
@@ -47,15 +33,13 @@ void printByPosition(const char* kind, std::int32_t position) {
 
 void printNameOrPosition(DAG name, const char* kind, std::int32_t position) {
   if (name) {
-    printObject(name, 0);
+    printObject(name, bindsNothing);
   } else {
     printByPosition(kind, position);
   }
 }
 
 // ---- declarations
-
-void breakPoint() { EmitSpace(); }
 
 void printClause(const char* keyword, DAG field) {
   DAG members = sequenceOf(field);
@@ -64,7 +48,7 @@ void printClause(const char* keyword, DAG field) {
   EmitSpace();
   printList(members, ", ");
   EmitChar(';');
-  breakPoint();
+  EmitSpace();
 }
 
 void printOptions(DAG field) {
@@ -77,22 +61,22 @@ void printParameters(DAG parameters, DAG enclosing) {
   for (Word i = 1, n = lengthOf(parameters); i < n; ++i) {
     if (i > 1) {
       EmitChar(',');
-      breakPoint();
+      EmitSpace();
     }
     DAG parameter = parameters[i];
-    printObject(withoutType(parameter), 11);
-    if (!isObject(parameter) || !hasTag(parameter, DCOLON)) continue;
+    printObject(withoutType(parameter), bindsCall);
+    if (!isTag(parameter, DCOLON)) continue;
     EmitToken("::");
     DAG procedure = mProcPrint;
     if (enclosing) mProcPrint = enclosing;
-    printObject(parameter[2], 0);
+    printObject(parameter[2], bindsNothing);
     mProcPrint = procedure;
   }
 }
 
 void printBody(DAG body) {
   if (isEmptySequence(body)) return;
-  printObject(body, 0);
+  printObject(body, bindsNothing);
   EmitSpace();
 }
 
@@ -101,8 +85,8 @@ void printBody(DAG body) {
 // A call of `target` with what an entry of the remember table is kept under: the arguments, or of an indexed
 // call index::arguments.
 void printRememberedCall(DAG target, DAG key) {
-  printObject(target, 11);
-  if (isObject(key) && hasTag(key, DCOLON)) {
+  printObject(target, bindsCall);
+  if (isTag(key, DCOLON)) {
     EmitChar('[');
     printList(key[1], ",");
     EmitChar(']');
@@ -116,15 +100,15 @@ void printRememberedCall(DAG target, DAG key) {
 // The remember table of the procedure that is assigned to `target`. Procedures among its values are assigned
 // to nothing.
 void printRememberTable(DAG table, DAG target) {
-  if (!isObject(table) || !hasTag(table, HASHTAB)) return;
+  if (!isTag(table, HASHTAB)) return;
   DAG entries = hashseq(table);
   printAssignTarget = DAG();
   for (Word i = 1, n = lengthOf(entries); i < n; ++i) {
     EmitChar(';');
-    breakPoint();
+    EmitSpace();
     printRememberedCall(target, entries[i][1]);
     printBetweenBlanks(":=");
-    printObject(entries[i][2], 0);
+    printObject(entries[i][2], bindsNothing);
   }
   printAssignTarget = target;
 }
@@ -133,12 +117,12 @@ void printRememberTable(DAG table, DAG target) {
 void printVariableValues(DAG names) {
   for (Word i = 1, n = lengthOf(names); i < n; ++i) {
     DAG name = withoutType(names[i]);
-    if (!isObject(name) || !hasTag(name, NAME) || !name[1]) continue;
-    printObject(name, 0);
+    if (!isName(name) || !name[1]) continue;
+    printObject(name, bindsNothing);
     printBetweenBlanks(":=");
-    printObject(name[1], 0);
+    printObject(name[1], bindsNothing);
     EmitChar(';');
-    breakPoint();
+    EmitSpace();
   }
 }
 
@@ -165,18 +149,18 @@ void leaveDefinition(const EnclosingDefinition& enclosing) {
 void printModuleHead(DAG definition) {
   EmitToken("module");
   EmitSpace();
-  DAG name = definition[moduleNameField];
+  DAG name = definition[moddefName];
   if (isObject(name) && !isEmptySequence(name)) {
-    printObject(name, 11);
+    printObject(name, bindsCall);
     EmitSpace();
   }
   EmitToken("()");
   EmitSpace();
-  printClause("local", definition[localField]);
-  printClause("export", definition[exportField]);
-  printClause("global", definition[globalField]);
-  printOptions(definition[optionField]);
-  printClause("description", definition[descriptionField]);
+  printClause("local", localsOf(definition));
+  printClause("export", exportsOf(definition));
+  printClause("global", globalsOf(definition));
+  printOptions(optionsOf(definition));
+  printClause("description", descriptionOf(definition));
 }
 
 }  // namespace
@@ -185,38 +169,30 @@ void printLocal(DAG x, int, int) {
   auto position = static_cast<std::int32_t>(rawField(x, 1));
   DAG name;
   if (mProcPrint) {
-    DAG locals = sequenceOf(mProcPrint[localField]);
+    DAG locals = sequenceOf(localsOf(mProcPrint));
     name = declaredName(locals, position);
     // A module numbers its exports behind its locals.
     if (!name && hasTag(mProcPrint, MODDEF))
-      name = declaredName(sequenceOf(mProcPrint[exportField]), position - (lengthOf(locals) - 1));
+      name = declaredName(sequenceOf(exportsOf(mProcPrint)), position - (lengthOf(locals) - 1));
   }
   printNameOrPosition(name, "loc", position);
 }
 
 void printParameter(DAG x, int, int) {
   auto position = static_cast<std::int32_t>(rawField(x, 1));
-  switch (position) {
-    case 0:
-      EmitToken("nargs");
-      return;
-    case -1:
-      EmitToken("args");
-      return;
-    case -2:
-      EmitToken("procname");
-      return;
-    default:
-      break;
+  constexpr const char* specialNames[] = {"nargs", "args", "procname"};  // 0, -1, -2
+  if (position <= 0 && position > -3) {
+    EmitToken(specialNames[-position]);
+    return;
   }
-  DAG name = mProcPrint ? declaredName(sequenceOf(mProcPrint[parameterField]), position) : DAG();
+  DAG name = mProcPrint ? declaredName(sequenceOf(paramsOf(mProcPrint)), position) : DAG();
   printNameOrPosition(name, "args", position);
 }
 
 void printLexical(DAG x, int, int) {
   auto number = static_cast<std::int32_t>(rawField(x, 1));
   std::int64_t pair = number < 0 ? -std::int64_t{number} : number;
-  DAG name = mProcPrint ? declaredName(sequenceOf(mProcPrint[lexicalField]), 2 * pair - 1) : DAG();
+  DAG name = mProcPrint ? declaredName(sequenceOf(lexicalsOf(mProcPrint)), 2 * pair - 1) : DAG();
   printNameOrPosition(name, "lex", number);
 }
 
@@ -225,24 +201,24 @@ void printProcedure(DAG x, int, int) {
   EmitToken("proc");
   EmitSpace();
   EmitChar('(');
-  printParameters(sequenceOf(x[parameterField]), enclosing.procedure);
+  printParameters(sequenceOf(paramsOf(x)), enclosing.procedure);
   EmitChar(')');
   EmitSpace();
-  printClause("local", x[localField]);
-  printClause("global", x[globalField]);
-  printOptions(x[optionField]);
-  printClause("description", x[descriptionField]);
-  printBody(x[bodyField]);
+  printClause("local", localsOf(x));
+  printClause("global", globalsOf(x));
+  printOptions(optionsOf(x));
+  printClause("description", descriptionOf(x));
+  printBody(bodyOf(x));
   EmitToken("end proc");
   bool outermost = printProcDepth == 1;
   leaveDefinition(enclosing);
-  if (outermost && printAssignTarget) printRememberTable(x[rememberField], printAssignTarget);
+  if (outermost && printAssignTarget) printRememberTable(rememberOf(x), printAssignTarget);
 }
 
 void printModuleDefinition(DAG x, int, int) {
   EnclosingDefinition enclosing = enterDefinition(x);
   printModuleHead(x);
-  printBody(x[bodyField]);
+  printBody(bodyOf(x));
   EmitToken("end module");
   leaveDefinition(enclosing);
 }
@@ -250,15 +226,16 @@ void printModuleDefinition(DAG x, int, int) {
 // A member can hold its own module, or one further out: that one is known there as `thismodule`, the others
 // print without the values that are under way already.
 void printModule(DAG x, int, int) {
-  if (mProcPrint == x[2]) return printObject(ini("thismodule"), 0);
-  const bool underWay = isUnderWay(x[2]);
-  PrintedHolder module{x[2], printedHolders};
+  DAG definition = x[moduleDefinition];
+  if (mProcPrint == definition) return printObject(ini("thismodule"), bindsNothing);
+  const bool underWay = isUnderWay(definition);
+  PrintedHolder module{definition, printedHolders};
   printedHolders = &module;
-  EnclosingDefinition enclosing = enterDefinition(x[2]);
-  printModuleHead(x[2]);
+  EnclosingDefinition enclosing = enterDefinition(definition);
+  printModuleHead(definition);
   if (!underWay) {
-    printVariableValues(sequenceOf(x[3]));
-    printVariableValues(sequenceOf(x[1]));
+    printVariableValues(sequenceOf(x[moduleLocals]));
+    printVariableValues(sequenceOf(x[moduleExports]));
   }
   EmitToken("end module");
   leaveDefinition(enclosing);

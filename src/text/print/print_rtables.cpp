@@ -11,9 +11,8 @@
 #include "eval/simplify/simplify.h"
 #include "numbers/integer/integer.h"
 #include "store/allocator.h"
-#include "store/constants.h"
 #include "store/hash.h"
-#include "store/objects.h"
+#include "store/object_fields.h"
 #include "text/print/print_object.h"
 
 namespace korel {
@@ -66,24 +65,22 @@ struct Shape {
   bool rowsFirst, readOnly;
 
   explicit Shape(DAG r) : object(r) {
-    Word flags = rawField(r, 5);
-    dimensions = flags & 63;
-    readOnly = (flags >> 20 & 1) != 0;
-    rowsFirst = (flags >> 21 & 1) != 0;
-    storage = flags >> 22 & 15;
-    subtype = flags >> 26 & 3;
-    datatype = flags >> 28;
+    dimensions = rtableFlag(r, rtableDimensions);
+    readOnly = rtableFlag(r, rtableReadOnly) != 0;
+    rowsFirst = rtableFlag(r, rtableOrder) != 0;
+    storage = rtableFlag(r, rtableStorage);
+    subtype = rtableFlag(r, rtableSubtype);
+    datatype = rtableFlag(r, rtableDatatype);
   }
-  std::int32_t lower(unsigned k) const { return signedField(7 + 2 * k); }
-  std::int32_t upper(unsigned k) const { return signedField(8 + 2 * k); }
+  std::int32_t lower(unsigned k) const { return signedField(rtableFirstBound + 2 * k); }
+  std::int32_t upper(unsigned k) const { return signedField(rtableFirstBound + 2 * k + 1); }
   std::int64_t extent(unsigned k) const { return std::int64_t{upper(k)} - lower(k) + 1; }
   std::int32_t signedField(Word place) const {
     return static_cast<std::int32_t>(rawField(object, place));
   }
   std::int32_t tail(Word fromEnd) const { return signedField(lengthOf(object) - fromEnd); }
   bool isHashed() const {
-    return storage == sparse && datatype == anyObject &&
-           !(isObject(object[2]) && object[2] == ini("sfloat"));
+    return storage == sparse && datatype == anyObject && object[rtableElementType] != ini("sfloat");
   }
   bool isReadable() const {
     return storage == rectangular || storage == scalar || storage == diagonal || isHashed();
@@ -94,7 +91,7 @@ struct Shape {
 
 template <class Element>
 Element elementIn(const Shape& shape, std::int64_t offset) {
-  auto address = static_cast<std::uintptr_t>(rawField(shape.object, 1));
+  auto address = static_cast<std::uintptr_t>(rawField(shape.object, rtableData));
   Element element;
   std::memcpy(&element, reinterpret_cast<const char*>(address) + offset * sizeof element,
               sizeof element);
@@ -136,7 +133,7 @@ DAG storedElement(const Shape& shape, std::int64_t offset) {
 }
 
 DAG hashedElement(const Shape& shape, const std::int32_t* index) {
-  DAG table = shape.object[1];
+  DAG table = shape.object[rtableData];
   if (!isObject(table)) return cons0;
   DAG key = newl2(shape.dimensions + 1, EXPSEQ);
   for (unsigned k = 0; k < shape.dimensions; ++k) key[k + 1] = Newint(index[k]);
@@ -167,7 +164,7 @@ void printElement(DAG element) {
   if (isEmptySequence(element)) {
     EmitToken("''");
   } else {
-    printObject(element, 0);
+    printObject(element, bindsNothing);
   }
 }
 
@@ -202,7 +199,7 @@ void printExtents(const Shape& shape) {
 }
 
 void printContents(const Shape& shape) {
-  bool hasData = rawField(shape.object, 1) != 0;
+  bool hasData = rawField(shape.object, rtableData) != 0;
   if (shape.dimensions == 0) {
     EmitToken("fill");
     printBetweenBlanks("=");
@@ -229,21 +226,23 @@ void printOptionList(const char* name, DAG members, Word count) {
   EmitChar('[');
   for (Word i = 1; i <= count; ++i) {
     if (i > 1) printSeparator(", ");
-    printObject(members[i], 0);
+    printObject(members[i], bindsNothing);
   }
   EmitChar(']');
 }
 
 void printStorage(const Shape& shape) {
-  printOption("storage", storageNames[std::min<std::size_t>(shape.storage, 11)]);
+  printOption("storage", storageNames[std::min<std::size_t>(shape.storage, scalar)]);
   if (shape.storage == band) {
     EmitChar('[');
     EmitInteger(shape.tail(2));
     EmitChar(',');
     EmitInteger(shape.tail(1));
     EmitChar(']');
-  } else if (shape.storage == sparse && (shape.tail(1) == 1 || shape.tail(1) == 2)) {
-    EmitToken(shape.tail(1) == 1 ? "[upper]" : "[lower]");
+  } else if (shape.storage == sparse) {
+    constexpr std::int32_t upperHalf = 1, lowerHalf = 2;
+    if (shape.tail(1) == upperHalf) EmitToken("[upper]");
+    if (shape.tail(1) == lowerHalf) EmitToken("[lower]");
   }
 }
 
@@ -251,9 +250,9 @@ void printOptions(const Shape& shape) {
   if (shape.datatype == anyObject) {
     EmitToken("datatype");
     printBetweenBlanks("=");
-    printObject(shape.object[2], 0);
+    printObject(shape.object[rtableElementType], bindsNothing);
   } else {
-    printOption("datatype", datatypeNames[std::min<std::size_t>(shape.datatype, 7)]);
+    printOption("datatype", datatypeNames[std::min<std::size_t>(shape.datatype, complex64)]);
   }
   EmitChar(',');
   printStorage(shape);
@@ -263,12 +262,12 @@ void printOptions(const Shape& shape) {
     EmitChar(',');
     EmitToken("readonly");
   }
-  DAG attributes = shape.object[4], functions = shape.object[3];
-  if (isSequence(attributes) && lengthOf(attributes) > 1)
-    printOptionList("attributes", attributes, lengthOf(attributes) - 1);
+  DAG attributes = shape.object[rtableAttributes], functions = shape.object[rtableFunctions];
+  if (isSequence(attributes) && memberCount(attributes) > 0)
+    printOptionList("attributes", attributes, memberCount(attributes));
   // The last member is the link of the ring of indexing functions.
-  if (isSequence(functions) && lengthOf(functions) > 2)
-    printOptionList("shape", functions, lengthOf(functions) - 2);
+  if (isSequence(functions) && memberCount(functions) > 1)
+    printOptionList("shape", functions, memberCount(functions) - 1);
 }
 
 }  // namespace

@@ -1,17 +1,14 @@
 // Power series and modular polynomials: dense and sparse lists of coefficients by exponent.
 
-#include "numbers/arithmetic.h"
 #include "eval/simplify/simplify.h"
+#include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
-#include "store/constants.h"
 #include "store/objects.h"
 #include "text/print/print_object.h"
 
 namespace korel {
 
 namespace {
-
-constexpr int factorLevel = 9, powerLevel = 10;
 
 // ---- series
 
@@ -20,7 +17,7 @@ void printSeriesPower(DAG variable, std::int32_t exponent) {
     EmitChar('1');
     return;
   }
-  printObject(variable, powerLevel);
+  printObject(variable, bindsPower);
   if (exponent == 1) return;
   EmitChar('^');
   if (exponent < 0) EmitChar('(');
@@ -42,7 +39,7 @@ void printSeriesTerm(DAG variable, DAG coefficient, std::int32_t exponent, bool 
     if (isNumeric(coefficient)) {
       bool minus = printsLeadingMinus(coefficient);
       if (!first && !minus) EmitChar('+');
-      printObject(coefficient, minus ? 0 : factorLevel);
+      printObject(coefficient, minus ? bindsNothing : bindsProduct);
     } else {
       if (!first) EmitChar('+');
       printFactor(coefficient);
@@ -55,22 +52,22 @@ void printSeriesTerm(DAG variable, DAG coefficient, std::int32_t exponent, bool 
 // The place of the pair (name, 1) in a sum x - a, or 0.
 Word placeOfVariable(DAG sum) {
   for (Word i = 1, n = lengthOf(sum); i + 1 < n; i += 2)
-    if (sum[i + 1] == cons1 && isObject(sum[i]) && hasTag(sum[i], NAME)) return i;
+    if (sum[i + 1] == cons1 && isName(sum[i])) return i;
   return 0;
 }
 
 // The variable of the expansion, as x=a when the expansion is in x - a.
 void printExpansionPoint(DAG variable) {
-  Word place = isObject(variable) && hasTag(variable, SUM) ? placeOfVariable(variable) : 0;
+  Word place = isTag(variable, SUM) ? placeOfVariable(variable) : 0;
   if (place == 0) {
-    printObject(variable, 0);
+    printObject(variable, bindsNothing);
     return;
   }
   DAG point = copydel(variable, place - 1, 2);
   for (Word i = 1, n = lengthOf(point); i + 1 < n; i += 2) point[i + 1] = negate(point[i + 1]);
-  printObject(variable[place], 0);
+  printObject(variable[place], bindsNothing);
   EmitChar('=');
-  printObject(simpl(point), 0);
+  printObject(simpl(point), bindsNothing);
 }
 
 // ---- modular polynomials
@@ -97,7 +94,7 @@ void printTimes(bool& first) {
 void printModularPower(DAG variable, Word exponent, bool& first) {
   if (exponent == 0) return;
   printTimes(first);
-  printObject(variable, powerLevel);
+  printObject(variable, bindsPower);
   if (exponent == 1) return;
   EmitChar('^');
   EmitInteger(exponent);
@@ -114,7 +111,7 @@ void printModularTerms(DAG x, DAG outer, Word outerExponent, bool& anyTerm) {
     if (coefficient != cons1 || (i == 0 && outerExponent == 0)) {
       printTimes(first);
       if (isImmediate(coefficient)) {
-        printObject(coefficient, factorLevel);
+        printObject(coefficient, bindsProduct);
       } else {
         printParenthesised(coefficient);
       }
@@ -152,14 +149,14 @@ void printModularPolynomial(DAG x, int, int) {
   EmitToken("modp2(");
   EmitToken("ConvertIn(");
   for (Word i = 0, n = coefficientCount(x); i < n; ++i)
-    if (isObject(x[3 + i]) && hasTag(x[3 + i], ZPPOLY))
+    if (isTag(x[3 + i], ZPPOLY))
       printModularTerms(x[3 + i], x[1][1], i, anyTerm);
   if (!anyTerm) EmitChar('0');
   EmitChar(',');
-  printObject(x[1][1], 0);
+  printObject(x[1][1], bindsNothing);
   EmitChar(')');
   EmitChar(',');
-  printObject(x[1][2], 0);
+  printObject(x[1][2], bindsNothing);
   EmitChar(')');
 }
 

@@ -1,6 +1,6 @@
 // Statements.
 
-#include "store/constants.h"
+#include "store/object_fields.h"
 #include "text/print/print_object.h"
 
 namespace korel {
@@ -13,7 +13,7 @@ bool isNull(DAG x) { return !x || isEmptySequence(x); }
 void printBehindBlank(DAG body) {
   if (isNull(body)) return;
   EmitSpace();
-  printObject(body, 0);
+  printObject(body, bindsNothing);
 }
 
 // A blank, `keyword`, and the operand behind another blank.
@@ -27,61 +27,48 @@ void printPart(const char* keyword, DAG operand) {
 
 DAG nameOnLeft(DAG assignment) {
   DAG left = assignment[1];
-  return isObject(left) && hasTag(left, NAME) ? left : DAG();
+  return isName(left) ? left : DAG();
 }
 
-bool isProtection(DAG attribute) { return attribute == ini("protected"); }
-
-bool isProtected(DAG name) {
-  DAG attribute = name[2];
-  if (!isSequence(attribute)) return attribute && isProtection(attribute);
-  for (Word i = 1, n = lengthOf(attribute); i < n; ++i)
-    if (isProtection(attribute[i])) return true;
-  return false;
-}
+bool isProtected(DAG name) { return isMember(ini("protected"), name[2]); }
 
 void printQuotedCall(const char* function, DAG name) {
   EmitToken(function);
   EmitChar('(');
   EmitChar('\'');
-  printObject(name, 0);
+  printObject(name, bindsNothing);
   EmitChar('\'');
   EmitChar(')');
 }
 
 // The attributes of a name beside its protection, as a statement behind the assignment.
 void printAttributeStatement(DAG name) {
-  DAG attribute = name[2];
-  if (!attribute) return;
-  DAG single[1] = {attribute};
-  bool sequence = isSequence(attribute);
-  Word count = sequence ? lengthOf(attribute) - 1 : 1;
+  if (!name[2]) return;
+  DAG attributes = asSequence(name[2]);
   bool any = false;
-  for (Word i = 0; i < count; ++i) {
-    DAG entry = sequence ? attribute[i + 1] : single[i];
-    if (isProtection(entry)) continue;
+  for (Word i = 1, n = lengthOf(attributes); i < n; ++i) {
+    if (attributes[i] == ini("protected")) continue;
     if (!any) {
-      EmitChar(';');
-      EmitSpace();
+      printSeparator("; ");
       EmitToken("setattribute");
       EmitChar('(');
-      printObject(name, 0);
+      printObject(name, bindsNothing);
     }
     any = true;
     EmitChar(',');
-    printObject(entry, 0);
+    printObject(attributes[i], bindsNothing);
   }
   if (any) EmitChar(')');
 }
 
 void printRightSide(DAG x, int own) {
   DAG right = x[2];
-  if (isObject(right) && hasTag(right, PROC)) {
+  if (isTag(right, PROC)) {
     DAG outer = printAssignTarget;
     printAssignTarget = x[1];
     printObject(right, own);
     printAssignTarget = outer;
-  } else if (right == nameOnLeft(x) && right && printProcDepth == 0 && printStyle == 0) {
+  } else if (right == nameOnLeft(x) && right && printProcDepth == 0 && printStyle == quoteAll) {
     EmitChar('\'');
     printObject(right, own);
     EmitChar('\'');
@@ -119,7 +106,7 @@ struct ClausePrinter {
     any = true;
     EmitToken(keyword);
     EmitSpace();
-    printObject(operand, 0);
+    printObject(operand, bindsNothing);
   }
 };
 
@@ -144,20 +131,20 @@ void printAssignment(DAG x, int, int own) {
 
 void printLoop(DAG x, int, int) {
   ClausePrinter clauses;
-  bool overMembers = lengthOf(x) == 5;
-  if (!isNull(x[1])) clauses.print("for", x[1]);
-  if (overMembers) {
-    clauses.print("in", x[2]);
+  const bool counted = isCountedLoop(x);
+  if (!isNull(x[loopVariable])) clauses.print("for", x[loopVariable]);
+  if (counted) {
+    if (x[loopFrom] != cons1) clauses.print("from", x[loopFrom]);
+    if (x[loopBy] != cons1) clauses.print("by", x[loopBy]);
+    if (!isNull(x[loopTo])) clauses.print("to", x[loopTo]);
   } else {
-    if (x[2] != cons1) clauses.print("from", x[2]);
-    if (x[3] != cons1) clauses.print("by", x[3]);
-    if (!isNull(x[4])) clauses.print("to", x[4]);
+    clauses.print("in", x[loopContainer]);
   }
-  DAG condition = overMembers ? x[3] : x[5];
+  DAG condition = counted ? x[loopWhile] : x[containerLoopWhile];
   if (condition != ini("true")) clauses.print("while", condition);
   if (clauses.any) EmitSpace();
   EmitToken("do");
-  printBehindBlank(overMembers ? x[4] : x[6]);
+  printBehindBlank(bodyOfLoop(x));
   EmitSpace();
   EmitToken("end do");
 }
@@ -189,20 +176,20 @@ void printStatements(DAG x, int, int) {
     if (isNull(x[i])) continue;
     if (!first) printSeparator("; ");
     first = false;
-    printObject(x[i], 0);
+    printObject(x[i], bindsNothing);
   }
 }
 
 void printTry(DAG x, int, int) {
-  Word n = lengthOf(x);
   EmitToken("try");
-  printBehindBlank(x[1]);
-  for (Word i = 2; i + 1 < n; i += 2) {
+  printBehindBlank(x[tryBody]);
+  const Word end = catchEnd(x);
+  for (Word i = tryFirstCatch; i < end; i += 2) {
     printPart("catch", x[i]);
     EmitChar(':');
     printBehindBlank(x[i + 1]);
   }
-  if (n % 2 != 0) printPart("finally", x[n - 1]);
+  if (hasFinally(x)) printPart("finally", x[end]);
   EmitSpace();
   EmitToken("end try");
 }
@@ -219,7 +206,7 @@ void printDebug(DAG x, int, int) {
   EmitToken("DEBUG(");
   for (Word i = 1, n = lengthOf(x); i < n; ++i) {
     if (i > 1) EmitSpace();
-    printObject(x[i], 0);
+    printObject(x[i], bindsNothing);
   }
   EmitChar(')');
 }

@@ -3,21 +3,14 @@
 // Negated coefficients and exponents are printed as a minus or a slash and the magnitude; nothing
 // is changed to print it.
 
-#include <cstring>
-
 #include "numbers/arithmetic.h"
-#include "frame/environment.h"
-#include "store/constants.h"
-#include "store/objects.h"
 #include "text/print/print_object.h"
 
 namespace korel {
 
 namespace {
 
-constexpr int sumLevel = 8, productLevel = 9, powerLevel = 10;
-
-bool isProduct(DAG x) { return isObject(x) && hasTag(x, PROD); }
+bool isProduct(DAG x) { return isTag(x, PROD); }
 
 // ---- the pairs of a product
 
@@ -25,10 +18,10 @@ bool isProduct(DAG x) { return isObject(x) && hasTag(x, PROD); }
 void printExponent(DAG exponent, bool magnitude) {
   EmitChar('^');
   if (!magnitude) {
-    printObject(exponent, powerLevel);
+    printObject(exponent, bindsPower);
     return;
   }
-  bool fraction = isObject(exponent) && hasTag(exponent, RATIONAL);
+  bool fraction = isTag(exponent, RATIONAL);
   if (fraction) EmitChar('(');
   printMagnitude(exponent);
   if (fraction) EmitChar(')');
@@ -36,19 +29,19 @@ void printExponent(DAG exponent, bool magnitude) {
 
 // A base with a negative exponent, which stands behind a slash.
 void printDivisor(DAG base, DAG exponent) {
-  printObject(base, powerLevel);
+  printObject(base, bindsPower);
   if (exponent != consm1) printExponent(exponent, true);
 }
 
 void printFirstPair(DAG base, DAG exponent, bool onlyPair, int min, int own) {
   if (exponent == cons1) {
-    printObject(base, onlyPair ? min : isDotProduct(base) ? sumLevel : own);
+    printObject(base, onlyPair ? min : isDotProduct(base) ? bindsSum : own);
   } else if (IsNegative(exponent)) {
     EmitChar('1');
     EmitChar('/');
     printDivisor(base, exponent);
   } else {
-    printObject(base, powerLevel);
+    printObject(base, bindsPower);
     printExponent(exponent, false);
   }
 }
@@ -62,7 +55,7 @@ void printFurtherPair(DAG base, DAG exponent) {
     printDivisor(base, exponent);
   } else {
     EmitChar('*');
-    printObject(base, powerLevel);
+    printObject(base, bindsPower);
     printExponent(exponent, false);
   }
 }
@@ -88,7 +81,7 @@ void printNegatedProduct(DAG product) {
   DAG copy = CopyAlg(product);
   copy[1] = negated;
   EmitChar('-');
-  printObject(copy, productLevel);
+  printObject(copy, bindsProduct);
 }
 
 bool isNegatedProduct(DAG term) { return isProduct(term) && printsLeadingMinus(term); }
@@ -105,15 +98,27 @@ void printFirstTerm(DAG term, DAG coefficient, bool onlyPair, int min, int own) 
     } else if (isNegatedProduct(term)) {
       printNegatedProduct(term);
     } else {
-      bool number = isNumeric(term) && !(isObject(term) && hasTag(term, HFLOAT));
-      bool nested = isObject(term) && hasTag(term, SUM);
-      printObject(term, number ? 0 : nested ? own + 1 : own);
+      bool number = isNumeric(term) && !isTag(term, HFLOAT);
+      bool nested = isTag(term, SUM);
+      printObject(term, number ? bindsNothing : nested ? own + 1 : own);
     }
   } else if (coefficient == consm1) {
     printTermBehindMinus(term);
   } else {
-    printObject(coefficient, 0);
+    printObject(coefficient, bindsNothing);
     if (term != cons1) printTermAsFactor(term);
+  }
+}
+
+// `term` with the sign that it needs behind other terms: a plus unless its text begins with a minus.
+void printFurtherTerm(DAG term) {
+  if (isNegatedProduct(term)) {
+    printNegatedProduct(term);
+  } else if (printsLeadingMinus(term)) {
+    printObject(term, bindsNothing);
+  } else {
+    EmitChar('+');
+    printObject(term, bindsSum);
   }
 }
 
@@ -125,7 +130,7 @@ void printFurtherTermWithCoefficient(DAG term, DAG coefficient, int own) {
   } else {
     bool minus = printsLeadingMinus(coefficient);
     if (!minus) EmitChar('+');
-    printObject(coefficient, minus ? 0 : own);
+    printObject(coefficient, minus ? bindsNothing : own);
     if (term != cons1) printTermAsFactor(term);
   }
 }
@@ -137,18 +142,7 @@ void printFactor(DAG x) {
   if (printsLeadingMinus(x) && !isNumeric(x)) {
     printParenthesised(x);
   } else {
-    printObject(x, productLevel);
-  }
-}
-
-void printFurtherTerm(DAG term) {
-  if (isNegatedProduct(term)) {
-    printNegatedProduct(term);
-  } else if (printsLeadingMinus(term)) {
-    printObject(term, 0);
-  } else {
-    EmitChar('+');
-    printObject(term, sumLevel);
+    printObject(x, bindsProduct);
   }
 }
 
@@ -159,8 +153,8 @@ void printSum(DAG x, int min, int own) {
     return;
   }
   bool onlyPair = n == 3;
-  printFirstTerm(x[1], x[2], onlyPair, min, onlyPair ? own : sumLevel);
-  for (Word i = 3; i + 1 < n; i += 2) printFurtherTermWithCoefficient(x[i], x[i + 1], sumLevel);
+  printFirstTerm(x[1], x[2], onlyPair, min, onlyPair ? own : bindsSum);
+  for (Word i = 3; i + 1 < n; i += 2) printFurtherTermWithCoefficient(x[i], x[i + 1], bindsSum);
 }
 
 void printProduct(DAG x, int min, int own) {

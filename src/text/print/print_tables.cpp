@@ -1,10 +1,9 @@
 // Tables and their entries.
 
 #include "frame/errors.h"
-#include "store/constants.h"
 #include "store/hash.h"
+#include "store/object_fields.h"
 #include "text/print/print_object.h"
-#include "text/print/printer.h"
 
 namespace korel {
 
@@ -12,13 +11,13 @@ namespace {
 
 // A value behind `=`: relations and longer sequences only read back in parentheses.
 void printEntryValue(DAG value) {
-  int level = ParenLevel(value);
-  bool relation = isObject(value) && level >= 1 && level <= 4;
-  bool longSequence = isSequence(value) && lengthOf(value) > 2;
+  int strength = ParenLevel(value);
+  bool relation = isObject(value) && strength >= bindsOr && strength <= bindsRelation;
+  bool longSequence = isSequence(value) && memberCount(value) > 1;
   if (relation || longSequence) {
     printParenthesised(value);
   } else {
-    printObject(value, 0);
+    printObject(value, bindsNothing);
   }
 }
 
@@ -55,7 +54,7 @@ void printHashTable(DAG x, int, int) {
 void printTable(DAG x, int, int) {
   const bool inItself = isUnderWay(x);
   if (inItself && printAttributes) KernelException("unprintable data structure");
-  EmitToken(x[2] == ini("false") ? "table" : "array");
+  EmitToken(isArrayTable(x) ? "array" : "table");
   EmitChar('(');
   if (inItself) {
     EmitToken("...");
@@ -64,12 +63,12 @@ void printTable(DAG x, int, int) {
   }
   PrintedHolder table{x, printedHolders};
   printedHolders = &table;
-  for (int field : {1, 2}) {
+  for (TableField field : {tableFunction, tableBounds}) {
     if (isAbsent(x[field])) continue;
     printList(x[field], ",");
     EmitChar(',');
   }
-  printObject(x[3], 0);
+  printObject(x[tableEntries], bindsNothing);
   EmitChar(')');
   printedHolders = table.link;
 }

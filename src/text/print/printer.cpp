@@ -1,20 +1,17 @@
-// The printer's entry points, its state, and the table of tags.
-
 #include "text/print/printer.h"
 
 #include <csetjmp>
 #include <cstdio>
-#include <iterator>
 
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
-#include "store/long_string.h"
+#include "store/tag_facts.h"
 #include "text/print/print_object.h"
 
 namespace korel {
 
-int printStyle = 0;
+PrintStyle printStyle = quoteAll;
 int printDepth = 0;
 bool printAttributes = false;
 bool printTildes = false;
@@ -27,62 +24,18 @@ DAG printAssignTarget;
 
 namespace {
 
-constexpr int bareStyle = 9999;
-
-void printUnprintable(DAG, int, int) { KernelException("unprintable data structure"); }
-
-constexpr PrintRow rowOfTag[] = {
-    // none
-    printUnprintable,
-    // INTNEG, INTPOS, RATIONAL, FLOAT, HFLOAT, COMPLEX, STRING, NAME
-    printInteger, printInteger, printRational, printFloat, printHFloat, printComplex, printString,
-    printName,
-    // MEMBER, TABLEREF, DCOLON, CATENATE, POWER, PROD, SERIES, SUM
-    printMember, printTableref, printDcolon, printCatenate, printPower, printProduct, printSeries,
-    printSum,
-    // ZPPOLY, FUNCTION, UNEVAL, EQUATION, INEQUAT, LESSEQ, LESSTHAN, AND
-    printModularPolynomial, printFunction, printUneval, printRelation, printRelation, printRelation,
-    printRelation, printBoolean,
-    // NOT, OR, EXPSEQ, LIST, LOCAL, PARAM, LEXICAL, PROC
-    printNot, printBoolean, printSequence, printListOrSet, printLocal, printParameter, printLexical,
-    printProcedure,
-    // RANGE, SET, TABLE, RTABLE, MODDEF, MODULE, ASSIGN, FOR
-    printRelation, printListOrSet, printTable, printRtable, printModuleDefinition, printModule,
-    printAssignment, printLoop,
-    // IF, READ, SAVE, STATSEQ, STOP, ERROR, TRY, RETURN
-    printConditional, printKeywordStatement, printKeywordStatement, printStatements,
-    printKeywordStatement, printKeywordStatement, printTry, printKeywordStatement,
-    // BREAK, NEXT, USE, BINARY, HASH, HASHTAB, GARBAGE, FOREIGN
-    printKeywordStatement, printKeywordStatement, printUse, printUnprintable, printUnprintable,
-    printHashTable, printUnprintable, printUnprintable,
-    // CONTROL, DEBUG
-    printUnprintable, printDebug};
-static_assert(std::size(rowOfTag) == tagCount + 1);
-
 // The attribute of an object that shows it as a call of `setattribute`, or 0.
 DAG shownAttribute(DAG x) {
   if (!printAttributes || !isObject(x)) return DAG();
-  Word place = 0;
-  switch (tagOf(x)) {
-    case SET:
-    case LIST:
-      place = 2;
-      break;
-    case TABLEREF:
-    case FUNCTION:
-    case FLOAT:
-      place = 3;
-      break;
-    default:
-      return DAG();
-  }
-  if (lengthOf(x) <= place || isEmptySequence(x[place])) return DAG();
+  constexpr TagSet behindContents = {LIST, SET}, behindTwoFields = {TABLEREF, FUNCTION, FLOAT};
+  Word place = isAmong(x, behindContents) ? 2 : isAmong(x, behindTwoFields) ? 3 : 0;
+  if (place == 0 || lengthOf(x) <= place || isEmptySequence(x[place])) return DAG();
   return x[place];
 }
 
 void printTagged(DAG x, int min, int own) {
-  int number = tagNumber(tagOf(x));
-  PrintRow row = number <= tagCount ? rowOfTag[number] : printUnprintable;
+  const TagPrinting* printing = printingOf(tagOf(x));
+  PrintRow row = printing != nullptr ? printing->print : printUnprintable;
   DAG attribute = shownAttribute(x);
   if (!attribute) {
     row(x, min, own);
@@ -90,7 +43,7 @@ void printTagged(DAG x, int min, int own) {
   }
   EmitToken("setattribute");
   EmitChar('(');
-  row(x, 0, own);
+  row(x, bindsNothing, own);
   EmitChar(',');
   printList(attribute, ",");
   EmitChar(')');
@@ -116,12 +69,14 @@ void returnToPrinter(const char* message) {
 }
 
 void markBrokenToken(void*, int) {
-  if (printAtomic > 0 && printStyle < bareStyle) EmitContinuation();
+  if (printAtomic > 0 && printStyle < quoteNothing) EmitContinuation();
 }
 
 void setPrintingState(int flags) {
-  printStyle = (flags & printBare) != 0 ? bareStyle : (flags & printBareOutermost) != 0 ? 1 : 0;
-  printAttributes = (flags & printWithAttributes) != 0;
+  printStyle = (flags & printBare) != 0            ? quoteNothing
+               : (flags & printBareOutermost) != 0 ? quoteInside
+                                                   : quoteAll;
+  printAttributes = (flags & printProgramText) != 0;
   printTildes = (flags & printWithTildes) != 0;
   printAddresses = (flags & printWithAddresses) != 0;
   printRtableRefs = (flags & printRtableNumbers) != 0;
@@ -141,7 +96,7 @@ void printUnderTrap(DAG object, Sink sink, ErrorSink onError, int width, void* c
   if (::_setjmp(here) == 0) {
     PushErrorProc(returnToPrinter);
     if (separator == nullptr) {
-      printObject(object, 0);
+      printObject(object, bindsNothing);
     } else {
       printList(object, separator);
     }
@@ -166,7 +121,7 @@ void printObject(DAG x, int min) {
     int own = ParenLevel(x);
     if (own < min) {
       EmitChar('(');
-      printTagged(x, 0, own);
+      printTagged(x, bindsNothing, own);
       EmitChar(')');
     } else {
       printTagged(x, min, own);
@@ -174,6 +129,8 @@ void printObject(DAG x, int min) {
   }
   --printDepth;
 }
+
+void printUnprintable(DAG, int, int) { KernelException("unprintable data structure"); }
 
 bool isUnderWay(DAG holder) {
   for (const PrintedHolder* outer = printedHolders; outer != nullptr; outer = outer->link)
@@ -193,7 +150,7 @@ void printSeparator(const char* separator) {
 
 void printList(DAG sequence, const char* separator) {
   if (!isSequence(sequence)) {
-    printObject(sequence, 0);
+    printObject(sequence, bindsNothing);
     return;
   }
   bool first = true;
@@ -201,7 +158,7 @@ void printList(DAG sequence, const char* separator) {
     if (!sequence[i]) continue;
     if (!first) printSeparator(separator);
     first = false;
-    printObject(sequence[i], 0);
+    printObject(sequence[i], bindsNothing);
   }
 }
 
@@ -213,7 +170,7 @@ void printBetweenBlanks(const char* keyword) {
 
 void printParenthesised(DAG x) {
   EmitChar('(');
-  printObject(x, 0);
+  printObject(x, bindsNothing);
   EmitChar(')');
 }
 
@@ -226,11 +183,6 @@ void PrintKorel(DAG object, Sink sink, ErrorSink onError, int width, void* closu
 void PrintKorelList(DAG sequence, Sink sink, ErrorSink onError, int width, void* closure, int flags,
                     const char* separator) {
   printUnderTrap(sequence, sink, onError, width, closure, flags, separator);
-}
-
-void LongStringSink(void* longString, int c) {
-  auto* text = static_cast<char**>(longString);
-  *text = AppendToString(*text, c);
 }
 
 }  // namespace korel

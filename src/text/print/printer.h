@@ -6,18 +6,16 @@
 // serves `lprint`, `%a`, messages, saved source text, and the conversion of objects to names and
 // strings. The whole state is set on entry and nothing survives a call; no object is changed.
 
-#include <cstddef>
-
 #include "store/dag.h"
-#include "text/print/emit.h"
+#include "text/print/sinks.h"
 
 namespace korel {
 
-/// Bits of the printer's `flags`.
+/// Bits of the printer's `flags`. Without one of them every name is quoted that needs it.
 enum PrintFlag : int {
-  printBare = 1,            // style 9999: nothing is quoted outside a procedure
-  printWithAttributes = 2,  // attributes are shown by `setattribute`
-  printBareOutermost = 4,   // style 1: the outermost object is not quoted
+  printBare = 1,            // nothing is quoted outside a procedure
+  printProgramText = 2,     // what reads back: attributes by `setattribute`, names whole and quoted
+  printBareOutermost = 4,   // the outermost object is not quoted
   printWithTildes = 8,      // names with their trailing tildes
   printWithAddresses = 16,  // every object behind its address
   printRtableNumbers = 32,  // RTABLE(n) as _rtable[n]
@@ -37,11 +35,16 @@ bool NeedsQuotes(const char* text);
 /// Cuts the run of tildes at the end of `text` by a terminator and gives its place, where the
 /// caller puts the tilde back; null when nothing was cut.
 char* StripTilde(char* text);
-/// Binding strength of `x` as it prints, 0 to 12: an operand below what its place needs is
-/// parenthesised.
-int ParenLevel(DAG x);
 
-/// A sink that appends to a growable text: the closure is the address of the text's pointer.
-void LongStringSink(void* longString, int c);
+/// Binding strengths, loosest first.
+enum Strength : int {
+  bindsByContent = -1,  // in the table of tags: the object's content decides
+  bindsNothing,         // statements, sequences, tables
+  bindsOr, bindsAnd, bindsNot, bindsRelation, bindsRange, bindsSeries, bindsMinus, bindsSum, bindsProduct,
+  bindsPower, bindsCall, bindsAtom,
+  bindsMoreThanAnything,  // what no object does: the place of an operand that is always parenthesised
+};
+/// Binding strength of `x` as it prints: an operand below what its place needs is parenthesised.
+int ParenLevel(DAG x);
 
 }  // namespace korel

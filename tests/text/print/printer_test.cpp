@@ -17,7 +17,7 @@
 #include "store/names.h"
 #include "store/objects.h"
 #include "text/read/source.h"
-#include "text/print/source_sink.h"
+#include "text/print/sinks.h"
 
 namespace korel::test {
 
@@ -128,8 +128,8 @@ TEST(Printer, ComplexNumbers) {
   EXPECT_EQ(printed(pairs(PROD, {complex(cons1, cons1), Newint(2)})), "(1+I)^2");
   DAG negated = pairs(PROD, {complex(Newint(-1), Newint(2)), cons1, x, cons1});
   EXPECT_EQ(printed(pairs(SUM, {named("y"), cons1, negated, cons1})), "y-(1-2*I)*x");
-  EXPECT_EQ(printed(complex(cons1, consm1), printWithAttributes), "Complex(1,-1)");
-  EXPECT_EQ(printed(imaginary(cons1), printWithAttributes), "Complex(1)");
+  EXPECT_EQ(printed(complex(cons1, consm1), printProgramText), "Complex(1,-1)");
+  EXPECT_EQ(printed(imaginary(cons1), printProgramText), "Complex(1)");
 
   std::string unit = defaultNerinVariables.imaginaryunit;
   std::snprintf(defaultNerinVariables.imaginaryunit, sizeof defaultNerinVariables.imaginaryunit,
@@ -177,6 +177,10 @@ TEST(Printer, TildesAtTheEndOfNames) {
   EXPECT_EQ(printed(named("x~~"), printWithTildes), "x~~");
   EXPECT_EQ(printed(named("~~")), "`~~`");
   EXPECT_EQ(printed(named("a b~")), "`a b~`");
+  // Program text reads back as the same name.
+  EXPECT_EQ(printed(named("x~"), printProgramText), "`x~`");
+  EXPECT_EQ(printed(named("~x"), printProgramText), "`~x`");
+  EXPECT_EQ(printed(named("x%"), printProgramText), "`x%`");
   char text[] = "x~~";
   char* cut = StripTilde(text);
   ASSERT_NE(cut, nullptr);
@@ -461,11 +465,11 @@ TEST(Printer, Statements) {
 TEST(Printer, Attributes) {
   DAG list = new3(LIST, newSequence({cons1}), named("foo"));
   EXPECT_EQ(printed(list), "[1]");
-  EXPECT_EQ(printed(list, printWithAttributes), "setattribute([1],foo)");
+  EXPECT_EQ(printed(list, printProgramText), "setattribute([1],foo)");
   DAG call =
       newObject(FUNCTION, named("f"), newSequence({list}), newSequence({named("a"), named("b")}));
-  EXPECT_EQ(printed(call, printWithAttributes), "setattribute(f(setattribute([1],foo)),a,b)");
-  EXPECT_EQ(printed(new3(LIST, newSequence({cons1}), null), printWithAttributes), "[1]");
+  EXPECT_EQ(printed(call, printProgramText), "setattribute(f(setattribute([1],foo)),a,b)");
+  EXPECT_EQ(printed(new3(LIST, newSequence({cons1}), null), printProgramText), "[1]");
 
   DAG name = newLocalName("v");
   DAG assignment = new3(ASSIGN, name, cons1);
@@ -473,10 +477,10 @@ TEST(Printer, Attributes) {
   EXPECT_EQ(printed(assignment), "unprotect('v'); v := 1; protect('v')");
   EXPECT_EQ(printed(new2(STATSEQ, assignment)), "unprotect('v'); v := 1; protect('v')");
   name[2] = newSequence({named("foo"), named("protected")});
-  EXPECT_EQ(printed(assignment, printWithAttributes),
+  EXPECT_EQ(printed(assignment, printProgramText),
             "unprotect('v'); v := 1; setattribute(v,foo); protect('v')");
   name[2] = newSequence({new3(EQUATION, named("modulename"), named("M"))});
-  EXPECT_EQ(printed(name, printWithAttributes), "M:-v");
+  EXPECT_EQ(printed(name, printProgramText), "M:-v");
   EXPECT_EQ(printed(name), "v");
 }
 
@@ -530,7 +534,7 @@ TEST(Printer, SourceLinesNeverStartWithAMark) {
   std::string result;
   SourceSink source{appendTo, &result};
   for (const char* text : {"!a\n", "  #b!\n", "a!\n", "\t?", "?\n"})
-    for (const char* c = text; *c != '\0'; ++c) SourceLineSink(&source, *c);
+    for (const char* c = text; *c != '\0'; ++c) SourceLineSink(&source, static_cast<unsigned char>(*c));
   EXPECT_EQ(result, "\\!a\n  \\#b!\na!\n\t\\??\n");
 }
 
