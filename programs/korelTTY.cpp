@@ -23,7 +23,6 @@
 #include "terminal.h"
 #include "text/read/input.h"
 #include "text/read/source.h"
-#include "text/read/syntax_errors.h"
 
 using namespace korel;
 

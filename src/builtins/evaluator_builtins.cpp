@@ -160,7 +160,7 @@ DAG builtin::parse(const BuiltinCall& call) {
     else if (isTag(option, NAME) && std::strcmp(textOf(option), "nosemicolon") == 0) terminator = false;
     else wrongParameters(call);
   }
-  DAG parsed = parsestring(textOf(call.arguments[1]), terminator ? 1 : 0);
+  DAG parsed = parsestring(textOf(call.arguments[1]), terminator);
   if (!parsed) return null;
   DAG x = nerintokorel(parsed);
   bool isStatement = !isImmediate(x) && tagOf(x) >= ASSIGN && tagOf(x) <= USE;

@@ -5,7 +5,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "text/read/input.h"
+#include "text/read/source.h"
 
 namespace korel {
 

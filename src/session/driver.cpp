@@ -174,7 +174,7 @@ void readStartFile(const char* directory, const char* file) {
   char name[1024];
   if (directory == nullptr) return;
   int length = std::snprintf(name, sizeof name, "%s/%s", directory, file);
-  if (length < static_cast<int>(sizeof name)) ReadSourceFile(name, 1, 1);
+  if (length < static_cast<int>(sizeof name)) ReadSourceFile(name, true, true);
 }
 
 const StartEntry* currentEntry;
@@ -182,8 +182,8 @@ const StartEntry* currentEntry;
 /// One entry of the start list. An error in it is reported and the next one follows: each runs like
 /// a statement of its own.
 DAG runStartEntry() {
-  if (currentEntry->letter == 'i') return ReadSourceOrDotMFile(currentEntry->text, 1, 1);
-  DAG statement = parsestring(currentEntry->text, 1);
+  if (currentEntry->letter == 'i') return ReadSourceOrDotMFile(currentEntry->text, true, true);
+  DAG statement = parsestring(currentEntry->text, true);
   return statement ? evalstat(nerintokorel(statement), modeSilent) : null;
 }
 

@@ -218,7 +218,7 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
   if (secureMode) KernelException("read is disabled");
   DAG file = unwrap(simpl(eval(s[1])));
   if (!isTag(file, NAME) && !isTag(file, STRING)) KernelException("read must have a file name");
-  return ReadSourceOrDotMFile(textOf(file), 0, mode == modeShow);
+  return ReadSourceOrDotMFile(textOf(file), false, mode == modeShow);
 }
 
 [[noreturn, gnu::noinline]] void raiseStatement(DAG s) { KorelException(simpl(eval(s[1]))); }

@@ -173,7 +173,7 @@ void printLocal(DAG x, int, int) {
     name = declaredName(locals, position);
     // A module numbers its exports behind its locals.
     if (!name && hasTag(mProcPrint, MODDEF))
-      name = declaredName(sequenceOf(exportsOf(mProcPrint)), position - (lengthOf(locals) - 1));
+      name = declaredName(sequenceOf(exportsOf(mProcPrint)), position - static_cast<std::int64_t>(memberCount(locals)));
   }
   printNameOrPosition(name, "loc", position);
 }

@@ -13,7 +13,6 @@
 namespace korel {
 
 int r_unit0 = 0;
-bool stopReading = false;
 
 namespace {
 
@@ -104,7 +103,7 @@ int readBehindChunk(InputUnit& unit) {
   return c;
 }
 
-bool echoes() { return !readsTerminal() && shouldecho() != 0; }
+bool echoes() { return !readsTerminal() && shouldecho(); }
 
 /// Runs the line behind the `!` at `mark`, with whatever of it is still to be read.
 void runShellLine(InputUnit& unit, const char* mark) {
@@ -295,34 +294,22 @@ int Readch() {
   return lowFirst ? first : second;
 }
 
-char* igets(char* buffer, int size) {
-  return readCharacters(buffer, size) == 0 ? nullptr : buffer;
-}
-
 const char* firstnonblank(const char* text) {
   while (*text != 0 && static_cast<signed char>(*text) < 33) ++text;
   return text;
 }
 
-int Reading_tty() { return 0; }
-int Writing_tty() { return 0; }
-void iprintprompt() {}
-void iflush() {}
-
-int shouldecho() {
-  if (defaultNerinVariables.quiet) return 0;
-  bool atTerminal = Reading_tty() && Writing_tty();
+bool shouldecho() {
+  if (defaultNerinVariables.quiet) return false;
   switch (defaultNerinVariables.echo) {
     case 0:
-      return 0;
+      return false;
     case 1:
-      return r_unit0 == 0 && !atTerminal;
-    case 2:
-      return !atTerminal;
+      return r_unit0 == 0;
     case 3:
       return r_unit0 > 0;
     default:
-      return 1;
+      return true;
   }
 }
 
@@ -355,11 +342,5 @@ void dropTypedLine() {
 }
 
 void setTerminalSource(LineSource source) { terminalSource = source; }
-
-void CloseReadOnError(int level) {
-  if (r_unit0 <= 0) return;
-  if (defaultNerinVariables.errorbreak < level || SpecialError == stackOverflow) stopReading = true;
-  if (level == 1) FillInLastErrorAndException("syntax error while reading file");
-}
 
 }  // namespace korel

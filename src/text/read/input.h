@@ -46,17 +46,11 @@ void closeinput();
 
 /// One character of the top unit, or -1. Error: "non-ASCII character in Unicode file".
 int Readch();
-/// A line of the top unit as `fgets` reads it, at most `size` - 1 characters; null at the end.
-char* igets(char* buffer, int size);
 /// First character of `text` that isn't blank (a signed value of 33 or more, or the terminator).
 const char* firstnonblank(const char* text);
-/// Whether input is copied to the output: by the `quiet` and `echo` settings.
-int shouldecho();
-/// The kernel has no terminal of its own: always 0. The front end prompts.
-int Reading_tty();
-int Writing_tty();
-void iprintprompt();
-void iflush();
+/// Whether input is copied to the output: by the `quiet` and `echo` settings. The kernel has no terminal of
+/// its own, for which some of them make an exception.
+bool shouldecho();
 
 /// The next character, or -1 at the end of the input. Error: "invalid characters in input".
 int nextInputChar();
@@ -72,12 +66,5 @@ void dropTypedLine();
 /// newline included, and gives 0 at the end of the input. What it delivers is never echoed.
 using LineSource = int (*)(char* buffer, int size);
 void setTerminalSource(LineSource source);
-
-/// Decides whether the file being read is dropped at an error: when `errorbreak` is below `level`, or
-/// the stack was exhausted. Level 1, a syntax error, also becomes the last error: "syntax error while
-/// reading file".
-void CloseReadOnError(int level);
-/// Set by `CloseReadOnError`; the reader looks at it after each statement.
-extern bool stopReading;
 
 }  // namespace korel

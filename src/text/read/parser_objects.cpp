@@ -78,6 +78,10 @@ DAG makeLoop(DAG clauses, DAG variable, DAG body) {
   return clauses;
 }
 
+DAG makeContainerLoop(DAG variable, DAG container, DAG condition, DAG body) {
+  return new5(FOR, variable, container, condition, body);
+}
+
 DAG numcat(DAG a, DAG b, std::int32_t digitsOfB) {
   if (isZeroImmediate(a)) return b;
   if (isImmediate(a) && isImmediate(b) && digitsOfB <= 9)

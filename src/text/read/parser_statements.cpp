@@ -310,7 +310,7 @@ Step Parser::closeStatements(Symbol opening, int token) {
       if (opening == Symbol::doCounted)
         reduce(4, Symbol::statement, makeLoop(at(2).value, at(3).value, body));
       else
-        reduce(6, Symbol::statement, new5(FOR, at(5).value, at(3).value, at(2).value, body));
+        reduce(6, Symbol::statement, makeContainerLoop(at(5).value, at(3).value, at(2).value, body));
       return Step::statementDone;
     case Symbol::tryBody:
     case Symbol::catchColon:

@@ -24,7 +24,7 @@ namespace {
 
 void (*doParseHook)() = nullptr;
 
-void warn(int, const char* message) { KernelWarning(3, message); }
+void warn(int, const char* message) { KernelWarning(readerWarning, message); }
 DAG getlabel(DAG) { return DAG(); }
 
 // ---- the string being parsed
@@ -69,6 +69,8 @@ bool moreThanStatement(const StringSource& source) {
 
 // ---- the files being read
 
+bool stopReading = false;  // an error has decided so; looked at after each statement
+
 void closeInputAbove(int unit) {
   while (r_unit0 > unit) closeinput();
 }
@@ -79,13 +81,13 @@ void reportReading(const char* name) {
 }
 
 /// Statement after statement of the unit above `outer`, until its end or an error stops it.
-void evaluateStatements(const char* name, int outer, int echo) {
+void evaluateStatements(const char* name, int outer, bool echo) {
   while (!stopReading) {
     DAG statement = doparse();
     if (recordedSyntaxError().text != nullptr) reportReading(name);
     if (r_unit0 <= outer || stopReading) return;
     if (tagOf(statement) == CONTROL) return;
-    int shown = echo != 0 && defaultNerinVariables.display != 0;
+    const bool shown = echo && defaultNerinVariables.display != 0;
     EvaluateDAG(statement, nullptr, nullptr, shown, 0, nullptr);
     if (stopReading) reportReading(name);
     if (r_unit0 <= outer) return;
@@ -95,8 +97,8 @@ void evaluateStatements(const char* name, int outer, int echo) {
 
 }  // namespace
 
-DAG parsestring(const char* text, int addTerminator) {
-  StringSource source{text, addTerminator != 0};
+DAG parsestring(const char* text, bool addTerminator) {
+  StringSource source{text, addTerminator};
   PushKorelParser();
   clearSyntaxError();
   DAG statement =
@@ -112,7 +114,7 @@ DAG parsestring(const char* text, int addTerminator) {
   if (error.text != nullptr)
     KernelException("incorrect syntax in parse: %1 (%2)", strinstall(error.text),
                     Newint(error.position));
-  if (moreThanStatement(source)) KernelWarning(3, "extra characters at end of parsed string");
+  if (moreThanStatement(source)) KernelWarning(readerWarning, "extra characters at end of parsed string");
   return statement ? statement : null;
 }
 
@@ -131,7 +133,7 @@ DAG doparse() {
   return statement;
 }
 
-DAG ReadSourceFile(const char* name, int failQuietly, int echo) {
+DAG ReadSourceFile(const char* name, bool failQuietly, bool echo) {
   int outer = r_unit0;
   if (!Ropen(name)) {
     if (failQuietly) return ini("FAIL");
@@ -147,13 +149,19 @@ DAG ReadSourceFile(const char* name, int failQuietly, int echo) {
   return null;
 }
 
-DAG ReadSourceOrDotMFile(const char* name, int failQuietly, int echo) {
+DAG ReadSourceOrDotMFile(const char* name, bool failQuietly, bool echo) {
   std::size_t length = std::strlen(name);
   if (length > 2 && std::strcmp(name + length - 2, ".m") == 0) {
     if (failQuietly) return ini("FAIL");
     KernelException("unable to read `%1`, files of records are not supported", naminstall(name));
   }
   return ReadSourceFile(name, failQuietly, echo);
+}
+
+void CloseReadOnError(int stop) {
+  if (r_unit0 <= 0) return;
+  if (defaultNerinVariables.errorbreak < stop || SpecialError == stackOverflow) stopReading = true;
+  if (stop == stoppedBySyntaxError) FillInLastErrorAndException("syntax error while reading file");
 }
 
 int callsys(const char* command) {

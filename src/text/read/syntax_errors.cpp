@@ -8,6 +8,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "text/read/input.h"
+#include "text/read/source.h"
 
 namespace korel {
 
@@ -69,8 +70,8 @@ void reportInInput(int position, const char* message) {
   Msendprint(line);
   makeCaretLine(unit, line);
   Msendprint(line);
-  if (replaced) KernelWarning(3, "unprintable characters in input");
-  CloseReadOnError(1);
+  if (replaced) KernelWarning(readerWarning, "unprintable characters in input");
+  CloseReadOnError(stoppedBySyntaxError);
   dropRestOfLine(inputEnded);
 }
 

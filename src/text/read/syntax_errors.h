@@ -3,6 +3,9 @@
 
 namespace korel {
 
+/// Level of the warnings about what is read.
+constexpr int readerWarning = 3;
+
 /// Shows a syntax error in the current input unit (message, source line, caret), then drops the rest of
 /// the line.
 void reportSyntaxError(int position, const char* message);
