@@ -46,6 +46,9 @@ DAG roundTrip() {
   DAG again = parsestring(once, 1);
   DisposeString(once);
   if (again) DisposeString(printed(nerintokorel(again), printBareOutermost));
+  char* program = printed(simplified, printProgramText);
+  parsestring(program, 1);
+  DisposeString(program);
   return null;
 }
 

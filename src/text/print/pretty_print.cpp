@@ -1,7 +1,6 @@
 #include "text/print/pretty_print.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <string>
 #include <vector>
 

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "frame/errors.h"
@@ -74,13 +75,14 @@ class DecimalDigits {
   std::int64_t count_ = 0;
 };
 
-// Digits break without marks, but in program text, which couldn't be read back.
+// A line may end between digits. Only program text marks that, so that the parts are read as one number.
 void emitMagnitude(DAG integer) {
   DecimalDigits digits(integer);
   BreakBeforeWord(digits.count());
-  printAtomic += printAttributes;
+  const int marked = printAttributes ? 1 : 0;
+  printAtomic += marked;
   digits.emit();
-  printAtomic -= printAttributes;
+  printAtomic -= marked;
 }
 
 void emitSigned(DAG integer) {

@@ -172,8 +172,10 @@ void printLocal(DAG x, int, int) {
     DAG locals = sequenceOf(localsOf(mProcPrint));
     name = declaredName(locals, position);
     // A module numbers its exports behind its locals.
-    if (!name && hasTag(mProcPrint, MODDEF))
-      name = declaredName(sequenceOf(exportsOf(mProcPrint)), position - static_cast<std::int64_t>(memberCount(locals)));
+    if (!name && hasTag(mProcPrint, MODDEF)) {
+      const std::int64_t localCount = memberCount(locals);
+      name = declaredName(sequenceOf(exportsOf(mProcPrint)), position - localCount);
+    }
   }
   printNameOrPosition(name, "loc", position);
 }

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <iterator>
 
 #include "eval/simplify/simplify.h"
 #include "numbers/integer/integer.h"

@@ -113,7 +113,8 @@ void runShellLine(InputUnit& unit, const char* mark) {
   while (unit.lineOpen) {
     int c = readBehindChunk(unit);
     if (c == -1) break;
-    if (unit.lineOpen && length < static_cast<int>(sizeof command) - 1) command[length++] = static_cast<char>(c);
+    const bool fits = length < static_cast<int>(sizeof command) - 1;
+    if (unit.lineOpen && fits) command[length++] = static_cast<char>(c);
   }
   command[length] = 0;
   callsys(command);

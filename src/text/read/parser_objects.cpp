@@ -48,7 +48,8 @@ DAG rawLocals() { return new2(LIST, null); }
 
 DAG arrowProcedure(DAG parameters, DAG body) {
   DAG options = new3(EXPSEQ, ini("operator"), ini("arrow"));
-  return newProcedure({.params = asSequence(parameters), .locals = rawLocals(), .options = options, .body = body});
+  return newProcedure(
+      {.params = asSequence(parameters), .locals = rawLocals(), .options = options, .body = body});
 }
 
 DAG joinStatements(DAG statements, DAG next) {

@@ -37,8 +37,8 @@ DAG makeTry(DAG body, DAG catches, DAG finallyBody);
 /// FOR of the clauses read so far: what is missing gets its default.
 DAG makeLoop(DAG clauses, DAG variable, DAG body);
 DAG makeContainerLoop(DAG variable, DAG container, DAG condition, DAG body);
-/// The integer a * 10^`digitsOfB` + b: the digits on both sides of a decimal point. `b` has at most `digitsOfB`
-/// digits; both are not negative.
+/// The integer a * 10^`digitsOfB` + b: the digits on both sides of a decimal point. `b` has at most
+/// `digitsOfB` digits; both are not negative.
 DAG numcat(DAG a, DAG b, std::int32_t digitsOfB);
 
 }  // namespace korel

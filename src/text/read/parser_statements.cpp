@@ -468,7 +468,8 @@ Step Parser::head() {
       // [word, parameters, items, `)`], with the module's name behind the word
       bool named = at(3).symbol == Symbol::operand;
       bool module = named || at(3).symbol == Symbol::moduleWord;
-      DAG made = module ? newModuleDefinition({.params = list, .locals = rawLocals(), .name = named ? at(3).value : null})
+      DAG name = named ? at(3).value : null;
+      DAG made = module ? newModuleDefinition({.params = list, .locals = rawLocals(), .name = name})
                         : newProcedure({.params = list, .locals = rawLocals()});
       reduce(named ? 5 : 4, module ? Symbol::moduleHead : Symbol::procHead, made);
     } else {

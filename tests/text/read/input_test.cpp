@@ -106,7 +106,8 @@ TEST(Input, LineNumbersStayTrue) {
   EXPECT_EQ(report("a := 1 +" + std::string(400, ' ') + "1:\n1+;\n"), prefix + "2, " + error);
   // A line counts from its first chunk on.
   for (int length : {10, 60, 70, 75, 76, 77, 78, 79, 80, 81, 100, 500}) {
-    std::string shown = File("1:\n1+; " + std::string(static_cast<std::size_t>(length), 'x') + ";\n2+;\n").read();
+    std::string behind(static_cast<std::size_t>(length), 'x');
+    std::string shown = File("1:\n1+; " + behind + ";\n2+;\n").read();
     EXPECT_EQ(shown.substr(0, prefix.size() + 1), prefix + "2") << length;
     EXPECT_NE(shown.find("on line 3"), std::string::npos) << shown;
   }

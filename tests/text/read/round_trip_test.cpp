@@ -208,7 +208,7 @@ std::string randomText(std::mt19937& random) {
 DAG listOf(const std::vector<std::string>& texts) {
   DAG members = newl2(static_cast<Word>(texts.size()) + 1, EXPSEQ);
   for (std::size_t i = 0; i < texts.size(); ++i)
-    members[static_cast<Word>(i) + 1] = i % 2 == 0 ? strinstall(texts[i].c_str()) : naminstall(texts[i].c_str());
+    members[static_cast<Word>(i) + 1] = (i % 2 == 0 ? strinstall : naminstall)(texts[i].c_str());
   return simpl(new2(LIST, simpl(members)));
 }
 
