@@ -7,6 +7,8 @@
 #   make sanitize              the same under the address and undefined-behaviour sanitizers
 #   make bench                 the benchmark table
 #   make fuzz TIME=600         the fuzz targets, each for that many seconds
+#   make lint                  order of the tree, layout, clang-tidy
+#   make format                the layout of all sources and their includes
 #   make install PREFIX=/usr/local DESTDIR=
 
 ARGS ?=
@@ -18,8 +20,9 @@ JOBS := $(shell nproc 2>/dev/null || echo 2)
 NEEDED := g++ cmake ninja-build
 TESTING := libgtest-dev librapidcheck-dev
 REFERENCES := libgmp-dev libmpfr-dev
+STYLE := clang-format clang-tidy
 
-.PHONY: run program test sanitize bench fuzz install format clean
+.PHONY: run program test sanitize bench fuzz lint format install clean
 
 run: program
 	@build/release/bin/korelTTY $(ARGS)
@@ -65,8 +68,19 @@ fuzz:
 install: program
 	@DESTDIR="$(DESTDIR)" cmake --install build/release --prefix "$(PREFIX)"
 
-format:
-	@git ls-files -co --exclude-standard '*.cpp' '*.h' | xargs clang-format -i
+# The program that checks and lays out the tree, without the rest of it.
+build/release/tools/house: $(wildcard tools/house/*) src/store/tags.def src/store/tag_facts.h
+	@tools/packages.sh $(NEEDED)
+	@cmake --preset release </dev/null >&2
+	@cmake --build --preset release --target house </dev/null >&2
+
+lint: build/release/tools/house
+	@tools/packages.sh --optional $(STYLE)
+	@tools/lint.sh build/release $(JOBS)
+
+format: build/release/tools/house
+	@tools/packages.sh $(STYLE)
+	@git ls-files -co --exclude-standard '*.cpp' '*.h' | xargs build/release/tools/house format
 
 clean:
 	rm -rf build

@@ -15,6 +15,8 @@ is_there() {
     cmake)               command -v cmake ;;
     ninja-build)         command -v ninja ;;
     clang)               command -v clang++ ;;
+    clang-format)        command -v clang-format ;;
+    clang-tidy)          command -v clang-tidy ;;
     libedit-dev)         has_header histedit.h ;;
     libgtest-dev)        has_header gtest/gtest.h ;;
     librapidcheck-dev)   has_header rapidcheck.h ;;

@@ -1,5 +1,6 @@
 #include "tree.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -143,11 +144,46 @@ Lines joinCaseLabels(const Lines& lines) {
   return out;
 }
 
+/// Column of the comment behind the code of a line, or npos.
+std::size_t trailingComment(const std::string& line) {
+  std::size_t at = line.rfind("  // ");
+  return at == std::string::npos || line.find_first_not_of(' ') >= at ? std::string::npos : at + 2;
+}
+
+/// The code of a line with its comment behind it, without the blanks between them.
+std::size_t codeLength(const std::string& line) {
+  return line.find_last_not_of(' ', trailingComment(line) - 1) + 1;
+}
+
+/// Where labels have moved up to their neighbours, the comments behind a run of cases stand below each other again.
+void alignCaseComments(Lines& lines) {
+  Label label;
+  auto hasComment = [&](std::size_t i) {
+    return i < lines.size() && trailingComment(lines[i]) != std::string::npos && readLabel(lines[i], label);
+  };
+  for (std::size_t begin = 0; begin < lines.size();) {
+    std::size_t end = begin, column = 0;
+    bool joined = false;
+    for (; hasComment(end); ++end) {
+      column = std::max(column, codeLength(lines[end]) + 2);
+      joined = joined || label.rest.starts_with("case ");
+    }
+    for (std::size_t i = begin; joined && i < end; ++i) {
+      std::size_t code = codeLength(lines[i]);
+      if (column + lines[i].size() - trailingComment(lines[i]) <= width)
+        lines[i].replace(code, trailingComment(lines[i]) - code, column - code, ' ');
+    }
+    begin = end + 1;
+  }
+}
+
 }  // namespace
 
 Lines formatted(const Tree& tree, const std::string& path) {
   Lines lines = fenceTables(sortedIncludes(tree, path));
-  return withoutFences(joinCaseLabels(throughClangFormat(tree, path, lines)));
+  lines = withoutFences(joinCaseLabels(throughClangFormat(tree, path, lines)));
+  alignCaseComments(lines);
+  return lines;
 }
 
 Findings checkFormat(const Tree& tree) {
