@@ -1,9 +1,8 @@
-#include "tree.h"
-
 #include <regex>
 #include <set>
 
 #include "store/tag_facts.h"
+#include "tree.h"
 
 namespace house {
 

@@ -1,9 +1,9 @@
-#include "tree.h"
-
 #include <algorithm>
 #include <map>
 #include <set>
 #include <sstream>
+
+#include "tree.h"
 
 namespace house {
 
@@ -11,8 +11,10 @@ namespace {
 
 // The floors, from the ground up. Rooms of one floor may include each other's headers.
 constexpr std::string_view floors[][3] = {
-    {"store"}, {"frame"}, {"numbers"}, {"text"}, {"eval"}, {"library"}, {"rtable"}, {"algebra"},
-    {"debug", "external", "openmath"}, {"builtins"}, {"session"},
+    {"store"},    {"frame"},   {"numbers"},
+    {"text"},     {"eval"},    {"library"},
+    {"rtable"},   {"algebra"}, {"debug", "external", "openmath"},
+    {"builtins"}, {"session"},
 };
 
 /// Number of the floor on which a header stands, whose path begins with its room, or -1.
@@ -109,8 +111,8 @@ Findings checkDoors(const Tree& tree) {
       if (floorOf(name) <= floorOf(file)) return;
       used[{name, roomOf(file)}] = line;
       if (!listed.contains({name, roomOf(file)}))
-        findings.push_back({path, line, "calls up through " + name + ", which " + page + " lists as no door for " +
-                                            roomOf(file)});
+        findings.push_back(
+            {path, line, "calls up through " + name + ", which " + page + " lists as no door for " + roomOf(file)});
     });
   }
   for (const auto& [door, line] : listed)

@@ -1,5 +1,3 @@
-#include "tree.h"
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -7,6 +5,8 @@
 #include <fstream>
 #include <regex>
 #include <unistd.h>
+
+#include "tree.h"
 
 namespace house {
 
@@ -135,7 +135,8 @@ Lines joinCaseLabels(const Lines& lines) {
     Lines labels = {first.label};
     std::string rest = first.rest;
     ++i;
-    for (Label next; rest.empty() && i < lines.size() && readLabel(lines[i], next) && next.margin == first.margin; ++i) {
+    for (Label next; rest.empty() && i < lines.size() && readLabel(lines[i], next) && next.margin == first.margin;
+         ++i) {
       labels.push_back(next.label);
       rest = next.rest;
     }
@@ -151,9 +152,7 @@ std::size_t trailingComment(const std::string& line) {
 }
 
 /// The code of a line with its comment behind it, without the blanks between them.
-std::size_t codeLength(const std::string& line) {
-  return line.find_last_not_of(' ', trailingComment(line) - 1) + 1;
-}
+std::size_t codeLength(const std::string& line) { return line.find_last_not_of(' ', trailingComment(line) - 1) + 1; }
 
 /// Where labels have moved up to their neighbours, the comments behind a run of cases stand below each other again.
 void alignCaseComments(Lines& lines) {

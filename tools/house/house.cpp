@@ -75,6 +75,7 @@ int main(int argc, char** argv) {
                                                        : nullptr;
   if (change != nullptr) ++at;
   bool ok = true;
-  for (; at < argc; ++at) ok = (change != nullptr ? changeFile(tree, argv[at], change) : runCheck(tree, argv[at])) && ok;
+  for (; at < argc; ++at)
+    ok = (change != nullptr ? changeFile(tree, argv[at], change) : runCheck(tree, argv[at])) && ok;
   return ok ? 0 : 1;
 }

@@ -1,7 +1,7 @@
-#include "tree.h"
-
 #include <algorithm>
 #include <optional>
+
+#include "tree.h"
 
 namespace house {
 

@@ -1,8 +1,8 @@
-#include "tree.h"
-
 #include <filesystem>
 #include <fstream>
 #include <utility>
+
+#include "tree.h"
 
 namespace house {
 
