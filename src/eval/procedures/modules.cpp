@@ -106,9 +106,9 @@ void runDefinition(ModuleRun& run) {
   if (code == 0) {
     if (run.traced) sendDebug(debugEnter, run.name, run.frame.args);
     evaluationLevel += 19;
-    if (run.name != ini("unknown") && isTag(run.name, NAME)) {
+    if (run.name != ini("unknown")) {
       assign(run.name, run.module);
-      protectName(run.name);
+      if (isTag(run.name, NAME)) protectName(run.name);
     }
     evalstat(run.definition[5], modeInner);
     return;

@@ -13,6 +13,7 @@
 #include "frame/errors.h"
 #include "store/constants.h"
 #include "store/names.h"
+#include "store/object_fields.h"
 #include "store/objects.h"
 #include "eval/types/constant_expressions.h"
 #include "eval/walk/has.h"
@@ -127,14 +128,18 @@ DAG nameOfReference(DAG reference, DAG outer) {
   return nameAt(outer[8], 2 * pair - 1, "invalid lexically scoped identifier on stack");
 }
 
-// A name for messages; inside another procedure it may already be a position.
-DAG takeNameForMessages() {
-  DAG name = assignedProcName;
-  assignedProcName = DAG();
+// `name`, which is or may be 0, as messages tell it; inside another procedure it may already be a position.
+DAG nameForMessages(DAG name) {
   if (!name || isTag(name, NAME) || isTag(name, TABLEREF)) return name;
   bool isReference = isTag(name, LOCAL) || isTag(name, PARAM) || isTag(name, LEXICAL);
   if (!isReference || procSimplStack == nullptr) return DAG();
   return nameOfReference(name, procSimplStack->procedure);
+}
+
+DAG takeAssignedName() {
+  DAG name = assignedProcName;
+  assignedProcName = DAG();
+  return name;
 }
 
 void simplifyDeclarations(DAG proc) {
@@ -232,24 +237,24 @@ void simplifyBody(DAG proc, DAG bindings) {
 
 // ---- operators
 
+// A head that is the same function on every call. What stands in a procedure without captured names is its own.
+bool isConstantHead(DAG head) {
+  return isTag(head, PROC) ? lengthOf(lexicalsOf(head)) == 1 : !hasparloc(head);
+}
+
 // `x -> c` is the number c, and `x -> f(x)` is f.
 DAG reducedOperator(DAG proc) {
   DAG body = proc[5];
   if (lengthOf(proc[8]) > 1) return DAG();
   if (isNumeric(body)) return body;
-  if (!isTag(body, FUNCTION) || lengthOf(body) != 3 || isImmediate(body[1])) return DAG();
-  switch (tagOf(body[1])) {
-    case LOCAL: case PARAM: case LEXICAL: return DAG();
-    default: break;
-  }
+  if (!isTag(body, FUNCTION) || lengthOf(body) != 3 || !isConstantHead(body[1])) return DAG();
   Word n = lengthOf(proc[1]);
-  if (n == 1 || lengthOf(body[2]) != n) return DAG();
+  if (lengthOf(body[2]) != n) return DAG();
   for (Word i = 1; i < n; ++i) {
     DAG argument = body[2][i];
     if (!isTag(argument, PARAM) || rawField(argument, 1) != i || isTag(proc[1][i], DCOLON)) return DAG();
   }
-  // A head that holds parameters of its own is no constant function.
-  return isTag(body[1], NAME) ? body[1] : DAG();
+  return body[1];
 }
 
 void checkInline(DAG proc) {
@@ -298,7 +303,7 @@ void collectNames(DAG x, DAG proc, DAG& names) {
 bool hasOption(DAG procedure, DAG name) { return hasMember(procedure[3], name); }
 
 DAG simplProcedure(DAG s) {
-  DAG name = takeNameForMessages();
+  DAG name = nameForMessages(takeAssignedName());
   if (lengthOf(s[1]) == 1 && hasOption(s, ini("operator")) && !hasOption(s, ini("arrow"))) {
     DAG names = newl2(1, EXPSEQ);
     collectNames(s[5], s, names);
@@ -329,14 +334,14 @@ DAG simplProcedure(DAG s) {
 }
 
 DAG simplModuleDefinition(DAG s) {
-  DAG assignedName = takeNameForMessages();
+  DAG assignedName = takeAssignedName();
   if (lengthOf(s[1]) > 1 && !(lengthOf(s[1]) == 2 && s[1][1] == ini("thismodule")))
     KernelException("modules cannot have parameters");
   simplifyDeclarations(s);
   s[4] = SimplifyMaybeBind(isTag(s[4], LIST) ? s[4][1] : s[4], false);
   ScopeVariables(s[5], s);
   DAG bindings = hasUserBindings() ? allBindings() : null;
-  DetermLocals(s[5], s, s[9] == null ? assignedName : s[9], bindings);
+  DetermLocals(s[5], s, nameForMessages(s[9] == null ? assignedName : s[9]), bindings);
   s[2] = SimplifyMaybeBind(s[2], false);
   const Clash localClashes[] = {{s[7], "local and global `%1` have the same name"}};
   checkDeclarations(s[2], localKind, localClashes);

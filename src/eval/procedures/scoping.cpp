@@ -8,6 +8,7 @@
 #include "frame/errors.h"
 #include "store/constants.h"
 #include "store/names.h"
+#include "store/object_fields.h"
 #include "store/objects.h"
 
 namespace korel {
@@ -108,8 +109,12 @@ void ScopeVariables(DAG x, DAG proc) {
   Word n = lengthOf(x);
   switch (tagOf(x)) {
     case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case COMPLEX: case STRING:
-    case LOCAL: case PARAM: case LEXICAL: case TABLE: case RTABLE: case MODDEF:
+    case LOCAL: case PARAM: case LEXICAL: case TABLE: case RTABLE:
     case MODULE: case HASH: case HASHTAB:
+      return;
+    case MODDEF:
+      // The name of an inner module is a variable of this scope.
+      if (!isSimplified(x)) ScopeVariables(x[moddefName], proc);
       return;
     case PROC: {
       // The names of an inner procedure are settled when it is simplified itself, but for the types of
@@ -253,7 +258,8 @@ void checkNumber(DAG x, DAG proc) {
   }
 }
 
-// Inside an inner procedure only its parameters' types and its lexical bindings belong to this one.
+// Of an inner procedure its parameters' types and its lexical bindings belong to this one, of an inner module
+// also the name that it is assigned to.
 DAG replaceInInner(DAG x, DAG proc, DAG bindings) {
   DAG copy = CopyAlg(x);
   DAG parameters = CopyAlg(copy[1]);
@@ -271,6 +277,7 @@ DAG replaceInInner(DAG x, DAG proc, DAG bindings) {
       if (isTag(table[i], NAME)) table[i] = positionOfName(table[i], proc, bindings);
     copy[8] = table;
   }
+  if (hasTag(x, MODDEF)) copy[moddefName] = simplfnc(x[moddefName], proc, bindings);
   return copy;
 }
 

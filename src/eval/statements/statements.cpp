@@ -120,9 +120,9 @@ DAG assignmentTarget(DAG left) {
   if (optASSERT == 2) {
     if (isTag(left, DCOLON))
       return new3(DCOLON, assignmentTarget(left[1]), simpl(eval(left[2])));
-    if (isTag(left, LOCAL) || isTag(left, PARAM) || isTag(left, LEXICAL)) {
+    if (isTag(left, LOCAL) || isTag(left, LEXICAL)) {
       DAG target = TypedLocal(left);
-      return isTag(target, DCOLON) ? target : evalname(target);
+      if (isTag(target, DCOLON)) return target;
     }
     return TypedName(left);
   }
