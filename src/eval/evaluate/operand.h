@@ -7,8 +7,8 @@
 
 #include "eval/evaluate/evaluate.h"
 #include "frame/environment.h"
-#include "store/constants.h"
-#include "store/dag.h"
+#include "store/object_fields.h"
+#include "store/tag_facts.h"
 
 namespace korel {
 
@@ -21,8 +21,8 @@ namespace korel {
     case LOCAL: return n - 1 < lengthOf(frame.locals) - 1 ? frame.locals[n] : DAG();
     case LEXICAL:
       // Captured parameters have numbers below 0.
-      if (n - 1 >= maxLength || frame.proc == null || 2 * n >= lengthOf(frame.proc[8])) return DAG();
-      return frame.proc[8][2 * n];
+      if (n - 1 >= maxLength || frame.proc == null || 2 * n >= lengthOf(lexicalsOf(frame.proc))) return DAG();
+      return lexicalsOf(frame.proc)[2 * n];
     default: return DAG();
   }
 }
@@ -43,8 +43,8 @@ namespace korel {
   // A procedure or table hides behind its name.
   return value && !hasTag(value, PROC) && !hasTag(value, TABLE) ? value : DAG();
 }
-/// Whether `x` is of a tag that `plainValue` reads.
-inline bool isFrameReference(Tag tag) { return tag == LOCAL || tag == PARAM || tag == LEXICAL; }
+/// A tag that `plainValue` reads.
+inline bool isFrameReference(Tag tag) { return frameReferenceTags.contains(tag); }
 
 /// `eval(x)`.
 [[gnu::always_inline]] inline DAG evalOperand(DAG x) {
