@@ -193,7 +193,7 @@ void assignRemembered(DAG t, DAG v) {
 bool isProtected(DAG attributes) { return attributes != null && isMember(ini("protected"), attributes); }
 
 bool assignPlainEntry(DAG target, DAG v) {
-  if (!isTag(target, TABLEREF) || !isAmong(v, plainTags)) return false;
+  if (!isTag(target, TABLEREF) || !(isImmediate(v) || isAmong(v, plainTags))) return false;
   DAG index = target[2];
   if (!isTag(index, EXPSEQ) || lengthOf(index) < 2) return false;
   DAG name = plainBase(target[1]);

@@ -218,6 +218,8 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
 
 [[noreturn, gnu::noinline]] void raiseStatement(DAG s) { KorelException(simpl(eval(s[1]))); }
 
+[[noreturn, gnu::noinline]] void jumpStatement(DAG s) { jumpOutWith(jumpBreak, s); }
+
 [[noreturn]] void stopStatement(DAG s) {
   runHooks(HookMoment::stop);
   sendstatus();
@@ -264,7 +266,7 @@ void stopForDebugger(DAG s) {
     case ERROR: raiseStatement(s);
     case TRY: return tryStatement(s, innerMode(mode));
     case RETURN: return returnStatement(s);
-    case BREAK: case NEXT: jumpOutWith(jumpBreak, s);
+    case BREAK: case NEXT: jumpStatement(s);
     case USE: KernelException("use statement cannot be executed");
     default: return expressionStatement(s, mode);
   }
