@@ -194,12 +194,7 @@ DAG moduleMember(DAG x) {
 DAG evalReferenceName(DAG x) {
   checkStack();
   DAG base = evalname(x[1]);
-  DAG index = simpl(eval(x[2]));
-  if (base == x[1] && index == x[2]) return simpl(x);
-  DAG rebuilt = CopyAlg(x);
-  rebuilt[1] = base;
-  rebuilt[2] = index;
-  return simpl(rebuilt);
+  return simpl(withParts(x, base, simpl(eval(x[2]))));
 }
 
 DAG evalNames(DAG x) {

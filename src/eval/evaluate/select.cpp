@@ -12,6 +12,7 @@
 #include "eval/simplify/simplify.h"
 #include "eval/structure/operands.h"
 #include "eval/tables/tables.h"
+#include "eval/walk/copy_on_change.h"
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
@@ -37,14 +38,6 @@ Span spanOf(DAG lower, DAG upper, std::int64_t n) {
   return {i, j};
 }
 
-DAG referenceTo(DAG x, DAG base, DAG index) {
-  if (base == x[1] && index == x[2]) return x;
-  DAG rebuilt = CopyAlg(x);
-  rebuilt[1] = base;
-  rebuilt[2] = index;
-  return rebuilt;
-}
-
 // A part of a container, of the container's kind.
 DAG partOf(DAG container, DAG body, Span span) {
   DAG part = newl2(static_cast<Word>(span.to - span.from + 2), EXPSEQ);
@@ -66,7 +59,7 @@ bool isHiddenEntry(DAG value) { return isTag(value, PROC) || isTag(value, TABLE)
 
 // Value of an entry of the TABLE `table`.
 DAG tableEntry(DAG x, DAG table, DAG index, DAG name, DAG* lastName) {
-  auto reference = [&] { return simpl(referenceTo(x, name, index)); };
+  auto reference = [&] { return simpl(withParts(x, name, index)); };
   if (lastName != nullptr && isNameOrIndexed(name)) *lastName = reference();
   DAG entry = TableIndex(index, name, table);
   if (entry == absent) return reference();
@@ -153,7 +146,7 @@ DAG selectMember(DAG x, const Base& base, DAG* lastName) {
   DAG index = simpl(eval(x[2]));
   if (DAG element = select_list(base.value, index))
     return base.evaluated || (element == x && lastName == nullptr) ? element : eval(element, lastName);
-  DAG reference = referenceTo(x, base.evaluated && !isNameOrIndexed(base.name) ? base.value : base.name, index);
+  DAG reference = withParts(x, base.evaluated && !isNameOrIndexed(base.name) ? base.value : base.name, index);
   if (lastName != nullptr) *lastName = reference;
   return reference;
 }
@@ -161,11 +154,11 @@ DAG selectMember(DAG x, const Base& base, DAG* lastName) {
 // The part of the string, or the reference when the index selects none.
 DAG selectCharacters(DAG x, DAG string, DAG index) {
   DAG part = select_string(string, index[1]);
-  return part ? part : referenceTo(x, string, index);
+  return part ? part : withParts(x, string, index);
 }
 
 DAG referenceToName(DAG x, DAG name, DAG* lastName) {
-  DAG reference = referenceTo(x, name, simpl(eval(x[2])));
+  DAG reference = withParts(x, name, simpl(eval(x[2])));
   if (lastName != nullptr) *lastName = reference;
   return reference;
 }
@@ -193,8 +186,8 @@ DAG plainEntry(DAG x, const Base& base, DAG* lastName) {
 // A reference to what nothing is selected from.
 DAG standingReference(DAG x, const Base& base, DAG index, DAG* lastName) {
   const bool named = isNameOrIndexed(base.name);
-  if (lastName != nullptr && named) *lastName = referenceTo(x, base.name, index);
-  return referenceTo(x, isTag(base.value, PROC) && named ? base.name : base.value, index);
+  if (lastName != nullptr && named) *lastName = withParts(x, base.name, index);
+  return withParts(x, isTag(base.value, PROC) && named ? base.name : base.value, index);
 }
 
 }  // namespace
@@ -240,7 +233,7 @@ DAG selectStored(DAG x) {
     default:
       break;
   }
-  return simpl(referenceTo(x, base.name && isNameOrIndexed(base.name) ? base.name : base.value, index));
+  return simpl(withParts(x, base.name && isNameOrIndexed(base.name) ? base.name : base.value, index));
 }
 
 }  // namespace korel

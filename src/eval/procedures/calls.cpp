@@ -19,6 +19,7 @@
 #include "eval/statements/loops.h"
 #include "eval/statements/statements.h"
 #include "eval/types/types.h"
+#include "eval/walk/copy_on_change.h"
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "frame/trace_messages.h"
@@ -176,14 +177,6 @@ DAG remembered(const Callee& callee, DAG arguments) {
   return value;
 }
 
-DAG unevaluatedCall(DAG x, DAG head, DAG arguments) {
-  if (head == x[1] && arguments == x[2]) return x;
-  DAG call = CopyAlg(x);
-  call[1] = head;
-  call[2] = arguments;
-  return call;
-}
-
 bool isInert(DAG x) { return lengthOf(x) == 4 && isMember(ini("inert"), x[3]); }
 
 // A call of a stream is sent as it is, and the front end's reply is its value.
@@ -201,7 +194,7 @@ DAG sendToFrontEnd(DAG stream, DAG arguments) {
 DAG evalWithoutProcedure(DAG x, DAG value) {
   DAG arguments = simpl(eval(x[2]));
   if (isStreamName(value)) return sendToFrontEnd(value, arguments);
-  if (isNameOrIndexed(value)) return unevaluatedCall(x, value, arguments);
+  if (isNameOrIndexed(value)) return withParts(x, value, arguments);
   return evalsysf("evalapply", "", simpl(newSequence({simpl(value), simpl(new2(LIST, arguments))})));
 }
 
@@ -210,9 +203,9 @@ DAG runPlain(const Callee& callee, DAG a);
 
 [[gnu::noinline]] DAG evalOtherCall(DAG x) {
   DAG head = x[1], a = x[2];
-  if (isTag(head, UNEVAL)) return unevaluatedCall(x, eval(head), eval(a));
+  if (isTag(head, UNEVAL)) return withParts(x, eval(head), eval(a));
   Callee callee = findCallee(head);
-  if (isInert(x)) return unevaluatedCall(x, isNameOrIndexed(callee.name) ? callee.name : head, simpl(eval(a)));
+  if (isInert(x)) return withParts(x, isNameOrIndexed(callee.name) ? callee.name : head, simpl(eval(a)));
   DAG proc = callee.procedure;
   if (!isTag(proc, PROC)) return evalWithoutProcedure(x, proc);
   if (isBuiltin(proc)) {

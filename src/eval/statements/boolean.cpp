@@ -7,6 +7,7 @@
 #include "eval/simplify/bindings.h"
 #include "eval/simplify/simplify.h"
 #include "eval/types/types.h"
+#include "eval/walk/copy_on_change.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
 #include "numbers/arithmetic.h"
@@ -183,11 +184,7 @@ DAG truthOfRelation(DAG x) {
       return truth(areEqual(a, b) == (tag == EQUATION));
     }
   }
-  if (a == x[1] && b == x[2]) return evalbool(simpl(x));
-  DAG evaluated = CopyAlg(x);
-  evaluated[1] = a;
-  evaluated[2] = b;
-  return evalbool(simpl(evaluated));
+  return evalbool(simpl(withParts(x, a, b)));
 }
 
 }  // namespace
