@@ -2,7 +2,6 @@
 
 #include "numbers/arithmetic.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/procedures/procedures.h"
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
@@ -31,7 +30,7 @@ struct PolynomialWalk {
 };
 
 bool isVariable(const PolynomialWalk& walk, DAG x) {
-  return isTag(walk.vars, EXPSEQ) ? hasMember(walk.vars, x) : x == walk.vars;
+  return isMember(x, walk.vars);
 }
 
 /// `x`, which holds none of the variables, may be a coefficient.

@@ -9,7 +9,12 @@
 #include "eval/simplify/bindings.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/procedures/procedures.h"
+#include "eval/evaluate/concatenation.h"
+#include "eval/evaluate/evaluate_at.h"
+#include "eval/procedures/modules.h"
+#include "eval/procedures/scoping.h"
+#include "eval/statements/boolean.h"
+#include "builtins/name_lists.h"
 #include "eval/evaluate/select.h"
 #include "eval/simplify/simplify.h"
 #include "eval/statements/statements.h"
@@ -172,8 +177,7 @@ DAG builtin::parse(const BuiltinCall& call) {
 // ---- control
 
 DAG builtin::RETURN_(const BuiltinCall& call) {
-  funret = singleMember(call.arguments);
-  jumpOut(jumpReturn);
+  jumpOutWith(jumpReturn, singleMember(call.arguments));
 }
 
 DAG builtin::ERROR_(const BuiltinCall& call) {
@@ -185,8 +189,7 @@ DAG builtin::ERROR_(const BuiltinCall& call) {
 
 DAG builtin::goto_(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
-  funret = unevaluatedCall(call);
-  jumpOut(jumpReturn);
+  jumpOutWith(jumpReturn, unevaluatedCall(call));
 }
 
 DAG builtin::quit(const BuiltinCall& call) {
@@ -250,15 +253,15 @@ DAG builtin::catenate(const BuiltinCall& call) {
 
 DAG builtin::anames(const BuiltinCall& call) {
   if (argumentCount(call) > 1) wrongParameters(call);
-  if (argumentCount(call) == 0) return loopname(3, DAG());
+  if (argumentCount(call) == 0) return assignedNames();
   DAG kind = call.arguments[1];
   if (isTag(kind, NAME) && std::strcmp(textOf(kind), "environment") == 0) return EnvNameSeq();
-  return loopname(3, kind);
+  return namesAssigned(kind);
 }
 
 DAG builtin::unames(const BuiltinCall& call) {
   if (argumentCount(call) != 0) wrongParameters(call);
-  return loopname(4, DAG());
+  return unassignedNames();
 }
 
 DAG builtin::bind(const BuiltinCall& call) { return AppendToWithBindings(call.arguments); }

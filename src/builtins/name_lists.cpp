@@ -1,9 +1,7 @@
-// Walks over the name table: the names with and without values.
+#include "builtins/name_lists.h"
 
 #include "eval/evaluate/environment_variables.h"
-#include "eval/procedures/procedures.h"
 #include "eval/simplify/simplify.h"
-#include "eval/statements/statements.h"
 #include "eval/types/types.h"
 #include "store/constants.h"
 #include "store/hash.h"
@@ -18,48 +16,57 @@ bool isKnownFromTheStart(DAG name) {
   return AllIniNames && search(name.word, AllIniNames) != notFound;
 }
 
-struct NameWalk {
-  int mode;
-  DAG type;  // for mode 3, or 0
-  DAG names; // EXPSEQ being filled, or 0 while counting
-  std::int64_t count;
-};
-
-bool isWanted(const NameWalk& walk, DAG name) {
-  switch (walk.mode) {
-    case 3:
-      if (!name[1]) return false;
-      if (!walk.type) return !isKnownFromTheStart(name);
-      return name[1] != name && !isEnvironmentName(name) && type(name[1], walk.type);
-    case 4: return !name[1] && !isKnownFromTheStart(name) && !isEnvironmentName(name);
-    default: return false;
-  }
-}
-
-bool visitName(void* arg, PairAddress pair) {
-  auto& walk = *static_cast<NameWalk*>(arg);
-  DAG name = pairValue(pair);
-  if (walk.mode == 5) {
-    if (!name[1] && name[2] == null) controlWord(name) |= deferredBit;
+// The names that satisfy `isWanted`, as an EXPSEQ in the order of the name table.
+template <class Test>
+DAG namesWith(Test isWanted) {
+  struct Walk {
+    Test& isWanted;
+    DAG names;  // 0 while counting
+    Word count;
+  } walk{isWanted, DAG(), 0};
+  auto visit = [](void* arg, PairAddress pair) {
+    auto& w = *static_cast<Walk*>(arg);
+    DAG name = pairValue(pair);
+    if (!w.isWanted(name)) return true;
+    // A type that runs procedures may make names meanwhile.
+    if (w.names && w.count + 1 == lengthOf(w.names)) return false;
+    ++w.count;
+    if (w.names) w.names[w.count] = name;
     return true;
-  }
-  if (!isWanted(walk, name)) return true;
-  if (walk.names) walk.names[walk.count + 1] = name;
-  ++walk.count;
-  return true;
+  };
+  hashforeach(nametab, visit, &walk);
+  if (walk.count == 0) return null;
+  walk.names = newl2(walk.count + 1, EXPSEQ);
+  walk.count = 0;
+  hashforeach(nametab, visit, &walk);
+  return simpl(walk.names);
 }
 
 }  // namespace
 
-DAG loopname(int mode, DAG argument) {
-  NameWalk walk{mode, argument, DAG(), 0};
-  hashforeach(nametab, visitName, &walk);
-  if (mode == 5) return null;
-  if (walk.count == 0) return null;
-  walk.names = newl2(static_cast<Word>(walk.count + 1), EXPSEQ);
-  walk.count = 0;
-  hashforeach(nametab, visitName, &walk);
-  return simpl(walk.names);
+DAG assignedNames() {
+  return namesWith([](DAG name) { return name[1] && !isKnownFromTheStart(name); });
+}
+
+DAG namesAssigned(DAG kind) {
+  return namesWith([kind](DAG name) {
+    return name[1] && name[1] != name && !isEnvironmentName(name) && type(name[1], kind);
+  });
+}
+
+DAG unassignedNames() {
+  return namesWith([](DAG name) { return !name[1] && !isKnownFromTheStart(name) && !isEnvironmentName(name); });
+}
+
+void lookUpUnassignedNames() {
+  hashforeach(
+      nametab,
+      [](void*, PairAddress pair) {
+        DAG name = pairValue(pair);
+        if (!name[1] && name[2] == null) controlWord(name) |= deferredBit;
+        return true;
+      },
+      nullptr);
 }
 
 }  // namespace korel

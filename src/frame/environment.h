@@ -95,6 +95,12 @@ void runErrorProcsOfBlock(JumpCode code);
   ::_longjmp(*Environment->jumpBuffer, code);
 }
 
+/// The same for a `RETURN`, `break` or `next`, with what it carries to where it lands.
+[[noreturn]] inline void jumpOutWith(JumpCode code, DAG carried) {
+  funret = carried;
+  jumpOut(code);
+}
+
 /// Bytes of native stack that evaluation may use, and where it began.
 extern std::int64_t maxKorelStackSize;
 extern char* stackBaseAddress;

@@ -1,7 +1,8 @@
 #include "session/evaluator_start.h"
 
 #include "eval/simplify/bindings.h"
-#include "eval/procedures/procedures.h"
+#include "eval/procedures/modules.h"
+#include "eval/procedures/scoping.h"
 #include "eval/statements/statements.h"
 #include "eval/evaluate/known_values.h"
 #include "frame/environment.h"
@@ -21,7 +22,6 @@ void walkScopes(Visitor visit) {
 
 void initializeEvaluator() {
   registerRoot(&globalBindings);
-  registerRoot(&assignedProcName);
   registerRoot(&funret);
   registerRootWalker(walkScopes);
   initializeStatements();

@@ -5,7 +5,5 @@ namespace korel {
 
 /// Registers the evaluator's roots with the collector. Calling it again has no effect.
 void initializeEvaluator();
-/// Registers the module list; part of `initializeEvaluator`.
-void initializeModules();
 
 }  // namespace korel

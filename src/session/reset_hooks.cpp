@@ -1,7 +1,7 @@
 #include "session/reset_hooks.h"
 
 #include "session/evaluator_start.h"
-#include "eval/procedures/procedures.h"
+#include "eval/procedures/modules.h"
 #include "eval/simplify/simplify.h"
 #include "library/help_path.h"
 #include "eval/walk/has.h"

@@ -58,6 +58,10 @@ try made(assemble(LOCAL, 1)) catch: lastexception end try;
 try made(assemble(LEXICAL, 1)) catch: lastexception end try;
 try defined(assemble(LOCAL, 1)) catch: lastexception end try;
 # A type tells what is assigned, from outside of the module too; what is refused changes nothing.
+# What isn't a name can't be assigned through a parameter, captured or not, at any level.
+for level from 0 to 2 do kernelopts(assertlevel = level):
+  for target in [proc(x) x := 3 end proc, proc(x) proc() x := 3 end proc() end proc, proc(x) x[1] := 3 end proc, proc(x) (x, x) := 3, 4 end proc, proc(x) x::integer := 3 end proc, proc(x) for x to 2 do end do end proc] do
+    print(level, traperror(target(2)), target(nm)); nm := 'nm' end do end do:
 kernelopts(assertlevel = 2):
 t := module() export a::integer; a := 3 end module:
 t:-a, t[a], t:-a + 1;

@@ -73,3 +73,14 @@ pw := proc() local q; q := proc() q1 := 1 end proc; q end proc:
 sm := module() export self; self := thismodule end module;
 tree := module() export v, child; v := 3; child := module() export up; up := tree end module; child:-up := thismodule end module;
 evalb(length(eval(sm)) > 0), has(eval(sm), 77), hastype(eval(tree), string);
+# The name of a module definition is a variable of the procedure or module around it: an implicit local of each
+# call, a declared local, an export, a captured variable, a parameter's name, or a global.
+f := proc() module q() export a, me; a := 2; me := () -> q end module; evalb(q:-me() = q), q:-a end proc:
+f(), f(), q;
+f := proc(n) if n > 0 then y := module q() export v; v := n end module; y:-v + q:-v fi end proc: f(3), f(4);
+f := proc(n) local q, inner; inner := proc() module q() export v; v := n end module; 0 end proc; inner() + q:-v end proc: f(3), f(4), eval(f);
+module outer() export inner; module inner() export v; v := 7 end module end module: outer:-inner:-v, exports(outer:-inner);
+module outer2() local inner; export get; module inner() export v; v := 8 end module; get := () -> inner:-v end module: outer2:-get();
+f := proc(p) module p() export v; v := 9 end module; p:-v end proc: f(mp), mp:-v; f(mp); f(5);
+f := proc() global mg; module mg() export v; v := 10 end module; mg:-v end proc: f(), mg:-v; f();
+f := proc() module q() export a; a := 2 end module; q:-b end proc: f();

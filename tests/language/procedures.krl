@@ -72,6 +72,10 @@ x -> 3;
 x -> sin(x);
 (x, y) -> f(y, x);
 (x, y) -> F2(x, y);
+() -> f1(), x -> t1[1](x), x -> g1(2)(x), x -> (proc(y) y + 1 end proc)(x);
+# No constant function: typed parameters, heads that hold parameters or captured names, other arguments.
+(x::integer) -> sin(x), x -> x(x), x -> t1[x](x), x -> g1(x)(x), () -> f1(1), x -> f1(), () -> procname(), x -> (proc(y) x + y end proc)(x);
+(a -> b -> a[1](b))(t1);
 (x -> x^2)(5);
 sq := x -> x^2: sq(3), sq(u), eval(sq);
 # Remember tables: results stored by the procedure, and by assignment.

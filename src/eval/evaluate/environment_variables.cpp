@@ -2,22 +2,22 @@
 
 #include <cstring>
 
-#include "numbers/arithmetic.h"
 #include "eval/evaluate/evaluate.h"
-#include "frame/precision.h"
-#include "eval/procedures/procedures.h"
-#include "library/retrieve.h"
-#include "eval/simplify/simplify.h"
 #include "eval/evaluate/known_values.h"
+#include "eval/evaluate/named_kinds.h"
+#include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "numbers/integer/integer.h"
+#include "frame/precision.h"
+#include "library/retrieve.h"
+#include "numbers/arithmetic.h"
 #include "numbers/events/numeric_events.h"
+#include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/hash.h"
 #include "store/names.h"
-#include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -25,83 +25,15 @@ DAG HashEnv[environmentSlotCount];
 
 namespace {
 
-constexpr std::int64_t maxDigits = 268435448;
-
-const StandardName fixedNames[] = {
-    "%", "%%", "%%%", "Digits", "UseHardwareFloats", "Rounding", "Order", "mod",
-    "Testzero", "Normalizer", "index/newtable", "NumericEventHandlers", "printlevel",
-};
-
-
-Frame& currentFrame() { return *Environment->frame; }
-
-// Position of an open name's pair in the block, or 0.
-Word openPosition(DAG block, DAG name) {
-  for (std::int64_t i = std::int64_t{lengthOf(block)} - 2; i >= envFirstOpen; i -= 2)
-    if (block[i] == name) return static_cast<Word>(i);
-  return 0;
-}
-
-DAG settle(DAG value, bool full, DAG* lastName) { return full ? eval(value, lastName) : value; }
-
-DAG openValue(DAG x, bool full, DAG* lastName, bool& found) {
-  Frame& frame = currentFrame();
-  found = true;
-  if (frame.previousFrame != nullptr) {
-    Word at = openPosition(frame.envVars, x);
-    if (at != 0) {
-      DAG value = frame.envVars[at + 1];
-      return value ? settle(value, full, lastName) : x;
-    }
-  }
-  found = false;
-  return DAG();
-}
-
-DAG fixedValue(DAG x, bool full, DAG* lastName) {
-  Frame& frame = currentFrame();
-  DAG block = frame.envVars;
-  if (x == ini("%")) return settle(frame.ditto1, full, lastName);
-  if (x == ini("%%")) return settle(frame.ditto2, full, lastName);
-  if (x == ini("%%%")) return settle(frame.ditto3, full, lastName);
-  if (x == ini("printlevel")) return Newint(frame.printLevel);
-  if (x == ini("NumericEventHandlers")) return simpl(CopyAlg(block[envNumericEventHandlers]));
-  struct Row {
-    StandardName name;
-    EnvironmentWord word;
-    bool procedure;  // a procedure, evaluated, or absent
-  };
-  static const Row rows[] = {
-      {"Digits", envDigits, false},       {"UseHardwareFloats", envUseHardwareFloats, false},
-      {"Rounding", envRounding, false},   {"Order", envOrder, false},
-      {"mod", envMod, false},             {"Testzero", envTestzero, true},
-      {"Normalizer", envNormalizer, true}, {"index/newtable", envNewtable, true},
-  };
-  for (const Row& row : rows)
-    if (x == ini(row.name)) {
-      DAG value = block[row.word];
-      if (!value) return x;
-      return row.procedure ? settle(value, full, lastName) : value;
-    }
-  return x;
-}
-
-// ---- writing
-
-void setWord(EnvironmentWord word, DAG value) {
-  DAG block = privateEnvironmentBlock();
-  updategen(value);
-  block[word] = value;
-}
+// ---- what the fixed names accept
 
 void checkDigits(DAG v) {
   if (!isInteger(v) || consneg(v) || v == cons0) KernelException("invalid assignment to Digits");
-  if (!isImmediate(v) || immediateValue(v) > maxDigits)
-    KernelException("Digits cannot exceed %1", Newint(static_cast<std::int32_t>(maxDigits)));
+  if (!isImmediate(v) || immediateValue(v) > largestDigits)
+    KernelException("Digits cannot exceed %1", Newint(static_cast<std::int32_t>(largestDigits)));
 }
 void checkHardwareFloats(DAG v) {
-  if (v != ini("true") && v != ini("false"))
-    KernelException("UseHardwareFloats must be true or false");
+  if (v != ini("true") && v != ini("false")) KernelException("UseHardwareFloats must be true or false");
 }
 void checkRounding(DAG v) {
   bool negative = isTag(v, SUM) && lengthOf(v) == 3 && v[1] == ini("infinity") && v[2] == consm1;
@@ -110,15 +42,13 @@ void checkRounding(DAG v) {
 }
 void checkOrder(DAG v) {
   if (v == ini("infinity")) return;
-  if (!isInteger(v) || consneg(v) || !FitIntoWord(v))
-    KernelException("invalid assignment to Order");
+  if (!isInteger(v) || consneg(v) || !FitIntoWord(v)) KernelException("invalid assignment to Order");
 }
 void checkMod(DAG v) {
   if (v != ini("modp") && v != ini("mods")) KernelException("invalid assignment to mod");
 }
 void checkTestzero(DAG v) {
-  bool composed = isTag(v, FUNCTION) && v[1] == ini("@");
-  if (!NAMED_PROC(v) && !composed) KernelException("invalid assignment to Testzero");
+  if (!NAMED_PROC(v) && !isCallOf(v, ini("@"))) KernelException("invalid assignment to Testzero");
 }
 void checkNormalizer(DAG v) {
   if (!NAMED_PROC(v)) KernelException("invalid assignment to Normalizer");
@@ -126,24 +56,107 @@ void checkNormalizer(DAG v) {
 void checkNewtable(DAG v) {
   if (!NAMED_PROC(v)) KernelException("invalid assignment to index/newtable");
 }
+void checkHandlers(DAG) {
+  KernelException(
+      "NumericEventHandlers cannot be assigned to; use the NumericEventHandler function instead");
+}
 
-struct BlockVariable {
+// ---- the fixed names
+
+enum class Kept {
+  ditto,       // in the frame, evaluated when asked for
+  printLevel,  // in the frame, as a plain number
+  handlers,    // in the block, changed in place: a reader gets a copy
+  value,       // in the block
+  procedure,   // in the block or absent, evaluated when asked for; assigned to itself, it is absent
+};
+struct FixedVariable {
   StandardName name;
+  Kept kept;
+  DAG Frame::*ditto;
   EnvironmentWord word;
-  bool clearable;  // assigned to itself, it is absent
   void (*check)(DAG value);
 };
-const BlockVariable blockVariables[] = {
-    // name               word                   clearable  check
-    {"Digits", envDigits, false, checkDigits},
-    {"UseHardwareFloats", envUseHardwareFloats, false, checkHardwareFloats},
-    {"Rounding", envRounding, false, checkRounding},
-    {"Order", envOrder, false, checkOrder},
-    {"mod", envMod, false, checkMod},
-    {"Testzero", envTestzero, true, checkTestzero},
-    {"Normalizer", envNormalizer, true, checkNormalizer},
-    {"index/newtable", envNewtable, true, checkNewtable},
+const FixedVariable fixedVariables[] = {
+    // name                  kept              in the frame    in the block             check of a new value
+    {"%",                    Kept::ditto,      &Frame::ditto1, {},                      nullptr},
+    {"%%",                   Kept::ditto,      &Frame::ditto2, {},                      nullptr},
+    {"%%%",                  Kept::ditto,      &Frame::ditto3, {},                      nullptr},
+    {"printlevel",           Kept::printLevel, nullptr,        {},                      nullptr},
+    {"Digits",               Kept::value,      nullptr,        envDigits,               checkDigits},
+    {"UseHardwareFloats",    Kept::value,      nullptr,        envUseHardwareFloats,    checkHardwareFloats},
+    {"Rounding",             Kept::value,      nullptr,        envRounding,             checkRounding},
+    {"Order",                Kept::value,      nullptr,        envOrder,                checkOrder},
+    {"mod",                  Kept::value,      nullptr,        envMod,                  checkMod},
+    {"Testzero",             Kept::procedure,  nullptr,        envTestzero,             checkTestzero},
+    {"Normalizer",           Kept::procedure,  nullptr,        envNormalizer,           checkNormalizer},
+    {"index/newtable",       Kept::procedure,  nullptr,        envNewtable,             checkNewtable},
+    {"NumericEventHandlers", Kept::handlers,   nullptr,        envNumericEventHandlers, checkHandlers},
 };
+
+// The row of the name `x`, or null.
+const FixedVariable* fixedVariable(DAG x) {
+  for (const FixedVariable& row : fixedVariables)
+    if (x == ini(row.name)) return &row;
+  return nullptr;
+}
+
+Frame& currentFrame() { return *Environment->frame; }
+
+DAG settle(DAG value, bool full, DAG* lastName) { return full ? eval(value, lastName) : value; }
+
+DAG fixedValue(DAG x, bool full, DAG* lastName) {
+  const FixedVariable& row = *fixedVariable(x);
+  Frame& frame = currentFrame();
+  switch (row.kept) {
+    case Kept::ditto: return settle(frame.*row.ditto, full, lastName);
+    case Kept::printLevel: return Newint(frame.printLevel);
+    case Kept::handlers: return simpl(CopyAlg(frame.envVars[row.word]));
+    case Kept::value: return frame.envVars[row.word];
+    default: {
+      DAG value = frame.envVars[row.word];
+      return value ? settle(value, full, lastName) : x;
+    }
+  }
+}
+
+void assignPrintlevel(DAG v) {
+  if (!isInteger(v) || !FitIntoWord(v)) KernelException("printlevel must be a word size integer");
+  currentFrame().printLevel = isImmediate(v) ? immediateValue(v) : SoftIntValue(v);
+  updategen(v);
+  ini("printlevel")[1] = v;
+}
+
+void assignFixed(const FixedVariable& row, DAG x, DAG v) {
+  switch (row.kept) {
+    case Kept::ditto:
+      updategen(v);
+      currentFrame().*row.ditto = v;
+      return;
+    case Kept::printLevel: return assignPrintlevel(v);
+    default: break;
+  }
+  const bool cleared = row.kept == Kept::procedure && v == x;
+  if (!cleared) row.check(v);
+  DAG block = privateEnvironmentBlock();
+  if (!cleared) updategen(v);
+  block[row.word] = cleared ? DAG() : v;
+}
+
+// ---- the open names
+
+// Position of an open name's pair in the block, or 0.
+Word openPosition(DAG block, DAG name) {
+  for (std::int64_t i = std::int64_t{lengthOf(block)} - 2; i >= envFirstOpen; i -= 2)
+    if (block[i] == name) return static_cast<Word>(i);
+  return 0;
+}
+
+// The pair of an open name in the running frame's block, which the top frame has none of; or 0.
+Word openPair(DAG name) {
+  const Frame& frame = currentFrame();
+  return frame.previousFrame != nullptr ? openPosition(frame.envVars, name) : 0;
+}
 
 void assignOpen(DAG x, DAG v) {
   Frame& frame = currentFrame();
@@ -168,56 +181,28 @@ void assignOpen(DAG x, DAG v) {
   frame.envVars[at + 1] = value;
 }
 
-void assignPrintlevel(DAG v) {
-  if (!isInteger(v) || !FitIntoWord(v)) KernelException("printlevel must be a word size integer");
-  currentFrame().printLevel = isImmediate(v) ? immediateValue(v) : SoftIntValue(v);
-  updategen(v);
-  ini("printlevel")[1] = v;
-}
-
 }  // namespace
 
 DAG valuenv(DAG x, bool full, DAG* lastName) {
   if (isOpenEnvironmentName(x)) {
-    bool found = false;
-    DAG value = openValue(x, full, lastName, found);
-    if (found) return value;
+    if (Word at = openPair(x)) {
+      DAG value = currentFrame().envVars[at + 1];
+      return value ? settle(value, full, lastName) : x;
+    }
   } else if (isFixedEnvironmentName(x)) {
     return fixedValue(x, full, lastName);
   }
   if ((controlWord(x) & deferredBit) != 0) RetrieveName(x);
   DAG value = x[1];
-  if (!value) return x;
-  return settle(value, full, lastName);
+  return value ? settle(value, full, lastName) : x;
 }
 
 void assignenv(DAG x, DAG v) {
-  Frame& frame = currentFrame();
-  DAG* ditto = x == ini("%")     ? &frame.ditto1
-               : x == ini("%%")  ? &frame.ditto2
-               : x == ini("%%%") ? &frame.ditto3
-                                 : nullptr;
-  if (ditto != nullptr) {
-    updategen(v);
-    *ditto = v;
-  } else if (isOpenEnvironmentName(x)) {
+  if (isOpenEnvironmentName(x)) {
     assignOpen(x, v);
-  } else if (x == ini("printlevel")) {
-    assignPrintlevel(v);
-  } else if (x == ini("NumericEventHandlers")) {
-    KernelException(
-        "NumericEventHandlers cannot be assigned to; use the NumericEventHandler function instead");
+  } else if (const FixedVariable* row = fixedVariable(x)) {
+    assignFixed(*row, x, v);
   } else {
-    for (const BlockVariable& row : blockVariables)
-      if (x == ini(row.name)) {
-        if (row.clearable && v == x) {
-          privateEnvironmentBlock()[row.word] = DAG();
-        } else {
-          row.check(v);
-          setWord(row.word, v);
-        }
-        return;
-      }
     updategen(v);
     stepEvaluationClock();
     x[1] = v == x ? DAG() : v;
@@ -227,7 +212,7 @@ void assignenv(DAG x, DAG v) {
 DAG EnvNameSeq() {
   DAG block = currentFrame().envVars;
   Word open = (lengthOf(block) - environmentBlockLength) / 2;
-  DAG names = newl2(static_cast<Word>(std::size(fixedNames)) + open + 1, EXPSEQ);
+  DAG names = newl2(static_cast<Word>(std::size(fixedVariables)) + open + 1, EXPSEQ);
   Word at = 1;
   for (DAG name : HashEnv)
     if (name) names[at++] = name;
@@ -238,7 +223,7 @@ DAG EnvNameSeq() {
 
 void initializeEnvironmentVariables() {
   for (DAG& slot : HashEnv) slot = DAG();
-  for (StandardName name : fixedNames) HashEnv[environmentSlot(ini(name))] = ini(name);
+  for (const FixedVariable& row : fixedVariables) HashEnv[environmentSlot(ini(row.name))] = ini(row.name);
   DAG block = newl2(environmentBlockLength, EXPSEQ);
   block[envDigits] = immediate(10);
   block[envUseHardwareFloats] = ini("true");
@@ -254,7 +239,5 @@ void initializeEnvironmentVariables() {
   TopLevelStack.printLevel = 1;
   ini("printlevel")[1] = cons1;
 }
-
-std::int64_t currentDigits() { return immediateValue(Environment->frame->envVars[envDigits]); }
 
 }  // namespace korel

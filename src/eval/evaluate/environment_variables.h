@@ -18,6 +18,9 @@ enum EnvironmentWord : int {
 };
 constexpr int environmentBlockLength = 10;
 
+/// What `Digits` may be at most.
+constexpr std::int64_t largestDigits = 268435448;
+
 /// Value of the name `x`; evaluated when `full`. An unassigned name gives itself.
 DAG valuenv(DAG x, bool full, DAG* lastName = nullptr);
 /// Stores into an environment variable or name, after checking the value.
@@ -43,7 +46,5 @@ inline bool isEnvironmentName(DAG name) {
 DAG EnvNameSeq();
 /// Builds the table of names and the top frame's block; part of the start.
 void initializeEnvironmentVariables();
-/// Current precision in decimal digits.
-std::int64_t currentDigits();
 
 }  // namespace korel

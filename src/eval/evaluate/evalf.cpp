@@ -1,27 +1,24 @@
 #include "eval/evaluate/evalf.h"
 
-#include <cstring>
-
-#include "numbers/arithmetic.h"
+#include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
-#include "frame/precision.h"
 #include "eval/procedures/remember.h"
 #include "eval/simplify/simplify.h"
-#include "frame/environment.h"
+#include "eval/walk/copy_on_change.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
+#include "frame/precision.h"
+#include "library/system_functions.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/integer/integer.h"
-#include "library/system_functions.h"
 #include "store/constants.h"
-#include "store/objects.h"
+#include "store/object_fields.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
-
-constexpr std::int64_t largestDigits = 268435448;
-
 
 // ---- what is remembered
 
@@ -47,20 +44,20 @@ DAG evalfName(DAG x) {
 DAG evalfFunction(DAG x) {
   DAG f = x[1], arguments = x[2];
   // (g@@n)(args): the library repeats the function.
-  if (isTag(f, FUNCTION) && f[1] == ini("@@") && lengthOf(f[2]) == 3 && isInteger(f[2][2]))
+  if (isCallOf(f, ini("@@")) && lengthOf(f[2]) == 3 && isInteger(f[2][2]))
     return evalsysf("evalf/", "@@", simpl(new4(EXPSEQ, f[2][1], f[2][2], arguments)));
-  if (isTag(f, NAME) && std::strcmp(textOf(f), "hypergeom/kernel") == 0 &&
-      isTag(arguments, EXPSEQ) && lengthOf(arguments) == 4)
+  if (isName(f) && hasText(f, "hypergeom/kernel") && isSequence(arguments) && memberCount(arguments) == 3)
     return hypergeom(arguments[1], arguments[2], arguments[3], cons0, 0);
   DAG hit = remembered(x);
   if (hit != absent) return isTag(hit, FUNCTION) ? hit : fromMemory(hit, x);
-  if (!isTag(f, NAME) && !isTag(f, TABLEREF)) return x;
+  if (!isNameOrIndexed(f)) return x;
   return remember(x, evalextf("evalf/", f, arguments));
 }
 
 // ---- structures: a copy at the first operand that changes
 
-// Fields `first`, `first` + `step`, ... through `f`; `x` itself when none changes.
+// Fields `first`, `first` + `step`, ... through `f`; `x` itself when none changes. Unlike other walks, this one
+// changes immediates too.
 DAG mapFields(DAG x, Word first, Word step, DAG (*f)(DAG)) {
   DAG result = x;
   for (Word i = first, n = lengthOf(x); i < n; i += step) {
@@ -74,6 +71,7 @@ DAG mapFields(DAG x, Word first, Word step, DAG (*f)(DAG)) {
   return result;
 }
 
+DAG mapFirst(DAG x) { return mapFields(x, 1, lengthOf(x), evalf); }
 DAG evalfOperands(DAG x) { return simpl(mapFields(x, 1, 1, evalf)); }
 
 DAG evalfTerm(DAG term) { return term == sqrtm1 ? term : evalf(term); }
@@ -152,22 +150,13 @@ DAG evalf(DAG x) {
     case RANGE:
       return evalfOperands(x);
     case LIST: case SET: {
-      DAG body = evalf(x[1]);
-      if (body == x[1]) return x;
-      DAG copy = CopyAlg(x);
-      copy[1] = body;
-      return simpl(copy);
+      DAG mapped = mapFirst(x);
+      return mapped == x ? x : simpl(mapped);
     }
-    case SERIES: {
-      DAG variable = evalf(x[1]);
-      DAG coefficients = mapFields(x, 2, 2, evalf);
-      if (variable == x[1]) return coefficients;
-      if (coefficients == x) coefficients = CopyAlg(x);
-      coefficients[1] = variable;
-      return coefficients;
-    }
+    case SERIES:
+      return mapFields(mapFirst(x), 2, 2, evalf);
     case TABLE:
-      return mapFields(x, 3, 1, evalf);
+      return mapFields(x, tableEntries, 1, evalf);
     case HASHTAB:
       return mapFields(x, 1, 1, evalf);
     case HASH:

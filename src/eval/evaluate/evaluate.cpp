@@ -1,39 +1,30 @@
 #include "eval/evaluate/evaluate.h"
 
-#include "numbers/arithmetic.h"
-#include "builtins/builtins.h"
-#include "eval/walk/copy_on_change.h"
 #include "eval/evaluate/environment_variables.h"
-#include "eval/evaluate/operand.h"
-#include "eval/procedures/procedures.h"
-#include "eval/procedures/remember.h"
-#include "eval/evaluate/select.h"
-#include "eval/simplify/simplify.h"
 #include "eval/evaluate/known_values.h"
-#include "eval/statements/statements.h"
+#include "eval/evaluate/operand.h"
+#include "eval/evaluate/select.h"
+#include "eval/procedures/calls.h"
+#include "eval/procedures/modules.h"
+#include "eval/simplify/simplify.h"
+#include "eval/statements/boolean.h"
+#include "eval/walk/copy_on_change.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
-#include "frame/output.h"
+#include "numbers/arithmetic.h"
 #include "numbers/float/float.h"
-#include "library/system_functions.h"
 #include "store/constants.h"
 #include "store/names.h"
-#include "store/objects.h"
+#include "store/object_fields.h"
+#include "store/tag_facts.h"
 #include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-
 // A value that last-name evaluation hides behind its name.
-bool isHidden(DAG value) {
-  if (isImmediate(value)) return false;
-  switch (tagOf(value)) {
-    case PROC: case TABLE: case MODDEF: case MODULE: return true;
-    default: return false;
-  }
-}
+bool isHidden(DAG value) { return isAmong(value, TagSet{PROC, TABLE, MODDEF, MODULE}); }
 
 [[gnu::noinline]] DAG evalNameObject(DAG x, DAG* lastName) {
   checkStack();
@@ -53,7 +44,7 @@ bool isHidden(DAG value) {
 
 // A name instance of a frame, or what a captured local is bound to: one level only.
 DAG evalInstance(DAG x, DAG* lastName) {
-  if (!isTag(x, NAME)) return lastName != nullptr && isNameOrIndexed(x) ? eval(x, lastName) : x;
+  if (!isName(x)) return lastName != nullptr && isNameOrIndexed(x) ? eval(x, lastName) : x;
   DAG value = x[1];
   if (lastName == nullptr) return !value || isTag(value, PROC) || isTag(value, TABLE) ? x : value;
   *lastName = x;
@@ -106,35 +97,27 @@ bool holdsRtable(DAG x) {
   return false;
 }
 
-// The first `count` words of `x` are pairs whose elements have been evaluated to numbers, of total `folded`
-// (0 when there are none); the next element is `stopped`. The rest is evaluated to a SUM.
+// The sum from its term `i` on, whose value is `stopped`. The terms before were numbers, of the total `folded`, or
+// there are none and `folded` is 0.
 [[gnu::noinline]] DAG evalSumFrom(DAG x, Word i, DAG folded, DAG stopped, std::uint64_t since) {
   passWork(objectSteps);
   Word n = lengthOf(x);
-  DAG result;
+  DAG result = x;
+  Word shift = 0;  // how far the terms move down to leave one pair for `folded`
   if (folded) {
+    shift = i - 3;
     result = newl2(n - i + 3, SUM);
     result[1] = folded;
     result[2] = cons1;
-    result[3] = stopped;
-    result[4] = x[i + 1];
-    for (Word k = i + 2, at = 5; k < n; k += 2, at += 2) {
-      result[at + 1] = x[k + 1];
-      result[at] = eval(x[k]);
-    }
-  } else {
-    result = x;
-    if (stopped != x[1]) {
-      result = CopyAlg(x);
-      result[1] = stopped;
-    }
-    for (Word k = 3; k < n; k += 2) {
-      DAG value = eval(x[k]);
-      if (value == x[k]) continue;
-      if (result == x) result = CopyAlg(x);
-      result[k] = value;
-    }
+    for (Word k = i; k < n; ++k) result[k - shift] = x[k];
   }
+  auto store = [&](Word k, DAG value) {
+    if (value == x[k]) return;
+    if (result == x) result = CopyAlg(x);
+    result[k - shift] = value;
+  };
+  store(i, stopped);
+  for (Word k = i + 2; k < n; k += 2) store(k, eval(x[k]));
   return holdsRtable(result) ? combineRtables(result) : noteValue(x, result, since);
 }
 
@@ -267,7 +250,7 @@ constexpr Word fewFactors = 4;
 
 [[gnu::noinline]] DAG evalModuleDefinition(DAG x) {
   DAG definition = evparloc(x);
-  DAG name = definition[9] == null ? ini("unknown") : definition[9];
+  DAG name = definition[moddefName] == null ? ini("unknown") : definition[moddefName];
   return EvaluateModuleDefinition(definition, name);
 }
 
@@ -280,8 +263,6 @@ constexpr Word fewFactors = 4;
 [[gnu::noinline]] DAG evalHardwareFloat(DAG x) { return eval(HFloatToFloat(x)); }
 
 }  // namespace
-
-DAG evalFunction(DAG x);  // function_calls.cpp
 
 // A step of every evaluation: each case that works is a function of its own, to which this one jumps without
 // a stack frame (bench/programs/fibonacci.krl).

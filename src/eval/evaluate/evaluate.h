@@ -23,13 +23,5 @@ DAG mvalue(DAG x);
 /// As `evalname` and `evparloc`, with types kept at assertion level 2.
 DAG TypedName(DAG x);
 DAG TypedLocal(DAG x);
-/// Runs procedure `proc` on evaluated arguments, called as `name`.
-DAG evalfunc(DAG proc, DAG arguments, DAG name);
-/// `eval(x, a = b)`: `equations` is an EXPSEQ of equations.
-DAG evalat(DAG equations, DAG x);
-/// The concatenation of names, strings and integers: a string when the first is one, else a name.
-DAG korelCat(DAG parts);
-/// A CATENATE of evaluated sides, joined where they can be.
-DAG concatenate(DAG left, DAG right);
 
 }  // namespace korel

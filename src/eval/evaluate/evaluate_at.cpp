@@ -1,4 +1,6 @@
-// `eval(x, a = b)`: a structural walk that replaces and rebuilds.
+// A structural walk that replaces and rebuilds.
+
+#include "eval/evaluate/evaluate_at.h"
 
 #include <cstring>
 

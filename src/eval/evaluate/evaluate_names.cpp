@@ -1,25 +1,22 @@
-// What stands for what: `evparloc`, `evalname`, the one-level `mvalue`, and concatenation.
+// What stands for what: `evparloc`, `evalname`, and the one-level `mvalue`.
 
-#include <cstring>
-
-#include "numbers/arithmetic.h"
-#include "eval/walk/copy_on_change.h"
+#include "eval/evaluate/concatenation.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/procedures/procedures.h"
 #include "eval/evaluate/select.h"
+#include "eval/procedures/modules.h"
+#include "eval/procedures/scoping.h"
 #include "eval/simplify/simplify.h"
-#include "session/driver.h"
+#include "eval/walk/copy_on_change.h"
+#include "eval/walk/has.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
-#include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
-#include "numbers/integer/integer_functions.h"
+#include "session/driver.h"
 #include "store/constants.h"
 #include "store/names.h"
-#include "store/objects.h"
-#include "eval/walk/has.h"
-#include "store/long_string.h"
+#include "store/object_fields.h"
+#include "store/tag_facts.h"
 #include "store/vocabulary.h"
 
 namespace korel {
@@ -47,7 +44,7 @@ DAG parameterValue(std::int32_t n) {
   if (n == -1) return frame.args = simpl(frame.args);
   if (n == -2) return frame.procName;
   if (n < static_cast<std::int32_t>(lengthOf(frame.args))) return frame.args[n];
-  DAG declarations = isTag(frame.proc, PROC) || isTag(frame.proc, MODDEF) ? frame.proc[1] : null;
+  DAG declarations = isDefinition(frame.proc) ? paramsOf(frame.proc) : null;
   if (n < static_cast<std::int32_t>(lengthOf(declarations))) missingArgument(n, declarations[n]);
   KernelException("illegal use of a formal parameter");
 }
@@ -64,9 +61,9 @@ DAG lexicalEntry(DAG x) {
   const Frame& frame = *Environment->frame;
   std::int32_t n = position(x);
   Word at = 2 * static_cast<Word>(n < 0 ? -n : n);
-  if (frame.proc == null || at >= lengthOf(frame.proc[8]))
+  if (frame.proc == null || at >= lengthOf(lexicalsOf(frame.proc)))
     KernelException("illegal use of a formal parameter");
-  return frame.proc[8][at];
+  return lexicalsOf(frame.proc)[at];
 }
 
 // What was quoted is mostly a value, an operand on its way through `map`, without anything to be looked up.
@@ -82,53 +79,62 @@ DAG substituteFields(DAG x, Word from = 1, Word step = 1) {
 
 // A closure captures the frame: each binding that refers to it is replaced by what it stands for.
 DAG bindLexicals(DAG x, DAG original) {
-  DAG table = x[8];
-  DAG bound = table;
-  for (Word i = 2; i < lengthOf(table); i += 2) {
-    DAG binding = table[i];
-    if (!isTag(binding, LOCAL) && !isTag(binding, PARAM) && !isTag(binding, LEXICAL)) continue;
-    if (bound == table) {
-      bound = CopyAlg(table);
-      if (x == original) x = CopyAlg(x);
-    }
-    bound[i] = simpl(TypedLocal(binding));
-  }
+  DAG table = lexicalsOf(x);
+  DAG bound = withFields(table, 2, 2, [](DAG binding) {
+    return isAmong(binding, frameReferenceTags) ? simpl(TypedLocal(binding)) : binding;
+  });
   if (bound == table) return x;
-  x[8] = simpl(bound);
+  if (x == original) x = CopyAlg(x);
+  lexicalsOf(x) = simpl(bound);
   // A bound closure keeps the final form of the procedure it was copied from.
   if (isSimplified(original)) setSimplified(x);
   return x;
 }
 
+// What the type of a parameter may be made of.
+constexpr TagSet typeTags = (binaryTags - TagSet{CATENATE}) | TagSet{TABLEREF, PROD, FUNCTION, NOT, EXPSEQ, LIST, SET};
+
 // A type with the values that the frame's variables have in it; it is no expression to be evaluated.
 DAG bindType(DAG x) {
   if (isImmediate(x) || hasTag(x, NAME)) return x;
-  if (hasTag(x, LOCAL) || hasTag(x, PARAM) || hasTag(x, LEXICAL)) return simpl(eval(x));
-  switch (tagOf(x)) {
-    case TABLEREF: case DCOLON: case POWER: case PROD: case FUNCTION: case EQUATION: case INEQUAT: case LESSEQ:
-    case LESSTHAN: case AND: case NOT: case OR: case EXPSEQ: case LIST: case RANGE: case SET: break;
-    default: return evparloc(x);
-  }
+  if (isAmong(x, frameReferenceTags)) return simpl(eval(x));
+  if (!isAmong(x, typeTags)) return evparloc(x);
   checkStack();
   return withFields(x, 1, 1, bindType);
 }
 
 // Types of parameters, where they aren't mere names, are told in terms of the frame that makes the closure.
 DAG bindParameterTypes(DAG x, DAG original) {
-  DAG declarations = original[1];
-  for (Word i = 1, n = lengthOf(declarations); i < n; ++i) {
-    DAG declaration = declarations[i];
-    if (!isTag(declaration, DCOLON) || isImmediate(declaration[2]) || hasTag(declaration[2], NAME)) continue;
+  DAG declarations = paramsOf(original);
+  DAG bound = withFields(declarations, 1, 1, [](DAG declaration) {
+    if (!isTag(declaration, DCOLON)) return declaration;
     DAG type = bindType(declaration[2]);
-    if (type == declaration[2]) continue;
-    if (x == original) x = CopyAlg(x);
-    if (x[1] == declarations) x[1] = CopyAlg(declarations);
-    x[1][i] = simpl(new3(DCOLON, declaration[1], simpl(type)));
-  }
-  if (x == original) return x;
-  x[1] = simpl(x[1]);
+    return type == declaration[2] ? declaration : simpl(new3(DCOLON, declaration[1], simpl(type)));
+  });
+  if (bound == declarations) return x;
+  if (x == original) x = CopyAlg(x);
+  paramsOf(x) = simpl(bound);
   if (isSimplified(original)) setSimplified(x);
   return x;
+}
+
+// `original` with its first field evaluated as `evparloc` does, in `x`, a copy or the original itself.
+DAG substituteFirst(DAG x, DAG original) {
+  DAG first = evparloc(original[1]);
+  if (first == original[1]) return x;
+  if (x == original) x = CopyAlg(x);
+  x[1] = first;
+  return x;
+}
+
+DAG substituteInModule(DAG x) {
+  DAG name = evparloc(x[moddefName]);
+  DAG copy = x;
+  if (name != x[moddefName]) {
+    copy = CopyAlg(x);
+    copy[moddefName] = name;
+  }
+  return bindLexicals(copy, x);
 }
 
 }  // namespace
@@ -144,35 +150,13 @@ DAG evparloc(DAG x) {
       return x;
     case MEMBER:
       return evalname(x);
-    case SERIES: {
-      DAG result = substituteFields(x, 2, 2);
-      DAG point = evparloc(x[1]);
-      if (point != x[1]) {
-        if (result == x) result = CopyAlg(x);
-        result[1] = point;
-      }
-      return result;
-    }
-    case ZPPOLY: {
-      DAG point = evparloc(x[1]);
-      if (point == x[1]) return x;
-      DAG result = CopyAlg(x);
-      result[1] = point;
-      return result;
-    }
+    case SERIES: return substituteFirst(substituteFields(x, 2, 2), x);
+    case ZPPOLY: return substituteFirst(x, x);
     case LOCAL: return declaredName(localEntry(x));
     case PARAM: return parameterValue(position(x));
     case LEXICAL: return declaredName(lexicalEntry(x));
     case PROC: return bindParameterTypes(bindLexicals(x, x), x);
-    case MODDEF: {
-      DAG name = evparloc(x[9]);
-      DAG copy = x;
-      if (name != x[9]) {
-        copy = CopyAlg(x);
-        copy[9] = name;
-      }
-      return bindLexicals(copy, x);
-    }
+    case MODDEF: return substituteInModule(x);
     default:
       checkStack();
       if (--objectsBeforeSearch < 0 && isSimplified(x) && !refersToFrame(x)) return x;
@@ -206,6 +190,24 @@ DAG moduleMember(DAG x) {
   return MemberInstance(module, x[2]);
 }
 
+// A reference or call whose base is a name and whose index is a value.
+DAG evalReferenceName(DAG x) {
+  checkStack();
+  DAG base = evalname(x[1]);
+  return simpl(withParts(x, base, simpl(eval(x[2]))));
+}
+
+DAG evalNames(DAG x) {
+  DAG result = x;
+  for (Word i = 1; i < lengthOf(x); ++i) {
+    DAG name = evalname(x[i]);
+    if (name == x[i]) continue;
+    if (result == x) result = CopyAlg(x);
+    result[i] = name;
+  }
+  return simpl(result);
+}
+
 }  // namespace
 
 DAG TypedName(DAG x) {
@@ -215,64 +217,49 @@ DAG TypedName(DAG x) {
 
 DAG evalname(DAG x) {
   bool parameter = false;
-  for (;;) {
-    if (!isImmediate(x)) switch (tagOf(x)) {
-        case STRING: case NAME: case TABLE: case RTABLE:
-          return x;
-        case LOCAL:
-          x = evparloc(x);
-          continue;
-        case PARAM:
-          x = evparloc(x);
-          parameter = true;
-          continue;
-        case LEXICAL:
-          if (position(x) < 0) parameter = true;
-          x = evparloc(x);
-          continue;
-        case DCOLON:
-          x = x[1];
-          continue;
-        case MEMBER:
-          return declaredName(moduleMember(x));
-        case TABLEREF: case FUNCTION: {
-          checkStack();
-          DAG base = evalname(x[1]);
-          DAG index = simpl(eval(x[2]));
-          if (base == x[1] && index == x[2]) return simpl(x);
-          DAG rebuilt = CopyAlg(x);
-          rebuilt[1] = base;
-          rebuilt[2] = index;
-          return simpl(rebuilt);
-        }
-        case CATENATE:
-          checkStack();
-          return concatenate(evalname(x[1]), simpl(eval(x[2])));
-        case EXPSEQ: {
-          DAG result = x;
-          for (Word i = 1; i < lengthOf(x); ++i) {
-            DAG name = evalname(x[i]);
-            if (name == x[i]) continue;
-            if (result == x) result = CopyAlg(x);
-            result[i] = name;
-          }
-          return simpl(result);
-        }
-        default:
-          break;
-      }
-    if (parameter) KernelException("illegal use of a formal parameter");
-    KernelException("illegal use of an object as a name");
-  }
+  for (;;) switch (tagOf(x)) {
+      case STRING: case NAME: case TABLE: case RTABLE:
+        return x;
+      case LOCAL: case PARAM: case LEXICAL:
+        parameter = parameter || hasTag(x, PARAM) || (hasTag(x, LEXICAL) && position(x) < 0);
+        x = evparloc(x);
+        continue;
+      case DCOLON:
+        x = x[1];
+        continue;
+      case MEMBER:
+        return declaredName(moduleMember(x));
+      case TABLEREF: case FUNCTION:
+        return evalReferenceName(x);
+      case CATENATE:
+        checkStack();
+        return concatenate(evalname(x[1]), simpl(eval(x[2])));
+      case EXPSEQ:
+        return evalNames(x);
+      default:
+        if (parameter) KernelException("illegal use of a formal parameter");
+        KernelException("illegal use of an object as a name");
+    }
 }
 
 // ---- one level
 
+namespace {
+
+constexpr TagSet constantTags = realTags | TagSet{STRING};
+constexpr TagSet oneLevelInside =
+    (binaryTags - TagSet{DCOLON, CATENATE}) | pairTags | TagSet{COMPLEX, NOT, EXPSEQ, LIST, SET};
+
+}  // namespace
+
 DAG mvalue(DAG x) {
-  if (isImmediate(x)) return x;
-  Tag tag = tagOf(x);
-  if (tag <= STRING && tag != HFLOAT && tag != COMPLEX) return x;
-  switch (tag) {
+  if (isImmediate(x) || isAmong(x, constantTags)) return x;
+  if (isAmong(x, oneLevelInside)) {
+    checkStack();
+    passWork(objectSteps);
+    return withFields(x, 1, 1, mvalue);
+  }
+  switch (tagOf(x)) {
     case NAME: return valuenv(x, false);
     case MEMBER: {
       DAG name = evalname(x);
@@ -284,127 +271,8 @@ DAG mvalue(DAG x) {
     case LOCAL: return mvalue(evparloc(x));
     case PARAM: return evparloc(x);
     case LEXICAL: return position(x) > 0 ? mvalue(evparloc(x)) : evparloc(x);
-    case HFLOAT: return x;
-    case POWER: case PROD: case SUM: case EXPSEQ: case LIST: case SET: case COMPLEX: case EQUATION:
-    case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case OR: case NOT: case RANGE: {
-      checkStack();
-      passWork(objectSteps);
-      return withFields(x, 1, 1, mvalue);
-    }
     default: return evparloc(x);
   }
-}
-
-// ---- concatenation
-
-namespace {
-
-
-DAG joinText(DAG left, const char* tail) {
-  char* text = AppendStringToString(AppendStringToString(NewLongString(), textOf(left)), tail);
-  return hasTag(left, STRING) ? StringToMString(text) : StringToName(text);
-}
-
-// Appends the text of a string, name or integer; null when fewer than `room` characters are left for it.
-char* appendPart(char* end, std::ptrdiff_t room, DAG part) {
-  constexpr std::ptrdiff_t longestImmediate = 12;
-  if (isImmediate(part)) return room > longestImmediate ? writeDecimal(part, end) : nullptr;
-  if (isInteger(part)) return SoftIntLength(part) + 1 < room ? writeDecimal(part, end) : nullptr;
-  auto size = static_cast<std::ptrdiff_t>(std::strlen(textOf(part)));
-  if (size >= room) return nullptr;
-  std::memcpy(end, textOf(part), static_cast<std::size_t>(size));
-  return end + size;
-}
-
-// The text of `count` strings, names or integers in a row.
-DAG joinParts(const DAG* parts, Word count, Tag tag) {
-  // Most texts fit into a buffer on the stack.
-  char brief[256];
-  char* end = brief;
-  for (Word i = 0; i < count && end != nullptr; ++i)
-    end = appendPart(end, brief + sizeof brief - end, parts[i]);
-  if (end != nullptr) {
-    *end = '\0';
-    return strnaminstall(brief, tag);
-  }
-  char* text = NewLongString();
-  for (Word i = 0; i < count; ++i)
-    text = AppendStringToString(text, textOf(isInteger(parts[i]) ? KorelIntToStr(parts[i]) : parts[i]));
-  return tag == STRING ? StringToMString(text) : StringToName(text);
-}
-
-DAG joinOne(DAG left, DAG x) {
-  const DAG parts[2] = {left, x};
-  return joinParts(parts, 2, hasTag(left, STRING) ? STRING : NAME);
-}
-
-DAG joinRange(DAG left, DAG from, DAG to) {
-  if (isInteger(from) && isInteger(to)) {
-    DAG span = add(to, negate(from));
-    if (consneg(span)) return null;
-    if (!isImmediate(span) || immediateValue(span) >= static_cast<std::int32_t>(maxLength) - 1)
-      KernelException("object too large");
-    Word count = static_cast<Word>(immediateValue(span)) + 1;
-    DAG sequence = newl2(count + 1, EXPSEQ);
-    DAG k = from;
-    for (Word i = 1; i <= count; ++i, k = increment(k)) {
-      passWork(objectSteps);
-      sequence[i] = joinOne(left, k);
-    }
-    return simpl(sequence);
-  }
-  if (isCharacter(from) && isCharacter(to)) {
-    int lo = static_cast<unsigned char>(textOf(from)[0]), hi = static_cast<unsigned char>(textOf(to)[0]);
-    if (hi < lo) return null;
-    DAG sequence = newl2(static_cast<Word>(hi - lo + 2), EXPSEQ);
-    for (int c = lo; c <= hi; ++c) {
-      char tail[2] = {static_cast<char>(c), 0};
-      sequence[c - lo + 1] = joinText(left, tail);
-    }
-    return simpl(sequence);
-  }
-  auto isConstant = [](DAG x) { return isNumeric(x) || hasTag(x, COMPLEX) || hasTag(x, STRING); };
-  if (isConstant(from) && isConstant(to))
-    KernelException("range values must be integers or characters");
-  return DAG();
-}
-
-bool canJoin(DAG x) { return isText(x) || isInteger(x); }
-
-}  // namespace
-
-DAG concatenate(DAG left, DAG right) {
-  if (isTag(left, EXPSEQ)) {
-    DAG sequence = CopyAlg(left);
-    for (Word i = 1; i < lengthOf(left); ++i) sequence[i] = concatenate(left[i], right);
-    return simpl(sequence);
-  }
-  if (isText(left) && canJoin(right)) return joinOne(left, right);
-  DAG unjoined = simpl(new3(CATENATE, left, right));
-  if (!isText(left)) return unjoined;
-  if (isTag(right, RANGE)) {
-    if (right[1] == right[2]) return concatenate(left, right[1]);
-    DAG joined = joinRange(left, right[1], right[2]);
-    return joined ? joined : unjoined;
-  }
-  if (isTag(right, EXPSEQ)) {
-    for (Word i = 1; i < lengthOf(right); ++i)
-      if (!canJoin(right[i])) return unjoined;
-    DAG sequence = CopyAlg(right);
-    for (Word i = 1; i < lengthOf(right); ++i) sequence[i] = joinOne(left, right[i]);
-    return simpl(sequence);
-  }
-  if (isTag(right, TABLEREF) && (isTag(right[1], NAME) || isTag(right[1], TABLEREF))) {
-    DAG moved = CopyAlg(right);
-    moved[1] = concatenate(left, right[1]);
-    return simpl(moved);
-  }
-  return unjoined;
-}
-
-DAG korelCat(DAG parts) {
-  const Word count = lengthOf(parts) - 1;
-  return joinParts(&parts[1], count, count > 0 && hasTag(parts[1], STRING) ? STRING : NAME);
 }
 
 }  // namespace korel

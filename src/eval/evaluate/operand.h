@@ -7,8 +7,7 @@
 
 #include "eval/evaluate/evaluate.h"
 #include "frame/environment.h"
-#include "store/constants.h"
-#include "store/dag.h"
+#include "store/object_fields.h"
 
 namespace korel {
 
@@ -21,8 +20,8 @@ namespace korel {
     case LOCAL: return n - 1 < lengthOf(frame.locals) - 1 ? frame.locals[n] : DAG();
     case LEXICAL:
       // Captured parameters have numbers below 0.
-      if (n - 1 >= maxLength || frame.proc == null || 2 * n >= lengthOf(frame.proc[8])) return DAG();
-      return frame.proc[8][2 * n];
+      if (n - 1 >= maxLength || frame.proc == null || 2 * n >= lengthOf(lexicalsOf(frame.proc))) return DAG();
+      return lexicalsOf(frame.proc)[2 * n];
     default: return DAG();
   }
 }
@@ -43,7 +42,8 @@ namespace korel {
   // A procedure or table hides behind its name.
   return value && !hasTag(value, PROC) && !hasTag(value, TABLE) ? value : DAG();
 }
-/// Whether `x` is of a tag that `plainValue` reads.
+/// A tag that `plainValue` reads, one of `frameReferenceTags`. A comparison of neighbours takes less than the set
+/// (bench/programs/long_loop.krl).
 inline bool isFrameReference(Tag tag) { return tag == LOCAL || tag == PARAM || tag == LEXICAL; }
 
 /// `eval(x)`.

@@ -1,27 +1,30 @@
 #include "eval/evaluate/select.h"
 
+#include <cstring>
+
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/operand.h"
-#include "eval/structure/operands.h"
-#include "eval/procedures/procedures.h"
-#include "eval/procedures/remember.h"
-#include "eval/simplify/simplify.h"
 #include "eval/evaluate/unique_sequence.h"
+#include "eval/procedures/modules.h"
+#include "eval/procedures/remember.h"
+#include "eval/procedures/scoping.h"
+#include "eval/simplify/simplify.h"
+#include "eval/structure/operands.h"
 #include "eval/tables/tables.h"
+#include "eval/walk/copy_on_change.h"
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/hash.h"
 #include "store/names.h"
-#include "store/objects.h"
+#include "store/object_fields.h"
 #include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
-
 
 // The members that positions i to j name, or an error; i = j + 1 is empty.
 struct Span {
@@ -35,15 +38,6 @@ Span spanOf(DAG lower, DAG upper, std::int64_t n) {
   return {i, j};
 }
 
-DAG referenceTo(DAG x, DAG base, DAG index) {
-  if (base == x[1] && index == x[2]) return x;
-  DAG rebuilt = CopyAlg(x);
-  rebuilt[1] = base;
-  rebuilt[2] = index;
-  return rebuilt;
-}
-
-
 // A part of a container, of the container's kind.
 DAG partOf(DAG container, DAG body, Span span) {
   DAG part = newl2(static_cast<Word>(span.to - span.from + 2), EXPSEQ);
@@ -54,18 +48,18 @@ DAG partOf(DAG container, DAG body, Span span) {
 
 DAG moduleMember(DAG module, DAG index, DAG* lastName) {
   DAG name = singleMember(index);
-  if (!isTag(name, NAME)) KernelException("index must evaluate to a name when indexing a module");
+  if (!isName(name)) KernelException("index must evaluate to a name when indexing a module");
   PairAddress global = srchname(textOf(name));
   if (global != notFound) name = pairValue(global);
   DAG member = declaredName(MemberInstance(module, name));
-  return isTag(member, NAME) ? eval(member, lastName) : member;
+  return isName(member) ? eval(member, lastName) : member;
 }
 
 bool isHiddenEntry(DAG value) { return isTag(value, PROC) || isTag(value, TABLE); }
 
 // Value of an entry of the TABLE `table`.
 DAG tableEntry(DAG x, DAG table, DAG index, DAG name, DAG* lastName) {
-  auto reference = [&] { return simpl(referenceTo(x, name, index)); };
+  auto reference = [&] { return simpl(withParts(x, name, index)); };
   if (lastName != nullptr && isNameOrIndexed(name)) *lastName = reference();
   DAG entry = TableIndex(index, name, table);
   if (entry == absent) return reference();
@@ -82,11 +76,11 @@ DAG select_list(DAG container, DAG index) {
   DAG first = index;
   DAG rest;
   if (isTag(index, EXPSEQ)) {
-    if (lengthOf(index) == 1) return hasTag(container, EXPSEQ) ? container : body;
+    if (isEmptySequence(index)) return hasTag(container, EXPSEQ) ? container : body;
     first = index[1];
     if (lengthOf(index) > 2) rest = copysub(index, 1, lengthOf(index) - 2);
   }
-  std::int64_t n = lengthOf(body) - 1;
+  const std::int64_t n = memberCount(body);
   DAG selected;
   if (isInteger(first)) {
     Span span = spanOf(first, first, n);
@@ -102,8 +96,7 @@ DAG select_list(DAG container, DAG index) {
 
 DAG select_string(DAG string, DAG index) {
   const char* text = textOf(string);
-  std::int64_t n = 0;
-  while (text[n] != 0) ++n;
+  const auto n = static_cast<std::int64_t>(std::strlen(text));
   Span span;
   if (isInteger(index)) {
     span = spanOf(index, index, n);
@@ -119,119 +112,128 @@ DAG select_string(DAG string, DAG index) {
   return strinstall(textOf(part));
 }
 
-// Whether the index is one expression, and no indexing function asks for it as a sequence.
-bool isPlainAccess(DAG x, DAG container) {
-  return isTag(container, TABLE) && container[1] == null && isTag(x[2], EXPSEQ) && lengthOf(x[2]) == 2;
+namespace {
+
+// The base of a reference: what it stands for, and the name which that comes from.
+struct Base {
+  DAG value;
+  DAG name;        // or 0
+  bool evaluated;  // a list or rtable in a name is taken as it is stored
+};
+
+// A table hides behind its name.
+Base revealTable(Base base) {
+  if (!isName(base.value)) return base;
+  DAG stored = valuenv(base.value, false);
+  if (isTag(stored, TABLE)) base = {stored, base.value, base.evaluated};
+  return base;
 }
 
-DAG evalTableReference(DAG x, DAG* lastName) {
-  checkStack();
-  DAG base = x[1];
-  DAG name;
-  DAG B;
-  bool evaluated = false;
-  if (isTag(base, NAME) && !isEnvironmentName(base) && base[1] &&
-      (isTag(base[1], LIST) || isTag(base[1], RTABLE))) {
-    B = base[1];
-    name = base;
-  } else {
-    DAG inner;
-    B = simpl(eval(base, &inner));
-    evaluated = true;
-    if (isTag(B, NAME)) {
-      DAG stored = valuenv(B, false);
-      if (isTag(stored, TABLE)) {
-        inner = B;
-        B = stored;
-      }
-    }
-    name = inner;
-  }
-  if (!name) name = evparloc(base);
-  // What the index does to the names that held it must not take it away.
-  updategen(B);
-  DAG index;
-  switch (tagOf(B)) {
-    case INTNEG: case INTPOS:
-      if (B == cons0) return cons0;
-      break;
-    case EXPSEQ: case LIST: case SET: {
-      DAG rawIndex = x[2];
-      DAG evaluatedIndex = simpl(eval(rawIndex));
-      DAG element = select_list(B, evaluatedIndex);
-      if (element) {
-        if (evaluated || (element == x && lastName == nullptr)) return element;
-        return eval(element, lastName);
-      }
-      DAG reference = referenceTo(x, evaluated && !isNameOrIndexed(name) ? B : name, evaluatedIndex);
-      if (lastName != nullptr) *lastName = reference;
-      return reference;
-    }
-    case STRING: {
-      index = simpl(eval(x[2]));
-      if (isTag(index, EXPSEQ) && lengthOf(index) == 2) {
-        DAG part = select_string(B, index[1]);
-        return part ? part : referenceTo(x, B, index);
-      }
-      break;
-    }
-    case NAME: case TABLEREF: case UNEVAL: {
-      DAG reference = referenceTo(x, B, simpl(eval(x[2])));
-      if (lastName != nullptr) *lastName = reference;
-      return reference;
-    }
-    case MODULE:
-      return moduleMember(B, simpl(eval(x[2])), lastName);
-    default:
-      break;
-  }
-  if (isPlainAccess(x, B)) {
-    // The entry is found by the index itself; the sequence around it is made when it has none.
-    DAG key = simpl(evalOperand(x[2][1]));
-    if (lastName == nullptr && !isTag(key, EXPSEQ)) {
-      PairAddress pair = search(key.word, B[3]);
-      if (pair != notFound) {
-        DAG entry = pairValue(pair);
-        if (isImmediate(entry) || isTag(base, LOCAL)) return entry;
-      }
-    }
-    index = key == x[2][1] ? x[2] : singleSequence(key);
-  }
-  if (!index) index = isTag(x[2], EXPSEQ) ? evaluatedSequence(x[2]) : simpl(eval(x[2]));
-  if (isTag(B, TABLE)) return tableEntry(x, B, index, name, lastName);
-  DAG reference = referenceTo(x, isTag(B, PROC) && isNameOrIndexed(name) ? name : B, index);
-  if (lastName != nullptr && isNameOrIndexed(name)) *lastName = referenceTo(x, name, index);
+Base evaluatedBase(DAG x) {
+  Base base{DAG(), DAG(), true};
+  base.value = simpl(eval(x, &base.name));
+  return revealTable(base);
+}
+
+[[gnu::always_inline]] inline Base baseOf(DAG x) {
+  if (isName(x) && !isEnvironmentName(x) && (isTag(x[1], LIST) || isTag(x[1], RTABLE))) return {x[1], x, false};
+  Base base = evaluatedBase(x);
+  if (!base.name) base.name = evparloc(x);
+  return base;
+}
+
+DAG selectMember(DAG x, const Base& base, DAG* lastName) {
+  DAG index = simpl(eval(x[2]));
+  if (DAG element = select_list(base.value, index))
+    return base.evaluated || (element == x && lastName == nullptr) ? element : eval(element, lastName);
+  DAG reference = withParts(x, base.evaluated && !isNameOrIndexed(base.name) ? base.value : base.name, index);
+  if (lastName != nullptr) *lastName = reference;
   return reference;
 }
 
-DAG selectStored(DAG x) {
-  DAG lastName;
-  DAG base = simpl(eval(x[1], &lastName));
-  if (isTag(base, NAME)) {
-    DAG stored = valuenv(base, false);
-    if (isTag(stored, TABLE)) {
-      lastName = base;
-      base = stored;
+// The part of the string, or the reference when the index selects none.
+DAG selectCharacters(DAG x, DAG string, DAG index) {
+  DAG part = select_string(string, index[1]);
+  return part ? part : withParts(x, string, index);
+}
+
+DAG referenceToName(DAG x, DAG name, DAG* lastName) {
+  DAG reference = withParts(x, name, simpl(eval(x[2])));
+  if (lastName != nullptr) *lastName = reference;
+  return reference;
+}
+
+bool isSingle(DAG index) { return isSequence(index) && lengthOf(index) == 2; }
+
+// Whether the index is one expression, and no indexing function asks for it as a sequence.
+bool isPlainAccess(DAG x, DAG container) {
+  return isTag(container, TABLE) && container[tableFunction] == null && isSingle(x[2]);
+}
+
+// Value of an entry found by the index itself; the sequence around it is made when there is none.
+DAG plainEntry(DAG x, const Base& base, DAG* lastName) {
+  DAG key = simpl(evalOperand(x[2][1]));
+  if (lastName == nullptr && !isTag(key, EXPSEQ)) {
+    PairAddress pair = search(key.word, base.value[tableEntries]);
+    if (pair != notFound) {
+      DAG entry = pairValue(pair);
+      if (isImmediate(entry) || isTag(x[1], LOCAL)) return entry;
     }
   }
+  return tableEntry(x, base.value, key == x[2][1] ? x[2] : singleSequence(key), base.name, lastName);
+}
+
+// A reference to what nothing is selected from.
+DAG standingReference(DAG x, const Base& base, DAG index, DAG* lastName) {
+  const bool named = isNameOrIndexed(base.name);
+  if (lastName != nullptr && named) *lastName = withParts(x, base.name, index);
+  return withParts(x, isTag(base.value, PROC) && named ? base.name : base.value, index);
+}
+
+}  // namespace
+
+DAG evalTableReference(DAG x, DAG* lastName) {
+  checkStack();
+  const Base base = baseOf(x[1]);
+  DAG value = base.value;
+  // What the index does to the names that held it must not take it away.
+  updategen(value);
+  if (isPlainAccess(x, value)) return plainEntry(x, base, lastName);
+  switch (tagOf(value)) {
+    case EXPSEQ: case LIST: case SET: return selectMember(x, base, lastName);
+    case NAME: case TABLEREF: case UNEVAL: return referenceToName(x, value, lastName);
+    case MODULE: return moduleMember(value, simpl(eval(x[2])), lastName);
+    case INTPOS:
+      if (value == cons0) return cons0;
+      break;
+    default: break;
+  }
+  DAG index = isSequence(x[2]) ? evaluatedSequence(x[2]) : simpl(eval(x[2]));
+  if (hasTag(value, TABLE)) return tableEntry(x, value, index, base.name, lastName);
+  if (hasTag(value, STRING) && isSingle(index)) return selectCharacters(x, value, index);
+  return standingReference(x, base, index, lastName);
+}
+
+DAG selectStored(DAG x) {
+  const Base base = evaluatedBase(x[1]);
   DAG index = simpl(eval(x[2]));
-  switch (tagOf(base)) {
+  switch (tagOf(base.value)) {
     case EXPSEQ: case LIST: case SET:
-      if (DAG element = select_list(base, index)) return element;
+      if (DAG element = select_list(base.value, index)) return element;
       break;
     case STRING:
-      if (isTag(index, EXPSEQ) && lengthOf(index) == 2)
-        if (DAG part = select_string(base, index[1])) return part;
+      if (isSingle(index))
+        if (DAG part = select_string(base.value, index[1])) return part;
       break;
     case TABLE: {
-      DAG entry = TableIndex(index, lastName ? lastName : evparloc(x[1]), base);
+      DAG entry = TableIndex(index, base.name ? base.name : evparloc(x[1]), base.value);
       if (entry != absent) return entry;
       break;
     }
     default:
       break;
   }
-  return simpl(referenceTo(x, lastName && isNameOrIndexed(lastName) ? lastName : base, index));
+  return simpl(withParts(x, base.name && isNameOrIndexed(base.name) ? base.name : base.value, index));
 }
 
 }  // namespace korel

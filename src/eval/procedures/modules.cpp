@@ -1,30 +1,28 @@
-// Modules: running a definition, its members, and the list of all modules that exist.
+#include "eval/procedures/modules.h"
 
 #include <cstdlib>
 #include <cstring>
 
-#include "eval/statements/assign.h"
-#include "eval/evaluate/environment_variables.h"
-#include "session/evaluator_start.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/procedures/procedure_frame.h"
-#include "eval/procedures/procedures.h"
+#include "eval/procedures/scoping.h"
 #include "eval/simplify/simplify.h"
+#include "eval/statements/assign.h"
+#include "eval/statements/depth.h"
+#include "eval/statements/loops.h"
 #include "eval/statements/statements.h"
-#include "frame/environment.h"
 #include "frame/errors.h"
-#include "frame/output.h"
 #include "frame/trace_messages.h"
 #include "frame/traceback.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/names.h"
-#include "store/objects.h"
+#include "store/object_fields.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
-
 
 struct ModuleRecord {
   DAG module;
@@ -79,17 +77,10 @@ struct ModuleRun {
 };
 
 void protectName(DAG name) {
-  DAG attributes = name[2];
-  DAG isNowProtected;
-  if (attributes == null) {
-    isNowProtected = ini("protected");
-  } else if (isProtected(attributes)) {
-    return;
-  } else {
-    isNowProtected = simpl(new3(EXPSEQ, attributes, ini("protected")));
-  }
-  updategen(isNowProtected);
-  name[2] = isNowProtected;
+  if (isProtected(name[2])) return;
+  DAG attributes = simpl(newSequence({name[2], ini("protected")}));
+  name[2] = singleMember(attributes);
+  updategen(name[2]);
 }
 
 void leaveModule(ModuleRun& run) {
@@ -99,25 +90,26 @@ void leaveModule(ModuleRun& run) {
 }
 
 void runDefinition(ModuleRun& run) {
+  DAG body = bodyOf(run.definition);
   std::jmp_buf buffer;
   run.previous = enterEnvironment(run.block, buffer);
   run.block.frame = &run.frame;
   int code = ::_setjmp(buffer);
   if (code == 0) {
     if (run.traced) sendDebug(debugEnter, run.name, run.frame.args);
-    evaluationLevel += 19;
-    if (run.name != ini("unknown") && isTag(run.name, NAME)) {
+    evaluationLevel += procedureLevels;
+    if (run.name != ini("unknown")) {
       assign(run.name, run.module);
-      protectName(run.name);
+      if (isTag(run.name, NAME)) protectName(run.name);
     }
-    evalstat(run.definition[5], modeInner);
+    evalstat(body, modeInner);
     return;
   }
   Environment = &run.block;
   switch (code) {
     case jumpReturn:
-      if (isTag(funret, FUNCTION) && funret[1] == ini("goto")) {
-        if (!evalgoto(run.definition[5], funret[2][1]))
+      if (isCallOf(funret, ini("goto"))) {
+        if (!evalgoto(body, funret[2][1]))
           KernelException("goto to an undefined or unreachable label");
       } else if (funret != null) {
         KernelException("return value not allowed in a module definition");
@@ -149,7 +141,7 @@ DAG findByText(DAG instances, const char* text) {
 
 DAG ModuleNameAttr(DAG attributes) {
   auto isModuleName = [](DAG x) {
-    return isTag(x, EQUATION) && isTag(x[1], NAME) && std::strcmp(textOf(x[1]), "modulename") == 0;
+    return isTag(x, EQUATION) && isName(x[1]) && hasText(x[1], "modulename");
   };
   if (!attributes) return DAG();
   if (isModuleName(attributes)) return attributes[2];
@@ -160,21 +152,46 @@ DAG ModuleNameAttr(DAG attributes) {
 }
 
 DAG exportInstance(DAG module, DAG name) {
-  DAG declared = module[2][4];
+  DAG declared = exportsOf(module[moduleDefinition]);
   const char* text = textOf(name);
   for (Word i = 1; i < lengthOf(declared); ++i) {
     DAG candidate = declaredName(declared[i]);
-    if (candidate == name || std::strcmp(textOf(candidate), text) == 0) return module[1][i];
+    if (candidate == name || std::strcmp(textOf(candidate), text) == 0) return module[moduleExports][i];
   }
   return DAG();
 }
 
 DAG MemberInstance(DAG module, DAG name) {
   if (DAG instance = exportInstance(module, name)) return instance;
-  DAG moduleName = module[2][9];
+  DAG moduleName = module[moduleDefinition][moddefName];
   if (moduleName == null) KernelException("module does not export `%1`", name);
   KernelException("module `%1` does not export `%2`", moduleName, name);
 }
+
+namespace {
+
+// The module object, and its frame's locals: the instances of the declared locals, then those of the exports.
+void makeInstances(ModuleRun& run) {
+  DAG definition = run.definition, locals = localsOf(definition), exports = exportsOf(definition);
+  const Word n = memberCount(locals), e = memberCount(exports);
+  DAG declarations = space_insert(locals, n, e);
+  for (Word i = 1; i <= e; ++i) declarations[n + i] = exports[i];
+  bool isNamed = run.name != ini("unknown");
+  DAG attribute = isNamed ? simpl(new3(EQUATION, naminstall("modulename"), run.name)) : null;
+  DAG instances = freshLocals(declarations, attribute);
+  if (instances == null) instances = newl2(1, EXPSEQ);
+  // Through the simplifier at once: the instances live on in the module.
+  DAG localPart = simpl(copysub(instances, 0, n));
+  DAG exportPart = simpl(copysub(instances, n, e));
+  DAG shell = CopyAlg(definition);
+  bodyOf(shell) = null;
+  setSimplified(shell);
+  run.module = simpl(newModuleObject(exportPart, shell, localPart));
+  run.frame.locals = instances;
+  run.frame.args = simpl(newSequence({run.module}));
+}
+
+}  // namespace
 
 DAG EvaluateModuleDefinition(DAG definition, DAG name) {
   checkStack();
@@ -187,30 +204,12 @@ DAG EvaluateModuleDefinition(DAG definition, DAG name) {
   frame.printLevel = framePrintLevel(definition);
   frame.procName = name;
   frame.proc = definition;
-  frame.currentStatement = definition[5];
+  frame.currentStatement = bodyOf(definition);
   frame.ditto1 = frame.ditto2 = frame.ditto3 = null;
   frame.inCondition = ini("false");
   frame.envVars = caller.envVars;
-  DAG attribute = name == ini("unknown")
-                      ? null
-                      : simpl(new3(EQUATION, naminstall("modulename"), name));
-  DAG locals = definition[2], exports = definition[4];
-  Word n = lengthOf(locals) - 1, e = lengthOf(exports) - 1;
-  DAG all = newl2(n + e + 1, EXPSEQ);
-  for (Word i = 1; i <= n; ++i) all[i] = locals[i];
-  for (Word i = 1; i <= e; ++i) all[n + i] = exports[i];
-  DAG instances = freshLocals(all, attribute);
-  if (instances == null) instances = newl2(1, EXPSEQ);
-  // Through the simplifier at once: the instances live on in the module.
-  DAG localPart = simpl(n > 0 ? copysub(instances, 0, n) : null);
-  DAG exportPart = simpl(e > 0 ? copysub(instances, n, e) : null);
-  DAG shell = CopyAlg(definition);
-  shell[5] = null;
-  setSimplified(shell);
-  run.module = simpl(new4(MODULE, exportPart, shell, localPart));
-  frame.locals = instances;
-  frame.args = simpl(new2(EXPSEQ, run.module));
-  run.traced = evaluationLevel + 14 < shownDepth(frame);
+  makeInstances(run);
+  run.traced = showsCalls(frame);
   runDefinition(run);
   release(frame.locals, lengthOf(frame.locals));
   leaveModule(run);
@@ -221,14 +220,12 @@ DAG EvaluateModuleDefinition(DAG definition, DAG name) {
 }
 
 void RunLoadFunction(DAG module, const char* kind) {
-  DAG options = module[2][3];
+  DAG options = optionsOf(module[moduleDefinition]);
   for (Word i = 1; i < lengthOf(options); ++i) {
     DAG option = options[i];
-    if (!isTag(option, EQUATION) || !isTag(option[1], NAME) || !isTag(option[2], NAME) ||
-        std::strcmp(textOf(option[1]), kind) != 0)
-      continue;
-    DAG function = findByText(module[1], textOf(option[2]));
-    if (!function) function = findByText(module[3], textOf(option[2]));
+    if (!isTag(option, EQUATION) || !isName(option[1]) || !isName(option[2]) || !hasText(option[1], kind)) continue;
+    DAG function = findByText(module[moduleExports], textOf(option[2]));
+    if (!function) function = findByText(module[moduleLocals], textOf(option[2]));
     if (function) simpl(eval(simpl(newCall(function, {}))));
   }
 }

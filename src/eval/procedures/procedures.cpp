@@ -2,28 +2,25 @@
 
 #include <cstring>
 
-#include "eval/simplify/bindings.h"
-#include "eval/walk/copy_on_change.h"
 #include "eval/evaluate/environment_variables.h"
-#include "eval/evaluate/evaluate.h"
-#include "library/retrieve.h"
+#include "eval/procedures/scoping.h"
+#include "eval/simplify/bindings.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
+#include "eval/types/constant_expressions.h"
+#include "eval/walk/copy_on_change.h"
+#include "eval/walk/has.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "numbers/arithmetic.h"
 #include "store/constants.h"
+#include "store/hash.h"
 #include "store/names.h"
-#include "store/objects.h"
-#include "eval/types/constant_expressions.h"
-#include "eval/walk/has.h"
+#include "store/tag_facts.h"
 
 namespace korel {
 
-ProcedureRecord* procSimplStack = nullptr;
-DAG assignedProcName;
-
 namespace {
-
 
 // ---- checks of declarations
 
@@ -58,18 +55,13 @@ bool isReservedName(DAG name) {
 
 bool isDeclaration(DAG x) { return isTag(x, NAME) || (isTag(x, DCOLON) && isTag(x[1], NAME)); }
 
-bool isDeclared(DAG declarations, DAG name) {
-  for (Word i = 1; i < lengthOf(declarations); ++i)
-    if (isDeclaration(declarations[i]) && declaredName(declarations[i]) == name) return true;
-  return false;
-}
-
 int occurrences(DAG declarations, DAG name) {
   int count = 0;
   for (Word i = 1; i < lengthOf(declarations); ++i)
     if (isDeclaration(declarations[i]) && declaredName(declarations[i]) == name) ++count;
   return count;
 }
+bool isDeclared(DAG declarations, DAG name) { return occurrences(declarations, name) > 0; }
 
 struct Clash {
   DAG declarations;
@@ -116,68 +108,57 @@ DAG nameOfReference(DAG reference, DAG outer) {
   auto n = static_cast<std::int32_t>(rawField(reference, 1));
   if (isTag(reference, LOCAL)) {
     // The exports of a module are numbered behind its locals.
-    Word position = rawField(reference, 1), locals = lengthOf(outer[2]) - 1;
+    Word position = rawField(reference, 1), locals = memberCount(localsOf(outer));
     bool isExport = hasTag(outer, MODDEF) && position > locals;
-    return isExport ? nameAt(outer[4], position - locals, "invalid local on stack")
-                    : nameAt(outer[2], position, "invalid local on stack");
+    return isExport ? nameAt(exportsOf(outer), position - locals, "invalid local on stack")
+                    : nameAt(localsOf(outer), position, "invalid local on stack");
   }
   if (isTag(reference, PARAM))
-    return nameAt(outer[1], rawField(reference, 1), "invalid parameter on stack");
+    return nameAt(paramsOf(outer), rawField(reference, 1), "invalid parameter on stack");
   Word pair = static_cast<Word>(n < 0 ? -n : n);
-  return nameAt(outer[8], 2 * pair - 1, "invalid lexically scoped identifier on stack");
+  return nameAt(lexicalsOf(outer), 2 * pair - 1, "invalid lexically scoped identifier on stack");
 }
 
-// A name for messages; inside another procedure it may already be a position.
-DAG takeNameForMessages() {
-  DAG name = assignedProcName;
-  assignedProcName = DAG();
-  if (!name || isTag(name, NAME) || isTag(name, TABLEREF)) return name;
-  bool isReference = isTag(name, LOCAL) || isTag(name, PARAM) || isTag(name, LEXICAL);
-  if (!isReference || procSimplStack == nullptr) return DAG();
+// The assigned `name`, or 0, as messages tell it; inside another procedure it may already be a position.
+DAG nameForMessages(DAG name) {
+  if (!name || isNameOrIndexed(name)) return name;
+  if (!isAmong(name, frameReferenceTags) || procSimplStack == nullptr) return DAG();
   return nameOfReference(name, procSimplStack->procedure);
 }
 
+DAG withoutBindings(DAG x) { return SimplifyMaybeBind(x, false); }
+
 void simplifyDeclarations(DAG proc) {
-  DAG parameters = proc[1];
-  if (lengthOf(parameters) > 1) {
-    parameters = CopyAlg(parameters);
-    for (Word i = 1; i < lengthOf(parameters); ++i)
-      if (isTag(parameters[i], DCOLON)) {
-        DAG typed = CopyAlg(parameters[i]);
-        typed[2] = simpl(typed[2]);
-        parameters[i] = typed;
-      }
-  }
-  proc[1] = SimplifyMaybeBind(parameters, false);
-  if (isTag(proc[2], LIST)) proc[2] = proc[2][1];
-  proc[7] = SimplifyMaybeBind(proc[7], false);
+  paramsOf(proc) = withoutBindings(withFields(paramsOf(proc), 1, 1, [](DAG declaration) {
+    return isTag(declaration, DCOLON) ? new3(DCOLON, declaration[1], simpl(declaration[2])) : declaration;
+  }));
+  if (isTag(localsOf(proc), LIST)) localsOf(proc) = localsOf(proc)[1];
+  globalsOf(proc) = withoutBindings(globalsOf(proc));
 }
+
+// What replacements of bound names are made of.
+constexpr TagSet capturedInside =
+    binaryTags | pairTags | TagSet{MEMBER, TABLEREF, SERIES, FUNCTION, UNEVAL, NOT, EXPSEQ, LIST, SET};
 
 // `x` of the procedure `outer` as `proc` inside of it reads it: references become lexical.
 DAG captured(DAG x, DAG proc, DAG outer) {
   if (!x || isImmediate(x)) return x;
-  switch (tagOf(x)) {
-    case LOCAL: case PARAM: case LEXICAL: {
-      if (isTag(x, PARAM) && static_cast<std::int32_t>(rawField(x, 1)) < 1) return x;
-      return lexicalFor(proc, nameOfReference(x, outer), x);
-    }
-    case PROC: {
-      // Of an inner procedure only the bindings of its lexical table refer outwards.
-      auto outward = [&](DAG field) { return captured(field, proc, outer); };
-      DAG table = withFields(x[8], 2, 2, outward);
-      if (table == x[8]) return x;
-      DAG copy = CopyAlg(x);
-      copy[8] = SimplifyMaybeBind(table, false);
-      return markSimplified(copy);
-    }
-    case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case POWER: case PROD: case SERIES: case SUM:
-    case FUNCTION: case UNEVAL: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case NOT:
-    case OR: case EXPSEQ: case LIST: case RANGE: case SET:
-      checkStack();
-      return withFields(x, 1, 1, [&](DAG field) { return captured(field, proc, outer); });
-    default:
-      return x;
+  auto capturedPart = [&](DAG part) { return captured(part, proc, outer); };
+  if (isAmong(x, frameReferenceTags)) {
+    bool tellsOfCall = hasTag(x, PARAM) && static_cast<std::int32_t>(rawField(x, 1)) < 1;
+    return tellsOfCall ? x : lexicalFor(proc, nameOfReference(x, outer), x);
   }
+  if (hasTag(x, PROC)) {
+    // Of an inner procedure only the bindings of its lexical table refer outwards.
+    DAG table = withFields(lexicalsOf(x), 2, 2, capturedPart);
+    if (table == lexicalsOf(x)) return x;
+    DAG copy = CopyAlg(x);
+    lexicalsOf(copy) = withoutBindings(table);
+    return markSimplified(copy);
+  }
+  if (!isAmong(x, capturedInside)) return x;
+  checkStack();
+  return withFields(x, 1, 1, capturedPart);
 }
 
 // The equations in force that the procedure's own names do not shadow.
@@ -186,9 +167,9 @@ DAG unshadowed(DAG equations, DAG proc) {
   Word at = 1;
   for (Word i = 1; i < lengthOf(equations); ++i) {
     DAG name = equations[i][1];
-    if (hasMember(proc[7], name) || lookupDeclaredName(name, proc) != name) continue;
+    if (isDeclaredIn(proc, name)) continue;
     DAG right = equations[i][2];
-    if (isTag(right, LOCAL) || isTag(right, PARAM) || isTag(right, LEXICAL))
+    if (isObject(right) && isAmong(right, frameReferenceTags))
       right = addLexicalPair(proc, name, right);
     else if (procSimplStack != nullptr && hasparloc(right))
       right = captured(right, proc, procSimplStack->procedure);
@@ -212,19 +193,16 @@ void restoreStacks(const char*) {
 void simplifyBody(DAG proc, DAG bindings) {
   SavedStacks saved{procSimplStack, useSimplStack};
   PushParamErrorProc(restoreStacks, &saved);
+  // Without bindings of the user the imaginary unit may be in force: a declaration of its name shadows it.
+  if (bindings == null && useSimplStack != nullptr) bindings = useSimplStack->equations;
   BindingRecord shadowing;
   if (bindings != null) {
     shadowing = {unshadowed(bindings, proc), nullptr};
     useSimplStack = &shadowing;
-  } else if (useSimplStack != nullptr) {
-    // The imaginary unit alone is in force: a declaration of its name shadows it.
-    shadowing = {unshadowed(useSimplStack->equations, proc), nullptr};
-    useSimplStack = &shadowing;
   }
   ProcedureRecord record{proc, procSimplStack};
   procSimplStack = &record;
-  DAG numbered = simplfnc(proc[5], proc, null);
-  proc[5] = simpl(numbered);
+  bodyOf(proc) = simpl(simplfnc(bodyOf(proc), proc, null));
   procSimplStack = record.link;
   useSimplStack = saved.bindings;
   PopErrorProc();
@@ -232,32 +210,33 @@ void simplifyBody(DAG proc, DAG bindings) {
 
 // ---- operators
 
+// A head that is the same function on every call. What stands in a procedure without captured names is its own.
+bool isConstantHead(DAG head) {
+  return isTag(head, PROC) ? isEmptySequence(lexicalsOf(head)) : !hasparloc(head);
+}
+
+// The arguments are the parameters, in their order and without types.
+bool passesParameters(DAG proc, DAG arguments) {
+  DAG parameters = paramsOf(proc);
+  if (lengthOf(arguments) != lengthOf(parameters)) return false;
+  for (Word i = 1; i < lengthOf(parameters); ++i)
+    if (!isTag(arguments[i], PARAM) || rawField(arguments[i], 1) != i || isTag(parameters[i], DCOLON)) return false;
+  return true;
+}
+
 // `x -> c` is the number c, and `x -> f(x)` is f.
 DAG reducedOperator(DAG proc) {
-  DAG body = proc[5];
-  if (lengthOf(proc[8]) > 1) return DAG();
+  DAG body = bodyOf(proc);
+  if (lengthOf(lexicalsOf(proc)) > 1) return DAG();
   if (isNumeric(body)) return body;
-  if (!isTag(body, FUNCTION) || lengthOf(body) != 3 || isImmediate(body[1])) return DAG();
-  switch (tagOf(body[1])) {
-    case LOCAL: case PARAM: case LEXICAL: return DAG();
-    default: break;
-  }
-  Word n = lengthOf(proc[1]);
-  if (n == 1 || lengthOf(body[2]) != n) return DAG();
-  for (Word i = 1; i < n; ++i) {
-    DAG argument = body[2][i];
-    if (!isTag(argument, PARAM) || rawField(argument, 1) != i || isTag(proc[1][i], DCOLON)) return DAG();
-  }
-  // A head that holds parameters of its own is no constant function.
-  return isTag(body[1], NAME) ? body[1] : DAG();
+  bool isPlainCall = isTag(body, FUNCTION) && lengthOf(body) == 3;
+  return isPlainCall && isConstantHead(body[1]) && passesParameters(proc, body[2]) ? body[1] : DAG();
 }
 
 void checkInline(DAG proc) {
-  DAG body = proc[5];
-  if (!isImmediate(body) && tagOf(body) >= ASSIGN)
-    KernelException("inline procedure body must be an expression");
-  if (lengthOf(proc[2]) > 1) KernelException("inline procedure cannot have local variables");
-  if (lengthOf(proc[8]) > 1)
+  if (isAmong(bodyOf(proc), statementTags)) KernelException("inline procedure body must be an expression");
+  if (lengthOf(localsOf(proc)) > 1) KernelException("inline procedure cannot have local variables");
+  if (lengthOf(lexicalsOf(proc)) > 1)
     KernelException("inline procedure cannot have lexically scoped identifiers");
   if (hasOption(proc, ini("remember")) || hasOption(proc, naminstall("system")))
     KernelWarning(2, "options remember and system are ineffective for inline procedures");
@@ -267,104 +246,96 @@ void checkInline(DAG proc) {
 bool isIndeterminate(DAG name, DAG proc) {
   return !isEnvironmentName(name) && !isConstantName(name) && !isInfinite(name) && !isUndefined(name) &&
          name != ini("true") && name != ini("false") && name != ini("FAIL") &&
-         !isDeclared(isTag(proc[2], LIST) ? proc[2][1] : proc[2], name) && !isDeclared(proc[7], name);
+         !isDeclaredIn(proc, name);
 }
+
+constexpr TagSet searchedForNames = pairTags | relationTags | booleanTags | collectionTags | TagSet{POWER, RANGE};
 
 // An operator without arrow and parameters takes the names among the indeterminates of its body as its
 // parameters, in the order in which they appear.
 void collectNames(DAG x, DAG proc, DAG& names) {
   if (!x || isImmediate(x)) return;
-  switch (tagOf(x)) {
-    case NAME: {
-      if (hasMember(names, x) || !isIndeterminate(x, proc)) return;
-      DAG grown = newl2(lengthOf(names) + 1, EXPSEQ);
-      for (Word i = 1; i < lengthOf(names); ++i) grown[i] = names[i];
-      grown[lengthOf(names)] = x;
-      names = grown;
-      return;
-    }
-    case SUM: case PROD: case POWER: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
-    case AND: case NOT: case OR: case EXPSEQ: case LIST: case RANGE: case SET:
-      checkStack();
-      for (Word i = 1; i < lengthOf(x); ++i) collectNames(x[i], proc, names);
-      return;
-    case FUNCTION: return collectNames(x[2], proc, names);
-    default: return;
+  if (isName(x)) {
+    if (isMember(x, names) || !isIndeterminate(x, proc)) return;
+    Word n = lengthOf(names);
+    names = space_insert(names, n - 1, 1);
+    names[n] = x;
+  } else if (hasTag(x, FUNCTION)) {
+    collectNames(x[2], proc, names);
+  } else if (isAmong(x, searchedForNames)) {
+    checkStack();
+    for (Word i = 1; i < lengthOf(x); ++i) collectNames(x[i], proc, names);
   }
+}
+
+// ---- what the final forms of procedures and modules share
+
+// Names get their scopes before the declarations are checked: implicit locals are declarations too.
+// Gives the bindings in force.
+DAG scopeBody(DAG s, DAG nameForMessages) {
+  ScopeVariables(bodyOf(s), s);
+  DAG bindings = hasUserBindings() ? allBindings() : null;
+  DetermLocals(bodyOf(s), s, nameForMessages, bindings);
+  localsOf(s) = withoutBindings(localsOf(s));
+  return bindings;
+}
+
+void checkLocalsAndGlobals(DAG s) {
+  const Clash clashes[] = {{globalsOf(s), "local and global `%1` have the same name"}};
+  checkDeclarations(localsOf(s), localKind, clashes);
 }
 
 }  // namespace
 
-bool hasOption(DAG procedure, DAG name) { return hasMember(procedure[3], name); }
-
-DAG simplProcedure(DAG s) {
-  DAG name = takeNameForMessages();
-  if (lengthOf(s[1]) == 1 && hasOption(s, ini("operator")) && !hasOption(s, ini("arrow"))) {
+DAG simplProcedure(DAG s, DAG assignedName) {
+  DAG name = nameForMessages(assignedName);
+  if (lengthOf(paramsOf(s)) == 1 && hasOption(s, ini("operator")) && !hasOption(s, ini("arrow"))) {
     DAG names = newl2(1, EXPSEQ);
-    collectNames(s[5], s, names);
-    s[1] = names;
+    collectNames(bodyOf(s), s, names);
+    paramsOf(s) = names;
   }
   simplifyDeclarations(s);
-  ScopeVariables(s[5], s);
-  DAG bindings = hasUserBindings() ? allBindings() : null;
-  DetermLocals(s[5], s, name, bindings);
-  s[2] = SimplifyMaybeBind(s[2], false);
-  const Clash parameterClashes[] = {
-      {s[2], "parameter and local `%1` have the same name"},
-      {s[7], "parameter and global `%1` have the same name"},
+  DAG bindings = scopeBody(s, name);
+  const Clash clashes[] = {
+      {localsOf(s), "parameter and local `%1` have the same name"},
+      {globalsOf(s), "parameter and global `%1` have the same name"},
   };
-  checkDeclarations(s[1], parameterKind, parameterClashes);
-  const Clash localClashes[] = {{s[7], "local and global `%1` have the same name"}};
-  checkDeclarations(s[2], localKind, localClashes);
-  checkGlobals(s[7]);
-  s[3] = simpl(s[3]);
-  if (s[4] != null) s[4] = isTag(s[4], HASHTAB) ? s[4] : simpl(s[4]);
+  checkDeclarations(paramsOf(s), parameterKind, clashes);
+  checkLocalsAndGlobals(s);
+  checkGlobals(globalsOf(s));
+  optionsOf(s) = simpl(optionsOf(s));
+  if (rememberOf(s) != null && !isTag(rememberOf(s), HASHTAB)) rememberOf(s) = simpl(rememberOf(s));
   simplifyBody(s, bindings);
-  s[6] = simpl(s[6]);
+  descriptionOf(s) = simpl(descriptionOf(s));
   if (hasOption(s, ini("operator")))
     if (DAG reduced = reducedOperator(s)) return reduced;
-  s[8] = SimplifyMaybeBind(s[8], false);
+  lexicalsOf(s) = withoutBindings(lexicalsOf(s));
   if (hasOption(s, ini("inline"))) checkInline(s);
   return markSimplified(s);
 }
 
-DAG simplModuleDefinition(DAG s) {
-  DAG assignedName = takeNameForMessages();
-  if (lengthOf(s[1]) > 1 && !(lengthOf(s[1]) == 2 && s[1][1] == ini("thismodule")))
+DAG simplModuleDefinition(DAG s, DAG assignedName) {
+  DAG parameters = paramsOf(s), thisModule = ini("thismodule");
+  if (lengthOf(parameters) > 1 && !(lengthOf(parameters) == 2 && parameters[1] == thisModule))
     KernelException("modules cannot have parameters");
   simplifyDeclarations(s);
-  s[4] = SimplifyMaybeBind(isTag(s[4], LIST) ? s[4][1] : s[4], false);
-  ScopeVariables(s[5], s);
-  DAG bindings = hasUserBindings() ? allBindings() : null;
-  DetermLocals(s[5], s, s[9] == null ? assignedName : s[9], bindings);
-  s[2] = SimplifyMaybeBind(s[2], false);
-  const Clash localClashes[] = {{s[7], "local and global `%1` have the same name"}};
-  checkDeclarations(s[2], localKind, localClashes);
-  const Clash exportClashes[] = {
-      {s[2], "export and local `%1` have the same name"},
-      {s[7], "export and global `%1` have the same name"},
+  exportsOf(s) = withoutBindings(isTag(exportsOf(s), LIST) ? exportsOf(s)[1] : exportsOf(s));
+  DAG& ownName = s[moddefName];
+  DAG bindings = scopeBody(s, nameForMessages(ownName == null ? assignedName : ownName));
+  checkLocalsAndGlobals(s);
+  const Clash clashes[] = {
+      {localsOf(s), "export and local `%1` have the same name"},
+      {globalsOf(s), "export and global `%1` have the same name"},
   };
-  checkDeclarations(s[4], exportKind, exportClashes);
-  checkGlobals(s[7]);
-  s[3] = simpl(s[3]);
-  s[9] = s[9] == null ? null : SimplifyMaybeBind(s[9], false);
+  checkDeclarations(exportsOf(s), exportKind, clashes);
+  checkGlobals(globalsOf(s));
+  optionsOf(s) = simpl(optionsOf(s));
+  ownName = withoutBindings(ownName);
   simplifyBody(s, bindings);
-  s[6] = simpl(s[6]);
-  s[8] = SimplifyMaybeBind(s[8], false);
-  s[1] = simpl(new2(EXPSEQ, ini("thismodule")));
+  descriptionOf(s) = simpl(descriptionOf(s));
+  lexicalsOf(s) = withoutBindings(lexicalsOf(s));
+  paramsOf(s) = simpl(newSequence({thisModule}));
   return markSimplified(s);
-}
-
-bool isNamed(DAG x, Tag tag) {
-  if (isImmediate(x)) return false;
-  if (hasTag(x, tag)) return true;
-  if (!hasTag(x, NAME)) return false;
-  return isTag(valuenv(x, false), tag);
-}
-
-bool NAMED_ARRAY(DAG x) {
-  if (isObject(x) && hasTag(x, NAME)) x = valuenv(x, false);
-  return isTag(x, TABLE) && x[2] != ini("false");
 }
 
 }  // namespace korel

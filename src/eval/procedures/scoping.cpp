@@ -1,34 +1,40 @@
-// Scoping: which names of a procedure's body are its own, which belong to a procedure outside, and
-// which become implicit locals.
+#include "eval/procedures/scoping.h"
 
-#include "eval/simplify/bindings.h"
 #include "eval/evaluate/environment_variables.h"
-#include "eval/procedures/procedures.h"
+#include "eval/simplify/bindings.h"
+#include "eval/walk/copy_on_change.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "store/constants.h"
 #include "store/names.h"
-#include "store/objects.h"
+#include "store/object_fields.h"
+#include "store/tag_facts.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
+ProcedureRecord* procSimplStack = nullptr;
+
 namespace {
+
+// Objects in which no name is sought.
+constexpr TagSet nameless = numberTags | TagSet{STRING, TABLE, RTABLE, MODULE, HASH, HASHTAB};
 
 std::int32_t number(DAG x) { return static_cast<std::int32_t>(rawField(x, 1)); }
 DAG reference(Tag tag, std::int32_t n) { return new2(tag, DAG(static_cast<Word>(n))); }
 
+// A raw definition holds its locals in a LIST.
+DAG sequenceOf(DAG declarations) { return isTag(declarations, LIST) ? declarations[1] : declarations; }
+
 // Position of `name` in a sequence of declarations, or 0.
 Word positionOf(DAG declarations, DAG name) {
-  if (isTag(declarations, LIST)) declarations = declarations[1];
+  declarations = sequenceOf(declarations);
   for (Word i = 1; i < lengthOf(declarations); ++i)
     if (declaredName(declarations[i]) == name) return i;
   return 0;
 }
 
-Word countOf(DAG declarations) {
-  if (isTag(declarations, LIST)) declarations = declarations[1];
-  return lengthOf(declarations) - 1;
-}
+Word countOf(DAG declarations) { return memberCount(sequenceOf(declarations)); }
 
 // A lexical reference is negative when what it captures is a parameter.
 bool capturesParameter(DAG binding) {
@@ -36,64 +42,66 @@ bool capturesParameter(DAG binding) {
 }
 
 Word lexicalPair(DAG proc, DAG name) {
-  DAG table = proc[8];
+  DAG table = lexicalsOf(proc);
   for (Word i = 1; i < lengthOf(table); i += 2)
     if (table[i] == name) return (i + 1) / 2;
   return 0;
 }
 
-bool isReserved(DAG name) {
-  return name == ini("nargs") || name == ini("args") || name == ini("procname");
+// The LEXICAL for pair `k`, which holds `binding`.
+DAG lexicalReference(Word k, DAG binding) {
+  auto n = static_cast<std::int32_t>(k);
+  return reference(LEXICAL, capturesParameter(binding) ? -n : n);
 }
+
+// The place among the arguments of a name that tells of the call, or 1.
+std::int32_t placeOfCallName(DAG name) {
+  return name == ini("nargs") ? 0 : name == ini("args") ? -1 : name == ini("procname") ? -2 : 1;
+}
+bool isReserved(DAG name) { return placeOfCallName(name) < 1; }
 
 }  // namespace
 
-bool hasMember(DAG s, DAG x) {
-  for (Word i = 1; i < lengthOf(s); ++i)
-    if (s[i] == x) return true;
-  return false;
-}
-
 DAG lookupDeclaredName(DAG name, DAG proc) {
-  if (Word i = positionOf(proc[1], name)) return reference(PARAM, static_cast<std::int32_t>(i));
-  if (Word i = positionOf(proc[2], name)) return reference(LOCAL, static_cast<std::int32_t>(i));
+  if (Word i = positionOf(paramsOf(proc), name)) return reference(PARAM, static_cast<std::int32_t>(i));
+  if (Word i = positionOf(localsOf(proc), name)) return reference(LOCAL, static_cast<std::int32_t>(i));
   if (hasTag(proc, MODDEF))
-    if (Word i = positionOf(proc[4], name))
-      return reference(LOCAL, static_cast<std::int32_t>(countOf(proc[2]) + i));
-  if (Word k = lexicalPair(proc, name)) {
-    auto n = static_cast<std::int32_t>(k);
-    return reference(LEXICAL, capturesParameter(proc[8][2 * k]) ? -n : n);
-  }
+    if (Word i = positionOf(exportsOf(proc), name))
+      return reference(LOCAL, static_cast<std::int32_t>(countOf(localsOf(proc)) + i));
+  if (Word k = lexicalPair(proc, name)) return lexicalReference(k, lexicalsOf(proc)[2 * k]);
   if (hasTag(proc, MODDEF) && name == ini("thismodule")) return reference(PARAM, 1);
   return name;
 }
 
+bool isDeclaredIn(DAG proc, DAG name) {
+  return isMember(name, globalsOf(proc)) || lookupDeclaredName(name, proc) != name;
+}
+
 DAG addLexicalPair(DAG proc, DAG name, DAG binding) {
-  DAG old = proc[8];
+  DAG old = lexicalsOf(proc);
   Word n = lengthOf(old);
-  DAG table = newl2(n + 2, EXPSEQ);
-  for (Word i = 1; i < n; ++i) table[i] = old[i];
+  DAG table = space_insert(old, n - 1, 2);
   table[n] = name;
   table[n + 1] = binding;
-  proc[8] = table;
-  auto k = static_cast<std::int32_t>((n + 1) / 2);
-  return reference(LEXICAL, capturesParameter(binding) ? -k : k);
+  lexicalsOf(proc) = table;
+  return lexicalReference((n + 1) / 2, binding);
 }
 
 DAG lexicalFor(DAG proc, DAG name, DAG binding) {
-  DAG table = proc[8];
-  for (Word i = 2; i < lengthOf(table); i += 2) {
-    if (tagOf(table[i]) != tagOf(binding) || number(table[i]) != number(binding)) continue;
-    auto k = static_cast<std::int32_t>(i / 2);
-    return reference(LEXICAL, capturesParameter(binding) ? -k : k);
-  }
+  DAG table = lexicalsOf(proc);
+  for (Word i = 2; i < lengthOf(table); i += 2)
+    if (tagOf(table[i]) == tagOf(binding) && number(table[i]) == number(binding))
+      return lexicalReference(i / 2, binding);
   return addLexicalPair(proc, name, binding);
 }
 
+namespace {
+
+// The reference for `name` in the scopes from `scope` on, the name itself when it is global there, or 0.
 DAG searchEnclosingScopes(ProcedureRecord* scope, DAG name) {
   if (scope == nullptr) return DAG();
   DAG proc = scope->procedure;
-  if (hasMember(proc[7], name)) return name;
+  if (isMember(name, globalsOf(proc))) return name;
   DAG found = lookupDeclaredName(name, proc);
   if (found != name) return found;
   if (isReserved(name)) return DAG();
@@ -103,26 +111,27 @@ DAG searchEnclosingScopes(ProcedureRecord* scope, DAG name) {
   return addLexicalPair(proc, name, outer);
 }
 
+}  // namespace
+
 void ScopeVariables(DAG x, DAG proc) {
-  if (!x || isImmediate(x)) return;
+  if (!x || isImmediate(x) || isAmong(x, nameless | frameReferenceTags)) return;
   Word n = lengthOf(x);
   switch (tagOf(x)) {
-    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case COMPLEX: case STRING:
-    case LOCAL: case PARAM: case LEXICAL: case TABLE: case RTABLE: case MODDEF:
-    case MODULE: case HASH: case HASHTAB:
+    case MODDEF:
+      // The name of an inner module is a variable of this scope.
+      if (!isSimplified(x)) ScopeVariables(x[moddefName], proc);
       return;
     case PROC: {
       // The names of an inner procedure are settled when it is simplified itself, but for the types of
       // its parameters, which belong to this scope.
       if (isSimplified(x)) return;
-      DAG parameters = x[1];
+      DAG parameters = paramsOf(x);
       for (Word i = 1; i < lengthOf(parameters); ++i)
         if (isTag(parameters[i], DCOLON)) ScopeVariables(parameters[i][2], proc);
       return;
     }
     case NAME: {
-      if (hasMember(proc[7], x) || isEnvironmentName(x)) return;
-      if (lookupDeclaredName(x, proc) != x || isReserved(x)) return;
+      if (isEnvironmentName(x) || isDeclaredIn(proc, x) || isReserved(x)) return;
       DAG found = searchEnclosingScopes(procSimplStack, x);
       if (found && found != x) addLexicalPair(proc, x, found);
       return;
@@ -151,24 +160,26 @@ void ScopeVariables(DAG x, DAG proc) {
 
 namespace {
 
-void implicitLocal(DAG name, DAG proc, DAG nameForMessages, DAG bindings) {
-  if (!isTag(name, NAME)) return;
+// What the binding equations put in the place of `name`, or 0.
+DAG replacementOf(DAG name, DAG bindings) {
   for (Word i = 1; i < lengthOf(bindings); ++i)
-    if (bindings[i][1] == name) return;
-  if (hasMember(proc[7], name) || lookupDeclaredName(name, proc) != name) return;
-  if (isEnvironmentName(name)) return;
+    if (bindings[i][1] == name) return bindings[i][2];
+  return DAG();
+}
+
+void implicitLocal(DAG name, DAG proc, DAG nameForMessages, DAG bindings) {
+  if (!isName(name) || replacementOf(name, bindings)) return;
+  if (isDeclaredIn(proc, name) || isEnvironmentName(name)) return;
   if (searchEnclosingScopes(procSimplStack, name)) return;
   DAG kind = strinstall(hasTag(proc, PROC) ? "procedure" : "module");
   if (nameForMessages)
     KernelWarning(2, "`%1` is implicitly declared local to %2 `%3`", name, kind, nameForMessages);
   else
     KernelWarning(2, "`%1` is implicitly declared local to %2", name, kind);
-  DAG old = proc[2];
-  Word n = lengthOf(old);
-  DAG locals = newl2(n + 1, EXPSEQ);
-  for (Word i = 1; i < n; ++i) locals[i] = old[i];
+  DAG& locals = localsOf(proc);
+  Word n = lengthOf(locals);
+  locals = space_insert(locals, n - 1, 1);
   locals[n] = name;
-  proc[2] = locals;
 }
 
 void assignedTarget(DAG target, DAG proc, DAG nameForMessages, DAG bindings) {
@@ -202,15 +213,15 @@ void DetermLocals(DAG s, DAG proc, DAG nameForMessages, DAG bindings) {
       for (Word i = 1; i < lengthOf(s); ++i) DetermLocals(s[i], proc, nameForMessages, bindings);
       return;
     case USE: return DetermLocals(s[2], proc, nameForMessages, joinBindings(s[1], bindings));
-    case MODDEF: return assignedTarget(s[9], proc, nameForMessages, bindings);
+    case MODDEF: return assignedTarget(s[moddefName], proc, nameForMessages, bindings);
     case ASSIGN:
       assignedTarget(s[1], proc, nameForMessages, bindings);
       return DetermLocals(isTag(s[2], MODDEF) ? s[2] : DAG(), proc, nameForMessages, bindings);
     case FOR: {
-      DAG variable = s[1];
+      DAG variable = s[loopVariable];
       while (isTag(variable, TABLEREF)) variable = variable[1];
       implicitLocal(variable, proc, nameForMessages, bindings);
-      return DetermLocals(s[lengthOf(s) - 1], proc, nameForMessages, bindings);
+      return DetermLocals(bodyOfLoop(s), proc, nameForMessages, bindings);
     }
     default: return;
   }
@@ -222,55 +233,49 @@ namespace {
 
 // Names have no position of their own but by declaration; the three that tell of the call do.
 DAG positionOfName(DAG x, DAG proc, DAG bindings) {
-  for (Word i = 1; i < lengthOf(bindings); ++i)
-    if (bindings[i][1] == x) return bindings[i][2];
+  if (DAG replacement = replacementOf(x, bindings)) return replacement;
   DAG found = lookupDeclaredName(x, proc);
-  if (found != x) return found;
-  if (x == ini("nargs")) return reference(PARAM, 0);
-  if (x == ini("args")) return reference(PARAM, -1);
-  if (x == ini("procname")) return reference(PARAM, -2);
-  return x;
+  return found == x && isReserved(x) ? reference(PARAM, placeOfCallName(x)) : found;
 }
 
 void checkNumber(DAG x, DAG proc) {
-  std::int32_t n = number(x);
+  const std::int32_t n = number(x);
+  const bool module = hasTag(proc, MODDEF);
+  auto outside = [n](std::int32_t least, Word most) { return n < least || n > static_cast<std::int32_t>(most); };
   switch (tagOf(x)) {
     case PARAM:
-      if (n > static_cast<std::int32_t>(countOf(proc[1])) || n < -2)
-        KernelException("nameless parameter in procedure or module");
+      if (outside(-2, countOf(paramsOf(proc)))) KernelException("nameless parameter in procedure or module");
       return;
-    case LOCAL: {
-      Word locals = countOf(proc[2]) + (hasTag(proc, MODDEF) ? countOf(proc[4]) : 0);
-      if (n < 1 || n > static_cast<std::int32_t>(locals)) {
-        if (hasTag(proc, MODDEF)) KernelException("nameless local variable in module");
-        KernelException("nameless local variable in procedure");
-      }
+    case LOCAL:
+      if (outside(1, countOf(localsOf(proc)) + (module ? countOf(exportsOf(proc)) : 0)))
+        KernelException(module ? "nameless local variable in module" : "nameless local variable in procedure");
       return;
-    }
     default:
-      if (n == 0 || 2 * (n < 0 ? -n : n) >= static_cast<std::int32_t>(lengthOf(proc[8])))
+      if (n == 0 || 2 * (n < 0 ? -n : n) >= static_cast<std::int32_t>(lengthOf(lexicalsOf(proc))))
         KernelException("unbound lexically scoped identifier in procedure or module");
   }
 }
 
-// Inside an inner procedure only its parameters' types and its lexical bindings belong to this one.
+// `sequence` with `replace` applied to the right operands of its members of the tag `kind`.
+template <class Replace>
+DAG withRightSides(DAG sequence, Tag kind, Replace replace) {
+  return withFields(sequence, 1, 1, [&](DAG member) {
+    if (!hasTag(member, kind)) return member;
+    DAG right = replace(member[2]);
+    return right == member[2] ? member : new3(kind, member[1], right);
+  });
+}
+
+// Of an inner procedure its parameters' types and its lexical bindings belong to this one, of an inner module
+// also the name that it is assigned to.
 DAG replaceInInner(DAG x, DAG proc, DAG bindings) {
+  auto replace = [&](DAG part) { return simplfnc(part, proc, bindings); };
   DAG copy = CopyAlg(x);
-  DAG parameters = CopyAlg(copy[1]);
-  for (Word i = 1; i < lengthOf(parameters); ++i)
-    if (isTag(parameters[i], DCOLON)) {
-      DAG typed = CopyAlg(parameters[i]);
-      typed[2] = simplfnc(typed[2], proc, bindings);
-      parameters[i] = typed;
-    }
-  copy[1] = parameters;
-  DAG table = copy[8];
-  if (lengthOf(table) > 1) {
-    table = CopyAlg(table);
-    for (Word i = 2; i < lengthOf(table); i += 2)
-      if (isTag(table[i], NAME)) table[i] = positionOfName(table[i], proc, bindings);
-    copy[8] = table;
-  }
+  paramsOf(copy) = withRightSides(paramsOf(x), DCOLON, replace);
+  lexicalsOf(copy) = withFields(lexicalsOf(x), 2, 2, [&](DAG binding) {
+    return isName(binding) ? positionOfName(binding, proc, bindings) : binding;
+  });
+  if (hasTag(x, MODDEF)) copy[moddefName] = replace(x[moddefName]);
   return copy;
 }
 
@@ -280,11 +285,9 @@ DAG simplfnc(DAG x, DAG proc, DAG bindings) {
   if (!x || isImmediate(x)) return x;
   Word n = lengthOf(x);
   Tag tag = tagOf(x);
+  if (nameless.contains(tag)) return x;
   Word from = 1, step = 1;
   switch (tag) {
-    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case COMPLEX: case STRING:
-    case TABLE: case RTABLE: case MODULE: case HASH: case HASHTAB:
-      return x;
     case NAME: return positionOfName(x, proc, bindings);
     case LOCAL: case PARAM: case LEXICAL:
       checkNumber(x, proc);
@@ -298,14 +301,7 @@ DAG simplfnc(DAG x, DAG proc, DAG bindings) {
     case USE: {
       // The statements wait for the bindings, which come before declared names (`simplUse`).
       DAG copy = CopyAlg(x);
-      DAG own = CopyAlg(x[1]);
-      for (Word i = 1; i < lengthOf(own); ++i)
-        if (isTag(own[i], EQUATION)) {
-          DAG equation = CopyAlg(own[i]);
-          equation[2] = simplfnc(equation[2], proc, bindings);
-          own[i] = equation;
-        }
-      copy[1] = own;
+      copy[1] = withRightSides(x[1], EQUATION, [&](DAG right) { return simplfnc(right, proc, bindings); });
       return copy;
     }
     default: break;

@@ -1,7 +1,8 @@
 #include "eval/simplify/bindings.h"
 
 #include "eval/evaluate/evaluate.h"
-#include "eval/procedures/procedures.h"
+#include "eval/procedures/modules.h"
+#include "eval/procedures/scoping.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "frame/errors.h"
@@ -143,7 +144,6 @@ DAG SimplifyMaybeBind(DAG x, bool bind) {
 
 void ResetSimplifier() {
   bindingsEnabled = false;
-  assignedProcName = DAG();
   procSimplStack = nullptr;
   if (!globalBindings) {
     DAG unit = naminstall("I");

@@ -4,8 +4,10 @@
 #include "eval/simplify/bindings.h"
 #include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify_cases.h"
-#include "eval/statements/statements.h"
+#include "eval/statements/loops.h"
+#include "eval/statements/try.h"
 #include "eval/procedures/procedures.h"
+#include "eval/procedures/scoping.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
@@ -200,10 +202,11 @@ DAG simplAssign(DAG s) {
   }
   s[1] = simpl(left);
   DAG right = s[2];
-  if (isObject(right) && !isSimplified(right) && (hasTag(right, PROC) || hasTag(right, MODDEF)))
-    assignedProcName = s[1];
-  s[2] = simpl(right);
-  assignedProcName = DAG();
+  // A procedure or module that is being made is told its name.
+  bool isRaw = isObject(right) && !isSimplified(right);
+  s[2] = isRaw && hasTag(right, PROC)     ? simplProcedure(right, s[1])
+         : isRaw && hasTag(right, MODDEF) ? simplModuleDefinition(right, s[1])
+                                          : simpl(right);
   return markSimplified(s);
 }
 

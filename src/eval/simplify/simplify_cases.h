@@ -25,8 +25,6 @@ DAG simplLessThan(DAG s);
 DAG simplbool(DAG s);
 /// A SET, or the EXPSEQ of its members, which comes back sorted by signed word without duplicates.
 DAG simplset(DAG s);
-DAG simplProcedure(DAG s);
-DAG simplModuleDefinition(DAG s);
 DAG simplUse(DAG s);
 
 /// True for an operand that `simpl` would return as it is: a name may be bound while bindings are on.

@@ -9,6 +9,8 @@
 #include "eval/evaluate/evalf.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/procedures/procedures.h"
+#include "eval/procedures/modules.h"
+#include "eval/procedures/scoping.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "eval/walk/has.h"

@@ -16,7 +16,6 @@
 #include "eval/simplify/bindings.h"
 #include "eval/evaluate/evalf.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/procedures/procedures.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "eval/simplify/unique_pairs.h"
@@ -433,7 +432,7 @@ bool isPlainList(DAG x) {
 void checkListsAdd(DAG a, DAG b) {
   if (lengthOf(a[1]) != lengthOf(b[1])) KernelException("adding lists of different length");
   auto has = [](DAG list, DAG attribute) {
-    return lengthOf(list) == 3 && (list[2] == attribute || (isTag(list[2], EXPSEQ) && hasMember(list[2], attribute)));
+    return lengthOf(list) == 3 && isMember(attribute, list[2]);
   };
   const DAG row = ini("row"), column = ini("column");
   if ((has(a, row) && has(b, column)) || (has(a, column) && has(b, row)))

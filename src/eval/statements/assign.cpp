@@ -1,24 +1,27 @@
 #include "eval/statements/assign.h"
 
+#include "builtins/name_lists.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
+#include "eval/evaluate/known_values.h"
 #include "eval/evaluate/operand.h"
+#include "eval/evaluate/unique_sequence.h"
+#include "eval/procedures/modules.h"
 #include "eval/procedures/procedures.h"
 #include "eval/procedures/remember.h"
-#include "library/retrieve.h"
+#include "eval/procedures/scoping.h"
 #include "eval/simplify/simplify.h"
-#include "eval/statements/statements.h"
-#include "eval/evaluate/known_values.h"
-#include "eval/evaluate/unique_sequence.h"
 #include "eval/tables/tables.h"
 #include "eval/types/types.h"
-#include "frame/environment.h"
 #include "frame/errors.h"
+#include "library/retrieve.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/names.h"
-#include "store/objects.h"
+#include "store/object_fields.h"
+#include "store/tag_facts.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -26,7 +29,6 @@ namespace {
 
 // Lists of this many members and more are not changed in place of a table.
 constexpr Word longListLength = 101;
-
 
 // What the library path may hold: a text, or a sequence of texts.
 DAG libnameValue(DAG v) {
@@ -50,13 +52,13 @@ void assignName(DAG t, DAG v) {
     assignenv(t, v);
     return;
   }
-  if (t[2] != null && isProtected(t[2]))
+  if (isProtected(t[2]))
     KernelException("attempting to assign to `%1` which is protected", t);
   if (t == ini("lasterror")) KernelException("cannot set lasterror");
   if (t == ini("lastexception")) KernelException("cannot set lastexception");
   if (t == ini("libname")) {
     v = libnameValue(v);
-    loopname(5, DAG());
+    lookUpUnassignedNames();
   }
   stepEvaluationClock();
   if (v == t) {
@@ -73,23 +75,20 @@ void assignName(DAG t, DAG v) {
 void assignListMember(DAG target, DAG base, DAG list, DAG v) {
   if (v == target) KernelException("invalid left hand side of table reference");
   if (isTag(v, EXPSEQ)) KernelException("expression sequences cannot be assigned to lists");
-  DAG index = simpl(eval(target[2]));
-  bool single = !isTag(index, EXPSEQ) || lengthOf(index) == 2;
-  DAG first = isTag(index, EXPSEQ) && lengthOf(index) > 1 ? index[1] : index;
-  if (!single || !isInteger(first)) {
+  DAG index = singleMember(simpl(eval(target[2])));
+  if (!isInteger(index)) {
     // l[i, j] is (l[i])[j].
-    DAG nested = base;
-    for (Word k = 1; k < lengthOf(index); ++k)
-      nested = simpl(new3(TABLEREF, nested, simpl(new2(EXPSEQ, index[k]))));
-    if (nested == target || lengthOf(index) < 2)
+    if (!isSequence(index) || isEmptySequence(index))
       KernelException("invalid subscript on left hand side of assignment");
+    DAG nested = base;
+    for (Word k = 1; k < lengthOf(index); ++k) nested = simpl(new3(TABLEREF, nested, simpl(new2(EXPSEQ, index[k]))));
     assign(nested, v);
     return;
   }
   DAG body = list[1];
-  Word n = lengthOf(body) - 1;
+  const Word n = memberCount(body);
   if (n >= longListLength) KernelException("assigning to a long list, please use arrays");
-  std::int64_t k = FitIntoWord(first) ? LongLongValue(first) : 0;
+  std::int64_t k = FitIntoWord(index) ? LongLongValue(index) : 0;
   if (k < 0) k += n + 1;
   if (k < 1 || k > n) KernelException("out of bound assignment to a list");
   DAG members = CopyAlg(body);
@@ -100,61 +99,51 @@ void assignListMember(DAG target, DAG base, DAG list, DAG v) {
 }
 
 void assignModuleMember(DAG target, DAG module, DAG v) {
-  DAG name = simpl(eval(target[2]));
-  if (isTag(name, EXPSEQ) && lengthOf(name) == 2) name = name[1];
+  DAG name = singleMember(simpl(eval(target[2])));
   if (!isTag(name, NAME)) KernelException("index must evaluate to a name when indexing a module");
   DAG member = MemberInstance(module, name);
   assign(member, v == target ? declaredName(member) : v);
 }
 
+// What the base of the target t[i] holds, and the last name on the way to it.
+struct Container {
+  DAG value, lastName;
+};
+Container containerOf(DAG base) {
+  Container container{base, base};
+  bool followed = isTag(base, TABLEREF) || isTag(base, FUNCTION);
+  if (isName(base)) {
+    if (isProtected(base[2])) KernelException("attempting to assign to array/table `%1` which is protected", base);
+    DAG stored = valuenv(base, false);
+    followed = stored != base && (isNameOrIndexed(stored) || isTag(stored, FUNCTION));
+    container.value = stored;
+  }
+  if (followed) container.value = eval(base, &container.lastName);
+  if (!container.lastName) container.lastName = base;
+  return container;
+}
+
 void assignTableEntry(DAG t, DAG v) {
   DAG base = t[1], index = t[2];
-  DAG container = base;
-  DAG lastName = base;
-  if (isTag(base, NAME)) {
-    if (base[2] != null && isProtected(base[2]))
-      KernelException("attempting to assign to array/table `%1` which is protected", base);
-    DAG stored = valuenv(base, false);
-    if (stored != base && (isTag(stored, TABLEREF) || isTag(stored, FUNCTION) || isTag(stored, NAME)))
-      container = eval(base, &lastName);
-    else
-      container = stored;
-  } else if (isTag(base, TABLEREF) || isTag(base, FUNCTION)) {
-    container = eval(base, &lastName);
-  }
-  if (!lastName) lastName = base;
-  bool removal = v == t;
-  if (isImmediate(container)) {
-    if (removal) KernelException("invalid left hand side of table reference");
-    korelindex(index, base, container, v);
-    return;
-  }
+  const auto [container, lastName] = containerOf(base);
+  const bool removal = v == t;
   switch (tagOf(container)) {
     case TABLE:
       if (removal) removeEntry(index, container);
       else TableIndex(index, lastName, container, v);
       return;
-    case NAME:
-      if (removal) assign(container, maketable(DAG(), null));
-      else korelindex(index, base, container, v);
-      return;
     case MODULE: return assignModuleMember(t, container, v);
     case LIST: return assignListMember(t, base, container, v);
     case ZPPOLY: KernelException("cannot assign to a zppoly index");
     default:
-      if (removal) KernelException("invalid left hand side of table reference");
-      korelindex(index, base, container, v);
+      if (!removal) korelindex(index, base, container, v);
+      else if (isName(container)) assign(container, maketable(DAG(), null));
+      else KernelException("invalid left hand side of table reference");
   }
 }
 
 // What no TABLEREF can be a part of.
-bool holdsNoReference(DAG v) {
-  if (isImmediate(v)) return true;
-  switch (tagOf(v)) {
-    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case STRING: case NAME: return true;
-    default: return false;
-  }
-}
+constexpr TagSet plainTags = realTags | textTags;
 
 // The name instance that the base of a target stands for: a name, or a local of the running frame; or 0.
 DAG plainBase(DAG base) {
@@ -174,10 +163,7 @@ DAG plainBase(DAG base) {
 }
 
 DAG inertProcedure() {
-  DAG proc = newl2(9, PROC);
-  for (Word i = 1; i < 9; ++i) proc[i] = null;
-  proc[3] = simpl(new2(EXPSEQ, ini("remember")));
-  proc[5] = InertProc;
+  DAG proc = newProcedure({.options = simpl(newSequence({ini("remember")})), .body = InertProc});
   setSimplified(proc);
   return proc;
 }
@@ -188,31 +174,26 @@ void assignRemembered(DAG t, DAG v) {
   DAG lastName;
   DAG procedure = eval(head, &lastName);
   DAG key = arguments;
-  if (isTag(procedure, TABLEREF) && isTag(procedure[1], NAME)) {
-    DAG index = lengthOf(procedure[2]) == 2 ? procedure[2][1] : procedure[2];
-    DAG single = lengthOf(arguments) == 2 ? arguments[1] : arguments;
-    key = simpl(new3(DCOLON, index, single));
+  if (isTag(procedure, TABLEREF) && isName(procedure[1])) {
+    key = indexedKey(procedure[2], arguments);
     procedure = eval(procedure[1], &lastName);
   }
-  if (isTag(procedure, NAME)) {
+  if (isName(procedure)) {
     DAG name = procedure;
     procedure = inertProcedure();
     assign(name, procedure);
   }
   if (isTag(procedure, PROC) && hasOption(procedure, ini("builtin"))) invalidCallTarget(head);
   updategen(procedure);
-  pcinsert(procedure, key, v, -1);
+  pcinsert(procedure, key, v);
 }
 
 }  // namespace
 
-bool isProtected(DAG attributes) {
-  return attributes == ini("protected") ||
-         (isTag(attributes, EXPSEQ) && hasMember(attributes, ini("protected")));
-}
+bool isProtected(DAG attributes) { return attributes != null && isMember(ini("protected"), attributes); }
 
 bool assignPlainEntry(DAG target, DAG v) {
-  if (!isTag(target, TABLEREF) || !holdsNoReference(v)) return false;
+  if (!isTag(target, TABLEREF) || !(isImmediate(v) || isAmong(v, plainTags))) return false;
   DAG index = target[2];
   if (!isTag(index, EXPSEQ) || lengthOf(index) < 2) return false;
   DAG name = plainBase(target[1]);
@@ -221,7 +202,7 @@ bool assignPlainEntry(DAG target, DAG v) {
   DAG key = single ? simpl(evalOperand(index[1])) : evaluatedSequence(index);
   DAG table = name[1];
   if (name[2] == null && isTag(table, TABLE) && !(single && isTag(key, EXPSEQ))) {
-    if (table[1] == null) directEntry(key, table, v);
+    if (table[tableFunction] == null) directEntry(key, table, v);
     else TableIndex(single ? singleSequence(key) : key, name, table, v);
   } else {
     assign(simpl(new3(TABLEREF, name, single ? singleSequence(key) : key)), v);
@@ -235,28 +216,21 @@ bool isOrdinaryName(DAG target) {
 }
 
 DAG assign(DAG t, DAG v) {
-  if (!isImmediate(t)) switch (tagOf(t)) {
-      case MEMBER: return assign(evalname(t), v);
-      case DCOLON: {
-        DAG declared = simpl(eval(t[2]));
-        if (!type(v, declared)) {
-          SpecialError = assertionFailed;
-          KernelException("assertion failed in assignment, expected %1, got %2", declared, v);
-        }
-        return assign(t[1], v);
+  switch (tagOf(t)) {
+    case MEMBER: return assign(evalname(t), v);
+    case DCOLON: {
+      DAG declared = simpl(eval(t[2]));
+      if (!type(v, declared)) {
+        SpecialError = assertionFailed;
+        KernelException("assertion failed in assignment, expected %1, got %2", declared, v);
       }
-      case NAME:
-        assignName(t, v);
-        return v;
-      case TABLEREF:
-        assignTableEntry(t, v);
-        return v;
-      case FUNCTION:
-        assignRemembered(t, v);
-        return v;
-      default: break;
+      return assign(t[1], v);
     }
-  KernelException("invalid left hand side in assignment");
+    case NAME: assignName(t, v); return v;
+    case TABLEREF: assignTableEntry(t, v); return v;
+    case FUNCTION: assignRemembered(t, v); return v;
+    default: KernelException("invalid left hand side in assignment");
+  }
 }
 
 }  // namespace korel

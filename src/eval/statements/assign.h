@@ -6,8 +6,8 @@
 
 namespace korel {
 
-/// Stores `value` in `target`, by the kind of the target: NAME, TABLEREF, DCOLON, MEMBER, or a call for
-/// an entry of a remember table. A name assigned to itself becomes unassigned. Gives the value.
+/// Stores `value` in `target`, which `evalname` has left a NAME, TABLEREF, DCOLON, MEMBER, or a call for an entry of a
+/// remember table. A name assigned to itself becomes unassigned. Gives the value.
 DAG assign(DAG target, DAG value);
 /// Stores a number, string or name in an entry under `target` as it stands in the statement: no reference to
 /// the entry is made on the way. False when that is not what it is.

@@ -1,57 +1,43 @@
-// Truth of expressions, three-valued: `true`, `false`, `FAIL`, or the expression when undecided.
+#include "eval/statements/boolean.h"
 
 #include <cstring>
 
-#include "numbers/arithmetic.h"
-#include "eval/simplify/bindings.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/operand.h"
-#include "eval/procedures/procedures.h"
+#include "eval/simplify/bindings.h"
 #include "eval/simplify/simplify.h"
-#include "eval/statements/statements.h"
 #include "eval/types/types.h"
+#include "eval/walk/copy_on_change.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
-#include "numbers/float/float.h"
 #include "numbers/events/numeric_events.h"
+#include "numbers/float/float.h"
 #include "store/constants.h"
 #include "store/names.h"
-#include "store/objects.h"
+#include "store/object_fields.h"
+#include "store/tag_facts.h"
 #include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-
 // Truth of an operand. The value of an operation is its truth already: finding that once more, at each level,
 // would double the work at each level of what stays undecided.
-DAG operandTruth(DAG x) {
-  if (!isImmediate(x) && (hasTag(x, AND) || hasTag(x, OR) || hasTag(x, NOT))) return evalbool(x);
-  return truthOf(x);
-}
+DAG operandTruth(DAG x) { return isAmong(x, booleanTags) ? evalbool(x) : truthOf(x); }
 
-DAG orTruth(DAG x) {
+// `a or b` with `decisive` = true, `a and b` with `decisive` = false: either operand decides alone when it has that
+// truth, and leaves the matter to the other when it has the opposite one.
+DAG junctionTruth(DAG x, DAG decisive, DAG neutral) {
   DAG a = operandTruth(x[1]);
-  if (a == ini("true")) return a;
+  if (a == decisive) return a;
   DAG b = operandTruth(x[2]);
-  if (a == ini("false")) return b;
-  if (b == ini("false")) return a;
-  if (b == ini("true")) return b;
-  if (a == b) return a;
-  return a == x[1] && b == x[2] ? x : simpl(new3(OR, a, b));
-}
-
-DAG andTruth(DAG x) {
-  DAG a = operandTruth(x[1]);
-  if (a == ini("false")) return a;
-  DAG b = operandTruth(x[2]);
-  if (a == ini("true")) return b;
-  if (b == ini("true")) return a;
-  if (b == ini("false")) return b;
-  if (a == b) return a;
-  return a == x[1] && b == x[2] ? x : simpl(new3(AND, a, b));
+  if (b == decisive) return b;
+  if (a == neutral) return b;
+  if (b == neutral || a == b) return a;
+  return a == x[1] && b == x[2] ? x : simpl(new3(tagOf(x), a, b));
 }
 
 DAG notTruth(DAG x) {
@@ -60,6 +46,14 @@ DAG notTruth(DAG x) {
   if (a == ini("false")) return ini("true");
   if (a == ini("FAIL")) return a;
   return a == x[1] ? x : simpl(new2(NOT, a));
+}
+
+DAG truthOfOperation(DAG x) {
+  checkStack();
+  passWork(objectSteps);
+  if (hasTag(x, NOT)) return notTruth(x);
+  const bool isOr = hasTag(x, OR);
+  return junctionTruth(x, truth(isOr), truth(!isOr));
 }
 
 // ---- equality
@@ -87,7 +81,7 @@ bool bodiesEqual(DAG a, DAG b) {
   if (a == b) return true;
   if (isImmediate(a) || isImmediate(b) || tagOf(a) != tagOf(b) || lengthOf(a) != lengthOf(b)) return false;
   if (hasTag(a, PROC)) return proceduresEqual(a, b);
-  if (tagOf(a) < ASSIGN || tagOf(a) > USE) return false;
+  if (!isAmong(a, statementTags)) return false;
   for (Word i = 1; i < lengthOf(a); ++i)
     if (!bodiesEqual(a[i], b[i])) return false;
   return true;
@@ -95,14 +89,14 @@ bool bodiesEqual(DAG a, DAG b) {
 
 bool proceduresEqual(DAG a, DAG b) {
   if (a == b) return true;
-  if (a[8] != b[8] || a[4] != b[4]) return false;
-  DAG pa = a[1], pb = b[1];
+  if (lexicalsOf(a) != lexicalsOf(b) || rememberOf(a) != rememberOf(b)) return false;
+  DAG pa = paramsOf(a), pb = paramsOf(b);
   if (lengthOf(pa) != lengthOf(pb)) return false;
   for (Word i = 1; i < lengthOf(pa); ++i) {
     if (tagOf(pa[i]) != tagOf(pb[i])) return false;
     if (hasTag(pa[i], DCOLON) && pa[i][2] != pb[i][2]) return false;
   }
-  return bodiesEqual(a[5], b[5]);
+  return bodiesEqual(bodyOf(a), bodyOf(b));
 }
 
 bool areEqual(DAG a, DAG b) {
@@ -119,13 +113,10 @@ bool areEqual(DAG a, DAG b) {
       return isZero(simpl(add(a, simpl(negate(b)))));
     }
     if (isTag(a, PROC) && isTag(b, PROC)) return proceduresEqual(a, b);
-    bool unwrapped = false;
-    for (DAG* side : {&a, &b})
-      if (isTag(*side, EXPSEQ) && lengthOf(*side) == 2) {
-        *side = (*side)[1];
-        unwrapped = true;
-      }
-    if (!unwrapped) return false;
+    DAG memberA = singleMember(a), memberB = singleMember(b);
+    if (memberA == a && memberB == b) return false;
+    a = memberA;
+    b = memberB;
   }
 }
 
@@ -135,7 +126,7 @@ bool areEqual(DAG a, DAG b) {
 DAG signedDifference(DAG a, DAG b) { return simpl(new5(SUM, a, cons1, b, consm1)); }
 
 // Whether a sum can hold `x`.
-bool isAlgebraic(DAG x) { return isImmediate(x) || (tagOf(x) <= UNEVAL && !hasTag(x, STRING)); }
+bool isAlgebraic(DAG x) { return isAmong(x, algebraicTags); }
 
 bool isRealValue(DAG x) { return isNumeric(x) || x == ini("infinity") || x == consminf; }
 
@@ -146,12 +137,9 @@ DAG order(DAG x, bool strict) {
   if (isTag(b, RTABLE))
     KernelException("a %1 is not valid rhs to < or <=", ini("rtable"));
   if (strict && a == b && !isUndefined(a)) return ini("false");
-  if (isUndefined(a) || isUndefined(b)) {
-    DAG operation = strict ? ini("<") : ini("<=");
-    return TriggerNumericEvent(invalidOperation, operation, a, b, ini("false"), true);
-  }
-  if ((isTag(a, COMPLEX) && (isNumber(b) || isInfinite(b))) ||
-      (isTag(b, COMPLEX) && (isNumber(a) || isInfinite(a)))) {
+  auto isNumberLike = [](DAG side) { return isNumber(side) || isInfinite(side); };
+  if (isUndefined(a) || isUndefined(b) || (isTag(a, COMPLEX) && isNumberLike(b)) ||
+      (isTag(b, COMPLEX) && isNumberLike(a))) {
     DAG operation = strict ? ini("<") : ini("<=");
     return TriggerNumericEvent(invalidOperation, operation, a, b, ini("false"), true);
   }
@@ -181,9 +169,7 @@ bool relationHolds(Tag relation, DAG a, DAG b) {
   }
 }
 
-bool isRelation(Tag tag) {
-  return tag == EQUATION || tag == INEQUAT || tag == LESSEQ || tag == LESSTHAN;
-}
+bool isRelation(Tag tag) { return tag == EQUATION || tag == INEQUAT || tag == LESSEQ || tag == LESSTHAN; }
 
 DAG truthOfRelation(DAG x) {
   checkStack();
@@ -198,11 +184,7 @@ DAG truthOfRelation(DAG x) {
       return truth(areEqual(a, b) == (tag == EQUATION));
     }
   }
-  if (a == x[1] && b == x[2]) return evalbool(simpl(x));
-  DAG evaluated = CopyAlg(x);
-  evaluated[1] = a;
-  evaluated[2] = b;
-  return evalbool(simpl(evaluated));
+  return evalbool(simpl(withParts(x, a, b)));
 }
 
 }  // namespace
@@ -249,18 +231,7 @@ DAG evalbool(DAG x) {
     case FUNCTION: case UNEVAL:
       return x;
     case DCOLON: return truth(type(simpl(eval(x[1])), simpl(eval(x[2]))));
-    case OR:
-      checkStack();
-      passWork(objectSteps);
-      return orTruth(x);
-    case AND:
-      checkStack();
-      passWork(objectSteps);
-      return andTruth(x);
-    case NOT:
-      checkStack();
-      passWork(objectSteps);
-      return notTruth(x);
+    case AND: case OR: case NOT: return truthOfOperation(x);
     case EQUATION: return truth(areEqual(x[1], x[2]));
     case INEQUAT: return truth(!areEqual(x[1], x[2]));
     case LESSEQ: return order(x, false);

@@ -1,35 +1,32 @@
-// The `for` loops.
-//
-// A loop whose body holds no `break`, `next` or `goto` of its own runs without a jump buffer; two flags
-// on the statement remember what a scan of the body found.
+#include "eval/statements/loops.h"
 
-#include <cstring>
-
-#include "numbers/arithmetic.h"
-#include "eval/statements/assign.h"
-#include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/structure/operands.h"
 #include "eval/evaluate/known_values.h"
 #include "eval/simplify/simplify.h"
+#include "eval/statements/assign.h"
+#include "eval/statements/boolean.h"
+#include "eval/statements/depth.h"
+#include "eval/statements/loop_elements.h"
 #include "eval/statements/statements.h"
-#include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/output.h"
+#include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/names.h"
-#include "store/objects.h"
+#include "store/object_fields.h"
+#include "store/vocabulary.h"
+
+// The two kinds of loops: over numbers or characters by their bounds, and over the elements of a container.
+//
+// A loop whose body holds no `break`, `next` or `goto` of its own runs without a jump buffer; two flags
+// on the statement remember what a scan of the body found.
 
 namespace korel {
 
 namespace {
-
-bool isCharacter(DAG x) { return isTag(x, STRING) && textOf(x)[0] != 0 && textOf(x)[1] == 0; }
-int codeOf(DAG string) { return static_cast<unsigned char>(textOf(string)[0]); }
-bool isGotoCall(DAG x) { return isTag(x, FUNCTION) && x[1] == ini("goto"); }
 
 // What a loop keeps over the jumps that can arrive in it.
 struct Loop {
@@ -71,8 +68,8 @@ Arrival arrive(Loop& loop, int code) {
   Environment = &loop.block;
   switch (code) {
     case jumpReturn:
-      if (isGotoCall(funret)) {
-        evaluationLevel = loop.level + 3;
+      if (isCallOf(funret, ini("goto"))) {
+        evaluationLevel = loop.level + branchLevels;
         if (DAG value = evalgoto(loop.body, funret[2][1])) {
           loop.value = value;
           return Arrival::next;
@@ -81,7 +78,7 @@ Arrival arrive(Loop& loop, int code) {
       RestoreEnvironment(loop.previous);
       jumpOut(jumpReturn);
     case jumpBreak:
-      evaluationLevel = loop.level + 3;
+      evaluationLevel = loop.level + branchLevels;
       return isTag(funret, BREAK) ? Arrival::leave : Arrival::next;
     default:
       RestoreEnvironment(loop.previous);
@@ -101,12 +98,13 @@ bool conditionHolds(const Loop& loop) {
   KernelException("cannot evaluate boolean: %1", truth);
 }
 
-DAG loopVariable(DAG field) {
+// The name that stands in the loop's first field, or a fresh one.
+DAG variableOf(DAG statement) {
+  DAG field = statement[loopVariable];
   return field == null ? simpl(newLocalName("")) : evalname(field);
 }
 void checkVariable(DAG variable) {
-  if (!isTag(variable, NAME) && !isTag(variable, TABLEREF))
-    KernelException("controlling variable of for loop must be a name");
+  if (!isNameOrIndexed(variable)) KernelException("controlling variable of for loop must be a name");
 }
 
 // ---- counted loops
@@ -126,6 +124,16 @@ DAG characterString(DAG code) {
   return charinstall(static_cast<char>(immediateValue(code)));
 }
 
+[[noreturn]] void refuseInitialValue(DAG from) {
+  if (isCharacterString(from)) KernelException("final value in for loop must have same type as initial");
+  if (from == ini("infinity") || from == consminf) KernelException("infinite loops must have finite initial value");
+  KernelException("initial value in for loop must be numeric or character");
+}
+[[noreturn]] void refuseFinalValue(DAG to) {
+  if (isCharacterString(to)) KernelException("final value in for loop must have same type as initial");
+  KernelException("final value in for loop must be numeric or character");
+}
+
 // Checks the bounds; false when the loop runs nothing for an infinite start or bound.
 bool checkBounds(CountedLoop& loop) {
   DAG infinity = ini("infinity");
@@ -133,22 +141,16 @@ bool checkBounds(CountedLoop& loop) {
   if (loop.characters && !isInteger(loop.by))
     KernelException("increment when looping over characters must be an integer");
   loop.falling = consneg(loop.by);
-  if ((loop.from == infinity && !loop.falling && loop.to != infinity) ||
-      (loop.from == consminf && loop.falling && loop.to != consminf))
-    return false;
-  if (!loop.characters && !isNumeric(loop.from)) {
-    if (isCharacter(loop.from)) KernelException("final value in for loop must have same type as initial");
-    if (loop.from == infinity || loop.from == consminf)
-      KernelException("infinite loops must have finite initial value");
-    KernelException("initial value in for loop must be numeric or character");
-  }
+  DAG farEnd = loop.falling ? consminf : infinity;
+  if (loop.from == farEnd && loop.to != farEnd) return false;
+  if (loop.characters) return true;
+  if (!isNumeric(loop.from)) refuseInitialValue(loop.from);
   if (!loop.bounded) return true;
   if (loop.to == infinity || loop.to == consminf) {
-    if (loop.falling == (loop.to == infinity)) return false;
+    if (loop.to != farEnd) return false;
     loop.bounded = false;
-  } else if (!loop.characters && !isNumeric(loop.to)) {
-    if (isCharacter(loop.to)) KernelException("final value in for loop must have same type as initial");
-    KernelException("final value in for loop must be numeric or character");
+  } else if (!isNumeric(loop.to)) {
+    refuseFinalValue(loop.to);
   }
   return true;
 }
@@ -218,7 +220,7 @@ void runCounted(CountedLoop& loop) {
     if (!fromStep) {
       evaluationLevel = loop.level;
       if (!hasRound(loop)) return;
-      evaluationLevel = loop.level + 3;
+      evaluationLevel = loop.level + branchLevels;
       loop.value = evalstat(loop.body, loop.mode);
     }
     fromStep = false;
@@ -236,20 +238,6 @@ struct ContainerLoop : Loop {
   std::int64_t index;
 };
 
-std::int64_t elementCount(DAG container) {
-  if (isTag(container, STRING)) return static_cast<std::int64_t>(std::strlen(textOf(container)));
-  return numterms(container);
-}
-
-DAG element(DAG container, std::int64_t k) {
-  if (!isImmediate(container)) switch (tagOf(container)) {
-      case LIST: case SET: return container[1][k];
-      case STRING: return charinstall(textOf(container)[k - 1]);
-      default: break;
-    }
-  return op(k, k, container);
-}
-
 void runOver(ContainerLoop& loop) {
   if (loop.guarded) {
     int code = ::_setjmp(loop.buffer);
@@ -258,11 +246,11 @@ void runOver(ContainerLoop& loop) {
   while (++loop.index <= loop.count) {
     DAG x = element(loop.container, loop.index);
     assign(loop.variable, x);
-    if (evaluationLevel < shownDepth(*Environment->frame) && loop.mode >= 0)
+    if (loop.mode >= 0 && showsMembers(*Environment->frame))
       sendStream("INTERFACE_RESULT", {new3(ASSIGN, simpl(loop.variable), x)});
     if (!conditionHolds(loop)) return;
     loop.value = evalstat(loop.body, loop.mode);
-    evaluationLevel = loop.level + 3;
+    evaluationLevel = loop.level + branchLevels;
   }
 }
 
@@ -270,18 +258,18 @@ void runOver(ContainerLoop& loop) {
 
 DAG forfrom(DAG s, int mode) {
   CountedLoop loop{};
-  loop.variable = loopVariable(s[1]);
-  loop.from = simpl(eval(s[2]));
-  loop.by = simpl(eval(s[3]));
+  loop.variable = variableOf(s);
+  loop.from = simpl(eval(s[loopFrom]));
+  loop.by = simpl(eval(s[loopBy]));
   updategen(loop.by);
-  loop.to = simpl(eval(s[4]));
+  loop.to = simpl(eval(s[loopTo]));
   updategen(loop.to);
-  loop.bounded = s[4] != null;  // what only evaluates to nothing is no bound
+  loop.bounded = s[loopTo] != null;  // what only evaluates to nothing is no bound
   checkVariable(loop.variable);
-  loop.condition = s[5];
-  loop.body = s[6];
+  loop.condition = s[loopWhile];
+  loop.body = s[loopBody];
   loop.mode = mode;
-  loop.characters = isCharacter(loop.from) && isCharacter(loop.to);
+  loop.characters = isCharacterString(loop.from) && isCharacterString(loop.to);
   if (!checkBounds(loop)) {
     assign(loop.variable, loop.from);
     return null;
@@ -302,44 +290,42 @@ DAG forfrom(DAG s, int mode) {
 
 DAG forin(DAG s, int mode) {
   ContainerLoop loop{};
-  loop.variable = loopVariable(s[1]);
-  loop.container = simpl(eval(s[2]));
+  loop.variable = variableOf(s);
+  loop.container = simpl(eval(s[loopContainer]));
   updategen(loop.container);
   checkVariable(loop.variable);
-  loop.condition = s[3];
-  loop.body = s[4];
+  loop.condition = s[containerLoopWhile];
+  loop.body = s[containerLoopBody];
   loop.mode = mode;
   loop.count = elementCount(loop.container);
   loop.index = 0;
   enterLoop(loop, s);
-  evaluationLevel = loop.level + 3;
+  evaluationLevel = loop.level + branchLevels;
   runOver(loop);
   leaveLoop(loop);
   return loop.value;
 }
 
+// Whether one of the fields `from`, `from + step`, ... before `end` has a jump of its own.
+static bool anyJumps(DAG statement, Word from, Word end, Word step) {
+  for (Word i = from; i < end; i += step)
+    if (hasbrnext(statement[i])) return true;
+  return false;
+}
+
 bool hasbrnext(DAG body) {
   if (isImmediate(body)) return false;
-  Word n = lengthOf(body);
+  const Word n = lengthOf(body);
   switch (tagOf(body)) {
     case BREAK: case NEXT: return true;
     case FUNCTION:
       if (body[1] == ini("goto")) return true;
-      return body[1] == ini("TRACE") && isTag(body[2], EXPSEQ) && lengthOf(body[2]) == 4 &&
-             hasbrnext(body[2][3]);
-    case STATSEQ:
-      for (Word i = 1; i < n; ++i)
-        if (hasbrnext(body[i])) return true;
-      return false;
-    case IF:
-      for (Word i = 2; i < n; i += 2)
-        if (hasbrnext(body[i])) return true;
-      return (n & 1) == 0 && hasbrnext(body[n - 1]);
+      return body[1] == ini("TRACE") && isSequence(body[2]) && lengthOf(body[2]) == 4 && hasbrnext(body[2][3]);
+    case STATSEQ: return anyJumps(body, 1, n, 1);
+    case IF: return anyJumps(body, 2, n, 2) || (n % 2 == 0 && hasbrnext(body[n - 1]));
     case TRY:
-      if (hasbrnext(body[1])) return true;
-      for (Word i = 3; i < n; i += 2)
-        if (hasbrnext(body[i])) return true;
-      return (n & 1) != 0 && hasbrnext(body[n - 1]);
+      return hasbrnext(body[tryBody]) || anyJumps(body, tryFirstCatch + 1, catchEnd(body), 2) ||
+             (hasFinally(body) && hasbrnext(body[n - 1]));
     default: return false;
   }
 }
@@ -354,9 +340,9 @@ DAG evalgoto(DAG sequence, DAG label) {
     } else if (s == label) {
       value = label;
     } else if (isTag(s, IF)) {
-      Word m = lengthOf(s);
+      const Word m = lengthOf(s);
       for (Word k = 2; k < m && !value; k += 2) value = evalgoto(s[k], label);
-      if (!value && (m & 1) == 0) value = evalgoto(s[m - 1], label);
+      if (!value && m % 2 == 0) value = evalgoto(s[m - 1], label);
     }
   }
   return value;

@@ -1,36 +1,33 @@
 #include "eval/statements/sequences.h"
 
-#include <cstring>
+#include <algorithm>
 #include <utility>
 
-#include "numbers/arithmetic.h"
-#include "eval/statements/assign.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/structure/operands.h"
-#include "eval/simplify/simplify.h"
 #include "eval/evaluate/known_values.h"
+#include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
+#include "eval/statements/assign.h"
+#include "eval/statements/loop_elements.h"
 #include "eval/statements/statements.h"
 #include "eval/structure/substitute.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
+#include "numbers/arithmetic.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/names.h"
-#include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
 enum class Kind { sequence, sum, product };
-
-bool isCharacter(DAG x) { return isTag(x, STRING) && textOf(x)[0] != 0 && textOf(x)[1] == 0; }
-int codeOf(DAG string) { return static_cast<unsigned char>(textOf(string)[0]); }
 
 [[noreturn]] void unable(Kind kind) {
   switch (kind) {
@@ -39,6 +36,20 @@ int codeOf(DAG string) { return static_cast<unsigned char>(textOf(string)[0]); }
     default: KernelException("unable to execute mul");
   }
 }
+
+// ---- ranges
+
+bool isFinite(DAG x) { return isNumeric(x) && !isInfinite(x) && !isUndefined(x); }
+
+// How many steps of 1 lead from a to b, both included.
+std::int64_t countOfNumbers(DAG a, DAG b) {
+  DAG span = simpl(add(b, simpl(negate(a))));
+  if (consneg(span)) return 0;
+  DAG whole = simpl(mtrunc(span));
+  if (!FitIntoLongLong(whole)) KernelException("object too large");
+  return LongLongValue(whole) + 1;
+}
+std::int64_t countOfCharacters(DAG a, DAG b) { return std::max(0, codeOf(b) - codeOf(a) + 1); }
 
 // ---- collecting results
 
@@ -50,10 +61,10 @@ int codeOf(DAG string) { return static_cast<unsigned char>(textOf(string)[0]); }
 struct Collector {
   Kind kind;
   std::int64_t capacity;  // how many elements can come
-  DAG buffer;             // EXPSEQ of members, or SUM or PROD of pairs; 0 until the first term
+  DAG buffer = DAG();     // EXPSEQ of members, or SUM or PROD of pairs; 0 until the first term
   Word used = 1;
   Word shared = 1;  // members before this one are simplified
-  DAG kept;  // EXPSEQ (folded number, value of the loop variable)
+  DAG kept = DAG();  // EXPSEQ (folded number, value of the loop variable)
   bool ownFolded = false;  // the folded number was made here, and nobody else refers to it
   std::int64_t gathered = 0;  // of a sum: integers that are still to be folded
   bool ordinary = false;      // the loop variable is a name for which assignment has no rules of its own
@@ -118,8 +129,8 @@ void collect(Collector& c, DAG element) {
   Pair pair{DAG(), cons1};
   if (c.kind == Kind::sum && isTag(element, PROD) && !isSimplified(element) && plainProduct(element, pair))
     element = pair.term;
-  else if (!isNumeric(element) && !hasTag(element, COMPLEX)) element = simpl(element);
-  if (isTag(element, EXPSEQ) && lengthOf(element) == 2) element = element[1];
+  else if (!isNumber(element)) element = simpl(element);
+  element = singleMember(element);
   if (isNumeric(element)) {
     fold(c, element);
     return;
@@ -188,7 +199,8 @@ void releaseVariable(const SavedVariable& saved) {
 
 // ---- walking
 
-void element(Collector& c, DAG variable, DAG value, DAG expression) {
+// The value of `expression` at `value`, collected.
+void collectAt(Collector& c, DAG variable, DAG value, DAG expression) {
   passWork(objectSteps);
   ++evaluationLevel;
   c.kept[2] = value;
@@ -203,37 +215,29 @@ void element(Collector& c, DAG variable, DAG value, DAG expression) {
 }
 
 DAG overCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expression) {
-  if (!isCharacter(a) || !isCharacter(b)) KernelException("invalid string range");
-  int from = codeOf(a), to = codeOf(b);
-  Collector c{kind, to < from ? 0 : to - from + 1, DAG(), 1, 1, DAG()};
+  if (!isCharacterString(a) || !isCharacterString(b)) KernelException("invalid string range");
+  Collector c{kind, countOfCharacters(a, b)};
   begin(c, variable);
-  for (int code = from; code <= to; ++code)
-    element(c, variable, charinstall(static_cast<char>(code)), expression);
+  for (int code = codeOf(a), last = codeOf(b); code <= last; ++code)
+    collectAt(c, variable, charinstall(static_cast<char>(code)), expression);
   return finish(c);
 }
 
-DAG overNumbersOrCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expression) {
+DAG overRange(Kind kind, DAG variable, DAG a, DAG b, DAG expression) {
   DAG infinity = ini("infinity");
   if ((a == infinity && b != infinity) || (b == consminf && a != consminf)) {
-    Collector empty{kind, 0, DAG(), 1, 1, DAG()};
+    Collector empty{kind, 0};
     begin(empty, variable);
     return finish(empty);
   }
   if (isTag(a, STRING) && isTag(b, STRING)) return overCharacters(kind, variable, a, b, expression);
-  auto isBound = [](DAG x) { return isNumeric(x) && !isInfinite(x) && !isUndefined(x); };
-  if ((!isTag(variable, NAME) && !isTag(variable, TABLEREF)) || !isBound(a) || !isBound(b)) unable(kind);
-  DAG span = simpl(add(b, simpl(negate(a))));
-  std::int64_t count = 0;
-  if (!consneg(span)) {
-    DAG whole = simpl(mtrunc(span));
-    if (!FitIntoLongLong(whole)) KernelException("object too large");
-    count = LongLongValue(whole) + 1;
-  }
-  Collector c{kind, count, DAG(), 1, 1, DAG()};
+  if (!isNameOrIndexed(variable) || !isFinite(a) || !isFinite(b)) unable(kind);
+  const std::int64_t count = countOfNumbers(a, b);
+  Collector c{kind, count};
   begin(c, variable);
   DAG value = a;
   for (std::int64_t k = 0; k < count; ++k) {
-    element(c, variable, value, expression);
+    collectAt(c, variable, value, expression);
     ++evaluationLevel;
     value = simpl(increment(value));
     --evaluationLevel;
@@ -242,19 +246,11 @@ DAG overNumbersOrCharacters(Kind kind, DAG variable, DAG a, DAG b, DAG expressio
 }
 
 DAG overContainer(Kind kind, DAG variable, DAG container, DAG expression) {
-  if (!isTag(variable, NAME) && !isTag(variable, TABLEREF)) unable(kind);
-  bool string = isTag(container, STRING);
-  bool members = isTag(container, LIST) || isTag(container, SET);
-  std::int64_t count = string ? static_cast<std::int64_t>(std::strlen(textOf(container)))
-                              : numterms(container);
-  Collector c{kind, count, DAG(), 1, 1, DAG()};
+  if (!isNameOrIndexed(variable)) unable(kind);
+  const std::int64_t count = elementCount(container);
+  Collector c{kind, count};
   begin(c, variable);
-  for (std::int64_t k = 1; k <= count; ++k) {
-    DAG x = string ? charinstall(textOf(container)[k - 1])
-            : members ? container[1][k]
-                      : op(k, k, container);
-    element(c, variable, x, expression);
-  }
+  for (std::int64_t k = 1; k <= count; ++k) collectAt(c, variable, element(container, k), expression);
   return finish(c);
 }
 
@@ -272,7 +268,7 @@ DAG run(Kind kind, const BuiltinCall& call) {
   SavedVariable saved{};
   protectVariable(variable, saved);
   DAG result = isTag(right, RANGE)
-                   ? overNumbersOrCharacters(kind, variable, right[1], right[2], expression)
+                   ? overRange(kind, variable, right[1], right[2], expression)
                    : overContainer(kind, variable, right, expression);
   releaseVariable(saved);
   return result;
@@ -280,58 +276,31 @@ DAG run(Kind kind, const BuiltinCall& call) {
 
 // ---- the operator $
 
-// The elements of `expression` with `variable` (or none) running from a to b, by substitution.
+// The elements of `expression` with `variable` (or none) running from a to b, by substitution; without an
+// expression, the numbers or characters themselves.
 DAG dollarSequence(DAG expression, DAG variable, DAG a, DAG b) {
-  bool characters = isCharacter(a) && isCharacter(b);
-  std::int64_t count = 0;
-  if (characters) {
-    count = codeOf(b) - codeOf(a) + 1;
-  } else {
-    DAG span = simpl(add(b, simpl(negate(a))));
-    if (consneg(span)) return null;
-    DAG whole = simpl(mtrunc(span));
-    if (!FitIntoLongLong(whole)) KernelException("object too large");
-    count = LongLongValue(whole) + 1;
-  }
-  if (count <= 0) return null;
+  const bool characters = isCharacterString(a) && isCharacterString(b);
+  const std::int64_t count = characters ? countOfCharacters(a, b) : countOfNumbers(a, b);
+  if (count == 0) return null;
   if (count >= std::int64_t{maxLength} - 1) KernelException("object too large");
   DAG sequence = newl2(static_cast<Word>(count + 1), EXPSEQ);
   DAG value = a;
   for (std::int64_t k = 0; k < count; ++k) {
     passWork(objectSteps);
     if (characters) value = charinstall(static_cast<char>(codeOf(a) + k));
-    if (!expression) {
-      sequence[k + 1] = value;
-    } else if (!variable) {
-      sequence[k + 1] = expression;
-    } else {
-      DAG equation = new2(EXPSEQ, new3(EQUATION, variable, value));
-      sequence[k + 1] = subs(equation, expression);
-    }
+    sequence[k + 1] = !expression ? value
+                      : !variable ? expression
+                                  : subs(new2(EXPSEQ, new3(EQUATION, variable, value)), expression);
     if (!characters) value = simpl(increment(value));
   }
   return simpl(eval(simpl(sequence)));
 }
 
 bool areConstant(DAG a, DAG b) {
-  auto isBound = [](DAG x) { return isNumeric(x) && !isInfinite(x) && !isUndefined(x); };
-  return (isBound(a) && isBound(b)) || (isCharacter(a) && isCharacter(b));
+  return (isFinite(a) && isFinite(b)) || (isCharacterString(a) && isCharacterString(b));
 }
 
 }  // namespace
-
-DAG seqforfrom(DAG variable, DAG from, DAG to, DAG expression) {
-  return overNumbersOrCharacters(Kind::sequence, variable, from, to, expression);
-}
-DAG seqforin(DAG variable, DAG container, DAG expression) {
-  return overContainer(Kind::sequence, variable, container, expression);
-}
-DAG addmulforfrom(DAG variable, DAG from, DAG to, DAG expression, bool isAdd) {
-  return overNumbersOrCharacters(isAdd ? Kind::sum : Kind::product, variable, from, to, expression);
-}
-DAG addmulforin(DAG variable, DAG container, DAG expression, bool isAdd) {
-  return overContainer(isAdd ? Kind::sum : Kind::product, variable, container, expression);
-}
 
 DAG builtin::seq(const BuiltinCall& call) { return run(Kind::sequence, call); }
 DAG builtin::add(const BuiltinCall& call) { return run(Kind::sum, call); }

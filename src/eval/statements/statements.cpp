@@ -1,48 +1,45 @@
 #include "eval/statements/statements.h"
 
-#include "eval/statements/assign.h"
 #include "builtins/builtins.h"
-#include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/evaluate/operand.h"
-#include "eval/procedures/procedures.h"
-#include "library/save.h"
-#include "eval/simplify/simplify.h"
 #include "eval/evaluate/known_values.h"
-#include "eval/walk/has.h"
-#include "frame/time_limit.h"
+#include "eval/evaluate/operand.h"
+#include "eval/simplify/simplify.h"
+#include "eval/statements/assign.h"
+#include "eval/statements/boolean.h"
+#include "eval/statements/depth.h"
+#include "eval/statements/loops.h"
 #include "eval/statements/try.h"
-#include "session/driver.h"
-#include "frame/environment.h"
+#include "eval/walk/has.h"
 #include "frame/errors.h"
 #include "frame/output.h"
-#include "session/reset_hooks.h"
+#include "frame/time_limit.h"
+#include "library/save.h"
 #include "library/system_functions.h"
+#include "session/driver.h"
+#include "session/reset_hooks.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
-#include "store/objects.h"
+#include "store/object_fields.h"
+#include "store/vocabulary.h"
 #include "text/read/source.h"
 
 namespace korel {
+
+std::int32_t stepLevel = 0;
+DAG debugArgs = null;
 
 namespace {
 
 // The value of the statement that has just ended, which a collection at its end must not take.
 DAG valueInFlight;
 
-
 int innerMode(int mode) { return mode < 0 ? modeSilent : modeInner; }
 
 // Whether a value of the present depth is shown.
-bool isShown(int mode) {
-  return mode >= 0 && mode != modeParse && evaluationLevel < shownDepth(*Environment->frame) + 6;
-}
+bool isShown(int mode) { return mode >= 0 && mode != modeParse && showsValues(*Environment->frame); }
 
 void show(DAG value) { sendStream("INTERFACE_RESULT", {value}); }
-
-DAG unwrap(DAG value) {
-  return isTag(value, EXPSEQ) && lengthOf(value) == 2 ? value[1] : value;
-}
 
 // The ditto values move on with a value of the frame that is running.
 // Whatever else a statement changes with its value, evaluation begins anew behind it.
@@ -56,7 +53,7 @@ void shiftDitto(DAG value) {
 }
 
 [[gnu::noinline]] DAG expressionStatement(DAG s, int mode) {
-  DAG value = unwrap(simpl(evalOperand(s)));
+  DAG value = singleMember(simpl(evalOperand(s)));
   if (mode == modeParse || value == null) return value;
   shiftDitto(value);
   if (isShown(mode)) show(value);
@@ -94,23 +91,24 @@ void restoreInCondition(const char*) {
   return truth;
 }
 
-[[gnu::noinline]] DAG ifStatement(DAG s, int mode) {
-  evaluationLevel += 3;
-  Word n = lengthOf(s);
-  DAG value = null;
-  bool taken = false;
-  for (Word i = 1; i + 1 < n && !taken; i += 2) {
+// Position of the branch to take, or 0.
+inline Word branchOf(DAG s) {
+  const Word n = lengthOf(s);
+  Word i = 1;
+  for (; i + 1 < n; i += 2) {
     DAG truth = plainTruthOf(s[i]);
     if (!truth) truth = truthOfOtherCondition(s[i]);
-    if (truth == ini("true")) {
-      taken = true;
-      value = evalstat(s[i + 1], innerMode(mode));
-    } else if (truth != ini("false") && truth != ini("FAIL")) {
-      KernelException("cannot evaluate boolean: %1", truth);
-    }
+    if (truth == ini("true")) return i + 1;
+    if (truth != ini("false") && truth != ini("FAIL")) KernelException("cannot evaluate boolean: %1", truth);
   }
-  if (!taken && (n & 1) == 0) value = evalstat(s[n - 1], innerMode(mode));
-  evaluationLevel -= 3;
+  return i < n ? i : 0;  // `else`, behind the pairs
+}
+
+[[gnu::noinline]] DAG ifStatement(DAG s, int mode) {
+  evaluationLevel += branchLevels;
+  const Word branch = branchOf(s);
+  DAG value = branch != 0 ? evalstat(s[branch], innerMode(mode)) : null;
+  evaluationLevel -= branchLevels;
   return value;
 }
 
@@ -120,9 +118,9 @@ DAG assignmentTarget(DAG left) {
   if (optASSERT == 2) {
     if (isTag(left, DCOLON))
       return new3(DCOLON, assignmentTarget(left[1]), simpl(eval(left[2])));
-    if (isTag(left, LOCAL) || isTag(left, PARAM) || isTag(left, LEXICAL)) {
+    if (isTag(left, LOCAL) || isTag(left, LEXICAL)) {
       DAG target = TypedLocal(left);
-      return isTag(target, DCOLON) ? target : evalname(target);
+      if (isTag(target, DCOLON)) return target;
     }
     return TypedName(left);
   }
@@ -131,7 +129,7 @@ DAG assignmentTarget(DAG left) {
 
 // A call readlib('t') as the value may hold the target.
 bool isReadlibOf(DAG value, DAG target) {
-  if (!isTag(value, FUNCTION) || value[1] != ini("readlib") || lengthOf(value[2]) < 2) return false;
+  if (!isCallOf(value, ini("readlib")) || lengthOf(value[2]) < 2) return false;
   DAG first = value[2][1];
   return first == target || (isTag(first, UNEVAL) && first[1] == target);
 }
@@ -139,7 +137,7 @@ bool isReadlibOf(DAG value, DAG target) {
 // Stores one value; gives the target as it is shown.
 DAG assignOne(DAG left, DAG& value, int mode) {
   DAG target = assignmentTarget(left);
-  value = unwrap(value);
+  value = singleMember(value);
   DAG word = target;
   while (isTag(word, DCOLON)) word = word[1];
   if (mode <= 0 && word != value && hasExceptInPROCorUNEVAL(value, word) && !isReadlibOf(value, word))
@@ -172,7 +170,7 @@ DAG multipleAssignment(DAG left, DAG value, int mode) {
 DAG plainInstance(DAG left) {
   if (isImmediate(left)) return DAG();
   DAG name = frameInstance(left);
-  return isTag(name, NAME) && name[2] == null ? name : DAG();
+  return isName(name) && name[2] == null ? name : DAG();
 }
 
 // Whether `value` may be stored in an instance as it is. An integer may be without its place in the table
@@ -209,24 +207,18 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
 
 // ---- the rest
 
-[[gnu::noinline]] DAG returnStatement(DAG s) {
-  DAG operand = isTag(s[1], EXPSEQ) ? s[1] : new2(EXPSEQ, s[1]);
-  return eval(new3(FUNCTION, ini("RETURN"), operand));
-}
+[[gnu::noinline]] DAG returnStatement(DAG s) { return eval(new3(FUNCTION, ini("RETURN"), asSequence(s[1]))); }
 
 [[gnu::noinline]] DAG readStatement(DAG s, int mode) {
   if (secureMode) KernelException("read is disabled");
-  DAG file = unwrap(simpl(eval(s[1])));
-  if (!isTag(file, NAME) && !isTag(file, STRING)) KernelException("read must have a file name");
+  DAG file = singleMember(simpl(eval(s[1])));
+  if (!isText(file)) KernelException("read must have a file name");
   return ReadSourceOrDotMFile(textOf(file), false, mode == modeShow);
 }
 
 [[noreturn, gnu::noinline]] void raiseStatement(DAG s) { KorelException(simpl(eval(s[1]))); }
 
-[[noreturn, gnu::noinline]] void jumpStatement(DAG s) {
-  funret = s;
-  jumpOut(jumpBreak);
-}
+[[noreturn, gnu::noinline]] void jumpStatement(DAG s) { jumpOutWith(jumpBreak, s); }
 
 [[noreturn]] void stopStatement(DAG s) {
   runHooks(HookMoment::stop);
@@ -235,25 +227,19 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
   notimpl("stop");
 }
 
-}  // namespace
+// ---- before and behind each statement
 
-std::int32_t stepLevel = 0;
-DAG debugArgs = null;
-
-namespace {
+// Statements of the top level run at a smaller depth.
+constexpr std::int32_t firstInnerDepth = 3;
 
 // The debugger has its turn before the statement that a step has led to.
 void stopForDebugger(DAG s) {
   if (evaluationLevel > stepLevel || isTag(s, STATSEQ) || s == null) return;
   stepLevel = 0;
-  if (evaluationLevel < 3) return;
+  if (evaluationLevel < firstInnerDepth) return;
   evalsysf("debugger", "", debugArgs);
   debugArgs = null;
 }
-
-}  // namespace
-
-namespace {
 
 // What may come between two statements, rarely: the debugger, an interrupt, a time limit.
 [[gnu::noinline]] void attend(DAG s) {
@@ -272,7 +258,7 @@ namespace {
   switch (tagOf(s)) {
     case STATSEQ: return statementSequence(s, mode);
     case ASSIGN: return assignment(s, mode);
-    case FOR: return lengthOf(s) == 7 ? forfrom(s, innerMode(mode)) : forin(s, innerMode(mode));
+    case FOR: return isCountedLoop(s) ? forfrom(s, innerMode(mode)) : forin(s, innerMode(mode));
     case IF: return ifStatement(s, mode);
     case READ: return readStatement(s, mode);
     case SAVE: return saveStatement(s);
@@ -287,8 +273,6 @@ namespace {
 }
 
 }  // namespace
-
-DAG evalst2(DAG s, int mode) { return runStatement(s, mode); }
 
 DAG evalstat(DAG s, int mode) {
   std::int32_t level = ++evaluationLevel;

@@ -1,5 +1,5 @@
 #pragma once
-// The statement interpreter, and the truth of boolean expressions.
+// The statement interpreter.
 
 #include <cstdint>
 
@@ -17,7 +17,6 @@ enum StatementMode : int {
 
 /// Runs one statement, one level deeper, with the collector's bookkeeping after it; gives its value.
 DAG evalstat(DAG statement, int mode);
-DAG evalst2(DAG statement, int mode);
 /// Registers what the interpreter keeps alive; part of the start.
 void initializeStatements();
 /// Gives the collector its chance in a long loop when its marks have been passed.
@@ -26,24 +25,5 @@ void collectInLoop();
 /// The depth at which the debugger stops before the next statement, 0 for none, and what it is told then.
 extern std::int32_t stepLevel;
 extern DAG debugArgs;
-
-/// Stores `value` in `target`, which `evalname` has left a name, TABLEREF, DCOLON, MEMBER or call.
-DAG assign(DAG target, DAG value);
-/// `true`, `false`, `FAIL`, or the expression when undecided.
-DAG evalbool(DAG x);
-/// `evalbool` of the condition's value.
-DAG truthOf(DAG condition);
-/// The same for a relation between immediates, locals and parameters that hold small integers, which
-/// runs nothing that could fail or be noticed; 0 for any other condition.
-DAG plainTruthOf(DAG condition);
-DAG forfrom(DAG statement, int mode);
-DAG forin(DAG statement, int mode);
-DAG evalgoto(DAG sequence, DAG label);
-/// True when a loop body holds a `break`, `next` or `goto` of its own.
-bool hasbrnext(DAG body);
-/// Catch expression `a` matches the message `b`: an empty one, a prefix, or a sequence with a match.
-bool CatchPrefix(DAG a, DAG b);
-/// Walks the name table: 3 assigned names, 4 unassigned names, 5 marks names for a new library look-up.
-DAG loopname(int mode, DAG argument);
 
 }  // namespace korel

@@ -2,17 +2,18 @@
 
 #include <cstring>
 
+#include "eval/statements/depth.h"
 #include "eval/statements/statements.h"
-#include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/traceback.h"
 #include "store/constants.h"
 #include "store/generations.h"
+#include "store/object_fields.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
-
 
 // What a `try` keeps over the jumps that can arrive in it.
 struct TryState {
@@ -65,18 +66,57 @@ bool runPart(TryState& t, DAG part) {
   }
 }
 
-DAG catchSequence(DAG statement, DAG message) {
-  Word n = lengthOf(statement);
-  for (Word i = 2; i + 1 < n; i += 2)
-    if (CatchPrefix(statement[i], message)) return statement[i + 1];
+// The statements of the first catch clause for the exception, or 0.
+DAG catchSequence(DAG statement, DAG exception) {
+  for (Word i = tryFirstCatch, end = catchEnd(statement); i < end; i += 2)
+    if (CatchPrefix(statement[i], exception[2])) return statement[i + 1];
   return DAG();
+}
+
+// Runs a part in which errors are trapped. False when it ended by one.
+bool runTrapped(TryState& t, DAG part) {
+  ++trapSet;
+  const bool clean = runPart(t, part);
+  --trapSet;
+  return clean;
+}
+
+// Runs the catch clause for the exception there is. True when there was one, and it ended without another error.
+bool runCatch(TryState& t) {
+  DAG exception = ini("lastexception")[1];
+  DAG sequence = catchSequence(t.statement, exception);
+  if (!sequence) return false;
+  t.saved = exception;
+  updategen(t.saved);
+  forgetTraceLevels();
+  return runTrapped(t, sequence);
+}
+
+void setErrorNames(DAG error, DAG exception) {
+  ini("lasterror")[1] = error;
+  ini("lastexception")[1] = exception;
+}
+
+// The `finally` part, whatever way the others have ended. An error then goes on, whatever errors this part has met
+// and dealt with.
+void runFinally(TryState& t, bool clean) {
+  const DAG error = ini("lasterror")[1], exception = ini("lastexception")[1];
+  if (!clean) {
+    // The names may hold others when the part's statements collect.
+    updategen(error);
+    updategen(exception);
+  }
+  if (hasFinally(t.statement)) t.value = evalstat(t.statement[lengthOf(t.statement) - 1], t.mode);
+  if (clean) return;
+  setErrorNames(error, exception);
+  jumpOut(jumpError);
 }
 
 }  // namespace
 
 bool CatchPrefix(DAG a, DAG b) {
-  if (isTag(a, EXPSEQ)) {
-    if (lengthOf(a) == 1) return true;
+  if (isSequence(a)) {
+    if (isEmptySequence(a)) return true;
     for (Word i = 1; i < lengthOf(a); ++i)
       if (CatchPrefix(a[i], b)) return true;
     return false;
@@ -95,51 +135,20 @@ DAG tryStatement(DAG statement, int mode) {
   t.statement = statement;
   t.mode = mode;
   t.value = DAG();
-  evaluationLevel += 3;
+  evaluationLevel += branchLevels;
   t.level = evaluationLevel;
   t.saved = ini("lastexception")[1];
   if (t.saved) updategen(t.saved);
-  ++trapSet;
   std::jmp_buf unused;
   t.previous = enterEnvironment(t.block, unused);
-  Word n = lengthOf(statement);
-  bool clean = runPart(t, statement[1]);
-  --trapSet;
-  if (!clean && n > 3) {
-    DAG exception = ini("lastexception")[1];
-    if (DAG sequence = catchSequence(statement, exception[2])) {
-      t.saved = exception;
-      updategen(t.saved);
-      forgetTraceLevels();
-      ++trapSet;
-      clean = runPart(t, sequence);
-      --trapSet;
-    }
-  }
+  bool clean = runTrapped(t, statement[tryBody]);
+  if (!clean) clean = runCatch(t);
   RestoreEnvironment(t.previous);
   evaluationLevel = t.level;
-  const DAG error = ini("lasterror")[1], exception = ini("lastexception")[1];
-  if (!clean) {
-    // The names may hold others when the last part's statements collect.
-    updategen(error);
-    updategen(exception);
-  }
-  if ((n & 1) != 0) t.value = evalstat(statement[n - 1], mode);
-  if (!clean) {
-    // The error goes on, whatever others the last part has met and dealt with.
-    ini("lasterror")[1] = error;
-    ini("lastexception")[1] = exception;
-    jumpOut(jumpError);
-  }
-  if (t.pending != 0) {
-    funret = t.pendingValue;
-    jumpOut(static_cast<JumpCode>(t.pending));
-  }
-  evaluationLevel = t.level - 3;
-  if (t.saved) {
-    ini("lastexception")[1] = t.saved;
-    ini("lasterror")[1] = t.saved[2];
-  }
+  runFinally(t, clean);
+  if (t.pending != 0) jumpOutWith(static_cast<JumpCode>(t.pending), t.pendingValue);
+  evaluationLevel = t.level - branchLevels;
+  if (t.saved) setErrorNames(t.saved[2], t.saved);
   return t.value ? t.value : null;
 }
 

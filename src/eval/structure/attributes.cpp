@@ -1,7 +1,7 @@
 #include "eval/structure/attributes.h"
 
 #include "eval/evaluate/environment_variables.h"
-#include "eval/procedures/procedures.h"
+#include "store/vocabulary.h"
 #include "library/retrieve.h"
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
@@ -40,10 +40,6 @@ Place placeOf(DAG x) {
   }
 }
 
-DAG singleMember(DAG x) {
-  return isObject(x) && hasTag(x, EXPSEQ) && lengthOf(x) == 2 ? x[1] : x;
-}
-
 // `x` with `attribute` as its field `at`, the last; without that field when the attribute is empty.
 DAG withLastField(DAG x, Word at, DAG attribute) {
   DAG result = newl2(attribute == null ? at : at + 1, tagOf(x));
@@ -59,8 +55,7 @@ DAG withField(DAG x, Word at, DAG value) {
 }
 
 bool holdsProtected(DAG attribute) {
-  return attribute == ini("protected") ||
-         (isObject(attribute) && hasTag(attribute, EXPSEQ) && hasMember(attribute, ini("protected")));
+  return isMember(ini("protected"), attribute);
 }
 
 void setInPlace(DAG x, Word at, DAG attribute) {

@@ -3,7 +3,7 @@
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
-#include "eval/statements/statements.h"
+#include "eval/statements/boolean.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "store/constants.h"

@@ -4,7 +4,7 @@
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
-#include "eval/statements/statements.h"
+#include "eval/statements/assign.h"
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
@@ -55,7 +55,7 @@ DAG procedureField(std::int64_t i, DAG x) {
 DAG tableOperand(std::int64_t i, DAG x) {
   bool array = x[2] != ini("false");
   if (i == 1) return x[1];
-  if (i == (array ? 3 : 2)) return simpl(new2(LIST, indices(x, tablePairs)));
+  if (i == (array ? 3 : 2)) return simpl(new2(LIST, indices(x, Listing::pairs)));
   return x[i];
 }
 

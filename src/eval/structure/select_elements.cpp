@@ -2,6 +2,7 @@
 
 #include "eval/simplify/simplify.h"
 #include "eval/statements/statements.h"
+#include "eval/statements/boolean.h"
 #include "frame/errors.h"
 #include "store/constants.h"
 #include "store/generations.h"

@@ -3,7 +3,6 @@
 #include <new>
 
 #include "numbers/arithmetic.h"
-#include "eval/procedures/procedures.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "frame/environment.h"

@@ -4,7 +4,6 @@
 #include "eval/statements/assign.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/procedures/procedures.h"
 #include "eval/procedures/remember.h"
 #include "eval/simplify/simplify.h"
 #include "eval/evaluate/known_values.h"
@@ -190,17 +189,17 @@ DAG asList(DAG x) { return simpl(new2(LIST, isTag(x, EXPSEQ) ? x : simpl(new2(EX
 struct Collection {
   DAG sequence;
   Word at;
-  int mode;
+  Listing what;
 };
 
 bool collectPair(void* arg, PairAddress pair) {
   auto& c = *static_cast<Collection*>(arg);
   DAG key = pairKey(pair), value = pairValue(pair);
   DAG entry;
-  switch (c.mode) {
-    case tableIndices: entry = asList(key); break;
-    case tableEntries: entry = asList(value); break;
-    default: entry = simpl(new3(EQUATION, key, value)); break;
+  switch (c.what) {
+    case Listing::indices: entry = asList(key); break;
+    case Listing::pairs: entry = simpl(new3(EQUATION, key, value)); break;
+    case Listing::entries: entry = asList(value); break;
   }
   c.sequence[c.at++] = entry;
   return true;
@@ -208,10 +207,10 @@ bool collectPair(void* arg, PairAddress pair) {
 
 }  // namespace
 
-DAG indices(DAG table, int mode) {
+DAG indices(DAG table, Listing what) {
   std::int64_t count = hashcount(table[3]);
   if (count >= maxLength) KernelException("object too large");
-  Collection c{newl2(static_cast<Word>(count + 1), EXPSEQ), 1, mode};
+  Collection c{newl2(static_cast<Word>(count + 1), EXPSEQ), 1, what};
   hashforeach(table[3], collectPair, &c);
   return simpl(c.sequence);
 }
@@ -373,20 +372,20 @@ DAG build(const BuiltinCall& call, TableKind kind) {
   return maketable(function, arguments, kind);
 }
 
-DAG list(const BuiltinCall& call, IndicesMode mode) {
+DAG list(const BuiltinCall& call, Listing what) {
   if (argumentCount(call) != 1) wrongParameters(call);
   if (isTag(call.arguments[1], RTABLE))
     KernelException("the operation `%1` is not available", call.self);
   DAG table = tableBehind(call.arguments[1]);
   if (!table) wrongParameters(call);
-  return indices(table, mode);
+  return indices(table, what);
 }
 
 }  // namespace
 
 DAG builtin::table(const BuiltinCall& call) { return build(call, TableKind::table); }
 DAG builtin::array(const BuiltinCall& call) { return build(call, TableKind::array); }
-DAG builtin::indices(const BuiltinCall& call) { return list(call, tableIndices); }
-DAG builtin::entries(const BuiltinCall& call) { return list(call, tableEntries); }
+DAG builtin::indices(const BuiltinCall& call) { return list(call, Listing::indices); }
+DAG builtin::entries(const BuiltinCall& call) { return list(call, Listing::entries); }
 
 }  // namespace korel

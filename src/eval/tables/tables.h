@@ -52,9 +52,9 @@ bool isIntegerKey(DAG key);
 /// rank", "array index out of range".
 void checkBounds(DAG key, DAG table, bool storing);
 
-enum IndicesMode : int { tableIndices = -1, tablePairs = 0, tableEntries = 1 };
+enum class Listing { indices, pairs, entries };
 /// Indices, entries, or equations of both, in the table's order, as an EXPSEQ.
-DAG indices(DAG table, int mode);
+DAG indices(DAG table, Listing what);
 
 /// Set when an indexing function of the library made the last lookup's result.
 extern bool IndexFcnUsed;

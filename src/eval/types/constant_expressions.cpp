@@ -2,7 +2,7 @@
 
 #include "numbers/arithmetic.h"
 #include "eval/evaluate/environment_variables.h"
-#include "eval/procedures/procedures.h"
+#include "store/vocabulary.h"
 #include "frame/environment.h"
 #include "store/constants.h"
 #include "store/integer_cache.h"
@@ -21,7 +21,7 @@ struct ConstantWalk {
 };
 
 bool isListed(DAG constants, DAG x) {
-  return isTag(constants, EXPSEQ) ? hasMember(constants, x) : constants == x;
+  return isMember(x, constants);
 }
 DAG valueOfConstants() {
   DAG name = ini("constants");

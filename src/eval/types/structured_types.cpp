@@ -4,7 +4,6 @@
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/procedures/procedures.h"
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "numbers/complex/complex.h"
@@ -74,7 +73,7 @@ bool isRealClass(DAG u) {
   return false;
 }
 
-bool isHeadIn(DAG head, DAG f) { return isTag(f, SET) ? hasMember(f[1], head) : head == f; }
+bool isHeadIn(DAG head, DAG f) { return isTag(f, SET) ? isMember(head, f[1]) : head == f; }
 
 bool valueMatches(DAG e, DAG u) {
   SuspendedBindings suspended = suspendBindings();

@@ -8,7 +8,7 @@
 #include "eval/statements/assign.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/procedures/procedures.h"
+#include "eval/evaluate/named_kinds.h"
 #include "library/retrieve.h"
 #include "eval/simplify/simplify.h"
 #include "numbers/complex/complex.h"

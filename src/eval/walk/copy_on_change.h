@@ -22,4 +22,14 @@ template <class ValueOf>
   return result;
 }
 
+/// `x`, a call, a reference or another object of at least two fields, with other ones in place of the first two;
+/// `x` itself when both are the same.
+inline DAG withParts(DAG x, DAG first, DAG second) {
+  if (first == x[1] && second == x[2]) return x;
+  DAG changed = CopyAlg(x);
+  changed[1] = first;
+  changed[2] = second;
+  return changed;
+}
+
 }  // namespace korel

@@ -146,12 +146,14 @@ void leaveDefinition(const EnclosingDefinition& enclosing) {
   mProcPrint = enclosing.procedure;
 }
 
-void printModuleHead(DAG definition) {
+void printModuleHead(DAG definition, const EnclosingDefinition& enclosing) {
   EmitToken("module");
   EmitSpace();
   DAG name = definition[moddefName];
   if (isObject(name) && !isEmptySequence(name)) {
+    mProcPrint = enclosing.procedure;  // whose variable the name may be
     printObject(name, bindsCall);
+    mProcPrint = definition;
     EmitSpace();
   }
   EmitToken("()");
@@ -219,7 +221,7 @@ void printProcedure(DAG x, int, int) {
 
 void printModuleDefinition(DAG x, int, int) {
   EnclosingDefinition enclosing = enterDefinition(x);
-  printModuleHead(x);
+  printModuleHead(x, enclosing);
   printBody(bodyOf(x));
   EmitToken("end module");
   leaveDefinition(enclosing);
@@ -234,7 +236,7 @@ void printModule(DAG x, int, int) {
   PrintedHolder module{definition, printedHolders};
   printedHolders = &module;
   EnclosingDefinition enclosing = enterDefinition(definition);
-  printModuleHead(definition);
+  printModuleHead(definition, enclosing);
   if (!underWay) {
     printVariableValues(sequenceOf(x[moduleLocals]));
     printVariableValues(sequenceOf(x[moduleExports]));

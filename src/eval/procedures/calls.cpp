@@ -1,30 +1,35 @@
-// Calls: from a FUNCTION to the procedure it names, its frame, and its end.
+#include "eval/procedures/calls.h"
 
+#include <algorithm>
 #include <cstring>
 
-#include "numbers/arithmetic.h"
 #include "builtins/builtins.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/evaluate/loose_arguments.h"
-#include "eval/evaluate/operand.h"
-#include "eval/procedures/procedures.h"
-#include "eval/procedures/procedure_frame.h"
-#include "eval/procedures/remember.h"
-#include "eval/simplify/simplify.h"
-#include "eval/statements/statements.h"
 #include "eval/evaluate/known_values.h"
+#include "eval/evaluate/loose_arguments.h"
+#include "eval/evaluate/named_kinds.h"
+#include "eval/evaluate/operand.h"
+#include "eval/procedures/procedure_frame.h"
+#include "eval/procedures/procedures.h"
+#include "eval/procedures/remember.h"
+#include "eval/procedures/scoping.h"
+#include "eval/simplify/simplify.h"
+#include "eval/statements/depth.h"
+#include "eval/statements/loops.h"
+#include "eval/statements/statements.h"
 #include "eval/types/types.h"
-#include "session/driver.h"
+#include "eval/walk/copy_on_change.h"
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "frame/trace_messages.h"
 #include "frame/traceback.h"
-#include "numbers/integer/integer.h"
 #include "library/system_functions.h"
+#include "numbers/integer/integer.h"
+#include "session/driver.h"
 #include "store/constants.h"
 #include "store/names.h"
-#include "store/objects.h"
+#include "store/object_fields.h"
 #include "store/vocabulary.h"
 
 namespace korel {
@@ -34,11 +39,11 @@ namespace {
 // The print level of a procedure with the option `trace`: everything in and below it is shown.
 constexpr std::int32_t tracedPrintLevel = 214748364;
 
-
 bool beginsWith(DAG options, DAG name) { return lengthOf(options) > 1 && options[1] == name; }
-bool isExternalWrapper(DAG proc) {
-  return beginsWith(proc[3], ini("call_external"));
-}
+bool isExternalWrapper(DAG proc) { return beginsWith(optionsOf(proc), ini("call_external")); }
+bool isBuiltin(DAG proc) { return isBuiltinProcedure(proc) && beginsWith(optionsOf(proc), ini("builtin")); }
+// A call of it has nothing to look up and nothing to store.
+bool isPlain(DAG proc) { return optionsOf(proc) == null && rememberOf(proc) == null; }
 
 // ---- finding the procedure
 
@@ -52,8 +57,7 @@ struct Callee {
 DAG nameOfHead(DAG value, DAG head) {
   if (isNameOrIndexed(value)) return value;
   if (isNameOrIndexed(head)) return head;
-  if (isTag(head, FUNCTION) && head[1] == ini("readlib") && isTag(head[2], EXPSEQ) &&
-      lengthOf(head[2]) > 1) {
+  if (isCallOf(head, ini("readlib")) && isSequence(head[2]) && lengthOf(head[2]) > 1) {
     DAG n = head[2][1];
     if (isTag(n, UNEVAL)) n = n[1];
     if (isNameOrIndexed(n)) return n;
@@ -68,7 +72,7 @@ DAG nameOfHead(DAG value, DAG head) {
   // An environment variable of the fixed kind has no value of its own, and one of the open kind perhaps
   // another one in this frame.
   if (hasTag(head, NAME))
-    return isTag(head[1], PROC) && head[1][8] == null && !isOpenEnvironmentName(head) ? head : DAG();
+    return isTag(head[1], PROC) && lexicalsOf(head[1]) == null && !isOpenEnvironmentName(head) ? head : DAG();
   if (!hasTag(head, LOCAL)) return DAG();
   DAG locals = Environment->frame->locals;
   Word n = rawField(head, 1);
@@ -77,13 +81,18 @@ DAG nameOfHead(DAG value, DAG head) {
   return hasTag(name, NAME) && isTag(name[1], PROC) ? name : DAG();
 }
 
-Callee findCallee(DAG head) {
-  Callee callee;
-  if (DAG name = nameOfPlainCallee(head)) {
-    callee.procedure = name[1];
-    callee.name = name;
-    return callee;
+// In f[i](a) the index belongs to the call when a base inside is a procedure.
+void lookInside(Callee& callee, DAG reference) {
+  for (DAG base = reference; isTag(base, TABLEREF); base = base[1]) {
+    DAG stored = storedValue(storedValue(base[1]));
+    if (!isTag(stored, PROC)) continue;
+    callee = {stored, reference, reference[2]};
+    return;
   }
+}
+
+Callee findCallee(DAG head) {
+  if (DAG name = nameOfPlainCallee(head)) return {name[1], name, DAG()};
   DAG lastName;
   DAG value = eval(head, &lastName);
   if (isTag(value, NAME)) {
@@ -93,21 +102,8 @@ Callee findCallee(DAG head) {
       value = stored;
     }
   }
-  callee.procedure = value;
-  callee.name = lastName ? lastName : nameOfHead(value, head);
-  if (isTag(value, TABLEREF)) {
-    // f[i](a): the index belongs to the call when a base inside is a procedure.
-    for (DAG base = value; isTag(base, TABLEREF); base = base[1]) {
-      DAG inner = base[1];
-      DAG stored = isTag(inner, NAME) ? valuenv(inner, false) : inner;
-      if (isTag(stored, NAME)) stored = valuenv(stored, false);
-      if (!isTag(stored, PROC)) continue;
-      callee.index = value[2];
-      callee.name = value;
-      callee.procedure = stored;
-      break;
-    }
-  }
+  Callee callee{value, lastName ? lastName : nameOfHead(value, head), DAG()};
+  lookInside(callee, value);
   return callee;
 }
 
@@ -116,8 +112,8 @@ Callee findCallee(DAG head) {
 // How argument i reaches parameter i.
 enum class Passing { value, name, unevaluated };
 Passing passingOf(DAG proc, Word i) {
-  if (i >= lengthOf(proc[1])) return Passing::value;
-  DAG declaration = proc[1][i];
+  if (i >= lengthOf(paramsOf(proc))) return Passing::value;
+  DAG declaration = paramsOf(proc)[i];
   if (!isTag(declaration, DCOLON)) return Passing::value;
   DAG type = declaration[2];
   if (isTag(type, FUNCTION)) type = type[1];
@@ -129,7 +125,7 @@ Passing passingOf(DAG proc, Word i) {
 DAG evalArguments(DAG proc, DAG a) {
   if (!isTag(a, EXPSEQ)) return simpl(new2(EXPSEQ, simpl(eval(a))));
   DAG result = a;
-  bool plain = lengthOf(proc[1]) == 1;
+  bool plain = lengthOf(paramsOf(proc)) == 1;
   if (lengthOf(a) == 2 && (plain || passingOf(proc, 1) == Passing::value))
     return isImmediate(a[1]) ? simpl(a) : singleSequence(simpl(evalOperand(a[1])));
   for (Word i = 1, n = lengthOf(a); i < n; ++i) {
@@ -162,10 +158,7 @@ inline bool hasTypes(DAG declarations) {
 // ---- tracing and remember tables
 
 DAG rememberKey(const Callee& callee, DAG arguments) {
-  if (!callee.index) return arguments;
-  DAG index = lengthOf(callee.index) == 2 ? callee.index[1] : callee.index;
-  DAG single = lengthOf(arguments) == 2 ? arguments[1] : arguments;
-  return simpl(new3(DCOLON, index, single));
+  return callee.index ? indexedKey(callee.index, arguments) : arguments;
 }
 
 bool callerIsTraced() {
@@ -174,38 +167,35 @@ bool callerIsTraced() {
 }
 
 DAG remembered(const Callee& callee, DAG arguments) {
-  if (!isTag(callee.procedure[4], HASHTAB)) return absent;
-  DAG value = srchpc(callee.procedure, rememberKey(callee, arguments), -1);
+  if (!isTag(rememberOf(callee.procedure), HASHTAB)) return absent;
+  DAG value = srchpc(callee.procedure, rememberKey(callee, arguments));
   if (value == absent) return value;
   bool traced = hasOption(callee.procedure, ini("trace")) ||
-                (evaluationLevel + 34 < shownDepth(*Environment->frame) && !callerIsTraced());
+                (showsRememberedCalls(*Environment->frame) && !callerIsTraced());
   if (traced)
     sendDebug(debugRemembered, callee.name, arguments, value, Environment->frame->procName);
   return value;
 }
 
-DAG unevaluatedCall(DAG x, DAG head, DAG arguments) {
-  if (head == x[1] && arguments == x[2]) return x;
-  DAG call = CopyAlg(x);
-  call[1] = head;
-  call[2] = arguments;
-  return call;
-}
-
-bool isInert(DAG x) {
-  return lengthOf(x) == 4 && (x[3] == ini("inert") || (isTag(x[3], EXPSEQ) && hasMember(x[3], ini("inert"))));
-}
+bool isInert(DAG x) { return lengthOf(x) == 4 && isMember(ini("inert"), x[3]); }
 
 // A call of a stream is sent as it is, and the front end's reply is its value.
 bool isStreamName(DAG x) {
-  return isTag(x, NAME) && std::strncmp(textOf(x), "INTERFACE_", 10) == 0;
+  return isName(x) && std::strncmp(textOf(x), "INTERFACE_", 10) == 0;
 }
 DAG sendToFrontEnd(DAG stream, DAG arguments) {
-  if (!isTag(arguments, EXPSEQ)) arguments = simpl(new2(EXPSEQ, arguments));
-  DAG reply = switch2(new3(FUNCTION, stream, arguments));
+  DAG reply = switch2(new3(FUNCTION, stream, simpl(asSequence(arguments))));
   if (!reply) return null;
   if (isTag(reply, ERROR)) KorelException(simpl(reply[1]));
   return nerintokorel(reply);
+}
+
+// A call whose head stands for `value`, which is no procedure.
+DAG evalWithoutProcedure(DAG x, DAG value) {
+  DAG arguments = simpl(eval(x[2]));
+  if (isStreamName(value)) return sendToFrontEnd(value, arguments);
+  if (isNameOrIndexed(value)) return withParts(x, value, arguments);
+  return evalsysf("evalapply", "", simpl(newSequence({simpl(value), simpl(new2(LIST, arguments))})));
 }
 
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key);
@@ -213,24 +203,17 @@ DAG runPlain(const Callee& callee, DAG a);
 
 [[gnu::noinline]] DAG evalOtherCall(DAG x) {
   DAG head = x[1], a = x[2];
-  if (isTag(head, UNEVAL)) return unevaluatedCall(x, eval(head), eval(a));
+  if (isTag(head, UNEVAL)) return withParts(x, eval(head), eval(a));
   Callee callee = findCallee(head);
-  if (isInert(x)) return unevaluatedCall(x, isNameOrIndexed(callee.name) ? callee.name : head, simpl(eval(a)));
-  if (!isTag(callee.procedure, PROC)) {
-    DAG value = callee.procedure;
-    if (isStreamName(value)) return sendToFrontEnd(value, simpl(eval(a)));
-    if (isNameOrIndexed(value)) return unevaluatedCall(x, value, simpl(eval(a)));
-    DAG arguments = simpl(eval(a));
-    return evalsysf("evalapply", "",
-                    simpl(new3(EXPSEQ, simpl(value), simpl(new2(LIST, arguments)))));
-  }
+  if (isInert(x)) return withParts(x, isNameOrIndexed(callee.name) ? callee.name : head, simpl(eval(a)));
   DAG proc = callee.procedure;
-  if (beginsWith(proc[3], ini("builtin")) && isImmediate(proc[5])) {
-    if (lengthOf(proc[3]) > 2 && hasOption(proc, ini("trace")))
+  if (!isTag(proc, PROC)) return evalWithoutProcedure(x, proc);
+  if (isBuiltin(proc)) {
+    if (lengthOf(optionsOf(proc)) > 2 && hasOption(proc, ini("trace")))
       sendDebug(debugBuiltin, callee.name, evparloc(a));
-    return callBuiltin(immediateValue(proc[5]), x, callee.name);
+    return callBuiltin(immediateValue(bodyOf(proc)), x, callee.name);
   }
-  if (proc[3] == null && proc[4] == null && !callee.index && isTag(a, EXPSEQ)) return runPlain(callee, a);
+  if (isPlain(proc) && !callee.index && isTag(a, EXPSEQ)) return runPlain(callee, a);
   DAG arguments = evalArguments(proc, a);
   DAG value = remembered(callee, arguments);
   if (value != absent) return value;
@@ -245,9 +228,8 @@ DAG evalFunction(DAG x) {
   if (name && lengthOf(x) == 3 && isTag(x[2], EXPSEQ)) {
     // Most calls are of a procedure without options, on plain arguments.
     DAG proc = name[1];
-    if (proc[3] == null && proc[4] == null) return runPlain({proc, name, DAG()}, x[2]);
-    if (beginsWith(proc[3], ini("builtin")) && isImmediate(proc[5]) && lengthOf(proc[3]) == 2)
-      return callBuiltin(immediateValue(proc[5]), x, name);
+    if (isPlain(proc)) return runPlain({proc, name, DAG()}, x[2]);
+    if (isBuiltin(proc) && lengthOf(optionsOf(proc)) == 2) return callBuiltin(immediateValue(bodyOf(proc)), x, name);
   }
   return evalOtherCall(x);
 }
@@ -256,29 +238,31 @@ DAG evalFunction(DAG x) {
 
 namespace {
 
+// A type evaln(t) or name(t): the argument is a name, and its value of the type t.
+bool isTypeOfNamed(DAG type) {
+  return (isCallOf(type, ini("evaln")) || isCallOf(type, ini("name"))) && lengthOf(type[2]) == 2;
+}
+
+void checkParameter(DAG declaration, DAG argument, Word position, DAG name) {
+  DAG declared = declaration[2];
+  if (declared == ini("evaln") || declared == ini("uneval")) return;
+  evaluationLevel += procedureLevels;
+  declared = simpl(declared);
+  const bool byName = isTypeOfNamed(declared) && isNameOrIndexed(argument);
+  const bool matches = byName ? type(mvalue(argument), declared[2][1]) : type(argument, declared);
+  evaluationLevel -= procedureLevels;
+  if (matches) return;
+  DAG parameter = simpl(newLocalName(textOf(declaredName(declaration))));
+  DAG shown = byName ? new3(ASSIGN, argument, mvalue(argument)) : argument;
+  KernelException("%1 expects its %-2 argument, %3, to be of type %4, but received %5", name,
+                  immediate(static_cast<std::int32_t>(position)), parameter, declared, shown);
+}
+
 void checkParameters(DAG proc, DAG arguments, DAG name) {
-  DAG declarations = proc[1];
-  Word n = lengthOf(declarations);
-  if (n > lengthOf(arguments)) n = lengthOf(arguments);
-  for (Word i = 1; i < n; ++i) {
-    DAG declaration = declarations[i];
-    if (!isTag(declaration, DCOLON)) continue;
-    DAG declared = declaration[2];
-    if (declared == ini("evaln") || declared == ini("uneval")) continue;
-    evaluationLevel += 19;
-    DAG checked = simpl(declared);
-    DAG argument = arguments[i];
-    bool byName = isTag(checked, FUNCTION) && (checked[1] == ini("evaln") || checked[1] == ini("name")) &&
-                  lengthOf(checked[2]) == 2;
-    bool matches = byName && isNameOrIndexed(argument) ? type(mvalue(argument), checked[2][1])
-                                                  : type(argument, checked);
-    evaluationLevel -= 19;
-    if (matches) continue;
-    DAG parameter = simpl(newLocalName(textOf(declaredName(declaration))));
-    DAG shown = byName && isNameOrIndexed(argument) ? new3(ASSIGN, argument, mvalue(argument)) : argument;
-    KernelException("%1 expects its %-2 argument, %3, to be of type %4, but received %5", name,
-                    immediate(static_cast<std::int32_t>(i)), parameter, checked, shown);
-  }
+  DAG declarations = paramsOf(proc);
+  const Word n = std::min(lengthOf(declarations), lengthOf(arguments));
+  for (Word i = 1; i < n; ++i)
+    if (isTag(declarations[i], DCOLON)) checkParameter(declarations[i], arguments[i], i, name);
 }
 
 // A fresh instance of one declared local: a name distinct from every other, typed at level 2 only.
@@ -324,7 +308,7 @@ static inline std::int32_t globalPrintLevel() {
 
 std::int32_t framePrintLevel(DAG procedure) {
   std::int32_t value = globalPrintLevel();
-  if (procedure[3] != null && !isExternalWrapper(procedure) && hasOption(procedure, ini("trace")))
+  if (optionsOf(procedure) != null && !isExternalWrapper(procedure) && hasOption(procedure, ini("trace")))
     value = tracedPrintLevel;
   return value;
 }
@@ -343,11 +327,11 @@ struct CallState {
       : frame{
             .previousFrame = Environment->frame,
             .printLevel = printLevel,
-            .locals = proc[2] == null ? null : freshLocals(proc[2], null),
+            .locals = localsOf(proc) == null ? null : freshLocals(localsOf(proc), null),
             .args = arguments,
             .procName = name,
             .proc = proc,
-            .currentStatement = proc[5],
+            .currentStatement = bodyOf(proc),
             .ditto1 = null,
             .ditto2 = null,
             .ditto3 = null,
@@ -367,13 +351,13 @@ void leaveFrame(CallState& call, bool keepEnvironment) {
 
 DAG runGoto(CallState& call) {
   DAG label = funret[2][1];
-  DAG value = evalgoto(call.frame.proc[5], label);
+  DAG value = evalgoto(bodyOf(call.frame.proc), label);
   if (!value) KernelException("goto to an undefined or unreachable label");
   return value;
 }
 
 bool isGoto(DAG x) {
-  return isTag(x, FUNCTION) && x[1] == ini("goto") && isTag(x[2], EXPSEQ) && lengthOf(x[2]) > 1;
+  return isCallOf(x, ini("goto")) && isSequence(x[2]) && lengthOf(x[2]) > 1;
 }
 
 DAG runBody(CallState& call) {
@@ -385,13 +369,13 @@ DAG runBody(CallState& call) {
   if (code == 0) {
     if (call.traced) [[unlikely]]
       sendDebug(debugEnter, call.frame.procName, call.frame.args = simpl(call.frame.args));
-    evaluationLevel += 19;
-    return evalstat(call.frame.proc[5], 1);
+    evaluationLevel += procedureLevels;
+    return evalstat(bodyOf(call.frame.proc), modeInner);
   }
   Environment = &call.block;
   switch (code) {
     case jumpReturn:
-      evaluationLevel = entryLevel + 19;
+      evaluationLevel = entryLevel + procedureLevels;
       return isGoto(funret) ? runGoto(call) : funret;
     case jumpBreak:
       RestoreEnvironment(call.previous);
@@ -413,7 +397,7 @@ DAG runBody(CallState& call) {
 
 // Runs the body in a frame of its own, up to the point where an error in what follows goes to the caller.
 inline DAG runInFrame(CallState& call) {
-  call.traced = evaluationLevel + 14 < shownDepth(call.frame);
+  call.traced = showsCalls(call.frame);
   DAG result = runBody(call);
   call.block.jumpBuffer = call.previous->jumpBuffer;
   if (call.frame.locals != null) releaseLocals(call.frame.locals);
@@ -431,27 +415,27 @@ inline DAG runInFrame(CallState& call) {
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
   checkStack();
   DAG proc = callee.procedure;
-  if (lengthOf(proc[1]) > 1) checkParameters(proc, arguments, callee.name);
-  if (proc[5] == InertProc) return simpl(new3(FUNCTION, callee.name, arguments));
+  if (lengthOf(paramsOf(proc)) > 1) checkParameters(proc, arguments, callee.name);
+  if (bodyOf(proc) == InertProc) return simpl(new3(FUNCTION, callee.name, arguments));
   CallState call(proc, callee.name, arguments, framePrintLevel(proc));
   DAG result = runInFrame(call);
-  if (!isExternalWrapper(proc) && hasOption(proc, ini("remember"))) pcinsert(proc, key, result = simpl(result), -1);
+  if (!isExternalWrapper(proc) && hasOption(proc, ini("remember"))) pcinsert(proc, key, result = simpl(result));
   return finishCall(call, result);
 }
 
 // The call of a procedure without options and remembered values.
 DAG runPlain(const Callee& callee, DAG a) {
   DAG proc = callee.procedure;
-  const bool typed = hasTypes(proc[1]);
+  const bool typed = hasTypes(paramsOf(proc));
   LooseArguments loose = typed ? LooseArguments{evalArguments(proc, a), false} : evalLooseArguments(a);
   DAG arguments = loose.sequence;
-  if (proc[4] != null) [[unlikely]] {
+  if (rememberOf(proc) != null) [[unlikely]] {
     // Evaluating the arguments has given the procedure a value to remember.
     arguments = simpl(arguments);
     DAG value = remembered(callee, arguments);
     return value != absent ? value : runProcedure(callee, arguments, arguments);
   }
-  if (proc[5] == InertProc) [[unlikely]] return runProcedure(callee, simpl(arguments), null);
+  if (bodyOf(proc) == InertProc) [[unlikely]] return runProcedure(callee, simpl(arguments), null);
   if (typed) checkParameters(proc, arguments, callee.name);
   CallState call(proc, callee.name, arguments, globalPrintLevel());
   DAG result = runInFrame(call);
@@ -463,11 +447,8 @@ DAG runPlain(const Callee& callee, DAG a) {
 }  // namespace
 
 DAG evalfunc(DAG proc, DAG arguments, DAG name) {
-  Callee callee;
-  callee.procedure = proc;
-  callee.name = name;
-  if (isTag(name, TABLEREF) && isTag(name[1], NAME) && isTag(valuenv(name[1], false), PROC))
-    callee.index = name[2];
+  const bool isIndexed = isTag(name, TABLEREF) && isName(name[1]) && NAMED_PROC(name[1]);
+  const Callee callee{proc, name, isIndexed ? name[2] : DAG()};
   return runProcedure(callee, arguments, rememberKey(callee, arguments));
 }
 
