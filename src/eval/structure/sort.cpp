@@ -13,6 +13,7 @@
 #include "store/generations.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/tag_facts.h"
 #include "algebra/polynomial_order.h"
 #include "eval/structure/radix_sort.h"
 #include "store/vocabulary.h"
@@ -283,6 +284,9 @@ constexpr NamedOrder namedOrders[] = {
     {"address",  Order::address,       nullptr},
 };
 
+// What may be called: a procedure, a name of one, and algebra over such, numbers as constant functions.
+constexpr TagSet functionTags = algebraicTags | TagSet{PROC};
+
 }  // namespace
 
 Order compareFunction(DAG members, DAG order) {
@@ -297,6 +301,7 @@ Order compareFunction(DAG members, DAG order) {
         if (row.takes != nullptr && !everyMember(members, row.takes)) invalidArguments();
         return row.order;
       }
+  if (!isAmong(order, functionTags)) invalidArguments();
   return Order::procedure;
 }
 

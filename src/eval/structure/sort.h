@@ -23,7 +23,8 @@ enum class Order {
 
 /// The order that sorts the members of the EXPSEQ `members`: the one that `order` names, or, when that
 /// is 0, by value if all are numbers (none undefined), by text if all are names or strings, and by word
-/// otherwise. Error: "invalid arguments to sort" for members that the order named cannot compare.
+/// otherwise. Error: "invalid arguments to sort" for members that the order named cannot compare, and for
+/// an order that is neither a name nor a function.
 Order compareFunction(DAG members, DAG order);
 
 /// The members of an EXPSEQ in order, as a simplified EXPSEQ; `procedure` decides for that order.

@@ -79,6 +79,9 @@ DAG entryOrReference(const Access& access, DAG sorted) {
 }
 
 // ---- the built-in functions
+//
+// What follows from the indices alone (the diagonal of an antisymmetric array, what lies off a diagonal, an
+// identity matrix) is answered before the entries and the bounds are looked at.
 
 DAG symmetric(const Access& access) {
   bool odd;
@@ -89,10 +92,7 @@ DAG antisymmetric(const Access& access) {
   bool odd;
   DAG sorted = SortIndices(access.index, odd);
   if (hasEqualNeighbours(sorted)) {
-    if (!access.value) {
-      checkBounds(tableKey(access.index), access.table, false);
-      return cons0;
-    }
+    if (!access.value) return cons0;
     if (!isZero(access.value))
       KernelException("cannot assign non-zero to diagonal entry of antisymmetric");
   }
@@ -108,10 +108,7 @@ DAG antisymmetric(const Access& access) {
 DAG diagonal(const Access& access) {
   if (!allEqual(access.index)) {
     if (access.value) KernelException("cannot assign to the off-diagonal elements of a diagonal array");
-    if (isIntegerKey(access.index)) {
-      checkBounds(access.index, access.table, false);
-      return cons0;
-    }
+    if (isIntegerKey(access.index)) return cons0;
   }
   return entry(access);
 }
@@ -119,10 +116,8 @@ DAG diagonal(const Access& access) {
 DAG identity(const Access& access) {
   if (access.value) KernelException("cannot assign to an identity matrix");
   DAG key = tableKey(access.index);
-  bool equal = allEqual(key);
-  if (!equal && !isIntegerKey(key)) return absent;
-  checkBounds(key, access.table, false);
-  return equal ? cons1 : cons0;
+  if (allEqual(key)) return cons1;
+  return isIntegerKey(key) ? cons0 : absent;
 }
 
 DAG sparse(const Access& access) {
