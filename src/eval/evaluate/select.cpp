@@ -3,6 +3,7 @@
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/operand.h"
+#include "eval/structure/kinds.h"
 #include "eval/structure/operands.h"
 #include "eval/procedures/procedures.h"
 #include "eval/procedures/remember.h"
@@ -67,10 +68,10 @@ bool isHiddenEntry(DAG value) { return isTag(value, PROC) || isTag(value, TABLE)
 DAG tableEntry(DAG x, DAG table, DAG index, DAG name, DAG* lastName) {
   auto reference = [&] { return simpl(referenceTo(x, name, index)); };
   if (lastName != nullptr && isNameOrIndexed(name)) *lastName = reference();
-  DAG entry = TableIndex(index, name, table);
-  if (entry == absent) return reference();
-  if (IndexFcnUsed || isTag(x[1], LOCAL)) return entry;
-  DAG value = eval(entry, lastName);
+  FoundEntry found = lookUpEntry(index, name, table);
+  if (found.value == absent) return reference();
+  if (found.byProcedure || isTag(x[1], LOCAL)) return found.value;
+  DAG value = eval(found.value, lastName);
   if (lastName == nullptr && isHiddenEntry(value) && isNameOrIndexed(name)) return reference();
   return value;
 }
@@ -167,14 +168,6 @@ DAG evalTableReference(DAG x, DAG* lastName) {
       if (lastName != nullptr) *lastName = reference;
       return reference;
     }
-    case STRING: {
-      index = simpl(eval(x[2]));
-      if (isTag(index, EXPSEQ) && lengthOf(index) == 2) {
-        DAG part = select_string(B, index[1]);
-        return part ? part : referenceTo(x, B, index);
-      }
-      break;
-    }
     case NAME: case TABLEREF: case UNEVAL: {
       DAG reference = referenceTo(x, B, simpl(eval(x[2])));
       if (lastName != nullptr) *lastName = reference;
@@ -183,6 +176,10 @@ DAG evalTableReference(DAG x, DAG* lastName) {
     case MODULE:
       return moduleMember(B, simpl(eval(x[2])), lastName);
     default:
+      if (auto select = kindOf(B).index) {
+        index = simpl(eval(x[2]));
+        if (DAG part = select(B, index)) return part;
+      }
       break;
   }
   if (isPlainAccess(x, B)) {
@@ -215,21 +212,11 @@ DAG selectStored(DAG x) {
     }
   }
   DAG index = simpl(eval(x[2]));
-  switch (tagOf(base)) {
-    case EXPSEQ: case LIST: case SET:
-      if (DAG element = select_list(base, index)) return element;
-      break;
-    case STRING:
-      if (isTag(index, EXPSEQ) && lengthOf(index) == 2)
-        if (DAG part = select_string(base, index[1])) return part;
-      break;
-    case TABLE: {
-      DAG entry = TableIndex(index, lastName ? lastName : evparloc(x[1]), base);
-      if (entry != absent) return entry;
-      break;
-    }
-    default:
-      break;
+  if (isTag(base, TABLE)) {
+    FoundEntry found = lookUpEntry(index, lastName ? lastName : evparloc(x[1]), base);
+    if (found.value != absent) return found.value;
+  } else if (auto select = kindOf(base).index) {
+    if (DAG part = select(base, index)) return part;
   }
   return simpl(referenceTo(x, lastName && isNameOrIndexed(lastName) ? lastName : base, index));
 }

@@ -132,7 +132,7 @@ void assignTableEntry(DAG t, DAG v) {
   switch (tagOf(container)) {
     case TABLE:
       if (removal) removeEntry(index, container);
-      else TableIndex(index, lastName, container, v);
+      else assignEntry(index, lastName, container, v);
       return;
     case NAME:
       if (removal) assign(container, maketable(DAG(), null));
@@ -221,8 +221,8 @@ bool assignPlainEntry(DAG target, DAG v) {
   DAG key = single ? simpl(evalOperand(index[1])) : evaluatedSequence(index);
   DAG table = name[1];
   if (name[2] == null && isTag(table, TABLE) && !(single && isTag(key, EXPSEQ))) {
-    if (table[1] == null) directEntry(key, table, v);
-    else TableIndex(single ? singleSequence(key) : key, name, table, v);
+    if (table[1] == null) storeDirectly(key, table, v);
+    else assignEntry(single ? singleSequence(key) : key, name, table, v);
   } else {
     assign(simpl(new3(TABLEREF, name, single ? singleSequence(key) : key)), v);
   }

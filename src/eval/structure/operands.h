@@ -35,11 +35,6 @@ DAG oplist(DAG positions, DAG x);
 [[noreturn]] void improperSelector();
 /// The number of an operand, as an integer object tells it. Too long a one is an improper selector.
 std::int64_t operandPosition(DAG integer);
-/// What rtables don't have yet. Error: "the operation `%1` is not available".
-[[noreturn]] void rtableNotAvailable(const char* operation);
-
-/// Position of `x` in the EXPSEQ `sequence`, from 1, or 0; for what is no EXPSEQ, 1 when it is `x`.
-Word member(DAG sequence, DAG x);
 
 // ---- built-ins
 namespace builtin {

@@ -30,6 +30,8 @@ Order compareFunction(DAG members, DAG order);
 /// The members of an EXPSEQ in order, as a simplified EXPSEQ; `procedure` decides for that order.
 /// Error: "sort: 2nd argument must be a boolean valued function".
 DAG sortedSequence(DAG members, Order order, DAG procedure);
+/// The LIST in the order that `order` names, 0 for none. The list itself when it is in order.
+DAG sortList(DAG list, DAG order);
 
 namespace builtin {
 /// sort(list), sort(list, order): a list in order. sort(p), sort(p, variables), sort(p, variables,
