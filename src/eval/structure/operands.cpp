@@ -63,9 +63,10 @@ std::int64_t operandPosition(DAG integer) {
 namespace {
 
 DAG opRange(DAG range, DAG x) { return op(operandPosition(range[1]), operandPosition(range[2]), x); }
-bool isIntegerRange(DAG x) { return isTag(x, RANGE) && isInteger(x[1]) && isInteger(x[2]); }
 
 }  // namespace
+
+bool isIntegerRange(DAG x) { return isTag(x, RANGE) && isInteger(x[1]) && isInteger(x[2]); }
 
 DAG oplist(DAG positions, DAG x) {
   DAG list = positions[1];

@@ -65,6 +65,9 @@ DAG entryOf(DAG x) {
   return value;
 }
 
+/// A modular polynomial in two indeterminates.
+bool isBivariate(DAG x) { return isTag(x, ZPPOLY) && isSequence(x[1]); }
+
 // ---- the table
 
 // A test; and the tags that decide the type alone, none for a type that needs more than the tag.
@@ -179,12 +182,12 @@ constexpr TypeRow typeRows[] = {
     {"rtable",               byTag<TagSet{RTABLE}>},
     {"hfarray",            IsHFArrayRTable},
     // polynomials
-    {"polynom",            [](DAG e) { return typol(false, e, DAG(), noCoefficientLimit); }},
-    {"ratpoly",            [](DAG e) { return typol(true, e, DAG(), noCoefficientLimit); }},
+    {"polynom",            [](DAG e) { return typol(PolynomialForm::polynomial, e, DAG(), anyCoefficient); }},
+    {"ratpoly",            [](DAG e) { return typol(PolynomialForm::rationalFunction, e, DAG(), anyCoefficient); }},
     {"zppoly",               byTag<TagSet{ZPPOLY}>},
-    {"modp1",              [](DAG e) { return isTag(e, ZPPOLY) && !isTag(e[1], EXPSEQ); }},
-    {"modp2",              [](DAG e) { return isTag(e, ZPPOLY) && isTag(e[1], EXPSEQ); }},
-    {"evalgf1",            [](DAG e) { return isTag(e, ZPPOLY) && isTag(e[1], EXPSEQ); }},
+    {"modp1",              [](DAG e) { return isTag(e, ZPPOLY) && !isSequence(e[1]); }},
+    {"modp2",              isBivariate},
+    {"evalgf1",            isBivariate},
     // programs
     {"procedure",          [](DAG e) { return NAMED_PROC(entryOf(e)); }},
     {"module",             [](DAG e) { return NAMED_MODULE(entryOf(e)); }},

@@ -24,6 +24,10 @@
 #include "eval/structure/operands.h"
 #include "algebra/polynomial_types.h"
 #include "eval/structure/select_elements.h"
+#include "eval/structure/attributes.h"
+#include "eval/structure/equality.h"
+#include "eval/structure/sort.h"
+#include "eval/structure/substitute.h"
 #include "eval/structure/subsop.h"
 #include "eval/tables/tables.h"
 #include "eval/types/type_match.h"
@@ -161,14 +165,14 @@ TEST(Types, PolynomialsByConstruction) {
       fractions = isNumeric(x) && !isInteger(x);
     }
     DAG vars = simple("{x, y}");
-    RC_ASSERT(typol(false, x, vars, RATIONAL));
-    RC_ASSERT(typol(false, x, DAG(), RATIONAL));
-    RC_ASSERT(typol(false, x, vars, INTPOS) == !fractions);
-    RC_ASSERT(typol(false, x, naminstall("x"), noCoefficientLimit));
-    RC_ASSERT(typol(false, simple("(" + p + ")^3*(x - y)"), vars, RATIONAL));
+    RC_ASSERT(typol(PolynomialForm::polynomial, x, vars, rationalTags));
+    RC_ASSERT(typol(PolynomialForm::polynomial, x, DAG(), rationalTags));
+    RC_ASSERT(typol(PolynomialForm::polynomial, x, vars, integerTags) == !fractions);
+    RC_ASSERT(typol(PolynomialForm::polynomial, x, naminstall("x"), anyCoefficient));
+    RC_ASSERT(typol(PolynomialForm::polynomial, simple("(" + p + ")^3*(x - y)"), vars, rationalTags));
     DAG quotient = simple("(" + p + ")^2/(x + 100*y)");
-    RC_ASSERT(typol(true, quotient, vars, RATIONAL));
-    RC_ASSERT(typol(false, quotient, vars, noCoefficientLimit) == (quotient == cons0));
+    RC_ASSERT(typol(PolynomialForm::rationalFunction, quotient, vars, rationalTags));
+    RC_ASSERT(typol(PolynomialForm::polynomial, quotient, vars, anyCoefficient) == (quotient == cons0));
   }));
 }
 
@@ -266,6 +270,16 @@ TEST(Types, RtablesAreRefused) {
   EXPECT_EQ(errorOf([&] { numterms(r); }), "the operation `nops` is not available");
   EXPECT_EQ(errorOf([&] { length(simpl(new2(LIST, new2(EXPSEQ, r)))); }), "the operation `length` is not available");
   EXPECT_EQ(errorOf([&] { korelindex(cons1, naminstall("x"), r, cons1); }), "the operation `AssignToRTable` is not available");
+  DAG other = rtableWith(1u);
+  EXPECT_EQ(errorOf([&] { Equal(r, other); }), "the operation `RTableEqual` is not available");
+  EXPECT_EQ(errorOf([&] { EqualStructure(r, other); }), "the operation `RTableEqualStructure` is not available");
+  EXPECT_EQ(errorOf([&] { EqualEntries(r, other); }), "the operation `RTableEqualEntries` is not available");
+  EXPECT_EQ(subs(simpl(new3(EQUATION, ini("anything"), cons1)), r), r);
+  BuiltinCall onRTable{new2(EXPSEQ, r), ini("sort"), null};
+  EXPECT_EQ(errorOf([&] { builtin::sort(onRTable); }), "the operation `SortRTable` is not available");
+  EXPECT_EQ(errorOf([&] { builtin::entries(onRTable); }), "the operation `entries` is not available");
+  BuiltinCall attributed{new3(EXPSEQ, r, naminstall("mark")), ini("setattribute"), null};
+  EXPECT_TRUE(builtin::setattribute(attributed) == r && AttributesOf(r) == naminstall("mark"));
   DAG list = simpl(new2(LIST, simpl(new2(EXPSEQ, cons1))));
   EXPECT_EQ(errorOf([&] { korelindex(cons1, naminstall("x"), list, cons1); }), "cannot assign to a list");
 }
@@ -353,7 +367,7 @@ TEST(Types, DepthIsBounded) {
   EXPECT_EQ(errorOf([&] { type(list, list); }), deep);
   EXPECT_EQ(errorOf([&] { type(cons1, nested); }), deep);
   EXPECT_EQ(errorOf([&] { onlyconst(call); }), deep);
-  EXPECT_EQ(errorOf([&] { typol(false, sum, DAG(), noCoefficientLimit); }), deep);
+  EXPECT_EQ(errorOf([&] { typol(PolynomialForm::polynomial, sum, DAG(), anyCoefficient); }), deep);
 }
 
 }  // namespace
