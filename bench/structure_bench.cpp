@@ -57,7 +57,7 @@ DAG rows() {
   list = simpl(new2(LIST, list));
   static Predicate predicate = makePredicate(ini("type"), simpl(new2(EXPSEQ, ini("integer"))));
   row("select by a type from 10^6", "ms", 1e3, "copying what has the tag",
-      [] { MapFunction({mselect, &predicate, true, "%1"}, list); },
+      [] { MapFunction({mselect, &predicate, OperandWalk::selection}, list); },
       [] {
         std::vector<DAG> copied;
         for (int i = 1; i <= nodes; ++i)

@@ -1,32 +1,32 @@
 #include "algebra/polynomial_types.h"
 
-#include "numbers/arithmetic.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
+#include "eval/types/constant_expressions.h"
+#include "eval/types/types.h"
+#include "eval/walk/has.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "numbers/arithmetic.h"
 #include "store/constants.h"
 #include "store/integer_cache.h"
 #include "store/objects.h"
-#include "eval/types/constant_expressions.h"
-#include "eval/walk/has.h"
-#include "eval/types/type_match.h"
-#include "eval/types/types.h"
 #include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-
 // What one traversal asks.
 struct PolynomialWalk {
-  bool rational;          // negative powers may stand
-  DAG vars;               // 0 for all names, a name or the imaginary unit, or an EXPSEQ of names
-  Word limit;             // largest tag of a number that is a coefficient
-  bool (*test)(DAG e) = nullptr;  // in place of the limit: a test of coefficients,
+  PolynomialForm form;
+  DAG vars;        // 0 for all names, a name or the imaginary unit, or an EXPSEQ of names
+  TagSet numbers;  // that may be coefficients
+  bool (*test)(DAG e) = nullptr;  // in place of the tags: a test of coefficients,
   DAG type{};                     // or a type that they must match
   Word clock = 0;                 // of the integer cache
+
+  bool allowsAnyCoefficient() const { return numbers == anyCoefficient && test == nullptr && !type; }
 };
 
 bool isVariable(const PolynomialWalk& walk, DAG x) {
@@ -37,7 +37,7 @@ bool isVariable(const PolynomialWalk& walk, DAG x) {
 bool isCoefficient(const PolynomialWalk& walk, DAG x) {
   if (walk.test != nullptr) return walk.test(x);
   if (walk.type) return type(x, walk.type);
-  return isNumber(x) ? Word{tagOf(x)} <= walk.limit : walk.limit == noCoefficientLimit;
+  return walk.numbers == anyCoefficient || isAmong(x, walk.numbers);
 }
 
 /// `x` stands for a coefficient as a whole.
@@ -50,8 +50,7 @@ bool isPolynomial(const PolynomialWalk& walk, DAG x);
 
 bool isPolynomialName(const PolynomialWalk& walk, DAG x) {
   if (walk.vars) return isConstantPart(walk, x);
-  bool limited = walk.limit != noCoefficientLimit || walk.test != nullptr || walk.type;
-  if (!limited) return true;
+  if (walk.allowsAnyCoefficient()) return true;
   if (x == ini("undefined")) return false;
   return isConstantName(x) ? isCoefficient(walk, x) : true;
 }
@@ -75,7 +74,7 @@ bool isPolynomialSum(const PolynomialWalk& walk, DAG x) {
 bool isPolynomialProduct(const PolynomialWalk& walk, DAG x) {
   for (Word i = 1; i < lengthOf(x); i += 2) {
     DAG base = x[i], exponent = x[i + 1];
-    bool power = isInteger(exponent) && (walk.rational || !consneg(exponent));
+    bool power = isInteger(exponent) && (walk.form == PolynomialForm::rationalFunction || !consneg(exponent));
     if (power && isPolynomial(walk, base)) continue;
     if (power && !consneg(exponent)) return false;
     DAG factor = lengthOf(x) == 3 ? x : simpl(new3(PROD, base, exponent));
@@ -125,17 +124,17 @@ bool isComplexCoefficient(DAG e) { return isNumber(e) && !isInfinite(e) && !isUn
 // The words that tell what coefficients are. Alone in a type they are no variable.
 struct CoefficientRow {
   StandardName word;
-  Word limit;
+  TagSet numbers;
   bool (*test)(DAG e);
 };
 constexpr CoefficientRow coefficientRows[] = {
-    // word       limit               test
-    {"integer",  INTPOS,             nullptr},
-    {"rational", RATIONAL,           nullptr},
-    {"numeric",  noCoefficientLimit, isNumericCoefficient},
-    {"complex",  noCoefficientLimit, isComplexCoefficient},
-    {"constant", noCoefficientLimit, isDefinedConstant},
-    {"anything", noCoefficientLimit, nullptr},
+    // word       numbers         test
+    {"integer",  integerTags,    nullptr},
+    {"rational", rationalTags,   nullptr},
+    {"numeric",  anyCoefficient, isNumericCoefficient},
+    {"complex",  anyCoefficient, isComplexCoefficient},
+    {"constant", anyCoefficient, isDefinedConstant},
+    {"anything", anyCoefficient, nullptr},
 };
 
 bool isCoefficientWord(DAG x) {
@@ -147,7 +146,7 @@ bool isCoefficientWord(DAG x) {
 void setCoefficients(PolynomialWalk& walk, DAG word) {
   for (const CoefficientRow& row : coefficientRows)
     if (word == ini(row.word)) {
-      walk.limit = row.limit;
+      walk.numbers = row.numbers;
       walk.test = row.test;
       return;
     }
@@ -158,21 +157,18 @@ void setCoefficients(PolynomialWalk& walk, DAG word) {
 DAG variablesOf(DAG x) {
   if (isNameOrIndexed(x) || x == sqrtm1) return x;
   if (!isTag(x, LIST) && !isTag(x, SET)) return DAG();
-  DAG body = x[1];
-  for (Word i = 1; i < lengthOf(body); ++i)
-    if (!isNameOrIndexed(body[i])) return DAG();
-  return body;
+  return everyMember(x[1], isNameOrIndexed) ? x[1] : DAG();
 }
 
 }  // namespace
 
-bool typol(bool rational, DAG x, DAG vars, Word limit) {
+bool typol(PolynomialForm form, DAG x, DAG vars, TagSet numbers) {
   if (isTag(vars, LIST) || isTag(vars, SET)) vars = vars[1];
-  return walkPolynomial({rational, vars, limit}, x);
+  return walkPolynomial({form, vars, numbers}, x);
 }
 
-bool matchesPolynomial(bool rational, DAG x, DAG args) {
-  PolynomialWalk walk{rational, DAG(), noCoefficientLimit};
+bool matchesPolynomial(PolynomialForm form, DAG x, DAG args) {
+  PolynomialWalk walk{form, DAG(), anyCoefficient};
   Word n = lengthOf(args) - 1;
   bool wordAlone = n == 1 && isCoefficientWord(args[1]);
   if (!wordAlone) {

@@ -220,7 +220,7 @@ DAG builtin::userinfo(const BuiltinCall& call) {
   if (!table || !isTag(table, TABLE)) return null;
   bool wanted = false;
   auto reaches = [&](DAG name) {
-    DAG entry = TableIndex(new2(EXPSEQ, name), ini("infolevel"), table);
+    DAG entry = lookUpEntry(new2(EXPSEQ, name), ini("infolevel"), table).value;
     return isImmediate(entry) && immediateValue(entry) >= immediateValue(level);
   };
   wanted = reaches(ini("all"));

@@ -48,6 +48,13 @@ inline Word memberPosition(DAG x, DAG sequence) {
   return 0;
 }
 inline bool isMember(DAG x, DAG sequence) { return memberPosition(x, sequence) != 0; }
+/// `test` holds for each member of the EXPSEQ.
+template <class Test>
+bool everyMember(DAG sequence, Test test) {
+  for (Word i = 1, n = lengthOf(sequence); i < n; ++i)
+    if (!test(sequence[i])) return false;
+  return true;
+}
 
 // ---- truth
 

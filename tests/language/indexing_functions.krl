@@ -24,6 +24,11 @@ id := array(identity, 1 .. 2, 1 .. 2): id[1, 1], id[1, 2], id[i, i], id[i, j], i
 id[1, 1] := 1;
 id[1, 2] := 2;
 id[3, 3];
+# What the function tells by itself is told without a look at the bounds.
+id := array(identity, 1 .. 2): id[1, 1], id[1, 2], id[7];
+d := array(diagonal, 1 .. 2): d[1, 2], d[0, 7], d[1];
+d[3];
+d[1, 1];
 # sparse.
 sp := array(sparse, 1 .. 3): sp[2] := x: sp[1], sp[2], sp[i];
 sp[4];

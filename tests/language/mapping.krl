@@ -45,3 +45,10 @@ churn := proc(v) global T; local j; for j to 30 do T[4096*(j + 100)] := j end do
 fresh := proc() global T; T := table([seq(4096*i = h(i), i = 1..12)]); eval(T) end proc:
 count := proc(t) add(op([1, 1], e), e = [entries(t)]) end proc:
 count(map(churn, fresh())), count(select(x -> evalb(churn(x) = x), fresh())), map(count, [selectremove(x -> evalb(op(churn(x)) < 7), fresh())]), hastype(fresh(), churned), T[4096*130], T[4096];
+# selectremove asks once of each operand, in order, also where the predicate stores in the table that is divided.
+asked := NULL: small := proc(x) global asked; asked := asked, x; evalb(x < 40) end:
+map(nops, [selectremove(small, [seq(k, k = 1 .. 100)])]), evalb([asked] = [seq(k, k = 1 .. 100)]);
+T := table([seq(k = k, k = 1 .. 100)]): asked := NULL:
+moving := proc(x) global T; T[x + 200] := x; T[x] := evaln(T[x]); small(x) end:
+halves := [selectremove(moving, eval(T))]:
+map(h -> nops([indices(h)]), halves), nops([asked]), nops({asked}), nops([indices(T)]), min(op(map(op, [indices(T)])));

@@ -11,8 +11,13 @@ a := {seq(k^2, k = 1 .. 50)}: b := {1, 4, 9}:
 same := (s, t) -> evalb(addressof(s) = addressof(t)):
 same(a union b, a), same(b union a, a), same(a intersect b, b), same(b intersect a, b);
 same(b minus {2}, b), same(a union a, a), same(a minus {}, a), same({1} union {1, 2}, {2, 1});
-# Unevaluated with anything that is no set.
-{u} union w, w minus {u}, w intersect w, `union`({1}, {2}, w);
+# Unevaluated with what may yet become a set, refused with what never does.
+{u} union w, w minus {u}, w intersect w, `union`({1}, {2}, w), {u} union w[1], f(u) union 2*w, (u = 1) minus {u};
+refuses := proc(f, a, b) try f(a, b); false catch "wrong number": true end end:
+never := [1, 2.5 + I, "s", [1], 1 .. 2, w::integer, proc() end, table()]:
+seq({seq(refuses(f, eval(a), {1}), a = never), seq(refuses(f, w, eval(a)), a = never)}, f = [`union`, `intersect`, `minus`]);
+1 union {2};
+{1} intersect [1], {1};
 `minus`({1});
 `minus`({1}, {2}, {3});
 # Membership.

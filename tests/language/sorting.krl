@@ -14,6 +14,13 @@ sort([1, a], `<`);
 sort([1, I], numeric);
 sort([1, "a"], string);
 sort([1, 2], numeric, 3);
+# An order that is neither a name nor a function.
+sort([1, 2], "<");
+sort([x^2 + x, x + 1], [x]);
+sort([1, 2], {x});
+sort([1, 2], x < y);
+sort([1, 2], x = 1 .. 2);
+sort([2, 1], table());
 # A procedure decides. Equal members keep their places.
 byFirst := (a, b) -> evalb(a[1] <= b[1]):
 sort([[2, a], [1, b], [2, c], [1, d], [0, e]], byFirst);

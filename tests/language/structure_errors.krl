@@ -34,5 +34,5 @@ everywhere([
   "`minus`(s)", "`minus`(s, s, s)", "EqualEntries(t, sp)", "EqualEntries(t)", "EqualStructure(1, 2, 3)",
   "table(1..2)", "table([1], [2])", "table({x})", "table(3)", "array()", "array(sparse)", "array({1 = 2})", "array(2..0)", "array(1..n)", "array(1..2, x)", "array(1..2, [1, 2, 3])", "array(1..2, 3..4, [1, 2])", "array(1..2, 3..4, [[1, 2], [3, 4]], [[1]])", "table(picky, [1, 2])",
   "ar[3]", "ar[3] := 1", "ar[y] := 1", "ar[1, 1]", "t[5] := 't[5] + 1'", "t[5] := [1, 't[5]']", "s[1] := 3", "q[1] := 3", "g[1] := 3",
-  "sy[3, 1]", "sy[1, 3] := 1", "an[1, 1] := 1", "an[3, 3]", "di[1, 2] := 0", "di[3, 1]", "id[1, 1] := 1", "id[1, 3]", "pk[7] := 1", "pk[7]", "indices(3)", "entries(t, t)", "hooked(1)"
+  "sy[3, 1]", "sy[1, 3] := 1", "an[1, 1] := 1", "an[3, 1]", "di[1, 2] := 0", "di[3, 3]", "id[1, 1] := 1", "pk[7] := 1", "pk[7]", "indices(3)", "entries(t, t)", "hooked(1)"
 ]);

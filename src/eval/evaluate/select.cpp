@@ -11,6 +11,7 @@
 #include "eval/procedures/scoping.h"
 #include "eval/simplify/simplify.h"
 #include "eval/structure/operands.h"
+#include "eval/structure/kinds.h"
 #include "eval/tables/tables.h"
 #include "eval/walk/copy_on_change.h"
 #include "frame/errors.h"
@@ -61,9 +62,10 @@ bool isHiddenEntry(DAG value) { return isTag(value, PROC) || isTag(value, TABLE)
 DAG tableEntry(DAG x, DAG table, DAG index, DAG name, DAG* lastName) {
   auto reference = [&] { return simpl(withParts(x, name, index)); };
   if (lastName != nullptr && isNameOrIndexed(name)) *lastName = reference();
-  DAG entry = TableIndex(index, name, table);
+  const FoundEntry found = lookUpEntry(index, name, table);
+  const DAG entry = found.value;
   if (entry == absent) return reference();
-  if (IndexFcnUsed || isTag(x[1], LOCAL)) return entry;
+  if (found.byProcedure || isTag(x[1], LOCAL)) return entry;
   DAG value = eval(entry, lastName);
   if (lastName == nullptr && isHiddenEntry(value) && isNameOrIndexed(name)) return reference();
   return value;
@@ -151,12 +153,6 @@ DAG selectMember(DAG x, const Base& base, DAG* lastName) {
   return reference;
 }
 
-// The part of the string, or the reference when the index selects none.
-DAG selectCharacters(DAG x, DAG string, DAG index) {
-  DAG part = select_string(string, index[1]);
-  return part ? part : withParts(x, string, index);
-}
-
 DAG referenceToName(DAG x, DAG name, DAG* lastName) {
   DAG reference = withParts(x, name, simpl(eval(x[2])));
   if (lastName != nullptr) *lastName = reference;
@@ -210,28 +206,19 @@ DAG evalTableReference(DAG x, DAG* lastName) {
   }
   DAG index = isSequence(x[2]) ? evaluatedSequence(x[2]) : simpl(eval(x[2]));
   if (hasTag(value, TABLE)) return tableEntry(x, value, index, base.name, lastName);
-  if (hasTag(value, STRING) && isSingle(index)) return selectCharacters(x, value, index);
+  if (auto select = kindOf(value).index)
+    if (DAG part = select(value, index)) return part;
   return standingReference(x, base, index, lastName);
 }
 
 DAG selectStored(DAG x) {
   const Base base = evaluatedBase(x[1]);
   DAG index = simpl(eval(x[2]));
-  switch (tagOf(base.value)) {
-    case EXPSEQ: case LIST: case SET:
-      if (DAG element = select_list(base.value, index)) return element;
-      break;
-    case STRING:
-      if (isSingle(index))
-        if (DAG part = select_string(base.value, index[1])) return part;
-      break;
-    case TABLE: {
-      DAG entry = TableIndex(index, base.name ? base.name : evparloc(x[1]), base.value);
-      if (entry != absent) return entry;
-      break;
-    }
-    default:
-      break;
+  if (isTag(base.value, TABLE)) {
+    FoundEntry found = lookUpEntry(index, base.name ? base.name : evparloc(x[1]), base.value);
+    if (found.value != absent) return found.value;
+  } else if (auto select = kindOf(base.value).index) {
+    if (DAG part = select(base.value, index)) return part;
   }
   return simpl(withParts(x, base.name && isNameOrIndexed(base.name) ? base.name : base.value, index));
 }

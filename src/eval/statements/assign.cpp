@@ -130,7 +130,7 @@ void assignTableEntry(DAG t, DAG v) {
   switch (tagOf(container)) {
     case TABLE:
       if (removal) removeEntry(index, container);
-      else TableIndex(index, lastName, container, v);
+      else assignEntry(index, lastName, container, v);
       return;
     case MODULE: return assignModuleMember(t, container, v);
     case LIST: return assignListMember(t, base, container, v);
@@ -202,8 +202,8 @@ bool assignPlainEntry(DAG target, DAG v) {
   DAG key = single ? simpl(evalOperand(index[1])) : evaluatedSequence(index);
   DAG table = name[1];
   if (name[2] == null && isTag(table, TABLE) && !(single && isTag(key, EXPSEQ))) {
-    if (table[tableFunction] == null) directEntry(key, table, v);
-    else TableIndex(single ? singleSequence(key) : key, name, table, v);
+    if (table[tableFunction] == null) storeDirectly(key, table, v);
+    else assignEntry(single ? singleSequence(key) : key, name, table, v);
   } else {
     assign(simpl(new3(TABLEREF, name, single ? singleSequence(key) : key)), v);
   }

@@ -3,12 +3,13 @@
 #include "eval/simplify/simplify.h"
 #include "library/system_functions.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 DAG builtin::convert(const BuiltinCall& call) {
   DAG args = call.arguments;
-  if (argumentCount(call) < 2 || isImmediate(args[2]) || !(hasTag(args[2], NAME) || hasTag(args[2], STRING)))
+  if (argumentCount(call) < 2 || !isText(args[2]))
     wrongParameters(call);
   return evalsysf("convert/", textOf(args[2]), simpl(copydel(args, 1, 1)));
 }

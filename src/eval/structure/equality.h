@@ -16,6 +16,9 @@ bool EqualStructure(DAG a, DAG b);
 /// The same contents; of algebraic objects, that `a = b` is true.
 /// Error: "cannot handle tables with indexing functions".
 bool EqualEntries(DAG a, DAG b);
+/// The walk through procedures and statements: the same word, or the same kind with equal parts. Names and
+/// other objects with raw words are one object when they are equal.
+bool deeplyEqual(DAG a, DAG b);
 
 namespace builtin {
 /// EqualEntries(a, b), EqualStructure(a, b): a name stands for the table or procedure that it holds.

@@ -13,23 +13,24 @@ namespace korel {
 /// What is done with one operand; `state` is the caller's.
 using OperandWorker = DAG (*)(DAG operand, void* state);
 
-/// How a walk over operands differs between its callers.
 struct OperandWalk {
   OperandWorker worker;
   void* state;
-  bool drops;              // a result of `null` leaves the sum, product or table; in `map` it is a value
-  const char* rtableText;  // the failure for an rtable, with its name as parameter
+  /// In a selection a result of `null` leaves the sum, product or table; in a mapping it is a value.
+  enum Purpose { mapping, selection } purpose;
+
+  DAG operator()(DAG operand) const { return worker(operand, state); }
 };
 
 /// `x` with each operand replaced by the worker's result; numbers, names, procedures and their likes are
-/// one operand. Errors: "procs, params, locals, lexicals, and modules cannot be mapped", the rtable
-/// text, "invalid map onto ZPPOLY", and what the worker raises.
+/// one operand. Errors: "procs, params, locals, lexicals, and modules cannot be mapped", those of the kind
+/// (kinds.h), and what the worker raises.
 DAG MapFunction(const OperandWalk& walk, DAG x);
 
-/// The text for the tags that no walk over operands takes.
-[[noreturn]] void cannotBeMapped();
-/// `x` is one operand for these walks.
-bool isMappedWhole(DAG x);
+/// What kinds build their walks of: the members of an EXPSEQ, simplified and without what became empty; and
+/// fields of `x` in a raw copy, words of 0 left alone.
+DAG mapSequence(const OperandWalk& walk, DAG sequence);
+DAG mapFields(const OperandWalk& walk, DAG x, Word from, Word end, Word step);
 
 /// The value of the call f(x, extra...), or of f(y, x, extra...) when `y` is not 0. x is a value and not
 /// evaluated again; `extra` (an EXPSEQ) is, in each call.

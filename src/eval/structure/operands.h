@@ -32,14 +32,11 @@ DAG op(std::int64_t i, std::int64_t j, DAG x);
 /// Walks down one level for each position of the LIST `positions`; the last may be a range. Errors:
 /// "integer expected in op list", "integer or integer range expected in op list", those of `op`.
 DAG oplist(DAG positions, DAG x);
+/// A RANGE of integers.
+bool isIntegerRange(DAG x);
 [[noreturn]] void improperSelector();
 /// The number of an operand, as an integer object tells it. Too long a one is an improper selector.
 std::int64_t operandPosition(DAG integer);
-/// What rtables don't have yet. Error: "the operation `%1` is not available".
-[[noreturn]] void rtableNotAvailable(const char* operation);
-
-/// Position of `x` in the EXPSEQ `sequence`, from 1, or 0; for what is no EXPSEQ, 1 when it is `x`.
-Word member(DAG sequence, DAG x);
 
 // ---- built-ins
 namespace builtin {

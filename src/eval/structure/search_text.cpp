@@ -3,12 +3,12 @@
 #include <cctype>
 #include <cstring>
 
+#include "eval/structure/operands.h"
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "eval/structure/operands.h"
 #include "store/vocabulary.h"
 
 namespace korel {
@@ -47,9 +47,6 @@ Span spanOf(DAG range, std::int64_t n) {
   if (span.from < 0) span.from += n + 1;
   if (span.to < 0) span.to += n + 1;
   return span;
-}
-bool isIntegerRange(DAG x) {
-  return isTag(x, RANGE) && isInteger(x[1]) && isInteger(x[2]);
 }
 bool fits(DAG range) { return FitIntoWord(range[1]) && FitIntoWord(range[2]); }
 
@@ -106,14 +103,13 @@ DAG builtin::substring(const BuiltinCall& call) {
   char* part = textOf(buffer);
   std::memcpy(part, textOf(text) + span.from - 1, length);
   part[length] = 0;
-  return hasTag(text, NAME) ? naminstall(part) : strinstall(part);
+  return isName(text) ? naminstall(part) : strinstall(part);
 }
 
 DAG builtin::lexorder(const BuiltinCall& call) {
   if (argumentCount(call) != 2 || !isText(call.arguments[1]) || !isText(call.arguments[2]))
     wrongParameters(call);
-  bool ordered = std::strcmp(textOf(call.arguments[1]), textOf(call.arguments[2])) <= 0;
-  return ordered ? ini("true") : ini("false");
+  return truth(std::strcmp(textOf(call.arguments[1]), textOf(call.arguments[2])) <= 0);
 }
 
 }  // namespace korel

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "eval/simplify/simplify.h"
+#include "eval/types/type_names.h"
 #include "frame/errors.h"
 #include "store/constants.h"
 #include "store/objects.h"
@@ -145,8 +146,12 @@ DAG combined(DAG sets, Word first, Word end, DAG (*operation)(DAG a, DAG b)) {
 
 DAG combineSets(const BuiltinCall& call, DAG (*operation)(DAG a, DAG b)) {
   Word n = argumentCount(call);
-  for (Word i = 1; i <= n; ++i)
-    if (!isTag(call.arguments[i], SET)) return unevaluatedCall(call);
+  bool sets = true;
+  for (Word i = 1; i <= n; ++i) {
+    if (IsNotSet(call.arguments[i])) wrongParameters(call);
+    sets = sets && isTag(call.arguments[i], SET);
+  }
+  if (!sets) return unevaluatedCall(call);
   return n == 0 ? emptyset : combined(call.arguments, 1, n + 1, operation);
 }
 

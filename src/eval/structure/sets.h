@@ -23,7 +23,7 @@ DAG setsort(DAG s);
 
 namespace builtin {
 /// `union`, `intersect`, `minus` as calls: of sets the value, folded from the left; unevaluated when an
-/// argument is no set.
+/// argument may yet become a set; the common failure for one that never does (`IsNotSet`).
 DAG unionOperator(const BuiltinCall& call);
 DAG intersectOperator(const BuiltinCall& call);
 DAG minusOperator(const BuiltinCall& call);

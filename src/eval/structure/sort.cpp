@@ -5,31 +5,23 @@
 #include <cstring>
 #include <vector>
 
-#include "numbers/arithmetic.h"
+#include "algebra/polynomial_order.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
+#include "eval/structure/kinds.h"
+#include "eval/structure/radix_sort.h"
 #include "frame/errors.h"
+#include "numbers/arithmetic.h"
 #include "store/constants.h"
 #include "store/generations.h"
-#include "store/names.h"
 #include "store/objects.h"
-#include "algebra/polynomial_order.h"
-#include "eval/structure/radix_sort.h"
 #include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-
 [[noreturn]] void invalidArguments() { KernelException("invalid arguments to sort"); }
-
-template <class Test>
-bool everyMember(DAG members, Test test) {
-  for (Word i = 1, n = lengthOf(members); i < n; ++i)
-    if (!test(members[i])) return false;
-  return true;
-}
 
 bool isPlainNumber(DAG x) { return isImmediate(x) || (isNumeric(x) && !isUndefined(x)); }
 
@@ -73,7 +65,7 @@ struct Procedure {
   static DAG quoted(DAG x) { return isImmediate(x) ? x : new2(UNEVAL, x); }
   bool operator()(DAG a, DAG b) const {
     // A constant procedure may have been simplified to its value, which no call makes boolean.
-    if (isImmediate(procedure) || tagOf(procedure) <= STRING) notBoolean();
+    if (isAmong(procedure, numberTags)) notBoolean();
     DAG truth = simpl(eval(newCall(procedure, {quoted(a), quoted(b)})));
     if (truth == ini("true")) return true;
     if (truth == ini("false")) return false;
@@ -283,6 +275,9 @@ constexpr NamedOrder namedOrders[] = {
     {"address",  Order::address,       nullptr},
 };
 
+// What may be called: a procedure, a name of one, and algebra over such, numbers as constant functions.
+constexpr TagSet functionTags = algebraicTags | TagSet{PROC};
+
 }  // namespace
 
 Order compareFunction(DAG members, DAG order) {
@@ -297,10 +292,9 @@ Order compareFunction(DAG members, DAG order) {
         if (row.takes != nullptr && !everyMember(members, row.takes)) invalidArguments();
         return row.order;
       }
+  if (!isAmong(order, functionTags)) invalidArguments();
   return Order::procedure;
 }
-
-namespace {
 
 DAG sortList(DAG list, DAG order) {
   DAG body = list[1];
@@ -308,21 +302,19 @@ DAG sortList(DAG list, DAG order) {
   return sorted == body ? list : simpl(new2(LIST, sorted));
 }
 
-bool isVariable(DAG x) { return isTag(x, NAME) || isTag(x, TABLEREF); }
+namespace {
 
 // The variables that a polynomial is sorted by: those of a list or set, or a single one.
 DAG variablesOf(DAG x) {
   DAG variables = isTag(x, LIST) || isTag(x, SET) ? x[1] : simpl(new2(EXPSEQ, x));
-  if (!everyMember(variables, isVariable)) invalidArguments();
+  if (!everyMember(variables, isNameOrIndexed)) invalidArguments();
   return variables;
 }
 
 // True for the total degree, false for the pure lexicographic order.
-bool totalDegreeOf(DAG order) {
-  if (isTag(order, NAME)) {
-    if (std::strcmp(textOf(order), "tdeg") == 0) return true;
-    if (std::strcmp(textOf(order), "plex") == 0) return false;
-  }
+bool isTotalDegree(DAG order) {
+  if (isName(order) && hasText(order, "tdeg")) return true;
+  if (isName(order) && hasText(order, "plex")) return false;
   invalidArguments();
 }
 
@@ -332,14 +324,13 @@ DAG builtin::sort(const BuiltinCall& call) {
   Word n = argumentCount(call);
   if (n == 0) wrongParameters(call);
   DAG x = call.arguments[1];
-  if (isTag(x, RTABLE)) {
+  if (auto sortKind = kindOf(x).sort) {
     if (n > 2) invalidArguments();
-    KernelException("the operation `%1` is not available", naminstall("SortRTable"));
+    return sortKind(x, n == 2 ? call.arguments[2] : DAG());
   }
-  if (n > 3 || (n == 3 && isTag(x, LIST))) invalidArguments();
-  if (isTag(x, LIST)) return sortList(x, n == 2 ? call.arguments[2] : DAG());
+  if (n > 3) invalidArguments();
   DAG variables = n == 1 ? indeterminates(x) : variablesOf(call.arguments[2]);
-  bool totalDegree = n < 3 || totalDegreeOf(call.arguments[3]);
+  bool totalDegree = n < 3 || isTotalDegree(call.arguments[3]);
   return algsort(x, variables, totalDegree);
 }
 

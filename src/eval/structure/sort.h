@@ -23,12 +23,15 @@ enum class Order {
 
 /// The order that sorts the members of the EXPSEQ `members`: the one that `order` names, or, when that
 /// is 0, by value if all are numbers (none undefined), by text if all are names or strings, and by word
-/// otherwise. Error: "invalid arguments to sort" for members that the order named cannot compare.
+/// otherwise. Error: "invalid arguments to sort" for members that the order named cannot compare, and for
+/// an order that is neither a name nor a function.
 Order compareFunction(DAG members, DAG order);
 
 /// The members of an EXPSEQ in order, as a simplified EXPSEQ; `procedure` decides for that order.
 /// Error: "sort: 2nd argument must be a boolean valued function".
 DAG sortedSequence(DAG members, Order order, DAG procedure);
+/// The LIST in the order that `order` names, 0 for none. The list itself when it is in order.
+DAG sortList(DAG list, DAG order);
 
 namespace builtin {
 /// sort(list), sort(list, order): a list in order. sort(p), sort(p, variables), sort(p, variables,

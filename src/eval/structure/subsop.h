@@ -20,9 +20,12 @@ DAG subsop(std::int64_t i, DAG replacement, DAG x);
 /// Error: "integer expected in op list".
 DAG subsoplist(DAG positions, DAG replacement, DAG x);
 
-/// Field `i`, as `op` counts, of a PROC or MODDEF `copy` (a fresh copy of `original`) becomes
-/// `replacement`, if it is of the kind that belongs there (subsop_procedures.cpp).
-void replaceProcedureField(DAG copy, DAG original, std::int64_t i, DAG replacement);
+/// An object taken apart: `parts` is raw and belongs to nobody else. What a kind does with it stands in its row
+/// (kinds.h).
+struct TakenApart {
+  DAG original;
+  DAG parts;
+};
 
 namespace builtin {
 /// subsop(p1 = e1, p2 = e2, ..., x): positions are integers, or lists of them.

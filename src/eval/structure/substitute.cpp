@@ -14,7 +14,8 @@
 #include "store/objects.h"
 #include "store/word_map.h"
 #include "eval/walk/has.h"
-#include "eval/structure/operands.h"
+#include "eval/structure/kinds.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -35,6 +36,8 @@ struct Memory {
 Memory* spare = nullptr;
 Memory* inUse = nullptr;
 
+}  // namespace
+
 // Plain data: an error may pass over it, and the error procedure gives the memory back.
 struct Substitution {
   DAG equations;
@@ -45,6 +48,8 @@ struct Substitution {
   int entered;
   Memory* memory;
 };
+
+namespace {
 
 // From this many equations on they are found by a map, and from this many objects on results are kept.
 constexpr Word indexFrom = 8;
@@ -185,7 +190,7 @@ DAG walkName(Substitution& s, DAG name) {
   return result;
 }
 
-bool isBuiltin(DAG options) { return isTag(options, EXPSEQ) && member(options, ini("builtin")) != 0; }
+bool isBuiltin(DAG options) { return isTag(options, EXPSEQ) && isMember(ini("builtin"), options); }
 
 // The fields of a procedure in its final form are finished one by one: its names have been given their
 // places once and for all, whatever a replacement brings in is global.
@@ -235,17 +240,6 @@ DAG changedObject(Substitution& s, DAG x) {
   switch (tagOf(x)) {
     case SUM: case PROD: return walkPairs(s, x);
     case COMPLEX: return walkComplex(s, x);
-    case SERIES: {
-      DAG result = walkFields(s, x, 2, n, 2);
-      replaceField(s, x, result, 1);
-      return result;
-    }
-    case ZPPOLY: {
-      DAG result = walkFields(s, x, 1, 2, 1);
-      if (result != x && !isSameDeclaration(x[1], result[1]))
-        KernelException("the operation `%1` is not available", naminstall("zpSubs"));
-      return result;
-    }
     case MEMBER: {
       DAG result = walkFields(s, x, 1, n, 1);
       return result != x && !isTag(result[2], NAME) ? x : result;
@@ -258,15 +252,17 @@ DAG changedObject(Substitution& s, DAG x) {
     case HASHTAB: return walkEntries(s, x);
     case PROC: case MODDEF: return walkProcedure(s, x);
     case TRY: return walkTry(s, x);
-    default: return walkFields(s, x, 1, n, 1);
+    default: break;
   }
+  if (auto substitute = kindOf(x).substitute) return substitute(s, x);
+  return walkFields(s, x, 1, n, 1);
 }
 
 bool isLeaf(DAG x) {
   if (isImmediate(x)) return true;
   switch (tagOf(x)) {
     case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case STRING: case NAME:
-    case LOCAL: case PARAM: case LEXICAL: case RTABLE: case HASH:
+    case LOCAL: case PARAM: case LEXICAL: case HASH:
     case BINARY: case GARBAGE: case FOREIGN: case CONTROL: case DEBUG:
       return true;
     default: return false;
@@ -332,6 +328,10 @@ bool isSameDeclaration(DAG before, DAG after) {
       return true;
     default: return false;
   }
+}
+
+DAG substituteFields(Substitution& s, DAG x, Word from, Word end, Word step) {
+  return walkFields(s, x, from, end, step);
 }
 
 void ResetSubstitution() {

@@ -21,6 +21,11 @@ DAG subs1(DAG equations, DAG x);
 /// for raw objects, and for callers that simplify in their own way.
 DAG substituteInCopy(DAG equations, DAG x);
 
+/// A substitution that is under way; and fields `from`, `from + step`, ... of `x` below `end` as it leaves
+/// them, in a copy when one changes: for kinds of objects with a rule of their own (kinds.h).
+struct Substitution;
+DAG substituteFields(Substitution& substitution, DAG x, Word from, Word end, Word step);
+
 /// Gives back what substitutions that a special error ended have kept. None may be running.
 void ResetSubstitution();
 

@@ -6,16 +6,17 @@
 // `index/f`, called with the list of indices and a table with the rest of the functions, and, for a
 // store, with the list of the value.
 
+#include "eval/tables/tables.h"
 #include "store/dag.h"
 
 namespace korel {
 
-/// Lookup (value 0) or store of entry `index` of `table`, which has an indexing function: the entry, the
-/// word `absent`, or the value stored.
+/// Lookup and store of the entry `index` of `table`, which has an indexing function.
 /// Errors: "cannot assign non-zero to diagonal entry of antisymmetric", "cannot assign to the
 /// off-diagonal elements of a diagonal array", "cannot assign to an identity matrix", those of the
 /// bounds, "%1%2: missing system function", and whatever the library procedure raises.
-DAG entryByFunction(DAG index, DAG name, DAG table, DAG value);
+FoundEntry lookUpByFunction(DAG index, DAG name, DAG table);
+void storeByFunction(DAG index, DAG name, DAG table, DAG value);
 
 /// The index under which the indexing functions `function` keep the entry `index`.
 DAG storedIndex(DAG index, DAG function);

@@ -1,33 +1,31 @@
 #include "eval/tables/tables.h"
 
-#include "numbers/arithmetic.h"
-#include "eval/statements/assign.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
+#include "eval/evaluate/known_values.h"
 #include "eval/procedures/remember.h"
 #include "eval/simplify/simplify.h"
-#include "eval/evaluate/known_values.h"
+#include "eval/statements/assign.h"
+#include "eval/structure/kinds.h"
+#include "eval/tables/index_functions.h"
+#include "eval/walk/has.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "numbers/integer/integer.h"
 #include "library/system_functions.h"
+#include "numbers/arithmetic.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/hash.h"
 #include "store/names.h"
+#include "store/object_fields.h"
 #include "store/objects.h"
-#include "eval/tables/index_functions.h"
-#include "eval/walk/has.h"
 #include "store/vocabulary.h"
 
 namespace korel {
 
-bool IndexFcnUsed = false;
-
 namespace {
 
 constexpr Word tableBuckets = 256;
-
 
 // ---- keys and bounds
 
@@ -37,7 +35,7 @@ struct Indices {
   Word count;
 
   explicit Indices(const DAG& key)
-      : first(isTag(key, EXPSEQ) ? &key[1] : &key), count(isTag(key, EXPSEQ) ? lengthOf(key) - 1 : 1) {}
+      : first(isSequence(key) ? &key[1] : &key), count(isSequence(key) ? memberCount(key) : 1) {}
 };
 
 DAG arrayName() { return ini("array"); }
@@ -60,14 +58,13 @@ bool isIntegerKey(DAG key) {
   return true;
 }
 
-void checkBounds(DAG key, DAG table, bool storing) {
-  DAG bounds = table[2];
-  if (bounds == ini("false")) return;
+void checkBounds(DAG key, DAG table, EntryUse use) {
+  if (!isArrayTable(table)) return;
   if (!isIntegerKey(key)) {
-    if (storing) KernelException("integer indices required for %1", arrayName());
+    if (use == EntryUse::store) KernelException("integer indices required for %1", arrayName());
     return;
   }
-  Indices indices(key), ranges(bounds);
+  Indices indices(key), ranges(table[tableBounds]);
   if (indices.count != ranges.count) KernelException("number of indices does not match rank");
   for (Word i = 0; i < indices.count; ++i)
     if (!isWithin(indices.first[i], ranges.first[i]))
@@ -76,20 +73,21 @@ void checkBounds(DAG key, DAG table, bool storing) {
 
 // ---- entries
 
-DAG directEntry(DAG index, DAG table, DAG value) {
+DAG lookUpDirectly(DAG index, DAG table) {
   DAG key = tableKey(index);
-  if (table[2] != ini("false")) checkBounds(key, table, value != DAG());
-  DAG entries = table[3];
-  if (!value) {
-    PairAddress pair = search(key.word, entries);
-    return pair == notFound ? absent : pairValue(pair);
-  }
+  checkBounds(key, table, EntryUse::lookup);
+  PairAddress pair = search(key.word, table[tableEntries]);
+  return pair == notFound ? absent : pairValue(pair);
+}
+
+void storeDirectly(DAG index, DAG table, DAG value) {
+  DAG key = tableKey(index);
+  checkBounds(key, table, EntryUse::store);
   storeEntry(key, table, value);
-  return value;
 }
 
 void storeEntry(DAG key, DAG table, DAG value) {
-  DAG entries = table[3];
+  DAG entries = table[tableEntries];
   updategen(key);
   updategen(value);
   stepEvaluationClock();
@@ -100,29 +98,31 @@ void storeEntry(DAG key, DAG table, DAG value) {
 
 namespace {
 
-
-// A value that holds no reference to anything.
-bool isPlain(DAG value) { return isImmediate(value) || tagOf(value) <= NAME; }
+// Values that hold no reference to anything; parts of a COMPLEX are numbers.
+constexpr TagSet plainTags = tagsBetween(INTNEG, NAME);
 
 void refuseSelfReference(DAG index, DAG name, DAG value) {
-  if (!isNameOrIndexed(name) || isPlain(value)) return;
-  DAG sequence = isTag(index, EXPSEQ) ? index : simpl(new2(EXPSEQ, index));
-  if (hasExceptInPROCorUNEVAL(value, simpl(new3(TABLEREF, name, sequence))))
+  if (!isNameOrIndexed(name) || isAmong(value, plainTags)) return;
+  if (hasExceptInPROCorUNEVAL(value, simpl(new3(TABLEREF, name, simpl(asSequence(index))))))
     KernelException("recursive assignment");
 }
 
 }  // namespace
 
-DAG TableIndex(DAG index, DAG name, DAG table, DAG value) {
-  IndexFcnUsed = false;
-  if (value) refuseSelfReference(index, name, value);
-  if (table[1] == null) return directEntry(index, table, value);
-  return entryByFunction(index, name, table, value);
+FoundEntry lookUpEntry(DAG index, DAG name, DAG table) {
+  if (table[tableFunction] == null) return {lookUpDirectly(index, table)};
+  return lookUpByFunction(index, name, table);
+}
+
+void assignEntry(DAG index, DAG name, DAG table, DAG value) {
+  refuseSelfReference(index, name, value);
+  if (table[tableFunction] == null) storeDirectly(index, table, value);
+  else storeByFunction(index, name, table, value);
 }
 
 void removeEntry(DAG index, DAG table) {
   stepEvaluationClock();
-  hashdelete(tableKey(storedIndex(index, table[1])).word, table[3]);
+  hashdelete(tableKey(storedIndex(index, table[tableFunction])).word, table[tableEntries]);
 }
 
 // ---- a store into what is no table yet
@@ -136,7 +136,7 @@ bool hasNewTableHook() {
 
 // The user's procedure `index/newtable` decides what is made: the table that it returns is assigned to
 // `name` and takes the value; anything else means that it has seen to the store itself.
-DAG indexNewTable(DAG index, DAG name, DAG value) {
+void indexNewTable(DAG index, DAG name, DAG value) {
   DAG hook = valuenv(ini("index/newtable"), false);
   DAG procedure = isTag(hook, NAME) ? valuenv(hook, false) : hook;
   if (!isTag(procedure, PROC)) KernelException("`index/newtable` not assigned a procedure");
@@ -144,47 +144,37 @@ DAG indexNewTable(DAG index, DAG name, DAG value) {
       newSequence({new2(UNEVAL, name), new2(LIST, index), new2(LIST, new2(EXPSEQ, new2(UNEVAL, value)))});
   for (DAG kept : {index, name, value}) updategen(kept);
   DAG made = tableBehind(simpl(eval(new3(FUNCTION, ini("index/newtable"), arguments))));
-  if (!made) return value;
+  if (!made) return;
   assign(name, made);
-  return TableIndex(index, name, made, value);
+  assignEntry(index, name, made, value);
 }
 
-void refuseContainer(DAG container) {
-  switch (tagOf(container)) {
-    case LIST: KernelException("cannot assign to a list");
-    case SET: KernelException("cannot assign to a set");
-    case EXPSEQ: KernelException("cannot assign to an expression sequence");
-    default: return;
-  }
-}
+constexpr TagSet assignableTags = {NAME, TABLEREF, FUNCTION};
 
 }  // namespace
 
-DAG korelindex(DAG index, DAG name, DAG container, DAG value) {
-  if (isTag(container, TABLE)) return TableIndex(index, name, container, value);
-  if (isTag(container, RTABLE))
-    KernelException("the operation `%1` is not available", naminstall("AssignToRTable"));
+void korelindex(DAG index, DAG name, DAG container, DAG value) {
+  const Kind& kind = kindOf(container);
+  if (kind.store != nullptr) return kind.store(index, name, container, value);
   const bool insideProcedure = Environment->frame->previousFrame != nullptr;
   const bool hook = hasNewTableHook();
-  if (!hook || !insideProcedure) refuseContainer(container);
-  if (isTag(container, NAME)) {
+  if (kind.storeRefusal != nullptr && !(hook && insideProcedure)) KernelException(kind.storeRefusal);
+  if (isName(container)) {
     DAG stored = valuenv(container, false);
-    if (isTag(stored, TABLE)) return TableIndex(index, name, stored, value);
+    if (isTag(stored, TABLE)) return assignEntry(index, name, stored, value);
   }
-  DAG target = isTag(container, NAME) ? container : name;
-  if (hook) return indexNewTable(index, target, value);
-  if (!isTag(container, NAME) && !isTag(container, TABLEREF) && !isTag(container, FUNCTION))
-    KernelException("invalid left hand side of table reference");
+  if (hook) return indexNewTable(index, isName(container) ? container : name, value);
+  if (!isAmong(container, assignableTags)) KernelException("invalid left hand side of table reference");
   DAG table = maketable(DAG(), null);
   assign(container, table);
-  return TableIndex(index, name, table, value);
+  assignEntry(index, name, table, value);
 }
 
 // ---- listing
 
 namespace {
 
-DAG asList(DAG x) { return simpl(new2(LIST, isTag(x, EXPSEQ) ? x : simpl(new2(EXPSEQ, x)))); }
+DAG asList(DAG x) { return simpl(new2(LIST, simpl(asSequence(x)))); }
 
 struct Collection {
   DAG sequence;
@@ -208,10 +198,10 @@ bool collectPair(void* arg, PairAddress pair) {
 }  // namespace
 
 DAG indices(DAG table, Listing what) {
-  std::int64_t count = hashcount(table[3]);
+  std::int64_t count = hashcount(table[tableEntries]);
   if (count >= maxLength) KernelException("object too large");
   Collection c{newl2(static_cast<Word>(count + 1), EXPSEQ), 1, what};
-  hashforeach(table[3], collectPair, &c);
+  hashforeach(table[tableEntries], collectPair, &c);
   return simpl(c.sequence);
 }
 
@@ -266,12 +256,12 @@ Definition readArguments(DAG arguments) {
   return definition;
 }
 
-bool isListOfLists(DAG list) {
-  DAG members = list[1];
+bool areAll(DAG members, Tag tag) {
   for (Word i = 1; i < lengthOf(members); ++i)
-    if (!isTag(members[i], LIST)) return false;
-  return lengthOf(members) > 1;
+    if (!isTag(members[i], tag)) return false;
+  return true;
 }
+bool isListOfLists(DAG list) { return list[1] != null && areAll(list[1], LIST); }
 
 DAG countingRange(DAG list) {
   return simpl(new3(RANGE, cons1, immediate(static_cast<std::int32_t>(lengthOf(list[1]) - 1))));
@@ -285,13 +275,7 @@ DAG boundsOfValues(DAG list) {
 
 // ---- initial values without the library
 
-bool isEquations(DAG members) {
-  for (Word i = 1; i < lengthOf(members); ++i)
-    if (!isTag(members[i], EQUATION)) return false;
-  return true;
-}
-
-void storeEquation(DAG table, DAG equation) { TableIndex(equation[1], DAG(), table, equation[2]); }
+void storeEquation(DAG table, DAG equation) { assignEntry(equation[1], DAG(), table, equation[2]); }
 
 // The members of nested lists, the outermost of which counts dimension `dimension`; the indices before
 // that one are in `index`.
@@ -299,11 +283,11 @@ void fillDimension(DAG table, DAG list, DAG index, Word dimension) {
   if (!isTag(list, LIST)) invalidParameters();
   checkStack();
   DAG members = list[1];
-  DAG lower = Indices(table[2]).first[dimension - 1][1];
+  DAG lower = Indices(table[tableBounds]).first[dimension - 1][1];
   for (Word i = 1; i < lengthOf(members); ++i) {
     index[dimension] = simpl(add(lower, immediate(static_cast<std::int32_t>(i - 1))));
     if (dimension + 1 == lengthOf(index))
-      TableIndex(simpl(CopyAlg(index)), DAG(), table, members[i]);
+      assignEntry(simpl(CopyAlg(index)), DAG(), table, members[i]);
     else
       fillDimension(table, members[i], index, dimension + 1);
   }
@@ -314,14 +298,13 @@ void fillDimension(DAG table, DAG list, DAG index, Word dimension) {
 void fillInitialValues(DAG table, DAG values) {
   updategen(values);
   DAG members = values[1];
-  const bool array = table[2] != ini("false");
-  if (isEquations(members)) {
+  if (areAll(members, EQUATION)) {
     for (Word i = 1; i < lengthOf(members); ++i) storeEquation(table, members[i]);
     return;
   }
   if (isTag(values, SET)) invalidParameters();
-  if (array) {
-    Word rank = Indices(table[2]).count;
+  if (isArrayTable(table)) {
+    Word rank = Indices(table[tableBounds]).count;
     if (rank == 0) invalidParameters();
     fillDimension(table, values, newl2(rank + 1, EXPSEQ), 1);
     return;
@@ -330,7 +313,7 @@ void fillInitialValues(DAG table, DAG values) {
     if (isTag(members[i], EQUATION))
       storeEquation(table, members[i]);
     else
-      TableIndex(immediate(static_cast<std::int32_t>(i)), DAG(), table, members[i]);
+      assignEntry(immediate(static_cast<std::int32_t>(i)), DAG(), table, members[i]);
   }
 }
 
@@ -347,7 +330,7 @@ DAG maketable(DAG function, DAG arguments, TableKind kind) {
   }
   DAG bounds = ini("false");
   if (kind == TableKind::array) bounds = tableKey(simpl(definition.bounds));
-  DAG table = simpl(new4(TABLE, function ? function : null, bounds, newhashtab(tableBuckets)));
+  DAG table = simpl(newTable(function ? function : null, bounds, newhashtab(tableBuckets)));
   if (!definition.values) return table;
   if (retrieve("index/", "FillInitVals") == null)
     fillInitialValues(table, definition.values);
@@ -374,11 +357,11 @@ DAG build(const BuiltinCall& call, TableKind kind) {
 
 DAG list(const BuiltinCall& call, Listing what) {
   if (argumentCount(call) != 1) wrongParameters(call);
-  if (isTag(call.arguments[1], RTABLE))
-    KernelException("the operation `%1` is not available", call.self);
-  DAG table = tableBehind(call.arguments[1]);
-  if (!table) wrongParameters(call);
-  return indices(table, what);
+  DAG x = call.arguments[1];
+  if (DAG table = tableBehind(x)) x = table;
+  const Kind& kind = kindOf(x);
+  if (kind.listing == nullptr) wrongParameters(call);
+  return kind.listing(x, what);
 }
 
 }  // namespace

@@ -22,42 +22,46 @@ enum class TableKind { table, array };
 /// arrays".
 DAG maketable(DAG function, DAG arguments, TableKind kind = TableKind::table);
 
-/// Lookup (value 0) or store of the entry `index`, an EXPSEQ or a single index, of the table that `name`
-/// refers to: the entry, or the word `absent`. An indexing function has its say (index_functions.h).
-/// Errors: "recursive assignment" for a value that holds the reference name[index], and, on an array,
-/// those of `checkBounds`.
-DAG TableIndex(DAG index, DAG name, DAG table, DAG value = DAG());
+/// What a lookup finds. What a procedure of the library answered is not evaluated again.
+struct FoundEntry {
+  DAG value;  // the word `absent` for none
+  bool byProcedure = false;
+};
+/// Lookup of the entry `index`, an EXPSEQ or a single index, of the table that `name` refers to. An indexing
+/// function has its say (index_functions.h). Errors: on an array, those of `checkBounds`.
+FoundEntry lookUpEntry(DAG index, DAG name, DAG table);
+/// Stores the entry. Errors: the same, and "recursive assignment" for a value that holds the reference
+/// name[index].
+void assignEntry(DAG index, DAG name, DAG table, DAG value);
 
-/// Stores `value` under `index` in what `name` holds, `container`; creates the table when there is none,
-/// or has the procedure `index/newtable` see to it.
-/// Errors: "cannot assign to a list", "cannot assign to a set", "cannot assign to an expression
-/// sequence", "invalid left hand side of table reference", "`index/newtable` not assigned a procedure".
-DAG korelindex(DAG index, DAG name, DAG container, DAG value);
+/// Stores `value` under `index` in what `name` holds, `container`, as its kind does; creates the table when
+/// there is none, or has the procedure `index/newtable` see to it.
+/// Errors: those of the kind, as "cannot assign to a list", "invalid left hand side of table reference",
+/// "`index/newtable` not assigned a procedure".
+void korelindex(DAG index, DAG name, DAG container, DAG value);
 
 /// Removes the entry.
 void removeEntry(DAG index, DAG table);
 
 /// The key of `index`.
-inline DAG tableKey(DAG index) {
-  return isObject(index) && hasTag(index, EXPSEQ) && lengthOf(index) == 2 ? index[1] : index;
-}
+inline DAG tableKey(DAG index) { return isTag(index, EXPSEQ) && lengthOf(index) == 2 ? index[1] : index; }
 /// Stores `value` under the key, past indexing functions and bounds.
 void storeEntry(DAG key, DAG table, DAG value);
-/// Lookup or store past all indexing functions. Errors: those of `checkBounds`.
-DAG directEntry(DAG index, DAG table, DAG value);
+/// The same past all indexing functions. Errors: those of `checkBounds`.
+DAG lookUpDirectly(DAG index, DAG table);
+void storeDirectly(DAG index, DAG table, DAG value);
 /// Whether every index of the key is an integer.
 bool isIntegerKey(DAG key);
-/// Checks integer indices against the bounds of an array; indices that are no integers pass, except
-/// when `storing`. Errors: "integer indices required for array", "number of indices does not match
+/// Checks integer indices against the bounds of an array; indices that are no integers pass, except in a
+/// store. Errors: "integer indices required for array", "number of indices does not match
 /// rank", "array index out of range".
-void checkBounds(DAG key, DAG table, bool storing);
+enum class EntryUse { lookup, store };
+void checkBounds(DAG key, DAG table, EntryUse use);
 
+/// What is listed of each entry: a list of the indices, an equation of key and value, a list of the value.
 enum class Listing { indices, pairs, entries };
-/// Indices, entries, or equations of both, in the table's order, as an EXPSEQ.
+/// As an EXPSEQ, in the table's order.
 DAG indices(DAG table, Listing what);
-
-/// Set when an indexing function of the library made the last lookup's result.
-extern bool IndexFcnUsed;
 
 namespace builtin {
 /// table(function, values) and array(function, ranges, values), each part optional and in this order.

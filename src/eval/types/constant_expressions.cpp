@@ -1,17 +1,16 @@
 #include "eval/types/constant_expressions.h"
 
-#include "numbers/arithmetic.h"
 #include "eval/evaluate/environment_variables.h"
 #include "store/vocabulary.h"
 #include "frame/environment.h"
+#include "numbers/arithmetic.h"
 #include "store/constants.h"
 #include "store/integer_cache.h"
-#include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
-
 
 // What one traversal asks.
 struct ConstantWalk {
@@ -20,9 +19,6 @@ struct ConstantWalk {
   Word clock;         // of the integer cache
 };
 
-bool isListed(DAG constants, DAG x) {
-  return isMember(x, constants);
-}
 DAG valueOfConstants() {
   DAG name = ini("constants");
   DAG value = valuenv(name, false);
@@ -48,7 +44,7 @@ void gatherIndeterminates(const ConstantWalk& walk, DAG x, bool namesOnly, Indet
     case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case COMPLEX: case STRING: return;
     case NAME:
       if (x == ini("_Z")) found.bound = true;
-      else if (!isListed(walk.constants, x)) found.others = true;
+      else if (!isMember(x, walk.constants)) found.others = true;
       return;
     case SUM: case PROD:
       for (Word i = 1; i < lengthOf(x); i += 2)
@@ -93,7 +89,7 @@ bool computeConstant(const ConstantWalk& walk, DAG x) {
     case FLOAT: case HFLOAT: return !isUndefined(x);
     case COMPLEX: return !isUndefined(x) && areConstant(walk, x, 1);
     case NAME:
-      return isListed(walk.constants, x) && (walk.undefinedToo || x != ini("undefined"));
+      return isMember(x, walk.constants) && (walk.undefinedToo || x != ini("undefined"));
     case DCOLON: return isConstant(walk, x[1]);
     case POWER: return areConstant(walk, x, 1);
     case SUM: case PROD:
@@ -126,7 +122,7 @@ bool walkConstant(DAG x, bool undefinedToo) {
 
 }  // namespace
 
-bool isConstantName(DAG x) { return isListed(valueOfConstants(), x); }
+bool isConstantName(DAG x) { return isMember(x, valueOfConstants()); }
 
 bool vname(DAG x) { return isTag(x, TABLEREF) || (isTag(x, NAME) && !isConstantName(x)); }
 

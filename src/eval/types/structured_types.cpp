@@ -1,27 +1,25 @@
 #include "eval/types/structured_types.h"
 
-#include <cstring>
-
+#include "algebra/polynomial_types.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
-#include "frame/errors.h"
-#include "numbers/complex/complex.h"
-#include "library/system_functions.h"
-#include "store/constants.h"
-#include "store/objects.h"
-#include "eval/walk/has.h"
+#include "eval/structure/kinds.h"
 #include "eval/structure/operands.h"
-#include "algebra/polynomial_types.h"
 #include "eval/types/type_match.h"
 #include "eval/types/type_names.h"
 #include "eval/types/types.h"
+#include "eval/walk/has.h"
+#include "frame/errors.h"
+#include "library/system_functions.h"
+#include "numbers/complex/complex.h"
+#include "store/constants.h"
+#include "store/objects.h"
 #include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
-
 
 bool membersMatch(DAG members, DAG types) {
   if (lengthOf(members) != lengthOf(types)) return false;
@@ -31,15 +29,9 @@ bool membersMatch(DAG members, DAG types) {
 }
 
 // Members of a sequence against one type. A built-in name is looked up once for all of them.
-bool everyMember(DAG members, DAG t) {
-  if (TypeTest matches = isTag(t, NAME) ? builtinType(t) : nullptr) {
-    for (Word i = 1; i < lengthOf(members); ++i)
-      if (!matches(members[i])) return false;
-    return true;
-  }
-  for (Word i = 1; i < lengthOf(members); ++i)
-    if (!type(members[i], t)) return false;
-  return true;
+bool allHaveType(DAG members, DAG t) {
+  if (TypeTest matches = isName(t) ? builtinType(t) : nullptr) return everyMember(members, matches);
+  return everyMember(members, [t](DAG member) { return type(member, t); });
 }
 
 /// The parts that a COMPLEX stores match `t`; an absent real part is not asked.
@@ -101,13 +93,13 @@ constexpr HeadRow headRows[] = {
        return isComplex(e) && !hasZeroImaginaryPart(e) && partsMatch(e, args[1]); }},
     {"complex",            1, 1,        [](DAG e, DAG args) {
        return isComplex(e) && isRealClass(args[1]) ? partsMatch(e, args[1]) : type(e, args[1]); }},
-    {"polynom",            1, 2,        [](DAG e, DAG args) { return matchesPolynomial(false, e, args); }},
-    {"ratpoly",            1, 2,        [](DAG e, DAG args) { return matchesPolynomial(true, e, args); }},
+    {"polynom",            1, 2,        [](DAG e, DAG args) { return matchesPolynomial(PolynomialForm::polynomial, e, args); }},
+    {"ratpoly",            1, 2,        [](DAG e, DAG args) { return matchesPolynomial(PolynomialForm::rationalFunction, e, args); }},
     {"identical",          1, 1,        [](DAG e, DAG args) { return simpl(args[1]) == e; }},
     {"anyfunc",            0, anyCount, [](DAG e, DAG args) {
        return isTag(e, FUNCTION) && membersMatch(e[2], args); }},
     {"specfunc",           2, 2,        [](DAG e, DAG args) {
-       return isTag(e, FUNCTION) && isHeadIn(e[1], args[2]) && everyMember(e[2], args[1]); }},
+       return isTag(e, FUNCTION) && isHeadIn(e[1], args[2]) && allHaveType(e[2], args[1]); }},
     {"evaln",              0, 1,        [](DAG e, DAG args) {
        return isNameOrIndexed(e) && (lengthOf(args) == 1 || valueMatches(e, args[1])); }},
     {"name",               0, 1,        [](DAG e, DAG args) {
@@ -125,9 +117,7 @@ constexpr StandardName containerHeads[] = {
 // ---- heads that go by their text
 
 bool allMatch(DAG e, DAG args) {
-  for (Word i = 1; i < lengthOf(args); ++i)
-    if (!type(e, args[i])) return false;
-  return true;
+  return everyMember(args, [e](DAG t) { return type(e, t); });
 }
 bool oneMatches(DAG e, DAG args) {
   for (Word i = 1; i < lengthOf(args); ++i) {
@@ -206,7 +196,7 @@ bool typeByNamedCall(DAG e, DAG head, DAG args) {
       return builtinType(head)(e) && everyOperand(e, args[1]);
     }
   for (const TextRow& row : textRows)
-    if (std::strcmp(textOf(head), row.head) == 0) {
+    if (hasText(head, row.head)) {
       if (n < row.least || n > row.most) invalidType();
       return row.matches(e, args);
     }
@@ -218,7 +208,7 @@ bool typeByTypedHead(DAG e, DAG head, DAG args) {
   if (isTag(head, UNEVAL)) return type(e, simpl(new3(FUNCTION, head[1], args)));
   if (lengthOf(args) != 2) invalidType();
   if (!isTag(e, FUNCTION) && !(isTag(e, TABLEREF) && isTag(head, TABLEREF))) return false;
-  return type(e[1], head) && everyMember(e[2], args[1]);
+  return type(e[1], head) && allHaveType(e[2], args[1]);
 }
 
 }  // namespace
@@ -226,11 +216,7 @@ bool typeByTypedHead(DAG e, DAG head, DAG args) {
 void invalidType() { KernelException("testing against an invalid type"); }
 
 bool everyOperand(DAG e, DAG t) {
-  if (!isImmediate(e)) switch (tagOf(e)) {
-      case LIST: case SET: return everyMember(e[1], t);
-      case FUNCTION: case TABLEREF: return everyMember(e[2], t);
-      default: break;
-    }
+  if (Word body = kindOf(e).body) return allHaveType(e[body], t);
   for (std::int64_t i = 1, n = numterms(e); i <= n; ++i)
     if (!type(op1(i, e), t)) return false;
   return true;
@@ -255,16 +241,16 @@ bool callTypeProcedure(DAG head, DAG e, DAG rest, DAG t) {
 
 bool typeByCall(DAG e, DAG t) {
   DAG head = t[1], args = t[2];
-  if (!isTag(args, EXPSEQ)) invalidType();
-  return isTag(head, NAME) ? typeByNamedCall(e, head, args) : typeByTypedHead(e, head, args);
+  if (!isSequence(args)) invalidType();
+  return isName(head) ? typeByNamedCall(e, head, args) : typeByTypedHead(e, head, args);
 }
 
 bool typeByIndexedName(DAG e, DAG t) {
   DAG head = t[1], args = t[2];
-  if (!isTag(args, EXPSEQ)) invalidType();
+  if (!isSequence(args)) invalidType();
   if (head == ini("float") && (lengthOf(args) == 1 || (lengthOf(args) == 2 && args[1] == immediate(8))))
     return isTag(e, HFLOAT);
-  if (isTag(head, NAME)) {
+  if (isName(head)) {
     SuspendedBindings suspended = suspendBindings();
     DAG name = retrieve("type/", textOf(head));
     resumeBindings(suspended);

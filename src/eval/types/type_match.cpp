@@ -2,13 +2,14 @@
 
 #include <algorithm>
 
-#include "eval/statements/assign.h"
 #include "eval/simplify/simplify.h"
+#include "eval/statements/assign.h"
+#include "eval/types/types.h"
 #include "frame/errors.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/objects.h"
-#include "eval/types/types.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -16,7 +17,6 @@ DAG typematchA[typematchLength];
 int typematchI = -1;
 
 namespace {
-
 
 // Bindings of the matches in progress outside the innermost one: EXPSEQ (pairs..., those further out),
 // or 0.
@@ -33,7 +33,7 @@ void forgetBindings(const char*) {
 }
 
 bool isAssignable(DAG x) {
-  return isTag(x, TABLEREF) || (isTag(x, NAME) && !isProtected(x[2]));
+  return isTag(x, TABLEREF) || (isName(x) && !isProtected(x[2]));
 }
 
 // In order, once all names are known to take a value.
@@ -82,7 +82,7 @@ DAG builtin::typematch(const BuiltinCall& call) {
   DAG args = call.arguments;
   Word n = argumentCount(call);
   if (n != 2 && n != 3) wrongParameters(call);
-  if (n == 3 && !isTag(args[3], NAME) && !isTag(args[3], TABLEREF)) wrongParameters(call);
+  if (n == 3 && !isNameOrIndexed(args[3])) wrongParameters(call);
   DAG pairs[typematchLength];
   typematchI = 0;
   PushParamErrorProc(forgetBindings, outerBindings);

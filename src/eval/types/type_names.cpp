@@ -4,22 +4,26 @@
 #include <cstring>
 #include <iterator>
 
-#include "numbers/arithmetic.h"
-#include "eval/statements/assign.h"
+#include "algebra/polynomial_types.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/named_kinds.h"
+#include "eval/procedures/procedures.h"
 #include "library/retrieve.h"
 #include "eval/simplify/simplify.h"
+#include "eval/statements/assign.h"
+#include "eval/structure/operands.h"
+#include "eval/types/constant_expressions.h"
+#include "eval/types/type_match.h"
+#include "library/retrieve.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/integer/integer_functions.h"
+#include "rtable/rtable_kind.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "eval/types/constant_expressions.h"
-#include "eval/structure/operands.h"
-#include "algebra/polynomial_types.h"
-#include "eval/types/type_match.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -30,10 +34,6 @@ bool hasZeroImaginaryPart(DAG complex) { return isZero(imaginaryPartOf(complex))
 bool hasZeroRealPart(DAG complex) { return lengthOf(complex) == 2 || isZero(complex[1]); }
 
 namespace {
-
-bool isTagBetween(DAG x, Tag first, Tag last) {
-  return isObject(x) && tagOf(x) >= first && tagOf(x) <= last;
-}
 
 // ---- numbers. A "number" is real: a tag up to HFLOAT.
 
@@ -67,17 +67,31 @@ DAG entryOf(DAG x) {
   return value;
 }
 
+/// A modular polynomial in two indeterminates.
+bool isBivariate(DAG x) { return isTag(x, ZPPOLY) && isSequence(x[1]); }
+
 // ---- the table
+
+// A test; and the tags that decide the type alone, none for a type that needs more than the tag.
+struct TypeRule {
+  TypeTest matches;
+  TagSet tags;
+
+  template <class Test>
+  constexpr TypeRule(Test test, TagSet decisive = {}) : matches(test), tags(decisive) {}
+};
+template <TagSet tags>
+constexpr TypeRule byTag{[](DAG e) { return isAmong(e, tags); }, tags};
 
 struct TypeRow {
   StandardName name;
-  TypeTest matches;
+  TypeRule rule;
 };
 constexpr TypeRow typeRows[] = {
     // name                e matches if
     {"anything",           [](DAG) { return true; }},
     // integers
-    {"integer",            [](DAG e) { return isInteger(e); }},
+    {"integer",            {[](DAG e) { return isInteger(e); }, integerTags}},
     {"posint",             [](DAG e) { return isInteger(e) && signOf(e) == 1; }},
     {"negint",             [](DAG e) { return isInteger(e) && signOf(e) == -1; }},
     {"nonnegint",          [](DAG e) { return isInteger(e) && signOf(e) >= 0; }},
@@ -85,12 +99,12 @@ constexpr TypeRow typeRows[] = {
     {"even",               [](DAG e) { return isInteger(e) && !isodd(e); }},
     {"odd",                [](DAG e) { return isInteger(e) && isodd(e); }},
     // rationals and floats
-    {"fraction",           [](DAG e) { return isTag(e, RATIONAL); }},
-    {"rational",           [](DAG e) { return isRationalNumber(e); }},
+    {"fraction",             byTag<TagSet{RATIONAL}>},
+    {"rational",           {[](DAG e) { return isRationalNumber(e); }, rationalTags}},
     {"extended_rational",  [](DAG e) { return isRationalNumber(e) || e == ini("infinity") ||
                                               e == consminf || e == ini("undefined"); }},
-    {"float",              [](DAG e) { return isTag(e, FLOAT) || isTag(e, HFLOAT); }},
-    {"sfloat",             [](DAG e) { return isTag(e, FLOAT); }},
+    {"float",                byTag<floatTags>},
+    {"sfloat",               byTag<TagSet{FLOAT}>},
     {"numeric",            isFiniteReal},
     {"extended_numeric",   [](DAG e) { return isNumeric(e) || (isSpecial(e) && !isComplex(e)); }},
     // signs and zeros
@@ -118,72 +132,68 @@ constexpr TypeRow typeRows[] = {
     {"nonreal",            [](DAG e) { return isComplex(e) && !hasZeroImaginaryPart(e); }},
     {"constant",           isDefinedConstant},
     // leaves
-    {"literal",            [](DAG e) { return isImmediate(e) || isTagBetween(e, INTNEG, STRING); }},
-    {"string",             [](DAG e) { return isTag(e, STRING); }},
-    {"symbol",             [](DAG e) { return isTag(e, NAME); }},
-    {"name",               [](DAG e) { return isTag(e, NAME) || isTag(e, TABLEREF); }},
-    {"indexed",            [](DAG e) { return isTag(e, TABLEREF); }},
-    {"function",           [](DAG e) { return isTag(e, FUNCTION); }},
+    {"literal",              byTag<numberTags | TagSet{STRING}>},
+    {"string",               byTag<TagSet{STRING}>},
+    {"symbol",               byTag<TagSet{NAME}>},
+    {"name",                 byTag<TagSet{NAME, TABLEREF}>},
+    {"indexed",              byTag<TagSet{TABLEREF}>},
+    {"function",             byTag<TagSet{FUNCTION}>},
     {"atomic",             [](DAG e) {
        if (isTag(e, NAME)) return !NAMED_TABLE(e);
-       return isImmediate(e) || isTagBetween(e, INTNEG, TABLEREF) || isTag(e, PROC) ||
-              isTag(e, MODDEF) || isTag(e, MODULE);
+       return isAmong(e, tagsBetween(INTNEG, TABLEREF) | TagSet{PROC, MODDEF, MODULE});
      }},
-    {"algebraic",          [](DAG e) {
-       return isImmediate(e) || (isTagBetween(e, INTNEG, UNEVAL) && !isTag(e, STRING));
-     }},
+    {"algebraic",            byTag<algebraicTags>},
     // truth and relations
     {"boolean",            [](DAG e) {
-       return isTagBetween(e, EQUATION, OR) || e == ini("true") || e == ini("false") || e == ini("FAIL");
+       return isAmong(e, relationTags | booleanTags) || e == ini("true") || e == ini("false") || e == ini("FAIL");
      }},
-    {"relation",           [](DAG e) { return isTagBetween(e, EQUATION, LESSTHAN); }},
-    {"equation",           [](DAG e) { return isTag(e, EQUATION); }},
-    {"=",                  [](DAG e) { return isTag(e, EQUATION); }},
-    {"<>",                 [](DAG e) { return isTag(e, INEQUAT); }},
-    {"<",                  [](DAG e) { return isTag(e, LESSTHAN); }},
-    {"<=",                 [](DAG e) { return isTag(e, LESSEQ); }},
-    {"and",                [](DAG e) { return isTag(e, AND); }},
-    {"or",                 [](DAG e) { return isTag(e, OR); }},
-    {"not",                [](DAG e) { return isTag(e, NOT); }},
+    {"relation",             byTag<relationTags>},
+    {"equation",             byTag<TagSet{EQUATION}>},
+    {"=",                    byTag<TagSet{EQUATION}>},
+    {"<>",                   byTag<TagSet{INEQUAT}>},
+    {"<",                    byTag<TagSet{LESSTHAN}>},
+    {"<=",                   byTag<TagSet{LESSEQ}>},
+    {"and",                  byTag<TagSet{AND}>},
+    {"or",                   byTag<TagSet{OR}>},
+    {"not",                  byTag<TagSet{NOT}>},
     // operations
     {"+",                  addition},
     {"*",                  multiplication},
     {"**",                 isPower},
     {"^",                  isPower},
     {"radical",            [](DAG e) { return isTag(e, PROD) && lengthOf(e) == 3 && isTag(e[2], RATIONAL); }},
-    {"||",                 [](DAG e) { return isTag(e, CATENATE); }},
-    {"::",                 [](DAG e) { return isTag(e, DCOLON); }},
-    {"..",                 [](DAG e) { return isTag(e, RANGE); }},
-    {"range",              [](DAG e) { return isTag(e, RANGE); }},
+    {"||",                   byTag<TagSet{CATENATE}>},
+    {"::",                   byTag<TagSet{DCOLON}>},
+    {"..",                   byTag<TagSet{RANGE}>},
+    {"range",                byTag<TagSet{RANGE}>},
     {".",                  [](DAG e) { return isTag(e, FUNCTION) && e[1] == ini("."); }},
     {"!",                  [](DAG e) { return isTag(e, FUNCTION) && e[1] == ini("factorial"); }},
-    {"uneval",             [](DAG e) { return isTag(e, UNEVAL); }},
+    {"uneval",               byTag<TagSet{UNEVAL}>},
     // collections
-    {"list",               [](DAG e) { return isTag(e, LIST); }},
-    {"set",                [](DAG e) { return isTag(e, SET); }},
-    {"series",             [](DAG e) { return isTag(e, SERIES); }},
-    {"sequential",         [](DAG e) { return isTag(e, LIST) || isTag(e, SET) || isTag(e, EXPSEQ); }},
+    {"list",                 byTag<TagSet{LIST}>},
+    {"set",                  byTag<TagSet{SET}>},
+    {"series",               byTag<TagSet{SERIES}>},
+    {"sequential",           byTag<collectionTags>},
     {"table",              [](DAG e) { return NAMED_TABLE(entryOf(e)); }},
     {"tabular",            [](DAG e) { return NAMED_TABLE(e) || isTag(e, RTABLE); }},
     {"indexable",          [](DAG e) {
-       return isTag(e, LIST) || isTag(e, SET) || isTag(e, EXPSEQ) || isTag(e, STRING) ||
-              isTag(e, RTABLE) || NAMED_TABLE(e);
+       return isAmong(e, collectionTags | TagSet{STRING, RTABLE}) || NAMED_TABLE(e);
      }},
     {"array",              [](DAG e) { return NAMED_ARRAY(entryOf(e)); }},
-    {"Array",              [](DAG e) { return isTag(e, RTABLE) && ((rawField(e, 5) >> 26) & 3) == 0; }},
-    {"rtable",             [](DAG e) { return isTag(e, RTABLE); }},
+    {"Array",              isArrayRTable},
+    {"rtable",               byTag<TagSet{RTABLE}>},
     {"hfarray",            IsHFArrayRTable},
     // polynomials
-    {"polynom",            [](DAG e) { return typol(false, e, DAG(), noCoefficientLimit); }},
-    {"ratpoly",            [](DAG e) { return typol(true, e, DAG(), noCoefficientLimit); }},
-    {"zppoly",             [](DAG e) { return isTag(e, ZPPOLY); }},
-    {"modp1",              [](DAG e) { return isTag(e, ZPPOLY) && !isTag(e[1], EXPSEQ); }},
-    {"modp2",              [](DAG e) { return isTag(e, ZPPOLY) && isTag(e[1], EXPSEQ); }},
-    {"evalgf1",            [](DAG e) { return isTag(e, ZPPOLY) && isTag(e[1], EXPSEQ); }},
+    {"polynom",            [](DAG e) { return typol(PolynomialForm::polynomial, e, DAG(), anyCoefficient); }},
+    {"ratpoly",            [](DAG e) { return typol(PolynomialForm::rationalFunction, e, DAG(), anyCoefficient); }},
+    {"zppoly",               byTag<TagSet{ZPPOLY}>},
+    {"modp1",              [](DAG e) { return isTag(e, ZPPOLY) && !isSequence(e[1]); }},
+    {"modp2",              isBivariate},
+    {"evalgf1",            isBivariate},
     // programs
     {"procedure",          [](DAG e) { return NAMED_PROC(entryOf(e)); }},
     {"module",             [](DAG e) { return NAMED_MODULE(entryOf(e)); }},
-    {"moduledefinition",   [](DAG e) { return isTag(e, MODDEF); }},
+    {"moduledefinition",     byTag<TagSet{MODDEF}>},
     {"protected",          [](DAG e) {
        if (!isTag(e, NAME)) return false;
        if ((controlWord(e) & deferredBit) != 0) RetrieveName(e);
@@ -194,7 +204,7 @@ constexpr int typeRowCount = static_cast<int>(std::size(typeRows));
 static_assert(typeRowCount == 86);
 
 bool isFiledesc(DAG e) {
-  return isTag(e, NAME) || isTag(e, STRING) || (isInteger(e) && signOf(e) >= 0);
+  return isText(e) || (isInteger(e) && signOf(e) >= 0);
 }
 
 // The rows by the first character of their name, `!` to `|`: those of character c stand in
@@ -219,106 +229,33 @@ constexpr RowsByCharacter rowsByCharacter = [] {
 }();
 static_assert(rowsByCharacter.first[characterCount] == typeRowCount);
 
-// ---- types that a tag decides
-
-struct TagRow {
-  StandardName name;
-  Tag tag;
-};
-constexpr TagRow tagRows[] = {
-    // name        tag
-    {"..",         RANGE},    {"range",    RANGE},    {"||",       CATENATE}, {"uneval",   UNEVAL},
-    {"zppoly",     ZPPOLY},   {"series",   SERIES},   {"set",      SET},      {"rtable",   RTABLE},
-    {"or",         OR},       {"and",      AND},      {"not",      NOT},      {"list",     LIST},
-    {"indexed",    TABLEREF}, {"float",    FLOAT},    {"fraction", RATIONAL}, {"function", FUNCTION},
-    {"equation",   EQUATION}, {"=",        EQUATION}, {"<",        LESSTHAN}, {"<=",       LESSEQ},
-    {"<>",         INEQUAT},  {"::",       DCOLON},
-};
-
-// The same rules as in `typeRows`, for those types that ask for nothing but the tag.
-struct TagSetRow {
-  StandardName name;
-  TagSet tags;
-};
-constexpr TagSetRow tagSetRows[] = {
-    // name                tags
-    {"integer",            integerTags},
-    {"fraction",           TagSet{RATIONAL}},
-    {"rational",           rationalTags},
-    {"float",              floatTags},
-    {"sfloat",             TagSet{FLOAT}},
-    {"literal",            numberTags | TagSet{STRING}},
-    {"string",             TagSet{STRING}},
-    {"symbol",             TagSet{NAME}},
-    {"name",               {NAME, TABLEREF}},
-    {"indexed",            TagSet{TABLEREF}},
-    {"function",           TagSet{FUNCTION}},
-    {"algebraic",          algebraicTags},
-    {"relation",           relationTags},
-    {"equation",           TagSet{EQUATION}},
-    {"=",                  TagSet{EQUATION}},
-    {"<>",                 TagSet{INEQUAT}},
-    {"<",                  TagSet{LESSTHAN}},
-    {"<=",                 TagSet{LESSEQ}},
-    {"and",                TagSet{AND}},
-    {"or",                 TagSet{OR}},
-    {"not",                TagSet{NOT}},
-    {"||",                 TagSet{CATENATE}},
-    {"::",                 TagSet{DCOLON}},
-    {"..",                 TagSet{RANGE}},
-    {"range",              TagSet{RANGE}},
-    {"uneval",             TagSet{UNEVAL}},
-    {"list",               TagSet{LIST}},
-    {"set",                TagSet{SET}},
-    {"series",             TagSet{SERIES}},
-    {"sequential",         collectionTags},
-    {"rtable",             TagSet{RTABLE}},
-    {"zppoly",             TagSet{ZPPOLY}},
-    {"moduledefinition",   TagSet{MODDEF}},
-};
+const TypeRow* rowOf(DAG name) {
+  int c = textOf(name)[0] - firstCharacter;
+  if (c < 0 || c >= characterCount) return nullptr;
+  for (int i = rowsByCharacter.first[c]; i < rowsByCharacter.first[c + 1]; ++i) {
+    const TypeRow& row = typeRows[rowsByCharacter.rows[i]];
+    if (name == ini(row.name)) return &row;
+  }
+  return nullptr;
+}
 
 }  // namespace
 
 TypeTest builtinType(DAG name) {
-  const char* text = textOf(name);
-  int c = text[0] - firstCharacter;
-  if (c < 0 || c >= characterCount) return nullptr;
-  for (int i = rowsByCharacter.first[c]; i < rowsByCharacter.first[c + 1]; ++i) {
-    const TypeRow& row = typeRows[rowsByCharacter.rows[i]];
-    if (name == ini(row.name)) return row.matches;
-  }
-  return text[0] == 'f' && std::strcmp(text, "filedesc") == 0 ? isFiledesc : nullptr;
-}
-
-Tag typesel(DAG name) {
-  for (const TagRow& row : tagRows)
-    if (name == ini(row.name)) return row.tag;
-  return NOTAG;
+  if (const TypeRow* row = rowOf(name)) return row->rule.matches;
+  return textOf(name)[0] == 'f' && hasText(name, "filedesc") ? isFiledesc : nullptr;
 }
 
 TagSet tagsOfType(DAG name) {
-  for (const TagSetRow& row : tagSetRows)
-    if (name == ini(row.name)) return row.tags;
-  return {};
+  const TypeRow* row = rowOf(name);
+  return row != nullptr ? row->rule.tags : TagSet();
 }
 
 bool IsNotSet(DAG x) {
-  if (isImmediate(x)) return true;
-  switch (tagOf(x)) {
-    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case COMPLEX: case STRING:
-    case DCOLON: case SERIES: case ZPPOLY: case LIST: case PROC: case RANGE: case TABLE: case RTABLE:
-    case MODDEF: case MODULE:
-      return true;
-    default: return false;  // a name, a call or an operation may yet become a set
-  }
-}
-
-bool IsHFArrayRTable(DAG x) {
-  constexpr Word hardwareFloat = 6, rectangular = 4;
-  if (!isTag(x, RTABLE)) return false;
-  Word flags = rawField(x, 5);
-  // The last member of the indexing functions closes their ring.
-  return flags >> 28 == hardwareFloat && ((flags >> 22) & 15) == rectangular && lengthOf(x[3]) == 2;
+  // A name, a call or an operation may yet become a set.
+  constexpr TagSet neverSets = numberTags | TagSet{STRING, DCOLON, SERIES, ZPPOLY, LIST, PROC, RANGE, TABLE,
+                                                   RTABLE, MODDEF, MODULE};
+  return isAmong(x, neverSets);
 }
 
 }  // namespace korel

@@ -14,15 +14,11 @@ using TypeTest = bool (*)(DAG e);
 /// The test behind a built-in type name, or null when `name` is none. `filedesc` goes by its text, the
 /// others by their word.
 TypeTest builtinType(DAG name);
-/// The tag that alone decides the type `name`, or NOTAG. For scans that need no full test.
-Tag typesel(DAG name);
 /// The tags that decide the type `name`: an object matches exactly when its tag is among them. Empty for
 /// a type that needs more than the tag. For walks over many objects.
 TagSet tagsOfType(DAG name);
 /// `x` can't stand in a set operation: numbers, strings, and objects that never become a set.
 bool IsNotSet(DAG x);
-/// An array of hardware floats as `hfarray` makes it: rectangular, and without indexing functions.
-bool IsHFArrayRTable(DAG x);
 
 /// A POWER, or a PROD of one pair, which is a power too.
 bool isPower(DAG x);

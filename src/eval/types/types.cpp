@@ -3,21 +3,21 @@
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
+#include "eval/structure/operands.h"
+#include "eval/types/structured_types.h"
+#include "eval/types/type_match.h"
+#include "eval/types/type_names.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
 #include "library/system_functions.h"
 #include "store/constants.h"
 #include "store/objects.h"
-#include "eval/structure/operands.h"
-#include "eval/types/structured_types.h"
-#include "eval/types/type_match.h"
-#include "eval/types/type_names.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
-
 
 // The procedure or type that the library holds for the name `t`.
 bool typeOfLibrary(DAG e, DAG t) {
@@ -61,7 +61,7 @@ bool typeByStructure(DAG e, DAG t) {
 
 DAG answer(DAG e, DAG t) {
   typematchI = -1;
-  return ini(type(e, t) ? StandardName("true") : StandardName("false"));
+  return truth(type(e, t));
 }
 
 }  // namespace
@@ -108,7 +108,7 @@ DAG builtin::type(const BuiltinCall& call) {
   } else {
     args = simpl(korel::eval(args));
   }
-  if (!isTag(args, EXPSEQ) || lengthOf(args) == 2) return ini("false");
+  if (!isSequence(args) || memberCount(args) == 1) return ini("false");
   if (lengthOf(args) != 3) wrongParameters(call);
   return answer(args[1], args[2]);
 }

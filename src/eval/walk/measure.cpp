@@ -14,7 +14,7 @@
 #include "store/reference_fields.h"
 #include "store/word_map.h"
 #include "eval/walk/has.h"
-#include "eval/structure/operands.h"
+#include "eval/structure/kinds.h"
 
 namespace korel {
 
@@ -165,7 +165,7 @@ void addPartSizes(DAG x, Total& total) {
 
 // What is no leaf.
 void addObjectSize(DAG x, Total& total) {
-  if (hasTag(x, RTABLE)) rtableNotAvailable("length");
+  if (auto size = kindOf(x).size) return total.add(size(x));
   addMeasured(x, total, addPartSizes);
 }
 

@@ -118,7 +118,7 @@ TEST(Mapping, TheIdentityGivesTheSameObject) {
   EXPECT_TRUE(rc::check([] {
     DAG x = randomObject();
     RC_LOG() << text(x) << "\n";
-    DAG result = MapFunction({itself, nullptr, false, "%1"}, x);
+    DAG result = MapFunction({itself, nullptr, OperandWalk::mapping}, x);
     if (is(x, TABLE)) RC_ASSERT(text(result) == text(x));
     else RC_ASSERT(result == x);
   }));
@@ -132,7 +132,8 @@ TEST(Mapping, SelectAndRemovePartition) {
     RC_PRE(!is(x, PROD) || multiplication(x));
     DAG type = *rc::gen::element(ini("algebraic"), ini("numeric"), ini("list"), ini("function"));
     Predicate predicate = makePredicate(ini("type"), simpl(new2(EXPSEQ, type)));
-    OperandWalk selecting{mselect, &predicate, true, "%1"}, removing{mremove, &predicate, true, "%1"};
+    OperandWalk selecting{mselect, &predicate, OperandWalk::selection},
+        removing{mremove, &predicate, OperandWalk::selection};
     DAG selected, removed, both;
     // A product in a sum's place, as a list or a relation alone, may have no simplified form.
     RC_PRE(errorOf([&] {

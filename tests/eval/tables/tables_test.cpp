@@ -58,7 +58,7 @@ TEST(Tables, AgreeWithAMapThroughGrowthAndRemoval) {
       DAG key = keyOf(random(60000));
       if (random(10) < storesOfTen) {
         DAG value = immediate(i);
-        TableIndex(key, DAG(), table, value);
+        assignEntry(key, DAG(), table, value);
         model[key.word] = value.word;
       } else {
         removeEntry(key, table);
@@ -67,7 +67,7 @@ TEST(Tables, AgreeWithAMapThroughGrowthAndRemoval) {
       if (i % 97 == 0) {
         DAG asked = keyOf(random(60000));
         auto at = model.find(asked.word);
-        ASSERT_EQ(TableIndex(asked, DAG(), table).word, at == model.end() ? absent.word : at->second);
+        ASSERT_EQ(lookUpEntry(asked, DAG(), table).value.word, at == model.end() ? absent.word : at->second);
       }
     }
     expectSame(table, model);
@@ -88,14 +88,14 @@ TEST(Tables, AgreeWithAMapThroughGrowthAndRemoval) {
 TEST(Tables, KeysOfOneBucketAreTakenApart) {
   DAG table = maketable(DAG(), null);
   constexpr int count = 4000;
-  for (int i = 0; i < count; ++i) TableIndex(immediate(i << 18), DAG(), table, immediate(i));
+  for (int i = 0; i < count; ++i) assignEntry(immediate(i << 18), DAG(), table, immediate(i));
   for (int i = 0; i < count; ++i)
-    ASSERT_EQ(TableIndex(immediate(i << 18), DAG(), table), immediate(i));
-  EXPECT_EQ(TableIndex(immediate(count << 17 | 1), DAG(), table), absent);
+    ASSERT_EQ(lookUpEntry(immediate(i << 18), DAG(), table).value, immediate(i));
+  EXPECT_EQ(lookUpEntry(immediate(count << 17 | 1), DAG(), table).value, absent);
   EXPECT_EQ(hashcount(table[3]), count);
   clearhash(table[3], false);
   EXPECT_EQ(hashcount(table[3]), 0);
-  TableIndex(immediate(1 << 18), DAG(), table, cons1);
+  assignEntry(immediate(1 << 18), DAG(), table, cons1);
   EXPECT_EQ(hashcount(table[3]), 1);
 }
 
@@ -110,8 +110,8 @@ TEST(Tables, GrownTablesSurviveCollectionAndCopy) {
   DAG copied = simpl(CopyDAG(table));
   EXPECT_EQ(hashcount(copied[3]), hashcount(table[3]));
   for (int k = 1; k <= 20000; ++k)
-    ASSERT_EQ(text(TableIndex(immediate(k), DAG(), copied)), "[" + std::to_string(k) + "]");
-  TableIndex(cons1, DAG(), copied, cons0);
+    ASSERT_EQ(text(lookUpEntry(immediate(k), DAG(), copied).value), "[" + std::to_string(k) + "]");
+  assignEntry(cons1, DAG(), copied, cons0);
   EXPECT_EQ(say("tsurv[1];"), "[1]");
   say("tsurv := 'tsurv':");
 }

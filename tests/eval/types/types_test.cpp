@@ -24,6 +24,10 @@
 #include "eval/structure/operands.h"
 #include "algebra/polynomial_types.h"
 #include "eval/structure/select_elements.h"
+#include "eval/structure/attributes.h"
+#include "eval/structure/equality.h"
+#include "eval/structure/sort.h"
+#include "eval/structure/substitute.h"
 #include "eval/structure/subsop.h"
 #include "eval/tables/tables.h"
 #include "eval/types/type_match.h"
@@ -161,14 +165,14 @@ TEST(Types, PolynomialsByConstruction) {
       fractions = isNumeric(x) && !isInteger(x);
     }
     DAG vars = simple("{x, y}");
-    RC_ASSERT(typol(false, x, vars, RATIONAL));
-    RC_ASSERT(typol(false, x, DAG(), RATIONAL));
-    RC_ASSERT(typol(false, x, vars, INTPOS) == !fractions);
-    RC_ASSERT(typol(false, x, naminstall("x"), noCoefficientLimit));
-    RC_ASSERT(typol(false, simple("(" + p + ")^3*(x - y)"), vars, RATIONAL));
+    RC_ASSERT(typol(PolynomialForm::polynomial, x, vars, rationalTags));
+    RC_ASSERT(typol(PolynomialForm::polynomial, x, DAG(), rationalTags));
+    RC_ASSERT(typol(PolynomialForm::polynomial, x, vars, integerTags) == !fractions);
+    RC_ASSERT(typol(PolynomialForm::polynomial, x, naminstall("x"), anyCoefficient));
+    RC_ASSERT(typol(PolynomialForm::polynomial, simple("(" + p + ")^3*(x - y)"), vars, rationalTags));
     DAG quotient = simple("(" + p + ")^2/(x + 100*y)");
-    RC_ASSERT(typol(true, quotient, vars, RATIONAL));
-    RC_ASSERT(typol(false, quotient, vars, noCoefficientLimit) == (quotient == cons0));
+    RC_ASSERT(typol(PolynomialForm::rationalFunction, quotient, vars, rationalTags));
+    RC_ASSERT(typol(PolynomialForm::polynomial, quotient, vars, anyCoefficient) == (quotient == cons0));
   }));
 }
 
@@ -186,8 +190,6 @@ TEST(Types, TagsDecideAsTheTestsDo) {
   for (const char* name : named) {
     DAG t = naminstall(name);
     TagSet tags = tagsOfType(t);
-    Tag tag = typesel(t);  // less: `float` is one of two tags
-    EXPECT_TRUE(tag == NOTAG || tags.contains(tag)) << name;
     for (const char* sample : samples) {
       DAG x = simple(sample);
       if (!tags.isEmpty() && x != null) {
@@ -198,8 +200,7 @@ TEST(Types, TagsDecideAsTheTestsDo) {
       EXPECT_EQ(hastype(several, t), hastype(several, simpl(new2(SET, simpl(new2(EXPSEQ, t)))))) << sample << ", " << name;
     }
   }
-  EXPECT_TRUE(typesel(naminstall("nowhere")) == NOTAG && tagsOfType(naminstall("nowhere")) == TagSet());
-  EXPECT_TRUE(typesel(ini("range")) == RANGE && typesel(ini("integer")) == NOTAG && tagsOfType(ini("+")) == TagSet());
+  EXPECT_TRUE(tagsOfType(naminstall("nowhere")).isEmpty() && tagsOfType(ini("+")).isEmpty());
 }
 
 TEST(Types, SmallPredicates) {
@@ -263,12 +264,22 @@ TEST(Types, RtablesAreRefused) {
   DAG r = rtableWith(1u), type = simpl(new2(EXPSEQ, ini("anything")));
   Predicate predicate = makePredicate(ini("type"), type);
   EXPECT_EQ(errorOf([&] { subsop(1, cons1, r); }), "subsop cannot be used for rtables; use indexing instead");
-  EXPECT_EQ(errorOf([&] { MapFunction({mselect, &predicate, false, "invalid map onto %1"}, r); }), "invalid map onto rtable");
+  EXPECT_EQ(errorOf([&] { MapFunction({mselect, &predicate, OperandWalk::mapping}, r); }), "invalid map onto rtable");
   EXPECT_EQ(errorOf([&] { SelectRemove(predicate, r); }), "invalid select from rtable");
   EXPECT_EQ(errorOf([&] { op1(0, r); }), "the operation `op` is not available");
   EXPECT_EQ(errorOf([&] { numterms(r); }), "the operation `nops` is not available");
   EXPECT_EQ(errorOf([&] { length(simpl(new2(LIST, new2(EXPSEQ, r)))); }), "the operation `length` is not available");
   EXPECT_EQ(errorOf([&] { korelindex(cons1, naminstall("x"), r, cons1); }), "the operation `AssignToRTable` is not available");
+  DAG other = rtableWith(1u);
+  EXPECT_EQ(errorOf([&] { Equal(r, other); }), "the operation `RTableEqual` is not available");
+  EXPECT_EQ(errorOf([&] { EqualStructure(r, other); }), "the operation `RTableEqualStructure` is not available");
+  EXPECT_EQ(errorOf([&] { EqualEntries(r, other); }), "the operation `RTableEqualEntries` is not available");
+  EXPECT_EQ(subs(simpl(new3(EQUATION, ini("anything"), cons1)), r), r);
+  BuiltinCall onRTable{new2(EXPSEQ, r), ini("sort"), null};
+  EXPECT_EQ(errorOf([&] { builtin::sort(onRTable); }), "the operation `SortRTable` is not available");
+  EXPECT_EQ(errorOf([&] { builtin::entries(onRTable); }), "the operation `entries` is not available");
+  BuiltinCall attributed{new3(EXPSEQ, r, naminstall("mark")), ini("setattribute"), null};
+  EXPECT_TRUE(builtin::setattribute(attributed) == r && AttributesOf(r) == naminstall("mark"));
   DAG list = simpl(new2(LIST, simpl(new2(EXPSEQ, cons1))));
   EXPECT_EQ(errorOf([&] { korelindex(cons1, naminstall("x"), list, cons1); }), "cannot assign to a list");
 }
@@ -356,7 +367,7 @@ TEST(Types, DepthIsBounded) {
   EXPECT_EQ(errorOf([&] { type(list, list); }), deep);
   EXPECT_EQ(errorOf([&] { type(cons1, nested); }), deep);
   EXPECT_EQ(errorOf([&] { onlyconst(call); }), deep);
-  EXPECT_EQ(errorOf([&] { typol(false, sum, DAG(), noCoefficientLimit); }), deep);
+  EXPECT_EQ(errorOf([&] { typol(PolynomialForm::polynomial, sum, DAG(), anyCoefficient); }), deep);
 }
 
 }  // namespace

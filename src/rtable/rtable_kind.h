@@ -1,0 +1,13 @@
+#pragma once
+// What an rtable is, by its flags.
+
+#include "store/dag.h"
+
+namespace korel {
+
+/// An RTABLE of the subtype Array.
+bool isArrayRTable(DAG x);
+/// An array of hardware floats as `hfarray` makes it: rectangular, and without indexing functions.
+bool IsHFArrayRTable(DAG x);
+
+}  // namespace korel
