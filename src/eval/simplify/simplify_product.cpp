@@ -58,6 +58,7 @@ struct Product {
   DAG factors;          // a PROD with room to spare; `used` words of it count
   Word used = 1;
   DAG coefficient;      // the number folded so far, or 0
+  DAG divisor;          // complex numbers to divide by, or 0: they wait for the whole numerator
   DAG result;           // set when a factor settles the whole
   bool special = false; // `infinity` or `undefined` stands among the factors
   bool again = false;   // a factor turned up that needs another pass
@@ -84,6 +85,9 @@ void fold(Product& product, DAG number) {
 }
 
 void multiply(Product& product, DAG base, DAG exponent);
+
+bool isFinite(DAG number) { return !isInfinite(number) && !isUndefined(number); }
+bool isFloating(DAG number) { return isFloatNumber(number) || isFloatComplex(number); }
 
 // `power` takes a machine exponent; a heap integer that doesn't fit raises its own message.
 std::int32_t wordExponent(DAG e) { return isImmediate(e) ? immediateValue(e) : SoftIntValue(e); }
@@ -186,9 +190,16 @@ void multiplyFloat(Product& product, DAG base, DAG exponent) {
   if (exponent == cons1) return fold(product, base);
   if (isZero(base) && isZero(exponent)) return multiplyZero(product, base, exponent);
   // Division by a float is one operation, rounded once.
-  if (exponent == consm1 && !isZero(base) && product.coefficient && isNumeric(product.coefficient)) {
-    product.coefficient = simpl(evalfdiv(evalf(product.coefficient), base));
-    return;
+  if (exponent == consm1 && !isZero(base) && product.coefficient) {
+    DAG& numerator = product.coefficient;
+    if (isNumeric(numerator)) {
+      numerator = simpl(evalfdiv(evalf(numerator), base));
+      return;
+    }
+    if (isFinite(numerator) && isFinite(base)) {
+      numerator = cxfdiv(numerator, base);
+      return;
+    }
   }
   bool isSpecial = isTag(base, FLOAT) && isTag(base[2], NAME);
   bool isSpecialExponent = isTag(exponent, FLOAT) && isTag(exponent[2], NAME);
@@ -205,6 +216,25 @@ void multiplyFloat(Product& product, DAG base, DAG exponent) {
   fold(product, libraryPower(base, exponent));
 }
 
+void divide(Product& product, DAG divisor) {
+  product.divisor = product.divisor ? simpl(mul(product.divisor, divisor)) : divisor;
+}
+
+DAG reciprocal(DAG x) {
+  return isTag(x, COMPLEX) ? cxpower(x, -1) : simpl(new3(PROD, x, consm1));
+}
+
+// A float quotient is one operation: the rounded reciprocal would cost the digits that cancel.
+void settleDivisor(Product& product) {
+  if (!product.divisor) return;
+  DAG numerator = product.coefficient, divisor = product.divisor;
+  const bool isFloatQuotient = numerator && (isFloating(numerator) || isFloating(divisor)) && numerator != cons0 &&
+                               isFinite(numerator) && isFinite(divisor) && !isZero(divisor);
+  if (!isFloatQuotient) return fold(product, reciprocal(divisor));
+  product.coefficient = DAG();
+  fold(product, cxfdiv(numerator, divisor));
+}
+
 void multiplyComplex(Product& product, DAG base, DAG exponent) {
   if (exponent == cons1) return fold(product, base);
   // I^e is (-1)^(e/2), for fractions and for integers too long for repeated squares.
@@ -216,6 +246,7 @@ void multiplyComplex(Product& product, DAG base, DAG exponent) {
   }
   if (isInteger(exponent)) {
     if (!FitIntoWord(exponent)) return multiply(product, libraryPower(base, exponent), cons1);
+    if (consneg(exponent) && isFinite(base)) return divide(product, cxpower(base, simpl(negate(exponent))));
     return fold(product, cxpower(base, exponent));
   }
   if (isFloatNumber(exponent) || isFloatComplex(base)) return multiply(product, libraryPower(base, exponent), cons1);
@@ -550,6 +581,7 @@ DAG generalProduct(DAG s) {
   product.factors = newl2(n < 3 ? 3 : n, PROD);
   for (Word i = 1; i < n; i += 2) multiply(product, s[i], s[i + 1]);
   if (product.result) return simpl(product.result);
+  settleDivisor(product);
   if (product.special) {
     product.result = settleSpecial(product);
     if (product.result) return simpl(product.result);
