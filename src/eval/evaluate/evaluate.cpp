@@ -19,6 +19,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/tag_facts.h"
 #include "store/vocabulary.h"
 
 namespace korel {
@@ -100,10 +101,10 @@ DAG combineRtables(DAG x) {
   return eval(new3(FUNCTION, naminstall(sum ? "rtable/Sum" : "rtable/Product"), entries));
 }
 
-bool holdsRtable(DAG x) {
-  for (Word i = 1; i < lengthOf(x); i += 2)
-    if (isTag(x[i], RTABLE)) return true;
-  return false;
+TagSet tagsOfTerms(DAG x) {
+  TagSet tags;
+  for (Word i = 1; i < lengthOf(x); i += 2) tags = tags | TagSet{tagOf(x[i])};
+  return tags;
 }
 
 // The first `count` words of `x` are pairs whose elements have been evaluated to numbers, of total `folded`
@@ -135,7 +136,9 @@ bool holdsRtable(DAG x) {
       result[k] = value;
     }
   }
-  return holdsRtable(result) ? combineRtables(result) : noteValue(x, result, since);
+  const TagSet kinds = tagsOfTerms(result);
+  if (kinds.contains(RTABLE)) return combineRtables(result);
+  return noteValue(x, kinds.contains(LIST) ? withListsAdded(result) : result, since);
 }
 
 // Numeric terms are folded while they come first; from the first other term on, the rest is a SUM.
@@ -195,14 +198,14 @@ DAG exactProduct(DAG x, const DAG* bases, Word count) {
     if (result == x) result = CopyAlg(x);
     result[2 * k + 1] = bases[k];
   }
-  return holdsRtable(result) ? combineRtables(result) : noteValue(x, result, since);
+  return tagsOfTerms(result).contains(RTABLE) ? combineRtables(result) : noteValue(x, result, since);
 }
 
 constexpr Word fewFactors = 4;
 
 [[gnu::noinline]] DAG evalLongProduct(DAG x, std::uint64_t since) {
   DAG result = evalFields(x, 1, 2);
-  return holdsRtable(result) ? combineRtables(result) : noteValue(x, result, since);
+  return tagsOfTerms(result).contains(RTABLE) ? combineRtables(result) : noteValue(x, result, since);
 }
 
 [[gnu::noinline]] DAG evalProduct(DAG x) {

@@ -67,7 +67,7 @@ DAG walkCall(DAG equations, DAG x) {
 
 DAG walkSum(DAG equations, DAG x) {
   DAG result = walkFields(equations, x, 1, 2, lengthOf(x));
-  return result == x ? x : simpl(result);
+  return result == x ? x : simpl(withListsAdded(result));
 }
 
 // Bases and exponents. An exponent that became symbolic leaves its place.

@@ -335,12 +335,19 @@ void multiply(Product& product, DAG base, DAG exponent) {
   KernelException("invalid terms in product");
 }
 
-// Infinite and undefined factors: one of them is left, with its sign, and absorbs the numbers.
-DAG settleSpecial(Product& product) {
-  DAG infinite;
-  Word kept = 1;
+// Removes factor `at`.
+void removeFactor(Product& product, Word at) {
   DAG factors = product.factors;
-  bool negative = product.coefficient && consneg(product.coefficient);
+  for (Word i = at + 2; i < product.used; ++i) factors[i - 2] = factors[i];
+  product.used -= 2;
+}
+
+// Infinite and undefined factors: the first of them is left, with its sign, and absorbs the numbers. A complex number
+// takes it in.
+DAG settleSpecial(Product& product) {
+  DAG factors = product.factors;
+  const bool negative = product.coefficient && consneg(product.coefficient);
+  Word infinite = 0, kept = 1;
   for (Word i = 1; i < product.used; i += 2) {
     DAG base = factors[i], exponent = factors[i + 1];
     if (base == ini("undefined")) {
@@ -352,26 +359,26 @@ DAG settleSpecial(Product& product) {
         return TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, cons1, true);
       if (consneg(exponent)) {
         fold(product, cons0);
-      } else {
-        infinite = base;
+        continue;
       }
-      continue;
+      if (infinite != 0) continue;
+      infinite = kept;
+      exponent = cons1;
     }
     factors[kept] = base;
     factors[kept + 1] = exponent;
     kept += 2;
   }
   product.used = kept;
-  if (!infinite) return DAG();
-  if (product.coefficient && isZero(product.coefficient))
-    return TriggerNumericEvent(invalidOperation, ini("*"), product.coefficient, infinite,
-                               ini("undefined"), true);
-  if (product.coefficient && hasTag(product.coefficient, COMPLEX)) {
-    product.coefficient = simpl(mul(product.coefficient, infinite));
-    return DAG();
+  if (infinite == 0) return DAG();
+  DAG c = product.coefficient, infinity = ini("infinity");
+  if (c && isZero(c)) return TriggerNumericEvent(invalidOperation, ini("*"), c, infinity, ini("undefined"), true);
+  if (c && hasTag(c, COMPLEX)) {
+    product.coefficient = simpl(mul(c, infinity));
+    removeFactor(product, infinite);
+  } else {
+    product.coefficient = negative ? consm1 : DAG();
   }
-  append(product, infinite, cons1);
-  product.coefficient = negative ? consm1 : DAG();
   return DAG();
 }
 

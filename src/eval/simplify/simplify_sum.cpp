@@ -455,23 +455,40 @@ DAG sumOfElements(const Pair* p, Word n, Word place, Word lists) {
   return simpl(numeric ? total : terms);
 }
 
+// What may evaluate to a sequence of any length.
+constexpr TagSet sequenceSources = {NAME,   MEMBER, TABLEREF, CATENATE, FUNCTION,
+                                    UNEVAL, LOCAL,  PARAM,    LEXICAL};
+
+bool holdsAny(DAG list, TagSet tags) {
+  DAG body = list[1];
+  for (Word i = 1; i < lengthOf(body); ++i)
+    if (isAmong(body[i], tags)) return true;
+  return false;
+}
+
+// Lists that are still calls add once they are evaluated, and so do lists of different length that may yet agree.
+bool isListSumOpen(const Pair* p, Word n, Word first) {
+  bool mayGrow = false, agree = true;
+  for (Word i = first; i < n; ++i) {
+    DAG list = p[i].term;
+    if (!isTag(list, LIST)) continue;
+    if (holdsAny(list, {FUNCTION})) return true;
+    mayGrow = mayGrow || holdsAny(list, sequenceSources);
+    agree = agree && lengthOf(list[1]) == lengthOf(p[first].term[1]);
+  }
+  return mayGrow && !agree;
+}
+
 // Lists add element by element into the first, coefficients taken in. All at once: sums of the first two, three,
 // four lists would each be as long as what they hold.
-void addListTerms(DAG s) {
+void addLists(DAG s, Word first, Word lists) {
   Word n = pairCount(s);
   Pair* p = pairsOf(s);
-  Word first = n, lists = 0;
-  for (Word i = 0; i < n; ++i) {
-    if (!isTag(p[i].term, LIST)) continue;
-    if (++lists == 1) first = i;
-  }
   for (Word i = first; i < n; ++i) {
     if (!isTag(p[i].term, LIST)) continue;
-    if (p[i].coefficient != cons1 && (lists > 1 || isPlainList(p[i].term)))
-      p[i] = {mapToList(p[i].term, p[i].coefficient), cons1};
+    if (p[i].coefficient != cons1) p[i] = {mapToList(p[i].term, p[i].coefficient), cons1};
     if (i != first) checkListsAdd(p[first].term, p[i].term);
   }
-  if (lists < 2) return;
   DAG sum = CopyAlg(p[first].term), body = CopyAlg(sum[1]);
   for (Word place = 1; place < lengthOf(body); ++place) {
     passWork(objectSteps);
@@ -481,6 +498,25 @@ void addListTerms(DAG s) {
   for (Word i = first + 1; i < n; ++i)
     if (isTag(p[i].term, LIST)) p[i] = {cons0, cons0};
   p[first].term = simpl(sum);
+}
+
+struct ListTerms {
+  Word first = 0, count = 0;
+};
+ListTerms listTerms(DAG s) {
+  ListTerms lists;
+  for (Word i = pairCount(s); i-- > 0;)
+    if (isTag(pairsOf(s)[i].term, LIST)) lists = {i, lists.count + 1};
+  return lists;
+}
+
+void settleLists(DAG s) {
+  const ListTerms lists = listTerms(s);
+  Word n = pairCount(s);
+  Pair* p = pairsOf(s);
+  if (lists.count > 1 && !isListSumOpen(p, n, lists.first)) return addLists(s, lists.first, lists.count);
+  for (Word i = lists.first; i < n; ++i)
+    if (isPlainList(p[i].term) && p[i].coefficient != cons1) p[i] = {mapToList(p[i].term, p[i].coefficient), cons1};
 }
 
 // Simplifies the coefficients. A list takes in a zero of any form; beside another term a float zero becomes a
@@ -525,6 +561,18 @@ DAG mapToList(DAG list, DAG factor) {
   DAG scaled = CopyAlg(list);
   scaled[1] = simpl(body);
   return simpl(scaled);
+}
+
+DAG withListsAdded(DAG sum) {
+  const ListTerms lists = listTerms(sum);
+  if (lists.count < 2) return sum;
+  DAG result = CopyAlg(sum);
+  for (Word i = lists.first; i < pairCount(result); ++i) {
+    DAG& term = pairsOf(result)[i].term;
+    if (isTag(term, LIST)) term = simpl(term);
+  }
+  addLists(result, lists.first, lists.count);
+  return result;
 }
 
 DAG simplSum(DAG s) {
@@ -575,7 +623,7 @@ DAG simplSum(DAG s) {
 
   if (n > 1) collectEqualTerms(s, kinds.has(PROD));
   bool hasZeroFactor = settleCoefficients(s);
-  if (kinds.has(LIST)) addListTerms(s);
+  if (kinds.has(LIST)) settleLists(s);
   Word kept = compact(s);
   if (kept == 0) return floatZero ? simpl(floatZero) : cons0;
   Word length = 2 * kept + 1;
