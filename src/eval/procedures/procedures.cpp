@@ -111,7 +111,8 @@ DAG nameAt(DAG declarations, Word position, const char* message) {
   return declaredName(declarations[position]);
 }
 
-// The name that a position in the procedure around this one stands for.
+}  // namespace
+
 DAG nameOfReference(DAG reference, DAG outer) {
   auto n = static_cast<std::int32_t>(rawField(reference, 1));
   if (isTag(reference, LOCAL)) {
@@ -126,6 +127,8 @@ DAG nameOfReference(DAG reference, DAG outer) {
   Word pair = static_cast<Word>(n < 0 ? -n : n);
   return nameAt(outer[8], 2 * pair - 1, "invalid lexically scoped identifier on stack");
 }
+
+namespace {
 
 // A name for messages; inside another procedure it may already be a position.
 DAG takeNameForMessages() {

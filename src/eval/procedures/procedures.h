@@ -32,6 +32,10 @@ DAG addLexicalPair(DAG proc, DAG name, DAG binding);
 /// The LEXICAL of `proc` for `binding`, with a new pair unless there is one.
 DAG lexicalFor(DAG proc, DAG name, DAG binding);
 
+/// The name that PARAM, LOCAL or LEXICAL `reference` stands for in the procedure or module `scope`. Errors: "invalid
+/// parameter on stack" and its likes.
+DAG nameOfReference(DAG reference, DAG scope);
+
 /// `x` with declared names replaced by PARAM, LOCAL or LEXICAL, in copies where it must.
 DAG simplfnc(DAG x, DAG proc, DAG bindings);
 

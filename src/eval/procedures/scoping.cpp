@@ -9,6 +9,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -40,6 +41,13 @@ Word lexicalPair(DAG proc, DAG name) {
   for (Word i = 1; i < lengthOf(table); i += 2)
     if (table[i] == name) return (i + 1) / 2;
   return 0;
+}
+
+// The right side that `bindings` have for `name`, or 0.
+DAG replacementOf(DAG name, DAG bindings) {
+  for (Word i = 1; i < lengthOf(bindings); ++i)
+    if (bindings[i][1] == name) return bindings[i][2];
+  return DAG();
 }
 
 bool isReserved(DAG name) {
@@ -137,7 +145,7 @@ void ScopeVariables(DAG x, DAG proc) {
       for (Word i = 2; i < n; i += 2) ScopeVariables(x[i], proc);
       return;
     case USE: {
-      DAG bindings = x[1];
+      DAG bindings = asSequence(x[1]);
       for (Word i = 1; i < lengthOf(bindings); ++i)
         ScopeVariables(isTag(bindings[i], EQUATION) ? bindings[i][2] : bindings[i], proc);
       ScopeVariables(x[2], proc);
@@ -153,9 +161,7 @@ namespace {
 
 void implicitLocal(DAG name, DAG proc, DAG nameForMessages, DAG bindings) {
   if (!isTag(name, NAME)) return;
-  for (Word i = 1; i < lengthOf(bindings); ++i)
-    if (bindings[i][1] == name) return;
-  if (hasMember(proc[7], name) || lookupDeclaredName(name, proc) != name) return;
+  if (replacementOf(name, bindings) || hasMember(proc[7], name) || lookupDeclaredName(name, proc) != name) return;
   if (isEnvironmentName(name)) return;
   if (searchEnclosingScopes(procSimplStack, name)) return;
   DAG kind = strinstall(hasTag(proc, PROC) ? "procedure" : "module");
@@ -181,14 +187,13 @@ void assignedTarget(DAG target, DAG proc, DAG nameForMessages, DAG bindings) {
   implicitLocal(target, proc, nameForMessages, bindings);
 }
 
-// The binding equations of a `use`, in front of those in force.
-DAG joinBindings(DAG own, DAG outer) {
-  DAG joined = newl2(lengthOf(own) + lengthOf(outer) - 1, EXPSEQ);
+// Equations for the names that a `use` binds, in front of those in force. Only their left sides count.
+DAG joinBindings(DAG list, DAG outer) {
+  DAG names = boundNames(list);
+  DAG joined = newl2(lengthOf(names) + lengthOf(outer) - 1, EXPSEQ);
   Word at = 1;
-  for (Word i = 1; i < lengthOf(own); ++i)
-    if (isTag(own[i], EQUATION)) joined[at++] = own[i];
+  for (Word i = 1; i < lengthOf(names); ++i) joined[at++] = new3(EQUATION, names[i], names[i]);
   for (Word i = 1; i < lengthOf(outer); ++i) joined[at++] = outer[i];
-  if (at != lengthOf(joined)) shorten(joined, lengthOf(joined), at);
   return joined;
 }
 
@@ -222,8 +227,7 @@ namespace {
 
 // Names have no position of their own but by declaration; the three that tell of the call do.
 DAG positionOfName(DAG x, DAG proc, DAG bindings) {
-  for (Word i = 1; i < lengthOf(bindings); ++i)
-    if (bindings[i][1] == x) return bindings[i][2];
+  if (DAG replacement = replacementOf(x, bindings)) return replacement;
   DAG found = lookupDeclaredName(x, proc);
   if (found != x) return found;
   if (x == ini("nargs")) return reference(PARAM, 0);
@@ -298,13 +302,17 @@ DAG simplfnc(DAG x, DAG proc, DAG bindings) {
     case USE: {
       // The statements wait for the bindings, which come before declared names (`simplUse`).
       DAG copy = CopyAlg(x);
-      DAG own = CopyAlg(x[1]);
-      for (Word i = 1; i < lengthOf(own); ++i)
-        if (isTag(own[i], EQUATION)) {
-          DAG equation = CopyAlg(own[i]);
-          equation[2] = simplfnc(equation[2], proc, bindings);
-          own[i] = equation;
+      DAG own = isTag(x[1], EXPSEQ) ? CopyAlg(x[1]) : new2(EXPSEQ, x[1]);
+      for (Word i = 1; i < lengthOf(own); ++i) {
+        if (!isTag(own[i], EQUATION)) {
+          // What a bound name means is settled when the list is expanded.
+          if (!isTag(own[i], NAME) || !replacementOf(own[i], bindings)) own[i] = simplfnc(own[i], proc, bindings);
+          continue;
         }
+        DAG equation = CopyAlg(own[i]);
+        equation[2] = simplfnc(equation[2], proc, bindings);
+        own[i] = equation;
+      }
       copy[1] = own;
       return copy;
     }
