@@ -39,3 +39,4 @@ p := proc(n) [args] - [seq(2*k, k = 1..n)] end proc: p(2, 3); p(4);
 '[f(x)] + [1]', eval(A + B, {A = [f(x)], B = [1]});
 # A float complex quotient keeps the digits that cancel.
 (1.234567891+.987654321*I)/(1.234567891+.987654322*I); Digits := 3: 5.0/(3.0+7.0*I), x/(3.0+7.0*I)*5; Digits := 10:
+add([k, f(k)], k = 1..3), `+`([f(1), 2], [3, 4]), map(t -> [f(t), t], a + b);

@@ -27,8 +27,8 @@ void prefetchUnique(DAG s);
 DAG singleSequence(DAG member);
 /// `simpl` with name bindings on or off, put back on the way out.
 DAG SimplifyMaybeBind(DAG x, bool bind);
-/// The SUM `sum`, whose terms are evaluated, with all its lists added into the first; not simplified. The simplifier
-/// leaves lists apart that may evaluate to longer ones.
+/// A SUM of evaluated terms with all its lists added into the first, not simplified; other objects as they are. The
+/// simplifier leaves lists apart that may evaluate to longer ones.
 DAG withListsAdded(DAG sum);
 /// Drops active bindings, as after an error.
 void ResetSimplifier();

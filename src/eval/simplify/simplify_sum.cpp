@@ -564,6 +564,7 @@ DAG mapToList(DAG list, DAG factor) {
 }
 
 DAG withListsAdded(DAG sum) {
+  if (!isTag(sum, SUM)) return sum;
   const ListTerms lists = listTerms(sum);
   if (lists.count < 2) return sum;
   DAG result = CopyAlg(sum);

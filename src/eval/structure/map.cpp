@@ -157,7 +157,7 @@ DAG MapFunction(const OperandWalk& walk, DAG x) {
     case ZPPOLY: return simpl(mapPolynomial(walk, x));
     case SERIES: return simpl(mapFields(walk, x, 2, n, 2));
     case SUM:
-      if (n >= 5) return simpl(mapPairs(walk, x, SUM, numterms(x), mterm));
+      if (n >= 5) return simpl(withListsAdded(mapPairs(walk, x, SUM, numterms(x), mterm)));
       return simpl(mapPairs(walk, x, PROD, numterms(x), fact));
     case PROD:
       if (n >= 5) return simpl(mapPairs(walk, x, PROD, numterms(x), fact));
