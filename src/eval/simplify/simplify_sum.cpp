@@ -510,7 +510,8 @@ ListTerms listTerms(DAG s) {
   return lists;
 }
 
-void settleLists(DAG s) {
+// Out of line: few sums have a list, and the step would take registers from those that have none.
+[[gnu::noinline]] void settleLists(DAG s) {
   const ListTerms lists = listTerms(s);
   Word n = pairCount(s);
   Pair* p = pairsOf(s);
