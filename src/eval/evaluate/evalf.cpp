@@ -14,6 +14,7 @@
 #include "numbers/integer/integer.h"
 #include "library/system_functions.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/objects.h"
 
 namespace korel {
@@ -62,16 +63,7 @@ DAG evalfFunction(DAG x) {
 
 // Fields `first`, `first` + `step`, ... through `f`; `x` itself when none changes.
 DAG mapFields(DAG x, Word first, Word step, DAG (*f)(DAG)) {
-  DAG result = x;
-  for (Word i = first, n = lengthOf(x); i < n; i += step) {
-    DAG before = x[i];
-    if (!before) continue;
-    DAG after = f(before);
-    if (after == before) continue;
-    if (result == x) result = CopyAlg(x);
-    result[i] = after;
-  }
-  return result;
+  return withFields(x, first, step, f);
 }
 
 DAG evalfOperands(DAG x) { return simpl(mapFields(x, 1, 1, evalf)); }
@@ -101,21 +93,17 @@ DAG evalfPower(DAG base, DAG exponent) {
 }
 
 DAG evalfProduct(DAG x) {
-  DAG result = x;
-  auto store = [&](Word i, DAG value) {
-    if (result == x) result = CopyAlg(x);
-    result[i] = value;
-  };
+  CopyOnChange copy(x);
   for (Word i = 1, n = lengthOf(x); i < n; i += 2) {
     DAG base = x[i], exponent = x[i + 1];
     DAG value = base == consm1 ? base : evalf(base);
-    if (value != base) store(i, value);
+    copy.set(i, value);
     if (DAG power = evalfPower(value, exponent)) {
-      store(i, power);
-      store(i + 1, cons1);
+      copy.set(i, power);
+      copy.set(i + 1, cons1);
     }
   }
-  return simpl(result);
+  return simpl(copy.result);
 }
 
 // Values of a hash chain; the keys stay.
@@ -158,14 +146,7 @@ DAG evalf(DAG x) {
       copy[1] = body;
       return simpl(copy);
     }
-    case SERIES: {
-      DAG variable = evalf(x[1]);
-      DAG coefficients = mapFields(x, 2, 2, evalf);
-      if (variable == x[1]) return coefficients;
-      if (coefficients == x) coefficients = CopyAlg(x);
-      coefficients[1] = variable;
-      return coefficients;
-    }
+    case SERIES: return withReferences(x, evalf);
     case TABLE:
       return mapFields(x, 3, 1, evalf);
     case HASHTAB:

@@ -2,7 +2,6 @@
 
 #include "numbers/arithmetic.h"
 #include "builtins/builtins.h"
-#include "eval/walk/copy_on_change.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/operand.h"
 #include "eval/procedures/procedures.h"
@@ -17,6 +16,7 @@
 #include "numbers/float/float.h"
 #include "library/system_functions.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/names.h"
 #include "store/objects.h"
 #include "store/tag_facts.h"
@@ -124,17 +124,10 @@ TagSet tagsOfTerms(DAG x) {
       result[at] = eval(x[k]);
     }
   } else {
-    result = x;
-    if (stopped != x[1]) {
-      result = CopyAlg(x);
-      result[1] = stopped;
-    }
-    for (Word k = 3; k < n; k += 2) {
-      DAG value = eval(x[k]);
-      if (value == x[k]) continue;
-      if (result == x) result = CopyAlg(x);
-      result[k] = value;
-    }
+    CopyOnChange copy(x);
+    copy.set(1, stopped);
+    for (Word k = 3; k < n; k += 2) copy.set(k, eval(x[k]));
+    result = copy.result;
   }
   const TagSet kinds = tagsOfTerms(result);
   if (kinds.contains(RTABLE)) return combineRtables(result);
@@ -192,12 +185,9 @@ DAG exactProduct(DAG x, const DAG* bases, Word count) {
 // Evaluated bases, exact numbers left out, in a PROD.
 [[gnu::noinline]] DAG productOf(DAG x, const DAG* bases, Word count, std::uint64_t since) {
   passWork(objectSteps);
-  DAG result = x;
-  for (Word k = 0; k < count; ++k) {
-    if (bases[k] == x[2 * k + 1]) continue;
-    if (result == x) result = CopyAlg(x);
-    result[2 * k + 1] = bases[k];
-  }
+  CopyOnChange copy(x);
+  for (Word k = 0; k < count; ++k) copy.set(2 * k + 1, bases[k]);
+  DAG result = copy.result;
   return tagsOfTerms(result).contains(RTABLE) ? combineRtables(result) : noteValue(x, result, since);
 }
 
@@ -236,13 +226,8 @@ constexpr Word fewFactors = 4;
 }
 
 [[gnu::noinline]] DAG evalSeries(DAG x) {
-  DAG result = evalFields(x, 2, 2);
-  DAG point = eval(x[1]);
-  if (point != x[1]) {
-    if (result == x) result = CopyAlg(x);
-    result[1] = point;
-  }
-  return result;
+  passWork(objectSteps);
+  return withReferences(x, [](DAG field) { return evalOperand(field); });
 }
 
 [[gnu::noinline]] DAG evalAllFields(DAG x) {

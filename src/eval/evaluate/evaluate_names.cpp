@@ -3,7 +3,6 @@
 #include <cstring>
 
 #include "numbers/arithmetic.h"
-#include "eval/walk/copy_on_change.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/procedures/procedures.h"
@@ -16,6 +15,7 @@
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/names.h"
 #include "store/objects.h"
 #include "eval/walk/has.h"
@@ -75,9 +75,9 @@ DAG lexicalEntry(DAG x) {
 constexpr std::int64_t fewObjects = 100, unlimited = INT64_MAX;
 std::int64_t objectsBeforeSearch = unlimited;
 
-DAG substituteFields(DAG x, Word from = 1, Word step = 1) {
+DAG substituteFields(DAG x) {
   passWork(objectSteps);
-  return withFields(x, from, step, evparloc);
+  return withFields(x, 1, 1, evparloc);
 }
 
 // A closure captures the frame: each binding that refers to it is replaced by what it stands for.
@@ -144,15 +144,7 @@ DAG evparloc(DAG x) {
       return x;
     case MEMBER:
       return evalname(x);
-    case SERIES: {
-      DAG result = substituteFields(x, 2, 2);
-      DAG point = evparloc(x[1]);
-      if (point != x[1]) {
-        if (result == x) result = CopyAlg(x);
-        result[1] = point;
-      }
-      return result;
-    }
+    case SERIES: return withReferences(x, evparloc);
     case ZPPOLY: {
       DAG point = evparloc(x[1]);
       if (point == x[1]) return x;
@@ -249,14 +241,7 @@ DAG evalname(DAG x) {
           checkStack();
           return concatenate(evalname(x[1]), simpl(eval(x[2])));
         case EXPSEQ: {
-          DAG result = x;
-          for (Word i = 1; i < lengthOf(x); ++i) {
-            DAG name = evalname(x[i]);
-            if (name == x[i]) continue;
-            if (result == x) result = CopyAlg(x);
-            result[i] = name;
-          }
-          return simpl(result);
+          return simpl(withFields(x, 1, 1, [](DAG field) { return evalname(field); }));
         }
         default:
           break;

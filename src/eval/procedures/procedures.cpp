@@ -3,7 +3,6 @@
 #include <cstring>
 
 #include "eval/simplify/bindings.h"
-#include "eval/walk/copy_on_change.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "library/retrieve.h"
@@ -12,6 +11,7 @@
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/names.h"
 #include "store/objects.h"
 #include "eval/types/constant_expressions.h"
@@ -177,7 +177,7 @@ DAG captured(DAG x, DAG proc, DAG outer) {
     case FUNCTION: case UNEVAL: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case NOT:
     case OR: case EXPSEQ: case LIST: case RANGE: case SET:
       checkStack();
-      return withFields(x, 1, 1, [&](DAG field) { return captured(field, proc, outer); });
+      return withReferences(x, [&](DAG field) { return captured(field, proc, outer); });
     default:
       return x;
   }

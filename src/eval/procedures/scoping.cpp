@@ -7,6 +7,7 @@
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/names.h"
 #include "store/objects.h"
 #include "store/vocabulary.h"
@@ -282,10 +283,8 @@ DAG replaceInInner(DAG x, DAG proc, DAG bindings) {
 
 DAG simplfnc(DAG x, DAG proc, DAG bindings) {
   if (!x || isImmediate(x)) return x;
-  Word n = lengthOf(x);
-  Tag tag = tagOf(x);
-  Word from = 1, step = 1;
-  switch (tag) {
+  ReferenceFields fields = referenceFields(x);
+  switch (tagOf(x)) {
     case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case COMPLEX: case STRING:
     case TABLE: case RTABLE: case MODULE: case HASH: case HASHTAB:
       return x;
@@ -296,9 +295,7 @@ DAG simplfnc(DAG x, DAG proc, DAG bindings) {
     case PROC: case MODDEF:
       if (isSimplified(x)) return x;
       return replaceInInner(x, proc, bindings);
-    case MEMBER: n = 2; break;
-    case SERIES: from = 2; step = 2; break;
-    case ZPPOLY: n = 2; break;
+    case MEMBER: case ZPPOLY: fields.end = 2; break;
     case USE: {
       // The statements wait for the bindings, which come before declared names (`simplUse`).
       DAG copy = CopyAlg(x);
@@ -319,16 +316,7 @@ DAG simplfnc(DAG x, DAG proc, DAG bindings) {
     default: break;
   }
   checkStack();
-  DAG result = x;
-  auto replace = [&](Word i) {
-    DAG value = simplfnc(x[i], proc, bindings);
-    if (value == x[i]) return;
-    if (result == x) result = CopyAlg(x);
-    result[i] = value;
-  };
-  if (tag == SERIES) replace(1);
-  for (Word i = from; i < n; i += step) replace(i);
-  return result;
+  return withFields(x, fields, [&](DAG field) { return simplfnc(field, proc, bindings); });
 }
 
 }  // namespace korel

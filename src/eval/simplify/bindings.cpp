@@ -85,8 +85,6 @@ struct BindingList {
   }
 };
 
-constexpr TagSet referenceTags = {PARAM, LOCAL, LEXICAL};
-
 void checkEntry(const BindingList& list, DAG entry) {
   if (DAG module = list.moduleOf(entry)) {
     if (lengthOf(module[1]) > 1) return;
@@ -94,7 +92,7 @@ void checkEntry(const BindingList& list, DAG entry) {
     KernelException("module has no exports");
   }
   if (isTag(entry, MEMBER) || (isTag(entry, EQUATION) && isTag(entry[1], NAME))) return;
-  const bool isVariable = isAmong(entry, referenceTags) && procSimplStack != nullptr;
+  const bool isVariable = isAmong(entry, frameReferenceTags) && procSimplStack != nullptr;
   if (isTag(entry, NAME) ? !ModuleNameAttr(entry[2]) : isVariable)
     KernelException("`%1` is not a module or member",
                     isVariable ? nameOfReference(entry, procSimplStack->procedure) : entry);

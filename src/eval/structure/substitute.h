@@ -21,9 +21,6 @@ DAG subs1(DAG equations, DAG x);
 /// for raw objects, and for callers that simplify in their own way.
 DAG substituteInCopy(DAG equations, DAG x);
 
-/// Gives back what substitutions that a special error ended have kept. None may be running.
-void ResetSubstitution();
-
 /// True when `after` can stand where `before` stood in a declaration of a procedure: a name for a name,
 /// a string for a string, sides alike in a typed name or an option with a value.
 bool isSameDeclaration(DAG before, DAG after);
