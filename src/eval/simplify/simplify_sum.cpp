@@ -19,6 +19,7 @@
 #include "eval/procedures/procedures.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
+#include "eval/simplify/sum_steps.h"
 #include "eval/simplify/unique_pairs.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
@@ -38,7 +39,6 @@ namespace {
 
 // From this many words on, terms are sorted to find equal ones; below, each is compared with all.
 constexpr Word sortFromLength = 51;
-
 
 // ---- operators bound by `use`
 
@@ -129,35 +129,6 @@ DAG spliceNestedSums(DAG s) {
   return flat;
 }
 
-// A COMPLEX among the terms absorbs every other numeric term; what is absorbed gets coefficient 0. True when the
-// imaginary parts cancel and leave an infinity, or `undefined`.
-bool combineComplexTerms(DAG s) {
-  Word n = pairCount(s);
-  Pair* p = pairsOf(s);
-  Word first = 0;
-  while (first < n && !isTag(p[first].term, COMPLEX)) ++first;
-  if (first == n) return false;
-  DAG folded = simpl(mul(p[first].term, p[first].coefficient));
-  for (Word i = 0; i < n; ++i) {
-    DAG term = p[i].term;
-    if (i == first || !(isNumber(term) || isInfinite(term) || isUndefined(term))) continue;
-    DAG other = simpl(mul(term, p[i].coefficient));
-    p[i] = {cons0, cons0};
-    if (isTag(folded, COMPLEX) && lengthOf(folded) == 2 && isNumeric(other)) {
-      DAG imaginary = folded[1];
-      if (isFloatNumber(imaginary) != isFloatNumber(other)) {
-        if (isFloatNumber(imaginary)) other = simpl(evalf(other));
-        else imaginary = simpl(evalf(imaginary));
-      }
-      folded = isImmediate(other) && isZero(other) ? folded : simpl(new3(COMPLEX, other, imaginary));
-    } else {
-      folded = simpl(add(folded, other));
-    }
-  }
-  p[first] = folded == consminf ? Pair{ini("infinity"), consm1} : Pair{folded, cons1};
-  return !isNumber(folded);
-}
-
 // A relation among the terms: the library adds relations side by side. In the body of a procedure the sum
 // waits for the values of its parameters and locals.
 DAG sumOfRelations(DAG s) {
@@ -165,23 +136,6 @@ DAG sumOfRelations(DAG s) {
   DAG sequence = newl2(lengthOf(s), EXPSEQ);
   for (Word i = 1; i < lengthOf(s); ++i) sequence[i] = simpl(s[i]);
   return simpl(evalsysf("simpl/", "relopsum", simpl(eval(simpl(sequence)))));
-}
-
-// Infinite or undefined: two comparisons for a name, none for most other bases.
-inline bool isSpecial(DAG base) {
-  switch (tagOf(base)) {
-    case NAME: return base == ini("infinity") || base == ini("undefined");
-    case FLOAT: case HFLOAT: case COMPLEX: case SUM: return isInfinite(base) || isUndefined(base);
-    default: return false;
-  }
-}
-
-// What a coefficient other than 0 comes to before the PROD `product`: beside an infinite factor its sign.
-DAG coefficientBefore(DAG product, DAG coefficient) {
-  if (!isNumeric(coefficient) || isZero(coefficient)) return coefficient;
-  for (Word i = 1, n = lengthOf(product); i < n; i += 2)
-    if (isSpecial(product[i])) return consneg(coefficient) ? consm1 : cons1;
-  return coefficient;
 }
 
 // One COMPLEX factor in front of a PROD takes the coefficient in.
@@ -253,94 +207,6 @@ NumberFold foldNumbers(DAG s, DAG original) {
     }
   }
   return fold;
-}
-
-// The sum `s` with `undefined` in place of its infinite terms `i` and `k`.
-DAG undefinedInPlaceOf(DAG s, Word i, Word k) {
-  DAG copied = CopyAlg(s);
-  pairsOf(copied)[i] = {ini("undefined"), cons1};
-  pairsOf(copied)[k] = {cons0, cons0};
-  return simpl(copied);
-}
-
-// Infinities and `undefined` among the terms: all of one sign merge, of both signs there is no value. Beside
-// what is left numbers vanish, and beside `undefined` infinities do. Gives the result when that ends the sum.
-DAG mergeInfinities(DAG s) {
-  Pair* p = pairsOf(s);
-  Word n = pairCount(s);
-  Word infinite = n, undefined = n;
-  for (Word i = 0; i < n; ++i) {
-    if (p[i].term == ini("undefined")) {
-      if (undefined != n) return ini("undefined");
-      undefined = i;
-      p[i].coefficient = cons1;
-    }
-    if (p[i].term != ini("infinity") || isZero(p[i].coefficient)) continue;
-    DAG sign = consneg(p[i].coefficient) ? consm1 : cons1;
-    if (infinite == n) {
-      infinite = i;
-      p[i].coefficient = sign;
-    } else if (p[infinite].coefficient == sign) {
-      p[i] = {cons0, cons0};
-    } else {
-      DAG a = simpl(new3(SUM, ini("infinity"), p[infinite].coefficient));
-      DAG b = simpl(new3(SUM, ini("infinity"), sign));
-      DAG standard = undefinedInPlaceOf(s, infinite, i);
-      // A handler answers with its own kind of number for a number; for a sum with what it likes.
-      return TriggerNumericEvent(invalidOperation, naminstall("-"), a, b, standard, isUndefined(standard));
-    }
-  }
-  const Word kept = undefined != n ? undefined : infinite;
-  if (kept == n) return DAG();
-  for (Word i = 0; i < n; ++i)
-    if (i != kept && (isNumeric(p[i].term) || isSpecial(p[i].term))) p[i] = {cons0, cons0};
-  return DAG();
-}
-
-// What stands behind the complex head of each term, one object whatever the order of its factors; 0 for other terms.
-DAG complexTails(DAG s) {
-  const Word n = pairCount(s);
-  DAG tails = newl2(n + 1, EXPSEQ);
-  for (Word i = 0; i < n; ++i) {
-    Pair pair = pairsOf(s)[i];
-    tails[i + 1] = DAG();
-    if (!isTag(pair.term, PROD) || pair.coefficient == cons0) continue;
-    const Pair* factors = pairsOf(pair.term);
-    if (!isTag(factors[0].term, COMPLEX) || factors[0].coefficient != cons1) continue;
-    const Word count = pairCount(pair.term) - 1;
-    tails[i + 1] = count == 1 && factors[1].coefficient == cons1 ? factors[1].term
-                                                                 : uniquePairs(PROD, factors + 1, count);
-  }
-  return tails;
-}
-
-// Terms headed by a COMPLEX that agree in all other factors add their heads into the first of them.
-bool mergeComplexHeads(DAG s) {
-  const Word n = pairCount(s);
-  Pair* p = pairsOf(s);
-  DAG tails = complexTails(s), totals = newl2(n + 1, EXPSEQ);
-  DAG firsts = firstOccurrences(&tails[1], n, 1);
-  bool changed = false;
-  for (Word i = 0; i < n; ++i) {
-    totals[i + 1] = DAG();
-    if (!tails[i + 1]) continue;
-    const Word first = static_cast<Word>(immediateValue(firsts[i + 1]));
-    DAG head = simpl(mul(p[i].term[1], p[i].coefficient));
-    if (first == i) {
-      totals[i + 1] = head;
-      continue;
-    }
-    totals[first + 1] = simpl(add(totals[first + 1], head));
-    p[i] = {cons0, cons0};
-    changed = true;
-  }
-  for (Word i = 0; changed && i < n; ++i) {
-    if (!totals[i + 1]) continue;
-    DAG merged = CopyAlg(p[i].term);
-    merged[1] = totals[i + 1];
-    p[i] = {simpl(merged), cons1};
-  }
-  return changed;
 }
 
 // ---- equal terms
@@ -424,102 +290,6 @@ void collectEqualTerms(DAG s, bool products) {
   }
 }
 
-// True for a list that takes its coefficient in as soon as it has one.
-bool isPlainList(DAG x) {
-  return isTag(x, LIST) &&
-         !(lengthOf(x[1]) > 1 && isObject(x[1][1]) && hasTag(x[1][1], FUNCTION));
-}
-
-void checkListsAdd(DAG a, DAG b) {
-  if (lengthOf(a[1]) != lengthOf(b[1])) KernelException("adding lists of different length");
-  auto has = [](DAG list, DAG attribute) {
-    return lengthOf(list) == 3 && (list[2] == attribute || (isTag(list[2], EXPSEQ) && hasMember(list[2], attribute)));
-  };
-  const DAG row = ini("row"), column = ini("column");
-  if ((has(a, row) && has(b, column)) || (has(a, column) && has(b, row)))
-    KernelException("adding a row list to a column list");
-}
-
-// Sum of the elements at one place of all LIST terms.
-DAG sumOfElements(const Pair* p, Word n, Word place, Word lists) {
-  DAG total, terms = newl2(2 * lists + 1, SUM);
-  Pair* out = pairsOf(terms);
-  bool numeric = true;
-  for (Word i = 0; i < n; ++i) {
-    if (!isTag(p[i].term, LIST)) continue;
-    DAG element = p[i].term[1][place];
-    *out++ = {element, cons1};
-    numeric = numeric && isNumeric(element);
-    if (numeric) total = total ? add(total, element) : element;
-  }
-  return simpl(numeric ? total : terms);
-}
-
-// What may evaluate to a sequence of any length.
-constexpr TagSet sequenceSources = {NAME,   MEMBER, TABLEREF, CATENATE, FUNCTION,
-                                    UNEVAL, LOCAL,  PARAM,    LEXICAL};
-
-bool holdsAny(DAG list, TagSet tags) {
-  DAG body = list[1];
-  for (Word i = 1; i < lengthOf(body); ++i)
-    if (isAmong(body[i], tags)) return true;
-  return false;
-}
-
-// Lists that are still calls add once they are evaluated, and so do lists of different length that may yet agree.
-bool isListSumOpen(const Pair* p, Word n, Word first) {
-  bool mayGrow = false, agree = true;
-  for (Word i = first; i < n; ++i) {
-    DAG list = p[i].term;
-    if (!isTag(list, LIST)) continue;
-    if (holdsAny(list, {FUNCTION})) return true;
-    mayGrow = mayGrow || holdsAny(list, sequenceSources);
-    agree = agree && lengthOf(list[1]) == lengthOf(p[first].term[1]);
-  }
-  return mayGrow && !agree;
-}
-
-// Lists add element by element into the first, coefficients taken in. All at once: sums of the first two, three,
-// four lists would each be as long as what they hold.
-void addLists(DAG s, Word first, Word lists) {
-  Word n = pairCount(s);
-  Pair* p = pairsOf(s);
-  for (Word i = first; i < n; ++i) {
-    if (!isTag(p[i].term, LIST)) continue;
-    if (p[i].coefficient != cons1) p[i] = {mapToList(p[i].term, p[i].coefficient), cons1};
-    if (i != first) checkListsAdd(p[first].term, p[i].term);
-  }
-  DAG sum = CopyAlg(p[first].term), body = CopyAlg(sum[1]);
-  for (Word place = 1; place < lengthOf(body); ++place) {
-    passWork(objectSteps);
-    body[place] = sumOfElements(p, n, place, lists);
-  }
-  sum[1] = simpl(body);
-  for (Word i = first + 1; i < n; ++i)
-    if (isTag(p[i].term, LIST)) p[i] = {cons0, cons0};
-  p[first].term = simpl(sum);
-}
-
-struct ListTerms {
-  Word first = 0, count = 0;
-};
-ListTerms listTerms(DAG s) {
-  ListTerms lists;
-  for (Word i = pairCount(s); i-- > 0;)
-    if (isTag(pairsOf(s)[i].term, LIST)) lists = {i, lists.count + 1};
-  return lists;
-}
-
-// Out of line: few sums have a list, and the step would take registers from those that have none.
-[[gnu::noinline]] void settleLists(DAG s) {
-  const ListTerms lists = listTerms(s);
-  Word n = pairCount(s);
-  Pair* p = pairsOf(s);
-  if (lists.count > 1 && !isListSumOpen(p, n, lists.first)) return addLists(s, lists.first, lists.count);
-  for (Word i = lists.first; i < n; ++i)
-    if (isPlainList(p[i].term) && p[i].coefficient != cons1) p[i] = {mapToList(p[i].term, p[i].coefficient), cons1};
-}
-
 // Simplifies the coefficients. A list takes in a zero of any form; beside another term a float zero becomes a
 // factor of 0. True when there is one: the sum has a number more.
 bool settleCoefficients(DAG s) {
@@ -553,29 +323,6 @@ Word compact(DAG s) {
 }
 
 }  // namespace
-
-DAG mapToList(DAG list, DAG factor) {
-  passWork(objectSteps);
-  DAG body = CopyAlg(list[1]);
-  for (Word i = 1; i < lengthOf(body); ++i)
-    body[i] = simpl(isNumeric(body[i]) ? mul(body[i], factor) : new3(SUM, body[i], factor));
-  DAG scaled = CopyAlg(list);
-  scaled[1] = simpl(body);
-  return simpl(scaled);
-}
-
-DAG withListsAdded(DAG sum) {
-  if (!isTag(sum, SUM)) return sum;
-  const ListTerms lists = listTerms(sum);
-  if (lists.count < 2) return sum;
-  DAG result = CopyAlg(sum);
-  for (Word i = lists.first; i < pairCount(result); ++i) {
-    DAG& term = pairsOf(result)[i].term;
-    if (isTag(term, LIST)) term = simpl(term);
-  }
-  addLists(result, lists.first, lists.count);
-  return result;
-}
 
 DAG simplSum(DAG s) {
   Kinds kinds;
