@@ -256,8 +256,9 @@ bool sortByTerm(Pair* pairs, Word n) {
 }
 
 // Equal terms add their coefficients into the first of them; the others get coefficient 0. `products` tells
-// whether any term is a PROD.
-void collectEqualTerms(DAG s, bool products) {
+// whether any term is a PROD. Out of line, so that the comparisons have the registers for themselves
+// (bench/simplify_bench.cpp).
+[[gnu::noinline]] void collectEqualTerms(DAG s, bool products) {
   auto addCoefficients = [products](DAG term, DAG a, DAG b) {
     DAG sum = add(a, b);
     return products && isTag(term, PROD) ? coefficientBefore(term, sum) : sum;
@@ -280,12 +281,14 @@ void collectEqualTerms(DAG s, bool products) {
     }
     return;
   }
-  for (Word i = 0; i + 1 < n; ++i) {
-    if (p[i].coefficient == cons0) continue;
-    for (Word k = n - 1; k > i; --k)
-      if (p[k].term == p[i].term && p[k].coefficient != cons0) {
-        p[i].coefficient = addCoefficients(p[i].term, p[i].coefficient, p[k].coefficient);
-        p[k] = {cons0, cons0};
+  Pair* const end = p + n;
+  for (Pair* first = p; first + 1 < end; ++first) {
+    if (first->coefficient == cons0) continue;
+    const DAG term = first->term;
+    for (Pair* other = end - 1; other != first; --other)
+      if (other->term == term && other->coefficient != cons0) {
+        first->coefficient = addCoefficients(term, first->coefficient, other->coefficient);
+        *other = {cons0, cons0};
       }
   }
 }
