@@ -15,12 +15,16 @@
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/tag_facts.h"
 #include "store/check/verify.h"
 
 namespace korel {
 
 namespace {
 
+// What the walk leaves as it is.
+constexpr TagSet closedTags = numberTags | textTags | frameReferenceTags | (statementTags - TagSet{STATSEQ}) |
+                              TagSet{MEMBER, PROC, MODDEF, MODULE, RTABLE};
 
 DAG replacement(DAG equations, DAG x) {
   for (Word i = 1; i < lengthOf(equations); ++i)
@@ -101,15 +105,7 @@ DAG walkTable(DAG equations, DAG x) {
 DAG walk(DAG equations, DAG x) {
   if (DAG right = replacement(equations, x)) return right;
   if (isImmediate(x)) return x;
-  switch (tagOf(x)) {
-    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case COMPLEX: case STRING:
-    case NAME: case MEMBER: case LOCAL: case PARAM: case LEXICAL: case PROC: case MODDEF:
-    case MODULE: case RTABLE:
-    case ASSIGN: case FOR: case IF: case READ: case SAVE: case STOP: case ERROR: case TRY:
-    case RETURN: case BREAK: case NEXT: case USE:
-      return x;
-    default: break;
-  }
+  if (isAmong(x, closedTags)) return x;
   checkStack();
   passWork(objectSteps);
   switch (tagOf(x)) {

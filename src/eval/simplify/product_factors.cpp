@@ -43,7 +43,6 @@ void fold(Product& product, DAG number) {
 
 namespace {
 
-bool isFinite(DAG number) { return !isInfinite(number) && !isUndefined(number); }
 bool isFloating(DAG number) { return isFloatNumber(number) || isFloatComplex(number); }
 
 // `power` takes a machine exponent; a heap integer that doesn't fit raises its own message.
@@ -153,7 +152,7 @@ void multiplyFloat(Product& product, DAG base, DAG exponent) {
       numerator = simpl(evalfdiv(evalf(numerator), base));
       return;
     }
-    if (isFinite(numerator) && isFinite(base)) {
+    if (isFiniteNumber(numerator) && isFiniteNumber(base)) {
       numerator = cxfdiv(numerator, base);
       return;
     }
@@ -192,7 +191,7 @@ void multiplyComplex(Product& product, DAG base, DAG exponent) {
   }
   if (isInteger(exponent)) {
     if (!FitIntoWord(exponent)) return multiply(product, libraryPower(base, exponent), cons1);
-    if (consneg(exponent) && isFinite(base)) return divide(product, cxpower(base, simpl(negate(exponent))));
+    if (consneg(exponent) && isFiniteNumber(base)) return divide(product, cxpower(base, simpl(negate(exponent))));
     return fold(product, cxpower(base, exponent));
   }
   if (isFloatNumber(exponent) || isFloatComplex(base)) return multiply(product, libraryPower(base, exponent), cons1);
@@ -287,7 +286,7 @@ void settleDivisor(Product& product) {
   if (!product.divisor) return;
   DAG numerator = product.coefficient, divisor = product.divisor;
   const bool isFloatQuotient = numerator && (isFloating(numerator) || isFloating(divisor)) && numerator != cons0 &&
-                               isFinite(numerator) && isFinite(divisor) && !isZero(divisor);
+                               isFiniteNumber(numerator) && isFiniteNumber(divisor) && !isZero(divisor);
   if (!isFloatQuotient) return fold(product, reciprocal(divisor));
   product.coefficient = DAG();
   fold(product, cxfdiv(numerator, divisor));

@@ -12,6 +12,7 @@
 #include "store/names.h"
 #include "store/object_set.h"
 #include "store/objects.h"
+#include "store/tag_facts.h"
 #include "store/word_map.h"
 #include "eval/walk/has.h"
 #include "eval/walk/walk_memory.h"
@@ -231,20 +232,12 @@ DAG changedObject(Substitution& s, DAG x) {
   }
 }
 
-bool isLeaf(DAG x) {
-  if (isImmediate(x)) return true;
-  switch (tagOf(x)) {
-    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case STRING: case NAME:
-    case LOCAL: case PARAM: case LEXICAL: case RTABLE: case HASH:
-    case BINARY: case GARBAGE: case FOREIGN: case CONTROL: case DEBUG:
-      return true;
-    default: return false;
-  }
-}
+constexpr TagSet leafTags = realTags | textTags | frameReferenceTags |
+                            TagSet{RTABLE, HASH, BINARY, GARBAGE, FOREIGN, CONTROL, DEBUG};
 
 DAG walk(Substitution& s, DAG x) {
   if (DAG right = rightSide(s, x)) return right;
-  if (isLeaf(x)) return x;
+  if (isImmediate(x) || isAmong(x, leafTags)) return x;
   // Raw objects are trees, and must stay so: the simplifier overwrites them.
   bool finish = s.finish && isSimplified(x);
   bool keeps = finish && ++s.entered > keepFrom && !isShortSequence(x);
