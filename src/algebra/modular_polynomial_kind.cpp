@@ -65,7 +65,7 @@ DAG mapCoefficients(const OperandWalk& walk, DAG polynomial) {
 }
 
 DAG substituteInIndeterminates(Substitution& substitution, DAG polynomial) {
-  DAG result = substituteFields(substitution, polynomial, 1, 2, 1);
+  DAG result = substituteFields(substitution, polynomial, {1, 2});
   if (result != polynomial && !isSameDeclaration(polynomial[1], result[1]))
     KernelException("the operation `%1` is not available", naminstall("zpSubs"));
   return result;

@@ -4,23 +4,17 @@
 
 #include "numbers/arithmetic.h"
 #include "eval/simplify/simplify.h"
+#include "eval/walk/walk_memory.h"
 #include "frame/environment.h"
 #include "store/constants.h"
-#include "store/hash.h"
+#include "store/copy_on_change.h"
 #include "store/object_set.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
-
-
-// Place of `x` among the variables, from 1; 0 when it is none.
-Word member(DAG x, DAG variables) {
-  for (Word i = 1, n = lengthOf(variables); i < n; ++i)
-    if (variables[i] == x) return i;
-  return 0;
-}
 
 // ---- monomials as lists of (base, exponent)
 
@@ -38,7 +32,7 @@ struct Factors {
 
 Factors fromFirstVariable(DAG monomial, DAG variables) {
   Factors factors(monomial);
-  while (!factors.done() && member(factors.base(), variables) == 0) factors.next();
+  while (!factors.done() && memberPosition(factors.base(), variables) == 0) factors.next();
   return factors;
 }
 
@@ -61,7 +55,7 @@ int compmon(DAG a, DAG b, DAG variables, bool totalDegree) {
   if (totalDegree)
     if (int order = compareExponents(degreeFrom(x), degreeFrom(y))) return order;
   for (; !x.done() && !y.done(); x.next(), y.next()) {
-    Word p = member(x.base(), variables), q = member(y.base(), variables);
+    Word p = memberPosition(x.base(), variables), q = memberPosition(y.base(), variables);
     if (p != q) {
       // A base that is no variable stands behind them all.
       if (p == 0) return -1;
@@ -78,9 +72,8 @@ namespace {
 struct Sorting {
   DAG variables;
   bool totalDegree;
+  ObjectSet& met;  // a shared part is sorted once
 };
-// What the sort in progress has met: a shared part is sorted once.
-ObjectSet met;
 
 // Shell sort of the pairs of `s` in place (Knuth, vol. 3, 5.2.1); gaps are counted in words.
 template <class Misplaced>
@@ -104,24 +97,18 @@ DAG sortIn(const Sorting& sorting, DAG x);
 // `x` with the fields `from`, `from + step`, ... sorted, in a copy if one is replaced.
 DAG sortFields(const Sorting& sorting, DAG x, Word from, Word step) {
   checkStack();
-  DAG result = x;
-  for (Word i = from, n = lengthOf(x); i < n; i += step) {
-    DAG sorted = sortIn(sorting, x[i]);
-    if (sorted == x[i]) continue;
-    if (result == x) result = CopyAlg(x);
-    result[i] = sorted;
-  }
+  DAG result = withFields(x, from, step, [&](DAG field) { return sortIn(sorting, field); });
   return result == x ? x : simpl(result);
 }
 
 DAG sortIn(const Sorting& sorting, DAG x) {
-  if (!isObject(x) || tagOf(x) <= NAME || !met.insert(x)) return x;
+  if (!isObject(x) || tagOf(x) <= NAME || !sorting.met.insert(x)) return x;
   switch (tagOf(x)) {
     case PROD: {
       DAG result = sortFields(sorting, x, 1, 2);
       if (isTag(result, PROD))
         sortPairs(result, [&](DAG before, DAG after) {
-          return member(before, sorting.variables) > member(after, sorting.variables);
+          return memberPosition(before, sorting.variables) > memberPosition(after, sorting.variables);
         });
       return result;
     }
@@ -145,8 +132,7 @@ DAG sortIn(const Sorting& sorting, DAG x) {
 }  // namespace
 
 DAG algsort(DAG x, DAG variables, bool totalDegree) {
-  met.clear();
-  return sortIn({variables, totalDegree}, x);
+  return withWalkMemory<ObjectSet>([&](ObjectSet& met) { return sortIn({variables, totalDegree, met}, x); });
 }
 
 // ---- what a polynomial is in
@@ -155,7 +141,7 @@ namespace {
 
 // Objects met so far, and the variables among them in a sequence that grows by halves.
 struct Gathering {
-  DAG seen;  // HASHTAB of what has been looked at
+  ObjectSet& seen;
   DAG found;
   Word count;
 };
@@ -167,8 +153,7 @@ void insert(Gathering& into, DAG x) {
 
 void gather(Gathering& into, DAG x) {
   if (!isObject(x) || tagOf(x) <= STRING) return;
-  if (search(x.word, into.seen) != notFound) return;
-  hashinsert(x.word, cons1, into.seen);
+  if (!into.seen.insert(x)) return;
   checkStack();
   switch (tagOf(x)) {
     case NAME: case TABLEREF:
@@ -193,13 +178,12 @@ void gather(Gathering& into, DAG x) {
 }  // namespace
 
 DAG indeterminates(DAG x) {
-  constexpr Word buckets = 64;
-  Gathering gathering{newhashtab(buckets), newl2(9, EXPSEQ), 0};
-  gather(gathering, x);
-  clearhash(gathering.seen, true);
-  release(gathering.seen, lengthOf(gathering.seen));
-  shorten(gathering.found, lengthOf(gathering.found), gathering.count + 1);
-  return simpl(new2(SET, gathering.found))[1];
+  return withWalkMemory<ObjectSet>([x](ObjectSet& seen) {
+    Gathering gathering{seen, newl2(9, EXPSEQ), 0};
+    gather(gathering, x);
+    shorten(gathering.found, lengthOf(gathering.found), gathering.count + 1);
+    return simpl(new2(SET, gathering.found))[1];
+  });
 }
 
 }  // namespace korel

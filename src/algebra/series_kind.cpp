@@ -25,8 +25,7 @@ void replaceCoefficient(TakenApart& object, std::int64_t i, DAG replacement) {
 }
 
 DAG substituteInSeries(Substitution& substitution, DAG series) {
-  DAG expanded = substituteFields(substitution, series, 1, 2, 1);
-  return substituteFields(substitution, expanded, 2, lengthOf(series), 2);
+  return substituteFields(substitution, series, referenceFields(series));
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ DAG pairsWithOne(const BuiltinCall& call, Tag tag) {
     result[2 * i - 1] = args[i];
     result[2 * i] = cons1;
   }
-  return simpl(result);
+  return simpl(withListsAdded(result));
 }
 
 DAG relation(const BuiltinCall& call, Tag tag, bool swapped) {

@@ -4,8 +4,7 @@
 #include "eval/procedures/modules.h"
 #include "eval/simplify/simplify.h"
 #include "library/help_path.h"
-#include "eval/walk/has.h"
-#include "eval/structure/substitute.h"
+#include "eval/walk/walk_memory.h"
 #include "eval/types/type_match.h"
 #include "eval/types/types.h"
 
@@ -21,9 +20,7 @@ constexpr HookRow hookRows[] = {
     // moment                    function
     {HookMoment::initialised, initializeEvaluator},
     {HookMoment::everyStatement, ResetSimplifier},
-    {HookMoment::everyStatement, ResetHas},
-    {HookMoment::everyStatement, ResetHastype},
-    {HookMoment::everyStatement, ResetSubstitution},
+    {HookMoment::everyStatement, ResetWalkMemories},
     {HookMoment::everyStatement, ResetTypematch},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::startFiles, ResetSimplifier},

@@ -55,3 +55,21 @@ f := proc() use u = nargs in u, proc() u, nargs end proc(5, 6, 7) end use end pr
 qu := proc(b) local c; c := 7; use a = g(b, c), d = (x -> x + b) in proc(c) proc(b) a, b, c, d(1) end proc end proc end use end proc: qu(5)(6)(8);
 qu := proc(b) use a = b + 1 in module() export e; e := () -> a end module end use end proc: qu(5):-e();
 qu := proc(a) use a = g(2) in proc() a end proc end use end proc; qu(5)();
+# Inner bindings come in front of outer ones for the same name, also those of a module or a member.
+m := module() export a, x; a := 10; x := 1 end module: n := module() export b, a; b := 1; a := 20 end module:
+use a = 7 in use m in a end use end use; use a = 7 in use m:-a in a end use end use;
+use n in use m in [a, b] end use end use; use m in use n in [a, b] end use end use;
+proc() use a = 7 in use m in a end use end use end proc(); use a = 7 in proc() use m in a end use end proc() end use;
+# A binding list itself stands under the bindings around it.
+use m = n in use m in a, b end use end use;
+o := module() export sub, a; a := 5; sub := module() export x; x := 77 end module end module:
+use o in use sub in x, a end use end use;
+# What a module, a member or an equation binds is no implicit local.
+f := proc() use m in x := 10 end use; use m:-a in a := 3 end use end proc: f(): m:-x, m:-a;
+f := proc() use m in for x to 3 do end do end use end proc: f(): m:-x;
+mm := module() export e; use m in x := 66; e := x end use end module: mm:-e, m:-x;
+# The name of a parameter or local variable in a binding list is that variable: its members are known, it is no module.
+f := proc(m) use m in x end use end proc;
+f := proc(t) local m; proc() use m in x end use end proc end proc;
+f := proc(m) try use m in x end use catch "`%1` is not": lastexception end try end proc: f(1);
+f := proc(m) use m:-x in x end use end proc: f(module() export x; x := 99 end module), m:-x;

@@ -32,3 +32,11 @@ x^0.5*x^(-0.5); x^(1/2)*x^(-1/2);
 relations := proc(x) 2*(x = 1) + (x = 2) end proc: print(relations); relations(3); try relations(3) catch: lasterror end try;
 # Loops that run while a statement is simplified keep what they have made.
 (1 < x)*mul(k*y, k = 1..3); try (1 < x) + add(2^(100 + k), k = 1..3) catch: "caught" end try;
+# Lists whose calls or sequences are still to be evaluated add afterwards, element by element.
+[seq(i, i = 1..3)] + [1, 2, 3]; 2*[seq(i, i = 1..2)] - [seq(i, i = 3..4)]; [seq(i, i = 1..3)] + [1];
+two := 1, 2: [two] + [3, 4] + x; [op([two])] + [3, 4]; [f(x), 1] + [1, 2]; [x] + [1, 2];
+p := proc(n) [args] - [seq(2*k, k = 1..n)] end proc: p(2, 3); p(4);
+'[f(x)] + [1]', eval(A + B, {A = [f(x)], B = [1]});
+# A float complex quotient keeps the digits that cancel.
+(1.234567891+.987654321*I)/(1.234567891+.987654322*I); Digits := 3: 5.0/(3.0+7.0*I), x/(3.0+7.0*I)*5; Digits := 10:
+add([k, f(k)], k = 1..3), `+`([f(1), 2], [3, 4]), map(t -> [f(t), t], a + b);

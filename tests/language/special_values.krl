@@ -18,3 +18,5 @@ rec2 := proc(x) option inline; rec2(x+1) end: rec2(1);
 # Evaluation to floats.
 evalf(2/3), evalf[5](2/3), evalf(2/3, 3), evalf([1/3, x/2 + 1/7]), evalf(2^100), evalf(I/3), evalf(x = 1/2), evalf(f(1/3));
 evalf(); evalf(1, 2, 3); evalf[0](1); evalf[x](1); evalf(2/3, 0);
+# An infinity stays at its place among the factors, the first of several.
+infinity*u1*u2; u3*infinity*u4; infinity*u5*infinity*u6; -3*u7*infinity; u8*infinity^2*u9/5;

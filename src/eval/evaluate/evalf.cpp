@@ -4,7 +4,6 @@
 #include "eval/evaluate/evaluate.h"
 #include "eval/procedures/remember.h"
 #include "eval/simplify/simplify.h"
-#include "eval/walk/copy_on_change.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
 #include "frame/precision.h"
@@ -13,7 +12,9 @@
 #include "numbers/complex/complex.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/object_fields.h"
+#include "store/objects.h"
 #include "store/vocabulary.h"
 
 namespace korel {
@@ -59,16 +60,7 @@ DAG evalfFunction(DAG x) {
 // Fields `first`, `first` + `step`, ... through `f`; `x` itself when none changes. Unlike other walks, this one
 // changes immediates too.
 DAG mapFields(DAG x, Word first, Word step, DAG (*f)(DAG)) {
-  DAG result = x;
-  for (Word i = first, n = lengthOf(x); i < n; i += step) {
-    DAG before = x[i];
-    if (!before) continue;
-    DAG after = f(before);
-    if (after == before) continue;
-    if (result == x) result = CopyAlg(x);
-    result[i] = after;
-  }
-  return result;
+  return withFields(x, first, step, f);
 }
 
 DAG mapFirst(DAG x) { return mapFields(x, 1, lengthOf(x), evalf); }
@@ -99,21 +91,17 @@ DAG evalfPower(DAG base, DAG exponent) {
 }
 
 DAG evalfProduct(DAG x) {
-  DAG result = x;
-  auto store = [&](Word i, DAG value) {
-    if (result == x) result = CopyAlg(x);
-    result[i] = value;
-  };
+  CopyOnChange copy(x);
   for (Word i = 1, n = lengthOf(x); i < n; i += 2) {
     DAG base = x[i], exponent = x[i + 1];
     DAG value = base == consm1 ? base : evalf(base);
-    if (value != base) store(i, value);
+    copy.set(i, value);
     if (DAG power = evalfPower(value, exponent)) {
-      store(i, power);
-      store(i + 1, cons1);
+      copy.set(i, power);
+      copy.set(i + 1, cons1);
     }
   }
-  return simpl(result);
+  return simpl(copy.result);
 }
 
 // Values of a hash chain; the keys stay.
@@ -153,8 +141,7 @@ DAG evalf(DAG x) {
       DAG mapped = mapFirst(x);
       return mapped == x ? x : simpl(mapped);
     }
-    case SERIES:
-      return mapFields(mapFirst(x), 2, 2, evalf);
+    case SERIES: return withReferences(x, evalf);
     case TABLE:
       return mapFields(x, tableEntries, 1, evalf);
     case HASHTAB:

@@ -1,5 +1,7 @@
 #include "eval/evaluate/evaluate.h"
 
+#include "builtins/builtins.h"
+#include "numbers/arithmetic.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/known_values.h"
 #include "eval/evaluate/operand.h"
@@ -8,14 +10,15 @@
 #include "eval/procedures/modules.h"
 #include "eval/simplify/simplify.h"
 #include "eval/statements/boolean.h"
-#include "eval/walk/copy_on_change.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
 #include "numbers/arithmetic.h"
 #include "numbers/float/float.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/names.h"
 #include "store/object_fields.h"
+#include "store/objects.h"
 #include "store/tag_facts.h"
 #include "store/vocabulary.h"
 
@@ -91,10 +94,10 @@ DAG combineRtables(DAG x) {
   return eval(new3(FUNCTION, naminstall(sum ? "rtable/Sum" : "rtable/Product"), entries));
 }
 
-bool holdsRtable(DAG x) {
-  for (Word i = 1; i < lengthOf(x); i += 2)
-    if (isTag(x[i], RTABLE)) return true;
-  return false;
+TagSet tagsOfTerms(DAG x) {
+  TagSet tags;
+  for (Word i = 1; i < lengthOf(x); i += 2) tags = tags | TagSet{tagOf(x[i])};
+  return tags;
 }
 
 // The sum from its term `i` on, whose value is `stopped`. The terms before were numbers, of the total `folded`, or
@@ -102,23 +105,26 @@ bool holdsRtable(DAG x) {
 [[gnu::noinline]] DAG evalSumFrom(DAG x, Word i, DAG folded, DAG stopped, std::uint64_t since) {
   passWork(objectSteps);
   Word n = lengthOf(x);
-  DAG result = x;
-  Word shift = 0;  // how far the terms move down to leave one pair for `folded`
+  DAG result;
   if (folded) {
-    shift = i - 3;
     result = newl2(n - i + 3, SUM);
     result[1] = folded;
     result[2] = cons1;
-    for (Word k = i; k < n; ++k) result[k - shift] = x[k];
+    result[3] = stopped;
+    result[4] = x[i + 1];
+    for (Word k = i + 2, at = 5; k < n; k += 2, at += 2) {
+      result[at + 1] = x[k + 1];
+      result[at] = eval(x[k]);
+    }
+  } else {
+    CopyOnChange copy(x);
+    copy.set(1, stopped);
+    for (Word k = 3; k < n; k += 2) copy.set(k, eval(x[k]));
+    result = copy.result;
   }
-  auto store = [&](Word k, DAG value) {
-    if (value == x[k]) return;
-    if (result == x) result = CopyAlg(x);
-    result[k - shift] = value;
-  };
-  store(i, stopped);
-  for (Word k = i + 2; k < n; k += 2) store(k, eval(x[k]));
-  return holdsRtable(result) ? combineRtables(result) : noteValue(x, result, since);
+  const TagSet kinds = tagsOfTerms(result);
+  if (kinds.contains(RTABLE)) return combineRtables(result);
+  return noteValue(x, kinds.contains(LIST) ? withListsAdded(result) : result, since);
 }
 
 // Numeric terms are folded while they come first; from the first other term on, the rest is a SUM.
@@ -172,20 +178,17 @@ DAG exactProduct(DAG x, const DAG* bases, Word count) {
 // Evaluated bases, exact numbers left out, in a PROD.
 [[gnu::noinline]] DAG productOf(DAG x, const DAG* bases, Word count, std::uint64_t since) {
   passWork(objectSteps);
-  DAG result = x;
-  for (Word k = 0; k < count; ++k) {
-    if (bases[k] == x[2 * k + 1]) continue;
-    if (result == x) result = CopyAlg(x);
-    result[2 * k + 1] = bases[k];
-  }
-  return holdsRtable(result) ? combineRtables(result) : noteValue(x, result, since);
+  CopyOnChange copy(x);
+  for (Word k = 0; k < count; ++k) copy.set(2 * k + 1, bases[k]);
+  DAG result = copy.result;
+  return tagsOfTerms(result).contains(RTABLE) ? combineRtables(result) : noteValue(x, result, since);
 }
 
 constexpr Word fewFactors = 4;
 
 [[gnu::noinline]] DAG evalLongProduct(DAG x, std::uint64_t since) {
   DAG result = evalFields(x, 1, 2);
-  return holdsRtable(result) ? combineRtables(result) : noteValue(x, result, since);
+  return tagsOfTerms(result).contains(RTABLE) ? combineRtables(result) : noteValue(x, result, since);
 }
 
 [[gnu::noinline]] DAG evalProduct(DAG x) {
@@ -216,13 +219,8 @@ constexpr Word fewFactors = 4;
 }
 
 [[gnu::noinline]] DAG evalSeries(DAG x) {
-  DAG result = evalFields(x, 2, 2);
-  DAG point = eval(x[1]);
-  if (point != x[1]) {
-    if (result == x) result = CopyAlg(x);
-    result[1] = point;
-  }
-  return result;
+  passWork(objectSteps);
+  return withReferences(x, [](DAG field) { return evalOperand(field); });
 }
 
 [[gnu::noinline]] DAG evalAllFields(DAG x) {

@@ -13,15 +13,20 @@
 #include "frame/long_operation.h"
 #include "library/system_functions.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/tag_facts.h"
 #include "store/check/verify.h"
 
 namespace korel {
 
 namespace {
 
+// What the walk leaves as it is.
+constexpr TagSet closedTags = numberTags | textTags | frameReferenceTags | (statementTags - TagSet{STATSEQ}) |
+                              TagSet{MEMBER, PROC, MODDEF, MODULE, RTABLE};
 
 DAG replacement(DAG equations, DAG x) {
   for (Word i = 1; i < lengthOf(equations); ++i)
@@ -31,18 +36,14 @@ DAG replacement(DAG equations, DAG x) {
 
 DAG walk(DAG equations, DAG x);
 
-DAG walkFields(DAG equations, DAG x, Word from, Word step, Word end) {
-  DAG result = x;
-  for (Word i = from; i < end; i += step) {
-    DAG value = walk(equations, x[i]);
-    if (value == x[i]) continue;
+DAG walkFields(DAG equations, DAG x, ReferenceFields fields) {
+  return withFields(x, fields, [equations](DAG field) {
+    DAG value = walk(equations, field);
     // A sequence has its place: what comes for the empty one becomes its member.
-    if (isTag(x[i], EXPSEQ) && !isTag(value, EXPSEQ)) value = simpl(new2(EXPSEQ, value));
-    if (result == x) result = CopyAlg(x);
-    result[i] = value;
-  }
-  return result;
+    return value != field && isTag(field, EXPSEQ) && !isTag(value, EXPSEQ) ? singleSequence(value) : value;
+  });
 }
+DAG walkFields(DAG equations, DAG x) { return walkFields(equations, x, {1, lengthOf(x)}); }
 
 // True when evaluation would leave a call of `head` as it is, its arguments being values.
 bool isPlainHead(DAG head) {
@@ -56,7 +57,7 @@ DAG walkCall(DAG equations, DAG x) {
     DAG known = evalextf("eval/", textOf(x[1]), simpl(new3(EXPSEQ, x, equations)));
     if (known != null) return simpl(known);
   }
-  DAG changed = walkFields(equations, x, 1, 1, 3);
+  DAG changed = walkFields(equations, x, {1, 3});
   if (changed == x) return x;
   // To quote the arguments of each level would look all through them at each.
   if (hasTag(x, FUNCTION) && isPlainHead(changed[1])) return simpl(changed);
@@ -68,13 +69,13 @@ DAG walkCall(DAG equations, DAG x) {
 }
 
 DAG walkSum(DAG equations, DAG x) {
-  DAG result = walkFields(equations, x, 1, 2, lengthOf(x));
-  return result == x ? x : simpl(result);
+  DAG result = walkFields(equations, x, {1, lengthOf(x), 2});
+  return result == x ? x : simpl(withListsAdded(result));
 }
 
 // Bases and exponents. An exponent that became symbolic leaves its place.
 DAG walkProduct(DAG equations, DAG x) {
-  DAG result = walkFields(equations, x, 1, 1, lengthOf(x));
+  DAG result = walkFields(equations, x);
   if (result == x) return x;
   for (Word i = 2, n = lengthOf(result); i < n; i += 2) {
     if (isNumeric(result[i])) continue;
@@ -106,48 +107,19 @@ DAG walkTable(DAG equations, DAG x) {
 DAG walk(DAG equations, DAG x) {
   if (DAG right = replacement(equations, x)) return right;
   if (isImmediate(x)) return x;
-  Word n = lengthOf(x);
-  switch (tagOf(x)) {
-    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case COMPLEX: case STRING:
-    case NAME: case MEMBER: case LOCAL: case PARAM: case LEXICAL: case PROC: case MODDEF:
-    case MODULE: case RTABLE:
-    case ASSIGN: case FOR: case IF: case READ: case SAVE: case STOP: case ERROR: case TRY:
-    case RETURN: case BREAK: case NEXT: case USE:
-      return x;
-    default: break;
-  }
+  if (isAmong(x, closedTags)) return x;
   checkStack();
   passWork(objectSteps);
   switch (tagOf(x)) {
     case FUNCTION: case TABLEREF: return walkCall(equations, x);
-    case DCOLON: {
-      DAG changed = walkFields(equations, x, 1, 1, 2);
-      return changed == x ? x : simpl(changed);
-    }
     case SUM: return walkSum(equations, x);
     case PROD: return walkProduct(equations, x);
     case TABLE: return walkTable(equations, x);
-    case SERIES: {
-      DAG changed = walkFields(equations, x, 2, 2, n);
-      DAG point = walk(equations, x[1]);
-      if (point != x[1]) {
-        if (changed == x) changed = CopyAlg(x);
-        changed[1] = point;
-      }
-      return changed == x ? x : simpl(changed);
-    }
-    case ZPPOLY: {
-      DAG point = walk(equations, x[1]);
-      if (point == x[1]) return x;
-      DAG changed = CopyAlg(x);
-      changed[1] = point;
-      return simpl(changed);
-    }
+    case DCOLON: case ZPPOLY: return simpl(walkFields(equations, x, {1, 2}));
+    case SERIES: return simpl(walkFields(equations, x, referenceFields(x)));
     case CATENATE: case POWER: case UNEVAL: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
-    case AND: case NOT: case OR: case EXPSEQ: case LIST: case RANGE: case SET: case STATSEQ: {
-      DAG changed = walkFields(equations, x, 1, 1, n);
-      return changed == x ? x : simpl(changed);
-    }
+    case AND: case NOT: case OR: case EXPSEQ: case LIST: case RANGE: case SET: case STATSEQ:
+      return simpl(walkFields(equations, x));
     default:
       KernelException("invalid expression (%1) in evalat", naminstall(DagIDToName(tagOf(x))));
   }

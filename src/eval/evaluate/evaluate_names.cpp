@@ -1,19 +1,21 @@
 // What stands for what: `evparloc`, `evalname`, and the one-level `mvalue`.
 
 #include "eval/evaluate/concatenation.h"
+#include "numbers/arithmetic.h"
+#include <cstring>
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/select.h"
 #include "eval/procedures/modules.h"
 #include "eval/procedures/scoping.h"
 #include "eval/simplify/simplify.h"
-#include "eval/walk/copy_on_change.h"
 #include "eval/walk/has.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
 #include "numbers/integer/integer.h"
 #include "session/driver.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/names.h"
 #include "store/object_fields.h"
 #include "store/tag_facts.h"
@@ -72,9 +74,9 @@ DAG lexicalEntry(DAG x) {
 constexpr std::int64_t fewObjects = 100, unlimited = INT64_MAX;
 std::int64_t objectsBeforeSearch = unlimited;
 
-DAG substituteFields(DAG x, Word from = 1, Word step = 1) {
+DAG substituteFields(DAG x) {
   passWork(objectSteps);
-  return withFields(x, from, step, evparloc);
+  return withFields(x, 1, 1, evparloc);
 }
 
 // A closure captures the frame: each binding that refers to it is replaced by what it stands for.
@@ -150,7 +152,7 @@ DAG evparloc(DAG x) {
       return x;
     case MEMBER:
       return evalname(x);
-    case SERIES: return substituteFirst(substituteFields(x, 2, 2), x);
+    case SERIES: return withReferences(x, evparloc);
     case ZPPOLY: return substituteFirst(x, x);
     case LOCAL: return declaredName(localEntry(x));
     case PARAM: return parameterValue(position(x));

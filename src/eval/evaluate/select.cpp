@@ -13,7 +13,7 @@
 #include "eval/structure/operands.h"
 #include "eval/structure/kinds.h"
 #include "eval/tables/tables.h"
-#include "eval/walk/copy_on_change.h"
+#include "store/copy_on_change.h"
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"

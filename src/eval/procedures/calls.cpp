@@ -19,7 +19,7 @@
 #include "eval/statements/loops.h"
 #include "eval/statements/statements.h"
 #include "eval/types/types.h"
-#include "eval/walk/copy_on_change.h"
+#include "store/copy_on_change.h"
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "frame/trace_messages.h"

@@ -2,18 +2,19 @@
 
 #include <cstring>
 
+#include "eval/simplify/bindings.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/procedures/scoping.h"
 #include "eval/simplify/bindings.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "eval/types/constant_expressions.h"
-#include "eval/walk/copy_on_change.h"
 #include "eval/walk/has.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "numbers/arithmetic.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/tag_facts.h"
@@ -103,7 +104,8 @@ DAG nameAt(DAG declarations, Word position, const char* message) {
   return declaredName(declarations[position]);
 }
 
-// The name that a position in the procedure around this one stands for.
+}  // namespace
+
 DAG nameOfReference(DAG reference, DAG outer) {
   auto n = static_cast<std::int32_t>(rawField(reference, 1));
   if (isTag(reference, LOCAL)) {
@@ -118,6 +120,8 @@ DAG nameOfReference(DAG reference, DAG outer) {
   Word pair = static_cast<Word>(n < 0 ? -n : n);
   return nameAt(lexicalsOf(outer), 2 * pair - 1, "invalid lexically scoped identifier on stack");
 }
+
+namespace {
 
 // The assigned `name`, or 0, as messages tell it; inside another procedure it may already be a position.
 DAG nameForMessages(DAG name) {
@@ -158,7 +162,7 @@ DAG captured(DAG x, DAG proc, DAG outer) {
   }
   if (!isAmong(x, capturedInside)) return x;
   checkStack();
-  return withFields(x, 1, 1, capturedPart);
+  return withReferences(x, capturedPart);
 }
 
 // The equations in force that the procedure's own names do not shadow.

@@ -15,6 +15,9 @@ namespace korel {
 DAG simplProcedure(DAG proc, DAG assignedName = DAG());
 DAG simplModuleDefinition(DAG moddef, DAG assignedName = DAG());
 
+/// The name that PARAM, LOCAL or LEXICAL `reference` stands for in the procedure or module `scope`. Errors: "invalid
+/// parameter on stack" and its likes.
+DAG nameOfReference(DAG reference, DAG scope);
 /// True when option `name` is among the options of a PROC or MODDEF.
 inline bool hasOption(DAG definition, DAG name) { return isMember(name, optionsOf(definition)); }
 

@@ -2,12 +2,13 @@
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/simplify/bindings.h"
-#include "eval/walk/copy_on_change.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/names.h"
 #include "store/object_fields.h"
+#include "store/objects.h"
 #include "store/tag_facts.h"
 #include "store/vocabulary.h"
 
@@ -46,6 +47,13 @@ Word lexicalPair(DAG proc, DAG name) {
   for (Word i = 1; i < lengthOf(table); i += 2)
     if (table[i] == name) return (i + 1) / 2;
   return 0;
+}
+
+// The right side that `bindings` have for `name`, or 0.
+DAG replacementOf(DAG name, DAG bindings) {
+  for (Word i = 1; i < lengthOf(bindings); ++i)
+    if (bindings[i][1] == name) return bindings[i][2];
+  return DAG();
 }
 
 // The LEXICAL for pair `k`, which holds `binding`.
@@ -146,7 +154,7 @@ void ScopeVariables(DAG x, DAG proc) {
       for (Word i = 2; i < n; i += 2) ScopeVariables(x[i], proc);
       return;
     case USE: {
-      DAG bindings = x[1];
+      DAG bindings = asSequence(x[1]);
       for (Word i = 1; i < lengthOf(bindings); ++i)
         ScopeVariables(isTag(bindings[i], EQUATION) ? bindings[i][2] : bindings[i], proc);
       ScopeVariables(x[2], proc);
@@ -159,13 +167,6 @@ void ScopeVariables(DAG x, DAG proc) {
 }
 
 namespace {
-
-// What the binding equations put in the place of `name`, or 0.
-DAG replacementOf(DAG name, DAG bindings) {
-  for (Word i = 1; i < lengthOf(bindings); ++i)
-    if (bindings[i][1] == name) return bindings[i][2];
-  return DAG();
-}
 
 void implicitLocal(DAG name, DAG proc, DAG nameForMessages, DAG bindings) {
   if (!isName(name) || replacementOf(name, bindings)) return;
@@ -192,14 +193,13 @@ void assignedTarget(DAG target, DAG proc, DAG nameForMessages, DAG bindings) {
   implicitLocal(target, proc, nameForMessages, bindings);
 }
 
-// The binding equations of a `use`, in front of those in force.
-DAG joinBindings(DAG own, DAG outer) {
-  DAG joined = newl2(lengthOf(own) + lengthOf(outer) - 1, EXPSEQ);
+// Equations for the names that a `use` binds, in front of those in force. Only their left sides count.
+DAG joinBindings(DAG list, DAG outer) {
+  DAG names = boundNames(list);
+  DAG joined = newl2(lengthOf(names) + lengthOf(outer) - 1, EXPSEQ);
   Word at = 1;
-  for (Word i = 1; i < lengthOf(own); ++i)
-    if (isTag(own[i], EQUATION)) joined[at++] = own[i];
+  for (Word i = 1; i < lengthOf(names); ++i) joined[at++] = new3(EQUATION, names[i], names[i]);
   for (Word i = 1; i < lengthOf(outer); ++i) joined[at++] = outer[i];
-  if (at != lengthOf(joined)) shorten(joined, lengthOf(joined), at);
   return joined;
 }
 
@@ -283,10 +283,9 @@ DAG replaceInInner(DAG x, DAG proc, DAG bindings) {
 
 DAG simplfnc(DAG x, DAG proc, DAG bindings) {
   if (!x || isImmediate(x)) return x;
-  Word n = lengthOf(x);
+  ReferenceFields fields = referenceFields(x);
   Tag tag = tagOf(x);
   if (nameless.contains(tag)) return x;
-  Word from = 1, step = 1;
   switch (tag) {
     case NAME: return positionOfName(x, proc, bindings);
     case LOCAL: case PARAM: case LEXICAL:
@@ -295,28 +294,28 @@ DAG simplfnc(DAG x, DAG proc, DAG bindings) {
     case PROC: case MODDEF:
       if (isSimplified(x)) return x;
       return replaceInInner(x, proc, bindings);
-    case MEMBER: n = 2; break;
-    case SERIES: from = 2; step = 2; break;
-    case ZPPOLY: n = 2; break;
+    case MEMBER: case ZPPOLY: fields.end = 2; break;
     case USE: {
       // The statements wait for the bindings, which come before declared names (`simplUse`).
       DAG copy = CopyAlg(x);
-      copy[1] = withRightSides(x[1], EQUATION, [&](DAG right) { return simplfnc(right, proc, bindings); });
+      DAG own = isTag(x[1], EXPSEQ) ? CopyAlg(x[1]) : new2(EXPSEQ, x[1]);
+      for (Word i = 1; i < lengthOf(own); ++i) {
+        if (!isTag(own[i], EQUATION)) {
+          // What a bound name means is settled when the list is expanded.
+          if (!isTag(own[i], NAME) || !replacementOf(own[i], bindings)) own[i] = simplfnc(own[i], proc, bindings);
+          continue;
+        }
+        DAG equation = CopyAlg(own[i]);
+        equation[2] = simplfnc(equation[2], proc, bindings);
+        own[i] = equation;
+      }
+      copy[1] = own;
       return copy;
     }
     default: break;
   }
   checkStack();
-  DAG result = x;
-  auto replace = [&](Word i) {
-    DAG value = simplfnc(x[i], proc, bindings);
-    if (value == x[i]) return;
-    if (result == x) result = CopyAlg(x);
-    result[i] = value;
-  };
-  if (tag == SERIES) replace(1);
-  for (Word i = from; i < n; i += step) replace(i);
-  return result;
+  return withFields(x, fields, [&](DAG field) { return simplfnc(field, proc, bindings); });
 }
 
 }  // namespace korel

@@ -15,7 +15,6 @@ namespace korel {
 
 namespace {
 
-
 Word aliasCount() { return lengthOf(AliasToKorel) - 1; }
 
 bool isImaginaryUnit(DAG x) {

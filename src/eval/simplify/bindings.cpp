@@ -2,6 +2,7 @@
 
 #include "eval/evaluate/evaluate.h"
 #include "eval/procedures/modules.h"
+#include "eval/procedures/procedures.h"
 #include "eval/procedures/scoping.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
@@ -9,6 +10,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/tag_facts.h"
 
 namespace korel {
 
@@ -44,47 +46,71 @@ void restoreUseChain(const char*) {
   useSimplStack = reinterpret_cast<UseGuard*>(errorProcParam)->chain;
 }
 
+// ---- the entries of a binding list
+
+DAG textName(DAG member) { return naminstall(textOf(declaredName(member))); }
+
+// The left side of a binding stands for itself, whatever it is bound to outside.
+DAG bindingEquation(DAG name, DAG value) { return SimplifyMaybeBind(new3(EQUATION, name, value), false); }
+
 DAG memberEquation(DAG module, DAG member) {
-  DAG name = naminstall(textOf(member));
-  return simpl(new3(EQUATION, name, simpl(new3(MEMBER, module, member))));
+  return bindingEquation(textName(member), simpl(new3(MEMBER, module, declaredName(member))));
 }
 
-DAG plainName(DAG declaration) { return isTag(declaration, DCOLON) ? declaration[1] : declaration; }
-
-// How many equations one entry of a binding list stands for.
-Word bindingCount(DAG entry, bool modules) {
-  DAG module = isTag(entry, NAME) && modules ? entry[1] : entry;
-  if (!module || !isTag(module, MODULE)) return 1;
-  Word count = lengthOf(module[1]) - 1;
-  if (count != 0) return count;
-  if (isTag(entry, NAME)) KernelException("module `%1` has no exports", entry);
-  KernelException("module has no exports");
+// A name that is bound outside means what it is bound to, a member the variable of its module.
+DAG meaningOf(DAG entry) {
+  DAG bound = isTag(entry, NAME) ? lookupBinding(entry) : DAG();
+  if (!bound) return entry;
+  DAG variable = isTag(bound, MEMBER) && isTag(bound[1], MODULE) ? exportInstance(bound[1], bound[2]) : DAG();
+  return variable ? variable : bound;
 }
 
-void expandEntry(DAG entry, bool modules, DAG out, Word& at) {
-  DAG module = isTag(entry, NAME) && modules ? entry[1] : entry;
-  if (module && isTag(module, MODULE)) {
+// The binding list of a `use` or of `bind`, its entries as they are meant.
+struct BindingList {
+  DAG entries;          // EXPSEQ
+  bool modules = true;  // names of modules stand for all of their exports
+
+  explicit BindingList(DAG list) {
+    Word n = isTag(list, EXPSEQ) ? lengthOf(list) : 2;
+    auto entry = [&](Word i) { return isTag(list, EXPSEQ) ? list[i] : list; };
+    if (n > 1 && entry(n - 1) == naminstall("no_modules")) {
+      modules = false;
+      --n;
+    }
+    entries = newl2(n, EXPSEQ);
+    for (Word i = 1; i < n; ++i) entries[i] = meaningOf(entry(i));
+  }
+  // The module that `entry` stands for, or 0.
+  DAG moduleOf(DAG entry) const {
+    DAG module = isTag(entry, NAME) && modules ? entry[1] : entry;
+    return module && isTag(module, MODULE) ? module : DAG();
+  }
+};
+
+void checkEntry(const BindingList& list, DAG entry) {
+  if (DAG module = list.moduleOf(entry)) {
+    if (lengthOf(module[1]) > 1) return;
+    if (isTag(entry, NAME)) KernelException("module `%1` has no exports", entry);
+    KernelException("module has no exports");
+  }
+  if (isTag(entry, MEMBER) || (isTag(entry, EQUATION) && isTag(entry[1], NAME))) return;
+  const bool isVariable = isAmong(entry, frameReferenceTags) && procSimplStack != nullptr;
+  if (isTag(entry, NAME) ? !ModuleNameAttr(entry[2]) : isVariable)
+    KernelException("`%1` is not a module or member",
+                    isVariable ? nameOfReference(entry, procSimplStack->procedure) : entry);
+  if (!isTag(entry, NAME)) KernelException("name expected on left hand side of binding");
+}
+
+void appendEquations(const BindingList& list, DAG entry, DAG out, Word& at) {
+  if (DAG module = list.moduleOf(entry)) {
     DAG exports = module[1];
-    for (Word i = 1; i < lengthOf(exports); ++i)
-      out[at++] = memberEquation(module, plainName(exports[i]));
+    for (Word i = 1; i < lengthOf(exports); ++i) out[at++] = memberEquation(module, exports[i]);
   } else if (isTag(entry, NAME)) {
-    DAG owner = ModuleNameAttr(entry[2]);
-    if (!owner) KernelException("`%1` is not a module or member", entry);
-    out[at++] = memberEquation(owner, entry);
+    out[at++] = memberEquation(ModuleNameAttr(entry[2]), entry);
   } else if (isTag(entry, MEMBER)) {
-    DAG name = naminstall(textOf(plainName(entry[2])));
-    out[at++] = simpl(new3(EQUATION, name, simpl(entry)));
-  } else if (isTag(entry, EQUATION)) {
-    if (!isTag(entry[1], NAME)) KernelException("name expected on left hand side of binding");
-    DAG equation = CopyAlg(entry);
-    equation[2] = simpl(equation[2]);
-    // Entered without its left side being bound in turn.
-    bool before = bindingsEnabled;
-    bindingsEnabled = false;
-    out[at++] = simpl(equation);
-    bindingsEnabled = before;
+    out[at++] = bindingEquation(textName(entry[2]), simpl(entry));
   } else {
-    KernelException("name expected on left hand side of binding");
+    out[at++] = bindingEquation(entry[1], simpl(entry[2]));
   }
 }
 
@@ -160,21 +186,39 @@ void CleanUpSimplifier() {
   bindingsEnabled = false;
 }
 
-DAG expandBindings(DAG list) {
-  Word n = isTag(list, EXPSEQ) ? lengthOf(list) : 2;
-  DAG entries = isTag(list, EXPSEQ) ? list : new2(EXPSEQ, list);
-  bool modules = true;
-  if (n > 1 && isTag(entries[n - 1], NAME) && entries[n - 1] == naminstall("no_modules")) {
-    modules = false;
-    --n;
-  }
+DAG expandBindings(DAG source) {
+  const BindingList list(source);
   std::int64_t total = 0;
-  for (Word i = 1; i < n; ++i) total += bindingCount(entries[i], modules);
+  for (Word i = 1; i < lengthOf(list.entries); ++i) {
+    checkEntry(list, list.entries[i]);
+    DAG module = list.moduleOf(list.entries[i]);
+    total += module ? lengthOf(module[1]) - 1 : 1;
+  }
   if (total == 0) KernelException("no bindings were specified or implied");
   DAG out = newl2(static_cast<Word>(total + 1), EXPSEQ);
   Word at = 1;
-  for (Word i = 1; i < n; ++i) expandEntry(entries[i], modules, out, at);
+  for (Word i = 1; i < lengthOf(list.entries); ++i) appendEquations(list, list.entries[i], out, at);
   return out;
+}
+
+DAG boundNames(DAG source) {
+  const BindingList list(source);
+  DAG names = newl2(1, EXPSEQ);
+  auto add = [&](DAG name) {
+    names = enlarge(names, 1);
+    names[lengthOf(names) - 1] = name;
+  };
+  for (Word i = 1; i < lengthOf(list.entries); ++i) {
+    DAG entry = list.entries[i];
+    if (DAG module = list.moduleOf(entry)) {
+      for (Word k = 1; k < lengthOf(module[1]); ++k) add(textName(module[1][k]));
+    } else if (isTag(entry, EQUATION)) {
+      add(entry[1]);
+    } else if (isTag(entry, MEMBER) || isTag(entry, NAME)) {
+      add(textName(isTag(entry, MEMBER) ? entry[2] : entry));
+    }
+  }
+  return names;
 }
 
 DAG simplUse(DAG s) {

@@ -32,6 +32,8 @@ DAG callBinding(DAG function, DAG a, DAG b);
 
 /// Turns the binding list of a `use` into an EXPSEQ of equations. Errors as documented in the source.
 DAG expandBindings(DAG list);
+/// The names that the binding list of a `use` binds, an EXPSEQ; raises no error, whatever stands in the list.
+DAG boundNames(DAG list);
 /// Simplified arguments of the raw call of `bind` or `unbind`: the names that are to be bound, or no longer,
 /// stand for themselves.
 DAG simplBindingArguments(DAG call);

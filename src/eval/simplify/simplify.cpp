@@ -16,6 +16,9 @@
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/reference_fields.h"
+#include "store/tag_facts.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -103,12 +106,10 @@ bool simplifyOperands(DAG s, Word from) {
   return changed;
 }
 
-bool isSpliced(DAG member) { return isObject(member) && hasTag(member, EXPSEQ); }
-
 // A sequence: members simplified, nested sequences spliced in their place.
 DAG simplSequence(DAG s, Word key) {
   Word n = lengthOf(s);
-  if (n == 2 && s[1] && isSpliced(s[1])) return simpl(s[1]);
+  if (n == 2 && s[1] && isSequence(s[1])) return simpl(s[1]);
   bool changed = false;
   std::int64_t total = 1;
   bool nested = false;
@@ -125,7 +126,7 @@ DAG simplSequence(DAG s, Word key) {
         changed = true;
       }
     }
-    if (isSpliced(member)) {
+    if (isSequence(member)) {
       nested = true;
       total += lengthOf(member) - 1;
     } else {
@@ -140,7 +141,7 @@ DAG simplSequence(DAG s, Word key) {
   for (Word i = 1; i < n; ++i) {
     DAG member = s[i];
     if (!member) continue;
-    if (isSpliced(member)) {
+    if (isSequence(member)) {
       for (Word k = 1, m = lengthOf(member); k < m; ++k) flat[at++] = member[k];
     } else {
       flat[at++] = member;
@@ -153,9 +154,8 @@ DAG simplSequence(DAG s, Word key) {
 DAG simplComplex(DAG s) {
   simplifyOperands(s, 1);
   if (lengthOf(s) == 3) {
-    auto isFloat = [](DAG x) { return isObject(x) && (hasTag(x, FLOAT) || hasTag(x, HFLOAT)); };
-    if (isFloat(s[1]) != isFloat(s[2])) {
-      Word exact = isFloat(s[1]) ? 2 : 1;
+    if (isFloatNumber(s[1]) != isFloatNumber(s[2])) {
+      Word exact = isFloatNumber(s[1]) ? 2 : 1;
       s[exact] = simpl(evalf(s[exact]));
     }
   }
@@ -178,26 +178,15 @@ DAG simplLessEqual(DAG s) {
 
 // ---- statements
 
-bool isAssignable(DAG x) {
-  if (isImmediate(x)) return false;
-  switch (tagOf(x)) {
-    case NAME: case MEMBER: case TABLEREF: case CATENATE: case FUNCTION:
-    case LOCAL: case PARAM: case LEXICAL:
-      return true;
-    // A typed target is reduced when it is assigned.
-    case DCOLON:
-      return true;
-    default:
-      return false;
-  }
-}
+// A typed target is reduced when it is assigned.
+constexpr TagSet assignableTags = frameReferenceTags | TagSet{NAME, MEMBER, TABLEREF, CATENATE, FUNCTION, DCOLON};
 
 DAG simplAssign(DAG s) {
   DAG left = s[1];
-  if (isObject(left) && hasTag(left, EXPSEQ)) {
+  if (isSequence(left)) {
     for (Word i = 1; i < lengthOf(left); ++i)
-      if (!isAssignable(left[i])) KernelException("invalid left hand side of multiple assignment");
-  } else if (!isAssignable(left)) {
+      if (!isAmong(left[i], assignableTags)) KernelException("invalid left hand side of multiple assignment");
+  } else if (!isAmong(left, assignableTags)) {
     KernelException("invalid left hand side of assignment");
   }
   s[1] = simpl(left);
@@ -224,15 +213,13 @@ DAG simplIf(DAG s) {
   }
 }
 
-bool isExactReal(DAG x) { return isRationalNumber(x); }
-
 // A counted loop without a variable whose bounds are known may fold to nothing or to its body.
 DAG simplFor(DAG s) {
   simplifyOperands(s, 1);
   if (lengthOf(s) == 7 && s[1] == null) {
     DAG from = s[2], by = s[3], to = s[4], condition = s[5];
     if (condition == ini("false") || condition == ini("FAIL")) return null;
-    if (isExactReal(from) && isExactReal(by) && isExactReal(to)) {
+    if (isRationalNumber(from) && isRationalNumber(by) && isRationalNumber(to)) {
       int order = compcon(from, to);
       if (consneg(by) ? order < 0 : !isZero(by) && order > 0) return null;
       if (!isZero(by) && order == 0 && condition == ini("true") && !hasbrnext(s[6])) return s[6];
@@ -241,7 +228,7 @@ DAG simplFor(DAG s) {
   return markSimplified(s);
 }
 
-// True when catch strings `a` would take every message that `b` names.
+// No catch string takes every message that a later one names.
 void checkCatchOrder(DAG s) {
   Word n = lengthOf(s);
   Word clauses = (n - 2) / 2;
@@ -251,10 +238,8 @@ void checkCatchOrder(DAG s) {
       if (earlier == null) KernelException("catch-all hides later catch clauses");
       DAG later = s[2 + 2 * j];
       if (later == null) continue;
-      DAG single[1] = {later};
-      const DAG* items = hasTag(later, EXPSEQ) ? &later[1] : single;
-      Word count = hasTag(later, EXPSEQ) ? lengthOf(later) - 1 : 1;
-      for (Word k = 0; k < count; ++k)
+      DAG items = asSequence(later);
+      for (Word k = 1; k < lengthOf(items); ++k)
         if (CatchPrefix(earlier, items[k]))
           KernelException("duplicate catch of \"%1\" in try statement", items[k]);
     }
@@ -263,7 +248,7 @@ void checkCatchOrder(DAG s) {
 
 // Each statement of a trapped sequence by itself, so that those before a failing one still run.
 DAG simplifyTrappedBody(DAG body) {
-  if (isObject(body) && hasTag(body, STATSEQ) && !isSimplified(body))
+  if (isTag(body, STATSEQ) && !isSimplified(body))
     for (Word i = 1; i < lengthOf(body); ++i) body[i] = simplifyUnderTrap(body[i]);
   return simplifyUnderTrap(body);
 }
@@ -285,7 +270,7 @@ DAG simplStatements(DAG s) {
     s[i] = statement;
     if (statement == null) {
       reshape = true;
-    } else if (isObject(statement) && hasTag(statement, STATSEQ)) {
+    } else if (isTag(statement, STATSEQ)) {
       reshape = true;
       count += lengthOf(statement) - 1;
     } else {
@@ -300,7 +285,7 @@ DAG simplStatements(DAG s) {
   for (Word i = 1; i < n; ++i) {
     DAG statement = s[i];
     if (statement == null) continue;
-    if (isObject(statement) && hasTag(statement, STATSEQ)) {
+    if (isTag(statement, STATSEQ)) {
       for (Word k = 1; k < lengthOf(statement); ++k) flat[at++] = statement[k];
     } else {
       flat[at++] = statement;
@@ -312,8 +297,8 @@ DAG simplStatements(DAG s) {
 
 // A ZPPOLY's coefficients are raw numbers in the small form, references otherwise.
 DAG simplModularPolynomial(DAG s) {
-  bool severalVariables = isObject(s[1]) && hasTag(s[1], EXPSEQ);
-  bool small = !severalVariables && isImmediate(s[2]) && immediateValue(s[2]) < 46328;
+  bool severalVariables = isSequence(s[1]);
+  bool small = !severalVariables && isImmediate(s[2]) && immediateValue(s[2]) <= largestRawModulus;
   if (small) {
     s[1] = simpl(s[1]);
     s[2] = simpl(s[2]);
@@ -340,7 +325,7 @@ namespace {
 DAG errorCall() {
   DAG value = ini("lasterror")[1], exception = ini("lastexception")[1];
   const bool ofKernel = value == exception[2] && lengthOf(exception) > 3;
-  DAG arguments = ofKernel ? copydel(exception, 0, 1) : isSpliced(value) ? CopyAlg(value) : new2(EXPSEQ, value);
+  DAG arguments = ofKernel ? copydel(exception, 0, 1) : isSequence(value) ? CopyAlg(value) : new2(EXPSEQ, value);
   for (Word i = 2; i < lengthOf(arguments); ++i)
     if (!isImmediate(arguments[i])) arguments[i] = new2(UNEVAL, arguments[i]);
   return ofKernel ? new4(FUNCTION, ini("ERROR"), arguments, ini("builtin")) : new3(FUNCTION, ini("ERROR"), arguments);
@@ -378,7 +363,7 @@ DAG makeUnique(DAG s) {
 }
 
 DAG singleSequence(DAG member) {
-  if (bindingsEnabled || !isSimplified(member) || isSpliced(member)) return simpl(new2(EXPSEQ, member));
+  if (bindingsEnabled || !isSimplified(member) || isSequence(member)) return simpl(new2(EXPSEQ, member));
   // The key that `hashalg` would give, and a search without an object to search for.
   Word key = member.word + 1027 * static_cast<Word>(tagNumber(EXPSEQ));
   if (key == 0) key = 1;

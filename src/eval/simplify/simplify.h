@@ -27,6 +27,9 @@ void prefetchUnique(DAG s);
 DAG singleSequence(DAG member);
 /// `simpl` with name bindings on or off, put back on the way out.
 DAG SimplifyMaybeBind(DAG x, bool bind);
+/// A SUM of evaluated terms with all its lists added into the first, not simplified; other objects as they are. The
+/// simplifier leaves lists apart that may evaluate to longer ones.
+DAG withListsAdded(DAG sum);
 /// Drops active bindings, as after an error.
 void ResetSimplifier();
 void CleanUpSimplifier();

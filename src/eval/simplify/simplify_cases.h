@@ -31,6 +31,8 @@ DAG simplUse(DAG s);
 inline bool isSettled(DAG x) {
   return isSimplified(x) && (!bindingsEnabled || isImmediate(x) || !hasTag(x, NAME));
 }
+/// A number, complex or not, that is neither infinite nor undefined.
+inline bool isFiniteNumber(DAG x) { return (isNumeric(x) || hasTag(x, COMPLEX)) && !isInfinite(x) && !isUndefined(x); }
 /// Simplifies fields `from`.. of `s` in place.
 void simplifyFields(DAG s, Word from = 1);
 /// A fresh object of the tag of `s` with its fields simplified, and pairs with coefficient 0 left out: a SUM or

@@ -26,15 +26,13 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/tag_facts.h"
 #include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isFiniteNumber(DAG x) {
-  return (isNumeric(x) || hasTag(x, COMPLEX)) && !isInfinite(x) && !isUndefined(x);
-}
 bool isSpecialName(DAG x) {
   return x == ini("infinity") || x == consminf || x == ini("undefined");
 }
@@ -42,10 +40,7 @@ bool isSpecialName(DAG x) {
 // What no constructor takes: strings, and everything behind the algebraic objects, but for the
 // references of a procedure's body, whose values are not known yet.
 bool isInvalidOperand(DAG x) {
-  if (isImmediate(x)) return false;
-  Tag tag = tagOf(x);
-  if (tag == LOCAL || tag == PARAM || tag == LEXICAL) return false;
-  return tag == STRING || tag > UNEVAL;
+  return !isAmong(x, algebraicTags | frameReferenceTags);
 }
 
 DAG finishCall(DAG s) { return makeUnique(s); }

@@ -17,12 +17,18 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/tag_facts.h"
 #include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
+constexpr TagSet exponentTags = frameReferenceTags | TagSet{COMPLEX, NAME, MEMBER, TABLEREF, DCOLON, CATENATE, POWER,
+                                                            PROD, SERIES, SUM, FUNCTION, UNEVAL, PROC, RTABLE, MODDEF,
+                                                            MODULE, ZPPOLY};
+constexpr TagSet baseTags =
+    (exponentTags - TagSet{ZPPOLY}) | rationalTags | TagSet{FLOAT, LIST, SET, TABLE};
 
 DAG libraryPower(DAG base, DAG exponent) {
   return simpl(evalsysf("evalf/", "power", simpl(new3(EXPSEQ, base, exponent))));
@@ -175,29 +181,13 @@ DAG simplPower(DAG s) {
     if (isZero(base)) return zeroToComplexPower(base, exponent);
     return makeUnique(s);
   }
-  switch (tagOf(base)) {
-    case INTNEG: case INTPOS: case RATIONAL:
-      if (base == cons1 && !isFloatNumber(exponent)) return cons1;
-      break;
-    case FLOAT: case COMPLEX: case NAME: case SUM: case MEMBER: case TABLEREF: case DCOLON:
-    case CATENATE: case POWER: case PROD: case SERIES: case FUNCTION: case UNEVAL: case LIST:
-    case LOCAL: case PARAM: case LEXICAL: case PROC: case SET: case TABLE: case RTABLE: case MODDEF:
-    case MODULE:
-      break;
-    default:
-      KernelException("non-algebraic base in a power");
+  if (base == cons1 && !isFloatNumber(exponent)) return cons1;
+  if (!isAmong(base, baseTags)) KernelException("non-algebraic base in a power");
+  if (isNumeric(exponent)) {
+    setHeader(s, PROD, 3);
+    return simplProduct(s);
   }
-  switch (tagOf(exponent)) {
-    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT:
-      setHeader(s, PROD, 3);
-      return simplProduct(s);
-    case COMPLEX: case NAME: case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case POWER:
-    case PROD: case SERIES: case SUM: case FUNCTION: case UNEVAL: case LOCAL: case PARAM:
-    case LEXICAL: case PROC: case RTABLE: case MODDEF: case MODULE: case ZPPOLY:
-      break;
-    default:
-      KernelException("non-algebraic exponent");
-  }
+  if (!isAmong(exponent, exponentTags)) KernelException("non-algebraic exponent");
   // The power of a fraction is a quotient of powers.
   if (isTag(base, RATIONAL)) {
     DAG lower = simpl(new3(POWER, base[2], simpl(new3(SUM, exponent, consm1))));

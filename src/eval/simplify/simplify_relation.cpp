@@ -8,16 +8,12 @@
 #include "eval/simplify/simplify_cases.h"
 #include "store/constants.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 #include "eval/structure/sets.h"
 
 namespace korel {
 
 namespace {
-
-
-bool isFiniteNumber(DAG x) {
-  return (isNumeric(x) || hasTag(x, COMPLEX)) && !isInfinite(x) && !isUndefined(x);
-}
 
 // First term of a SUM that is a finite number, or 0.
 DAG numericTerm(DAG sum) {
@@ -37,7 +33,7 @@ void moveNumbers(DAG s) {
   if (!movable) return;
   if (!sum) {
     s[2] = difference(b, a);
-    s[1] = isTag(a, FLOAT) || isTag(a, HFLOAT) ? consf0 : cons0;
+    s[1] = isFloatNumber(a) ? consf0 : cons0;
     return;
   }
   while (isTag(a, SUM)) {

@@ -18,6 +18,7 @@
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
+#include "eval/simplify/sum_steps.h"
 #include "eval/simplify/unique_pairs.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
@@ -37,7 +38,6 @@ namespace {
 
 // From this many words on, terms are sorted to find equal ones; below, each is compared with all.
 constexpr Word sortFromLength = 51;
-
 
 // ---- operators bound by `use`
 
@@ -128,35 +128,6 @@ DAG spliceNestedSums(DAG s) {
   return flat;
 }
 
-// A COMPLEX among the terms absorbs every other numeric term; what is absorbed gets coefficient 0. True when the
-// imaginary parts cancel and leave an infinity, or `undefined`.
-bool combineComplexTerms(DAG s) {
-  Word n = pairCount(s);
-  Pair* p = pairsOf(s);
-  Word first = 0;
-  while (first < n && !isTag(p[first].term, COMPLEX)) ++first;
-  if (first == n) return false;
-  DAG folded = simpl(mul(p[first].term, p[first].coefficient));
-  for (Word i = 0; i < n; ++i) {
-    DAG term = p[i].term;
-    if (i == first || !(isNumber(term) || isInfinite(term) || isUndefined(term))) continue;
-    DAG other = simpl(mul(term, p[i].coefficient));
-    p[i] = {cons0, cons0};
-    if (isTag(folded, COMPLEX) && lengthOf(folded) == 2 && isNumeric(other)) {
-      DAG imaginary = folded[1];
-      if (isFloatNumber(imaginary) != isFloatNumber(other)) {
-        if (isFloatNumber(imaginary)) other = simpl(evalf(other));
-        else imaginary = simpl(evalf(imaginary));
-      }
-      folded = isImmediate(other) && isZero(other) ? folded : simpl(new3(COMPLEX, other, imaginary));
-    } else {
-      folded = simpl(add(folded, other));
-    }
-  }
-  p[first] = folded == consminf ? Pair{ini("infinity"), consm1} : Pair{folded, cons1};
-  return !isNumber(folded);
-}
-
 // A relation among the terms: the library adds relations side by side. In the body of a procedure the sum
 // waits for the values of its parameters and locals.
 DAG sumOfRelations(DAG s) {
@@ -164,23 +135,6 @@ DAG sumOfRelations(DAG s) {
   DAG sequence = newl2(lengthOf(s), EXPSEQ);
   for (Word i = 1; i < lengthOf(s); ++i) sequence[i] = simpl(s[i]);
   return simpl(evalsysf("simpl/", "relopsum", simpl(eval(simpl(sequence)))));
-}
-
-// Infinite or undefined: two comparisons for a name, none for most other bases.
-inline bool isSpecial(DAG base) {
-  switch (tagOf(base)) {
-    case NAME: return base == ini("infinity") || base == ini("undefined");
-    case FLOAT: case HFLOAT: case COMPLEX: case SUM: return isInfinite(base) || isUndefined(base);
-    default: return false;
-  }
-}
-
-// What a coefficient other than 0 comes to before the PROD `product`: beside an infinite factor its sign.
-DAG coefficientBefore(DAG product, DAG coefficient) {
-  if (!isNumeric(coefficient) || isZero(coefficient)) return coefficient;
-  for (Word i = 1, n = lengthOf(product); i < n; i += 2)
-    if (isSpecial(product[i])) return consneg(coefficient) ? consm1 : cons1;
-  return coefficient;
 }
 
 // One COMPLEX factor in front of a PROD takes the coefficient in.
@@ -254,102 +208,15 @@ NumberFold foldNumbers(DAG s, DAG original) {
   return fold;
 }
 
-// The sum `s` with `undefined` in place of its infinite terms `i` and `k`.
-DAG undefinedInPlaceOf(DAG s, Word i, Word k) {
-  DAG copied = CopyAlg(s);
-  pairsOf(copied)[i] = {ini("undefined"), cons1};
-  pairsOf(copied)[k] = {cons0, cons0};
-  return simpl(copied);
-}
-
-// Infinities and `undefined` among the terms: all of one sign merge, of both signs there is no value. Beside
-// what is left numbers vanish, and beside `undefined` infinities do. Gives the result when that ends the sum.
-DAG mergeInfinities(DAG s) {
-  Pair* p = pairsOf(s);
-  Word n = pairCount(s);
-  Word infinite = n, undefined = n;
-  for (Word i = 0; i < n; ++i) {
-    if (p[i].term == ini("undefined")) {
-      if (undefined != n) return ini("undefined");
-      undefined = i;
-      p[i].coefficient = cons1;
-    }
-    if (p[i].term != ini("infinity") || isZero(p[i].coefficient)) continue;
-    DAG sign = consneg(p[i].coefficient) ? consm1 : cons1;
-    if (infinite == n) {
-      infinite = i;
-      p[i].coefficient = sign;
-    } else if (p[infinite].coefficient == sign) {
-      p[i] = {cons0, cons0};
-    } else {
-      DAG a = simpl(new3(SUM, ini("infinity"), p[infinite].coefficient));
-      DAG b = simpl(new3(SUM, ini("infinity"), sign));
-      DAG standard = undefinedInPlaceOf(s, infinite, i);
-      // A handler answers with its own kind of number for a number; for a sum with what it likes.
-      return TriggerNumericEvent(invalidOperation, naminstall("-"), a, b, standard, isUndefined(standard));
-    }
-  }
-  const Word kept = undefined != n ? undefined : infinite;
-  if (kept == n) return DAG();
-  for (Word i = 0; i < n; ++i)
-    if (i != kept && (isNumeric(p[i].term) || isSpecial(p[i].term))) p[i] = {cons0, cons0};
-  return DAG();
-}
-
-// What stands behind the complex head of each term, one object whatever the order of its factors; 0 for other terms.
-DAG complexTails(DAG s) {
-  const Word n = pairCount(s);
-  DAG tails = newl2(n + 1, EXPSEQ);
-  for (Word i = 0; i < n; ++i) {
-    Pair pair = pairsOf(s)[i];
-    tails[i + 1] = DAG();
-    if (!isTag(pair.term, PROD) || pair.coefficient == cons0) continue;
-    const Pair* factors = pairsOf(pair.term);
-    if (!isTag(factors[0].term, COMPLEX) || factors[0].coefficient != cons1) continue;
-    const Word count = pairCount(pair.term) - 1;
-    tails[i + 1] = count == 1 && factors[1].coefficient == cons1 ? factors[1].term
-                                                                 : uniquePairs(PROD, factors + 1, count);
-  }
-  return tails;
-}
-
-// Terms headed by a COMPLEX that agree in all other factors add their heads into the first of them.
-bool mergeComplexHeads(DAG s) {
-  const Word n = pairCount(s);
-  Pair* p = pairsOf(s);
-  DAG tails = complexTails(s), totals = newl2(n + 1, EXPSEQ);
-  DAG firsts = firstOccurrences(&tails[1], n, 1);
-  bool changed = false;
-  for (Word i = 0; i < n; ++i) {
-    totals[i + 1] = DAG();
-    if (!tails[i + 1]) continue;
-    const Word first = static_cast<Word>(immediateValue(firsts[i + 1]));
-    DAG head = simpl(mul(p[i].term[1], p[i].coefficient));
-    if (first == i) {
-      totals[i + 1] = head;
-      continue;
-    }
-    totals[first + 1] = simpl(add(totals[first + 1], head));
-    p[i] = {cons0, cons0};
-    changed = true;
-  }
-  for (Word i = 0; changed && i < n; ++i) {
-    if (!totals[i + 1]) continue;
-    DAG merged = CopyAlg(p[i].term);
-    merged[1] = totals[i + 1];
-    p[i] = {simpl(merged), cons1};
-  }
-  return changed;
-}
-
 // ---- equal terms
 
 std::uint32_t orderOf(const Pair& pair) { return pair.term.word ^ 0x80000000u; }
 
 // Stable sort of pairs by the bits of their order that vary, from the lowest up, a digit of `width` bits at a
 // time (Knuth, vol. 3, 5.2.5, algorithm R). Terms stand near each other, so that two digits do for most sums.
-// False when there is no room for the copy.
-bool radixSort(Pair* pairs, Word n, std::uint32_t varying) {
+// False when there is no room for the copy. The loops stand on whole lines: elsewhere they cost a tenth more
+// (bench/simplify_bench.cpp).
+[[gnu::aligned(64)]] bool radixSort(Pair* pairs, Word n, std::uint32_t varying) {
   constexpr int mostDigitBits = 11;
   Pair* copy = static_cast<Pair*>(std::malloc(n * sizeof(Pair)));
   if (copy == nullptr) return false;
@@ -389,8 +256,9 @@ bool sortByTerm(Pair* pairs, Word n) {
 }
 
 // Equal terms add their coefficients into the first of them; the others get coefficient 0. `products` tells
-// whether any term is a PROD.
-void collectEqualTerms(DAG s, bool products) {
+// whether any term is a PROD. Out of line, so that the comparisons have the registers for themselves
+// (bench/simplify_bench.cpp).
+[[gnu::noinline, gnu::aligned(64)]] void collectEqualTerms(DAG s, bool products) {
   auto addCoefficients = [products](DAG term, DAG a, DAG b) {
     DAG sum = add(a, b);
     return products && isTag(term, PROD) ? coefficientBefore(term, sum) : sum;
@@ -413,73 +281,16 @@ void collectEqualTerms(DAG s, bool products) {
     }
     return;
   }
-  for (Word i = 0; i + 1 < n; ++i) {
-    if (p[i].coefficient == cons0) continue;
-    for (Word k = n - 1; k > i; --k)
-      if (p[k].term == p[i].term && p[k].coefficient != cons0) {
-        p[i].coefficient = addCoefficients(p[i].term, p[i].coefficient, p[k].coefficient);
-        p[k] = {cons0, cons0};
+  Pair* const end = p + n;
+  for (Pair* first = p; first + 1 < end; ++first) {
+    if (first->coefficient == cons0) continue;
+    const DAG term = first->term;
+    for (Pair* other = end - 1; other != first; --other)
+      if (other->term == term && other->coefficient != cons0) {
+        first->coefficient = addCoefficients(term, first->coefficient, other->coefficient);
+        *other = {cons0, cons0};
       }
   }
-}
-
-// True for a list that takes its coefficient in as soon as it has one.
-bool isPlainList(DAG x) {
-  return isTag(x, LIST) &&
-         !(lengthOf(x[1]) > 1 && isObject(x[1][1]) && hasTag(x[1][1], FUNCTION));
-}
-
-void checkListsAdd(DAG a, DAG b) {
-  if (lengthOf(a[1]) != lengthOf(b[1])) KernelException("adding lists of different length");
-  auto has = [](DAG list, DAG attribute) {
-    return lengthOf(list) == 3 && isMember(attribute, list[2]);
-  };
-  const DAG row = ini("row"), column = ini("column");
-  if ((has(a, row) && has(b, column)) || (has(a, column) && has(b, row)))
-    KernelException("adding a row list to a column list");
-}
-
-// Sum of the elements at one place of all LIST terms.
-DAG sumOfElements(const Pair* p, Word n, Word place, Word lists) {
-  DAG total, terms = newl2(2 * lists + 1, SUM);
-  Pair* out = pairsOf(terms);
-  bool numeric = true;
-  for (Word i = 0; i < n; ++i) {
-    if (!isTag(p[i].term, LIST)) continue;
-    DAG element = p[i].term[1][place];
-    *out++ = {element, cons1};
-    numeric = numeric && isNumeric(element);
-    if (numeric) total = total ? add(total, element) : element;
-  }
-  return simpl(numeric ? total : terms);
-}
-
-// Lists add element by element into the first, coefficients taken in. All at once: sums of the first two, three,
-// four lists would each be as long as what they hold.
-void addListTerms(DAG s) {
-  Word n = pairCount(s);
-  Pair* p = pairsOf(s);
-  Word first = n, lists = 0;
-  for (Word i = 0; i < n; ++i) {
-    if (!isTag(p[i].term, LIST)) continue;
-    if (++lists == 1) first = i;
-  }
-  for (Word i = first; i < n; ++i) {
-    if (!isTag(p[i].term, LIST)) continue;
-    if (p[i].coefficient != cons1 && (lists > 1 || isPlainList(p[i].term)))
-      p[i] = {mapToList(p[i].term, p[i].coefficient), cons1};
-    if (i != first) checkListsAdd(p[first].term, p[i].term);
-  }
-  if (lists < 2) return;
-  DAG sum = CopyAlg(p[first].term), body = CopyAlg(sum[1]);
-  for (Word place = 1; place < lengthOf(body); ++place) {
-    passWork(objectSteps);
-    body[place] = sumOfElements(p, n, place, lists);
-  }
-  sum[1] = simpl(body);
-  for (Word i = first + 1; i < n; ++i)
-    if (isTag(p[i].term, LIST)) p[i] = {cons0, cons0};
-  p[first].term = simpl(sum);
 }
 
 // Simplifies the coefficients. A list takes in a zero of any form; beside another term a float zero becomes a
@@ -515,16 +326,6 @@ Word compact(DAG s) {
 }
 
 }  // namespace
-
-DAG mapToList(DAG list, DAG factor) {
-  passWork(objectSteps);
-  DAG body = CopyAlg(list[1]);
-  for (Word i = 1; i < lengthOf(body); ++i)
-    body[i] = simpl(isNumeric(body[i]) ? mul(body[i], factor) : new3(SUM, body[i], factor));
-  DAG scaled = CopyAlg(list);
-  scaled[1] = simpl(body);
-  return simpl(scaled);
-}
 
 DAG simplSum(DAG s) {
   Kinds kinds;
@@ -574,7 +375,7 @@ DAG simplSum(DAG s) {
 
   if (n > 1) collectEqualTerms(s, kinds.has(PROD));
   bool hasZeroFactor = settleCoefficients(s);
-  if (kinds.has(LIST)) addListTerms(s);
+  if (kinds.has(LIST)) settleLists(s);
   Word kept = compact(s);
   if (kept == 0) return floatZero ? simpl(floatZero) : cons0;
   Word length = 2 * kept + 1;

@@ -8,15 +8,9 @@
 #include "numbers/arithmetic.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/pairs.h"
 
 namespace korel {
-
-/// (term, coefficient) of a SUM, or (base, exponent) of a PROD.
-struct Pair {
-  DAG term, coefficient;
-};
-inline Pair* pairsOf(DAG s) { return reinterpret_cast<Pair*>(&s[1]); }
-inline Word pairCount(DAG s) { return (lengthOf(s) - 1) / 2; }
 
 /// The unique object of `tag` (SUM or PROD) with these pairs, in whatever order it was made first.
 ///

@@ -7,7 +7,7 @@
 #include "eval/simplify/bindings.h"
 #include "eval/simplify/simplify.h"
 #include "eval/types/types.h"
-#include "eval/walk/copy_on_change.h"
+#include "store/copy_on_change.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
 #include "numbers/arithmetic.h"

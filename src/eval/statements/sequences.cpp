@@ -159,7 +159,7 @@ DAG finish(Collector& c) {
   c.buffer[1] = folded;
   c.buffer[2] = cons1;
   if (c.used != lengthOf(c.buffer)) shorten(c.buffer, lengthOf(c.buffer), c.used);
-  return simpl(c.buffer);
+  return simpl(withListsAdded(c.buffer));
 }
 
 // ---- the loop variable

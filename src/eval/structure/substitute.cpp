@@ -1,20 +1,22 @@
 #include "eval/structure/substitute.h"
 
-#include <new>
-
 #include "numbers/arithmetic.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/object_set.h"
 #include "store/objects.h"
+#include "store/tag_facts.h"
 #include "store/word_map.h"
 #include "eval/walk/has.h"
 #include "eval/structure/kinds.h"
+#include "eval/structure/operands.h"
+#include "eval/walk/walk_memory.h"
 #include "store/vocabulary.h"
 
 namespace korel {
@@ -24,29 +26,34 @@ namespace {
 
 // ---- one substitution
 
-// What a substitution remembers. One is kept for the next substitution; those that run inside of another,
-// when simplification calls a procedure, have one each. An exhausted stack runs no error procedures: what
-// it leaves in use is given back before the next statement.
-struct Memory {
+struct SubstitutionMemory {
   WordMap lefts;        // left side to the number of its equation
   WordMap known;        // simplified composite object to its result
   ObjectSet unchanged;  // those that are their own results
-  Memory* outer;        // of the substitution around this one
+
+  void clear() {
+    lefts.clear();
+    known.clear();
+    unchanged.clear();
+  }
+  void release() {
+    lefts.release();
+    known.release();
+    unchanged.release();
+  }
 };
-Memory* spare = nullptr;
-Memory* inUse = nullptr;
 
 }  // namespace
 
-// Plain data: an error may pass over it, and the error procedure gives the memory back.
+// Plain data: an error may pass over it.
 struct Substitution {
   DAG equations;
-  bool finish;          // results of simplified objects are simplified
-  bool onlyNames;       // all left sides are NAME or TABLEREF
-  bool hasParameters;   // some left side is a PARAM, which counts by its number
-  bool indexed;         // `lefts` is in use
-  int entered;
-  Memory* memory;
+  bool finish;                         // results of simplified objects are simplified
+  bool onlyNames = true;               // all left sides are NAME or TABLEREF
+  bool hasParameters = false;          // some left side is a PARAM, which counts by its number
+  bool indexed = false;                // `lefts` is in use
+  int entered = 0;
+  SubstitutionMemory* memory = nullptr;
 };
 
 namespace {
@@ -54,29 +61,6 @@ namespace {
 // From this many equations on they are found by a map, and from this many objects on results are kept.
 constexpr Word indexFrom = 8;
 constexpr int keepFrom = 64;
-
-Memory* takeMemory() {
-  Memory* memory = spare != nullptr ? spare : new (std::nothrow) Memory;
-  if (memory == nullptr) notimpl("ran out of memory");
-  spare = nullptr;
-  memory->outer = inUse;
-  inUse = memory;
-  return memory;
-}
-void giveBack(Memory* memory) {
-  inUse = memory->outer;
-  if (spare == nullptr) {
-    memory->lefts.clear();
-    memory->known.clear();
-    memory->unchanged.clear();
-    spare = memory;
-  } else {
-    memory->lefts.release();
-    memory->known.release();
-    memory->unchanged.release();
-    delete memory;
-  }
-}
 
 DAG rightSide(Substitution& s, DAG x) {
   if (s.onlyNames && (isImmediate(x) || (!hasTag(x, NAME) && !hasTag(x, TABLEREF)))) return DAG();
@@ -95,27 +79,18 @@ DAG rightSide(Substitution& s, DAG x) {
 
 DAG walk(Substitution& s, DAG x);
 
-// Field `i` of `result`, which is `x` until its first change, a copy behind it.
-bool replaceField(Substitution& s, DAG x, DAG& result, Word i) {
-  if (!x[i]) return false;
-  DAG value = walk(s, x[i]);
-  if (value == x[i]) return false;
-  // A sequence has its place: what comes for the empty one becomes its member.
-  if (isTag(x[i], EXPSEQ) && !isTag(value, EXPSEQ)) value = new2(EXPSEQ, value);
-  if (result == x) result = CopyAlg(x);
-  result[i] = value;
-  return true;
+DAG walkFields(Substitution& s, DAG x, ReferenceFields fields) {
+  return withFields(x, fields, [&](DAG field) {
+    DAG value = walk(s, field);
+    // A sequence has its place: what comes for the empty one becomes its member.
+    return value != field && isTag(field, EXPSEQ) && !isTag(value, EXPSEQ) ? new2(EXPSEQ, value) : value;
+  });
 }
-
-DAG walkFields(Substitution& s, DAG x, Word from, Word end, Word step) {
-  DAG result = x;
-  for (Word i = from; i < end; i += step) replaceField(s, x, result, i);
-  return result;
-}
+DAG walkFields(Substitution& s, DAG x) { return walkFields(s, x, {1, lengthOf(x)}); }
 
 // Pairs of a SUM or PROD. A coefficient or exponent that became symbolic leaves its place.
 DAG walkPairs(Substitution& s, DAG x) {
-  DAG result = walkFields(s, x, 1, lengthOf(x), 1);
+  DAG result = walkFields(s, x);
   if (result == x) return x;
   for (Word i = 2, n = lengthOf(result); i < n; i += 2) {
     if (isNumeric(result[i])) continue;
@@ -129,7 +104,7 @@ DAG walkPairs(Substitution& s, DAG x) {
 
 // Parts that are no longer real numbers make the sum that the number stood for.
 DAG walkComplex(Substitution& s, DAG x) {
-  DAG result = walkFields(s, x, 1, lengthOf(x), 1);
+  DAG result = walkFields(s, x);
   if (result == x) return x;
   DAG imaginary = result[lengthOf(x) - 1];
   DAG product = new5(PROD, imaginary, cons1, sqrtm1, cons1);
@@ -165,9 +140,9 @@ DAG walkEntries(Substitution& s, DAG entries) {
 [[noreturn]] void invalidInProcedure() { KernelException("invalid substitution in proc"); }
 
 DAG walkDeclarations(Substitution& s, DAG declarations) {
-  if (isTag(declarations, LIST)) return walkFields(s, declarations, 1, 2, 1);
+  if (isTag(declarations, LIST)) return walkFields(s, declarations);
   if (!isTag(declarations, EXPSEQ)) return declarations;
-  DAG result = walkFields(s, declarations, 1, lengthOf(declarations), 1);
+  DAG result = walkFields(s, declarations);
   for (Word i = 1, n = lengthOf(declarations); i < n; ++i)
     if (result[i] != declarations[i] && !isSameDeclaration(declarations[i], result[i]))
       invalidInProcedure();
@@ -176,7 +151,7 @@ DAG walkDeclarations(Substitution& s, DAG declarations) {
 
 // Pairs of a name of the enclosing scope and what stands for it: a place there, or a value.
 DAG walkLexicals(Substitution& s, DAG lexicals) {
-  DAG result = walkFields(s, lexicals, 1, lengthOf(lexicals), 1);
+  DAG result = walkFields(s, lexicals);
   for (Word i = 1, n = lengthOf(lexicals); i < n; ++i)
     if (result[i] != lexicals[i] && ((i & 1) != 0 || isTag(result[i], EXPSEQ)) &&
         !isSameDeclaration(lexicals[i], result[i]))
@@ -224,7 +199,7 @@ DAG walkProcedure(Substitution& s, DAG x) {
 
 // The names of what is caught are texts, in a `try` as anywhere.
 DAG walkTry(Substitution& s, DAG x) {
-  DAG result = walkFields(s, x, 1, lengthOf(x), 1);
+  DAG result = walkFields(s, x);
   for (Word i = 2, n = lengthOf(x); i + 1 < n; i += 2) {
     if (result[i] == x[i]) continue;
     if (isTag(result[i], STRING)) continue;
@@ -236,12 +211,11 @@ DAG walkTry(Substitution& s, DAG x) {
 }
 
 DAG changedObject(Substitution& s, DAG x) {
-  Word n = lengthOf(x);
   switch (tagOf(x)) {
     case SUM: case PROD: return walkPairs(s, x);
     case COMPLEX: return walkComplex(s, x);
     case MEMBER: {
-      DAG result = walkFields(s, x, 1, n, 1);
+      DAG result = walkFields(s, x);
       return result != x && !isTag(result[2], NAME) ? x : result;
     }
     case TABLE: {
@@ -255,23 +229,15 @@ DAG changedObject(Substitution& s, DAG x) {
     default: break;
   }
   if (auto substitute = kindOf(x).substitute) return substitute(s, x);
-  return walkFields(s, x, 1, n, 1);
+  return walkFields(s, x);
 }
 
-bool isLeaf(DAG x) {
-  if (isImmediate(x)) return true;
-  switch (tagOf(x)) {
-    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case STRING: case NAME:
-    case LOCAL: case PARAM: case LEXICAL: case HASH:
-    case BINARY: case GARBAGE: case FOREIGN: case CONTROL: case DEBUG:
-      return true;
-    default: return false;
-  }
-}
+constexpr TagSet leafTags =
+    realTags | textTags | frameReferenceTags | TagSet{HASH, BINARY, GARBAGE, FOREIGN, CONTROL, DEBUG};
 
 DAG walk(Substitution& s, DAG x) {
   if (DAG right = rightSide(s, x)) return right;
-  if (isLeaf(x)) return x;
+  if (isImmediate(x) || isAmong(x, leafTags)) return x;
   // Raw objects are trees, and must stay so: the simplifier overwrites them.
   bool finish = s.finish && isSimplified(x);
   bool keeps = finish && ++s.entered > keepFrom && !isShortSequence(x);
@@ -290,7 +256,7 @@ DAG walk(Substitution& s, DAG x) {
 }
 
 DAG substitute(DAG equations, DAG x, bool finish) {
-  Substitution s{equations, finish, true, false, false, 0, nullptr};
+  Substitution s{equations, finish};
   Word n = lengthOf(equations);
   for (Word i = 1; i < n; ++i) {
     DAG left = equations[i][1];
@@ -299,18 +265,13 @@ DAG substitute(DAG equations, DAG x, bool finish) {
   }
   // A search is several times as fast as a walk that compares and remembers results.
   if (finish && !s.hasParameters && isSimplified(x) && !hasLeftSide(x, equations)) return x;
-  s.memory = takeMemory();
-  PushParamErrorProc([](const char*) { giveBack(reinterpret_cast<Memory*>(errorProcParam)); }, s.memory);
-  if (n > indexFrom) {
-    s.indexed = true;
+  return withWalkMemory<SubstitutionMemory>([&](SubstitutionMemory& memory) {
+    s.memory = &memory;
+    s.indexed = n > indexFrom;
     for (Word i = 1; i < n && s.indexed; ++i)
-      s.indexed = s.memory->lefts.insert(equations[i][1].word, static_cast<std::int32_t>(i)) !=
-                  WordMap::outOfMemory;
-  }
-  DAG result = walk(s, x);
-  PopErrorProc();
-  giveBack(s.memory);
-  return result;
+      s.indexed = memory.lefts.insert(equations[i][1].word, static_cast<std::int32_t>(i)) != WordMap::outOfMemory;
+    return walk(s, x);
+  });
 }
 
 }  // namespace
@@ -330,13 +291,7 @@ bool isSameDeclaration(DAG before, DAG after) {
   }
 }
 
-DAG substituteFields(Substitution& s, DAG x, Word from, Word end, Word step) {
-  return walkFields(s, x, from, end, step);
-}
-
-void ResetSubstitution() {
-  while (inUse != nullptr) giveBack(inUse);
-}
+DAG substituteFields(Substitution& s, DAG x, const ReferenceFields& fields) { return walkFields(s, x, fields); }
 
 DAG substituteInCopy(DAG equations, DAG x) { return x ? substitute(equations, x, false) : x; }
 DAG subs1(DAG equations, DAG x) { return x ? substitute(equations, x, true) : x; }

@@ -7,6 +7,7 @@
 
 #include "frame/builtin_call.h"
 #include "store/dag.h"
+#include "store/reference_fields.h"
 
 namespace korel {
 
@@ -21,13 +22,10 @@ DAG subs1(DAG equations, DAG x);
 /// for raw objects, and for callers that simplify in their own way.
 DAG substituteInCopy(DAG equations, DAG x);
 
-/// A substitution that is under way; and fields `from`, `from + step`, ... of `x` below `end` as it leaves
-/// them, in a copy when one changes: for kinds of objects with a rule of their own (kinds.h).
+/// A substitution that is under way; and those `fields` of `x` as it leaves them, in a copy when one changes: for
+/// kinds of objects with a rule of their own (kinds.h).
 struct Substitution;
-DAG substituteFields(Substitution& substitution, DAG x, Word from, Word end, Word step);
-
-/// Gives back what substitutions that a special error ended have kept. None may be running.
-void ResetSubstitution();
+DAG substituteFields(Substitution& substitution, DAG x, const ReferenceFields& fields);
 
 /// True when `after` can stand where `before` stood in a declaration of a procedure: a name for a name,
 /// a string for a string, sides alike in a typed name or an option with a value.

@@ -54,7 +54,7 @@ DAG mapPairs(const OperandWalk& walk, DAG x, Tag tag, DAG (*part)(std::int64_t i
     used += 2;
   }
   if (used != lengthOf(result)) shorten(result, lengthOf(result), used);
-  return simpl(result);
+  return simpl(tag == SUM ? withListsAdded(result) : result);
 }
 
 void replacePair(TakenApart& object, std::int64_t i, DAG replacement) {

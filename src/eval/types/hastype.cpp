@@ -1,7 +1,5 @@
 // Search for a part of an expression that matches a type.
 
-#include <new>
-
 #include "eval/procedures/procedures.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
@@ -11,6 +9,7 @@
 #include "store/objects.h"
 #include "eval/structure/operands.h"
 #include "eval/walk/part_walk.h"
+#include "eval/walk/walk_memory.h"
 #include "eval/types/type_match.h"
 #include "eval/types/type_names.h"
 #include "eval/types/types.h"
@@ -87,36 +86,8 @@ struct Search {
   DAG type;
   TypeTest test;  // of a name that the kernel knows
   bool products;  // the type asks for products or powers
-  ObjectSet* met;
+  ObjectSet& met;
 };
-
-// Kept for the next search. Those that run inside of another have a set of their own. An exhausted stack
-// runs no error procedures: what it leaves in use is given back before the next statement.
-struct MetSet {
-  ObjectSet objects;
-  MetSet* outer;
-};
-MetSet* spare = nullptr;
-MetSet* inUse = nullptr;
-
-MetSet* takeSet() {
-  MetSet* set = spare != nullptr ? spare : new (std::nothrow) MetSet;
-  if (set == nullptr) notimpl("ran out of memory");
-  spare = nullptr;
-  set->outer = inUse;
-  inUse = set;
-  return set;
-}
-void giveBack(MetSet* set) {
-  inUse = set->outer;
-  set->objects.clear();
-  if (spare == nullptr) {
-    spare = set;
-  } else {
-    set->objects.release();
-    delete set;
-  }
-}
 
 bool matches(const Search& search, DAG e) {
   return search.test != nullptr ? search.test(e) : type(e, search.type);
@@ -173,28 +144,20 @@ bool found(const Search& search, DAG e) {
   if (e == null) return false;
   if (isImmediate(e) || tagOf(e) <= NAME)
     return matches(search, e) || (isTag(e, COMPLEX) && inParts(search, e));
-  if (!search.met->insert(e)) return false;
+  if (!search.met.insert(e)) return false;
   checkStack();
   return matches(search, e) || inParts(search, e);
 }
 
 }  // namespace
 
-void ResetHastype() {
-  while (inUse != nullptr) giveBack(inUse);
-}
-
 bool hastype(DAG e, DAG t) {
   if (e == null) return false;
   bool named = isTag(t, NAME);
   if (TagSet tags = named ? tagsOfType(t) : TagSet(); !tags.isEmpty()) return hasTagAmong(e, tags);
-  MetSet* met = takeSet();
-  Search search{t, named ? builtinType(t) : nullptr, asksForProducts(t), &met->objects};
-  PushParamErrorProc([](const char*) { giveBack(reinterpret_cast<MetSet*>(errorProcParam)); }, met);
-  bool result = found(search, e);
-  PopErrorProc();
-  giveBack(met);
-  return result;
+  return withWalkMemory<ObjectSet>([&](ObjectSet& met) {
+    return found({t, named ? builtinType(t) : nullptr, asksForProducts(t), met}, e);
+  });
 }
 
 DAG builtin::hastype(const BuiltinCall& call) {

@@ -168,11 +168,7 @@ constexpr TextRow textRows[] = {
 bool isUnbound(DAG e) {
   if (isImmediate(e) || tagOf(e) <= NAME) return false;
   if (tagOf(e) > MODULE) return true;
-  bool before = hasExceptPROC;
-  hasExceptPROC = true;  // a procedure as a whole is a value
-  bool unbound = hasparloc(e);
-  hasExceptPROC = before;
-  return unbound;
+  return hasparlocExceptInPROC(e);  // a procedure as a whole is a value
 }
 
 bool typeByLibraryCall(DAG e, DAG head, DAG args) {

@@ -17,8 +17,6 @@ bool type(DAG e, DAG t);
 /// True when `e` or a part of it matches `t`. Part means what the object is stored with: terms and
 /// coefficients of a sum, head and arguments of a call, a procedure's body.
 bool hastype(DAG e, DAG t);
-/// Gives back what searches that a special error ended have kept. None may be running.
-void ResetHastype();
 
 namespace builtin {
 /// The built-ins. `typeBuiltin` evaluates its arguments itself: without a type the answer is `false`.

@@ -4,12 +4,9 @@
 
 #include "frame/long_operation.h"
 #include "store/constants.h"
+#include "store/vocabulary.h"
 
 namespace korel {
-
-bool hasExceptPROC = false, hasExceptUNEVAL = false, NoHasOfArrayRef = false;
-
-void ResetHas() { hasExceptPROC = hasExceptUNEVAL = NoHasOfArrayRef = false; }
 
 namespace {
 
@@ -22,18 +19,19 @@ ObjectSet sought;
 struct NoSequenceRules : StoragePartRules {
   static constexpr bool testsArguments = false;
 };
+using OutsideProcedures = ClosedPartRules<TagSet{PROC, MODDEF, TABLE}>;
+using OutsideProceduresAndQuotes = ClosedPartRules<TagSet{PROC, MODDEF, TABLE, UNEVAL}>;
 
-template <class Test>
+template <class Rules = StoragePartRules, class Test>
 bool anyPart(DAG x, Test test) {
-  return walk.any<StoragePartRules>(x, test, test);
+  return walk.any<Rules>(x, test, test);
 }
 // The same where only leaves can pass the test.
-template <class Test>
+template <class Rules, class Test>
 bool anyLeaf(DAG x, Test test) {
-  return walk.any<StoragePartRules>(x, test, [](DAG) { return false; });
+  return walk.any<Rules>(x, test, [](DAG) { return false; });
 }
 
-bool isText(DAG x) { return !isImmediate(x) && (hasTag(x, NAME) || hasTag(x, STRING)); }
 bool isPairs(DAG x) { return !isImmediate(x) && (hasTag(x, SUM) || hasTag(x, PROD)); }
 
 template <class Test>
@@ -43,26 +41,30 @@ bool anySecond(DAG pairs, Test test) {
   return false;
 }
 
-}  // namespace
-
-bool has(DAG x, DAG y) {
+template <class Rules>
+bool hasPart(DAG x, DAG y) {
   if (x == y) return true;
-  if (y == sqrtm1) return anyPart(x, [](DAG part) { return hasTag(part, COMPLEX); });
+  if (y == sqrtm1) return anyPart<Rules>(x, [](DAG part) { return hasTag(part, COMPLEX); });
   if (isNumeric(y))
-    return anyPart(x, [y](DAG part) {
+    return anyPart<Rules>(x, [y](DAG part) {
       return part == y || (isPairs(part) && anySecond(part, [y](DAG second) { return second == y; }));
     });
   if (isPairs(y) && lengthOf(y) == 3)
-    return anyPart(x, [y, tag = tagOf(y)](DAG part) {
+    return anyPart<Rules>(x, [y, tag = tagOf(y)](DAG part) {
       if (part == y) return true;
       if (!hasTag(part, tag)) return false;
       for (Word i = 1, n = lengthOf(part); i < n; i += 2)
         if (part[i] == y[1] && part[i + 1] == y[2]) return true;
       return false;
     });
-  if (isText(y)) return anyLeaf(x, [y](DAG part) { return part == y; });
-  return anyPart(x, [y](DAG part) { return part == y; });
+  if (isText(y)) return anyLeaf<Rules>(x, [y](DAG part) { return part == y; });
+  return anyPart<Rules>(x, [y](DAG part) { return part == y; });
 }
+
+}  // namespace
+
+bool has(DAG x, DAG y) { return hasPart<StoragePartRules>(x, y); }
+bool hasExceptInPROCorUNEVAL(DAG x, DAG y) { return hasPart<OutsideProceduresAndQuotes>(x, y); }
 
 namespace {
 
@@ -119,13 +121,6 @@ bool hasLeftSide(DAG x, DAG equations) {
   return hasAnyOf(x, lengthOf(equations) - 1, [&](Word i) { return equations[i + 1][1]; });
 }
 
-bool hasExceptInPROCorUNEVAL(DAG x, DAG y) {
-  hasExceptPROC = hasExceptUNEVAL = true;
-  bool found = has(x, y);
-  hasExceptPROC = hasExceptUNEVAL = false;
-  return found;
-}
-
 bool hasid(DAG x, Tag tag) {
   return anyPart(x, [tag](DAG part) {
     return hasTag(part, tag) ||
@@ -134,26 +129,20 @@ bool hasid(DAG x, Tag tag) {
 }
 
 bool hasparloc(DAG x) {
-  return anyPart(x, [](DAG part) {
-    return hasTag(part, LOCAL) || hasTag(part, PARAM) || hasTag(part, LEXICAL);
-  });
+  return anyPart(x, [](DAG part) { return isAmong(part, frameReferenceTags); });
+}
+bool hasparlocExceptInPROC(DAG x) {
+  return anyPart<OutsideProcedures>(x, [](DAG part) { return isAmong(part, frameReferenceTags); });
 }
 
 bool refersToFrame(DAG x) {
   return walk.any<NoSequenceRules>(
       x, [](DAG part) { return part == ini("%") || part == ini("%%") || part == ini("%%%"); },
-      [](DAG part) {
-        switch (tagOf(part)) {
-          case LOCAL: case PARAM: case LEXICAL: case MEMBER: case PROC: case MODDEF: return true;
-          default: return false;
-        }
-      });
+      [](DAG part) { return isAmong(part, frameReferenceTags | TagSet{MEMBER, PROC, MODDEF}); });
 }
 
 bool hasCallTo(DAG x, DAG head) {
-  return anyPart(x, [head](DAG part) {
-    return !isImmediate(part) && hasTag(part, FUNCTION) && part[1] == head;
-  });
+  return anyPart(x, [head](DAG part) { return isCallOf(part, head); });
 }
 
 DAG builtin::has(const BuiltinCall& call) {

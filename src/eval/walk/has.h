@@ -11,9 +11,6 @@
 
 namespace korel {
 
-/// Lifts all limits of the walk, as after an error.
-void ResetHas();
-
 /// `y` occurs in `x`, by word. A single pair, as 2*b, also occurs as a pair of a longer sum or product,
 /// and a number as a coefficient or exponent.
 bool has(DAG x, DAG y);
@@ -27,6 +24,8 @@ bool hasExceptInPROCorUNEVAL(DAG x, DAG y);
 bool hasid(DAG x, Tag tag);
 /// `x` holds a parameter, local or lexical reference.
 bool hasparloc(DAG x);
+/// The same outside of the procedures, module definitions and tables in `x`.
+bool hasparlocExceptInPROC(DAG x);
 /// `x` holds what a frame gives a meaning: such a reference, a member, a procedure or module definition, or
 /// one of the names %, %% and %%%.
 bool refersToFrame(DAG x);

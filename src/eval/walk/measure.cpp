@@ -15,6 +15,8 @@
 #include "store/word_map.h"
 #include "eval/walk/has.h"
 #include "eval/structure/kinds.h"
+#include "eval/structure/operands.h"
+#include "eval/walk/walk_memory.h"
 
 namespace korel {
 
@@ -22,11 +24,22 @@ namespace {
 
 
 // Composite objects that were met, and results for those that were met twice: a shared part is counted at
-// most two times, and what is no shared part, as most of any expression, needs no entry. Kept while one
-// count runs: nothing is evaluated meanwhile, so that they can be one for all. An error in the midst leaves
-// them full, and the next count empties them.
-ObjectSet met;
-WordMap known;
+// most two times, and what is no shared part, as most of any expression, needs no entry.
+struct CountMemory {
+  ObjectSet met;
+  WordMap known;
+
+  void clear() {
+    met.clear();
+    known.clear();
+  }
+  void release() {
+    met.release();
+    known.release();
+  }
+};
+// Of the count that runs. There is but one: nothing is evaluated meanwhile.
+CountMemory* counted = nullptr;
 
 // Sums of counts, cheap while they are small.
 class Total {
@@ -49,21 +62,27 @@ class Total {
 // Adds what `count` finds in the composite object `x`.
 template <class Count>
 void addMeasured(DAG x, Total& total, Count count) {
-  bool first = isShortSequence(x) || met.insert(x);
-  const std::int32_t* value = first ? nullptr : known.find(x.word);
+  bool first = isShortSequence(x) || counted->met.insert(x);
+  const std::int32_t* value = first ? nullptr : counted->known.find(x.word);
   if (value != nullptr) return total.add(DAG(static_cast<Word>(*value)));
   checkStack();
   if (first) return count(x, total);
   Total own;
   count(x, own);
   DAG result = own.value();
-  known.insert(x.word, static_cast<std::int32_t>(result.word));
+  counted->known.insert(x.word, static_cast<std::int32_t>(result.word));
   total.add(result);
 }
 
-void begin() {
-  known.clear();
-  met.clear();
+// The total of what `count(total)` adds up.
+template <class Count>
+DAG totalOf(Count count) {
+  return withWalkMemory<CountMemory>([&](CountMemory& memory) {
+    counted = &memory;
+    Total total;
+    count(total);
+    return simpl(total.value());
+  });
 }
 
 // ---- occurrences
@@ -181,11 +200,7 @@ DAG numboccur(DAG x, DAG y) {
   if (!isTag(y, EXPSEQ)) {
     // What doesn't occur is found out by a search, which is several times as fast.
     if (!has(x, y)) return cons0;
-    begin();
-    Total total;
-    addOccurrences(x, y, total);
-    known.clear();
-    return simpl(total.value());
+    return totalOf([=](Total& total) { addOccurrences(x, y, total); });
   }
   Total total;
   for (Word i = 1, n = lengthOf(y); i < n; ++i) {
@@ -196,11 +211,7 @@ DAG numboccur(DAG x, DAG y) {
 }
 
 DAG length(DAG x) {
-  begin();
-  Total total;
-  addSize(x, total);
-  known.clear();
-  return simpl(total.value());
+  return totalOf([=](Total& total) { addSize(x, total); });
 }
 
 DAG builtin::numboccur(const BuiltinCall& call) {

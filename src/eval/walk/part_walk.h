@@ -10,12 +10,9 @@
 #include "store/dag.h"
 #include "store/hash.h"
 #include "store/object_set.h"
+#include "store/tag_facts.h"
 
 namespace korel {
-
-/// Limits of the walk, in force until `ResetHas`: not inside PROC and MODDEF, not inside UNEVAL, not
-/// among the indices of a TABLEREF. Tables are closed while one of the first two is set.
-extern bool hasExceptPROC, hasExceptUNEVAL, NoHasOfArrayRef;
 
 /// Parts of an object: the word at `head`, when that isn't 0, then each word from address `at` to before
 /// `end`, `step` bytes apart. Words of 0 are no parts. Four words travel in two registers.
@@ -57,11 +54,9 @@ inline Parts entriesOf(DAG chain) {
       return {};
     case SUM: case PROD: return fieldsOf(x, 1, n, 2);
     case SERIES: return {x.word + 8, x.word + 4 * n, 8, x.word + 4};
-    case TABLEREF: return fieldsOf(x, 1, NoHasOfArrayRef ? 2 : 3);
     case ZPPOLY: return fieldsOf(x, 1, 2);
-    case PROC: case MODDEF: return hasExceptPROC ? Parts{} : fieldsOf(x, 3, n);
-    case UNEVAL: return hasExceptUNEVAL ? Parts{} : fieldsOf(x, 1, 2);
-    case TABLE: return hasExceptPROC || hasExceptUNEVAL ? Parts{} : fieldsOf(x, 3, 4);
+    case PROC: case MODDEF: return fieldsOf(x, 3, n);
+    case TABLE: return fieldsOf(x, 3, 4);
     case HASH: return entriesOf(x);
     default: return fieldsOf(x, 1, n);
   }
@@ -91,6 +86,12 @@ struct StoragePartRules {
   /// The sequence of a call's arguments is itself tested.
   static constexpr bool testsArguments = true;
   [[gnu::always_inline]] static Parts partsOf(DAG x) { return korel::partsOf(x); }
+};
+
+/// The same without the inside of objects with one of the tags `closed`.
+template <TagSet closed>
+struct ClosedPartRules : StoragePartRules {
+  [[gnu::always_inline]] static Parts partsOf(DAG x) { return isAmong(x, closed) ? Parts{} : korel::partsOf(x); }
 };
 
 /// A search in depth, without recursion, that enters a shared part once: its time grows with the number

@@ -96,7 +96,8 @@ DAG cxmul(DAG a, DAG b) {
   assert(isComplex(a));
   if (!isFloating(a) && !isFloating(b)) return complexNormalForm(cxdomul(a, b));
   a = evalf(a);
-  b = evalf(b);
+  // A part times a fraction is rounded once.
+  if (!isTag(b, RATIONAL)) b = evalf(b);
   DAG product;
   if (isComplex(b) && lengthOf(a) == 3 && lengthOf(b) == 3) {
     // The terms of a part may cancel: twice the digits keep what is left.

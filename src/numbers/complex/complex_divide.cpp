@@ -133,6 +133,11 @@ DAG cxfdiv(DAG a, DAG b) {
   b = evalf(b);
   if (!isComplex(b)) {
     if (!isComplex(a)) return evalfdiv(a, b);
+    if (hasNumericParts(a) && !hasInfinitePart(a) && !hasUndefinedPart(a) && isFiniteFloat(b) && !isFloatZero(b)) {
+      // Part by part, each rounded once.
+      DAG im = evalfdiv(imaginaryPartOf(a), b);
+      return simpl(lengthOf(a) == 2 ? new2(COMPLEX, im) : new3(COMPLEX, evalfdiv(a[1], b), im));
+    }
     return cxmul(a, simpl(new3(PROD, b, consm1)));
   }
   if (!hasNumericParts(b) || (isComplex(a) && !hasNumericParts(a))) return cxmul(cxfinv1(b), a);

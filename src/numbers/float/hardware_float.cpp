@@ -13,6 +13,7 @@
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/objects.h"
 
 namespace korel {
@@ -159,12 +160,7 @@ DAG SuppressHFloats(DAG x) {
   auto isHFloat = [](DAG part) { return isObject(part) && hasTag(part, HFLOAT); };
   if (isHFloat(x)) return HFloatToFloat(x);
   if (!isObject(x) || !hasTag(x, COMPLEX)) return x;
-  DAG result = x;
-  for (Word i = 1; i < lengthOf(x); ++i) {
-    if (!isHFloat(x[i])) continue;
-    if (result == x) result = CopyAlg(x);
-    result[i] = HFloatToFloat(x[i]);
-  }
+  DAG result = withFields(x, 1, 1, [=](DAG part) { return isHFloat(part) ? HFloatToFloat(part) : part; });
   return result == x ? x : simpl(result);
 }
 

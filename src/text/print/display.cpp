@@ -5,6 +5,7 @@
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "library/system_functions.h"
+#include "store/copy_on_change.h"
 #include "store/hash.h"
 #include "store/object_fields.h"
 #include "store/tag_facts.h"
@@ -25,24 +26,15 @@ DAG prepare(const Pass& pass, DAG x, bool top);
 
 // ---- walking operands
 
-// The fields of `x` that hold operands: from 1 to this place.
-Word lastOperand(DAG x) {
+ReferenceFields operandFields(DAG x) {
   constexpr TagSet onlyFirst = {ZPPOLY, LIST, SET}, firstTwo = {TABLEREF, FUNCTION};
-  return isAmong(x, onlyFirst) ? 1 : isAmong(x, firstTwo) ? 2 : lengthOf(x) - 1;
+  if (isTag(x, SERIES)) return referenceFields(x);
+  return {1, isAmong(x, onlyFirst) ? 2 : isAmong(x, firstTwo) ? 3 : lengthOf(x)};
 }
 
 // `x` with its operands prepared: a simplified copy if one of them has changed, else `x` itself.
 DAG prepareOperands(const Pass& pass, DAG x) {
-  DAG result = x;
-  // A series has plain numbers between its coefficients, which begin behind the variable.
-  bool series = hasTag(x, SERIES);
-  for (Word i = 1, last = lastOperand(x); i <= last; i += series && i > 1 ? 2 : 1) {
-    if (!x[i]) continue;
-    DAG prepared = prepare(pass, x[i], false);
-    if (prepared == x[i]) continue;
-    if (result == x) result = CopyAlg(x);
-    result[i] = prepared;
-  }
+  DAG result = withFields(x, operandFields(x), [&](DAG operand) { return prepare(pass, operand, false); });
   return result == x ? x : simpl(result);
 }
 

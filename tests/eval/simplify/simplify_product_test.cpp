@@ -9,7 +9,10 @@
 #include "numbers/arithmetic.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
+#include "frame/precision.h"
 #include "kernel_fixture.h"
+#include "numbers/complex/complex.h"
+#include "numbers/float/float.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -178,6 +181,84 @@ TEST(SimplifyProduct, LongProductsCollect) {
       for (Word i = 1; i < lengthOf(product); ++i) found.push_back(product[i]);
       EXPECT_TRUE(found == expected) << n << " factors of " << kinds << " kinds: " << text(product);
     }
+}
+
+// ---- quotients
+
+using Random = std::mt19937;
+
+int below(Random& random, int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); }
+
+/// A number of at most `digits` digits, not 0: a short integer or a float.
+DAG randomReal(Random& random, int digits, bool isFloat) {
+  int size = isFloat ? digits : std::min(digits, 2), bound = 1;
+  for (int i = 0; i < size; ++i) bound *= 10;
+  int m = 1 + below(random, bound - 1);
+  DAG mantissa = Newint(below(random, 2) == 0 ? m : -m);
+  return isFloat ? simpl(new3(FLOAT, mantissa, immediate(below(random, 7) - 3 - digits))) : mantissa;
+}
+
+DAG randomNumber(Random& random, int digits, int parts, bool isFloat) {
+  auto part = [&] { return randomReal(random, digits, isFloat); };
+  return parts == 0 ? part() : simpl(parts == 1 ? new2(COMPLEX, part()) : new3(COMPLEX, part(), part()));
+}
+
+/// `x` with the last digit of its first part another one, so that a quotient by it nearly cancels.
+DAG neighbour(DAG x) {
+  if (!isTag(x, COMPLEX)) return x;
+  DAG near = CopyAlg(x), part = CopyAlg(x[1]);
+  part[1] = addint(part[1], cons1);
+  near[1] = simpl(part);
+  return simpl(near);
+}
+
+DAG exactly(DAG x) {
+  if (isTag(x, COMPLEX)) return simpl(lengthOf(x) == 2 ? new2(COMPLEX, exactly(x[1])) : new3(COMPLEX, exactly(x[1]), exactly(x[2])));
+  return isTag(x, FLOAT) ? simpl(mul(x[1], power(immediate(10), immediateValue(x[2])))) : x;
+}
+
+/// `found` is a float at most `hundredths` of a unit of its last digit away from `exact`.
+bool isNear(DAG found, DAG exact, int digits, int hundredths) {
+  if (!isTag(found, FLOAT)) return isZero(exact) && isZero(found);
+  const auto place = static_cast<int>(ilength(found[1])) + immediateValue(found[2]) - digits;
+  DAG error = absalg(simpl(add(exactly(found), simpl(negate(exact)))));
+  DAG most = simpl(mul(simpl(new3(RATIONAL, immediate(hundredths), immediate(100))), power(immediate(10), place)));
+  return compcon(simpl(error), most) <= 0;
+}
+
+// A float quotient is that of the exact numbers, each part rounded once, wherever the divisor stands and whatever
+// stands beside it.
+TEST(SimplifyProduct, FloatQuotientsAreRoundedOnce) {
+  Random random(20261206);
+  DAG x = naminstall("x");
+  for (int digits : {3, 7, 9}) {
+    EnvironmentChange change;
+    setDigits(change, digits);
+    for (int i = 0; i < 6000; ++i) {
+      const int kinds = i % 27, parts = kinds % 3;
+      DAG a = randomNumber(random, digits, kinds / 3 % 3, kinds / 9 != 0);
+      DAG b = kinds / 9 == 1 && parts == kinds / 3 % 3 && below(random, 2) == 0
+                  ? neighbour(a)
+                  : randomNumber(random, digits, parts, kinds / 9 != 2);
+      DAG exact = simpl(mul(exactly(a), simpl(new3(PROD, exactly(b), consm1))));
+      DAG behind = simpl(new5(PROD, a, cons1, b, consm1));
+      SCOPED_TRACE(text(a) + " over " + text(b) + " with " + std::to_string(digits) + " digits: " + text(behind));
+      if (isTag(b, COMPLEX)) {
+        ASSERT_EQ(simpl(new5(PROD, b, consm1, a, cons1)), behind);
+        DAG beside = newl2(7, PROD);
+        for (auto [at, base, exponent] : {std::tuple{1u, b, consm1}, {3u, x, cons1}, {5u, a, cons1}}) {
+          beside[at] = base;
+          beside[at + 1] = exponent;
+        }
+        ASSERT_EQ(simpl(beside), simpl(new5(PROD, behind, cons1, x, cons1)));
+      }
+      // Over an integer the quotient is a product with a fraction, which is rounded too.
+      const int hundredths = isInteger(b) ? 101 : 51;
+      ASSERT_TRUE(isNear(cxRealPart(behind), cxRealPart(exact), digits, hundredths));
+      ASSERT_TRUE(isNear(cxImaginaryPart(behind), cxImaginaryPart(exact), digits, hundredths));
+    }
+    restoreDigits(change);
+  }
 }
 
 }  // namespace
