@@ -187,7 +187,7 @@ DAG powerOfInteger(DAG b, std::int32_t n) { return isZeroImmediate(b) ? cons0 : 
 
 DAG power(DAG b, std::int32_t n) {
   if (n == 0 || b == cons1) return cons1;
-  if (isFloatObject(b)) return evalfpwr(b, n);
+  if (isFloatObject(b)) return evalfpwr(b, Newint(n));
   if (isComplex(b)) return cxpower(b, n);
   assert(isRationalNumber(b));
   if (n > 0) {

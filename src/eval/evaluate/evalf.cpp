@@ -92,11 +92,8 @@ DAG evalfPower(DAG base, DAG exponent) {
   if (isZero(base) || isInfinite(base) || isUndefined(base)) return DAG();
   if (tagOf(exponent) <= INTPOS) return DAG();
   if (isFLOAT(base) && hasTag(exponent, RATIONAL) && exponent[2] == immediate(2) &&
-      !consneg(base) && FitIntoWord(exponent[1])) {
-    DAG numerator = exponent[1];
-    return evalfpwr(evalfsqrt(base),
-                    isImmediate(numerator) ? immediateValue(numerator) : SoftIntValue(numerator));
-  }
+      !consneg(base))
+    return evalfpwr(evalfsqrt(base), exponent[1]);
   return evalsysf("evalf/", "power", new3(EXPSEQ, base, exponent));
 }
 

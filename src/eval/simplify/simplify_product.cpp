@@ -4,6 +4,8 @@
 // coefficient, nested products are spliced in, equal bases add their exponents. What is left with a
 // real coefficient other than 1 becomes a SUM of one pair; a COMPLEX coefficient stays in front.
 
+#include <utility>
+
 #include "numbers/arithmetic.h"
 #include "eval/simplify/bindings.h"
 #include "eval/evaluate/evaluate.h"
@@ -106,9 +108,9 @@ void multiplyZero(Product& product, DAG base, DAG exponent) {
     product.result =
         TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, consfNaN, true);
   } else if (consneg(exponent)) {
-    // A float over an exact zero is a float infinity and an event.
-    if (!product.coefficient || !isFloatNumber(product.coefficient)) KernelException("division by zero");
-    product.coefficient = simpl(TrapFDIV(SuppressHFloats(product.coefficient), cons0));
+    DAG dividend = std::exchange(product.coefficient, DAG());
+    fold(product, dividend ? TrapFDIV(SuppressHFloats(dividend), cons0)
+                           : TriggerNumericEvent(divisionByZero, ini("^"), base, exponent, ini("infinity"), true));
   } else {
     fold(product, base);
   }
@@ -187,7 +189,7 @@ void multiplyFloat(Product& product, DAG base, DAG exponent) {
   if (isZero(base) && isZero(exponent)) return multiplyZero(product, base, exponent);
   // Division by a float is one operation, rounded once.
   if (exponent == consm1 && !isZero(base) && product.coefficient && isNumeric(product.coefficient)) {
-    product.coefficient = simpl(evalfdiv(evalf(product.coefficient), base));
+    product.coefficient = simpl(evalfdiv(product.coefficient, base));
     return;
   }
   bool isSpecial = isTag(base, FLOAT) && isTag(base[2], NAME);
@@ -197,7 +199,7 @@ void multiplyFloat(Product& product, DAG base, DAG exponent) {
       settled = simpl(settled);
       return isTag(settled, COMPLEX) ? multiply(product, settled, cons1) : fold(product, settled);
     }
-  if (isInteger(exponent)) return fold(product, evalfpwr(base, wordExponent(exponent)));
+  if (isInteger(exponent)) return fold(product, evalfpwr(base, exponent));
   if (isTag(exponent, RATIONAL) && exponent == consh) {
     DAG root = rootOfFloat(base, exponent);
     return isTag(root, COMPLEX) ? multiply(product, simpl(root), cons1) : fold(product, root);
@@ -543,6 +545,7 @@ DAG generalProduct(DAG s) {
   auto isSpecial = [](DAG x) { return isInfinite(x) || isUndefined(x); };
   if (n == 3 && !isFloatNumber(s[1]) && (isSpecial(s[1]) || isSpecial(s[2]))) {
     DAG settled = simpl01(s);
+    if (isFloatNumber(s[2])) settled = evalf(settled);
     if (isImmediate(settled) || !hasTag(settled, PROD)) return simpl(settled);
   }
 

@@ -123,14 +123,14 @@ DAG product(DAG x, DAG y) {
 
 }  // namespace
 
-DAG cxpower1(std::int32_t n, DAG a) {
+DAG cxpower1(std::int64_t n, DAG a) {
   if (n == 1) return a;
   DAG half = cxpower1(n / 2, a);
   DAG square = half == ini("infinity") || half == consminf ? half : product(half, half);
   return n % 2 != 0 ? product(a, square) : square;
 }
 
-DAG cxfpower1(DAG a, std::int32_t n, int depth) {
+DAG cxfpower1(DAG a, std::int64_t n, int depth) {
   if (n == 1) return a;
   const bool guarded = depth % 3 == 0;
   EnvironmentChange change;
@@ -146,8 +146,7 @@ DAG cxpower(DAG a, std::int32_t n) {
   if (n == 0) return cons1;
   const bool floats = isFloatComplex(a);
   if (hasInfinitePart(a)) return n > 0 ? a : floats ? conscxf0 : cons0;
-  if (n == -2147483647 - 1) KernelException("integer too large in context");
-  std::int32_t size = std::abs(n);
+  const std::int64_t size = std::abs(std::int64_t{n});
   DAG power = floats ? simpl(cxfpower1(evalf(a), size, 0)) : cxpower1(size, a);
   if (n > 0) return power;
   if (!isComplex(power)) return simpl(new3(PROD, power, consm1));

@@ -23,16 +23,16 @@ namespace {
 // In code order; the index of the standard name is looked up while compiling.
 struct EventRow {
   StandardName name;
-  const char* text;  // as the error tells it
+  const char* error;  // one text everywhere, which a `catch` can name
 };
 constexpr EventRow events[] = {
-    // name                text
-    {"invalid_operation", "invalid operation"},
-    {"division_by_zero",  "division by zero"},
-    {"overflow",          "overflow"},
-    {"underflow",         "underflow"},
-    {"inexact",           "inexact"},
-    {"real_to_complex",   "real to complex"},
+    // name                error
+    {"invalid_operation", "numeric exception: invalid operation"},
+    {"division_by_zero",  "numeric exception: division by zero"},
+    {"overflow",          "numeric exception: overflow"},
+    {"underflow",         "numeric exception: underflow"},
+    {"inexact",           "numeric exception: inexact"},
+    {"real_to_complex",   "numeric exception: real to complex"},
 };
 static_assert(std::size(events) == numericEventCount);
 
@@ -122,7 +122,7 @@ DAG TriggerNumericEvent(int code, DAG operation, DAG x, DAG y, DAG standard, boo
     // An exact value has no infinity to go on with.
     handler = ini("exception");
   }
-  if (handler == ini("exception")) _userror2("numeric exception: %s", events[code - 1].text);
+  if (handler == ini("exception")) KernelException(events[code - 1].error);
 
   DAG result = callHandler(handler, operation, x, y, standard);
   if (!check) return result;

@@ -26,7 +26,7 @@ extern int numericEventsEnabled;
 /// Result of `operation` on `x` and `y` (0: none) after event `code`, where `standard` is what the IEEE
 /// model prescribes. With `check` a handler's value must be of the kind of `standard`. An EXPSEQ as
 /// `operation` is a ready argument sequence (operation, operands, default) for the handler.
-/// Errors: "numeric exception: %s", "type of value returned by handler is wrong".
+/// Errors: "numeric exception: " and the name of the event in words, "type of value returned by handler is wrong".
 DAG TriggerNumericEvent(int code, DAG operation, DAG x, DAG y, DAG standard, bool check);
 
 /// The standard name of an event, or 0.

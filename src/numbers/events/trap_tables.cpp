@@ -248,7 +248,8 @@ DAG TrapFDIV(DAG a, DAG b) {
     } else if (isExactUndefined(a)) {
       return a;
     } else {
-      return TriggerNumericEvent(divisionByZero, divideName(), a, b, ini("infinity"), true);
+      DAG standard = isZero(a) ? ini("undefined") : consneg(a) ? consminf : ini("infinity");
+      return TriggerNumericEvent(divisionByZero, divideName(), a, b, standard, true);
     }
   }
   if (isExactInfinity(b)) {

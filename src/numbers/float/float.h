@@ -55,15 +55,16 @@ DAG FloatAdd(DAG a, DAG b);
 DAG FloatMultiply(DAG a, DAG b);
 /// a + b as floats, for any two real numbers.
 DAG evalfadd(DAG a, DAG b);
-/// a times b as a float, rounded once; `a` and `b` are real numbers, one of them a float.
+/// a times b as a float, rounded once; `a` and `b` are real numbers, one of them a float. A RATIONAL `b`
+/// makes it a quotient.
 DAG evalfmul(DAG a, DAG b);
-/// a / b for floats; a zero `b` is a numeric event.
+/// a / b as a float for real numbers, rounded once from the exact quotient; a zero `b` is a numeric event.
 DAG evalfdiv(DAG a, DAG b);
-/// a^n by repeated squaring under guard digits.
-DAG evalfpwr(DAG a, std::int32_t n);
+/// a^n for an integer of any size, by repeated squaring under guard digits.
+DAG evalfpwr(DAG a, DAG n);
 /// Square root of a real number that isn't negative. Singular floats give themselves.
 DAG evalfsqrt(DAG a);
-/// The exact number equal to a finite float.
+/// The exact number equal to a finite float; what the overflow event gives where no integer holds its parts.
 DAG floatrat(DAG x);
 /// The float of a RATIONAL.
 DAG rationalToFloat(DAG x);

@@ -49,6 +49,20 @@ DAG floatProduct(DAG ma, DAG mb, DAG ea, DAG eb) {
   return BuildFloat(mulint(ma, mb), addint(ea, eb));
 }
 
+// n / d * 10^difference, rounded once: what the operation on `a` and `b` comes to. Neither integer is zero.
+DAG roundedFraction(DAG n, DAG d, std::int64_t difference, DAG a, DAG b) {
+  RoundedMantissa r = roundedQuotient(n, d, requireDigits());
+  const std::int64_t exponent = difference + r.exponent;
+  if (!fitsWord(difference) || !fitsWord(exponent)) {
+    DAG sign = signOf(r.mantissa);
+    if (difference < 0)
+      return TriggerNumericEvent(underflowEvent, ini("evalf"), a, b, DefaultUnderflow(sign), true);
+    return TriggerNumericEvent(overflowEvent, ini("evalf"), a, b, DefaultOverflow(sign), true);
+  }
+  DAG result = newFLOAT(r.mantissa, NewInteger(exponent));
+  return r.inexact && GetNumericStatusFlag(inexactEvent) == 0 ? inexactResult(a, b, result) : result;
+}
+
 }  // namespace
 
 DAG FloatAdd(DAG a, DAG b) {
@@ -115,13 +129,8 @@ DAG evalfmul(DAG a, DAG b) {
     }
   } else if (hasTag(b, RATIONAL)) {
     if (isZeroMantissa(m)) return zeroProduct(m, b[1]);
-    EnvironmentChange change;
-    raiseDigits(change, 1);
-    DAG y = rationalToFloat(b);
-    restoreDigits(change);
-    if (isFiniteFloat(y))
-      return floatProduct(m, mantissaOf(y), exponentOf(x), exponentOf(y));
-    return FloatMultiply(x, y);
+    if (isFLOAT(a)) x = a;
+    return roundedFraction(mulint(mantissaOf(x), b[1]), b[2], exponentValue(exponentOf(x)), x, b);
   }
   DAG y = asFloat(b);
   if (!isFLOAT(y)) return new5(PROD, x, cons1, y, cons1);
@@ -129,20 +138,16 @@ DAG evalfmul(DAG a, DAG b) {
 }
 
 DAG evalfdiv(DAG a, DAG b) {
-  std::int64_t digits = requireDigits();
-  if (isSingular(a) || isSingular(b) || isZeroMantissa(mantissaOf(b))) return TrapFDIV(a, b);
-  if (isZeroMantissa(mantissaOf(a))) return a;
-  RoundedMantissa q = roundedQuotient(mantissaOf(a), mantissaOf(b), digits);
-  std::int64_t difference = exponentValue(exponentOf(a)) - exponentValue(exponentOf(b));
-  std::int64_t exponent = difference + q.exponent;
-  if (!fitsWord(difference) || !fitsWord(exponent)) {
-    DAG sign = signOf(q.mantissa);
-    if (difference < 0)
-      return TriggerNumericEvent(underflowEvent, ini("evalf"), a, b, DefaultUnderflow(sign), true);
-    return TriggerNumericEvent(overflowEvent, ini("evalf"), a, b, DefaultOverflow(sign), true);
-  }
-  DAG result = newFLOAT(q.mantissa, NewInteger(exponent));
-  return q.inexact && GetNumericStatusFlag(inexactEvent) == 0 ? inexactResult(a, b, result) : result;
+  requireDigits();
+  a = SuppressHFloats(a);
+  b = SuppressHFloats(b);
+  auto isSingularFloat = [](DAG x) { return isFLOAT(x) && isSingular(x); };
+  if (isSingularFloat(a) || isSingularFloat(b) || isZero(b))
+    return TrapFDIV(isFLOAT(a) ? a : evalf(a), isFLOAT(b) ? b : evalf(b));
+  if (isZero(a)) return evalf(a);
+  const DecimalFraction p = decimalFraction(a), q = decimalFraction(b);
+  return roundedFraction(mulint(p.numerator, q.denominator), mulint(p.denominator, q.numerator),
+                         p.exponent - q.exponent, a, b);
 }
 
 DAG rationalToFloat(DAG x) {

@@ -63,8 +63,9 @@ DAG floatrat(DAG x) {
   if (isZeroMantissa(m)) return cons0;
   std::int64_t exponent = exponentValue(e);
   if (exponent >= 0) return exponent == 0 ? m : times10p(m, exponent);
-  DAG parts[2];
-  gcdsimpl(m, times10p(cons1, -exponent), parts);
+  DAG power = times10p(cons1, -exponent), parts[2];
+  if (!isInteger(power)) return power;
+  gcdsimpl(m, power, parts);
   return parts[1] == cons1 ? parts[0] : new3(RATIONAL, parts[0], parts[1]);
 }
 

@@ -276,6 +276,8 @@ DAG builtin::MorrBrilCull(const BuiltinCall& call) {
   requireCount(call, 10);
   for (Word i = 1; i <= 10; ++i)
     if (!isInteger(argument(call, i))) wrongParameters(call);
+  constexpr Word modulus = 7;
+  if (isZero(argument(call, modulus))) wrongParameters(call);
   return simpl(korel::MorrBrilCull(call.arguments));
 }
 

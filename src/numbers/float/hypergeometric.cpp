@@ -42,7 +42,9 @@ DAG exactParameter(DAG x, const char* message) {
   if (!isNumeric(x)) x = evalf(x);
   if (isObject(x) && hasTag(x, HFLOAT)) x = evalf(x);
   if (!isNumeric(x) || (isFLOAT(x) && isSingular(x))) KernelException(message);
-  return isFLOAT(x) ? floatrat(x) : x;
+  if (isFLOAT(x)) x = floatrat(x);
+  if (!isRationalNumber(x)) KernelException(message);
+  return x;
 }
 
 bool isNonpositiveInteger(DAG x) { return isInteger(x) && (isZero(x) || consneg(x)); }
@@ -142,6 +144,7 @@ Sum sumSeries(const Parameters& a, const Parameters& b, DAG multiplier, DAG divi
               std::int64_t shift, std::int64_t scale, std::int64_t limit) {
   const std::int64_t space = digitSpace(multiplier, a, scale);
   const std::int64_t mostTerms = precisionDigits() + 9999;
+  if (scale >= maxDecimalDigits) return {cons0, Ending::outOfSpace, 0};
   DAG term = times10p(cons1, scale), sum = times10p(cons1, scale);
   std::int64_t k = 1;
   for (;; ++k) {
@@ -150,7 +153,8 @@ Sum sumSeries(const Parameters& a, const Parameters& b, DAG multiplier, DAG divi
     if (TestInterrupt()) jumpback();
     DAG numerators = productOfSteps(multiplier, a), denominators = productOfSteps(divisor, b);
     if (denominators == cons0) return {sum, Ending::zeroDenominator, k};
-    if (ilength(numerators) + ilength(term) > space) return {sum, Ending::outOfSpace, k};
+    const std::int64_t length = ilength(numerators) + ilength(term);
+    if (length > space || length + shift > maxDecimalDigits) return {sum, Ending::outOfSpace, k};
     DAG product = times(term, numerators);
     if (product != term) discard(term);
     if (shift != 0) {
@@ -164,8 +168,9 @@ Sum sumSeries(const Parameters& a, const Parameters& b, DAG multiplier, DAG divi
     if (product != term && product != numerators) discard(product);
     if (term == cons0) break;
     DAG next = addint(sum, term);
-    if (next != sum && next != term) discard(sum);
-    sum = next;
+    discard(sum);
+    // After a sum of 0 the term itself comes back, which is given up before the sum is.
+    sum = next == term ? CopyAlg(term) : next;
     advance(a);
     advance(b);
   }

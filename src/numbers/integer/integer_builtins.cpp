@@ -30,14 +30,13 @@ DAG divide(const BuiltinCall& call, bool wantsQuotient) {
     wrongParameters(call);
   }
   if (n == 3 && !isVariable(call.arguments[3])) wrongParameters(call);
-  if (isZero(b)) KernelException("division by zero");
-  if (n == 2 && isImmediate(a) && isImmediate(b)) {
+  if (n == 2 && isImmediate(a) && isImmediate(b) && !isZeroImmediate(b)) {
     const std::int32_t x = immediateValue(a), y = immediateValue(b);
     return immediate(wantsQuotient ? x / y : x % y);
   }
-  DAG r;
-  DAG q = simpl(IntegerDivide(a, b, &r));
-  r = simpl(r);
+  DAG q;
+  DAG r = simpl(rem(a, b, &q));
+  q = simpl(q);
   if (n == 3) assign(evalname(call.arguments[3]), wantsQuotient ? r : q);
   return wantsQuotient ? q : r;
 }

@@ -1,6 +1,7 @@
 // Small primes, and one step of factorisation by continued fractions.
 
 #include "eval/simplify/simplify.h"
+#include "frame/long_operation.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
 #include "store/constants.h"
@@ -67,6 +68,8 @@ DAG MorrBrilCull(DAG state) {
       if (isZeroImmediate(e.q)) break;
       advance(e, twiceG, n);
       DAG s = smoothPart(product, e.q), rest;
+      if (isZeroImmediate(s)) break;  // the expansion ends here, and no primes are asked about
+      passWork(objectSteps + ilength(n));
       if (compint(IntegerDivide(e.q, s, &rest), bound) > 0) continue;
       DAG relation = newSequence({e.a, odd ? complint(e.q) : e.q, s});
       relations = enlarge(relations, 1);
