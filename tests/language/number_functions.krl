@@ -69,4 +69,4 @@ hyper([Float(1, -300000000)], [], 1/2); hyper([Float(1, 300000000)], [], 1/2); h
 MorrBrilCull(1, 3645, 1, 4034, 3257, 3645, 13290059, 0, 1, 1)[1 .. 5];
 MorrBrilCull(1, 2, 3, 4, 5, 6, 7, 8, 9, x);
 # Without a modulus there is nothing to do; the root of a square ends at once.
-MorrBrilCull(0, 1, 0, 1, 5, 5, 0, 4, 30, 10); MorrBrilCull(0, 1, 25, 1, 5, 5, 25, 4, 0, 10);
+MorrBrilCull(0, 1, 0, 1, 5, 5, 0, 4, 30, 10); MorrBrilCull(0, 1, 25, 1, 5, 5, 25, 4, 0, 10), MorrBrilCull(0, 1, 25, 1, 5, 5, 25, 10^18, 6, 10);

@@ -11,6 +11,7 @@
 #include "frame/errors.h"
 #include "frame/long_operation.h"
 #include "numbers/complex/complex.h"
+#include "numbers/float/hypergeometric.h"
 #include "numbers/integer/integer.h"
 #include "library/system_functions.h"
 #include "store/constants.h"
@@ -51,7 +52,7 @@ DAG evalfFunction(DAG x) {
     return evalsysf("evalf/", "@@", simpl(new4(EXPSEQ, f[2][1], f[2][2], arguments)));
   if (isTag(f, NAME) && std::strcmp(textOf(f), "hypergeom/kernel") == 0 &&
       isTag(arguments, EXPSEQ) && lengthOf(arguments) == 4)
-    return hypergeom(arguments[1], arguments[2], arguments[3], cons0, 0);
+    return hypergeom(arguments[1], arguments[2], arguments[3], cons0);
   DAG hit = remembered(x);
   if (hit != absent) return isTag(hit, FUNCTION) ? hit : fromMemory(hit, x);
   if (!isTag(f, NAME) && !isTag(f, TABLEREF)) return x;
@@ -91,7 +92,7 @@ DAG evalfPower(DAG base, DAG exponent) {
   if (isImmediate(base) || !isNumeric(base)) return DAG();
   if (isZero(base) || isInfinite(base) || isUndefined(base)) return DAG();
   if (tagOf(exponent) <= INTPOS) return DAG();
-  if (isFLOAT(base) && hasTag(exponent, RATIONAL) && exponent[2] == immediate(2) &&
+  if (isSoftFloat(base) && hasTag(exponent, RATIONAL) && exponent[2] == immediate(2) &&
       !consneg(base))
     return evalfpwr(evalfsqrt(base), exponent[1]);
   return evalsysf("evalf/", "power", new3(EXPSEQ, base, exponent));

@@ -8,6 +8,7 @@
 
 #include "numbers/arithmetic.h"
 #include "eval/simplify/bindings.h"
+#include "eval/evaluate/evalf.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"

@@ -5,21 +5,20 @@
 #include <cstdlib>
 #include <utility>
 
-#include "numbers/arithmetic.h"
 #include "eval/evaluate/evalf.h"
-#include "frame/precision.h"
 #include "eval/simplify/simplify.h"
-#include "frame/errors.h"
+#include "frame/precision.h"
+#include "library/system_functions.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex_forms.h"
 #include "numbers/integer/integer.h"
-#include "numbers/events/numeric_events.h"
-#include "library/system_functions.h"
 #include "store/constants.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
-bool isFloatComplex(DAG x) { return isComplex(x) && isFloatObject(x[1]); }
+bool isFloatComplex(DAG x) { return isComplex(x) && isFloatNumber(x[1]); }
 
 // ---- sums
 
@@ -28,8 +27,8 @@ DAG cxadd(DAG a, DAG b) {
     a = evalf(a);
     b = evalf(b);
   }
-  if (isExactZero(a)) return b;
-  if (isExactZero(b)) return a;
+  if (isZeroImmediate(a)) return b;
+  if (isZeroImmediate(b)) return a;
   if (!isComplex(a)) std::swap(a, b);
   if (!isComplex(a)) return simpl(add(a, b));
   const bool longA = lengthOf(a) == 3, longB = isComplex(b) && lengthOf(b) == 3;
@@ -162,7 +161,7 @@ DAG cxpower(DAG a, DAG n) {
 DAG cxRealPart(DAG x) {
   if (isComplex(x)) {
     if (lengthOf(x) == 3) return x[1];
-    return isFloatObject(x[1]) ? roundedZero() : cons0;
+    return isFloatNumber(x[1]) ? roundedZero() : cons0;
   }
   if (isNumeric(x) || hasNoFiniteValue(x)) return x;
   return evalsysf("simpl/", "Re", x);
@@ -170,7 +169,7 @@ DAG cxRealPart(DAG x) {
 
 DAG cxImaginaryPart(DAG x) {
   if (isComplex(x)) return imaginaryPartOf(x);
-  if (isNumeric(x) || hasNoFiniteValue(x)) return isFloatObject(x) ? roundedZero() : cons0;
+  if (isNumeric(x) || hasNoFiniteValue(x)) return isFloatNumber(x) ? roundedZero() : cons0;
   return evalsysf("simpl/", "Im", x);
 }
 

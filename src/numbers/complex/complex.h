@@ -11,7 +11,7 @@
 
 namespace korel {
 
-inline bool isComplex(DAG x) { return isObject(x) && hasTag(x, COMPLEX); }
+inline bool isComplex(DAG x) { return isTag(x, COMPLEX); }
 inline DAG imaginaryPartOf(DAG cx) { return cx[lengthOf(cx) - 1]; }
 /// COMPLEX whose first stored part is a FLOAT or HFLOAT.
 bool isFloatComplex(DAG x);

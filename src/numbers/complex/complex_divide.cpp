@@ -32,7 +32,7 @@ struct Decimal {
   DAG mantissa;
   std::int64_t exponent = 0;
 
-  bool isZero() const { return isZeroMantissa(mantissa); }
+  bool isZero() const { return isZeroImmediate(mantissa); }
   std::int64_t places() const { return ilength(mantissa) + exponent; }
 };
 
@@ -68,9 +68,9 @@ struct Gaussian {
 
 // A number with finite parts. A part that is the exact zero is none.
 Gaussian gaussianOf(DAG z) {
-  auto partOf = [](DAG x) { return decimalFraction(isExactZero(x) ? cons0 : SuppressHFloats(x)); };
+  auto partOf = [](DAG x) { return decimalFraction(isZeroImmediate(x) ? cons0 : SuppressHFloats(x)); };
   auto decimal = [](DAG x, const DecimalFraction& f, DAG otherDenominator) {
-    return isExactZero(x) ? Decimal{} : Decimal{f.numerator, f.exponent} * Decimal{otherDenominator};
+    return isZeroImmediate(x) ? Decimal{} : Decimal{f.numerator, f.exponent} * Decimal{otherDenominator};
   };
   DAG x = !isComplex(z) ? z : lengthOf(z) == 3 ? z[1] : cons0, y = isComplex(z) ? imaginaryPartOf(z) : cons0;
   DecimalFraction re = partOf(x), im = partOf(y);
@@ -104,7 +104,7 @@ DAG finiteQuotient(DAG a, DAG b) {
 }
 
 // The infinite imaginary part of the reciprocal of a zero.
-DAG imaginaryInfinity(DAG zero) { return isFLOAT(zero) && mantissaOf(zero) == consm0 ? consfinf : consfminf; }
+DAG imaginaryInfinity(DAG zero) { return isSoftFloat(zero) && mantissaOf(zero) == consm0 ? consfinf : consfminf; }
 
 DAG reciprocalOfZero(DAG z) {
   DAG im = imaginaryInfinity(imaginaryPartOf(z));
@@ -171,7 +171,7 @@ DAG cxfinv1(DAG z) {
 DAG cxfdiv(DAG a, DAG b) {
   auto isFinite = [](DAG x) { return isNumber(x) && !hasNoFiniteValue(x) && (!isComplex(x) || hasNumericParts(x)); };
   if (!isFinite(a) || !isFinite(b) || isZero(b)) return specialQuotient(a, b);
-  if (isExactZero(a)) return consf0;
+  if (isZeroImmediate(a)) return consf0;
   return isComplex(a) || isComplex(b) ? finiteQuotient(a, b) : evalfdiv(a, b);
 }
 

@@ -2,6 +2,7 @@
 
 #include "numbers/float/float.h"
 
+#include "eval/evaluate/evalf.h"
 #include "frame/environment.h"
 #include "frame/precision.h"
 #include "numbers/arithmetic.h"
@@ -10,6 +11,7 @@
 #include "numbers/float/float_rounding.h"
 #include "numbers/integer/integer_space.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -57,11 +59,11 @@ DAG powerAtOnce(DAG x, DAG n) {
 
 DAG evalfpwr(DAG a, DAG n) {
   DAG x = evalf(a);
-  if (!isFLOAT(x)) return new3(PROD, x, n);
+  if (!isSoftFloat(x)) return new3(PROD, x, n);
   if (isZero(n)) return consf1;
   DAG m = mantissaOf(x);
   const bool isNegative = consneg(n);
-  if (!isSingular(x) && isZeroMantissa(m)) {
+  if (!isSingular(x) && isZeroImmediate(m)) {
     if (isNegative) return TriggerNumericEvent(invalidOperation, ini("evalf"), m, n, consfNaN, true);
     return m == consm0 && isodd(n) ? consfm0 : consf0;
   }
@@ -80,9 +82,9 @@ DAG evalfpwr(DAG a, DAG n) {
 
 DAG evalfsqrt(DAG a) {
   DAG x = evalf(a);
-  if (isComplex(x) || !isFLOAT(x) || isSingular(x)) return x;
+  if (isComplex(x) || !isSoftFloat(x) || isSingular(x)) return x;
   DAG m = mantissaOf(x);
-  if (isZeroMantissa(m)) return consf0;
+  if (isZeroImmediate(m)) return consf0;
   assert(!isNegativeMantissa(m));
   std::int64_t digits = precisionDigits();
   if (isImmediate(exponentOf(x))) {

@@ -13,8 +13,6 @@
 
 namespace korel {
 
-inline bool isZeroMantissa(DAG m) { return m == cons0 || m == consm0; }
-
 /// Sign of a mantissa: the negative zero counts as negative.
 inline bool isNegativeMantissa(DAG m) { return tagOf(m) == INTNEG; }
 

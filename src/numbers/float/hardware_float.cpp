@@ -156,7 +156,7 @@ DAG HardwareToSoftwareFloat(double x) {
 DAG HFloatToFloat(DAG hfloat) { return simpl(HardwareToSoftwareFloat(hfloatValue(hfloat))); }
 
 DAG SuppressHFloats(DAG x) {
-  auto isHFloat = [](DAG part) { return isObject(part) && hasTag(part, HFLOAT); };
+  auto isHFloat = [](DAG part) { return isTag(part, HFLOAT); };
   if (isHFloat(x)) return HFloatToFloat(x);
   if (!isObject(x) || !hasTag(x, COMPLEX)) return x;
   DAG result = x;

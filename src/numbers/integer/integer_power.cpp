@@ -1,14 +1,15 @@
 // Powers of integers, with a bound on the result's length before anything is allocated.
 
+#include "numbers/integer/integer_functions.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
+#include "numbers/events/numeric_events.h"
 #include "numbers/integer/integer.h"
-#include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_groups.h"
 #include "numbers/integer/integer_space.h"
-#include "numbers/events/numeric_events.h"
 #include "store/constants.h"
 #include "store/names.h"
 

@@ -1,9 +1,10 @@
 // Small primes, and one step of factorisation by continued fractions.
 
+#include "numbers/integer/integer_functions.h"
+
 #include "eval/simplify/simplify.h"
 #include "frame/long_operation.h"
 #include "numbers/integer/integer.h"
-#include "numbers/integer/integer_functions.h"
 #include "store/constants.h"
 #include "store/objects.h"
 
@@ -62,14 +63,14 @@ DAG MorrBrilCull(DAG state) {
   std::int64_t count = LongLongValue(state[8]);
   DAG twiceG = addint(g, g);
   DAG relations = new1(EXPSEQ);
-  for (std::int64_t i = 0; i < count; i += 2) {
+  // The expansion of the root of a square ends with a Q of 0.
+  for (std::int64_t i = 0; i < count && !isZeroImmediate(e.q); i += 2) {
     for (bool odd : {true, false}) {
-      // The expansion of the root of a square ends.
       if (isZeroImmediate(e.q)) break;
+      passWork(objectSteps + ilength(n));
       advance(e, twiceG, n);
       DAG s = smoothPart(product, e.q), rest;
-      if (isZeroImmediate(s)) break;  // the expansion ends here, and no primes are asked about
-      passWork(objectSteps + ilength(n));
+      if (isZeroImmediate(s)) break;  // no primes are asked about
       if (compint(IntegerDivide(e.q, s, &rest), bound) > 0) continue;
       DAG relation = newSequence({e.a, odd ? complint(e.q) : e.q, s});
       relations = enlarge(relations, 1);

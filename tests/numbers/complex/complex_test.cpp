@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "eval/evaluate/environment_variables.h"
+#include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
 #include "kernel_fixture.h"
 #include "numbers/arithmetic.h"
@@ -47,7 +48,7 @@ TEST(Complex, GaussianIntegersAreARing) {
 
 // ---- quotients and sizes, in exact arithmetic
 
-DAG exactOf(DAG x) { return isFLOAT(x) ? simpl(floatrat(x)) : x; }
+DAG exactOf(DAG x) { return isSoftFloat(x) ? simpl(floatrat(x)) : x; }
 DAG times(DAG a, DAG b) { return simpl(mul(a, b)); }
 DAG plus(DAG a, DAG b) { return simpl(add(a, b)); }
 DAG minus(DAG a, DAG b) { return plus(a, simpl(negate(b))); }
@@ -113,7 +114,7 @@ DAG someOperand(Random& random, std::int64_t digits) {
 // `z` with another last digit: a quotient by it has an imaginary part of a few leading zeros.
 DAG neighbour(DAG z) {
   DAG near = CopyAlg(z), part = imaginaryPartOf(z);
-  if (!isFLOAT(part)) return z;
+  if (!isSoftFloat(part)) return z;
   near[lengthOf(z) - 1] = simpl(newFLOAT(addint(part[1], cons1), part[2]));
   return simpl(near);
 }

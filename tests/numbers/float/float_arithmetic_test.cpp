@@ -83,7 +83,7 @@ std::string rounded(const Fraction& f, std::int64_t digits, Mode mode) {
 }
 
 std::string shown(DAG x) {
-  if (!isFLOAT(x) || isSingular(x)) return text(x);
+  if (!isSoftFloat(x) || isSingular(x)) return text(x);
   std::string mantissa = decimal(x[1]);
   if (x[1] == cons0 || x[1] == consm0) return "0";
   std::int64_t exponent = LongLongValue(x[2]);

@@ -1,14 +1,16 @@
 // The hypergeometric kernel against partial sums in exact rational arithmetic.
 
-#include "numbers/float/float.h"
+#include "numbers/float/hypergeometric.h"
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
+#include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
 #include "kernel_fixture.h"
 #include "numbers/arithmetic.h"
+#include "numbers/float/float.h"
 #include "numbers/integer_oracle.h"
 #include "store/constants.h"
 #include "store/objects.h"
@@ -55,7 +57,7 @@ TEST(Hypergeometric, PartialSumsAreExact) {
     int terms = 2 + static_cast<int>(random.below(30));
     DAG exact = exactSum(a, b, z, terms);
     SCOPED_TRACE(text(listOf(a)) + ", " + text(listOf(b)) + ", " + text(z) + ", " + std::to_string(terms));
-    DAG sum = simpl(hypergeom(listOf(a), listOf(b), i % 4 == 0 ? simpl(evalf(z)) : z, immediate(terms), 0));
+    DAG sum = simpl(hypergeom(listOf(a), listOf(b), i % 4 == 0 ? simpl(evalf(z)) : z, immediate(terms)));
     if (isZero(exact)) {
       ++zeros;
       continue;
