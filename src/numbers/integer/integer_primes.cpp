@@ -62,7 +62,8 @@ DAG MorrBrilCull(DAG state) {
   DAG g = state[6], n = state[7], product = state[9], bound = state[10];
   std::int64_t count = LongLongValue(state[8]);
   DAG twiceG = addint(g, g);
-  DAG relations = new1(EXPSEQ);
+  DAG relations = newl2(8, EXPSEQ);
+  Word found = 1;
   // The expansion of the root of a square ends with a Q of 0.
   for (std::int64_t i = 0; i < count && !isZeroImmediate(e.q); i += 2) {
     for (bool odd : {true, false}) {
@@ -73,10 +74,11 @@ DAG MorrBrilCull(DAG state) {
       if (isZeroImmediate(s)) break;  // no primes are asked about
       if (compint(IntegerDivide(e.q, s, &rest), bound) > 0) continue;
       DAG relation = newSequence({e.a, odd ? complint(e.q) : e.q, s});
-      relations = enlarge(relations, 1);
-      relations[lengthOf(relations) - 1] = simpl(new2(LIST, relation));
+      if (found == lengthOf(relations)) relations = enlarge(relations, found);
+      relations[found++] = simpl(new2(LIST, relation));
     }
   }
+  shorten(relations, lengthOf(relations), found);
   DAG set = simpl(new2(SET, relations));
   return simpl(new2(LIST, newSequence({e.aBefore, e.a, e.qBefore, e.q, e.rest, set})));
 }
