@@ -68,7 +68,7 @@ DAG MorrBrilCull(DAG state) {
   for (std::int64_t i = 0; i < count && !isZeroImmediate(e.q); i += 2) {
     for (bool odd : {true, false}) {
       if (isZeroImmediate(e.q)) break;
-      passWork(objectSteps + ilength(n));
+      passWork(objectSteps + ilength(n) + ilength(e.q));
       advance(e, twiceG, n);
       DAG s = smoothPart(product, e.q), rest;
       if (isZeroImmediate(s)) break;  // no primes are asked about
