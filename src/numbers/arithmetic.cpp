@@ -1,29 +1,25 @@
 #include "numbers/arithmetic.h"
 
+#include <utility>
+
+#include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "numbers/complex/complex.h"
 #include "numbers/complex/complex_forms.h"
+#include "numbers/events/numeric_events.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
-#include "numbers/events/numeric_events.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-bool isInfinity(DAG x) { return x == ini("infinity"); }
-bool isNegativeInfinity(DAG x) {
-  return x == consminf || (isObject(x) && headerWord(x) == (SUM | 3) && x[1] == ini("infinity") &&
-                           x[2] == consm1);
-}
-bool isExactInfinity(DAG x) { return isInfinity(x) || isNegativeInfinity(x); }
-bool isUndefinedName(DAG x) { return x == ini("undefined"); }
-bool isRATIONAL(DAG x) { return isObject(x) && hasTag(x, RATIONAL); }
 bool isNegativeInteger(DAG x) { return hasTag(x, INTNEG) && x != consm0; }
 
 /// p / q in canonical form, for coprime parts with q > 0. A part that an overflow has replaced by
@@ -59,8 +55,6 @@ DAG addRationals(DAG a, DAG b) {
   return fraction(quotient(t, g2), mulint(part1, quotient(q2, g2)));
 }
 
-DAG infinityOfSign(bool negative) { return negative ? consminf : ini("infinity"); }
-
 }  // namespace
 
 // ---- kinds of values
@@ -81,7 +75,7 @@ bool isZero(DAG x) {
 
 bool isInfinite(DAG x) {
   if (!isObject(x)) return false;
-  if (isExactInfinity(x) || isFloatInfinity(x)) return true;
+  if (isExactInfinite(x) || isFloatInfinity(x)) return true;
   if (hasTag(x, HFLOAT)) return __builtin_isinf(hfloatValue(x)) != 0;
   if (!hasTag(x, COMPLEX)) return false;
   for (Word i = 1; i < lengthOf(x); ++i)
@@ -91,7 +85,7 @@ bool isInfinite(DAG x) {
 
 bool isUndefined(DAG x) {
   if (!isObject(x)) return false;
-  if (isUndefinedName(x) || isFloatUndefined(x)) return true;
+  if (isExactUndefined(x) || isFloatUndefined(x)) return true;
   if (hasTag(x, HFLOAT)) return __builtin_isnan(hfloatValue(x)) != 0;
   if (!hasTag(x, COMPLEX)) return false;
   for (Word i = 1; i < lengthOf(x); ++i)
@@ -104,22 +98,18 @@ bool isUndefined(DAG x) {
 DAG addNumbers(DAG a, DAG b) {
   if (isInteger(a) && isInteger(b)) return addint(a, b);
   if (isComplex(a) || isComplex(b)) return cxadd(a, b);
-  if (isFloatObject(a) || isFloatObject(b)) return evalfadd(a, b);
-  if (isUndefinedName(a) || isUndefinedName(b)) return ini("undefined");
-  if (isExactInfinity(a)) {
-    if (isExactInfinity(b) && isInfinity(a) != isInfinity(b))
+  if (isFloatNumber(a) || isFloatNumber(b)) return evalfadd(a, b);
+  if (isExactUndefined(a) || isExactUndefined(b)) return ini("undefined");
+  if (isExactInfinite(a)) {
+    if (isExactInfinite(b) && isExactInfinity(a) != isExactInfinity(b))
       return TriggerNumericEvent(invalidOperation, ini("+"), a, b, ini("undefined"), true);
     return a;
   }
-  if (isExactInfinity(b)) return b;
+  if (isExactInfinite(b)) return b;
 
-  if (!isRATIONAL(a) && isRATIONAL(b)) {
-    DAG swap = a;
-    a = b;
-    b = swap;
-  }
-  assert(isRATIONAL(a) && isRationalNumber(b));
-  if (isRATIONAL(b)) return addRationals(a, b);
+  if (!isTag(a, RATIONAL)) std::swap(a, b);
+  assert(isTag(a, RATIONAL) && isRationalNumber(b));
+  if (isTag(b, RATIONAL)) return addRationals(a, b);
   DAG p = addint(mulint(b, a[2]), a[1]);
   return p == cons0 ? cons0 : fraction(p, a[2]);
 }
@@ -130,13 +120,13 @@ namespace {
 
 /// Product with an exact infinity on at least one side.
 DAG multiplyInfinities(DAG a, DAG b) {
-  bool aFloat = isFloatObject(a), bFloat = isFloatObject(b);
+  bool aFloat = isFloatNumber(a), bFloat = isFloatNumber(b);
   if (isZero(a) || isZero(b))
     return TriggerNumericEvent(invalidOperation, ini("*"), a, b,
                                aFloat || bFloat ? consfNaN : ini("undefined"), true);
   if (isFloatUndefined(a)) return a;
   if (isFloatUndefined(b)) return b;
-  DAG result = infinityOfSign(consneg(a) != consneg(b));
+  DAG result = exactInfinity(consneg(a) != consneg(b));
   return aFloat || bFloat ? evalf(result) : result;
 }
 
@@ -158,19 +148,15 @@ DAG mulNumbers(DAG a, DAG b) {
   if (isInteger(a) && isInteger(b)) return mulint(a, b);
   if (isComplex(a)) return simpl(cxmul(a, b));
   if (isComplex(b)) return simpl(cxmul(b, a));
-  if (isUndefinedName(a)) return isFloatObject(b) ? consfNaN : a;
-  if (isUndefinedName(b)) return isFloatObject(a) ? consfNaN : b;
-  if (isExactInfinity(a) || isExactInfinity(b)) return multiplyInfinities(a, b);
-  if (isFloatObject(a)) return evalfmul(a, b);
-  if (isFloatObject(b)) return evalfmul(b, a);
+  if (isExactUndefined(a)) return isFloatNumber(b) ? consfNaN : a;
+  if (isExactUndefined(b)) return isFloatNumber(a) ? consfNaN : b;
+  if (isExactInfinite(a) || isExactInfinite(b)) return multiplyInfinities(a, b);
+  if (isFloatNumber(a)) return evalfmul(a, b);
+  if (isFloatNumber(b)) return evalfmul(b, a);
 
-  if (!isRATIONAL(a)) {
-    DAG swap = a;
-    a = b;
-    b = swap;
-  }
-  assert(isRATIONAL(a) && isRationalNumber(b));
-  if (isRATIONAL(b)) return multiplyRationals(a, b);
+  if (!isTag(a, RATIONAL)) std::swap(a, b);
+  assert(isTag(a, RATIONAL) && isRationalNumber(b));
+  if (isTag(b, RATIONAL)) return multiplyRationals(a, b);
   if (isZeroImmediate(b)) return cons0;
   DAG parts[2];
   gcdsimpl(b, a[2], parts);
@@ -179,25 +165,20 @@ DAG mulNumbers(DAG a, DAG b) {
 
 // ---- power
 
-namespace {
-
-DAG powerOfInteger(DAG b, std::int32_t n) { return isZeroImmediate(b) ? cons0 : powint(b, n); }
-
-}  // namespace
-
 DAG power(DAG b, std::int32_t n) {
   if (n == 0 || b == cons1) return cons1;
-  if (isFloatObject(b)) return evalfpwr(b, n);
+  if (isFloatNumber(b)) return evalfpwr(b, Newint(n));
   if (isComplex(b)) return cxpower(b, n);
   assert(isRationalNumber(b));
   if (n > 0) {
-    if (isInteger(b)) return powerOfInteger(b, n);
+    if (isZeroImmediate(b)) return cons0;
+    if (isInteger(b)) return powint(b, n);
     return fraction(powint(b[1], n), powint(b[2], n));
   }
   if (n == INT32_MIN) KernelException("integer too large in context");
   if (b == consm1) return n % 2 == 0 ? cons1 : consm1;
   n = -n;
-  if (isRATIONAL(b)) {
+  if (isTag(b, RATIONAL)) {
     DAG p = b[1], q = b[2];
     // The sign goes to the numerator of the inverse.
     if (isNegativeInteger(p)) {
@@ -235,7 +216,7 @@ DAG increment(DAG x) {
       case HFLOAT: return evalfadd(x, consf1);
       case COMPLEX: return cxadd(x, cons1);
       default:
-        if (isExactInfinity(x) || isUndefinedName(x)) return x;
+        if (isExactInfinite(x) || isExactUndefined(x)) return x;
     }
   KernelException("invalid type in increment");
 }
@@ -260,14 +241,14 @@ DAG negate(DAG x) {
                                     : new3(COMPLEX, negativeOfPart(x[1]), negativeOfPart(x[2])));
     default: break;
   }
-  if (isInfinity(x)) return consminf;
-  if (isNegativeInfinity(x)) return ini("infinity");
-  if (isUndefinedName(x)) return x;
+  if (isExactInfinity(x)) return consminf;
+  if (isExactMinusInfinity(x)) return ini("infinity");
+  if (isExactUndefined(x)) return x;
   return newCall(ini("negate"), {x});
 }
 
 DAG absalg(DAG x) {
-  if (isFLOAT(x) && x[1] == consm0) return consf0;
+  if (isSoftFloat(x) && x[1] == consm0) return consf0;
   if (!consneg(x)) return x;
   if (isInteger(x)) return complint(x);
   switch (tagOf(x)) {
@@ -284,7 +265,7 @@ bool consneg(DAG x) {
     case INTPOS: return false;
     case RATIONAL: return hasTag(x[1], INTNEG);
     case FLOAT: return isNegativeInteger(x[1]) && !isFloatUndefined(x);
-    default: return isNegativeInfinity(x);
+    default: return isExactMinusInfinity(x);
   }
 }
 
@@ -294,8 +275,8 @@ namespace {
 
 /// 1 or -1 for an infinity, exact or float, by its sign; 0 for any other value.
 int infiniteSign(DAG x) {
-  if (isInfinity(x)) return 1;
-  if (isNegativeInfinity(x)) return -1;
+  if (isExactInfinity(x)) return 1;
+  if (isExactMinusInfinity(x)) return -1;
   if (isFloatInfinity(x)) return isNegativeInteger(x[1]) ? -1 : 1;
   return 0;
 }
@@ -313,7 +294,7 @@ int compcon(DAG a, DAG b) {
   if (signA != 0 || signB != 0) return signA < signB ? -1 : signA > signB;
   DAG difference = NonEventCall2(add, a, negate(b));
   if (isZero(difference)) return 0;
-  if (isObject(difference) && hasTag(difference, HFLOAT))
+  if (isTag(difference, HFLOAT))
     return hfloatValue(difference) < 0 ? -1 : 1;
   return consneg(difference) ? -1 : 1;
 }
@@ -325,7 +306,7 @@ bool Equal1(DAG x) {
     case FLOAT: {
       if (x == consf1) return true;
       DAG difference = evalfadd(consfm1, x);
-      return isFLOAT(difference) && !isSingular(difference) && isZero(difference);
+      return isSoftFloat(difference) && !isSingular(difference) && isZero(difference);
     }
     case HFLOAT: return hfloatValue(x) == 1.0;
     case COMPLEX: return lengthOf(x) == 3 && Equal1(x[1]) && isZero(x[2]);
@@ -378,15 +359,15 @@ DAG complexOf(DAG real, DAG imaginary) {
 DAG rem(DAG a, DAG b, DAG* quotient) {
   DAG unused;
   DAG& q = quotient != nullptr ? *quotient : unused;
-  if (isUndefinedName(a) || isUndefinedName(b)) return q = ini("undefined");
-  if (isExactInfinity(a)) {
-    if (isExactInfinity(b))
+  if (isExactUndefined(a) || isExactUndefined(b)) return q = ini("undefined");
+  if (isExactInfinite(a)) {
+    if (isExactInfinite(b))
       q = ini("undefined");
     else
       q = consneg(b) || isZero(b) ? negate(a) : a;
     return invalidRemainder(a, b);
   }
-  if (isExactInfinity(b)) {
+  if (isExactInfinite(b)) {
     q = cons0;
     return a;
   }
@@ -398,7 +379,7 @@ DAG rem(DAG a, DAG b, DAG* quotient) {
     return complexOf(real, imaginary);
   }
   if (isZero(b)) {
-    q = infinityOfSign(consneg(a));
+    q = exactInfinity(consneg(a));
     return invalidRemainder(a, b);
   }
   if (isInteger(a) && isInteger(b)) {
@@ -420,7 +401,7 @@ DAG rem(DAG a, DAG b, DAG* quotient) {
 namespace {
 
 DAG scaled(DAG number, DAG x) {
-  if (isObject(x) && hasTag(x, SUM) && lengthOf(x) == 3)
+  if (isTag(x, SUM) && lengthOf(x) == 3)
     return new3(SUM, x[1], mul(number, x[2]));
   return new3(SUM, x, number);
 }

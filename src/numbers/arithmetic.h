@@ -11,6 +11,7 @@
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/dag.h"
+#include "store/standard_names.h"
 
 namespace korel {
 
@@ -52,6 +53,19 @@ DAG mtrunc(DAG x);
 DAG rem(DAG a, DAG b, DAG* quotient);
 /// a times b as a PROD or SUM for `simpl` to finish.
 DAG NewPROD(DAG a, DAG b);
+
+// ---- special values
+
+inline bool isExactInfinity(DAG x) { return x == ini("infinity"); }
+/// SUM(infinity, -1), the shared object or one that is not simplified yet.
+inline bool isExactMinusInfinity(DAG x) {
+  return x == consminf ||
+         (isObject(x) && headerWord(x) == (SUM | 3) && x[1] == ini("infinity") && x[2] == consm1);
+}
+inline bool isExactInfinite(DAG x) { return isExactInfinity(x) || isExactMinusInfinity(x); }
+inline bool isExactUndefined(DAG x) { return x == ini("undefined"); }
+/// `infinity` or its negative.
+inline DAG exactInfinity(bool negative) { return negative ? consminf : ini("infinity"); }
 
 /// The zero test: 0 in either form, a float zero, a COMPLEX of zeros.
 bool isZero(DAG x);

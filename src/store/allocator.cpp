@@ -130,7 +130,7 @@ void keepMemoryReserve() {
 bool isMemoryReserveSpent() { return !memoryReserve; }
 
 Word getLargeSpace(Word n) {
-  if (n > maxLength) {
+  if (n > maxFreeSize) {
     if (foreignDAG) return 0;
     KernelException("object too large");
   }

@@ -40,8 +40,8 @@ inline Word& wordAt(Word address) {
 /// The part of `get_space` behind the exact lists.
 Word getLargeSpace(Word n);
 
-/// A block of `n` words, not zeroed. Errors: "object too large" above 0x3ffffff words; a heap that cannot grow
-/// ends the statement with "ran out of memory".
+/// A block of `n` words, not zeroed. Errors: "object too large" for more than the longest object and its
+/// control word; a heap that cannot grow ends the statement with "ran out of memory".
 inline Word get_space(Word n) {
   // One pop for a recycled small block: no search, no size word (bench/store_bench.cpp).
   (InExternalCall ? cusedext : cused) += n;

@@ -201,8 +201,8 @@ TEST_F(ErrorProcedures, TooManyPopsAreAnInternalError) {
 TEST(Trap, GivesTheValueOrTheErrorAndCleansUp) {
   EXPECT_EQ(evaluated("traperror(error_free + 1)"), "error_free+1");
   EXPECT_FALSE(ini("lasterror")[1]);
-  EXPECT_EQ(evaluated("traperror(1/0)"), "\"division by zero\"");
-  EXPECT_EQ(text(lastException()), "0, \"division by zero\"");
+  EXPECT_EQ(evaluated("traperror(1/0)"), "\"numeric exception: division by zero\"");
+  EXPECT_EQ(text(lastException()), "0, \"numeric exception: division by zero\"");
   EXPECT_EQ(evaluated("traperror(ERROR(\"x\", 1))"), "\"x\", 1");
   EXPECT_EQ(evaluated("traperror(1, 2)"), "1, 2");
   EXPECT_FALSE(lastException());

@@ -15,7 +15,7 @@ nops([f(Float(infinity), -Float(infinity))]), nops([f(Float(infinity), -Float(in
 NumericEventHandler(invalid_operation = default): f(Float(infinity), -Float(infinity));
 # What ends the value that a variable had in these loops: its end, an error, a jump; also for the variables
 # that belong to the procedure that runs.
-seq(evalf(1/3), Digits = 2..4); Digits; try seq(1/(Digits - 6), Digits = 5..7) catch "div": Digits end try;
+seq(evalf(1/3), Digits = 2..4); Digits; try seq(1/(Digits - 6), Digits = 5..7) catch "numeric exception: div": Digits end try;
 g := proc(x) Digits := 3; if x = 6 then error "six" end if; x end proc:
 f := proc() Digits := 20; try seq(g(Digits), Digits = 5..7) catch "six": end try; Digits end proc: f(), Digits;
 seq(_EnvA, _EnvA = 1..2); _EnvA; f := proc() seq(_EnvA, _EnvA = 1..2), _EnvA end proc: f(); _EnvA := 7: f(), _EnvA;

@@ -34,3 +34,5 @@ add(x, x = [10.0^20, 1, -10.0^20]), add(x, x = [1, 10.0^20, -10.0^20, 4]), add(x
 # The variable is changed inside, kept by closures and put back; one that is protected takes no value.
 f := proc() local i, g; g := proc() i := 10*i end; add(g() + i, i = 1..3), i end: f();
 seq(proc() i end, i = 1..2)[1](); setattribute('z', protected): seq(z, z = 1..3); 
+# What a sum or a product has gathered is a part of the fraction, the float or the complex number that follows.
+mul(k, k = [10^20, 10^20, 1/7]), add(k, k = [2^62, 2^62, 2^62, 0.*10^20]), mul(k, k = [2^40, 2^40, 1 + I, 3]);

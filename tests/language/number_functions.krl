@@ -2,17 +2,22 @@
 igcd(0, 0), igcd(-6, 4), igcd(), igcd(12), igcd(2^200, 6^100), igcd(-10^30, 0), igcd(x, 4);
 iquo(-7, 2), irem(-7, 2), iquo(7, -2), irem(7, -2), iquo(10^30, 10^10), irem(10^30 + 7, -10^15), iquo(3, 10^20), irem(3, 10^20);
 iquo(17, 5, 'r'), r, irem(17, 5, 'q'), q;
-iquo(7, 0); irem(10^30, 0); iquo(1.5, 2); irem(7, x); iquo(7, 2, 3);
+NumericStatus(false): iquo(7, 0), irem(10^30, 0), iquo(-7, 0, 'r'), r, irem(7, 0, 'q'), q; NumericStatus(invalid_operation);
+iquo(1.5, 2); irem(7, x); iquo(7, 2, 3);
 isqrt(0), isqrt(1), isqrt(2), isqrt(6), isqrt(7), isqrt(-4), isqrt(10^40), isqrt(10^40 - 1), isqrt(10^32 - 1), isqrt(2*10^9), isqrt(999999999), isqrt(1000000000);
 isqrt(2*10^60); isqrt(x); isqrt(1/2);
 icontent(6*x + 9*y), icontent(6/5*x + 4/15), icontent(-12), icontent(-2/3), icontent(x), icontent(2.5*x), icontent(4 + 6*I), icontent(2*x*y), icontent(3*I*x), icontent(0);
 icontent([1]); icontent(a = b); icontent({2});
 0!, 1!, 12!, 13!, 20!, 25!; ilog10(factorial(1000)); (-1)!; x!; (1/2)!; factorial(1, 2); factorial(); 32177!; (10^20)!;
-# Limits answer at once.
+# Limits answer at once. What a handler gives in their place is no integer of theirs.
+length(10^268435447), 10^268435448; (-10)^268435449; undefined;
+NumericEventHandler(overflow = proc(o, x, d) 1/2 end): 2^891723257; (10^15)^891723257; NumericEventHandler(overflow = proc(o, x, d) -infinity end): 2^891723257; NumericEventHandler(default):
 2^891723257; 10^(3*10^8); 3^(10^12); (1/2)^(-10^12); (10^10)^(10^8); (-1)^(10^30), 1^(10^30), 0^(10^9);
 NumericEventHandler(overflow = exception): 2^891723257; (2/3)^891723257; NumericEventHandler(default):
 Float(1, 2147483646); Float(12, 2147483646); Float(1, 2147483647); Float(1, -2147483646); Float(1, 10^12); Float(1, -10^30);
 1e2147483640*1e2147483640, -1e2147483640*1e2147483640, 1e-2147483640*1e-2147483640; 1e2147483640/1e-2147483640, 1e-2147483640/1e2147483640;
+(-1.0)^(10^20), (-1.)^(10^20 + 1), 1.0^(10^20), 2.0^(10^10), .5^(10^20), (-2.)^(10^20 + 1), 2.^(-10^20), .5^(-10^20), 1.000000001^(2^33), .999999999^(-2^33), (1. + I)^(-2^31);
+NumericStatus(false): 2.^(10^20): NumericStatus(overflow, underflow, invalid_operation); NumericStatus(false): 2.^(-10^20): NumericStatus(overflow, underflow, invalid_operation);
 (1e2147483640)^2, (1e-2147483640)^3, (1e10)^(2000000000), (1e10)^(-2000000000);
 Digits := 0; Digits := -1; Digits := 268435449; Digits := 1.5; Digits := x; Digits;
 evalf[268435449](1); evalf[0](1); evalf[-1](1); evalf(1, 0); evalf(1, x); evalf(1/3, 5), evalf[3](2/3), evalf(1/3, NULL);
@@ -20,6 +25,8 @@ evalf[268435449](1); evalf[0](1); evalf[-1](1); evalf(1, 0); evalf(1, x); evalf(
 Digits := 3: round4 := proc(x) local r; r := NULL; for Rounding in [nearest, 0, infinity, -infinity] do r := r, evalf(x) end do; r end:
 round4(2/3); round4(-2/3); round4(12345/1000); round4(12355/1000); round4(-12345/1000); round4(99999); round4(-99999); round4(10^30 + 1);
 Digits := 10: Rounding; Rounding := sideways;
+# Quotients round once, whatever digits the operands have.
+Digits := 1: Float(1379878957,-10)/Float(-693,-12), Float(1379878957,-10)/(-693), 1/Float(1379878957,-10), 1379878957/Float(-693,-12), (1/3)/Float(1379878957,-10), Float(15,-1)*(1/9); Digits := 10:
 .1 + .2, 1.5 - 1.5, 0. + (-0.), -0. + (-0.), -0.*3, -0.*(-3), 2./3., 2/3., 1/3 + .5, 1.0 + 1e-20;
 Rounding := -infinity: 1.5 - 1.5, 0. + (-0.), Re(3.*I), Im(2.5), Default0(); Rounding := nearest: Re(3.*I), Im(2.5), Im(2), Re(3*I), Default0();
 # Parts, sizes, order.
@@ -56,6 +63,10 @@ hyper([], [], 1.), hyper([1], [], 1/2), hyper([1/2, 1], [1/2], .5), hyper([1, 1]
 hyper(1, [], 1); hyper([], 1, 1); hyper([x], [], 1); hyper([], [x], 1); hyper([], [], x); hyper([], [], 1, -1); hyper([], [], 1, 0); hyper([], [], 1, x);
 hyper([1, 2, 3], [1/2], 1/2); hyper([1, 2], [3], 2); hyper([1, 2], [3], 1); hyper([1], [-2], 1); hyper([1], [2]);
 evalf(`hypergeom/kernel`([1], [1], 1));
+# Numbers that no integer holds.
+hyper([Float(1, -300000000)], [], 1/2); hyper([Float(1, 300000000)], [], 1/2); hyper([], [], Float(1, 300000000)), hyper([-3], [], Float(1, 300000000));
 # Continued fraction of the root of 13290059: relations that a small bound keeps.
 MorrBrilCull(1, 3645, 1, 4034, 3257, 3645, 13290059, 0, 1, 1)[1 .. 5];
 MorrBrilCull(1, 2, 3, 4, 5, 6, 7, 8, 9, x);
+# Without a modulus there is nothing to do; the root of a square ends at once.
+MorrBrilCull(0, 1, 0, 1, 5, 5, 0, 4, 30, 10); MorrBrilCull(0, 1, 25, 1, 5, 5, 25, 4, 0, 10), MorrBrilCull(0, 1, 25, 1, 5, 5, 25, 10^18, 6, 10);

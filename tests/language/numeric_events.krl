@@ -69,3 +69,10 @@ NumericEvent(division_by_zero, `/`, [1., 0], inf);
 lib := proc(x) NumericEvent(invalid_operation, 17) end: lib(1, 2);
 NumericEventHandler(invalid_operation = proc(o, x, d) x end): lib(1, 2); NumericEventHandler(default):
 NumericEvent(overflow, 3); NumericEvent(1, `+`, [1], 2); NumericEvent(overflow, 1, [1], 2); NumericEvent(overflow, `+`, 1, 2); NumericEvent(flood, `+`, [1], 2); NumericEvent();
+# An exact quotient by zero: an error by default, with the flag; otherwise what the handler makes of it.
+ask(over, 1, 0); ask(over, x, 0); ask(over, -2/3, 0); ask(over, 1 + I, 0); ask(over, 0, 0); ask(power, 0, -1); ask(power, 0, -1/2); ask(power, 0, -1 + I);
+NumericStatus(false): traperror(over(3, 0)), NumericStatus(division_by_zero); p := proc() try over(3, 0) catch "numeric exception: division by zero": "caught" end try end: p();
+NumericEventHandler(division_by_zero = proc(o, x, d) print(x, d); d end): over(1, 0); over(-1, 0); over(2/3, 0); over(-2/3, 0); over(1 + I, 0); over(0, 0); over(x*y, 0); over(-x, 0); power(0, -2); power(0, -1/2); power(0, -1 + I);
+NumericEventHandler(division_by_zero = proc(o, x, d) 7 end): over(1, 0), over(x, 0), over(2*x, 0), power(0, -3); NumericEventHandler(default):
+# A float infinity as exponent gives floats.
+power(2, inf), power(2, minf), power(1/2, inf), power(2, nan), power(-2, inf);

@@ -193,7 +193,7 @@ TEST(StartFiles, RunBeforeTheFirstStatement) {
   EXPECT_EQ(started.substr(0, started.find("/tmp")), "Error, in file\nError, while reading `") << started;
   EXPECT_EQ(started.substr(started.rfind('\n') + 1), "1, afterwards, 3, 4") << started;
   EXPECT_EQ(startWithFiles({"-s", "-i", "other", "-c", "1/0", "-c", "c := 4"}),
-            "Error, division by zero\nhomeread, afterwards, 3, 4");
+            "Error, numeric exception: division by zero\nhomeread, afterwards, 3, 4");
   EXPECT_EQ(startWithFiles({"-s", "-c", "c := := 1", "-c", "c := 5;"}),
             "Error, incorrect syntax in parse: `:=` unexpected (8)\nhomeread, afterwards, "
             "otherread, 5");

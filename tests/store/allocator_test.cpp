@@ -123,7 +123,7 @@ TEST(Allocator, ChunksBackToBackBecomeOne) {
 }
 
 TEST(Allocator, RequestsBeyondTheLimitAreErrors) {
-  EXPECT_EQ(errorOf([] { get_space(maxLength + 1); }), "object too large");
+  EXPECT_EQ(errorOf([] { get_space(maxLength + 2); }), "object too large");
   EXPECT_EQ(newForeign(maxLength), DAG());
   EXPECT_FALSE(foreignDAG);
 }

@@ -10,6 +10,7 @@
 #include "library/system_functions.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
+#include "numbers/float/hypergeometric.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"
@@ -48,7 +49,7 @@ DAG evalfFunction(DAG x) {
   if (isCallOf(f, ini("@@")) && lengthOf(f[2]) == 3 && isInteger(f[2][2]))
     return evalsysf("evalf/", "@@", simpl(new4(EXPSEQ, f[2][1], f[2][2], arguments)));
   if (isName(f) && hasText(f, "hypergeom/kernel") && isSequence(arguments) && memberCount(arguments) == 3)
-    return hypergeom(arguments[1], arguments[2], arguments[3], cons0, 0);
+    return hypergeom(arguments[1], arguments[2], arguments[3], cons0);
   DAG hit = remembered(x);
   if (hit != absent) return isTag(hit, FUNCTION) ? hit : fromMemory(hit, x);
   if (!isNameOrIndexed(f)) return x;
@@ -81,12 +82,9 @@ DAG evalfPower(DAG base, DAG exponent) {
   if (isImmediate(base) || !isNumeric(base)) return DAG();
   if (isZero(base) || isInfinite(base) || isUndefined(base)) return DAG();
   if (tagOf(exponent) <= INTPOS) return DAG();
-  if (isFLOAT(base) && hasTag(exponent, RATIONAL) && exponent[2] == immediate(2) &&
-      !consneg(base) && FitIntoWord(exponent[1])) {
-    DAG numerator = exponent[1];
-    return evalfpwr(evalfsqrt(base),
-                    isImmediate(numerator) ? immediateValue(numerator) : SoftIntValue(numerator));
-  }
+  if (isSoftFloat(base) && hasTag(exponent, RATIONAL) && exponent[2] == immediate(2) &&
+      !consneg(base))
+    return evalfpwr(evalfsqrt(base), exponent[1]);
   return evalsysf("evalf/", "power", new3(EXPSEQ, base, exponent));
 }
 

@@ -1,6 +1,7 @@
-// The factors of a product, by what their bases are.
-
 #include "eval/simplify/product.h"
+
+#include <utility>
+
 
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
@@ -66,9 +67,9 @@ void multiplyZero(Product& product, DAG base, DAG exponent) {
     product.result =
         TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, consfNaN, true);
   } else if (consneg(exponent)) {
-    // A float over an exact zero is a float infinity and an event.
-    if (!product.coefficient || !isFloatNumber(product.coefficient)) KernelException("division by zero");
-    product.coefficient = simpl(TrapFDIV(SuppressHFloats(product.coefficient), cons0));
+    DAG dividend = std::exchange(product.coefficient, DAG());
+    fold(product, dividend ? TrapFDIV(SuppressHFloats(dividend), cons0)
+                           : TriggerNumericEvent(divisionByZero, ini("^"), base, exponent, ini("infinity"), true));
   } else {
     fold(product, base);
   }
@@ -149,7 +150,7 @@ void multiplyFloat(Product& product, DAG base, DAG exponent) {
   if (exponent == consm1 && !isZero(base) && product.coefficient) {
     DAG& numerator = product.coefficient;
     if (isNumeric(numerator)) {
-      numerator = simpl(evalfdiv(evalf(numerator), base));
+      numerator = simpl(evalfdiv(numerator, base));
       return;
     }
     if (isFiniteNumber(numerator) && isFiniteNumber(base)) {
@@ -164,7 +165,7 @@ void multiplyFloat(Product& product, DAG base, DAG exponent) {
       settled = simpl(settled);
       return isTag(settled, COMPLEX) ? multiply(product, settled, cons1) : fold(product, settled);
     }
-  if (isInteger(exponent)) return fold(product, evalfpwr(base, wordExponent(exponent)));
+  if (isInteger(exponent)) return fold(product, evalfpwr(base, exponent));
   if (isTag(exponent, RATIONAL) && exponent == consh) {
     DAG root = rootOfFloat(base, exponent);
     return isTag(root, COMPLEX) ? multiply(product, simpl(root), cons1) : fold(product, root);
@@ -191,7 +192,9 @@ void multiplyComplex(Product& product, DAG base, DAG exponent) {
   }
   if (isInteger(exponent)) {
     if (!FitIntoWord(exponent)) return multiply(product, libraryPower(base, exponent), cons1);
-    if (consneg(exponent) && isFiniteNumber(base)) return divide(product, cxpower(base, simpl(negate(exponent))));
+    const DAG opposite = simpl(negate(exponent));
+    if (consneg(exponent) && FitIntoWord(opposite) && isFiniteNumber(base))
+      return divide(product, cxpower(base, opposite));
     return fold(product, cxpower(base, exponent));
   }
   if (isFloatNumber(exponent) || isFloatComplex(base)) return multiply(product, libraryPower(base, exponent), cons1);

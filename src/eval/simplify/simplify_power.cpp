@@ -102,7 +102,8 @@ DAG powerOfInfinity(DAG base, DAG exponent) {
 DAG zeroToComplexPower(DAG base, DAG exponent) {
   DAG real = cxRealPart(exponent);
   if (isZero(real)) return invalidPower(base, exponent, ini("undefined"));
-  if (consneg(real)) KernelException("division by zero");
+  if (consneg(real))
+    return TriggerNumericEvent(divisionByZero, ini("^"), base, exponent, ini("infinity"), true);
   return base;
 }
 

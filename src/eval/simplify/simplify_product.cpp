@@ -4,6 +4,10 @@
 // coefficient, nested products are spliced in, equal bases add their exponents. What is left with a
 // real coefficient other than 1 becomes a SUM of one pair; a COMPLEX coefficient stays in front.
 
+#include "eval/evaluate/evalf.h"
+#include "eval/simplify/bindings.h"
+#include "numbers/arithmetic.h"
+#include <utility>
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/bindings.h"
 #include "eval/simplify/product.h"
@@ -242,6 +246,7 @@ DAG generalProduct(DAG s) {
   const Word n = lengthOf(s);
   if (n == 3 && !isFloatNumber(s[1]) && (isSpecial(s[1]) || isSpecial(s[2]))) {
     DAG settled = simpl01(s);
+    if (isFloatNumber(s[2])) settled = evalf(settled);
     if (isImmediate(settled) || !hasTag(settled, PROD)) return simpl(settled);
   }
 

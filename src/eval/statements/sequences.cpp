@@ -78,7 +78,8 @@ void foldNumber(Collector& c, DAG element) {
   DAG folded = c.kind == Kind::sum ? add(before, element) : mul(before, element);
   if (folded == before) return;
   c.kept[1] = folded;
-  if (c.ownFolded) release(before, lengthOf(before));
+  // An integer holds no reference; a fraction or a float may hold what it was made of.
+  if (c.ownFolded && isInteger(folded)) release(before, lengthOf(before));
   c.ownFolded =
       folded != element && isObject(folded) && !isSimplified(folded) && isInteger(folded);
 }

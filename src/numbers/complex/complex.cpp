@@ -5,21 +5,20 @@
 #include <cstdlib>
 #include <utility>
 
-#include "numbers/arithmetic.h"
 #include "eval/evaluate/evalf.h"
-#include "frame/precision.h"
 #include "eval/simplify/simplify.h"
-#include "frame/errors.h"
+#include "frame/precision.h"
+#include "library/system_functions.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex_forms.h"
 #include "numbers/integer/integer.h"
-#include "numbers/events/numeric_events.h"
-#include "library/system_functions.h"
 #include "store/constants.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
-bool isFloatComplex(DAG x) { return isComplex(x) && isFloatObject(x[1]); }
+bool isFloatComplex(DAG x) { return isComplex(x) && isFloatNumber(x[1]); }
 
 // ---- sums
 
@@ -28,8 +27,8 @@ DAG cxadd(DAG a, DAG b) {
     a = evalf(a);
     b = evalf(b);
   }
-  if (isExactZero(a)) return b;
-  if (isExactZero(b)) return a;
+  if (isZeroImmediate(a)) return b;
+  if (isZeroImmediate(b)) return a;
   if (!isComplex(a)) std::swap(a, b);
   if (!isComplex(a)) return simpl(add(a, b));
   const bool longA = lengthOf(a) == 3, longB = isComplex(b) && lengthOf(b) == 3;
@@ -124,14 +123,14 @@ DAG product(DAG x, DAG y) {
 
 }  // namespace
 
-DAG cxpower1(std::int32_t n, DAG a) {
+DAG cxpower1(std::int64_t n, DAG a) {
   if (n == 1) return a;
   DAG half = cxpower1(n / 2, a);
   DAG square = half == ini("infinity") || half == consminf ? half : product(half, half);
   return n % 2 != 0 ? product(a, square) : square;
 }
 
-DAG cxfpower1(DAG a, std::int32_t n, int depth) {
+DAG cxfpower1(DAG a, std::int64_t n, int depth) {
   if (n == 1) return a;
   const bool guarded = depth % 3 == 0;
   EnvironmentChange change;
@@ -147,8 +146,7 @@ DAG cxpower(DAG a, std::int32_t n) {
   if (n == 0) return cons1;
   const bool floats = isFloatComplex(a);
   if (hasInfinitePart(a)) return n > 0 ? a : floats ? conscxf0 : cons0;
-  if (n == -2147483647 - 1) KernelException("integer too large in context");
-  std::int32_t size = std::abs(n);
+  const std::int64_t size = std::abs(std::int64_t{n});
   DAG power = floats ? simpl(cxfpower1(evalf(a), size, 0)) : cxpower1(size, a);
   if (n > 0) return power;
   if (!isComplex(power)) return simpl(new3(PROD, power, consm1));
@@ -164,7 +162,7 @@ DAG cxpower(DAG a, DAG n) {
 DAG cxRealPart(DAG x) {
   if (isComplex(x)) {
     if (lengthOf(x) == 3) return x[1];
-    return isFloatObject(x[1]) ? roundedZero() : cons0;
+    return isFloatNumber(x[1]) ? roundedZero() : cons0;
   }
   if (isNumeric(x) || hasNoFiniteValue(x)) return x;
   return evalsysf("simpl/", "Re", x);
@@ -172,7 +170,7 @@ DAG cxRealPart(DAG x) {
 
 DAG cxImaginaryPart(DAG x) {
   if (isComplex(x)) return imaginaryPartOf(x);
-  if (isNumeric(x) || hasNoFiniteValue(x)) return isFloatObject(x) ? roundedZero() : cons0;
+  if (isNumeric(x) || hasNoFiniteValue(x)) return isFloatNumber(x) ? roundedZero() : cons0;
   return evalsysf("simpl/", "Im", x);
 }
 

@@ -11,7 +11,7 @@
 
 namespace korel {
 
-inline bool isComplex(DAG x) { return isObject(x) && hasTag(x, COMPLEX); }
+inline bool isComplex(DAG x) { return isTag(x, COMPLEX); }
 inline DAG imaginaryPartOf(DAG cx) { return cx[lengthOf(cx) - 1]; }
 /// COMPLEX whose first stored part is a FLOAT or HFLOAT.
 bool isFloatComplex(DAG x);
@@ -34,8 +34,8 @@ DAG cxfdiv(DAG a, DAG b);
 DAG cxpower(DAG a, DAG n);
 DAG cxpower(DAG a, std::int32_t n);
 /// a^n for n > 0, exact and float.
-DAG cxpower1(std::int32_t n, DAG a);
-DAG cxfpower1(DAG a, std::int32_t n, int depth);
+DAG cxpower1(std::int64_t n, DAG a);
+DAG cxfpower1(DAG a, std::int64_t n, int depth);
 /// 1 / z, exact and float. An immediate gives 0: no COMPLEX.
 DAG cxinv1(DAG z);
 DAG cxfinv1(DAG z);

@@ -1,79 +1,110 @@
 // Reciprocals, quotients and absolute values of COMPLEX numbers.
 //
-// A float quotient squares the parts of the divisor. Both are scaled by the larger of the two exponents
-// first, so that a square neither overflows nor underflows unless the quotient does; a part that is too
-// small to reach the sum of squares is left out of it.
+// A float quotient is worked out from the exact values of its operands: products of mantissas and sums of two
+// products, kept to so many digits that they are exact unless a term lies far below the other, and one
+// rounded division for each part. Exponents are machine integers meanwhile, so that nothing overflows unless
+// the quotient does.
 
-#include <cstdlib>
-
-#include "numbers/arithmetic.h"
-#include "eval/evaluate/evalf.h"
-#include "frame/precision.h"
-#include "eval/simplify/simplify.h"
 #include "numbers/complex/complex.h"
+
+#include <utility>
+
+#include "eval/evaluate/evalf.h"
+#include "eval/simplify/simplify.h"
+#include "frame/precision.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex_forms.h"
+#include "numbers/events/numeric_events.h"
+#include "numbers/float/float_groups.h"
 #include "numbers/float/float_rounding.h"
 #include "numbers/integer/integer.h"
-#include "numbers/events/numeric_events.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
-struct Part {
+// mantissa * 10^exponent. The mantissa may be a zero of either sign; without one there is no such part or term.
+struct Decimal {
   DAG mantissa;
-  std::int64_t exponent;
+  std::int64_t exponent = 0;
+
+  bool isZero() const { return isZeroImmediate(mantissa); }
+  std::int64_t places() const { return ilength(mantissa) + exponent; }
 };
-Part partOf(DAG x) { return {mantissaOf(x), exponentValue(exponentOf(x))}; }
 
-DAG scaledFloat(DAG mantissa, std::int64_t exponent) {
-  return newFLOAT(mantissa, NewInteger(exponent));
+Decimal operator*(Decimal a, Decimal b) {
+  if (!a.mantissa || !b.mantissa) return {};
+  if (!a.isZero() && !b.isZero()) return {mulint(a.mantissa, b.mantissa), a.exponent + b.exponent};
+  return {isNegativeMantissa(a.mantissa) == isNegativeMantissa(b.mantissa) ? cons0 : consm0};
 }
 
-// The parts of a number in the order of their exponents. A zero never stands first: it would scale the
-// other one away.
-struct Ordered {
-  Part large, small;
+Decimal operator-(Decimal a) {
+  if (!a.mantissa) return a;
+  return {a.isZero() ? (a.mantissa == cons0 ? consm0 : cons0) : complint(a.mantissa), a.exponent};
+}
+
+// a + b to `digits` digits.
+Decimal sum(Decimal a, Decimal b, std::int64_t digits) {
+  if (!a.mantissa) return b;
+  if (!b.mantissa) return a;
+  if (a.isZero() && b.isZero()) return {a.mantissa == b.mantissa ? a.mantissa : roundedZero()[1]};
+  if (a.isZero()) return b;
+  if (b.isZero()) return a;
+  if (a.places() < b.places() - digits - 2) return b;
+  if (b.places() < a.places() - digits - 2) return a;
+  RoundedMantissa r = roundedSum(a.mantissa, a.exponent, b.mantissa, b.exponent, digits);
+  return {r.mantissa == cons0 ? roundedZero()[1] : r.mantissa, r.exponent};
+}
+
+// (re + im I) / denominator, exactly.
+struct Gaussian {
+  Decimal re, im;
+  DAG denominator;
 };
-Ordered inOrder(Part x, Part y) {
-  const bool yFirst = isZeroMantissa(x.mantissa) ||
-                      (!isZeroMantissa(y.mantissa) && y.exponent > x.exponent);
-  return yFirst ? Ordered{y, x} : Ordered{x, y};
+
+// A number with finite parts. A part that is the exact zero is none.
+Gaussian gaussianOf(DAG z) {
+  auto partOf = [](DAG x) { return decimalFraction(isZeroImmediate(x) ? cons0 : SuppressHFloats(x)); };
+  auto decimal = [](DAG x, const DecimalFraction& f, DAG otherDenominator) {
+    return isZeroImmediate(x) ? Decimal{} : Decimal{f.numerator, f.exponent} * Decimal{otherDenominator};
+  };
+  DAG x = !isComplex(z) ? z : lengthOf(z) == 3 ? z[1] : cons0, y = isComplex(z) ? imaginaryPartOf(z) : cons0;
+  DecimalFraction re = partOf(x), im = partOf(y);
+  return {decimal(x, re, im.denominator), decimal(y, im, re.denominator), mulint(re.denominator, im.denominator)};
 }
 
-// True when the smaller part lies more than `digits` decimal places below the larger.
-bool isOutOfReach(const Ordered& parts, std::int64_t digits) {
-  return digits < (ilength(parts.large.mantissa) + parts.large.exponent) -
-                      (ilength(parts.small.mantissa) + parts.small.exponent);
+// Digits to which sums are kept for a result of `digits` digits.
+std::int64_t sumDigits(std::int64_t digits) { return 6 * digits + 50; }
+
+DAG inexactUnlessFlagged(bool inexact, DAG a, DAG b, DAG result) {
+  return inexact && GetNumericStatusFlag(inexactEvent) == 0 ? inexactResult(a, b, result) : result;
 }
 
-// x^2 + y^2 times 10^(-2E), E the exponent of the larger part.
-DAG scaledSquares(const Ordered& parts, std::int64_t digits) {
-  DAG large = scaledFloat(mulint(parts.large.mantissa, parts.large.mantissa), 0);
-  if (isZeroMantissa(parts.small.mantissa) || isOutOfReach(parts, digits)) return large;
-  DAG small = scaledFloat(mulint(parts.small.mantissa, parts.small.mantissa),
-                          2 * (parts.small.exponent - parts.large.exponent));
-  return FloatAdd(small, large);
-}
-
-DAG shiftExponent(DAG x, std::int64_t by) {
-  if (!isFiniteFloat(x) || isZeroMantissa(mantissaOf(x))) return x;
-  return scaledFloat(mantissaOf(x), exponentValue(exponentOf(x)) + by);
-}
-
-// p*q + sign*r*s with q and s scaled by 10^(-E).
-DAG scaledNumerator(Part p, Part q, Part r, Part s, bool subtract, std::int64_t scale) {
-  DAG first = mulint(p.mantissa, q.mantissa), second = mulint(r.mantissa, s.mantissa);
-  return FloatAdd(scaledFloat(first, p.exponent + (q.exponent - scale)),
-                  scaledFloat(subtract ? complint(second) : second,
-                              r.exponent + (s.exponent - scale)));
+// a / b, where neither has an infinite or undefined part and b is not zero.
+DAG finiteQuotient(DAG a, DAG b) {
+  const std::int64_t digits = requireDigits(), exact = sumDigits(digits);
+  Gaussian p = gaussianOf(a), q = gaussianOf(b);
+  Decimal squares = sum(q.re * q.re, q.im * q.im, exact);
+  DAG divisor = mulint(squares.mantissa, p.denominator);
+  bool inexact = false;
+  auto quotient = [&](Decimal numerator) {
+    if (!numerator.mantissa) return DAG();
+    if (numerator.isZero()) return numerator.mantissa == cons0 ? consf0 : consfm0;
+    RoundedMantissa r = roundedQuotient(mulint(numerator.mantissa, q.denominator), divisor, digits);
+    inexact |= r.inexact;
+    return newFLOAT(r.mantissa, NewInteger(numerator.exponent - squares.exponent + r.exponent));
+  };
+  DAG re = quotient(sum(p.re * q.re, p.im * q.im, exact)), im = quotient(sum(p.im * q.re, -(p.re * q.im), exact));
+  DAG result = simpl(!im ? re : !re ? new2(COMPLEX, simpl(im)) : new3(COMPLEX, simpl(re), simpl(im)));
+  return inexactUnlessFlagged(inexact, a, b, result);
 }
 
 // The infinite imaginary part of the reciprocal of a zero.
-DAG imaginaryInfinity(DAG zero) { return isFLOAT(zero) && mantissaOf(zero) == consm0 ? consfinf : consfminf; }
+DAG imaginaryInfinity(DAG zero) { return isSoftFloat(zero) && mantissaOf(zero) == consm0 ? consfinf : consfminf; }
 
 DAG reciprocalOfZero(DAG z) {
   DAG im = imaginaryInfinity(imaginaryPartOf(z));
@@ -82,21 +113,28 @@ DAG reciprocalOfZero(DAG z) {
                                    simpl(standard), true));
 }
 
-// The cases of `cxfinv1`, at its guard digits; `digits` is the precision that was asked for.
-DAG floatReciprocal(DAG z, std::int64_t digits) {
-  if (isZero(z)) return reciprocalOfZero(z);
-  DAG minusOne = newFLOAT(consm1, cons0);
-  if (lengthOf(z) == 2) return new2(COMPLEX, evalfdiv(minusOne, z[1]));
-  if (hasInfinitePart(z)) return conscxf0;
-  if (hasUndefinedPart(z)) return new3(COMPLEX, consfNaN, consfNaN);
-  DAG x = z[1], y = z[2];
-  if (isFloatZero(y)) return new3(COMPLEX, evalfdiv(newFLOAT(cons1, cons0), x), negate(y));
-  if (isFloatZero(x)) return new3(COMPLEX, negate(x), evalfdiv(minusOne, y));
-  Ordered parts = inOrder(partOf(x), partOf(y));
-  DAG squares = scaledSquares(parts, digits / 2);
-  std::int64_t twice = 2 * parts.large.exponent;
-  return new3(COMPLEX, evalfdiv(shiftExponent(x, -twice), squares),
-              negate(evalfdiv(shiftExponent(y, -twice), squares)));
+// Operands that have no quotient in the ordinary way: infinite and undefined parts, a divisor of zero.
+DAG specialQuotient(DAG a, DAG b) {
+  a = evalf(a);
+  b = evalf(b);
+  if (!isComplex(b)) return isComplex(a) ? cxmul(a, simpl(new3(PROD, b, consm1))) : evalfdiv(a, b);
+  const bool special = hasInfinitePart(b) || hasUndefinedPart(b);
+  if (isComplex(a) && lengthOf(a) == 3) {
+    if (hasInfinitePart(a)) return special ? conscxfNaN : conscxfinf;
+    if (!special && hasUndefinedPart(a) && !isZero(b)) return simpl(new3(COMPLEX, consfNaN, consfNaN));
+    return simpl(cxmul(a, cxfinv1(b)));
+  }
+  DAG inverse = cxfinv1(b), product;
+  if (isComplex(a) && isComplex(inverse)) {
+    product = cxdomul(a, inverse);
+  } else if (isComplex(inverse) && lengthOf(inverse) == 3) {
+    product = new3(COMPLEX, mul(inverse[1], a), mul(inverse[2], a));
+  } else if (isComplex(inverse)) {
+    product = new2(COMPLEX, mul(inverse[1], a));
+  } else {
+    product = mul(a, inverse);  // what a handler has put in its place
+  }
+  return evalfParts(product);
 }
 
 }  // namespace
@@ -120,91 +158,43 @@ DAG cxinv1(DAG z) {
 
 DAG cxfinv1(DAG z) {
   if (!hasNumericParts(z)) return evalfParts(cxinv1(z));
-  std::int64_t digits = precisionDigits();
-  EnvironmentChange change;
-  setDigits(change, digits + 2);
-  DAG inverse = floatReciprocal(z, digits);
-  restoreDigits(change);
-  return evalfParts(inverse);
+  if (isZero(z)) return reciprocalOfZero(z);
+  DAG minusOne = newFLOAT(consm1, cons0);
+  if (lengthOf(z) == 2) return simpl(new2(COMPLEX, simpl(evalfdiv(minusOne, z[1]))));
+  if (hasInfinitePart(z)) return conscxf0;
+  if (hasUndefinedPart(z)) return simpl(new3(COMPLEX, consfNaN, consfNaN));
+  // A float zero keeps its place, with its sign turned.
+  if (isFloatZero(z[1])) return simpl(new3(COMPLEX, simpl(negate(z[1])), simpl(evalfdiv(minusOne, z[2]))));
+  return finiteQuotient(cons1, z);
 }
 
 DAG cxfdiv(DAG a, DAG b) {
-  a = evalf(a);
-  b = evalf(b);
-  if (!isComplex(b)) {
-    if (!isComplex(a)) return evalfdiv(a, b);
-    if (hasNumericParts(a) && !hasInfinitePart(a) && !hasUndefinedPart(a) && isFiniteFloat(b) && !isFloatZero(b)) {
-      // Part by part, each rounded once.
-      DAG im = evalfdiv(imaginaryPartOf(a), b);
-      return simpl(lengthOf(a) == 2 ? new2(COMPLEX, im) : new3(COMPLEX, evalfdiv(a[1], b), im));
-    }
-    return cxmul(a, simpl(new3(PROD, b, consm1)));
-  }
-  if (!hasNumericParts(b) || (isComplex(a) && !hasNumericParts(a))) return cxmul(cxfinv1(b), a);
-  std::int64_t digits = precisionDigits();
-  EnvironmentChange change;
-  if (!isComplex(a) || lengthOf(a) == 2) {
-    setDigits(change, 2 * digits);
-    DAG inverse = cxfinv1(b);
-    restoreDigits(change);
-    setDigits(change, digits + 4);
-    DAG product;
-    if (isComplex(a) && isComplex(inverse)) {
-      product = cxdomul(a, inverse);
-    } else if (isComplex(inverse) && lengthOf(inverse) == 3) {
-      product = new3(COMPLEX, mul(inverse[1], a), mul(inverse[2], a));
-    } else if (isComplex(inverse)) {
-      product = new2(COMPLEX, mul(inverse[1], a));
-    } else {
-      product = mul(a, inverse);  // what a handler has put in its place
-    }
-    restoreDigits(change);
-    return evalfParts(product);
-  }
-  const bool special = hasInfinitePart(b) || hasUndefinedPart(b);
-  if (hasInfinitePart(a)) return special ? conscxfNaN : conscxfinf;
-  if (special || isZero(b)) {
-    DAG inverse = cxfinv1(b);
-    return simpl(cxmul(a, inverse));
-  }
-  DAG x = a[1], y = a[2];
-  if (hasUndefinedPart(a)) return simpl(new3(COMPLEX, consfNaN, consfNaN));
-  if (lengthOf(b) == 2) {
-    setDigits(change, 2 * digits);
-    DAG re = evalfdiv(y, b[1]), im = negate(evalfdiv(x, b[1]));
-    restoreDigits(change);
-    return evalfParts(new3(COMPLEX, re, im));
-  }
-  setDigits(change, 2 * digits);
-  Part u = partOf(b[1]), v = partOf(b[2]);
-  Ordered parts = inOrder(u, v);
-  std::int64_t scale = parts.large.exponent;
-  DAG squares = scaledSquares(parts, digits);
-  DAG re = evalfdiv(scaledNumerator(partOf(x), u, partOf(y), v, false, scale), squares);
-  DAG im = evalfdiv(scaledNumerator(partOf(y), u, partOf(x), v, true, scale), squares);
-  re = shiftExponent(re, -scale);
-  im = shiftExponent(im, -scale);
-  restoreDigits(change);
-  return evalfParts(new3(COMPLEX, re, im));
+  auto isFinite = [](DAG x) { return isNumber(x) && !hasNoFiniteValue(x) && (!isComplex(x) || hasNumericParts(x)); };
+  if (!isFinite(a) || !isFinite(b) || isZero(b)) return specialQuotient(a, b);
+  if (isZeroImmediate(a)) return consf0;
+  return isComplex(a) || isComplex(b) ? finiteQuotient(a, b) : evalfdiv(a, b);
 }
 
 DAG cxfabs(DAG z) {
-  z = evalf(z);
-  if (!isComplex(z)) return absalg(z);
+  if (!isComplex(z)) return absalg(evalf(z));
   if (hasInfinitePart(z)) return consfinf;
   if (hasUndefinedPart(z) || !hasNumericParts(z)) return consfNaN;
-  std::int64_t digits = precisionDigits();
-  Part real = lengthOf(z) == 3 ? partOf(z[1]) : Part{cons0, 0};
-  Ordered parts = inOrder(real, partOf(imaginaryPartOf(z)));
-  DAG m = parts.large.mantissa;
-  if (isZeroMantissa(parts.small.mantissa) || isOutOfReach(parts, digits / 2))
-    return scaledFloat(isNegativeMantissa(m) ? complint(m) : m, parts.large.exponent);
-  EnvironmentChange change;
-  setDigits(change, digits + 2);
-  DAG root = evalfsqrt(scaledSquares(parts, 2 * digits));
-  DAG value = shiftExponent(root, parts.large.exponent);
-  restoreDigits(change);
-  return evalf(value);
+  const std::int64_t digits = requireDigits();
+  if (gaussianOf(z).denominator != cons1) z = evalf(z);
+  Gaussian g = gaussianOf(z);
+  auto isNone = [](Decimal part) { return !part.mantissa || part.isZero(); };
+  Decimal large = g.re, small = g.im;
+  if (isNone(large) || (!isNone(small) && small.exponent > large.exponent)) std::swap(large, small);
+  // Beside a part of r times its size the other adds a fraction 1/(2r^2), less than half a unit here.
+  const bool outweighs = !isNone(small) && ilength(large.mantissa) <= digits &&
+                         2 * (large.places() - small.places() - 1) > digits;
+  if (isNone(small) || outweighs)
+    return evalf(newFLOAT(isNegativeMantissa(large.mantissa) ? complint(large.mantissa) : large.mantissa,
+                          NewInteger(large.exponent)));
+  Decimal squares = sum(large * large, small * small, sumDigits(digits));
+  RoundedMantissa root = roundedRoot(squares.mantissa, squares.exponent, digits);
+  DAG result = newFLOAT(root.mantissa, NewInteger(root.exponent));
+  return inexactUnlessFlagged(root.inexact, z, DAG(), result);
 }
 
 }  // namespace korel

@@ -2,11 +2,12 @@
 
 #include <utility>
 
-#include "numbers/arithmetic.h"
 #include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
+#include "numbers/arithmetic.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -29,7 +30,7 @@ namespace {
 bool isNumberPart(DAG x) { return isNumeric(x) || hasNoFiniteValue(x); }
 
 // What is only known to be bounded swallows the finite numbers that it meets, and others like it.
-bool isBounded(DAG x) { return isObject(x) && hasTag(x, NAME) && x == naminstall("bdd_undefined"); }
+bool isBounded(DAG x) { return isTag(x, NAME) && x == naminstall("bdd_undefined"); }
 
 }  // namespace
 
@@ -61,10 +62,10 @@ DAG productOfParts(DAG a, DAG b) {
 DAG complexNormalForm(DAG x) {
   if (!isComplex(x)) return simpl(x);
   DAG im = imaginaryPartOf(x);
-  if (lengthOf(x) == 2) return isExactZero(im) ? cons0 : simpl(x);
+  if (lengthOf(x) == 2) return isZeroImmediate(im) ? cons0 : simpl(x);
   DAG re = x[1];
-  if (isExactZero(re)) return isExactZero(im) ? cons0 : simpl(new2(COMPLEX, im));
-  return isExactZero(im) ? simpl(re) : simpl(x);
+  if (isZeroImmediate(re)) return isZeroImmediate(im) ? cons0 : simpl(new2(COMPLEX, im));
+  return isZeroImmediate(im) ? simpl(re) : simpl(x);
 }
 
 DAG evalfParts(DAG x) {

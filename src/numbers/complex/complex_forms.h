@@ -5,12 +5,12 @@
 #include "numbers/float/float.h"
 #include "store/constants.h"
 #include "store/dag.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
-/// The integer zero in either form.
-constexpr bool isExactZero(DAG x) { return x == cons0 || x == consm0; }
-inline bool isFloating(DAG x) { return isFloatObject(x) || isFloatComplex(x); }
+/// A real or complex float.
+inline bool isFloating(DAG x) { return isFloatNumber(x) || isFloatComplex(x); }
 
 /// Infinite or undefined, in any form.
 bool hasNoFiniteValue(DAG x);

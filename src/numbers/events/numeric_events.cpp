@@ -3,16 +3,18 @@
 #include <cassert>
 
 #include "eval/evaluate/evaluate.h"
-#include "frame/precision.h"
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/precision.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/float/float.h"
 #include "store/generations.h"
 #include "store/hash.h"
-#include "store/names.h"
+#include "store/object_fields.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -23,16 +25,16 @@ namespace {
 // In code order; the index of the standard name is looked up while compiling.
 struct EventRow {
   StandardName name;
-  const char* text;  // as the error tells it
+  const char* error;  // one text everywhere, which a `catch` can name
 };
 constexpr EventRow events[] = {
-    // name                text
-    {"invalid_operation", "invalid operation"},
-    {"division_by_zero",  "division by zero"},
-    {"overflow",          "overflow"},
-    {"underflow",         "underflow"},
-    {"inexact",           "inexact"},
-    {"real_to_complex",   "real to complex"},
+    // name                error
+    {"invalid_operation", "numeric exception: invalid operation"},
+    {"division_by_zero",  "numeric exception: division by zero"},
+    {"overflow",          "numeric exception: overflow"},
+    {"underflow",         "numeric exception: underflow"},
+    {"inexact",           "numeric exception: inexact"},
+    {"real_to_complex",   "numeric exception: real to complex"},
 };
 static_assert(std::size(events) == numericEventCount);
 
@@ -46,13 +48,11 @@ enum class ValueKind { exact, floating, floatComplex, exactComplex, other };
 
 ValueKind kindOf(DAG x) {
   if (isRationalNumber(x)) return ValueKind::exact;
-  if (x == ini("infinity") || x == consminf || x == ini("undefined")) return ValueKind::exact;
-  if (isFloatObject(x)) return ValueKind::floating;
+  if (isExactInfinite(x) || isExactUndefined(x)) return ValueKind::exact;
+  if (isFloatNumber(x)) return ValueKind::floating;
   if (isComplex(x)) return isFloatComplex(x) ? ValueKind::floatComplex : ValueKind::exactComplex;
   return ValueKind::other;
 }
-
-bool isReadySequence(DAG operation) { return isObject(operation) && hasTag(operation, EXPSEQ); }
 
 void recordLocation() {
   DAG running = Environment->frame->procName;
@@ -63,7 +63,7 @@ void recordLocation() {
 
 DAG callHandler(DAG handler, DAG operation, DAG x, DAG y, DAG standard) {
   DAG arguments = operation;
-  if (!isReadySequence(operation)) {
+  if (!isSequence(operation)) {
     DAG operands = y ? newSequence({x, y}) : newSequence({x});
     arguments = newSequence({operation, new2(LIST, operands), standard});
   }
@@ -102,9 +102,9 @@ void SetNumericEventHandler(int code, DAG handler) {
   updategen(handlers);
   // What `evalf` remembers may depend on the handlers.
   DAG evalfProcedure = ini("evalf")[1];
-  if (!isObject(evalfProcedure) || !hasTag(evalfProcedure, PROC)) return;
-  DAG remembered = evalfProcedure[4];
-  if (isObject(remembered) && hasTag(remembered, HASHTAB)) clearhash(remembered, false);
+  if (!isTag(evalfProcedure, PROC)) return;
+  DAG remembered = rememberOf(evalfProcedure);
+  if (isTag(remembered, HASHTAB)) clearhash(remembered, false);
 }
 
 DAG TriggerNumericEvent(int code, DAG operation, DAG x, DAG y, DAG standard, bool check) {
@@ -116,13 +116,13 @@ DAG TriggerNumericEvent(int code, DAG operation, DAG x, DAG y, DAG standard, boo
   if (handler == ini("default")) {
     if (code == overflowEvent || code == underflowEvent)
       return TriggerNumericEvent(inexactEvent, operation, x, y, standard, check);
-    if (isReadySequence(operation)) standard = operation[3];
+    if (isSequence(operation)) standard = operation[3];
     if (code != divisionByZero) return standard;
-    if (isFloatObject(standard) || isFloatComplex(standard)) return standard;
+    if (isFloatNumber(standard) || isFloatComplex(standard)) return standard;
     // An exact value has no infinity to go on with.
     handler = ini("exception");
   }
-  if (handler == ini("exception")) _userror2("numeric exception: %s", events[code - 1].text);
+  if (handler == ini("exception")) KernelException(events[code - 1].error);
 
   DAG result = callHandler(handler, operation, x, y, standard);
   if (!check) return result;

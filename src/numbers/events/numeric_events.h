@@ -26,7 +26,7 @@ extern int numericEventsEnabled;
 /// Result of `operation` on `x` and `y` (0: none) after event `code`, where `standard` is what the IEEE
 /// model prescribes. With `check` a handler's value must be of the kind of `standard`. An EXPSEQ as
 /// `operation` is a ready argument sequence (operation, operands, default) for the handler.
-/// Errors: "numeric exception: %s", "type of value returned by handler is wrong".
+/// Errors: "numeric exception: " and the name of the event in words, "type of value returned by handler is wrong".
 DAG TriggerNumericEvent(int code, DAG operation, DAG x, DAG y, DAG standard, bool check);
 
 /// The standard name of an event, or 0.
@@ -62,26 +62,5 @@ DAG TrapFPOWER(DAG a, DAG b);
 /// In a SUM or PROD that holds a FLOAT, the exact special values become floats. `x`, changed in place,
 /// or 0 when nothing changed (the caller goes on with what it has).
 DAG TransformSEQ2F(DAG x);
-
-// ---- the functions that IEEE 754 recommends (numbers/float/ieee_functions.cpp)
-
-/// `true`, `false`, or the unevaluated call.
-DAG Unordered(DAG a, DAG b);
-DAG OrderedNE(DAG a, DAG b);
-/// `a` with the sign of `b`.
-DAG CopySign(DAG a, DAG b);
-/// The neighbour of `x` towards `y` at the present `Digits`.
-DAG NextAfter(DAG x, DAG y);
-/// A type expression that tells what kind of number `x` is.
-DAG NumericClass(DAG x);
-/// a times 10^b, a times 2^b; what is no number is left to `simpl`.
-DAG Scale10(DAG a, DAG b);
-DAG Scale2(DAG a, DAG b);
-/// x - n*y with n the integer nearest x/y, a tie going to even.
-DAG frem(DAG x, DAG y);
-DAG conjugate(DAG x);
-/// Integer part of the logarithm of |x|.
-DAG ilog10(DAG x);
-DAG ilog2(DAG x);
 
 }  // namespace korel

@@ -3,16 +3,18 @@
 // Each table is searched from the top for the first row that takes both operands. A row's answer is a
 // value, an event with its default, or a step further (the reciprocal of a zero, the library).
 
-#include "numbers/arithmetic.h"
+#include "numbers/events/numeric_events.h"
+
 #include "eval/evaluate/evalf.h"
+#include "library/system_functions.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer_functions.h"
-#include "numbers/events/numeric_events.h"
-#include "library/system_functions.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -44,17 +46,11 @@ constexpr unsigned nonnegative = positive | positiveOdd | positiveEven;
 constexpr unsigned nonzero = negative | nonnegative;
 constexpr unsigned number = zero | nonzero | infinite;
 
-bool isExactInfinity(DAG x) { return x == ini("infinity"); }
-bool isExactUndefined(DAG x) { return x == ini("undefined"); }
-bool isExactMinusInfinity(DAG x) {
-  return isObject(x) && headerWord(x) == (SUM | 3) && x[1] == ini("infinity") && x[2] == consm1;
-}
-
 unsigned classOf(DAG x) {
   if (isFloatInfinity(x)) return tagOf(x[1]) == INTPOS ? plusInf : minusInf;
   if (isNumeric(x)) {
     if (x == consm0) return exactMinusZero;
-    if (isFLOAT(x) && x[1] == consm0) return floatMinusZero;
+    if (isSoftFloat(x) && x[1] == consm0) return floatMinusZero;
     if (isZero(x)) return otherZero;
     if (isInteger(x)) {
       if (consneg(x)) return isodd(x) ? negativeOdd : negativeEven;
@@ -91,10 +87,10 @@ DAG answerOf(const TrapRow (&table)[n], const Operands& operands) {
 // and an undefined float is the result. False when the operation isn't theirs (result 0).
 bool prepare(DAG a, DAG b, Operands& operands, DAG& result) {
   auto special = [](DAG x) { return isExactInfinity(x) || isExactUndefined(x); };
-  if (isFLOAT(a) && special(b)) b = isExactInfinity(b) ? consfinf : consfNaN;
-  else if (isFLOAT(b) && special(a)) a = isExactInfinity(a) ? consfinf : consfNaN;
+  if (isSoftFloat(a) && special(b)) b = isExactInfinity(b) ? consfinf : consfNaN;
+  else if (isSoftFloat(b) && special(a)) a = isExactInfinity(a) ? consfinf : consfNaN;
   result = DAG();
-  if (!isFLOAT(a) && !isFLOAT(b)) return false;
+  if (!isSoftFloat(a) && !isSoftFloat(b)) return false;
   if (isFloatUndefined(a)) result = a;
   else if (isFloatUndefined(b)) result = b;
   if (result) return false;
@@ -243,16 +239,17 @@ DAG TrapFPROD(DAG a, DAG b) {
 
 DAG TrapFDIV(DAG a, DAG b) {
   if (b == cons0) {
-    if (isFLOAT(a)) {
+    if (isSoftFloat(a)) {
       b = consf0;
     } else if (isExactUndefined(a)) {
       return a;
     } else {
-      return TriggerNumericEvent(divisionByZero, divideName(), a, b, ini("infinity"), true);
+      DAG standard = isZero(a) ? ini("undefined") : exactInfinity(consneg(a));
+      return TriggerNumericEvent(divisionByZero, divideName(), a, b, standard, true);
     }
   }
   if (isExactInfinity(b)) {
-    if (isFLOAT(a)) b = consfinf;
+    if (isSoftFloat(a)) b = consfinf;
     else if (isNumeric(a) || (isComplex(a) && !isFloatComplex(a))) return cons0;
   }
   Operands operands;
@@ -272,14 +269,14 @@ DAG TrapFPOWER(DAG a, DAG b) {
   if (!prepare(a, b, operands, result)) return result;
   if (DAG answer = answerOf(powerTable, operands)) return answer;
   // A float exponent without a special value on either side is the library's.
-  const bool finite = (operands.classA & nonzero) != 0 && isFloatObject(operands.b);
+  const bool finite = (operands.classA & nonzero) != 0 && isFloatNumber(operands.b);
   return finite ? libraryPower(operands) : DAG();
 }
 
 DAG TransformSEQ2F(DAG x) {
   Word n = lengthOf(x);
   Word i = 1;
-  while (i < n && !isFLOAT(x[i])) ++i;
+  while (i < n && !isSoftFloat(x[i])) ++i;
   if (i == n) return DAG();
 
   // The float form of a special value, or 0.
@@ -291,7 +288,7 @@ DAG TransformSEQ2F(DAG x) {
   bool changed = false;
   for (i = 1; i < n; ++i) {
     DAG word = x[i];
-    if (isFloatObject(word)) continue;
+    if (isFloatNumber(word)) continue;
     if (DAG special = floatForm(word)) {
       x[i] = special;
       changed = true;
@@ -301,7 +298,7 @@ DAG TransformSEQ2F(DAG x) {
       if (k > parts) continue;
       DAG floats = CopyAlg(word);
       for (k = 1; k <= parts; ++k) {
-        if (isFloatObject(floats[k])) continue;
+        if (isFloatNumber(floats[k])) continue;
         DAG special = floatForm(floats[k]);
         floats[k] = special ? special : evalf(floats[k]);
       }

@@ -23,19 +23,19 @@ namespace korel {
 inline DAG mantissaOf(DAG x) { return x[1]; }
 inline DAG exponentOf(DAG x) { return x[2]; }
 
-inline bool isFLOAT(DAG x) { return isObject(x) && hasTag(x, FLOAT); }
-/// FLOAT or HFLOAT.
-inline bool isFloatObject(DAG x) { return isObject(x) && (hasTag(x, FLOAT) || hasTag(x, HFLOAT)); }
+// Of the words for floats, `isFloatNumber` (store/vocabulary.h) is the widest: FLOAT or HFLOAT.
+
+inline bool isSoftFloat(DAG x) { return isTag(x, FLOAT); }
 /// FLOAT with the exponent `infinity`.
-inline bool isFloatInfinity(DAG x) { return isFLOAT(x) && x[2] == ini("infinity"); }
+inline bool isFloatInfinity(DAG x) { return isSoftFloat(x) && x[2] == ini("infinity"); }
 /// FLOAT with the exponent `undefined`.
-inline bool isFloatUndefined(DAG x) { return isFLOAT(x) && x[2] == ini("undefined"); }
+inline bool isFloatUndefined(DAG x) { return isSoftFloat(x) && x[2] == ini("undefined"); }
 /// One of the two above; `x` is a FLOAT.
-inline bool isSingular(DAG x) { return isObject(x[2]) && hasTag(x[2], NAME); }
+inline bool isSingular(DAG x) { return isTag(x[2], NAME); }
 /// FLOAT with a zero mantissa of either sign.
-inline bool isFloatZero(DAG x) { return isFLOAT(x) && (x[1] == cons0 || x[1] == consm0); }
+inline bool isFloatZero(DAG x) { return isSoftFloat(x) && isZeroImmediate(x[1]); }
 /// FLOAT that is finite: no infinity, not undefined.
-inline bool isFiniteFloat(DAG x) { return isFLOAT(x) && !isSingular(x); }
+inline bool isFiniteFloat(DAG x) { return isSoftFloat(x) && !isSingular(x); }
 
 /// An integer exponent as a machine number.
 inline std::int64_t exponentValue(DAG exponent) {
@@ -55,25 +55,18 @@ DAG FloatAdd(DAG a, DAG b);
 DAG FloatMultiply(DAG a, DAG b);
 /// a + b as floats, for any two real numbers.
 DAG evalfadd(DAG a, DAG b);
-/// a times b as a float, rounded once; `a` and `b` are real numbers, one of them a float.
+/// a times b as a float, rounded once; `a` and `b` are real numbers, one of them a float. A RATIONAL `b`
+/// makes it a quotient.
 DAG evalfmul(DAG a, DAG b);
-/// a / b for floats; a zero `b` is a numeric event.
+/// a / b as a float for real numbers, rounded once from the exact quotient; a zero `b` is a numeric event.
 DAG evalfdiv(DAG a, DAG b);
-/// a^n by repeated squaring under guard digits.
-DAG evalfpwr(DAG a, std::int32_t n);
+/// a^n for an integer of any size, by repeated squaring under guard digits.
+DAG evalfpwr(DAG a, DAG n);
 /// Square root of a real number that isn't negative. Singular floats give themselves.
 DAG evalfsqrt(DAG a);
-/// The exact number equal to a finite float.
+/// The exact number equal to a finite float; what the overflow event gives where no integer holds its parts.
 DAG floatrat(DAG x);
 /// The float of a RATIONAL.
 DAG rationalToFloat(DAG x);
-
-/// Numeric value of an expression at `Digits` digits (eval/evaluate/evalf.h).
-DAG evalf(DAG x);
-
-/// Sum of the hypergeometric series with numerator list `a`, denominator list `b`, at `z`. `terms` is 0
-/// or a positive integer that ends the sum; `guard` is 0 in outer calls. Gives a float, or the name
-/// `FAIL` when the numbers outgrow the space reckoned for them (numbers/float/hypergeometric.cpp).
-DAG hypergeom(DAG a, DAG b, DAG z, DAG terms, std::int64_t guard);
 
 }  // namespace korel

@@ -1,17 +1,19 @@
 #include "numbers/float/float_builtins.h"
 
-#include "numbers/arithmetic.h"
 #include "eval/evaluate/evalf.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "library/system_functions.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/complex/complex_forms.h"
-#include "numbers/float/float.h"
-#include "numbers/integer/integer_functions.h"
 #include "numbers/events/numeric_events.h"
-#include "library/system_functions.h"
+#include "numbers/float/float.h"
+#include "numbers/float/hypergeometric.h"
+#include "numbers/float/ieee_functions.h"
+#include "numbers/integer/integer_functions.h"
 #include "store/constants.h"
 #include "store/objects.h"
 #include "store/vocabulary.h"
@@ -156,20 +158,18 @@ DAG builtin::Default0(const BuiltinCall& call) {
 DAG builtin::SFloatMantissa(const BuiltinCall& call) {
   requireCount(call, 1);
   DAG x = softArgument(call, 1);
-  return isFLOAT(x) ? x[1] : asItStands(call);
+  return isSoftFloat(x) ? x[1] : asItStands(call);
 }
 
 DAG builtin::SFloatExponent(const BuiltinCall& call) {
   requireCount(call, 1);
   DAG x = softArgument(call, 1);
-  return isFLOAT(x) ? x[2] : asItStands(call);
+  return isSoftFloat(x) ? x[2] : asItStands(call);
 }
 
 // ---- numeric events
 
 namespace {
-
-bool isEquation(DAG x) { return isObject(x) && hasTag(x, EQUATION); }
 
 DAG equationFor(int code, DAG value) { return new3(EQUATION, NumericEventName(code), value); }
 
@@ -187,7 +187,7 @@ DAG statusOf(int code) { return truth(GetNumericStatusFlag(code) != 0); }
 DAG handlerFrom(DAG action) {
   if (action == ini("default") || action == ini("exception")) return action;
   DAG value = isName(action) ? action[1] : action;
-  if (isObject(value) && hasTag(value, PROC)) return value;
+  if (isTag(value, PROC)) return value;
   KernelException("procedure, `default`, or `exception` expected for event handler");
 }
 
@@ -205,7 +205,7 @@ DAG builtin::NumericEventHandler(const BuiltinCall& call) {
   DAG result = newl2(count + 1, EXPSEQ);
   for (Word i = 1; i <= count; ++i) {
     DAG x = argument(call, i);
-    if (isEquation(x)) {
+    if (isTag(x, EQUATION)) {
       if (!isName(x[1])) KernelException("event name=action expected");
       int code = NumericEventCode(x[1]);
       DAG handler = handlerFrom(x[2]);
@@ -231,7 +231,7 @@ DAG builtin::NumericStatus(const BuiltinCall& call) {
   DAG result = newl2(count + 1, EXPSEQ);
   for (Word i = 1; i <= count; ++i) {
     DAG x = argument(call, i);
-    if (isEquation(x)) {
+    if (isTag(x, EQUATION)) {
       if (!isName(x[1])) KernelException("event name=value expected");
       int code = NumericEventCode(x[1]);
       if (x[2] != ini("true") && x[2] != ini("false"))
@@ -260,8 +260,7 @@ DAG builtin::NumericEvent(const BuiltinCall& call) {
     operation = argument(call, 2);
     operands = argument(call, 3);
     if (!isName(operation)) KernelException("symbol expected for operation");
-    if (!isObject(operands) || !hasTag(operands, LIST))
-      KernelException("list expected for operands");
+    if (!isTag(operands, LIST)) KernelException("list expected for operands");
   } else {
     operation = frame->procName;
     operands = new2(LIST, frame->args);
@@ -276,6 +275,8 @@ DAG builtin::MorrBrilCull(const BuiltinCall& call) {
   requireCount(call, 10);
   for (Word i = 1; i <= 10; ++i)
     if (!isInteger(argument(call, i))) wrongParameters(call);
+  constexpr Word modulus = 7;
+  if (isZero(argument(call, modulus))) wrongParameters(call);
   return simpl(korel::MorrBrilCull(call.arguments));
 }
 
@@ -289,7 +290,7 @@ DAG builtin::hypergeomKernel(const BuiltinCall& call) {
     if (!isInteger(terms) || isZero(terms))
       KernelException("optional fourth argument must be a positive integer");
   }
-  return simpl(hypergeom(argument(call, 1), argument(call, 2), argument(call, 3), terms, 0));
+  return simpl(hypergeom(argument(call, 1), argument(call, 2), argument(call, 3), terms));
 }
 
 namespace {
@@ -304,7 +305,7 @@ std::int64_t digitsFrom(const BuiltinCall& call, DAG n) {
 
 DAG builtin::evalf(const BuiltinCall& call) {
   Word count = argumentCount(call);
-  if (isObject(call.self) && hasTag(call.self, TABLEREF)) {
+  if (isTag(call.self, TABLEREF)) {
     DAG index = call.self[2];
     if (count != 1 || !hasTag(index, EXPSEQ) || lengthOf(index) != 2) wrongParameters(call);
     return simpl(binevalf(argument(call, 1), digitsFrom(call, simpl(korel::eval(index[1])))));

@@ -9,7 +9,6 @@
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_groups.h"
 #include "store/constants.h"
-#include "store/names.h"
 #include "store/standard_names.h"
 
 namespace korel {
@@ -119,7 +118,7 @@ bool roundsAway(Tag sign, Word half, bool tail, bool odd) {
   DAG rounding = environmentWord(envRounding);
   if (rounding == ini("nearest")) return half > 5 || (half == 5 && (tail || odd));
   bool directed = rounding == ini("infinity")                   ? sign == INTPOS
-                  : isObject(rounding) && hasTag(rounding, SUM) ? sign == INTNEG
+                  : isTag(rounding, SUM) ? sign == INTNEG
                                                                 : false;
   return directed && (half != 0 || tail);
 }

@@ -1,15 +1,17 @@
 // Integer powers and square roots of floats.
 
-#include <cstdlib>
-
-#include "numbers/arithmetic.h"
-#include "frame/precision.h"
-#include "numbers/complex/complex.h"
 #include "numbers/float/float.h"
+
+#include "eval/evaluate/evalf.h"
+#include "frame/environment.h"
+#include "frame/precision.h"
+#include "numbers/arithmetic.h"
+#include "numbers/complex/complex.h"
 #include "numbers/float/float_groups.h"
 #include "numbers/float/float_rounding.h"
 #include "numbers/integer/integer_space.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -17,34 +19,60 @@ namespace {
 
 // x^n for n >= 0. Rounding errors double with each squaring: every third level works with a digit
 // more, the outermost with two.
-DAG raised(DAG x, std::int64_t n, int depth) {
-  if (n == 0) return consf1;
-  if (n == 1) return x;
+DAG raised(DAG x, DAG n, int depth) {
+  if (n == cons0) return consf1;
+  if (n == cons1) return x;
+  checkStack();
   const bool guarded = depth % 3 == 0;
   EnvironmentChange change;
   if (guarded) raiseDigits(change, depth == 0 ? 2 : 1);
-  DAG half = raised(x, n / 2, depth + 1);
+  DAG rest;
+  DAG half = raised(x, IntegerDivide(n, immediate(2), &rest), depth + 1);
   DAG y = evalfmul(half, half);
-  if (n % 2 != 0) y = evalfmul(x, y);
+  if (rest != cons0) y = evalfmul(x, y);
   if (guarded) restoreDigits(change);
   return y;
 }
 
+bool isPowerOfTen(DAG m) { return compint(m, shift10p(cons1, ilength(m) - 1)) == 0; }
+
+// x^n for an integer beyond a word, where that needs no multiplications; 0 otherwise. A power of 1 is 1 to
+// `Digits` digits, as any product of as many factors. Another x of L digits has a logarithm of at least
+// 0.4 * 10^-L, so that an n of more than L + 11 digits is sure to leave the range of exponents.
+DAG powerAtOnce(DAG x, DAG n) {
+  DAG m = mantissaOf(x);
+  const std::int64_t length = ilength(m), places = length + exponentValue(exponentOf(x));
+  const bool isNegative = isNegativeMantissa(m) && isodd(n);
+  DAG sign = isNegative ? consm1 : cons1;
+  if (places == 1 && isPowerOfTen(m)) {
+    if (length == 1) return newFLOAT(sign, cons0);
+    const std::int64_t zeros = requireDigits() - 1;
+    return newFLOAT(shift10p(sign, zeros), NewInteger(-zeros));
+  }
+  if (ilength(n) <= length + 11) return DAG();
+  if ((places >= 1) != consneg(n))
+    return TriggerNumericEvent(overflowEvent, ini("evalf"), x, n, DefaultOverflow(sign), true);
+  return TriggerNumericEvent(underflowEvent, ini("evalf"), x, n, DefaultUnderflow(sign), true);
+}
+
 }  // namespace
 
-DAG evalfpwr(DAG a, std::int32_t n) {
+DAG evalfpwr(DAG a, DAG n) {
   DAG x = evalf(a);
-  if (!isFLOAT(x)) return new3(PROD, x, Newint(n));
-  if (n == 0) return consf1;
+  if (!isSoftFloat(x)) return new3(PROD, x, n);
+  if (isZero(n)) return consf1;
   DAG m = mantissaOf(x);
-  if (!isSingular(x) && isZeroMantissa(m)) {
-    if (n < 0)
-      return TriggerNumericEvent(invalidOperation, ini("evalf"), m, Newint(n), consfNaN, true);
-    return m == consm0 && n % 2 != 0 ? consfm0 : consf0;
+  const bool isNegative = consneg(n);
+  if (!isSingular(x) && isZeroImmediate(m)) {
+    if (isNegative) return TriggerNumericEvent(invalidOperation, ini("evalf"), m, n, consfNaN, true);
+    return m == consm0 && isodd(n) ? consfm0 : consf0;
   }
-  if (isSingular(x)) return TrapFPOWER(x, Newint(n));
-  DAG y = raised(x, std::llabs(n), 0);
-  if (n > 0) return evalf(y);
+  if (isSingular(x)) return TrapFPOWER(x, n);
+  if (n == consm1 && x != a) return evalfdiv(cons1, a);  // more digits than `Digits`: rounded once
+  if (!FitIntoWord(n))
+    if (DAG power = powerAtOnce(x, n)) return power;
+  DAG y = raised(x, isNegative ? complint(n) : n, 0);
+  if (!isNegative) return evalf(y);
   if (!isFiniteFloat(y) || isFloatZero(y)) return TrapFDIV(consf1, y);
   // The reciprocal of the mantissa alone, so that no exponent is negated near its bound.
   DAG reciprocal = evalf(power(mantissaOf(y), -1));
@@ -54,9 +82,9 @@ DAG evalfpwr(DAG a, std::int32_t n) {
 
 DAG evalfsqrt(DAG a) {
   DAG x = evalf(a);
-  if (isComplex(x) || !isFLOAT(x) || isSingular(x)) return x;
+  if (isComplex(x) || !isSoftFloat(x) || isSingular(x)) return x;
   DAG m = mantissaOf(x);
-  if (isZeroMantissa(m)) return consf0;
+  if (isZeroImmediate(m)) return consf0;
   assert(!isNegativeMantissa(m));
   std::int64_t digits = precisionDigits();
   if (isImmediate(exponentOf(x))) {
@@ -69,6 +97,7 @@ DAG evalfsqrt(DAG a) {
   // An even exponent, and twice the digits of the result and one more.
   std::int64_t t = 2 * digits - length + ((e - length) % 2 != 0 ? 1 : 2);
   DAG scaled = times10p(m, t);
+  if (!isInteger(scaled)) return scaled;
   bool exact;
   DAG root = truncatedRoot(scaled, &exact);
   discard(scaled, m);

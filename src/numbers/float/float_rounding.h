@@ -3,16 +3,15 @@
 
 #include <cstdint>
 
+#include "numbers/events/numeric_events.h"
+#include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
-#include "numbers/events/numeric_events.h"
 #include "store/constants.h"
 #include "store/dag.h"
 #include "store/standard_names.h"
 
 namespace korel {
-
-inline bool isZeroMantissa(DAG m) { return m == cons0 || m == consm0; }
 
 /// Sign of a mantissa: the negative zero counts as negative.
 inline bool isNegativeMantissa(DAG m) { return tagOf(m) == INTNEG; }
@@ -36,6 +35,18 @@ inline DAG markTruncated(DAG q) {
   // The lowest digit is at most 9995 here: nothing carries.
   if (rawField(q, 1) % 5 == 0) ++rawField(q, 1);
   return q;
+}
+
+/// A finite real number as numerator / denominator * 10^exponent, exactly; the denominator is positive.
+struct DecimalFraction {
+  DAG numerator, denominator;
+  std::int64_t exponent;
+};
+/// `x` is an integer, a RATIONAL or a finite FLOAT.
+inline DecimalFraction decimalFraction(DAG x) {
+  if (isInteger(x)) return {x, cons1, 0};
+  if (hasTag(x, RATIONAL)) return {x[1], x[2], 0};
+  return {mantissaOf(x), cons1, exponentValue(exponentOf(x))};
 }
 
 /// Event 5 for a rounded result, raised only while the flag is clear.

@@ -157,7 +157,7 @@ DAG HardwareToSoftwareFloat(double x) {
 DAG HFloatToFloat(DAG hfloat) { return simpl(HardwareToSoftwareFloat(hfloatValue(hfloat))); }
 
 DAG SuppressHFloats(DAG x) {
-  auto isHFloat = [](DAG part) { return isObject(part) && hasTag(part, HFLOAT); };
+  auto isHFloat = [](DAG part) { return isTag(part, HFLOAT); };
   if (isHFloat(x)) return HFloatToFloat(x);
   if (!isObject(x) || !hasTag(x, COMPLEX)) return x;
   DAG result = withFields(x, 1, 1, [=](DAG part) { return isHFloat(part) ? HFloatToFloat(part) : part; });

@@ -11,20 +11,22 @@
 // collect what is the same for all steps. When the sum cancels more digits than s has to spare, it is
 // formed again with a larger s.
 
+#include "numbers/float/hypergeometric.h"
+
 #include <algorithm>
 
-#include "numbers/arithmetic.h"
 #include "eval/evaluate/evalf.h"
-#include "frame/precision.h"
 #include "frame/errors.h"
 #include "frame/output.h"
+#include "frame/precision.h"
+#include "library/system_functions.h"
+#include "numbers/arithmetic.h"
+#include "numbers/events/numeric_events.h"
 #include "numbers/float/float.h"
 #include "numbers/float/float_rounding.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_space.h"
-#include "numbers/events/numeric_events.h"
-#include "library/system_functions.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -40,9 +42,11 @@ DAG times(DAG a, DAG b) { return mulint(a, b); }
 // A parameter as an exact number.
 DAG exactParameter(DAG x, const char* message) {
   if (!isNumeric(x)) x = evalf(x);
-  if (isObject(x) && hasTag(x, HFLOAT)) x = evalf(x);
-  if (!isNumeric(x) || (isFLOAT(x) && isSingular(x))) KernelException(message);
-  return isFLOAT(x) ? floatrat(x) : x;
+  if (isTag(x, HFLOAT)) x = evalf(x);
+  if (!isNumeric(x) || (isSoftFloat(x) && isSingular(x))) KernelException(message);
+  if (isSoftFloat(x)) x = floatrat(x);
+  if (!isRationalNumber(x)) KernelException(message);
+  return x;
 }
 
 bool isNonpositiveInteger(DAG x) { return isInteger(x) && (isZero(x) || consneg(x)); }
@@ -142,6 +146,7 @@ Sum sumSeries(const Parameters& a, const Parameters& b, DAG multiplier, DAG divi
               std::int64_t shift, std::int64_t scale, std::int64_t limit) {
   const std::int64_t space = digitSpace(multiplier, a, scale);
   const std::int64_t mostTerms = precisionDigits() + 9999;
+  if (scale >= maxDecimalDigits) return {cons0, Ending::outOfSpace, 0};
   DAG term = times10p(cons1, scale), sum = times10p(cons1, scale);
   std::int64_t k = 1;
   for (;; ++k) {
@@ -150,7 +155,8 @@ Sum sumSeries(const Parameters& a, const Parameters& b, DAG multiplier, DAG divi
     if (TestInterrupt()) jumpback();
     DAG numerators = productOfSteps(multiplier, a), denominators = productOfSteps(divisor, b);
     if (denominators == cons0) return {sum, Ending::zeroDenominator, k};
-    if (ilength(numerators) + ilength(term) > space) return {sum, Ending::outOfSpace, k};
+    const std::int64_t length = ilength(numerators) + ilength(term);
+    if (length > space || length + shift > maxDecimalDigits) return {sum, Ending::outOfSpace, k};
     DAG product = times(term, numerators);
     if (product != term) discard(term);
     if (shift != 0) {
@@ -164,8 +170,9 @@ Sum sumSeries(const Parameters& a, const Parameters& b, DAG multiplier, DAG divi
     if (product != term && product != numerators) discard(product);
     if (term == cons0) break;
     DAG next = addint(sum, term);
-    if (next != sum && next != term) discard(sum);
-    sum = next;
+    discard(sum);
+    // After a sum of 0 the term itself comes back, which is given up before the sum is.
+    sum = next == term ? CopyAlg(term) : next;
     advance(a);
     advance(b);
   }
@@ -185,9 +192,8 @@ DAG askLibrary(DAG a, DAG b, DAG z) {
 
 int guardDigits(std::int64_t terms) { return terms < 32 ? 1 : terms < 317 ? 2 : 3; }
 
-}  // namespace
-
-DAG hypergeom(DAG a, DAG b, DAG z, DAG terms, std::int64_t guard) {
+// The sum with `guard` digits more than asked for, and again with more of them when so many have cancelled.
+DAG guardedSum(DAG a, DAG b, DAG z, DAG terms, std::int64_t guard) {
   if (isZero(z)) return consf1;
   if (!isObject(a) || !hasTag(a, LIST))
     KernelException("first argument of hypergeom must be a list");
@@ -198,7 +204,7 @@ DAG hypergeom(DAG a, DAG b, DAG z, DAG terms, std::int64_t guard) {
   Parameters denominators = readParameters(b, "non-numeric denominator");
   if (limit == 0 && denominators.hasNonpositive) return askLibrary(a, b, z);
   if (!isNumeric(z) || hasTag(z, HFLOAT)) z = evalf(z);
-  if (!isNumeric(z) || (isFLOAT(z) && isSingular(z)))
+  if (!isNumeric(z) || (isSoftFloat(z) && isSingular(z)))
     KernelException("hypergeom argument (third) must be numeric");
   if (isZero(z)) return consf1;
   const bool sameLength = numerators.count() == denominators.count();
@@ -228,7 +234,11 @@ DAG hypergeom(DAG a, DAG b, DAG z, DAG terms, std::int64_t guard) {
   std::int64_t missing = digits + guardDigits(sum.terms) - ilength(sum.value) + 1;
   if (missing < 1 || (guard >= 30 && 10 * digits <= guard))
     return evalf(newFLOAT(sum.value, NewInteger(-scale)));
-  return hypergeom(a, b, z, terms, guard + missing + 6);
+  return guardedSum(a, b, z, terms, guard + missing + 6);
 }
+
+}  // namespace
+
+DAG hypergeom(DAG a, DAG b, DAG z, DAG terms) { return guardedSum(a, b, z, terms, 0); }
 
 }  // namespace korel

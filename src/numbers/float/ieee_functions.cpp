@@ -1,17 +1,19 @@
 // The functions that IEEE 754 recommends, on exact and float numbers.
 
-#include "numbers/arithmetic.h"
+#include "numbers/float/ieee_functions.h"
+
 #include "eval/evaluate/evalf.h"
-#include "frame/precision.h"
 #include "eval/simplify/simplify.h"
+#include "frame/precision.h"
+#include "library/system_functions.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/complex/complex_forms.h"
+#include "numbers/events/numeric_events.h"
 #include "numbers/float/float.h"
 #include "numbers/float/float_rounding.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
-#include "numbers/events/numeric_events.h"
-#include "library/system_functions.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -27,12 +29,11 @@ DAG invalid(StandardName operation, DAG x, DAG y, DAG standard) {
   return TriggerNumericEvent(invalidOperation, ini(operation), x, y, standard, true);
 }
 
-bool isExactInfinite(DAG x) { return x == ini("infinity") || x == consminf; }
 /// A real number, finite or not; `undefined` isn't one.
 bool isExtendedReal(DAG x) { return isNumeric(x) || isExactInfinite(x); }
 
 /// The sign as `CopySign` reads it: a float's negative zero is negative.
-bool isNegativeSigned(DAG x) { return consneg(x) || (isFLOAT(x) && x[1] == consm0); }
+bool isNegativeSigned(DAG x) { return consneg(x) || (isSoftFloat(x) && x[1] == consm0); }
 
 }  // namespace
 
@@ -68,7 +69,7 @@ DAG NextAfter(DAG x, DAG y) {
   DAG unordered = Unordered(x, y);
   if (unordered == ini("true"))
     return invalid("NextAfter", x, y,
-                   isFloatObject(x) || isFloatObject(y) ? consfNaN : ini("undefined"));
+                   isFloatNumber(x) || isFloatNumber(y) ? consfNaN : ini("undefined"));
   if (unordered != ini("false")) return unevaluated("NextAfter", x, y);
   if (isInfinite(x)) return x;
 
@@ -175,7 +176,7 @@ DAG NumericClass(DAG x) { return simpl(classTree(x)); }
 namespace {
 
 DAG scale(StandardName operation, DAG base, DAG a, DAG b) {
-  const bool floats = isFloatObject(a) || isFloatComplex(a);
+  const bool floats = isFloatNumber(a) || isFloatComplex(a);
   DAG noValue = floats ? consfNaN : ini("undefined");
   const bool up = b == ini("infinity") || (isFloatInfinity(b) && !consneg(b));
   const bool down = b == consminf || (isFloatInfinity(b) && consneg(b));
@@ -190,7 +191,7 @@ DAG scale(StandardName operation, DAG base, DAG a, DAG b) {
     return floats ? DefaultUnderflow(sign) : cons0;
   }
   if (isComplex(b) || !isNumeric(b)) return unevaluated(operation, a, b);
-  if (base == cons10 && isFLOAT(a) && isInteger(b)) return newFLOAT(mantissaOf(a), add(exponentOf(a), b));
+  if (base == cons10 && isSoftFloat(a) && isInteger(b)) return newFLOAT(mantissaOf(a), add(exponentOf(a), b));
   return new5(PROD, a, cons1, base, b);
 }
 
@@ -261,7 +262,7 @@ DAG logarithmOfSpecial(DAG x, DAG (*logarithm)(DAG)) {
 DAG ilog10(DAG x) {
   if (DAG result = logarithmOfSpecial(x, ilog10)) return result;
   if (isInteger(x)) return NewInteger(ilength(x) - 1);
-  if (isFLOAT(x)) return add(NewInteger(ilength(mantissaOf(x)) - 1), exponentOf(x));
+  if (isSoftFloat(x)) return add(NewInteger(ilength(mantissaOf(x)) - 1), exponentOf(x));
   return evalsysf("simpl/", "ilog10", x);
 }
 

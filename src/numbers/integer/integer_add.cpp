@@ -4,10 +4,11 @@
 // plus a bias that makes a decimal carry a binary one: the carry of the lower digit enters the upper
 // one by itself, and only the carry out of the pair links the steps of the loop.
 
+#include "numbers/integer/integer.h"
+
 #include <algorithm>
 #include <cstring>
 
-#include "numbers/integer/integer.h"
 #include "numbers/integer/integer_space.h"
 
 namespace korel {

@@ -1,24 +1,21 @@
 #include "numbers/integer/integer_builtins.h"
 
-#include "numbers/arithmetic.h"
-#include "eval/statements/assign.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
-#include "frame/errors.h"
+#include "eval/statements/assign.h"
+#include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
 #include "store/constants.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
 namespace {
 
 // What could still become an integer: the call then stays as it is.
-bool isSymbolic(DAG x) { return !isNumeric(x) && !hasTag(x, COMPLEX) && !hasTag(x, STRING); }
-
-// A variable that takes the second result: a name or an indexed name.
-bool isVariable(DAG x) { return !isImmediate(x) && (hasTag(x, NAME) || hasTag(x, TABLEREF)); }
+bool isSymbolic(DAG x) { return !isNumber(x) && !hasTag(x, STRING); }
 
 // Quotient and remainder share all but which of them is the value.
 DAG divide(const BuiltinCall& call, bool wantsQuotient) {
@@ -29,15 +26,14 @@ DAG divide(const BuiltinCall& call, bool wantsQuotient) {
     if (isSymbolic(a) || isSymbolic(b)) return unevaluatedCall(call);
     wrongParameters(call);
   }
-  if (n == 3 && !isVariable(call.arguments[3])) wrongParameters(call);
-  if (isZero(b)) KernelException("division by zero");
-  if (n == 2 && isImmediate(a) && isImmediate(b)) {
+  if (n == 3 && !isNameOrIndexed(call.arguments[3])) wrongParameters(call);
+  if (n == 2 && isImmediate(a) && isImmediate(b) && !isZeroImmediate(b)) {
     const std::int32_t x = immediateValue(a), y = immediateValue(b);
     return immediate(wantsQuotient ? x / y : x % y);
   }
-  DAG r;
-  DAG q = simpl(IntegerDivide(a, b, &r));
-  r = simpl(r);
+  DAG q;
+  DAG r = simpl(rem(a, b, &q));
+  q = simpl(q);
   if (n == 3) assign(evalname(call.arguments[3]), wantsQuotient ? r : q);
   return wantsQuotient ? q : r;
 }

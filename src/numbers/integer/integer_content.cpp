@@ -1,11 +1,14 @@
 // The integer content of an expression: the largest positive rational that divides its coefficients.
 
-#include "numbers/arithmetic.h"
-#include "frame/errors.h"
-#include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
+
+#include "frame/errors.h"
+#include "numbers/arithmetic.h"
+#include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/objects.h"
+#include "store/tag_facts.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -44,7 +47,7 @@ struct Content {
 };
 
 DAG complexContent(DAG x) {
-  if (hasTag(x[1], FLOAT) || hasTag(x[1], HFLOAT)) return cons1;
+  if (isFloatNumber(x[1])) return cons1;
   if (lengthOf(x) == 2) return absalg(x[1]);
   return icontent(new5(SUM, x[1], cons1, x[2], cons1));
 }
@@ -52,21 +55,12 @@ DAG complexContent(DAG x) {
 }  // namespace
 
 DAG icontent(DAG e) {
-  if (isInteger(e)) return absalg(e);
+  constexpr TagSet withoutContent = {FLOAT, STRING, NAME, TABLEREF, CATENATE, POWER, FUNCTION, UNEVAL, TABLE};
+  if (isRationalNumber(e)) return absalg(e);
+  if (isAmong(e, withoutContent)) return cons1;
   switch (tagOf(e)) {
-    case RATIONAL: return absalg(e);
-    case FLOAT:
-    case STRING:
-    case NAME:
-    case TABLEREF:
-    case CATENATE:
-    case POWER:
-    case FUNCTION:
-    case UNEVAL:
-    case TABLE: return cons1;
     case SUM: return icontent_sum(e);
-    case PROD:
-      return lengthOf(e) > 1 && isObject(e[1]) && hasTag(e[1], COMPLEX) ? complexContent(e[1]) : cons1;
+    case PROD: return lengthOf(e) > 1 && isTag(e[1], COMPLEX) ? complexContent(e[1]) : cons1;
     case COMPLEX: return complexContent(e);
     case DCOLON: return icontent(e[1]);
     default: KernelException("invalid argument to icontent");
@@ -79,9 +73,7 @@ DAG icontent_sum(DAG sum) {
   for (Word i = 1; i + 1 < lengthOf(sum); i += 2) {
     DAG term = sum[i], coefficient = sum[i + 1];
     // A constant term is a number with coefficient 1, or the coefficient of the term 1.
-    bool number = isRationalNumber(term) || hasTag(term, COMPLEX) || hasTag(term, FLOAT) ||
-                  hasTag(term, HFLOAT);
-    if (!content.take(number ? mul(term, coefficient) : coefficient)) return cons1;
+    if (!content.take(isNumber(term) ? mul(term, coefficient) : coefficient)) return cons1;
     if (content.isOne()) break;
   }
   return content.value();

@@ -1,9 +1,10 @@
 // Division of integers in their two forms, truncated toward zero, and residues.
 
+#include "numbers/integer/integer_functions.h"
+
 #include <cstring>
 
 #include "numbers/integer/integer.h"
-#include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_groups.h"
 #include "numbers/integer/integer_space.h"
 #include "store/constants.h"

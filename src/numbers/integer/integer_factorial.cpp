@@ -1,8 +1,9 @@
 // Factorials, as a balanced product of factors that have been gathered into groups.
 
+#include "numbers/integer/integer_functions.h"
+
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
-#include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_groups.h"
 
 namespace korel {

@@ -1,9 +1,10 @@
 // The two forms of an integer, and the way between them and machine integers.
 
+#include "numbers/integer/integer.h"
+
 #include <cstring>
 
 #include "frame/errors.h"
-#include "numbers/integer/integer.h"
 #include "store/objects.h"
 
 namespace korel {

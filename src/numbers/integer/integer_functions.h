@@ -91,7 +91,7 @@ DAG icontent_sum(DAG sum);
 // ---- factorisation
 
 /// `count` steps of the continued fraction of the root of N, from the EXPSEQ
-/// (A(i-1), A(i), Q(i-1), Q(i), P(i), g, N, count, M, bound); gives the list to go on from.
+/// (A(i-1), A(i), Q(i-1), Q(i), P(i), g, N, count, M, bound), N not 0; gives the list to go on from.
 DAG MorrBrilCull(DAG state);
 
 // ---- text and doubles

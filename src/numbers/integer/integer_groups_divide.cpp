@@ -1,11 +1,12 @@
 // Division of packed operands: column by column, by halves for long operands, by a reciprocal for very long
 // ones.
 
+#include "numbers/integer/integer_groups.h"
+
 #include <algorithm>
 #include <cstring>
 
 #include "numbers/integer/integer_columns.h"
-#include "numbers/integer/integer_groups.h"
 #include "numbers/integer/integer_reciprocal.h"
 
 namespace korel {

@@ -1,7 +1,8 @@
 // Products of integers: the cheap cases first, then the method by length.
 
-#include "frame/errors.h"
 #include "numbers/integer/integer.h"
+
+#include "frame/errors.h"
 #include "numbers/integer/integer_groups.h"
 #include "numbers/integer/integer_karatsuba.h"
 #include "numbers/integer/integer_space.h"

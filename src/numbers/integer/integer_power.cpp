@@ -1,14 +1,15 @@
 // Powers of integers, with a bound on the result's length before anything is allocated.
 
+#include "numbers/integer/integer_functions.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
+#include "numbers/events/numeric_events.h"
 #include "numbers/integer/integer.h"
-#include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_groups.h"
 #include "numbers/integer/integer_space.h"
-#include "numbers/events/numeric_events.h"
 #include "store/constants.h"
 #include "store/names.h"
 
@@ -93,8 +94,7 @@ DAG binaryPower(DAG base, std::int32_t n, std::size_t length) {
   return integerOfGroups(power, used, hasTag(base, INTNEG) && n % 2 != 0 ? INTNEG : INTPOS);
 }
 
-/// base^n for heap base, not 1 or -1. A heap result is canonical but for its size; it may be an
-/// immediate.
+/// base^n for heap base, not 1 or -1, in canonical form; or what the overflow event gives.
 DAG heapPower(DAG base, std::int32_t n) {
   if (n > largestExponent || n * (SoftIntLength(base) - 1) / 4 > maxDigitCount)
     return overflow(base, n);
@@ -105,12 +105,11 @@ DAG heapPower(DAG base, std::int32_t n) {
     return Newint(result);
   }
   if (digitCount(base) == 1 && digitsOf(base)[0] == 10) {
-    DAG result = times10p(cons1, n);
-    return hasTag(base, INTNEG) && n % 2 != 0 ? negateint(result) : result;
+    return times10p(hasTag(base, INTNEG) && n % 2 != 0 ? consm1 : cons1, n);
   }
   std::int64_t words = length / 4 + 2;
   if (words >= largestSpace) return overflow(base, n);
-  if (n == 1) return CopyAlg(base);
+  if (n == 1) return MakeImmediate(CopyAlg(base));
 
   return binaryPower(base, n, static_cast<std::size_t>(length));
 }
@@ -132,11 +131,11 @@ DAG unitPower(bool negative, std::int32_t n) { return negative && n % 2 != 0 ? c
 DAG powint(DAG base, std::int32_t n) {
   assert(n >= 1 && !isZeroImmediate(base));
   if (base == cons1 || base == consm1) return unitPower(base == consm1, n);
-  if (!isImmediate(base)) return MakeImmediate(heapPower(base, n));
+  if (!isImmediate(base)) return heapPower(base, n);
   std::int64_t product;
   if (powerFitsWord(immediateValue(base), n, product)) return NewInteger(product);
   DAG heap = NewSoftInt(base);
-  DAG result = MakeImmediate(heapPower(heap, n));
+  DAG result = heapPower(heap, n);
   release(heap, lengthOf(heap));
   return result;
 }

@@ -1,8 +1,10 @@
 // Small primes, and one step of factorisation by continued fractions.
 
-#include "eval/simplify/simplify.h"
-#include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
+
+#include "eval/simplify/simplify.h"
+#include "frame/long_operation.h"
+#include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/objects.h"
 
@@ -60,19 +62,23 @@ DAG MorrBrilCull(DAG state) {
   DAG g = state[6], n = state[7], product = state[9], bound = state[10];
   std::int64_t count = LongLongValue(state[8]);
   DAG twiceG = addint(g, g);
-  DAG relations = new1(EXPSEQ);
-  for (std::int64_t i = 0; i < count; i += 2) {
+  DAG relations = newl2(8, EXPSEQ);
+  Word found = 1;
+  // The expansion of the root of a square ends with a Q of 0.
+  for (std::int64_t i = 0; i < count && !isZeroImmediate(e.q); i += 2) {
     for (bool odd : {true, false}) {
-      // The expansion of the root of a square ends.
       if (isZeroImmediate(e.q)) break;
+      passWork(objectSteps + ilength(n) + ilength(e.q));
       advance(e, twiceG, n);
       DAG s = smoothPart(product, e.q), rest;
+      if (isZeroImmediate(s)) break;  // no primes are asked about
       if (compint(IntegerDivide(e.q, s, &rest), bound) > 0) continue;
       DAG relation = newSequence({e.a, odd ? complint(e.q) : e.q, s});
-      relations = enlarge(relations, 1);
-      relations[lengthOf(relations) - 1] = simpl(new2(LIST, relation));
+      if (found == lengthOf(relations)) relations = enlarge(relations, found);
+      relations[found++] = simpl(new2(LIST, relation));
     }
   }
+  shorten(relations, lengthOf(relations), found);
   DAG set = simpl(new2(SET, relations));
   return simpl(new2(LIST, newSequence({e.aBefore, e.a, e.qBefore, e.q, e.rest, set})));
 }

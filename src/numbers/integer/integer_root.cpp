@@ -1,12 +1,13 @@
 // Integer square roots: column by column from the top, and by division of halves for long ones
 // (Zimmermann, "Karatsuba square root").
 
+#include "numbers/integer/integer_functions.h"
+
 #include <cmath>
 #include <cstring>
 
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_columns.h"
-#include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_groups.h"
 #include "store/constants.h"
 

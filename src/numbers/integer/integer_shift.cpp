@@ -1,13 +1,14 @@
 // Decimal shifts, the rounding that goes with them, and factors of ten.
 
+#include "numbers/integer/integer_functions.h"
+
 #include <cstring>
 
 #include "numbers/arithmetic.h"
+#include "numbers/events/numeric_events.h"
 #include "numbers/float/float_groups.h"
 #include "numbers/integer/integer.h"
-#include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_space.h"
-#include "numbers/events/numeric_events.h"
 #include "store/names.h"
 
 namespace korel {

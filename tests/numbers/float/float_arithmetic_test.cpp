@@ -83,7 +83,7 @@ std::string rounded(const Fraction& f, std::int64_t digits, Mode mode) {
 }
 
 std::string shown(DAG x) {
-  if (!isFLOAT(x) || isSingular(x)) return text(x);
+  if (!isSoftFloat(x) || isSingular(x)) return text(x);
   std::string mantissa = decimal(x[1]);
   if (x[1] == cons0 || x[1] == consm0) return "0";
   std::int64_t exponent = LongLongValue(x[2]);
@@ -156,6 +156,26 @@ TEST(Float, OperationsRoundOnceInEveryMode) {
     mpz_mul(f.numerator, a.numerator, b.denominator);
     mpz_mul(f.denominator, a.denominator, b.numerator);
     ASSERT_EQ(shown(evalfdiv(x, y)), rounded(f, digits, mode)) << "quotient";
+    // Operands of more digits, integers, fractions: no operand of a quotient is rounded before.
+    DAG wide = someFloat(random, 3 * digits), other = someFloat(random, 3 * digits);
+    setValue(a, wide);
+    setValue(b, other);
+    mpz_mul(f.numerator, a.numerator, b.denominator);
+    mpz_mul(f.denominator, a.denominator, b.numerator);
+    ASSERT_EQ(shown(evalfdiv(wide, other)), rounded(f, digits, mode)) << text(wide) << " / " << text(other);
+    Big p(wide[1]);
+    mpz_mul(f.numerator, p, b.denominator);
+    mpz_set(f.denominator, b.numerator);
+    ASSERT_EQ(shown(evalfdiv(wide[1], other)), rounded(f, digits, mode)) << text(wide[1]) << " / " << text(other);
+    DAG parts[2];
+    gcdsimpl(other[1], x[1], parts);
+    if (hasTag(parts[1], INTNEG)) parts[0] = simpl(negate(parts[0])), parts[1] = simpl(negate(parts[1]));
+    if (parts[1] == cons1) continue;
+    DAG ratio = simpl(new3(RATIONAL, simpl(parts[0]), simpl(parts[1])));
+    Big n(parts[0]), d(parts[1]);
+    mpz_mul(f.numerator, a.numerator, n);
+    mpz_mul(f.denominator, a.denominator, d);
+    ASSERT_EQ(shown(evalfmul(wide, ratio)), rounded(f, digits, mode)) << text(wide) << " * " << text(ratio);
   }
   assignenv(ini("Digits"), cons10);
   setRounding(Mode::nearest);
