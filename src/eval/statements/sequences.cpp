@@ -290,11 +290,11 @@ DAG dollarSequence(DAG expression, DAG variable, DAG a, DAG b) {
     DAG span = simpl(add(b, simpl(negate(a))));
     if (consneg(span)) return null;
     DAG whole = simpl(mtrunc(span));
-    if (!FitIntoLongLong(whole)) KernelException("object too large");
+    if (!FitIntoLongLong(whole) || LongLongValue(whole) >= std::int64_t{maxLength} - 2)
+      KernelException("object too large");
     count = LongLongValue(whole) + 1;
   }
   if (count <= 0) return null;
-  if (count >= std::int64_t{maxLength} - 1) KernelException("object too large");
   DAG sequence = newl2(static_cast<Word>(count + 1), EXPSEQ);
   DAG value = a;
   for (std::int64_t k = 0; k < count; ++k) {
