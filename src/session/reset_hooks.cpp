@@ -3,7 +3,7 @@
 #include "session/evaluator_start.h"
 #include "eval/procedures/procedures.h"
 #include "eval/simplify/simplify.h"
-#include "library/help_path.h"
+#include "library/search_path.h"
 #include "eval/walk/has.h"
 #include "eval/structure/substitute.h"
 #include "eval/types/type_match.h"

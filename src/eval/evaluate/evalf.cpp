@@ -12,7 +12,7 @@
 #include "frame/long_operation.h"
 #include "numbers/complex/complex.h"
 #include "numbers/integer/integer.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/objects.h"
 
@@ -48,7 +48,7 @@ DAG evalfFunction(DAG x) {
   DAG f = x[1], arguments = x[2];
   // (g@@n)(args): the library repeats the function.
   if (isTag(f, FUNCTION) && f[1] == ini("@@") && lengthOf(f[2]) == 3 && isInteger(f[2][2]))
-    return evalsysf("evalf/", "@@", simpl(new4(EXPSEQ, f[2][1], f[2][2], arguments)));
+    return evalsysf("evalf/@@", simpl(new4(EXPSEQ, f[2][1], f[2][2], arguments)));
   if (isTag(f, NAME) && std::strcmp(textOf(f), "hypergeom/kernel") == 0 &&
       isTag(arguments, EXPSEQ) && lengthOf(arguments) == 4)
     return hypergeom(arguments[1], arguments[2], arguments[3], cons0, 0);
@@ -97,7 +97,7 @@ DAG evalfPower(DAG base, DAG exponent) {
     return evalfpwr(evalfsqrt(base),
                     isImmediate(numerator) ? immediateValue(numerator) : SoftIntValue(numerator));
   }
-  return evalsysf("evalf/", "power", new3(EXPSEQ, base, exponent));
+  return evalsysf("evalf/power", new3(EXPSEQ, base, exponent));
 }
 
 DAG evalfProduct(DAG x) {

@@ -15,7 +15,7 @@
 #include "frame/long_operation.h"
 #include "frame/output.h"
 #include "numbers/float/float.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"

@@ -21,7 +21,7 @@
 #include "frame/trace_messages.h"
 #include "frame/traceback.h"
 #include "numbers/integer/integer.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -221,7 +221,7 @@ DAG runPlain(const Callee& callee, DAG a);
     if (isStreamName(value)) return sendToFrontEnd(value, simpl(eval(a)));
     if (isNameOrIndexed(value)) return unevaluatedCall(x, value, simpl(eval(a)));
     DAG arguments = simpl(eval(a));
-    return evalsysf("evalapply", "",
+    return evalsysf("evalapply",
                     simpl(new3(EXPSEQ, simpl(value), simpl(new2(LIST, arguments)))));
   }
   DAG proc = callee.procedure;

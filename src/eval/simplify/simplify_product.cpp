@@ -17,7 +17,7 @@
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
 #include "numbers/events/numeric_events.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "eval/walk/has.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -89,7 +89,7 @@ void multiply(Product& product, DAG base, DAG exponent);
 std::int32_t wordExponent(DAG e) { return isImmediate(e) ? immediateValue(e) : SoftIntValue(e); }
 
 DAG libraryPower(DAG base, DAG exponent) {
-  return simpl(evalsysf("evalf/", "power", simpl(new3(EXPSEQ, base, exponent))));
+  return simpl(evalsysf("evalf/power", simpl(new3(EXPSEQ, base, exponent))));
 }
 
 // Zero to a power.
@@ -392,7 +392,7 @@ DAG productOfRelations(DAG s) {
   if (hasparloc(s)) return makeUnique(simplifiedCopy(s));
   DAG sequence = newl2(lengthOf(s), EXPSEQ);
   for (Word i = 1; i < lengthOf(s); ++i) sequence[i] = s[i];
-  return simpl(evalsysf("simpl/", "reloprod", simpl(eval(simpl(sequence)))));
+  return simpl(evalsysf("simpl/reloprod", simpl(eval(simpl(sequence)))));
 }
 
 // A factor -1 to a fractional power takes the imaginary unit in: I*(-1)^e is (-1)^(e + 1/2). A complex number with

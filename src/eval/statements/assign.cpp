@@ -56,7 +56,7 @@ void assignName(DAG t, DAG v) {
   if (t == ini("lastexception")) KernelException("cannot set lastexception");
   if (t == ini("libname")) {
     v = libnameValue(v);
-    loopname(5, DAG());
+    deferNames();
   }
   stepEvaluationClock();
   if (v == t) {

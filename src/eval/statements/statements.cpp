@@ -17,7 +17,7 @@
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "session/reset_hooks.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/objects.h"
@@ -247,7 +247,7 @@ void stopForDebugger(DAG s) {
   if (evaluationLevel > stepLevel || isTag(s, STATSEQ) || s == null) return;
   stepLevel = 0;
   if (evaluationLevel < 3) return;
-  evalsysf("debugger", "", debugArgs);
+  evalsysf("debugger", debugArgs);
   debugArgs = null;
 }
 

@@ -43,7 +43,5 @@ DAG evalgoto(DAG sequence, DAG label);
 bool hasbrnext(DAG body);
 /// Catch expression `a` matches the message `b`: an empty one, a prefix, or a sequence with a match.
 bool CatchPrefix(DAG a, DAG b);
-/// Walks the name table: 3 assigned names, 4 unassigned names, 5 marks names for a new library look-up.
-DAG loopname(int mode, DAG argument);
 
 }  // namespace korel

@@ -8,7 +8,7 @@
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/objects.h"

@@ -11,7 +11,7 @@
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/hash.h"
@@ -350,10 +350,10 @@ DAG maketable(DAG function, DAG arguments, TableKind kind) {
   if (kind == TableKind::array) bounds = tableKey(simpl(definition.bounds));
   DAG table = simpl(new4(TABLE, function ? function : null, bounds, newhashtab(tableBuckets)));
   if (!definition.values) return table;
-  if (retrieve("index/", "FillInitVals") == null)
+  if (retrieve("index/FillInitVals") == null)
     fillInitialValues(table, definition.values);
   else
-    evalsysf("index/", "FillInitVals", newSequence({table, definition.values}));
+    evalsysf("index/FillInitVals", newSequence({table, definition.values}));
   return table;
 }
 

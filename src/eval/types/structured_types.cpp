@@ -8,7 +8,7 @@
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "numbers/complex/complex.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/objects.h"
 #include "eval/walk/has.h"

@@ -9,7 +9,7 @@
 #include "numbers/float/float.h"
 #include "numbers/integer/integer_functions.h"
 #include "numbers/events/numeric_events.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -198,7 +198,7 @@ DAG minusZeroPower(const Operands& o) {
   return (o.classB & negative) != 0 ? reciprocalOf(power) : power;
 }
 DAG libraryPower(const Operands& o) {
-  return evalsysf("evalf/", "power", new3(EXPSEQ, o.a, o.b));
+  return evalsysf("evalf/power", new3(EXPSEQ, o.a, o.b));
 }
 DAG plusZero(const Operands&) { return consf0; }
 DAG minusZero(const Operands&) { return consfm0; }

@@ -24,7 +24,7 @@
 #include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_space.h"
 #include "numbers/events/numeric_events.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -180,7 +180,7 @@ std::int64_t termLimit(DAG terms) {
 }
 
 DAG askLibrary(DAG a, DAG b, DAG z) {
-  return evalsysf("evalf/hypergeom/converg", "", new4(EXPSEQ, a, b, z));
+  return evalsysf("evalf/hypergeom/converg", new4(EXPSEQ, a, b, z));
 }
 
 int guardDigits(std::int64_t terms) { return terms < 32 ? 1 : terms < 317 ? 2 : 3; }

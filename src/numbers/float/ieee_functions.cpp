@@ -11,7 +11,7 @@
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
 #include "numbers/events/numeric_events.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -240,7 +240,7 @@ DAG conjugate(DAG x) {
     return simpl(mirrored);
   }
   if (isExtendedReal(x) || isUndefined(x)) return x;
-  return evalsysf("simpl/", "conjugate", x);
+  return evalsysf("simpl/conjugate", x);
 }
 
 namespace {
@@ -262,7 +262,7 @@ DAG ilog10(DAG x) {
   if (DAG result = logarithmOfSpecial(x, ilog10)) return result;
   if (isInteger(x)) return NewInteger(ilength(x) - 1);
   if (isFLOAT(x)) return add(NewInteger(ilength(mantissaOf(x)) - 1), exponentOf(x));
-  return evalsysf("simpl/", "ilog10", x);
+  return evalsysf("simpl/ilog10", x);
 }
 
 DAG ilog2(DAG x) {
