@@ -15,23 +15,23 @@ namespace korel {
 namespace {
 
 // Value of the call of `name`, or of name[index] for an indexed `form`.
-DAG callByName(const LibraryCall& row, DAG name, DAG form, DAG arguments) {
+DAG callByName(const LibraryCall& call, DAG name, DAG form, DAG arguments) {
   DAG head = isTag(form, TABLEREF) ? new3(TABLEREF, name, form[2]) : name;
   arguments = asSequence(arguments);
-  assert(row.operands == anyOperands || memberCount(arguments) == static_cast<Word>(row.operands));
-  static_cast<void>(row);
+  assert(call.operands == anyOperands || memberCount(arguments) == static_cast<Word>(call.operands));
+  static_cast<void>(call);
   return simpl(eval(simpl(new3(FUNCTION, head, arguments))));
 }
 
-DAG callOrNull(const LibraryCall& row, const char* suffix, DAG form, DAG arguments) {
-  DAG name = nameInLibrary(row.base, suffix);
-  return name == null ? null : callByName(row, name, form, arguments);
+DAG callOrNull(const LibraryCall& call, const char* suffix, DAG form, DAG arguments) {
+  DAG name = nameInLibrary(call.base, suffix);
+  return name == null ? null : callByName(call, name, form, arguments);
 }
 
-DAG callOrFail(const LibraryCall& row, const char* suffix, DAG form, DAG arguments) {
-  DAG name = nameInLibrary(row.base, suffix);
-  if (name == null) KernelException("%1%2: missing system function", naminstall(row.base), naminstall(suffix));
-  return callByName(row, name, form, arguments);
+DAG callOrFail(const LibraryCall& call, const char* suffix, DAG form, DAG arguments) {
+  DAG name = nameInLibrary(call.base, suffix);
+  if (name == null) KernelException("%1%2: missing system function", naminstall(call.base), naminstall(suffix));
+  return callByName(call, name, form, arguments);
 }
 
 // The NAME inside a NAME or TABLEREF, or 0.
@@ -43,30 +43,35 @@ DAG baseName(DAG x) {
 }  // namespace
 
 DAG evalsysf(LibraryProcedure procedure, DAG arguments) {
-  return callOrFail(*procedure.call, procedure.call->suffix, DAG(), arguments);
+  const LibraryCall& call = libraryCalls[procedure.row];
+  return callOrFail(call, call.suffix, DAG(), arguments);
 }
 DAG evalsysf(LibraryFamily family, const char* suffix, DAG arguments) {
-  return callOrFail(*family.call, suffix, DAG(), arguments);
+  return callOrFail(libraryCalls[family.row], suffix, DAG(), arguments);
 }
 
 DAG evalextf(LibraryProcedure procedure, DAG arguments) {
-  return callOrNull(*procedure.call, procedure.call->suffix, DAG(), arguments);
+  const LibraryCall& call = libraryCalls[procedure.row];
+  return callOrNull(call, call.suffix, DAG(), arguments);
 }
 DAG evalextf(LibraryFamily family, const char* suffix, DAG arguments) {
-  return callOrNull(*family.call, suffix, DAG(), arguments);
+  return callOrNull(libraryCalls[family.row], suffix, DAG(), arguments);
 }
 DAG evalextf(LibraryFamily family, DAG head, DAG arguments) {
   DAG function = baseName(head);
-  return function ? callOrNull(*family.call, textOf(function), head, arguments) : null;
+  return function ? callOrNull(libraryCalls[family.row], textOf(function), head, arguments) : null;
 }
 
 DAG EvalSystemFunction(LibraryFamily prefix, DAG function, DAG form, DAG arguments) {
   DAG named = baseName(function);
   if (!named) KernelException("name expected for external function");
-  return callOrFail(*prefix.call, textOf(named), form, arguments);
+  return callOrFail(libraryCalls[prefix.row], textOf(named), form, arguments);
 }
 
-DAG retrieve(LibraryProcedure procedure) { return nameInLibrary(procedure.call->base, procedure.call->suffix); }
-DAG retrieve(LibraryFamily family, const char* suffix) { return nameInLibrary(family.call->base, suffix); }
+DAG retrieve(LibraryProcedure procedure) {
+  const LibraryCall& call = libraryCalls[procedure.row];
+  return nameInLibrary(call.base, call.suffix);
+}
+DAG retrieve(LibraryFamily family, const char* suffix) { return nameInLibrary(libraryCalls[family.row].base, suffix); }
 
 }  // namespace korel

@@ -6,6 +6,7 @@
 // library_calls.def holds every procedure, and every family of procedures with one base, that is so called;
 // what it doesn't hold does not compile.
 
+#include <iterator>
 #include <string_view>
 
 #include "store/dag.h"
@@ -31,24 +32,26 @@ inline constexpr LibraryCall libraryCalls[] = {
 
 /// A procedure of the list, by its whole name; found while compiling.
 struct LibraryProcedure {
-  const LibraryCall* call = nullptr;
+  int row = -1;
   consteval LibraryProcedure(const char* name) {
     const std::string_view whole = name;
-    for (const LibraryCall& row : libraryCalls) {
-      const std::string_view base = row.base;
-      if (row.suffix != nullptr && whole.starts_with(base) && whole.substr(base.size()) == row.suffix) call = &row;
+    for (int k = 0; k < static_cast<int>(std::size(libraryCalls)); ++k) {
+      const LibraryCall& call = libraryCalls[k];
+      if (call.suffix == nullptr) continue;
+      const std::string_view base = call.base;
+      if (whole.starts_with(base) && whole.substr(base.size()) == call.suffix) row = k;
     }
-    if (call == nullptr) notListed();
+    if (row < 0) notListed();
   }
   static void notListed() {}  // not constexpr: reaching it stops the compilation
 };
 /// A family of the list, by its base.
 struct LibraryFamily {
-  const LibraryCall* call = nullptr;
+  int row = -1;
   consteval LibraryFamily(const char* base) {
-    for (const LibraryCall& row : libraryCalls)
-      if (row.suffix == nullptr && std::string_view(base) == row.base) call = &row;
-    if (call == nullptr) LibraryProcedure::notListed();
+    for (int k = 0; k < static_cast<int>(std::size(libraryCalls)); ++k)
+      if (libraryCalls[k].suffix == nullptr && std::string_view(base) == libraryCalls[k].base) row = k;
+    if (row < 0) LibraryProcedure::notListed();
   }
 };
 

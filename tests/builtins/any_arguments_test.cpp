@@ -218,7 +218,7 @@ void callInEveryWay(int number) {
   Search search{std::mt19937(static_cast<unsigned>(number)), {}};
   for (int a = 0; a < operandCount; ++a)
     for (int b = 0; b < operandCount; ++b)
-      if ((!isSanitized || search.below(3) == 0) && callWith(name, {a, b}, places[0]))
+      if (search.below(isSanitized ? 4 : 2) == 0 && callWith(name, {a, b}, places[0]))
         search.fruitful[2].push_back({a, b});
   for (int count = 2; count <= 5; ++count) search.call(name, count, tuplesOfACount);
   for (const ManyArguments& row : manyArguments)
