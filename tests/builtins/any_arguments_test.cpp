@@ -11,6 +11,7 @@
 
 #include <cctype>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <random>
 #include <string>
@@ -120,6 +121,12 @@ constexpr const char* settings[] = {"ASSERT",     "assertlevel", "dagtag",  "gcf
 // Shared with the child: the statement that it is about to run.
 char* lastStatement;
 constexpr std::size_t lastStatementSize = 4096;
+
+char* sharedText() {
+  void* pages = mmap(nullptr, lastStatementSize, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  if (pages == MAP_FAILED) std::abort();
+  return static_cast<char*>(pages);
+}
 
 bool failed;  // the last statement ended in an error
 
@@ -254,16 +261,25 @@ std::string testName(const ::testing::TestParamInfo<int>& row) {
 
 }  // namespace
 
-class AnyArguments : public ::testing::TestWithParam<int> {};
+class AnyBuiltin : public ::testing::TestWithParam<int> {};
 
-TEST_P(AnyArguments, NoCallEndsTheSession) {
-  if (lastStatement == nullptr)
-    lastStatement = static_cast<char*>(mmap(nullptr, lastStatementSize, PROT_READ | PROT_WRITE,
-                                            MAP_SHARED | MAP_ANONYMOUS, -1, 0));
-  ASSERT_NE(lastStatement, MAP_FAILED);
+TEST_P(AnyBuiltin, NoCallEndsTheSession) {
+  lastStatement = lastStatement == nullptr ? sharedText() : lastStatement;
   ChildResult result = inChild([] { callInEveryWay(GetParam()); });
   EXPECT_EQ(result.status, 0) << lastStatement << "\n" << result.output;
 }
-INSTANTIATE_TEST_SUITE_P(Builtins, AnyArguments, ::testing::ValuesIn(calledNumbers()), testName);
+// Calls that have ended a session before.
+TEST(AnyArguments, CallsThatOnceFell) {
+  lastStatement = lastStatement == nullptr ? sharedText() : lastStatement;
+  ChildResult result = inChild([] {
+    run("`$`(-2147483648, 9223372036854775808):");
+    run("MorrBrilCull(0, 1, 0, 1, 5, 5, 0, 4, 30, 10):");
+    run("MorrBrilCull(0, 1, 25, 1, 5, 5, 25, 4, 0, 10):");
+    run("MorrBrilCull(-5, -2147483648, 0, -1, 536870912, -536870912, 536870912, 9223372036854775807, 536870912, 3):");
+  });
+  EXPECT_EQ(result.status, 0) << lastStatement << "\n" << result.output;
+}
+
+INSTANTIATE_TEST_SUITE_P(Builtins, AnyBuiltin, ::testing::ValuesIn(calledNumbers()), testName);
 
 }  // namespace korel::test
