@@ -1,39 +1,47 @@
 #include "builtins/builtins.h"
 
-#include "eval/structure/attributes.h"
+#include "builtins/name_builtins.h"
+#include "builtins/operator_builtins.h"
+#include "debug/debugger.h"
 #include "eval/evaluate/evaluate.h"
-#include "builtins/evaluator_builtins.h"
+#include "eval/evaluate/evaluation_builtins.h"
+#include "eval/evaluate/known_values.h"
+#include "eval/evaluate/loose_arguments.h"
+#include "eval/simplify/aliases.h"
+#include "eval/simplify/simplify.h"
+#include "eval/statements/control_builtins.h"
+#include "eval/statements/sequences.h"
+#include "eval/structure/attributes.h"
+#include "eval/structure/convert.h"
+#include "eval/structure/equality.h"
+#include "eval/structure/map.h"
+#include "eval/structure/operands.h"
+#include "eval/structure/search_text.h"
+#include "eval/structure/select_elements.h"
+#include "eval/structure/sets.h"
+#include "eval/structure/sort.h"
+#include "eval/structure/subsop.h"
+#include "eval/structure/substitute.h"
+#include "eval/tables/tables.h"
+#include "eval/types/type_match.h"
+#include "eval/types/types.h"
+#include "eval/walk/has.h"
+#include "eval/walk/measure.h"
+#include "external/float_library.h"
+#include "frame/errors.h"
+#include "frame/output_builtins.h"
+#include "frame/time_limit.h"
+#include "library/retrieve.h"
 #include "numbers/float/float_builtins.h"
 #include "numbers/integer/integer_builtins.h"
-#include "library/library_builtins.h"
-#include "eval/evaluate/loose_arguments.h"
-#include "eval/statements/sequences.h"
-#include "eval/simplify/simplify.h"
-#include "eval/evaluate/known_values.h"
-#include "frame/time_limit.h"
-#include "frame/errors.h"
 #include "session/kernelopts.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/objects.h"
 #include "store/raw_objects.h"
 #include "store/standard_names.h"
-#include "eval/structure/equality.h"
-#include "eval/structure/sets.h"
-#include "eval/structure/sort.h"
-#include "eval/tables/tables.h"
-#include "eval/simplify/aliases.h"
-#include "eval/structure/convert.h"
-#include "eval/walk/has.h"
-#include "eval/structure/map.h"
-#include "eval/walk/measure.h"
-#include "eval/structure/operands.h"
-#include "eval/structure/search_text.h"
-#include "eval/structure/select_elements.h"
-#include "eval/structure/subsop.h"
-#include "eval/structure/substitute.h"
-#include "eval/types/type_match.h"
-#include "eval/types/types.h"
+#include "store/vocabulary.h"
+#include "text/read/shell_builtins.h"
 
 namespace korel {
 
@@ -60,7 +68,7 @@ constexpr Builtin builtins[] = {
     {"ERROR",                   simplified,  builtin::ERROR_},
     {"EqualEntries",            simplified,  builtin::EqualEntries},
     {"EqualStructure",          simplified,  builtin::EqualStructure},
-    {"FromInert",               simplified,  nullptr},
+    {"FromInert",               neverCalled, nullptr},
     {">",                       simplified,  builtin::greaterOperator},
     {">=",                      simplified,  builtin::greaterEqualOperator},
     {"Im",                      simplified,  builtin::Im},
@@ -84,7 +92,7 @@ constexpr Builtin builtins[] = {
     {"Scale2",                  simplified,  builtin::Scale2},
     {"SearchText",              members,     builtin::SearchText},
     {"TRACE",                   unevaluated, nullptr},
-    {"ToInert",                 simplified,  nullptr},
+    {"ToInert",                 neverCalled, nullptr},
     {"Unordered",               simplified,  builtin::Unordered},
     {"abs",                     simplified,  builtin::abs},
     {"add",                     unevaluated, builtin::add},
@@ -105,7 +113,7 @@ constexpr Builtin builtins[] = {
     {"coeffs",                  simplified,  nullptr},
     {"conjugate",               simplified,  builtin::conjugate},
     {"convert",                 simplified,  builtin::convert},
-    {"crinterp",                simplified,  nullptr},
+    {"crinterp",                neverCalled, nullptr},
     {"debugopts",               simplified,  nullptr},
     {"define_external",         simplified,  nullptr},
     {"degree",                  simplified,  nullptr},
@@ -203,7 +211,7 @@ constexpr Builtin builtins[] = {
     {"sort",                    simplified,  builtin::sort},
     {"ssystem",                 simplified,  nullptr},
     {"stop",                    simplified,  builtin::quit},
-    {"streamcall",              simplified,  builtin::streamcall},
+    {"streamcall",              unevaluated, builtin::streamcall},
     {"subs",                    simplified,  builtin::subs},
     {"subsop",                  simplified,  builtin::subsop},
     {"substring",               members,     builtin::substring},
@@ -234,20 +242,12 @@ constexpr bool rowsMatchNames() {
 }
 static_assert(rowsMatchNames());
 
-// Numbers without an operation, for good.
-bool neverCalled(int number) {
-  return number == builtinNumber("FromInert") || number == builtinNumber("ToInert") ||
-         number == builtinNumber("crinterp");
-}
-
-DAG asSequence(DAG x) {
-  return !isImmediate(x) && hasTag(x, EXPSEQ) ? x : simpl(new2(EXPSEQ, x));
-}
+DAG uniqueSequence(DAG x) { return isSequence(x) ? x : simpl(new2(EXPSEQ, x)); }
 
 }  // namespace
 
 const Builtin& builtinRow(int number) {
-  if (number < firstBuiltin || number > lastBuiltin || neverCalled(number))
+  if (number < firstBuiltin || number > lastBuiltin || builtins[number - firstBuiltin].arguments == neverCalled)
     KernelException("not a built-in function");
   return builtins[number - firstBuiltin];
 }
@@ -256,16 +256,16 @@ namespace {
 DAG runBuiltin(int number, DAG form, DAG self) {
   const Builtin& row = builtinRow(number);
   if (row.function == nullptr) KernelException("the operation `%1` is not available", self);
-  BuiltinCall call{asSequence(form[2]), self, form};
+  BuiltinCall call{uniqueSequence(form[2]), self, form};
   switch (row.arguments) {
     case unevaluated: return row.function(call);
     case simplified:
-      call.arguments = asSequence(simpl(eval(call.arguments)));
+      call.arguments = uniqueSequence(simpl(eval(call.arguments)));
       return row.function(call);
-    case members: break;
+    case members: case neverCalled: break;
   }
   LooseArguments loose = evalLooseArguments(call.arguments);
-  call.arguments = asSequence(loose.sequence);
+  call.arguments = uniqueSequence(loose.sequence);
   DAG value = row.function(call);
   // A value that isn't simplified may have the sequence in it.
   if (isSimplified(value)) releaseLoose(loose);

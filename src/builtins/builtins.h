@@ -17,6 +17,7 @@ enum class Arguments : std::uint8_t {
   simplified,   // evaluated, the sequence simplified as well
   members,      // evaluated, in a sequence that only its members are simplified of: nothing may keep it
   unevaluated,  // as they stand
+  neverCalled,  // the number has no operation, for good
 };
 struct Builtin {
   const char* name;

@@ -1,20 +1,19 @@
-// The arithmetic, relational and boolean operators as procedures.
+#include "builtins/operator_builtins.h"
 
-#include "numbers/arithmetic.h"
-#include "eval/statements/assign.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
-#include "builtins/evaluator_builtins.h"
-#include "eval/statements/boolean.h"
 #include "eval/simplify/simplify.h"
+#include "eval/statements/assign.h"
+#include "eval/statements/boolean.h"
+#include "eval/statements/statements.h"
 #include "frame/errors.h"
+#include "numbers/arithmetic.h"
 #include "store/constants.h"
 #include "store/objects.h"
 
 namespace korel {
 
 namespace {
-
 
 // Pairs (argument, 1) of a SUM or PROD.
 DAG pairsWithOne(const BuiltinCall& call, Tag tag) {

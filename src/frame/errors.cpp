@@ -11,6 +11,7 @@
 #include "frame/environment.h"
 #include "frame/output.h"
 #include "frame/traceback.h"
+#include "numbers/integer/integer_groups.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -166,6 +167,8 @@ void keepInName(DAG name, DAG value) {
 
 [[noreturn]] void raiseException(DAG exception, DAG value) {
   ResetSimplifier();
+  // The error may have come of an object too large for the result of an operation on groups.
+  GroupSpace::releaseAll();
   const char* message = textOf(exception[2]);
   runErrorProcs(message);
   keepInName(ini("lasterror"), exception == value ? exception[2] : singleMember(value));

@@ -2,18 +2,69 @@
 
 #include <cstdio>
 #include <cstring>
+#include <vector>
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
-#include "session/driver.h"
+#include "eval/walk/has.h"
 #include "frame/errors.h"
+#include "session/driver.h"
 #include "store/constants.h"
-#include "store/objects.h"
+#include "store/hash.h"
+#include "store/names.h"
+#include "store/vocabulary.h"
+#include "store/word_map.h"
 #include "text/print/printer.h"
 #include "text/print/sinks.h"
 
 namespace korel {
+
+// ---- what a name needs to work elsewhere: the names that its value uses, theirs, and so on
+
+namespace {
+
+// Objects yet to be entered and those that have been; nothing raises an error while they are in use.
+std::vector<DAG> waiting;
+std::vector<DAG> required;
+WordMap entered;
+
+// Names of the kernel are there in every session.
+bool isSessionName(DAG x) {
+  return hasTag(x, NAME) && x[1] && !isEnvironmentName(x) &&
+         search(x.word, AllIniNames) == notFound;
+}
+
+void enter(DAG x) {
+  if (isImmediate(x) || entered.insert(x.word, 0) != WordMap::added) return;
+  if (isSessionName(x)) {
+    required.push_back(x);
+    waiting.push_back(x[1]);
+  } else if (!hasTag(x, NAME)) {
+    waiting.push_back(x);
+  }
+}
+
+}  // namespace
+
+DAG BuildRequiredNameSeq(DAG name) {
+  waiting.clear();
+  required.clear();
+  enter(name);
+  while (!waiting.empty()) {
+    DAG object = waiting.back();
+    waiting.pop_back();
+    if (!isImmediate(object)) forEachPart(object, enter);
+  }
+  entered.clear();
+  // An unassigned name is saved all the same, with the warning that it deserves.
+  if (required.empty()) required.push_back(name);
+  DAG names = newl2(static_cast<Word>(required.size() + 1), EXPSEQ);
+  for (std::size_t i = 0; i < required.size(); ++i) names[static_cast<Word>(i + 1)] = required[i];
+  return simpl(names);
+}
+
+// ---- assignments as text
 
 namespace {
 
@@ -23,7 +74,7 @@ void writeCharacter(void* stream, int c) { std::fputc(c, static_cast<std::FILE*>
 void closeStream(const char*) { std::fclose(reinterpret_cast<std::FILE*>(errorProcParam)); }
 
 void checkEntry(DAG name) {
-  if (!isTag(name, NAME)) KernelException("save can only save names");
+  if (!isName(name)) KernelException("save can only save names");
   if (name[1] || name[2] != null) return;
   if (isEnvironmentName(name))
     KernelWarning(2, "environment variable `%1` cannot be saved", name);
@@ -37,28 +88,10 @@ void writeAssignments(std::FILE* stream, DAG names) {
     DAG name = names[i];
     DAG value = name[1] ? name[1] : new2(UNEVAL, name);
     // A file that ends in the midst of an object is no success.
-    PrintKorel(new3(ASSIGN, name, value), SourceLineSink, raisePrintError, sourceWidth, &file,
-               printProgramText);
+    PrintKorel(new3(ASSIGN, name, value), SourceLineSink, raisePrintError, sourceWidth, &file, printProgramText);
     SourceLineSink(&file, ';');
     SourceLineSink(&file, '\n');
   }
-}
-
-// save f!, file: f with all that it needs.
-bool asksForRequiredNames(DAG operand) {
-  return isTag(operand, FUNCTION) && operand[1] == ini("factorial") && isTag(operand[2], EXPSEQ) &&
-         lengthOf(operand[2]) == 2;
-}
-
-DAG namesToSave(DAG operands) {
-  Word n = lengthOf(operands);
-  if (n == 3 && asksForRequiredNames(operands[1])) {
-    DAG name = evalname(operands[1][2][1]);
-    return isTag(name, NAME) ? BuildRequiredNameSeq(name) : simpl(new2(EXPSEQ, name));
-  }
-  DAG names = newl2(n - 1, EXPSEQ);
-  for (Word i = 1; i + 1 < n; ++i) names[i] = evalname(operands[i]);
-  return simpl(names);
 }
 
 }  // namespace
@@ -74,13 +107,34 @@ void WriteSourceFile(DAG file, DAG names) {
   if (failed) KernelException("could not save into `%1`", file);
 }
 
+// ---- the statement
+
+namespace {
+
+// save f!, file: f with all that it needs.
+bool asksForRequiredNames(DAG operand) {
+  return isCallOf(operand, ini("factorial")) && isSequence(operand[2]) && memberCount(operand[2]) == 1;
+}
+
+DAG namesToSave(DAG operands) {
+  Word n = lengthOf(operands);
+  if (n == 3 && asksForRequiredNames(operands[1])) {
+    DAG name = evalname(operands[1][2][1]);
+    return isName(name) ? BuildRequiredNameSeq(name) : simpl(new2(EXPSEQ, name));
+  }
+  DAG names = newl2(n - 1, EXPSEQ);
+  for (Word i = 1; i + 1 < n; ++i) names[i] = evalname(operands[i]);
+  return simpl(names);
+}
+
+}  // namespace
+
 DAG saveStatement(DAG s) {
   if (secureMode) KernelException("save is disabled");
-  DAG operands = isTag(s[1], EXPSEQ) ? s[1] : new2(EXPSEQ, s[1]);
+  DAG operands = asSequence(s[1]);
   Word n = lengthOf(operands);
   DAG file = simpl(eval(operands[n - 1]));
-  if (!isTag(file, NAME) && !isTag(file, STRING))
-    KernelException("last argument to save must be a file or library name");
+  if (!isText(file)) KernelException("last argument to save must be a file or library name");
   const char* path = textOf(file);
   std::size_t length = std::strlen(path);
   if (length >= 2 && std::strcmp(path + length - 2, ".m") == 0)

@@ -107,11 +107,11 @@ DAG versionName() {
   return naminstall(text);
 }
 
-/// The translation between tags and their names; `value` is what is asked for.
+/// The translation between tags (numbers or header words) and their names; `value` is what is asked for.
 DAG dagtag(DAG value) {
   if (isInteger(value)) {
-    const char* name =
-        isImmediate(value) ? DagIDToName(static_cast<Word>(immediateValue(value))) : nullptr;
+    const std::int64_t number = FitIntoLongLong(value) ? LongLongValue(value) : 0;
+    const char* name = number == static_cast<Word>(number) ? DagIDToName(static_cast<Word>(number)) : nullptr;
     if (name == nullptr) userror("invalid data structure tag");
     return naminstall(name);
   }

@@ -12,7 +12,7 @@
 #include "session/driver.h"
 #include "session/getopt.h"
 #include "session/interface.h"
-#include "library/qualify_directory.h"
+#include "library/search_path.h"
 #include "session/resource_limits.h"
 #include "store/generations.h"
 

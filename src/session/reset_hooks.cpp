@@ -3,8 +3,11 @@
 #include "session/evaluator_start.h"
 #include "eval/procedures/modules.h"
 #include "eval/simplify/simplify.h"
-#include "library/help_path.h"
+#include "eval/structure/substitute.h"
+#include "eval/walk/has.h"
 #include "eval/walk/walk_memory.h"
+#include "library/search_path.h"
+#include "library/search_path.h"
 #include "eval/types/type_match.h"
 #include "eval/types/types.h"
 

@@ -34,8 +34,9 @@ DAG theArgument(const BuiltinCall& call) {
   return call.arguments[1];
 }
 
-DAG objectAt(DAG address) {
-  if (!isInteger(address)) KernelException("integer expected, but got %1", address);
+DAG objectAtArgument(const BuiltinCall& call) {
+  DAG address = theArgument(call);
+  if (!isInteger(address)) wrongParameters(call);
   if (isWord(address)) {
     DAG x(wordOf(address));
     if (VerifyLevels(x, 1)) return x;
@@ -92,7 +93,7 @@ DAG builtin::assemble(const BuiltinCall& call) {
 }
 
 DAG builtin::disassemble(const BuiltinCall& call) {
-  DAG x = objectAt(theArgument(call));
+  DAG x = objectAtArgument(call);
   DAG number = immediate(tagNumber(tagOf(x)));
   if (isImmediate(x)) return simpl(new3(EXPSEQ, number, integerOf(x.word)));
   Word length = lengthOf(x);
@@ -105,7 +106,7 @@ DAG builtin::disassemble(const BuiltinCall& call) {
 DAG builtin::addressof(const BuiltinCall& call) { return integerOf(theArgument(call).word); }
 
 DAG builtin::pointto(const BuiltinCall& call) {
-  DAG x = objectAt(theArgument(call));
+  DAG x = objectAtArgument(call);
   updategen(x);
   return x;
 }

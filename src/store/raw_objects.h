@@ -16,11 +16,11 @@ namespace builtin {
 /// assemble", "integer expected, but got %1", "assembled object is invalid".
 DAG assemble(const BuiltinCall& call);
 /// disassemble(address): the tag number and the raw words of the object; of an immediate, its tag and
-/// word. Error: "object at address is invalid".
+/// word. Errors: the common failure for what is no integer, "object at address is invalid".
 DAG disassemble(const BuiltinCall& call);
 /// addressof(x): the word of x.
 DAG addressof(const BuiltinCall& call);
-/// pointto(address): the object there. Error: "object at address is invalid".
+/// pointto(address): the object there. Errors: as for `disassemble`.
 DAG pointto(const BuiltinCall& call);
 }  // namespace builtin
 

@@ -14,7 +14,7 @@
 #include "frame/environment.h"
 #include "session/getopt.h"
 #include "session/interface.h"
-#include "library/qualify_directory.h"
+#include "library/search_path.h"
 #include "kernel_fixture.h"
 #include "store/constants.h"
 #include "store/generations.h"

@@ -7,7 +7,7 @@
 #include "frame/errors.h"
 #include "frame/long_operation.h"
 #include "frame/precision.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/float/hypergeometric.h"
@@ -47,7 +47,7 @@ DAG evalfFunction(DAG x) {
   DAG f = x[1], arguments = x[2];
   // (g@@n)(args): the library repeats the function.
   if (isCallOf(f, ini("@@")) && lengthOf(f[2]) == 3 && isInteger(f[2][2]))
-    return evalsysf("evalf/", "@@", simpl(new4(EXPSEQ, f[2][1], f[2][2], arguments)));
+    return evalsysf("evalf/@@", simpl(new4(EXPSEQ, f[2][1], f[2][2], arguments)));
   if (isName(f) && hasText(f, "hypergeom/kernel") && isSequence(arguments) && memberCount(arguments) == 3)
     return hypergeom(arguments[1], arguments[2], arguments[3], cons0);
   DAG hit = remembered(x);
@@ -85,7 +85,7 @@ DAG evalfPower(DAG base, DAG exponent) {
   if (isSoftFloat(base) && hasTag(exponent, RATIONAL) && exponent[2] == immediate(2) &&
       !consneg(base))
     return evalfpwr(evalfsqrt(base), exponent[1]);
-  return evalsysf("evalf/", "power", new3(EXPSEQ, base, exponent));
+  return evalsysf("evalf/power", new3(EXPSEQ, base, exponent));
 }
 
 DAG evalfProduct(DAG x) {

@@ -14,6 +14,7 @@
 #include "frame/long_operation.h"
 #include "numbers/arithmetic.h"
 #include "numbers/float/float.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"
 #include "store/names.h"

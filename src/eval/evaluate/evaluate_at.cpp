@@ -11,7 +11,7 @@
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"
 #include "store/hash.h"

@@ -24,7 +24,7 @@
 #include "frame/output.h"
 #include "frame/trace_messages.h"
 #include "frame/traceback.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "numbers/integer/integer.h"
 #include "session/driver.h"
 #include "store/constants.h"
@@ -195,7 +195,7 @@ DAG evalWithoutProcedure(DAG x, DAG value) {
   DAG arguments = simpl(eval(x[2]));
   if (isStreamName(value)) return sendToFrontEnd(value, arguments);
   if (isNameOrIndexed(value)) return withParts(x, value, arguments);
-  return evalsysf("evalapply", "", simpl(newSequence({simpl(value), simpl(new2(LIST, arguments))})));
+  return evalsysf("evalapply", simpl(newSequence({simpl(value), simpl(new2(LIST, arguments))})));
 }
 
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key);

@@ -8,7 +8,7 @@
 #include "eval/simplify/simplify_cases.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/events/numeric_events.h"
@@ -50,7 +50,7 @@ bool isFloating(DAG number) { return isFloatNumber(number) || isFloatComplex(num
 std::int32_t wordExponent(DAG e) { return isImmediate(e) ? immediateValue(e) : SoftIntValue(e); }
 
 DAG libraryPower(DAG base, DAG exponent) {
-  return simpl(evalsysf("evalf/", "power", simpl(new3(EXPSEQ, base, exponent))));
+  return simpl(evalsysf("evalf/power", simpl(new3(EXPSEQ, base, exponent))));
 }
 
 // Zero to a power.

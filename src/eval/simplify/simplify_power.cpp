@@ -13,7 +13,7 @@
 #include "numbers/complex/complex_forms.h"
 #include "numbers/integer/integer.h"
 #include "numbers/events/numeric_events.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -31,7 +31,7 @@ constexpr TagSet baseTags =
     (exponentTags - TagSet{ZPPOLY}) | rationalTags | TagSet{FLOAT, LIST, SET, TABLE};
 
 DAG libraryPower(DAG base, DAG exponent) {
-  return simpl(evalsysf("evalf/", "power", simpl(new3(EXPSEQ, base, exponent))));
+  return simpl(evalsysf("evalf/power", simpl(new3(EXPSEQ, base, exponent))));
 }
 
 DAG invalidPower(DAG base, DAG exponent, DAG value) {

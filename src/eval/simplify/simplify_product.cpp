@@ -15,9 +15,16 @@
 #include "eval/simplify/simplify_cases.h"
 #include "eval/simplify/sum_steps.h"
 #include "eval/simplify/unique_pairs.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "library/library_calls.h"
+#include "numbers/complex/complex.h"
+#include "numbers/events/numeric_events.h"
+#include "numbers/float/float.h"
+#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
 #include "eval/walk/has.h"
 #include "frame/errors.h"
-#include "library/system_functions.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/events/numeric_events.h"
@@ -149,7 +156,7 @@ DAG productOfRelations(DAG s) {
   if (hasparloc(s)) return makeUnique(simplifiedCopy(s));
   DAG sequence = newl2(lengthOf(s), EXPSEQ);
   for (Word i = 1; i < lengthOf(s); ++i) sequence[i] = s[i];
-  return simpl(evalsysf("simpl/", "reloprod", simpl(eval(simpl(sequence)))));
+  return simpl(evalsysf("simpl/reloprod", simpl(eval(simpl(sequence)))));
 }
 
 // A factor -1 to a fractional power takes the imaginary unit in: I*(-1)^e is (-1)^(e + 1/2). A complex number with

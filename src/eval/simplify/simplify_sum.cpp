@@ -24,7 +24,7 @@
 #include "frame/long_operation.h"
 #include "numbers/complex/complex.h"
 #include "numbers/events/numeric_events.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "eval/walk/has.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -134,7 +134,7 @@ DAG sumOfRelations(DAG s) {
   if (hasparloc(s)) return makeUnique(simplifiedCopy(s));
   DAG sequence = newl2(lengthOf(s), EXPSEQ);
   for (Word i = 1; i < lengthOf(s); ++i) sequence[i] = simpl(s[i]);
-  return simpl(evalsysf("simpl/", "relopsum", simpl(eval(simpl(sequence)))));
+  return simpl(evalsysf("simpl/relopsum", simpl(eval(simpl(sequence)))));
 }
 
 // One COMPLEX factor in front of a PROD takes the coefficient in.

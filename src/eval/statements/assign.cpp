@@ -1,6 +1,5 @@
 #include "eval/statements/assign.h"
 
-#include "builtins/name_lists.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/known_values.h"
@@ -58,7 +57,7 @@ void assignName(DAG t, DAG v) {
   if (t == ini("lastexception")) KernelException("cannot set lastexception");
   if (t == ini("libname")) {
     v = libnameValue(v);
-    lookUpUnassignedNames();
+    deferNames();
   }
   stepEvaluationClock();
   if (v == t) {

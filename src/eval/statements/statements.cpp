@@ -14,8 +14,8 @@
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "frame/time_limit.h"
+#include "library/library_calls.h"
 #include "library/save.h"
-#include "library/system_functions.h"
 #include "session/driver.h"
 #include "session/reset_hooks.h"
 #include "store/collect/collector.h"
@@ -237,7 +237,7 @@ void stopForDebugger(DAG s) {
   if (evaluationLevel > stepLevel || isTag(s, STATSEQ) || s == null) return;
   stepLevel = 0;
   if (evaluationLevel < firstInnerDepth) return;
-  evalsysf("debugger", "", debugArgs);
+  evalsysf("debugger", debugArgs);
   debugArgs = null;
 }
 

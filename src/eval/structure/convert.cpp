@@ -1,7 +1,7 @@
 #include "eval/structure/convert.h"
 
 #include "eval/simplify/simplify.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/objects.h"
 #include "store/vocabulary.h"
 

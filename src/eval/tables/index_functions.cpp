@@ -8,7 +8,7 @@
 #include "eval/structure/substitute.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "numbers/arithmetic.h"
 #include "store/constants.h"
 #include "store/generations.h"

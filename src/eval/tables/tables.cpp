@@ -11,8 +11,9 @@
 #include "eval/walk/has.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "numbers/arithmetic.h"
+#include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/hash.h"
@@ -332,10 +333,10 @@ DAG maketable(DAG function, DAG arguments, TableKind kind) {
   if (kind == TableKind::array) bounds = tableKey(simpl(definition.bounds));
   DAG table = simpl(newTable(function ? function : null, bounds, newhashtab(tableBuckets)));
   if (!definition.values) return table;
-  if (retrieve("index/", "FillInitVals") == null)
+  if (retrieve("index/FillInitVals") == null)
     fillInitialValues(table, definition.values);
   else
-    evalsysf("index/", "FillInitVals", newSequence({table, definition.values}));
+    evalsysf("index/FillInitVals", newSequence({table, definition.values}));
   return table;
 }
 

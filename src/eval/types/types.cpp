@@ -10,7 +10,7 @@
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/long_operation.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/objects.h"
 #include "store/vocabulary.h"

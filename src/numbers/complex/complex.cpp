@@ -8,10 +8,11 @@
 #include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
 #include "frame/precision.h"
-#include "library/system_functions.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex_forms.h"
 #include "numbers/integer/integer.h"
+#include "library/library_calls.h"
+#include "numbers/events/numeric_events.h"
 #include "store/constants.h"
 #include "store/objects.h"
 #include "store/vocabulary.h"
@@ -165,13 +166,13 @@ DAG cxRealPart(DAG x) {
     return isFloatNumber(x[1]) ? roundedZero() : cons0;
   }
   if (isNumeric(x) || hasNoFiniteValue(x)) return x;
-  return evalsysf("simpl/", "Re", x);
+  return evalsysf("simpl/Re", x);
 }
 
 DAG cxImaginaryPart(DAG x) {
   if (isComplex(x)) return imaginaryPartOf(x);
   if (isNumeric(x) || hasNoFiniteValue(x)) return isFloatNumber(x) ? roundedZero() : cons0;
-  return evalsysf("simpl/", "Im", x);
+  return evalsysf("simpl/Im", x);
 }
 
 bool cxIsReal(DAG x) { return isNumeric(x) || isZero(cxImaginaryPart(x)); }

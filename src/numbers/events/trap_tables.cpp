@@ -6,11 +6,12 @@
 #include "numbers/events/numeric_events.h"
 
 #include "eval/evaluate/evalf.h"
-#include "library/system_functions.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer_functions.h"
+#include "library/library_calls.h"
+#include "numbers/events/numeric_events.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -194,7 +195,7 @@ DAG minusZeroPower(const Operands& o) {
   return (o.classB & negative) != 0 ? reciprocalOf(power) : power;
 }
 DAG libraryPower(const Operands& o) {
-  return evalsysf("evalf/", "power", new3(EXPSEQ, o.a, o.b));
+  return evalsysf("evalf/power", new3(EXPSEQ, o.a, o.b));
 }
 DAG plusZero(const Operands&) { return consf0; }
 DAG minusZero(const Operands&) { return consfm0; }

@@ -5,11 +5,11 @@
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "library/system_functions.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/complex/complex_forms.h"
 #include "numbers/events/numeric_events.h"
+#include "library/library_calls.h"
 #include "numbers/float/float.h"
 #include "numbers/float/hypergeometric.h"
 #include "numbers/float/ieee_functions.h"
@@ -31,8 +31,8 @@ void requireCount(const BuiltinCall& call, Word count) {
 DAG asItStands(const BuiltinCall& call) { return simpl(new3(FUNCTION, call.self, call.arguments)); }
 
 // The library's answer, or the call as it stands while the library has none.
-DAG fromLibrary(const BuiltinCall& call, const char* name) {
-  DAG value = evalextf("simpl/", name, call.arguments);
+DAG fromLibrary(const BuiltinCall& call, LibraryProcedure procedure) {
+  DAG value = evalextf(procedure, call.arguments);
   return value == null ? asItStands(call) : value;
 }
 
@@ -102,19 +102,19 @@ DAG builtin::abs(const BuiltinCall& call) {
       return simpl(absalg(x));
     }
   }
-  return fromLibrary(call, "abs");
+  return fromLibrary(call, "simpl/abs");
 }
 
 DAG builtin::max(const BuiltinCall& call) {
   if (argumentCount(call) == 0) return consminf;
   DAG largest = extremeOf(call, 1);
-  return largest ? simpl(largest) : fromLibrary(call, "max");
+  return largest ? simpl(largest) : fromLibrary(call, "simpl/max");
 }
 
 DAG builtin::min(const BuiltinCall& call) {
   if (argumentCount(call) == 0) return ini("infinity");
   DAG least = extremeOf(call, -1);
-  return least ? simpl(least) : fromLibrary(call, "min");
+  return least ? simpl(least) : fromLibrary(call, "simpl/min");
 }
 
 DAG builtin::trunc(const BuiltinCall& call) {
@@ -128,7 +128,7 @@ DAG builtin::trunc(const BuiltinCall& call) {
       return simpl(lengthOf(x) == 2 ? im : korel::add(mtrunc(x[1]), im));
     }
   }
-  return fromLibrary(call, "trunc");
+  return fromLibrary(call, "simpl/trunc");
 }
 
 DAG builtin::Re(const BuiltinCall& call) { return applyUnary(call, cxRealPart); }

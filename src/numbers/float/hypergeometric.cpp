@@ -19,7 +19,6 @@
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "frame/precision.h"
-#include "library/system_functions.h"
 #include "numbers/arithmetic.h"
 #include "numbers/events/numeric_events.h"
 #include "numbers/float/float.h"
@@ -27,6 +26,8 @@
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_space.h"
+#include "library/library_calls.h"
+#include "numbers/events/numeric_events.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -187,7 +188,7 @@ std::int64_t termLimit(DAG terms) {
 }
 
 DAG askLibrary(DAG a, DAG b, DAG z) {
-  return evalsysf("evalf/hypergeom/converg", "", new4(EXPSEQ, a, b, z));
+  return evalsysf("evalf/hypergeom/converg", new4(EXPSEQ, a, b, z));
 }
 
 int guardDigits(std::int64_t terms) { return terms < 32 ? 1 : terms < 317 ? 2 : 3; }

@@ -5,7 +5,6 @@
 #include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
 #include "frame/precision.h"
-#include "library/system_functions.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/complex/complex_forms.h"
@@ -14,6 +13,8 @@
 #include "numbers/float/float_rounding.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
+#include "library/library_calls.h"
+#include "numbers/events/numeric_events.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -241,7 +242,7 @@ DAG conjugate(DAG x) {
     return simpl(mirrored);
   }
   if (isExtendedReal(x) || isUndefined(x)) return x;
-  return evalsysf("simpl/", "conjugate", x);
+  return evalsysf("simpl/conjugate", x);
 }
 
 namespace {
@@ -263,7 +264,7 @@ DAG ilog10(DAG x) {
   if (DAG result = logarithmOfSpecial(x, ilog10)) return result;
   if (isInteger(x)) return NewInteger(ilength(x) - 1);
   if (isSoftFloat(x)) return add(NewInteger(ilength(mantissaOf(x)) - 1), exponentOf(x));
-  return evalsysf("simpl/", "ilog10", x);
+  return evalsysf("simpl/ilog10", x);
 }
 
 DAG ilog2(DAG x) {

@@ -5,7 +5,7 @@
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
-#include "library/system_functions.h"
+#include "library/retrieve.h"
 #include "store/collect/collector_phases.h"
 #include "store/constants.h"
 #include "store/names.h"

@@ -4,7 +4,7 @@
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "library/system_functions.h"
+#include "library/library_calls.h"
 #include "store/copy_on_change.h"
 #include "store/hash.h"
 #include "store/object_fields.h"
@@ -92,7 +92,7 @@ DAG prepareTable(const Pass& pass, DAG table) {
 // ---- rtables and names
 
 DAG prepareRtable(const Pass& pass, DAG rtable, DAG name) {
-  DAG shown = evalextf("print/", "rtable", newSequence({rtable, name}));
+  DAG shown = evalextf("print/rtable", newSequence({rtable, name}));
   if (!shown || shown == null) return rtable;
   return isTag(shown, RTABLE) ? shown : prepare(pass, shown, false);
 }

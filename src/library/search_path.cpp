@@ -1,8 +1,12 @@
-#include "library/qualify_directory.h"
+#include "library/search_path.h"
 
 #include <unistd.h>
 
 #include "frame/errors.h"
+#include "frame/output.h"
+#include "store/collect/collector.h"
+#include "store/constants.h"
+#include "store/names.h"
 
 namespace korel {
 
@@ -16,6 +20,18 @@ const char* FullyQualifyDir(const char* path) {
   if (chdir(before) != 0) userror("could not return to current directory");
   if (!known) userror("could not qualify directory");
   return qualified;
+}
+
+namespace {
+DAG announcedPath;  // 0 before the first call
+}  // namespace
+
+void InitializeHelp() {
+  registerRoot(&announcedPath);
+  DAG path = ini("libname")[1];
+  if (!path || path == announcedPath) return;
+  announcedPath = path;
+  sendStream("INTERFACE_HELP", {naminstall("setpath"), path});
 }
 
 }  // namespace korel

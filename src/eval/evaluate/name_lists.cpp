@@ -1,4 +1,4 @@
-#include "builtins/name_lists.h"
+#include "eval/evaluate/name_lists.h"
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/simplify/simplify.h"
@@ -56,17 +56,6 @@ DAG namesAssigned(DAG kind) {
 
 DAG unassignedNames() {
   return namesWith([](DAG name) { return !name[1] && !isKnownFromTheStart(name) && !isEnvironmentName(name); });
-}
-
-void lookUpUnassignedNames() {
-  hashforeach(
-      nametab,
-      [](void*, PairAddress pair) {
-        DAG name = pairValue(pair);
-        if (!name[1] && name[2] == null) controlWord(name) |= deferredBit;
-        return true;
-      },
-      nullptr);
 }
 
 }  // namespace korel

@@ -10,7 +10,5 @@ DAG assignedNames();
 DAG namesAssigned(DAG kind);
 /// The names without one, but for those known from the start.
 DAG unassignedNames();
-/// The library path has changed: names without a value and attributes are asked of the library once more.
-void lookUpUnassignedNames();
 
 }  // namespace korel
