@@ -3,7 +3,11 @@
 #include "session/evaluator_start.h"
 #include "eval/procedures/procedures.h"
 #include "eval/simplify/simplify.h"
+#include "library/archive/archive_files.h"
+#include "library/archive/member_io.h"
 #include "library/help_path.h"
+#include "library/repository/lookup.h"
+#include "library/repository/repository.h"
 #include "eval/walk/has.h"
 #include "eval/structure/substitute.h"
 #include "eval/types/type_match.h"
@@ -20,15 +24,20 @@ struct HookRow {
 constexpr HookRow hookRows[] = {
     // moment                    function
     {HookMoment::initialised, initializeEvaluator},
+    {HookMoment::initialised, initializeLibrary},
+    {HookMoment::everyStatement, ResetDotMIO},
     {HookMoment::everyStatement, ResetSimplifier},
     {HookMoment::everyStatement, ResetHas},
     {HookMoment::everyStatement, ResetHastype},
     {HookMoment::everyStatement, ResetSubstitution},
     {HookMoment::everyStatement, ResetTypematch},
+    {HookMoment::throwAway, CloseAllRepositories},
     {HookMoment::throwAway, CleanUpSimplifier},
+    {HookMoment::throwAway, FlushDotMFileCache},
     {HookMoment::startFiles, ResetSimplifier},
     {HookMoment::startFiles, InitializeHelp},
     {HookMoment::stop, UnloadModules},
+    {HookMoment::exitProcess, FlushDotMFileCache},
 };
 
 }  // namespace

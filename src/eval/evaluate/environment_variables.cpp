@@ -6,7 +6,7 @@
 #include "eval/evaluate/evaluate.h"
 #include "frame/precision.h"
 #include "eval/procedures/procedures.h"
-#include "library/retrieve.h"
+#include "library/repository/lookup.h"
 #include "eval/simplify/simplify.h"
 #include "eval/evaluate/known_values.h"
 #include "frame/environment.h"

@@ -54,6 +54,9 @@ bool isHidden(DAG value) {
 // A name instance of a frame, or what a captured local is bound to: one level only.
 DAG evalInstance(DAG x, DAG* lastName) {
   if (!isTag(x, NAME)) return lastName != nullptr && isNameOrIndexed(x) ? eval(x, lastName) : x;
+  // A local that was stored with what shares it is fetched when it is asked for.
+  if (!x[1] && (controlWord(x) & deferredBit) != 0) [[unlikely]]
+    RetrieveName(x);
   DAG value = x[1];
   if (lastName == nullptr) return !value || isTag(value, PROC) || isTag(value, TABLE) ? x : value;
   *lastName = x;

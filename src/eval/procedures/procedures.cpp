@@ -6,7 +6,7 @@
 #include "eval/walk/copy_on_change.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
-#include "library/retrieve.h"
+#include "library/repository/lookup.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "frame/environment.h"

@@ -46,6 +46,7 @@ bool hasMember(DAG s, DAG x);
 
 // ---- modules
 DAG EvaluateModuleDefinition(DAG definition, DAG name);
+void AddModuleToAllModules(DAG module);
 void UnloadModules();
 void RunLoadFunction(DAG module, const char* kind);
 /// The export instance of `name`, or 0.

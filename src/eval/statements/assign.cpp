@@ -5,7 +5,7 @@
 #include "eval/evaluate/operand.h"
 #include "eval/procedures/procedures.h"
 #include "eval/procedures/remember.h"
-#include "library/retrieve.h"
+#include "library/repository/lookup.h"
 #include "eval/simplify/simplify.h"
 #include "eval/statements/statements.h"
 #include "eval/evaluate/known_values.h"

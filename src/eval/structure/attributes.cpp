@@ -2,7 +2,7 @@
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/procedures/procedures.h"
-#include "library/retrieve.h"
+#include "library/repository/lookup.h"
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "store/constants.h"

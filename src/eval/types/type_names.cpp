@@ -9,7 +9,7 @@
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/procedures/procedures.h"
-#include "library/retrieve.h"
+#include "library/repository/lookup.h"
 #include "eval/simplify/simplify.h"
 #include "numbers/complex/complex.h"
 #include "numbers/integer/integer_functions.h"

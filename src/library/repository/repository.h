@@ -7,9 +7,9 @@
 // object is deferred, its own attribute is the reference. So a shared local stays one object when what shares it is
 // saved, and read again.
 //
-// A side file, "%s/korel.rep", holds the next number and the count of bytes that replaced members waste; it is
-// locked while it is read and written, since other processes may use the directory.
+// The numbers come from a file beside the members (side_file.h).
 
+#include <cstddef>
 #include <cstdint>
 
 #include "store/dag.h"
@@ -32,6 +32,8 @@ void CloseAllRepositories();
 DAG RepositoryName(const RepositoryDesc* r);
 /// Calls `mark` on the words of every record that refer to objects.
 void MarkRepositoryTables(void (*mark)(DAG x));
+/// Whether the directory of some open repository has the text `text`.
+bool isOpenRepository(const char* text, std::size_t length);
 
 /// The reference to `object`, made (with a fresh number) when there is none.
 /// Error: "cannot create unique object reference identifier".
@@ -45,13 +47,9 @@ DAG ObjectNameToObjectRef(RepositoryDesc* r, DAG object);
 /// Queues the object behind `reference` to be written by the save in progress, once.
 void AddObjectToPendingWrites(RepositoryDesc* r, DAG reference);
 
-/// The next number of the directory; 0 when its side file can't be read or written.
-std::uint32_t CreateUniqueObjectNumber(const char* directory);
-/// Adds `n` bytes to the waste of the directory's archive, or sets it to 0 for n = 0; the new total.
-std::uint32_t UpdateWastedSpace(const char* directory, std::uint32_t n);
-
 /// `save` into the library directory `dir`: `count` objects of the EXPSEQ `list`. False when `dir` is no member of
-/// `libname`. Errors: "only named objects can be saved", those of writing.
+/// `libname`. Errors: "only named objects can be saved", "`%1` cannot be saved into a library: its name is no file name",
+/// "libname cannot be saved into a library", those of writing.
 bool SaveInRepository(DAG list, Word count, DAG dir);
 
 }  // namespace korel

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "library/records/record_file.h"
 #include "session/driver.h"
 #include "frame/errors.h"
 #include "session/interface.h"
@@ -157,11 +158,7 @@ DAG ReadSourceFile(const char* name, int failQuietly, int echo) {
 }
 
 DAG ReadSourceOrDotMFile(const char* name, int failQuietly, int echo) {
-  std::size_t length = std::strlen(name);
-  if (length > 2 && std::strcmp(name + length - 2, ".m") == 0) {
-    if (failQuietly) return ini("FAIL");
-    KernelException("unable to read `%1`, files of records are not supported", naminstall(name));
-  }
+  if (isRecordFileName(name)) return ReadDotMFile(name, failQuietly != 0, nullptr);
   return ReadSourceFile(name, failQuietly, echo);
 }
 

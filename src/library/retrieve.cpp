@@ -1,7 +1,0 @@
-#include "library/retrieve.h"
-
-namespace korel {
-
-void RetrieveName(DAG name) { controlWord(name) &= ~deferredBit; }
-
-}  // namespace korel
