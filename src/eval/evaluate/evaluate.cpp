@@ -15,6 +15,7 @@
 #include "frame/long_operation.h"
 #include "frame/output.h"
 #include "numbers/float/float.h"
+#include "library/repository/lookup.h"
 #include "library/system_functions.h"
 #include "store/constants.h"
 #include "store/names.h"
