@@ -31,7 +31,7 @@ program:
 	  tools/packages.sh $(NEEDED) && tools/packages.sh --optional libedit-dev && \
 	  cmake --preset release || exit 1; \
 	fi; \
-	build="cmake --build --preset release --target korelTTY"; \
+	build="cmake --build --preset release --target korelTTY library"; \
 	if ! test -x build/release/bin/korelTTY; then $$build; exit; fi; \
 	log=$$($$build 2>&1) || { echo "$$log"; exit 1; }
 

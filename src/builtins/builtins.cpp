@@ -1,11 +1,14 @@
 #include "builtins/builtins.h"
 
+#include "builtins/iolib.h"
+
 #include "eval/structure/attributes.h"
 #include "eval/evaluate/evaluate.h"
 #include "builtins/evaluator_builtins.h"
 #include "numbers/float/float_builtins.h"
 #include "numbers/integer/integer_builtins.h"
 #include "library/library_builtins.h"
+#include "library/native/native.h"
 #include "eval/evaluate/loose_arguments.h"
 #include "eval/statements/sequences.h"
 #include "eval/simplify/simplify.h"
@@ -142,7 +145,7 @@ constexpr Builtin builtins[] = {
     {"indices",                 simplified,  builtin::indices},
     {"intersect",               simplified,  builtin::intersectOperator},
     {"int/series",              simplified,  nullptr},
-    {"iolib",                   simplified,  nullptr},
+    {"iolib",                   simplified,  builtin::iolib},
     {"iquo",                    members,     builtin::iquo},
     {"irem",                    members,     builtin::irem},
     {"isqrt",                   members,     builtin::isqrt},
@@ -247,6 +250,8 @@ DAG asSequence(DAG x) {
 }  // namespace
 
 const Builtin& builtinRow(int number) {
+  static constexpr Builtin nativeRow = {"kernel/native", simplified, builtin::native};
+  if (number == nativeBuiltin) return nativeRow;
   if (number < firstBuiltin || number > lastBuiltin || neverCalled(number))
     KernelException("not a built-in function");
   return builtins[number - firstBuiltin];

@@ -6,6 +6,7 @@
 #include "library/archive/archive_files.h"
 #include "library/archive/member_io.h"
 #include "library/help_path.h"
+#include "library/native/native.h"
 #include "library/repository/lookup.h"
 #include "library/repository/repository.h"
 #include "eval/walk/has.h"
@@ -24,6 +25,7 @@ struct HookRow {
 constexpr HookRow hookRows[] = {
     // moment                    function
     {HookMoment::initialised, initializeEvaluator},
+    {HookMoment::initialised, initializeNative},
     {HookMoment::initialised, initializeLibrary},
     {HookMoment::everyStatement, ResetDotMIO},
     {HookMoment::everyStatement, ResetSimplifier},
