@@ -65,9 +65,7 @@ bool searchDirectories(const char* text, DAG directories, BadEntry badEntry, boo
     if (std::strlen(textOf(entry)) + std::strlen(text) + 3 > longestPath)
       KernelException("readlib file name would be longer than %1 characters",
                       immediate(static_cast<std::int32_t>(longestPath)));
-    char path[2 * longestPath + 8];
-    std::snprintf(path, sizeof path, "%s/%s.m", textOf(entry), text);
-    if (libraryReader != nullptr && libraryReader(entry, path)) return true;
+    if (libraryReader != nullptr && libraryReader(entry, text)) return true;
   }
   return false;
 }

@@ -27,9 +27,9 @@ DAG retrieve(const char* base, const char* suffix);
 /// longer than %1 characters".
 bool readFromDirectories(const char* text, DAG directories);
 
-/// Reads `<entry>/<file>.m`, where `entry` is a member of `libname`; true when that assigned names.
+/// Reads the member `name` of the directory `entry` of `libname`; true when there is one.
 /// Null until a library is attached: then every search ends without success.
-using LibraryReader = bool (*)(DAG entry, const char* path);
+using LibraryReader = bool (*)(DAG entry, const char* name);
 extern LibraryReader libraryReader;
 
 /// Names that no library directory holds, latest first, closed by a 0.

@@ -7,6 +7,7 @@
 #include "library/archive/member_io.h"
 #include "library/help_path.h"
 #include "library/native/native.h"
+#include "library/repository/directory_contents.h"
 #include "library/repository/lookup.h"
 #include "library/repository/repository.h"
 #include "eval/walk/has.h"
@@ -28,6 +29,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeNative},
     {HookMoment::initialised, initializeLibrary},
     {HookMoment::everyStatement, ResetDotMIO},
+    {HookMoment::everyStatement, doubtDirectoryContents},
     {HookMoment::everyStatement, ResetSimplifier},
     {HookMoment::everyStatement, ResetHas},
     {HookMoment::everyStatement, ResetHastype},
@@ -36,6 +38,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::throwAway, CloseAllRepositories},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::throwAway, FlushDotMFileCache},
+    {HookMoment::throwAway, forgetDirectoryContents},
     {HookMoment::startFiles, ResetSimplifier},
     {HookMoment::startFiles, InitializeHelp},
     {HookMoment::stop, UnloadModules},

@@ -9,6 +9,7 @@
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "library/archive/archive_index.h"
+#include "library/repository/directory_contents.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -92,6 +93,7 @@ DAG runCommand(const CommandRow& row, const ArchivePlace& place, DAG arguments) 
   DAG result = row.run(run);
   PopErrorProc();
   closeRun(run);
+  doubtDirectoryContents();
   return result;
 }
 

@@ -16,6 +16,7 @@
 #include "library/archive/archive_files.h"
 #include "library/archive/archive_index.h"
 #include "library/archive/march.h"
+#include "library/repository/directory_contents.h"
 #include "library/repository/repository.h"
 #include "library/repository/side_file.h"
 #include "session/driver.h"
@@ -320,6 +321,7 @@ bool openTemporary(const char* name) {
 }  // namespace
 
 void AllocWrite(const char* name, char* buffer, std::size_t size) {
+  doubtDirectoryContents();
   if (writing.descriptor >= 0) AbandonWrite();
   bool isPlain = ::access(name, F_OK) == 0;
   bool opened = isPlain && openTemporary(name);
@@ -381,6 +383,7 @@ bool finishMember() {
 }  // namespace
 
 void DeallocWrite() {
+  doubtDirectoryContents();
   if (!flushBuffer()) {
     AbandonWrite();
     userror("could not flush .m file");

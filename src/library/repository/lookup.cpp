@@ -10,6 +10,7 @@
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "library/records/record_file.h"
+#include "library/repository/directory_contents.h"
 #include "library/repository/repository.h"
 #include "library/system_functions.h"
 #include "store/constants.h"
@@ -29,6 +30,7 @@ bool isFound(DAG result) { return result != ini("FAIL"); }
 // "<directory>/<name>.m" read as part of the directory's repository; false when there is no such file.
 bool readMember(DAG directory, const char* name) {
   if (std::strlen(textOf(directory)) + std::strlen(name) + 3 >= longestPath) return false;
+  if (!mayHoldMember(textOf(directory), name)) return false;
   char path[2 * longestPath + 8];
   std::snprintf(path, sizeof path, "%s/%s.m", textOf(directory), name);
   return isFound(ReadDotMFile(path, true, OpenRepository(directory)));
@@ -113,7 +115,7 @@ void addUpdateDirectories() {
   ini("libname")[1] = isSequence(entries) && memberCount(entries) == 1 ? entries[1] : entries;
 }
 
-bool readForLibrary(DAG entry, const char* path) { return isFound(ReadDotMFile(path, true, OpenRepository(entry))); }
+bool readForLibrary(DAG entry, const char* name) { return readMember(entry, name); }
 }  // namespace
 
 void initializeLibrary() {

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "library/records/record_file.h"
+#include "library/repository/directory_contents.h"
 #include "session/driver.h"
 #include "frame/errors.h"
 #include "session/interface.h"
@@ -166,6 +167,7 @@ int callsys(const char* command) {
   if (secureMode) userror("system calls are disabled");
   std::fflush(nullptr);
   int status = std::system(command);
+  doubtDirectoryContents();  // what it has done is seen
   if (status == -1) return -1;
   return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
