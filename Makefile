@@ -7,6 +7,7 @@
 #   make sanitize              the same under the address and undefined-behaviour sanitizers
 #   make bench                 the benchmark table
 #   make fuzz TIME=600         the fuzz targets, each for that many seconds
+#   make torture               archives whose writers are killed, 200 times, and two writers for a minute
 #   make install PREFIX=/usr/local DESTDIR=
 
 ARGS ?=
@@ -19,7 +20,7 @@ NEEDED := g++ cmake ninja-build
 TESTING := libgtest-dev librapidcheck-dev
 REFERENCES := libgmp-dev libmpfr-dev
 
-.PHONY: run program test sanitize bench fuzz install format clean
+.PHONY: run program test sanitize bench fuzz torture install format clean
 
 run: program
 	@build/release/bin/korelTTY $(ARGS)
@@ -61,6 +62,9 @@ fuzz:
 	@cmake --preset fuzz </dev/null
 	@cmake --build --preset fuzz </dev/null
 	@fuzz/run.sh build/fuzz $(TIME)
+
+torture: program
+	@tests/library/torture/torture.sh $(CURDIR)/build/release/bin/korelTTY 200 60
 
 install: program
 	@DESTDIR="$(DESTDIR)" cmake --install build/release --prefix "$(PREFIX)"

@@ -219,7 +219,7 @@ DAG marchDelete(MarchRun& run) {
 DAG marchList(MarchRun& run) {
   checkNoArguments(run);
   openArchive(run);
-  Listing listing{run, null};
+  Listing listing{run, new1(EXPSEQ)};
   forEachEntry(
       run,
       [](void* context, const char* text, std::int64_t) {
