@@ -347,6 +347,7 @@ void requireWellFormed(Reading& r, DAG s) {
   Tag tag = tagOf(s);
   bool good = freeTags.contains(tag)   ? !hasAbsentField(s)
               : pairTags.contains(tag) ? !hasAbsentField(s) && hasNumericMultiples(s)
+              : tag == FUNCTION        ? !hasAbsentField(s) && isSequence(s[2])
                                        : isWellFormed(s);
   if (!good) failReading(r, "syntax error while reading file");
 }
