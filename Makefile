@@ -9,6 +9,7 @@
 #   make fuzz TIME=600         the fuzz targets, each for that many seconds
 #   make lint                  order of the tree, layout, clang-tidy
 #   make format                the layout of all sources and their includes
+#   make torture               archives whose writers are killed, 200 times, and two writers for a minute
 #   make install PREFIX=/usr/local DESTDIR=
 
 ARGS ?=
@@ -22,7 +23,7 @@ TESTING := libgtest-dev librapidcheck-dev
 REFERENCES := libgmp-dev libmpfr-dev
 STYLE := clang-format clang-tidy
 
-.PHONY: run program test sanitize bench fuzz lint format install clean
+.PHONY: run program test sanitize bench fuzz torture lint format install clean
 
 run: program
 	@build/release/bin/korelTTY $(ARGS)
@@ -34,7 +35,7 @@ program:
 	  tools/packages.sh $(NEEDED) && tools/packages.sh --optional libedit-dev && \
 	  cmake --preset release || exit 1; \
 	fi; \
-	build="cmake --build --preset release --target korelTTY"; \
+	build="cmake --build --preset release --target korelTTY library"; \
 	if ! test -x build/release/bin/korelTTY; then $$build; exit; fi; \
 	log=$$($$build 2>&1) || { echo "$$log"; exit 1; }
 
@@ -64,6 +65,9 @@ fuzz:
 	@cmake --preset fuzz </dev/null
 	@cmake --build --preset fuzz </dev/null
 	@fuzz/run.sh build/fuzz $(TIME)
+
+torture: program
+	@tests/library/torture/torture.sh $(CURDIR)/build/release/bin/korelTTY 200 60
 
 install: program
 	@DESTDIR="$(DESTDIR)" cmake --install build/release --prefix "$(PREFIX)"

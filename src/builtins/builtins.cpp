@@ -1,8 +1,10 @@
 #include "builtins/builtins.h"
 
+#include "builtins/iolib.h"
 #include "builtins/name_builtins.h"
 #include "builtins/operator_builtins.h"
 #include "debug/debugger.h"
+#include "eval/structure/attributes.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/evaluation_builtins.h"
 #include "eval/evaluate/known_values.h"
@@ -34,6 +36,13 @@
 #include "library/retrieve.h"
 #include "numbers/float/float_builtins.h"
 #include "numbers/integer/integer_builtins.h"
+#include "eval/evaluate/known_values.h"
+#include "eval/evaluate/loose_arguments.h"
+#include "eval/simplify/simplify.h"
+#include "eval/statements/sequences.h"
+#include "frame/errors.h"
+#include "frame/time_limit.h"
+#include "library/native/native.h"
 #include "session/kernelopts.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
@@ -150,7 +159,7 @@ constexpr Builtin builtins[] = {
     {"indices",                 simplified,  builtin::indices},
     {"intersect",               simplified,  builtin::intersectOperator},
     {"int/series",              simplified,  nullptr},
-    {"iolib",                   simplified,  nullptr},
+    {"iolib",                   simplified,  builtin::iolib},
     {"iquo",                    members,     builtin::iquo},
     {"irem",                    members,     builtin::irem},
     {"isqrt",                   members,     builtin::isqrt},
@@ -247,6 +256,8 @@ DAG uniqueSequence(DAG x) { return isSequence(x) ? x : simpl(new2(EXPSEQ, x)); }
 }  // namespace
 
 const Builtin& builtinRow(int number) {
+  static constexpr Builtin nativeRow = {"kernel/native", simplified, builtin::native};
+  if (number == nativeBuiltin) return nativeRow;
   if (number < firstBuiltin || number > lastBuiltin || builtins[number - firstBuiltin].arguments == neverCalled)
     KernelException("not a built-in function");
   return builtins[number - firstBuiltin];

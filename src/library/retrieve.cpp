@@ -1,11 +1,11 @@
 #include "library/retrieve.h"
 
-#include <cstdio>
 #include <cstring>
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/procedures/remember.h"
 #include "frame/errors.h"
+#include "library/repository/lookup.h"
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/names.h"
@@ -14,9 +14,6 @@
 namespace korel {
 
 DAG notinlib[notinlibLength];
-LibraryReader libraryReader = nullptr;
-
-void RetrieveName(DAG name) { controlWord(name) &= ~deferredBit; }
 
 void deferNames() {
   hashforeach(
@@ -82,9 +79,7 @@ bool searchDirectories(const char* text, DAG directories, BadEntry badEntry, boo
     if (std::strlen(textOf(entry)) + std::strlen(text) + 3 > longestPath)
       KernelException("readlib file name would be longer than %1 characters",
                       immediate(static_cast<std::int32_t>(longestPath)));
-    char path[2 * longestPath + 8];
-    std::snprintf(path, sizeof path, "%s/%s.m", textOf(entry), text);
-    if (libraryReader != nullptr && libraryReader(entry, path)) return true;
+    if (readFromDirectory(entry, text)) return true;
   }
   return false;
 }
@@ -104,8 +99,7 @@ DAG nameInLibrary(const char* base, const char* suffix) {
     if (isMissed(name)) return null;
   }
   bool stopped = false;
-  if (libraryReader != nullptr &&
-      searchDirectories(text, valuenv(ini("libname"), true), BadEntry::endsTheSearch, stopped)) {
+  if (searchDirectories(text, valuenv(ini("libname"), true), BadEntry::endsTheSearch, stopped)) {
     DAG name = assignedName(text);
     return name ? name : null;
   }

@@ -7,7 +7,12 @@
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
+#include "eval/evaluate/name_lists.h"
 #include "eval/walk/has.h"
+#include "library/records/record_file.h"
+#include "library/repository/repository.h"
+#include "session/driver.h"
+#include "store/vocabulary.h"
 #include "frame/errors.h"
 #include "session/driver.h"
 #include "store/constants.h"
@@ -136,13 +141,13 @@ DAG saveStatement(DAG s) {
   DAG file = simpl(eval(operands[n - 1]));
   if (!isText(file)) KernelException("last argument to save must be a file or library name");
   const char* path = textOf(file);
-  std::size_t length = std::strlen(path);
-  if (length >= 2 && std::strcmp(path + length - 2, ".m") == 0)
-    KernelException("unable to save in `%1`: the internal format is not available", file);
-  if (n == 2) KernelException("must specify names to save when saving to a text file");
-  DAG names = namesToSave(operands);
+  const bool inRecords = isRecordFileName(path);
+  if (n == 2 && !inRecords) KernelException("must specify names to save when saving to a text file");
+  DAG names = n == 2 ? assignedNames() : namesToSave(operands);
+  if (SaveInRepository(names, memberCount(names), file)) return null;
   for (Word i = 1; i < lengthOf(names); ++i) checkEntry(names[i]);
-  WriteSourceFile(file, names);
+  if (inRecords) WriteDotMFile(path, names, nullptr);
+  else WriteSourceFile(file, names);
   return null;
 }
 

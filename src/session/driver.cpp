@@ -76,7 +76,7 @@ void resetTopLevel(std::jmp_buf& buffer) {
 
 void dropTables() {
   runHooks(HookMoment::throwAway);
-  for (DAG* table : {&simpltab, &aliastab, &nametab, &strtab, &puttab, &AllIniNames}) {
+  for (DAG* table : {&simpltab, &aliastab, &nametab, &strtab, &AllIniNames}) {
     if (*table) release(*table, lengthOf(*table));
     *table = DAG();
   }
@@ -122,7 +122,6 @@ const char* startStore(bool again) {
   strtabCount = 0;
   controlWord(nametab) |= tableBit;
   controlWord(strtab) |= tableBit;
-  puttab = newhashtab(512);
   const char* message = withStartErrors(buildStore, again ? &needsInit : nullptr);
   IniEnv.jumpBuffer = nullptr;
   keepMemoryReserve();

@@ -3,10 +3,16 @@
 #include "session/evaluator_start.h"
 #include "eval/procedures/modules.h"
 #include "eval/simplify/simplify.h"
+#include "eval/walk/has.h"
+#include "library/archive/archive_files.h"
+#include "library/archive/member_io.h"
+#include "library/native/native.h"
+#include "library/repository/directory_contents.h"
+#include "library/repository/lookup.h"
+#include "library/repository/repository.h"
 #include "eval/structure/substitute.h"
 #include "eval/walk/has.h"
 #include "eval/walk/walk_memory.h"
-#include "library/search_path.h"
 #include "library/search_path.h"
 #include "eval/types/type_match.h"
 #include "eval/types/types.h"
@@ -22,13 +28,21 @@ struct HookRow {
 constexpr HookRow hookRows[] = {
     // moment                    function
     {HookMoment::initialised, initializeEvaluator},
+    {HookMoment::initialised, initializeNative},
+    {HookMoment::initialised, initializeLibrary},
+    {HookMoment::everyStatement, ResetDotMIO},
+    {HookMoment::everyStatement, doubtDirectoryContents},
     {HookMoment::everyStatement, ResetSimplifier},
     {HookMoment::everyStatement, ResetWalkMemories},
     {HookMoment::everyStatement, ResetTypematch},
+    {HookMoment::throwAway, CloseAllRepositories},
     {HookMoment::throwAway, CleanUpSimplifier},
+    {HookMoment::throwAway, FlushDotMFileCache},
+    {HookMoment::throwAway, forgetDirectoryContents},
     {HookMoment::startFiles, ResetSimplifier},
     {HookMoment::startFiles, InitializeHelp},
     {HookMoment::stop, UnloadModules},
+    {HookMoment::exitProcess, FlushDotMFileCache},
 };
 
 }  // namespace

@@ -82,10 +82,16 @@ void buildStandardNames() {
   }
 }
 
+// The kernel's own value of a name: the library is not asked for another.
+void setKernelValue(DAG name, DAG value) {
+  name[1] = value;
+  controlWord(name) &= ~deferredBit;
+}
+
 void buildBuiltins() {
   builtinOptions = simpl(new2(EXPSEQ, ini("builtin")));
   rememberOptions = simpl(new3(EXPSEQ, ini("builtin"), ini("remember")));
-  for (int k = firstBuiltin; k <= lastBuiltin; ++k) ininame[k][1] = builtinProcedure(k);
+  for (int k = firstBuiltin; k <= lastBuiltin; ++k) setKernelValue(ininame[k], builtinProcedure(k));
 }
 
 DAG param(std::int32_t n) { return simpl(new2(PARAM, DAG(static_cast<Word>(n)))); }
@@ -170,12 +176,12 @@ void initialize(const char* libraryText) {
   DefTestzero = testzeroProcedure();
   initializeEnvironmentVariables();
   for (int code = 1; code <= numericEventCount; ++code) SetNumericStatusFlag(code, 0);
-  ini("libname")[1] = libraryPath(libraryText);
+  setKernelValue(ini("libname"), libraryPath(libraryText));
   DAG inertCall = simpl(new3(FUNCTION, param(-2), simpl(new2(EXPSEQ, param(-1)))));
   InertProc = simpl(new2(UNEVAL, inertCall));
   buildSpecialValues();
   // The name stands for the empty sequence; everything else of the kind is the library's to assign.
-  ini("NULL")[1] = null;
+  setKernelValue(ini("NULL"), null);
   collectInitialNames();
 }
 

@@ -11,7 +11,7 @@
 
 namespace korel {
 
-DAG nametab, strtab, simpltab, aliastab, puttab, AllIniNames;
+DAG nametab, strtab, simpltab, aliastab, AllIniNames;
 std::int64_t simpltabCount = 0, strtabCount = 0;
 
 namespace {

@@ -3,6 +3,10 @@
 #include <cstring>
 
 #include "eval/evaluate/evaluate.h"
+#include "eval/procedures/procedures.h"
+#include "eval/simplify/simplify.h"
+#include "frame/precision.h"
+#include "library/repository/lookup.h"
 #include "eval/evaluate/known_values.h"
 #include "eval/evaluate/named_kinds.h"
 #include "eval/simplify/simplify.h"

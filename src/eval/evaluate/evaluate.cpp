@@ -15,6 +15,7 @@
 #include "numbers/arithmetic.h"
 #include "numbers/float/float.h"
 #include "library/library_calls.h"
+#include "library/repository/lookup.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"
 #include "store/names.h"
@@ -49,6 +50,9 @@ bool isHidden(DAG value) { return isAmong(value, TagSet{PROC, TABLE, MODDEF, MOD
 // A name instance of a frame, or what a captured local is bound to: one level only.
 DAG evalInstance(DAG x, DAG* lastName) {
   if (!isName(x)) return lastName != nullptr && isNameOrIndexed(x) ? eval(x, lastName) : x;
+  // A local that was stored with what shares it is fetched when it is asked for.
+  if (!x[1] && (controlWord(x) & deferredBit) != 0) [[unlikely]]
+    RetrieveName(x);
   DAG value = x[1];
   if (lastName == nullptr) return !value || isTag(value, PROC) || isTag(value, TABLE) ? x : value;
   *lastName = x;

@@ -30,12 +30,6 @@ struct ModuleRecord {
 };
 ModuleRecord* AllModules = nullptr;
 
-void AddModuleToAllModules(DAG module) {
-  auto* record = static_cast<ModuleRecord*>(std::malloc(sizeof(ModuleRecord)));
-  if (record == nullptr) notimpl("AddModuleToAllModules");
-  *record = {module, AllModules};
-  AllModules = record;
-}
 
 // Modules that a collection found dead, kept for their last call.
 ModuleRecord* dyingModules = nullptr;
@@ -217,6 +211,13 @@ DAG EvaluateModuleDefinition(DAG definition, DAG name) {
   updategen(run.module);
   AddModuleToAllModules(run.module);
   return run.module;
+}
+
+void AddModuleToAllModules(DAG module) {
+  auto* record = static_cast<ModuleRecord*>(std::malloc(sizeof(ModuleRecord)));
+  if (record == nullptr) notimpl("AddModuleToAllModules");
+  *record = {module, AllModules};
+  AllModules = record;
 }
 
 void RunLoadFunction(DAG module, const char* kind) {

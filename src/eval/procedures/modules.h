@@ -11,6 +11,8 @@ DAG EvaluateModuleDefinition(DAG definition, DAG name);
 /// Runs the member that the module's option `kind`, `load` or `unload`, names.
 void RunLoadFunction(DAG module, const char* kind);
 /// Runs the `unload` members of all modules, and forgets them.
+/// Enters a module among those that are unloaded when they die, or at the end.
+void AddModuleToAllModules(DAG module);
 void UnloadModules();
 
 /// The export instance of `name`, or 0.

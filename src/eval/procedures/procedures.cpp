@@ -4,8 +4,10 @@
 
 #include "eval/simplify/bindings.h"
 #include "eval/evaluate/environment_variables.h"
+#include "eval/evaluate/evaluate.h"
 #include "eval/procedures/scoping.h"
 #include "eval/simplify/bindings.h"
+#include "library/repository/lookup.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "eval/types/constant_expressions.h"

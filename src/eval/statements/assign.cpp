@@ -9,6 +9,7 @@
 #include "eval/procedures/procedures.h"
 #include "eval/procedures/remember.h"
 #include "eval/procedures/scoping.h"
+#include "library/repository/lookup.h"
 #include "eval/simplify/simplify.h"
 #include "eval/tables/tables.h"
 #include "eval/types/types.h"

@@ -1,6 +1,8 @@
 #include "eval/structure/attributes.h"
 
 #include "eval/evaluate/environment_variables.h"
+#include "eval/procedures/procedures.h"
+#include "library/repository/lookup.h"
 #include "library/retrieve.h"
 #include "store/vocabulary.h"
 #include "eval/simplify/simplify.h"

@@ -8,7 +8,7 @@
 #include "eval/statements/assign.h"
 #include "eval/structure/operands.h"
 #include "frame/errors.h"
-#include "library/retrieve.h"
+#include "library/repository/lookup.h"
 #include "numbers/arithmetic.h"
 #include "numbers/float/float.h"
 #include "store/constants.h"

@@ -9,7 +9,7 @@
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/named_kinds.h"
 #include "eval/procedures/procedures.h"
-#include "library/retrieve.h"
+#include "library/repository/lookup.h"
 #include "eval/simplify/simplify.h"
 #include "eval/statements/assign.h"
 #include "eval/structure/operands.h"

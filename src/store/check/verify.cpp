@@ -198,7 +198,7 @@ void VerifyAll() {
   if (!verifyAllEnabled) return;
   Walk walk(false);
   walkOfAll = &walk;
-  for (DAG table : {nametab, simpltab, strtab, aliastab, puttab}) verifyRoot(table);
+  for (DAG table : {nametab, simpltab, strtab, aliastab}) verifyRoot(table);
   forEachRoot(verifyRoot);
   walk.release();
 }

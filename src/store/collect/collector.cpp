@@ -117,7 +117,6 @@ void runCollection(bool isShort) {
   collecting = true;
   runBeginHooks();
   forgetAppendSlack();
-  if (isObject(puttab)) clearhash(puttab, false);
   collect(isShort);
   nextgcgen = cused + incrgen;
   nextgc = cused + incrgc;

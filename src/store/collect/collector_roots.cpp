@@ -23,7 +23,7 @@ DAG* const constantRoots[] = {
     &sqrtm1,     &conshf0,          &consfinf,         &consfminf, &consminf,    &conscxinf,
     &conscxfinf, &consfNaN,         &conscxNaN,        &conscxfNaN, &consfmaxrep, &consfminrep,
     &order1,     &InertProc,        &DefTestzero,      &builtinOptions, &rememberOptions,
-    &AliasToKorel, &KorelToAlias,   &AllIniNames,      &aliastab,  &puttab,      &parsestat,
+    &AliasToKorel, &KorelToAlias,   &AllIniNames,      &aliastab,    &parsestat,
     &KaraBuffer,
 };
 

@@ -6,6 +6,9 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "library/records/record_file.h"
+#include "library/repository/directory_contents.h"
+#include "session/driver.h"
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "numbers/integer/integer.h"
@@ -150,11 +153,7 @@ DAG ReadSourceFile(const char* name, bool failQuietly, bool echo) {
 }
 
 DAG ReadSourceOrDotMFile(const char* name, bool failQuietly, bool echo) {
-  std::size_t length = std::strlen(name);
-  if (length > 2 && std::strcmp(name + length - 2, ".m") == 0) {
-    if (failQuietly) return ini("FAIL");
-    KernelException("unable to read `%1`, files of records are not supported", naminstall(name));
-  }
+  if (isRecordFileName(name)) return ReadDotMFile(name, failQuietly, nullptr);
   return ReadSourceFile(name, failQuietly, echo);
 }
 
@@ -168,6 +167,7 @@ int callsys(const char* command) {
   if (secureMode) userror("system calls are disabled");
   std::fflush(nullptr);
   int status = std::system(command);
+  doubtDirectoryContents();  // what it has done is seen
   if (status == -1) return -1;
   return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }

@@ -1,0 +1,42 @@
+#pragma once
+// Native library procedures: procedures of the library whose work a function of this tree does.
+//
+// In the library such a procedure is an ordinary one, with parameters, types and a description, whose body calls the
+// kernel's procedure `kernel/native`:
+//
+//   zip := proc(f, a::list, b::list) description "..."; `kernel/native`("zip", args) end proc:
+//
+// So it is found on first use, prints, saves and reads like any other, and a definition of the user's takes its
+// place. The name is looked up in one table (native.def) at each call, which costs some ten nanoseconds.
+// docs/native.md tells how to add one.
+
+#include "frame/builtin_call.h"
+#include "store/dag.h"
+
+namespace korel {
+
+/// A native function is given the evaluated arguments behind the name, in `arguments`, and the name of the procedure
+/// that calls it as `self`. It answers with a value, simplified or not, or with `unevaluatedNative` for the call
+/// as it stands. Arguments that its procedure's parameters don't check, it checks itself.
+using NativeFunction = DAG (*)(const BuiltinCall& call);
+/// 'self(arguments)': the call that stays.
+DAG unevaluatedNative(const BuiltinCall& call);
+
+/// The number that stands as the body of `kernel/native`, beside those of the table of built-ins.
+constexpr int nativeBuiltin = 1000;
+/// Gives the name its procedure; part of the start.
+void initializeNative();
+
+namespace builtin {
+/// `kernel/native`(name, arguments...). Errors: "string expected for the name of a native procedure", "there is no
+/// native procedure `%1`".
+DAG native(const BuiltinCall& call);
+}  // namespace builtin
+
+namespace native {
+#define KOREL_NATIVE(name, function) DAG function(const BuiltinCall& call);
+#include "library/native/native.def"
+#undef KOREL_NATIVE
+}  // namespace native
+
+}  // namespace korel

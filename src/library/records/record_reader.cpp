@@ -1,0 +1,668 @@
+#include "library/records/records.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "eval/evaluate/environment_variables.h"
+#include "eval/evaluate/known_values.h"
+#include "eval/simplify/simplify.h"
+#include "eval/simplify/simplify_cases.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "library/records/record_codes.h"
+#include "library/records/record_reading.h"
+#include "library/repository/repository.h"
+#include "numbers/integer/integer.h"
+#include "store/check/verify_rules.h"
+#include "store/generations.h"
+#include "store/hash.h"
+#include "store/names.h"
+#include "store/object_fields.h"
+#include "store/objects.h"
+#include "store/reference_fields.h"
+#include "store/tag_facts.h"
+#include "store/vocabulary.h"
+
+namespace korel {
+
+namespace {
+
+// The reading that is innermost; those around it wait for what simplification loads.
+Reading* innermost = nullptr;
+
+constexpr int linkEnd = 1;
+// Records claim their lengths before their data arrive: objects are made this long at first.
+constexpr Word trustedLength = 64;
+
+bool onLink(const Reading& r) { return (r.flags & recordOnLink) != 0; }
+
+[[noreturn]] void endReading(Reading& r) { ::_longjmp(r.stop, 1); }
+
+}  // namespace
+
+void failReading(Reading& r, const char* text) {
+  r.failed(r.context, r.numbers->offset, text);
+  endReading(r);
+}
+
+// ---- bytes, numbers, text
+
+int next(Reading& r) {
+  for (;;) {
+    int c = r.getch(r.context);
+    if (c < 0) {
+      r.ended(r.context, r.numbers->offset);
+      endReading(r);
+    }
+    ++r.numbers->offset;
+    if (c >= 33 && c < 127) return c;
+    if (c == linkEnd && onLink(r)) {
+      r.numbers->sawLinkEnd = true;
+      failReading(r, "syntax error while reading file");
+    }
+  }
+}
+
+std::int64_t nextInt(Reading& r, int hexDigits) {
+  int c = next(r);
+  bool negative = c == '~';
+  if (negative) c = next(r);
+  std::uint64_t value = 0;
+  if (c >= 33 && c <= 33 + largestShortInt) {
+    value = static_cast<std::uint64_t>(c - 33);
+  } else {
+    for (int shift = 0;; shift += 4, c = next(r)) {
+      bool last = c >= firstLastHexDigit && c < firstLastHexDigit + 16;
+      bool digit = c >= firstHexDigit && c < firstHexDigit + 16;
+      if (!last && !digit) failReading(r, "invalid character in short integer encoding");
+      if (shift >= 4 * hexDigits) failReading(r, "short integer too large for this system");
+      value |= static_cast<std::uint64_t>(c - (last ? firstLastHexDigit : firstHexDigit)) << shift;
+      if (last) break;
+    }
+  }
+  return static_cast<std::int64_t>(negative ? 0 - value : value);
+}
+
+Word nextCount(Reading& r, Word most) {
+  std::int64_t n = nextInt(r);
+  if (n < 0 || n > most) failReading(r, "invalid dag length");
+  return static_cast<Word>(n);
+}
+
+namespace {
+
+// The length of an object, at least `least`.
+Word nextLength(Reading& r, Word least) {
+  Word n = nextCount(r, maxLength);
+  if (n < least) failReading(r, "invalid dag length");
+  return n;
+}
+
+void growText(Reading& r, std::size_t space) {
+  auto* text = static_cast<char*>(std::realloc(r.text, space));
+  if (text == nullptr) failReading(r, "ran out of memory");
+  r.text = text;
+  r.textSpace = space;
+}
+
+// A text of its own, until the next one.
+const char* nextText(Reading& r) {
+  Word n = nextCount(r, maxLength);
+  for (Word i = 0;; ++i) {
+    if (i + 1 >= r.textSpace) growText(r, r.textSpace == 0 ? 256 : 2 * r.textSpace);
+    if (i == n) {
+      r.text[i] = 0;
+      return r.text;
+    }
+    int c = next(r);
+    if (c == '~') {
+      c = ' ';
+    } else if (c == '|') {
+      std::int64_t byte = nextInt(r);
+      if (byte < 1 || byte > 255) failReading(r, "syntax error while reading file");
+      c = static_cast<int>(byte);
+    } else if (c >= 123) {
+      failReading(r, "syntax error while reading file");
+    }
+    r.text[i] = static_cast<char>(c);
+  }
+}
+
+// ---- numbers of objects
+
+// The place of the next object, open until `enter`.
+Word takeNumber(Reading& r) {
+  RecordNumbers& n = *r.numbers;
+  if (n.count + 1 >= n.capacity) {
+    Word capacity = n.capacity == 0 ? 1024 : 2 * n.capacity;
+    auto* objects = static_cast<DAG*>(std::realloc(n.objects, std::size_t{capacity} * sizeof(DAG)));
+    if (objects == nullptr) failReading(r, "ran out of memory");
+    n.objects = objects;
+    n.capacity = capacity;
+  }
+  n.objects[++n.count] = DAG();
+  return n.count;
+}
+DAG enter(Reading& r, Word number, DAG x) {
+  r.numbers->objects[number] = x;
+  return x;
+}
+
+DAG backReference(Reading& r) {
+  std::int64_t number = nextInt(r);
+  // An object that isn't complete is part of itself here, which only names can be.
+  if (number < 1 || number > r.numbers->count || !r.numbers->objects[number])
+    failReading(r, "invalid back reference");
+  return r.numbers->objects[number];
+}
+
+// ---- integers
+
+class DigitReader {
+ public:
+  DigitReader(Reading& r, std::int64_t count) : r_(r), left_(count) {}
+  int next() {
+    --left_;
+    if (pending_ >= 0) {
+      int digit = pending_;
+      pending_ = -1;
+      return digit;
+    }
+    int c = korel::next(r_);
+    if (c < firstDigitPair) return c - firstSingleDigit;
+    if (c >= firstDigitPair + digitPairLimit) failReading(r_, "syntax error while reading file");
+    if (left_ == 0) failReading(r_, "too many digits in digit encoding");
+    pending_ = (c - firstDigitPair) / 10;
+    return (c - firstDigitPair) % 10;
+  }
+  bool isAtEnd() const { return left_ == 0; }
+
+ private:
+  Reading& r_;
+  std::int64_t left_;
+  int pending_ = -1;
+};
+
+constexpr std::int64_t mostDigits = std::int64_t{4} * (maxLength - 1);
+
+DAG shortInteger(Tag tag, DigitReader& digits) {
+  std::int64_t value = 0;
+  for (std::int64_t power = 1; !digits.isAtEnd(); power *= 10) value += power * digits.next();
+  if (tag == INTPOS) return NewInteger(value);
+  return value == 0 ? consm0 : NewInteger(-value);
+}
+
+DAG longInteger(Tag tag, std::int64_t count, DigitReader& digits) {
+  auto words = static_cast<Word>((count + 3) / 4);
+  DAG s = newl2(1 + (words < trustedLength ? words : trustedLength), tag);
+  for (Word i = 1; i <= words; ++i) {
+    if (i >= lengthOf(s)) {
+      Word more = words + 1 - lengthOf(s);
+      s = enlarge(s, more < lengthOf(s) ? more : lengthOf(s));
+    }
+    Word digit = 0, power = 1;
+    for (int k = 0; k < 4 && !digits.isAtEnd(); ++k, power *= 10) digit += power * static_cast<Word>(digits.next());
+    rawField(s, i) = digit;
+  }
+  // Leading zeros are no digits of the number.
+  Word n = lengthOf(s), used = n;
+  while (used > 2 && rawField(s, used - 1) == 0) --used;
+  if (used != n) shorten(s, n, used);
+  return MakeImmediate(s);
+}
+
+DAG nextInteger(Reading& r, Tag tag) {
+  Word number = takeNumber(r);
+  std::int64_t count = nextInt(r);
+  if (count < 1 || count > mostDigits) failReading(r, "invalid dag length");
+  DigitReader digits(r, count);
+  DAG x = count <= 12 ? shortInteger(tag, digits) : longInteger(tag, count, digits);
+  return enter(r, number, simpl(x));
+}
+
+// ---- names and strings
+
+// The names that earlier versions spelled otherwise.
+const char* presentSpelling(const char* text) {
+  struct Row {
+    const char *before, *now;
+  };
+  constexpr Row rows[] = {{"\"", "%"}, {"\"\"", "%%"}, {"\"\"\"", "%%%"}};
+  for (Row row : rows)
+    if (std::strcmp(text, row.before) == 0) return row.now;
+  return text;
+}
+
+// What the record of a name tells of it, a value and an attribute, becomes true. What is a front end's knows names
+// by their text alone.
+void assignRead(Reading& r, DAG name, bool isTop) {
+  DAG value = nextRecord(r);
+  DAG attribute = isTop ? nextRecord(r) : DAG();
+  if (onLink(r) || isEnvironmentName(name)) return;
+  if (value) {
+    value = settled(r, value);
+    updategen(value);
+    name[1] = value;
+    controlWord(name) &= ~deferredBit;
+    stepEvaluationClock();
+  }
+  if (!isTop) return;
+  if (!attribute) failReading(r, "syntax error while reading file");
+  attribute = settled(r, attribute);
+  updategen(attribute);
+  name[2] = attribute;
+  if (attribute != null) controlWord(name) &= ~deferredBit;
+}
+
+DAG jumpStatement(Reading& r, Tag tag, bool isTop) {
+  Word number = takeNumber(r);
+  DAG statement = enter(r, number, simpl(new1(tag)));
+  nextRecord(r);
+  if (isTop) nextRecord(r);
+  return statement;
+}
+
+DAG nextName(Reading& r, bool isTop) {
+  const char* text = nextText(r);
+  if (r.numbers->oldVersion) {
+    if (std::strcmp(text, "break") == 0) return jumpStatement(r, BREAK, isTop);
+    if (std::strcmp(text, "next") == 0) return jumpStatement(r, NEXT, isTop);
+    text = presentSpelling(text);
+  }
+  DAG name;
+  PairAddress pair = srchname(text);
+  if (pair != notFound) name = pairValue(pair);
+  else if (r.repository != nullptr) name = UniqueIdentToObjectRef(r.repository, text);
+  if (!name) name = naminstall(text);
+  enter(r, takeNumber(r), name);
+  assignRead(r, name, isTop);
+  return name;
+}
+
+DAG newDeferredName(const char* text) {
+  DAG name = newLocalName(text);
+  controlWord(name) |= deferredBit;
+  return name;
+}
+
+DAG nextReference(Reading& r) {
+  DAG object = newDeferredName(nextText(r));
+  object[2] = null;
+  DAG reference = newDeferredName(nextText(r));
+  DAG result;
+  if (r.repository != nullptr) {
+    result = PutObjectReference(r.repository, reference, object)[1];
+    if (!isTag(result, NAME)) failReading(r, "syntax error while reading file");
+  } else {
+    result = naminstall(textOf(object));
+  }
+  return enter(r, takeNumber(r), result);
+}
+
+DAG nextString(Reading& r) {
+  const char* text = nextText(r);
+  PairAddress pair = srchstring(text);
+  DAG string = pair != notFound ? pairValue(pair) : strinstall(text);
+  Word number = takeNumber(r);
+  DAG attribute = nextRecord(r);
+  if (!attribute) failReading(r, "syntax error while reading file");
+  if (attribute != null) {
+    DAG copy = CopyAlg(string);
+    copy[2] = settled(r, attribute);
+    string = simpl(copy);
+  }
+  return enter(r, number, string);
+}
+
+// ---- composite objects
+
+bool isWellFormed(DAG s) {
+  Finding finding;
+  if (!checkShape(s, finding)) return false;
+  for (Word i = nextComponent(s, 0); i != 0; i = nextComponent(s, i))
+    if (!isImmediate(s[i]) && (!isObject(s[i]) || !checkComponent(s, i, finding))) return false;
+    else if (isImmediate(s[i]) && !checkComponent(s, i, finding)) return false;
+  return hasTag(s, SET) || checkWhole(s, finding);
+}
+
+// Kinds of which any parts make a well-formed object.
+constexpr TagSet freeTags = {EXPSEQ, LIST, SET, UNEVAL, NOT, EQUATION, INEQUAT, LESSEQ, LESSTHAN, AND, OR, RANGE, DCOLON,
+                             CATENATE, POWER};
+
+bool hasAbsentField(DAG s) {
+  for (Word i = 1, n = lengthOf(s); i < n; ++i)
+    if (!s[i]) return true;
+  return false;
+}
+bool hasNumericMultiples(DAG s) {
+  Word n = lengthOf(s);
+  if (n % 2 == 0) return false;
+  for (Word i = 2; i < n; i += 2)
+    if (!isNumeric(s[i])) return false;
+  return true;
+}
+
+void requireWellFormed(Reading& r, DAG s) {
+  Tag tag = tagOf(s);
+  bool good = freeTags.contains(tag)   ? !hasAbsentField(s)
+              : pairTags.contains(tag) ? !hasAbsentField(s) && hasNumericMultiples(s)
+              : tag == FUNCTION        ? !hasAbsentField(s) && isSequence(s[2])
+                                       : isWellFormed(s);
+  if (!good) failReading(r, "syntax error while reading file");
+}
+
+// The unique object of what has been read whole, its parts being settled. Procedures and statements were in their
+// final form when they were written: their names are positions already.
+DAG finished(Reading& r, DAG s) {
+  requireWellFormed(r, s);
+  if (onLink(r)) return s;
+  switch (tagOf(s)) {
+    case TABLEREF:
+      if (!isSequence(s[2])) failReading(r, "syntax error while reading file");
+      break;
+    case PROC: case MODDEF:
+      if (isTag(localsOf(s), LIST)) localsOf(s) = asSequence(localsOf(s)[1]);
+      return markSimplified(s);
+    case TABLE:
+      if (!isTag(s[tableEntries], HASHTAB)) failReading(r, "syntax error while reading file");
+      break;
+    case CONTROL: case DEBUG: case HASHTAB: return s;
+    case IF: case FOR: case ASSIGN: case READ: case SAVE: case STATSEQ: case STOP: case ERROR: case TRY: case RETURN:
+    case USE:
+      return markSimplified(s);
+    default: break;
+  }
+  return simpl(s);
+}
+
+// Fields `from` to `n` - 1 of an object of `n` words with `tag`, which grows as they arrive.
+DAG nextFields(Reading& r, Tag tag, Word n, Word from = 1) {
+  DAG s = newl2(n < trustedLength ? n : trustedLength, tag);
+  for (Word i = from; i < n; ++i) {
+    DAG field = nextRecord(r);
+    if (i >= lengthOf(s)) {
+      Word more = n - lengthOf(s);
+      s = enlarge(s, more < lengthOf(s) ? more : lengthOf(s));
+    }
+    s[i] = field;
+  }
+  return s;
+}
+
+DAG nextCollection(Reading& r, Tag tag, bool hasAttribute) {
+  Word number = takeNumber(r);
+  Word n = nextLength(r, 1);
+  DAG body = nextFields(r, EXPSEQ, n);
+  requireWellFormed(r, body);
+  if (!onLink(r)) body = simpl(body);
+  if (!isSequence(body)) body = new2(EXPSEQ, body);
+  DAG x = hasAttribute ? new3(tag, body, nextRecord(r)) : new2(tag, body);
+  return enter(r, number, finished(r, x));
+}
+
+DAG nextSeries(Reading& r) {
+  Word number = takeNumber(r);
+  Word n = nextLength(r, 2);
+  if (n % 2 != 0) failReading(r, "invalid dag length");
+  DAG read = nextFields(r, EXPSEQ, n);
+  // Exponents come as integers and are kept as plain words.
+  DAG series = newl2(n, SERIES);
+  series[1] = read[1];
+  for (Word i = 2; i < n; i += 2) {
+    DAG exponent = read[i + 1];
+    if (!isImmediate(exponent)) failReading(r, "syntax error while reading file");
+    series[i] = read[i];
+    rawField(series, i + 1) = static_cast<Word>(immediateValue(exponent));
+  }
+  return enter(r, number, finished(r, series));
+}
+
+DAG nextModularPolynomial(Reading& r) {
+  Word number = takeNumber(r);
+  Word n = nextLength(r, 3);
+  DAG head = nextFields(r, EXPSEQ, 3);
+  if (!head[1] || !head[2]) failReading(r, "syntax error while reading file");
+  DAG s = newl4(n < trustedLength ? n : trustedLength, ZPPOLY, head[1], head[2]);
+  const bool raw = hasRawCoefficients(s);
+  for (Word i = 3; i < n; ++i) {
+    if (i >= lengthOf(s)) {
+      Word more = n - lengthOf(s);
+      s = enlarge(s, more < lengthOf(s) ? more : lengthOf(s));
+    }
+    if (raw) rawField(s, i) = static_cast<Word>(nextInt(r));
+    else s[i] = nextRecord(r);
+  }
+  return enter(r, number, finished(r, s));
+}
+
+DAG nextHashTable(Reading& r) {
+  Word number = takeNumber(r);
+  Word n = nextLength(r, 2);
+  constexpr Word mostBuckets = Word{1} << 22;
+  if (((n - 1) & (n - 2)) != 0 || n - 1 > mostBuckets) failReading(r, "invalid dag length");
+  Word pairs = nextCount(r, maxLength);
+  DAG table = newhashtab(n - 1);
+  for (Word i = 0; i < pairs; ++i) {
+    DAG key = nextRecord(r), value = nextRecord(r);
+    if (!key || !value) failReading(r, "syntax error while reading file");
+    key = simpl(key);
+    hashinsert(key.word, simpl(value), table);
+  }
+  return enter(r, number, table);
+}
+
+// A built-in is known by its name: its number is the present version's.
+DAG nextBuiltin(Reading& r, DAG proc) {
+  DAG name = nextRecord(r);
+  if (!isName(name)) failReading(r, "name for built-in expected");
+  DAG body = bodyOf(proc);
+  auto isNumberOf = [&](int k) { return std::strcmp(textOf(ininame[k]), textOf(name)) == 0; };
+  if (isImmediate(body) && immediateValue(body) >= firstBuiltin && immediateValue(body) < maxinin &&
+      isNumberOf(immediateValue(body)))
+    return proc;
+  for (int k = firstBuiltin; k < maxinin; ++k)
+    if (isNumberOf(k)) {
+      bodyOf(proc) = immediate(k);
+      return proc;
+    }
+  char text[256];
+  std::snprintf(text, sizeof text, "unknown built-in function `%.200s` ignored", textOf(name));
+  r.warn(r.context, r.numbers->offset, text);
+  return DAG();
+}
+
+DAG nextProcedure(Reading& r, Word fields) {
+  Word number = takeNumber(r);
+  DAG proc = newl2(procLength, PROC);
+  for (Word i = 1; i < procLength; ++i) proc[i] = i <= fields ? nextRecord(r) : null;
+  requireWellFormed(r, proc);
+  if (isMember(ini("builtin"), optionsOf(proc))) {
+    proc = nextBuiltin(r, proc);
+    if (!proc) return DAG();
+  } else if (isBuiltinProcedure(proc)) {
+    // The number of a built-in without the option that says so: an ordinary body.
+    bodyOf(proc) = simpl(new2(STATSEQ, bodyOf(proc)));
+  }
+  return enter(r, number, finished(r, proc));
+}
+
+DAG nextPosition(Reading& r, Tag tag, bool isSigned) {
+  Word number = takeNumber(r);
+  std::int64_t v = nextInt(r);
+  if (isSigned) v = v % 2 == 0 ? v / 2 : -(v / 2);
+  else v -= 2;
+  DAG s = newl2(2, tag);
+  rawField(s, 1) = static_cast<Word>(static_cast<std::int32_t>(v));
+  return enter(r, number, finished(r, s));
+}
+
+DAG nextFloat(Reading& r, Word n) {
+  Word number = takeNumber(r);
+  DAG s = nextFields(r, FLOAT, n);
+  requireWellFormed(r, s);
+  return enter(r, number, simpl(s));
+}
+
+// Records of fields alone: `n` words, or a length that the record tells.
+DAG nextObject(Reading& r, Tag tag, Word n) {
+  Word number = takeNumber(r);
+  if (n == 0) n = nextLength(r, 1);
+  DAG s = nextFields(r, tag, n);
+  return enter(r, number, finished(r, s));
+}
+
+constexpr TagSet countedTags = {COMPLEX, PROD, SUM, EXPSEQ, FOR, IF, STATSEQ, TRY, USE};
+constexpr TagSet impliedTags = binaryTags | TagSet{RATIONAL, MEMBER, ASSIGN, TABLE, MODULE, MODDEF, UNEVAL, NOT, READ,
+                                                   SAVE, ERROR, RETURN, STOP, BREAK, NEXT, TABLEREF, FUNCTION};
+
+[[noreturn]] void unexpectedCode(Reading& r, int code, int c) {
+  char text[80];
+  std::snprintf(text, sizeof text, "unexpected DAG type: %ld,%d,(%c)", static_cast<long>(code), c, c);
+  failReading(r, text);
+}
+
+DAG recordOfTag(Reading& r, Tag tag, int c) {
+  if (countedTags.contains(tag)) return nextObject(r, tag, 0);
+  if (impliedTags.contains(tag)) return nextObject(r, tag, factsOf(tag).least);
+  switch (tag) {
+    case INTNEG: case INTPOS: return nextInteger(r, tag);
+    case FLOAT: return nextFloat(r, 3);
+    case LIST: case SET: return nextCollection(r, tag, false);
+    case STRING: return nextString(r);
+    case NAME: return nextName(r, false);
+    case LOCAL: case PARAM: return nextPosition(r, tag, false);
+    case LEXICAL: return nextPosition(r, tag, true);
+    case PROC: return nextProcedure(r, procLength - 1);
+    case SERIES: return nextSeries(r);
+    case ZPPOLY: return nextModularPolynomial(r);
+    case RTABLE: {
+      Word number = takeNumber(r);
+      DAG rtable = nextRtable(r);
+      return enter(r, number, onLink(r) ? rtable : simpl(rtable));
+    }
+    default: unexpectedCode(r, tagNumber(tag), c);
+  }
+}
+
+DAG recordOfCode(Reading& r, int code, int c) {
+  switch (code) {
+    case recordTable: return nextHashTable(r);
+    case recordBack: return backReference(r);
+    case recordZero: return DAG();
+    case recordReference: return nextReference(r);
+    case recordControl: return nextObject(r, CONTROL, 2);
+    case recordDebug: return nextObject(r, DEBUG, 0);
+    case recordTopName: return nextName(r, true);
+    case recordOldProc: return nextProcedure(r, procLength - 2);
+    case recordOldLexical: return nextPosition(r, LEXICAL, false);
+    case recordOldLocal: return nextPosition(r, LOCAL, true);
+    case recordOldParam: return nextPosition(r, PARAM, true);
+    case recordOldFloatArray: {
+      Word number = takeNumber(r);
+      DAG rtable = nextOldFloatArray(r);
+      return enter(r, number, onLink(r) ? rtable : simpl(rtable));
+    }
+    default: break;
+  }
+  Tag tag = tagFromNumber(code - recordAttribute);
+  switch (code > recordAttribute ? tag : NOTAG) {
+    case FLOAT: return nextFloat(r, 4);
+    case TABLEREF: case FUNCTION: return nextObject(r, tag, 4);
+    case LIST: case SET: return nextCollection(r, tag, true);
+    default: unexpectedCode(r, code, c);
+  }
+}
+
+}  // namespace
+
+DAG nextRecord(Reading& r) {
+  int c = next(r);
+  int code = dotMInputTable[static_cast<std::size_t>(c)];
+  if (code == 0) unexpectedCode(r, code, c);
+  if (stackExhausted()) failReading(r, "too many levels of recursion");
+  return code < recordTable ? recordOfTag(r, tagFromNumber(code), c) : recordOfCode(r, code, c);
+}
+
+DAG settled(Reading& r, DAG x) { return onLink(r) ? x : simpl(x); }
+
+// ---- calls
+
+namespace {
+
+int getFromStandardInput(void*) { return std::fgetc(stdin); }
+void reportEnd(void*, long offset) {
+  std::fprintf(stderr, "Input Error at %ld: %s\n", offset, "unexpected end of input");
+}
+void reportFailure(void*, long offset, const char* text) {
+  std::fprintf(stderr, "Input Error at %ld: %s\n", offset, text);
+}
+void reportWarning(void*, long offset, const char* text) {
+  std::fprintf(stderr, "Warning(%ld): %s\n", offset, text);
+}
+
+void releaseScratch(Reading& r) {
+  std::free(r.text);
+  std::free(r.block);
+  innermost = r.outer;
+}
+// An error of the language passes: simplification has raised it.
+void releaseScratchOnError(const char*) { releaseScratch(*reinterpret_cast<Reading*>(errorProcParam)); }
+
+// Numbers that `recordKeepNumbers` keeps between the calls of `ParseDotM`.
+RecordNumbers keptNumbers;
+
+Reading newReading(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn, void* context) {
+  Reading r{};
+  r.getch = getch != nullptr ? getch : getFromStandardInput;
+  r.ended = ended != nullptr ? ended : reportEnd;
+  r.failed = failed != nullptr ? failed : reportFailure;
+  r.warn = warn != nullptr ? warn : reportWarning;
+  r.context = context;
+  r.outer = innermost;
+  return r;
+}
+
+}  // namespace
+
+void releaseNumbers(RecordNumbers& numbers) {
+  std::free(numbers.objects);
+  numbers = RecordNumbers();
+}
+
+DAG ParseRecord(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn, int flags,
+                RepositoryDesc* repository, void* context, RecordNumbers& numbers) {
+  Reading r = newReading(getch, ended, failed, warn, context);
+  r.flags = flags;
+  r.repository = repository;
+  r.numbers = &numbers;
+  if ((flags & recordContinueNumbers) == 0) numbers.count = 0;
+  innermost = &r;
+  PushParamErrorProc(releaseScratchOnError, &r);
+  DAG volatile result{};
+  if (_setjmp(r.stop) == 0) const_cast<DAG&>(result) = nextRecord(r);
+  PopErrorProc();
+  releaseScratch(r);
+  return const_cast<DAG&>(result);
+}
+
+DAG ParseDotM(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn, int flags,
+              RepositoryDesc* repository, void* context) {
+  if ((flags & recordContinueNumbers) == 0) releaseNumbers(keptNumbers);
+  RecordNumbers numbers = keptNumbers;
+  keptNumbers = RecordNumbers();
+  DAG x = ParseRecord(getch, ended, failed, warn, flags, repository, context, numbers);
+  if ((flags & recordKeepNumbers) != 0) keptNumbers = numbers;
+  else releaseNumbers(numbers);
+  return x;
+}
+
+std::int64_t ParseINT(GetByte getch, ReadEnd ended, ReadMessage failed, void* context) {
+  Reading r = newReading(getch, ended, failed, nullptr, context);
+  RecordNumbers numbers;
+  r.numbers = &numbers;
+  if (_setjmp(r.stop) != 0) return -1;
+  return nextInt(r);
+}
+
+}  // namespace korel

@@ -1,0 +1,45 @@
+#pragma once
+// The steps of reading a record, shared by the files of the reader.
+
+#include <csetjmp>
+#include <cstddef>
+
+#include "library/records/records.h"
+#include "store/dag.h"
+
+namespace korel {
+
+/// The call under way. Plain data: a failure jumps past it; scratch memory is given back by whoever lands.
+struct Reading {
+  GetByte getch;
+  ReadEnd ended;
+  ReadMessage failed, warn;
+  void* context;
+  int flags;
+  RepositoryDesc* repository;
+  RecordNumbers* numbers;
+  char* text;              // of the name or string being read
+  std::size_t textSpace;
+  void* block;             // elements of the rtable being read
+  Reading* outer;          // read meanwhile, when simplification loads something
+  std::jmp_buf stop;
+};
+
+[[noreturn]] void failReading(Reading& r, const char* text);
+/// The next printable byte: others are passed over.
+int next(Reading& r);
+/// An Int of at most `hexDigits` hexadecimal digits. Failures: "short integer too large for this system",
+/// "invalid character in short integer encoding".
+std::int64_t nextInt(Reading& r, int hexDigits = 8);
+/// An Int that counts something: 0 to `most`. Failure: "invalid dag length".
+Word nextCount(Reading& r, Word most);
+/// The next record's object; 0 for the word 0.
+DAG nextRecord(Reading& r);
+/// `x` as a value that others may keep: unique, when what is read is to be simplified.
+DAG settled(Reading& r, DAG x);
+/// What follows the code in the records of an RTABLE and of an earlier version's array of hardware floats
+/// (record_rtables.cpp). Gives a fresh RTABLE.
+DAG nextRtable(Reading& r);
+DAG nextOldFloatArray(Reading& r);
+
+}  // namespace korel

@@ -1,0 +1,374 @@
+#include "library/records/records.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "library/records/record_codes.h"
+#include "library/records/record_writing.h"
+#include "library/repository/repository.h"
+#include "numbers/integer/integer.h"
+#include "store/collect/collector.h"
+#include "store/hash.h"
+#include "store/names.h"
+#include "store/object_fields.h"
+#include "store/objects.h"
+#include "store/reference_fields.h"
+#include "store/vocabulary.h"
+#include "store/word_map.h"
+
+namespace korel {
+
+namespace {
+
+// The numbers of the objects written so far: they outlast the call that asks for it, but no collection, which
+// may give an object's place to another. What is being written stays where it is.
+WordMap puttab;
+std::int32_t lastNumber = 0;
+int writingCalls = 0;
+
+void forgetIdleNumbers() {
+  if (writingCalls == 0) forgetWrittenNumbers();
+}
+
+}  // namespace
+
+void failWriting(Writing& w, const char* text) {
+  w.failed(w.context, text);
+  ::_longjmp(w.stop, 1);
+}
+
+void put(Writing& w, int c) {
+  if (!w.putch(w.context, c)) failWriting(w, "could not write to file");
+  if (w.width > 0 && ++w.column == w.width) {
+    if (!w.putch(w.context, '\n')) failWriting(w, "could not write to file");
+    w.column = 0;
+  }
+}
+
+namespace {
+void putCode(Writing& w, int code) { put(w, dotMOutputTable[static_cast<std::size_t>(code)] + 32); }
+
+}  // namespace
+
+void putInt(Writing& w, std::int64_t value) {
+  std::uint64_t v = static_cast<std::uint64_t>(value);
+  if (value < 0) {
+    put(w, '~');
+    v = 0 - v;
+  }
+  if (v <= largestShortInt) return put(w, 33 + static_cast<int>(v));
+  for (; v >= 16; v >>= 4) put(w, firstHexDigit + static_cast<int>(v & 15));
+  put(w, firstLastHexDigit + static_cast<int>(v));
+}
+
+namespace {
+
+void putText(Writing& w, const char* text) {
+  putInt(w, static_cast<std::int64_t>(std::strlen(text)));
+  for (; *text != 0; ++text) {
+    int c = static_cast<unsigned char>(*text);
+    if (c == ' ') {
+      put(w, '~');
+    } else if (c >= 33 && c < 123) {
+      put(w, c);
+    } else {
+      put(w, '|');
+      putInt(w, c);
+    }
+  }
+}
+
+// The decimal digits of an integer from the lowest up, two to a character where they fit.
+class DigitPairs {
+ public:
+  explicit DigitPairs(Writing& w) : w_(w) {}
+  void add(int digit) {
+    if (pending_ < 0) {
+      pending_ = digit;
+    } else if (pending_ + 10 * digit < digitPairLimit) {
+      put(w_, firstDigitPair + pending_ + 10 * digit);
+      pending_ = -1;
+    } else {
+      put(w_, firstSingleDigit + pending_);
+      pending_ = digit;
+    }
+  }
+  void end() {
+    if (pending_ >= 0) put(w_, firstSingleDigit + pending_);
+  }
+
+ private:
+  Writing& w_;
+  int pending_ = -1;
+};
+
+void putInteger(Writing& w, DAG x) {
+  putCode(w, tagNumber(tagOf(x)));
+  DigitPairs pairs(w);
+  if (isImmediate(x)) {
+    std::int32_t value = immediateValue(x);
+    char digits[12];
+    int n = 0;
+    std::uint32_t rest = static_cast<std::uint32_t>(value < 0 ? -value : value);
+    do digits[n++] = static_cast<char>(rest % 10);
+    while ((rest /= 10) != 0);
+    putInt(w, n);
+    for (int i = 0; i < n; ++i) pairs.add(digits[i]);
+  } else {
+    Word count = lengthOf(x) - 1;
+    while (count > 1 && rawField(x, count) == 0) --count;
+    Word top = rawField(x, count);
+    int leading = decimalLength(top);
+    if (top == 0) leading = 1;
+    putInt(w, std::int64_t{4} * (count - 1) + leading);
+    for (Word i = 1; i < count; ++i) {
+      Word digit = rawField(x, i);
+      for (int k = 0; k < 4; ++k, digit /= 10) pairs.add(static_cast<int>(digit % 10));
+    }
+    for (int k = 0; k < leading; ++k, top /= 10) pairs.add(static_cast<int>(top % 10));
+  }
+  pairs.end();
+}
+
+void putFields(Writing& w, DAG x, Word from, Word end) {
+  for (Word i = from; i < end; ++i) putRecord(w, x[i]);
+}
+
+// ---- names
+
+void putNamed(Writing& w, int code, DAG name) {
+  putCode(w, code);
+  putText(w, textOf(name));
+}
+
+// A name that no other kernel would find by its text: a reference to its object, which the save writes later.
+bool putReference(Writing& w, DAG name) {
+  if (w.repository == nullptr) return false;
+  PairAddress pair = srchname(textOf(name));
+  if (pair != notFound && pairValue(pair) == name) return false;
+  if (UniqueIdentToObjectRef(w.repository, textOf(name)) == name) {
+    DAG object = name[1];
+    putNamed(w, recordTopName, name);
+    putRecord(w, object[1]);
+    putRecord(w, object[2]);
+    return true;
+  }
+  putNamed(w, recordReference, name);
+  DAG reference = GetObjectReference(w.repository, name);
+  putText(w, textOf(reference));
+  AddObjectToPendingWrites(w.repository, reference);
+  return true;
+}
+
+void putName(Writing& w, DAG name) {
+  if (putReference(w, name)) return;
+  if (w.depth > 1) {
+    putNamed(w, tagNumber(NAME), name);
+    putCode(w, recordZero);
+    return;
+  }
+  putNamed(w, recordTopName, name);
+  putRecord(w, (w.flags & recordBareName) != 0 ? DAG() : name[1]);
+  putRecord(w, name[2]);
+}
+
+// ---- objects with a form of their own
+
+void putProcedure(Writing& w, DAG proc) {
+  putFields(w, proc, 1, procLength);
+  if (!isMember(ini("builtin"), optionsOf(proc))) return;
+  // A built-in is known by its name: numbers differ between versions.
+  DAG body = bodyOf(proc);
+  bool known = isImmediate(body) && immediateValue(body) >= firstBuiltin && immediateValue(body) < maxinin;
+  putRecord(w, known ? ininame[immediateValue(body)] : ini("FAIL"));
+}
+
+void putSeries(Writing& w, DAG series) {
+  Word n = lengthOf(series);
+  putInt(w, n);
+  putRecord(w, series[1]);
+  for (Word i = 2; i + 1 < n; i += 2) {
+    putRecord(w, series[i]);
+    putRecord(w, Newint(static_cast<std::int32_t>(rawField(series, i + 1))));
+  }
+}
+
+void putModularPolynomial(Writing& w, DAG x) {
+  Word n = lengthOf(x);
+  putInt(w, n);
+  putFields(w, x, 1, 3);
+  bool raw = hasRawCoefficients(x);
+  for (Word i = 3; i < n; ++i) {
+    if (raw) putInt(w, static_cast<std::int32_t>(rawField(x, i)));
+    else putRecord(w, x[i]);
+  }
+}
+
+void putHashTable(Writing& w, DAG table) {
+  putInt(w, lengthOf(table));
+  putInt(w, hashcount(table));
+  for (Word bucket = 1; bucket < lengthOf(table); ++bucket) {
+    if (!table[bucket]) continue;
+    visitChain(table[bucket], [&](PairAddress pair) {
+      putRecord(w, pairKey(pair));
+      putRecord(w, pairValue(pair));
+      return true;
+    });
+  }
+}
+
+// ---- records
+
+// Length, then every field: the tags whose length isn't implied.
+constexpr TagSet countedTags = {COMPLEX, PROD, SUM, EXPSEQ, FOR, IF, STATSEQ, TRY, USE, DEBUG};
+// Every field, the length being that of the tag.
+constexpr TagSet impliedTags =
+    (binaryTags | TagSet{RATIONAL, MEMBER, ASSIGN, TABLE, MODULE, MODDEF, UNEVAL, NOT, READ, SAVE, ERROR, RETURN, STOP,
+                         BREAK, NEXT});
+// Three fields, or four with an attribute, told by the code.
+constexpr TagSet attributedTags = {FLOAT, TABLEREF, FUNCTION};
+
+void putObject(Writing& w, DAG x) {
+  Tag tag = tagOf(x);
+  int number = tagNumber(tag);
+  Word n = lengthOf(x);
+  if (countedTags.contains(tag)) {
+    putCode(w, tag == DEBUG ? int{recordDebug} : number);
+    putInt(w, n);
+    return putFields(w, x, 1, n);
+  }
+  if (impliedTags.contains(tag)) {
+    putCode(w, number);
+    return putFields(w, x, 1, n);
+  }
+  if (attributedTags.contains(tag)) {
+    putCode(w, n == 4 ? number + recordAttribute : number);
+    return putFields(w, x, 1, n);
+  }
+  switch (tag) {
+    case LIST: case SET: {
+      DAG body = asSequence(x[1]);
+      putCode(w, n == 3 ? number + recordAttribute : number);
+      putInt(w, lengthOf(body));
+      putFields(w, body, 1, lengthOf(body));
+      return putFields(w, x, 2, n);
+    }
+    case STRING:
+      putNamed(w, number, x);
+      return putRecord(w, x[2]);
+    case NAME: return putName(w, x);
+    case LOCAL: case PARAM:
+      putCode(w, number);
+      return putInt(w, std::int64_t{static_cast<std::int32_t>(rawField(x, 1))} + 2);
+    case LEXICAL: {
+      std::int64_t v = static_cast<std::int32_t>(rawField(x, 1));
+      putCode(w, number);
+      return putInt(w, v >= 0 ? 2 * v : 1 - 2 * v);
+    }
+    case PROC:
+      putCode(w, number);
+      return putProcedure(w, x);
+    case SERIES:
+      putCode(w, number);
+      return putSeries(w, x);
+    case ZPPOLY:
+      putCode(w, number);
+      return putModularPolynomial(w, x);
+    case HASHTAB:
+      putCode(w, recordTable);
+      return putHashTable(w, x);
+    case RTABLE: {
+      putCode(w, number);
+      return putRtable(w, x);
+    }
+    case CONTROL:
+      putCode(w, recordControl);
+      return putFields(w, x, 1, n);
+    default: {
+      char text[64];
+      std::snprintf(text, sizeof text, "unexpected DAG type: %ld", static_cast<long>(number));
+      failWriting(w, text);
+    }
+  }
+}
+
+}  // namespace
+
+void putRecord(Writing& w, DAG x) {
+  if (!x) return putCode(w, recordZero);
+  std::int32_t number = lastNumber + 1;
+  if (w.depth > 0) {
+    std::int32_t* known = nullptr;
+    switch (puttab.insert(x.word, number, &known)) {
+      case WordMap::present:
+        putCode(w, recordBack);
+        return putInt(w, *known);
+      case WordMap::outOfMemory: failWriting(w, "ran out of memory");
+      case WordMap::added: break;
+    }
+  } else if (puttab.insert(x.word, number) == WordMap::outOfMemory) {
+    failWriting(w, "ran out of memory");
+  }
+  lastNumber = number;
+  ++w.depth;
+  if (isInteger(x)) {
+    putInteger(w, x);
+  } else {
+    if (stackExhausted()) failWriting(w, "too many levels of recursion");
+    putObject(w, x);
+  }
+  --w.depth;
+}
+
+namespace {
+
+bool putToStandardOutput(void*, int c) { return std::fputc(c, stdout) != EOF; }
+void reportOnStandardError(void*, const char* text) { std::fprintf(stderr, "Output Error: %s\n", text); }
+
+void leaveWriting(const char*) { --writingCalls; }
+
+Writing newWriting(PutByte putch, WriteFailure failed, int width, void* context) {
+  Writing w{};
+  w.putch = putch != nullptr ? putch : putToStandardOutput;
+  w.failed = failed != nullptr ? failed : reportOnStandardError;
+  w.width = width;
+  w.context = context;
+  return w;
+}
+
+}  // namespace
+
+void forgetWrittenNumbers() {
+  puttab.clear();
+  lastNumber = 0;
+}
+
+bool PrintDotM(DAG x, PutByte putch, WriteFailure failed, int width, int flags, RepositoryDesc* repository,
+               void* context) {
+  Writing w = newWriting(putch, failed, width, context);
+  w.flags = flags;
+  w.repository = repository;
+  const bool keeps = (flags & recordKeepNumbers) != 0;
+  if (!keeps) forgetWrittenNumbers();
+  if ((flags & recordContinueNumbers) == 0) lastNumber = 0;
+  registerCollectionHook(forgetIdleNumbers, nullptr);
+  ++writingCalls;
+  PushErrorProc(leaveWriting);  // a reference may load its object first
+  const bool written = _setjmp(w.stop) == 0;
+  if (written) putRecord(w, x);
+  PopErrorProc();
+  --writingCalls;
+  if (!keeps) forgetWrittenNumbers();
+  return written;
+}
+
+bool PrintINT(std::int64_t value, PutByte putch, WriteFailure failed, int width, void* context) {
+  Writing w = newWriting(putch, failed, width, context);
+  if (_setjmp(w.stop) != 0) return false;
+  putInt(w, value);
+  return true;
+}
+
+}  // namespace korel
