@@ -148,7 +148,7 @@ TEST(KernelOpts, LimitsReachTheSystem) {
     std::printf("%ld %ld %ld", static_cast<long>(cpu.rlim_cur), static_cast<long>(cpu.rlim_max),
                 static_cast<long>(stack.rlim_cur));
   });
-  EXPECT_EQ(child.output, "[][]1000, 4096;1000 1000 4194304");
+  EXPECT_EQ(child.output, "[][]1000, 4096;1000 1001 4194304");
 }
 
 TEST(KernelOpts, TimeHasThreeDecimals) {
