@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "library_directory.h"
 #include "session/link/app.h"
 
 int main(int argc, char** argv) {
@@ -17,5 +18,5 @@ int main(int argc, char** argv) {
         "from and to write to, and a file for the text of a failed start. For a session of your own start korelTTY.\n");
     return 0;
   }
-  return korel::App(argc, argv).runProcess();
+  return korel::App(argc, argv, korel::programLibrary()).runProcess();
 }

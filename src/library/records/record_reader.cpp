@@ -325,6 +325,8 @@ bool isWellFormed(DAG s) {
 // Kinds of which any parts make a well-formed object.
 constexpr TagSet freeTags = {EXPSEQ, LIST, SET, UNEVAL, NOT, EQUATION, INEQUAT, LESSEQ, LESSTHAN, AND, OR, RANGE, DCOLON,
                              CATENATE, POWER};
+// On the link so does an assignment: what stands on its left is looked at when it is carried out.
+constexpr TagSet freeOnLink = freeTags | TagSet{ASSIGN};
 
 bool hasAbsentField(DAG s) {
   for (Word i = 1, n = lengthOf(s); i < n; ++i)
@@ -341,7 +343,7 @@ bool hasNumericMultiples(DAG s) {
 
 void requireWellFormed(Reading& r, DAG s) {
   Tag tag = tagOf(s);
-  bool good = freeTags.contains(tag)   ? !hasAbsentField(s)
+  bool good = (onLink(r) ? freeOnLink : freeTags).contains(tag) ? !hasAbsentField(s)
               : pairTags.contains(tag) ? !hasAbsentField(s) && hasNumericMultiples(s)
                                        : isWellFormed(s);
   if (!good) failReading(r, "syntax error while reading file");
@@ -351,7 +353,7 @@ void requireWellFormed(Reading& r, DAG s) {
 // final form when they were written: their names are positions already.
 DAG finished(Reading& r, DAG s) {
   requireWellFormed(r, s);
-  if (onLink(r)) return s;
+  if (onLink(r)) return hasTag(s, EXPSEQ) && lengthOf(s) == 1 ? null : s;
   switch (tagOf(s)) {
     case TABLEREF:
       if (!isSequence(s[2])) failReading(r, "syntax error while reading file");
@@ -391,6 +393,7 @@ DAG nextCollection(Reading& r, Tag tag, bool hasAttribute) {
   DAG body = nextFields(r, EXPSEQ, n);
   requireWellFormed(r, body);
   if (!onLink(r)) body = simpl(body);
+  else if (n == 1) body = null;
   if (!isSequence(body)) body = new2(EXPSEQ, body);
   DAG x = hasAttribute ? new3(tag, body, nextRecord(r)) : new2(tag, body);
   return enter(r, number, finished(r, x));

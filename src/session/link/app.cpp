@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 
 #include "frame/errors.h"
 #include "session/log.h"
@@ -50,7 +51,22 @@ DAG kResultCB(void*, DAG message) {
   return DAG();
 }
 
-App::App(int argc, char** argv) {
+namespace {
+
+/// The library as a switch in front of the others: a `-b` among them takes its place.
+Args withLibrary(const Args& args, const char* library) {
+  if (library == nullptr || args.count() == 0 || std::getenv("KOREL") != nullptr) return args;
+  Args all;
+  all += args[0];
+  all += "-b";
+  all += library;
+  for (int i = 1; i < args.count(); ++i) all += args[i];
+  return all;
+}
+
+}  // namespace
+
+App::App(int argc, char** argv, const char* library) {
   Args(argc, argv).getPgmArgs(pgmArgs_);
   disablelogf();
   setHandler(SIGPIPE, passPipeSignal, SA_RESTART);
@@ -67,6 +83,7 @@ App::App(int argc, char** argv) {
     setError(invalidParameters, 0);
     return;
   }
+  spec.args = withLibrary(spec.args, library);
   kernelArgs_ = spec.args;
   m_logf("Instantiating direct kernel\n");
   kernel_ = new KL_Direct(spec);

@@ -11,7 +11,8 @@ class App {
  public:
   /// Connects to the front end and starts the kernel; `error()` tells whether that went well. The text of a failed
   /// start goes into the file that the front end has named.
-  App(int argc, char** argv);
+  /// `library` is the kernel's unless its arguments or the variable KOREL name one; null for none.
+  App(int argc, char** argv, const char* library);
   ~App();
   App(const App&) = delete;
   App& operator=(const App&) = delete;

@@ -102,8 +102,9 @@ int KL_Base::sendKernelArgs() {
 
 int KL_Base::startComputation(DAG dag, int resultsWanted) {
   if (status_ == serverDead) return 1;
+  if (!writer_.compose(dag)) return 1;
   const char flag = resultsWanted != 0 ? 1 : 0;
-  if (Write(&flag, 1) != 0 || sendDAG(dag) != 0) {
+  if (Write(&flag, 1) != 0 || Write(writer_.data(), writer_.size()) != 0) {
     status_ = serverDead;
     return 1;
   }
@@ -147,10 +148,7 @@ int KL_Base::receiveFlush() { return ReadCh() == linkFlush ? 0 : -1; }
 DAG KL_Base::receiveDAG() { return reader_.next(KL_SReadNextChar, this); }
 
 int KL_Base::sendDAG(DAG dag) {
-  if (!writer_.compose(dag)) {
-    fmtErrorText("%s", writer_.failure());
-    return -1;
-  }
+  if (!writer_.compose(dag)) return -1;
   return Write(writer_.data(), writer_.size());
 }
 

@@ -60,7 +60,7 @@ class KL_Base {
   virtual ServerStatus getServerStatus();
   /// 0, or -1. So are the results of the other ways to send and receive.
   virtual int sendKernelArgs();
-  /// Has the kernel run `dag`; 0, or 1 when it is dead.
+  /// Has the kernel run `dag`; 0, or 1 when it is dead, or when `dag` has no record (`unsendable()` tells why).
   virtual int startComputation(DAG dag, int resultsWanted);
   /// The next message. Without `wait`: 0 unless one is there. 0 from a dead kernel, and for a bad message.
   virtual DAG getResult(int wait);
@@ -75,6 +75,7 @@ class KL_Base {
   virtual int receiveFlush();
   virtual DAG receiveDAG();
   virtual int sendDAG(DAG dag);
+  const char* unsendable() const { return writer_.failure(); }
   /// Whether a message is there, or about to come.
   virtual int query() = 0;
   virtual int ReadCh() = 0;
