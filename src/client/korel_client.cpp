@@ -93,6 +93,7 @@ void KorelProcess::setHandlers(Answer answer, Question interrupted, void* contex
 bool KorelProcess::start() {
   end();
   clearErrorText();
+  startAnew();
   survivePipeSignal();
   stopped_ = false;
   kError_ = noKernelError;

@@ -3,8 +3,10 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "frame/errors.h"
+#include "frame/output.h"
 #include "session/log.h"
 #include "session/statement_reader.h"
 #include "store/constants.h"
@@ -45,8 +47,23 @@ void ctlbrkHdlr(int signal) {
   if (interruptedKernel != nullptr) interruptedKernel->m_interrupt();
 }
 
+namespace {
+
+bool asksForLine(DAG message) {
+  if (!isTag(message, FUNCTION) || !isTag(message[1], NAME)) return false;
+  const char* stream = textOf(message[1]);
+  return std::strcmp(stream, "INTERFACE_READLINE") == 0 || std::strcmp(stream, "INTERFACE_DEBUG_READLINE") == 0;
+}
+
+}  // namespace
+
 DAG kResultCB(void*, DAG message) {
-  if (thisClient->sendDAG(message) == 0) return thisClient->receiveDAG();
+  if (thisClient->sendDAG(message) == 0) {
+    DAG reply = thisClient->receiveDAG();
+    // Who is asked for a line and interrupts instead means the program that asks.
+    if (asksForLine(message) && interruptedKernel != nullptr && interruptedKernel->takeInterrupt()) jumpback();
+    return reply;
+  }
   if (const char* failure = thisClient->unsendable()) KernelException(failure);
   return DAG();
 }

@@ -48,8 +48,12 @@ DAG KL_Direct::answer(void* kernel, DAG message) {
 int KL_Direct::interruptPending(void* kernel) {
   auto* self = static_cast<KL_Direct*>(kernel);
   if (self->hook_ != nullptr) self->hook_(self->data_);
-  const int pending = self->interrupted_;
-  self->interrupted_ = 0;
+  return self->takeInterrupt() ? 1 : 0;
+}
+
+bool KL_Direct::takeInterrupt() {
+  const bool pending = interrupted_ != 0;
+  interrupted_ = 0;
   return pending;
 }
 

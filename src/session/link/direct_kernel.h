@@ -25,6 +25,8 @@ class KL_Direct : public KL_Base {
   DAG sendForReply(DAG dag) override;
   /// May be called from a signal handler.
   int m_interrupt() override;
+  /// True when the running statement has been asked to stop; takes the request away.
+  bool takeInterrupt();
   DAG receiveDAG() override { return DAG(); }
   int sendDAG(DAG dag) override;
   int query() override { return 0; }

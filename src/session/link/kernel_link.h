@@ -88,6 +88,8 @@ class KL_Base {
  protected:
   [[gnu::format(printf, 2, 3)]] void fmtErrorText(const char* format, ...);
   void clearErrorText();
+  /// The kernel is another one from now on.
+  void startAnew() { reader_.startAnew(); }
 
   static constexpr std::size_t errorTextSize = 4097;
 

@@ -98,6 +98,8 @@ class MessageReader {
  public:
   /// The next message's object, its flush taken; 0 when the record is bad, or the bytes end.
   DAG next(GetByte getch, void* context);
+  /// The bytes come from another source from now on.
+  void startAnew() { inMessage_ = false; }
   ~MessageReader() { releaseNumbers(numbers_); }
 
  private:
