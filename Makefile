@@ -7,6 +7,7 @@
 #   make sanitize              the same under the address and undefined-behaviour sanitizers
 #   make bench                 the benchmark table
 #   make fuzz TIME=600         the fuzz targets, each for that many seconds
+#   make torture               archives whose writers are killed, 200 times, and two writers for a minute
 #   make install PREFIX=/usr/local DESTDIR=
 
 ARGS ?=
@@ -19,7 +20,7 @@ NEEDED := g++ cmake ninja-build
 TESTING := libgtest-dev librapidcheck-dev
 REFERENCES := libgmp-dev libmpfr-dev
 
-.PHONY: run program test sanitize bench fuzz install format clean
+.PHONY: run program test sanitize bench fuzz torture install format clean
 
 run: program
 	@build/release/bin/korelTTY $(ARGS)
@@ -37,14 +38,14 @@ program:
 
 test:
 	@tools/packages.sh $(NEEDED) $(TESTING)
-	@tools/packages.sh --optional libedit-dev $(REFERENCES)
+	@tools/packages.sh --optional libedit-dev python3 $(REFERENCES)
 	@cmake --preset release </dev/null
 	@cmake --build --preset release </dev/null
 	@ctest --preset release -j $(JOBS) </dev/null
 
 sanitize:
 	@tools/packages.sh $(NEEDED) $(TESTING)
-	@tools/packages.sh --optional libedit-dev $(REFERENCES)
+	@tools/packages.sh --optional libedit-dev python3 $(REFERENCES)
 	@cmake --preset debug </dev/null
 	@cmake --build --preset debug </dev/null
 	@ctest --preset debug -j $(JOBS) </dev/null
@@ -61,6 +62,9 @@ fuzz:
 	@cmake --preset fuzz </dev/null
 	@cmake --build --preset fuzz </dev/null
 	@fuzz/run.sh build/fuzz $(TIME)
+
+torture: program
+	@tests/library/torture/torture.sh $(CURDIR)/build/release/bin/korelTTY 200 60
 
 install: program
 	@DESTDIR="$(DESTDIR)" cmake --install build/release --prefix "$(PREFIX)"

@@ -15,6 +15,7 @@ is_there() {
     cmake)               command -v cmake ;;
     ninja-build)         command -v ninja ;;
     clang)               command -v clang++ ;;
+    python3)             command -v python3 ;;
     libedit-dev)         has_header histedit.h ;;
     libgtest-dev)        has_header gtest/gtest.h ;;
     librapidcheck-dev)   has_header rapidcheck.h ;;

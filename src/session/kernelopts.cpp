@@ -86,6 +86,7 @@ void setprofile(DAG value) {
 void setstacklimit(DAG value) {
   std::int64_t kilobytes = requirePositive(value, "stacklimit must have a positive integer value");
   setProcessLimit(ProcessLimit::stack, 1024 * kilobytes);
+  recordStackBounds();
 }
 /// Forgets the name's value, so that the next look fetches it from the library again.
 void setunread(DAG value) {

@@ -61,7 +61,12 @@ DAG cpuSeconds() {
 
 bool setProcessLimit(ProcessLimit limit, std::int64_t value) {
   const LimitRow& row = limitRows[static_cast<int>(limit)];
-  rlimit both{static_cast<rlim_t>(value), static_cast<rlim_t>(value)};
+  auto soft = static_cast<rlim_t>(value);
+  rlimit both{soft, soft};
+  // The system kills at the hard limit of processor time: the signal comes a little before, at the soft one.
+  rlimit present;
+  if (limit == ProcessLimit::cpu && getrlimit(row.resource, &present) == 0)
+    both.rlim_max = present.rlim_max == RLIM_INFINITY || present.rlim_max > soft ? soft + 1 : present.rlim_max;
   bool accepted = setrlimit(row.resource, &both) == 0;
   if (row.kept != nullptr) *row.kept = value;
   if (row.signal != 0) installHandler(row.signal);

@@ -1,10 +1,13 @@
 #include "eval/simplify/bindings.h"
 
+#include <cstring>
+
 #include "eval/evaluate/evaluate.h"
 #include "eval/procedures/procedures.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "frame/errors.h"
+#include "session/interface.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -141,14 +144,25 @@ DAG SimplifyMaybeBind(DAG x, bool bind) {
   return result;
 }
 
+namespace {
+
+// The last entry of the global bindings: the name that the interface variable tells is the imaginary unit.
+void bindImaginaryUnit(const char* text) {
+  const Word last = globalBindings ? lengthOf(globalBindings) - 1 : 1;
+  if (globalBindings && std::strcmp(textOf(globalBindings[last][1]), text) == 0) return;
+  DAG changed = globalBindings ? CopyAlg(globalBindings) : newl2(2, EXPSEQ);
+  changed[last] = simpl(new3(EQUATION, naminstall(text), sqrtm1));
+  globalBindings = simpl(changed);
+  updategens(globalBindings);
+}
+
+}  // namespace
+
 void ResetSimplifier() {
   bindingsEnabled = false;
   assignedProcName = DAG();
   procSimplStack = nullptr;
-  if (!globalBindings) {
-    DAG unit = naminstall("I");
-    globalBindings = simpl(new2(EXPSEQ, simpl(new3(EQUATION, unit, sqrtm1))));
-  }
+  bindImaginaryUnit(defaultNerinVariables.imaginaryunit);
   globalRecord.equations = globalBindings;
   useSimplStack = &globalRecord;
 }

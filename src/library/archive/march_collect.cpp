@@ -12,6 +12,7 @@
 #include "frame/errors.h"
 #include "library/archive/archive_index.h"
 #include "library/archive/march.h"
+#include "library/repository/side_file.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -140,6 +141,7 @@ void releaseMap(const char*) { reinterpret_cast<Collecting*>(errorProcParam)->by
 DAG marchCollect(MarchRun& run) {
   if (memberCount(run.arguments) != 0)
     KernelException("no additional arguments expected for %1 command", strinstall(run.command));
+  run.file = enterDirectory(run.place.directory, DirectoryUse::collect);
   openArchiveForChange(run, "index could not be opened for updating");
   Collecting c{run, nullptr, 0, 0, WordMap(), nullptr, 0};
   PushParamErrorProc(releaseMap, &c);

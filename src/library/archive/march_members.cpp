@@ -145,6 +145,10 @@ DAG storeFiles(MarchRun& run, bool isUpdate) {
   checkMemberLengths(run, 2, 2);
   for (Word i = 1; i < lengthOf(run.arguments); i += 2)
     storeFile(run, run.arguments[i], run.arguments[i + 1], isUpdate);
+  bool good = ::close(run.pair.index) == 0;
+  good = ::close(run.pair.data) == 0 && good;
+  run.pair = ArchivePair();
+  if (!good) KernelException("error while updating index or archive");
   return null;
 }
 
@@ -219,7 +223,7 @@ DAG marchDelete(MarchRun& run) {
 DAG marchList(MarchRun& run) {
   checkNoArguments(run);
   openArchive(run);
-  Listing listing{run, null};
+  Listing listing{run, new1(EXPSEQ)};
   forEachEntry(
       run,
       [](void* context, const char* text, std::int64_t) {

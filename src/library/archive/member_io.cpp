@@ -98,6 +98,7 @@ bool AllocRead(const char* name, char* buffer, std::size_t size) {
 }
 
 int ReadByte() {
+  if (reading == nullptr) return -1;  // closed by an error
   ReadState& s = *reading;
   if (s.at == s.end && !fillBuffer(s)) return -1;
   return static_cast<unsigned char>(*s.at++);

@@ -205,7 +205,11 @@ DAG longInteger(Tag tag, std::int64_t count, DigitReader& digits) {
     for (int k = 0; k < 4 && !digits.isAtEnd(); ++k, power *= 10) digit += power * static_cast<Word>(digits.next());
     rawField(s, i) = digit;
   }
-  return MakeImmediate(SoftIntNormalize(s));
+  // Leading zeros are no digits of the number.
+  Word n = lengthOf(s), used = n;
+  while (used > 2 && rawField(s, used - 1) == 0) --used;
+  if (used != n) shorten(s, n, used);
+  return MakeImmediate(s);
 }
 
 DAG nextInteger(Reading& r, Tag tag) {
@@ -345,6 +349,7 @@ void requireWellFormed(Reading& r, DAG s) {
   Tag tag = tagOf(s);
   bool good = (onLink(r) ? freeOnLink : freeTags).contains(tag) ? !hasAbsentField(s)
               : pairTags.contains(tag) ? !hasAbsentField(s) && hasNumericMultiples(s)
+              : tag == FUNCTION        ? !hasAbsentField(s) && isSequence(s[2])
                                        : isWellFormed(s);
   if (!good) failReading(r, "syntax error while reading file");
 }

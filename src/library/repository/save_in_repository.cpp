@@ -10,6 +10,7 @@
 #include "library/archive/archive_files.h"
 #include "library/archive/march.h"
 #include "library/records/record_file.h"
+#include "library/records/records.h"
 #include "library/repository/lookup.h"
 #include "library/repository/repository.h"
 #include "library/repository/side_file.h"
@@ -90,22 +91,33 @@ bool isToBeSaved(DAG name, bool intoFirst) {
   return false;
 }
 
-struct PendingWrites {
+// What a save writes: references to objects, then named members. An object stands in the directory before anything
+// that leads to it does, so that a kernel killed in between leaves no member that leads nowhere.
+struct SavePlan {
   RepositoryDesc* r;
+  DAG objects;  // EXPSEQ of references, growing
 };
 
-// Writes one reference that is still open; others may be queued meanwhile.
-bool writePending(void* context, PairAddress pair) {
-  RepositoryDesc* r = static_cast<PendingWrites*>(context)->r;
+bool writeNowhere(void*, int) { return true; }
+void raiseFailure(void*, const char* text) { userror(text); }
+
+// Writes the record without a file, for the references that it queues.
+void findReferences(DAG object, RepositoryDesc* r) {
+  PrintDotM(object, writeNowhere, raiseFailure, 0, 0, r, nullptr);
+}
+
+// Plans one reference that is still open; others may be queued meanwhile.
+bool planPending(void* context, PairAddress pair) {
+  auto& plan = *static_cast<SavePlan*>(context);
   DAG reference = pairKey(pair);
   if (pairValue(pair) != reference) return true;
   pairValue(pair) = reference[1];
-  --r->pendingCount;
-  if ((controlWord(reference) & deferredBit) == 0) {
-    writeMember(reference, textOf(reference), r);
-    return false;  // the table may have grown: begin again
-  }
-  return true;
+  --plan.r->pendingCount;
+  // Deferred still means that its file is as it was.
+  if ((controlWord(reference) & deferredBit) != 0) return true;
+  plan.objects = Append2(plan.objects, reference);
+  findReferences(reference, plan.r);
+  return false;  // the table may have grown: begin again
 }
 
 bool hasArchive(const char* directory) {
@@ -119,13 +131,18 @@ bool hasArchive(const char* directory) {
 
 // Objects that nothing in the directory leads to any more.
 void collectObjects(RepositoryDesc* r) {
-  if (!hasArchive(textOf(r->dir))) return;
+  // Another save under way will see to it.
+  if (!hasArchive(textOf(r->dir)) || isDirectoryBusy(textOf(r->dir))) return;
   DAG told = March(newSequence({naminstall("gc"), r->dir}));
   if (isSequence(told) && memberCount(told) == 3 && isImmediate(told[3]) &&
       immediateValue(told[2]) < immediateValue(told[1]))
     UpdateWastedSpace(textOf(r->dir), static_cast<std::uint32_t>(immediateValue(told[3])));
 }
 
+}  // namespace
+
+namespace {
+void leaveAfterError(const char*) { leaveDirectory(static_cast<int>(errorProcParam)); }
 }  // namespace
 
 bool SaveInRepository(DAG list, Word count, DAG dir) {
@@ -140,15 +157,23 @@ bool SaveInRepository(DAG list, Word count, DAG dir) {
     if (list[i] == ini("libname")) KernelException("libname cannot be saved into a library");
     checkFileName(list[i]);
   }
+  DAG members = new1(EXPSEQ);
   for (Word i = 1; i <= count; ++i) {
     DAG name = list[i];
     if (!isToBeSaved(name, place == 0)) continue;
     if (isTag(name[1], MODULE)) nameExports(name[1], name);
-    writeMember(name, textOf(name), r);
+    findReferences(name, r);
+    members = Append2(members, name);
   }
+  SavePlan plan{r, new1(EXPSEQ)};
   const bool hadObjects = r->pendingCount > 0;
-  PendingWrites pending{r};
-  while (r->pendingCount > 0) hashforeach(r->pending, writePending, &pending);
+  while (r->pendingCount > 0) hashforeach(r->pending, planPending, &plan);
+  const int lock = enterDirectory(textOf(dir), DirectoryUse::save);
+  PushParamErrorProc(leaveAfterError, DAG(static_cast<Word>(lock)));
+  for (Word i = 1; i < lengthOf(plan.objects); ++i) writeMember(plan.objects[i], textOf(plan.objects[i]), r);
+  for (Word i = 1; i < lengthOf(members); ++i) writeMember(members[i], textOf(members[i]), r);
+  PopErrorProc();
+  leaveDirectory(lock);
   if (hadObjects) collectObjects(r);
   return true;
 }

@@ -1,6 +1,7 @@
 #include "library/repository/side_file.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -87,6 +88,34 @@ std::uint32_t UpdateWastedSpace(const char* directory, std::uint32_t n) {
     total = record.wasted;
   });
   return good ? total : n;
+}
+
+namespace {
+
+int lockDirectory(const char* directory, int operation) {
+  int descriptor = ::open(directory, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return -1;
+  int result;
+  do result = ::flock(descriptor, operation);
+  while (result != 0 && errno == EINTR);
+  if (result == 0) return descriptor;
+  ::close(descriptor);
+  return -1;
+}
+
+}  // namespace
+
+int enterDirectory(const char* directory, DirectoryUse use) {
+  return lockDirectory(directory, use == DirectoryUse::save ? LOCK_SH : LOCK_EX);
+}
+bool isDirectoryBusy(const char* directory) {
+  int lock = lockDirectory(directory, LOCK_EX | LOCK_NB);
+  bool busy = lock < 0 && errno == EWOULDBLOCK;
+  leaveDirectory(lock);
+  return busy;
+}
+void leaveDirectory(int lock) {
+  if (lock >= 0) ::close(lock);
 }
 
 }  // namespace korel

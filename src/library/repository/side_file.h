@@ -18,4 +18,16 @@ std::uint32_t CreateUniqueObjectNumber(const char* directory);
 /// written.
 std::uint32_t UpdateWastedSpace(const char* directory, std::uint32_t n);
 
+// ---- saves and collections of one directory exclude each other
+//
+// A save writes objects before the members that lead to them: a collection in between would take them for dead. Each
+// locks the directory itself, saves as many as there are at once, a collection alone.
+
+enum class DirectoryUse { save, collect };
+/// Waits for the lock; the descriptor to be closed by `leaveDirectory`, or -1 when the directory can't be locked.
+int enterDirectory(const char* directory, DirectoryUse use);
+/// Whether a collection would have to wait now.
+bool isDirectoryBusy(const char* directory);
+void leaveDirectory(int lock);
+
 }  // namespace korel

@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <random>
 #include <string>
+#include <vector>
 
 #include "eval/simplify/simplify.h"
 #include "kernel_fixture.h"
@@ -204,6 +206,43 @@ TEST(Records, EachFailureHasItsText) {
   EXPECT_EQ(complaint("]"), "unexpected DAG type: 5,93,(])");
   EXPECT_EQ(complaint("#%\"xG%\"yG"), "syntax error while reading file");
   EXPECT_EQ(complaint("6jjjjjj~"), "invalid character in short integer encoding");
+}
+
+// Flipped, lost and strange bytes: an object, or a message, and a heap in order.
+TEST(Records, DamagedRecordsAreRefused) {
+  say("p8 := proc(x::integer) local a; option remember; a := x; try a/0 catch \"e\": end try; for a in [x] do next end do end proc:");
+  say("t8 := table([1 = [x, y], z = 2.5]):");
+  say("m8 := module() export e; local l; e := () -> l end module:");
+  std::vector<std::string> records = {written(naminstall("p8")), written(naminstall("t8")), written(naminstall("m8"))};
+  for (const char* source : {"[x, 1/2, 3.5, 2 + I, \"text\", f(y)^2 + 3*t[1, 2], {a, b, c}, x -> x^2, 'q', a .. b, u::v, m:-e]",
+                             "[12345678901234567890, -7, x < y, a and b or not c, `a b`]"})
+    records.push_back(written(parsed(source)));
+  std::mt19937 random(5);
+  int refused = 0;
+  for (int round = 0; round < 20000; ++round) {
+    std::string bytes = records[random() % records.size()];
+    for (unsigned k = 0, n = 1 + random() % 3; k < n; ++k) {
+      std::size_t at = random() % bytes.size();
+      switch (random() % 4) {
+        case 0: bytes[at] = static_cast<char>(33 + random() % 94); break;
+        case 1: bytes.erase(at, 1 + random() % 4); break;
+        case 2: bytes.insert(at, 1, static_cast<char>(33 + random() % 94)); break;
+        default: bytes.resize(at); break;
+      }
+      if (bytes.empty()) bytes = "!";
+    }
+    std::string told;
+    std::string error = errorOf([&] { readBack(bytes, &told, round % 2 == 0 ? 0 : recordOnLink); });
+    refused += !told.empty() || !error.empty();
+    // What has been assigned by accident is not to be run by what follows.
+    if (round % 200 == 199) {
+      say("0:");
+      for (const char* name : {"p8", "t8", "m8"}) naminstall(name)[1] = DAG();
+      const char* fault = checkHeap();
+      ASSERT_EQ(fault, nullptr) << fault;
+    }
+  }
+  EXPECT_GT(refused, 5000);
 }
 
 }  // namespace
