@@ -358,6 +358,7 @@ void requireWellFormed(Reading& r, DAG s) {
 // final form when they were written: their names are positions already.
 DAG finished(Reading& r, DAG s) {
   requireWellFormed(r, s);
+  if (hasTag(s, TABLE) && !isTag(s[tableEntries], HASHTAB)) failReading(r, "syntax error while reading file");
   if (onLink(r)) return hasTag(s, EXPSEQ) && lengthOf(s) == 1 ? null : s;
   switch (tagOf(s)) {
     case TABLEREF:
@@ -366,9 +367,6 @@ DAG finished(Reading& r, DAG s) {
     case PROC: case MODDEF:
       if (isTag(localsOf(s), LIST)) localsOf(s) = asSequence(localsOf(s)[1]);
       return markSimplified(s);
-    case TABLE:
-      if (!isTag(s[tableEntries], HASHTAB)) failReading(r, "syntax error while reading file");
-      break;
     case CONTROL: case DEBUG: case HASHTAB: return s;
     case IF: case FOR: case ASSIGN: case READ: case SAVE: case STATSEQ: case STOP: case ERROR: case TRY: case RETURN:
     case USE:
