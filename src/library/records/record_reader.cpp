@@ -607,7 +607,7 @@ void releaseScratch(Reading& r) {
   std::free(r.block);
   innermost = r.outer;
 }
-// An error of the language passes: simplification has raised it.
+// An error of the language passes, or an interrupt: simplification has raised it.
 void releaseScratchOnError(const char*) { releaseScratch(*reinterpret_cast<Reading*>(errorProcParam)); }
 
 // Numbers that `recordKeepNumbers` keeps between the calls of `ParseDotM`.
@@ -639,7 +639,7 @@ DAG ParseRecord(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage wa
   r.numbers = &numbers;
   if ((flags & recordContinueNumbers) == 0) numbers.count = 0;
   innermost = &r;
-  PushParamErrorProc(releaseScratchOnError, &r);
+  PushStateKeeper(releaseScratchOnError, &r);
   DAG volatile result{};
   if (_setjmp(r.stop) == 0) const_cast<DAG&>(result) = nextRecord(r);
   PopErrorProc();

@@ -365,7 +365,7 @@ bool PrintDotM(DAG x, PutByte putch, WriteFailure failed, int width, int flags, 
   if ((flags & recordContinueNumbers) == 0) w.numbers->last = 0;
   registerCollectionHook(forgetIdleNumbers, nullptr);
   ++writingCalls;
-  PushErrorProc(leaveWriting);  // a reference may load its object first
+  PushStateKeeper(leaveWriting, nullptr);  // a reference may load its object first
   const bool written = _setjmp(w.stop) == 0;
   if (written) putRecord(w, x);
   PopErrorProc();
