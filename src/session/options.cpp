@@ -174,10 +174,10 @@ constexpr OptionRow optionRows[] = {
      }},
     {'z', [](const char*) { return keepFlag(secureMode); }},
 };
-// -D, -F, -I, -l, -P and -U are taken and left to the program around the kernel.
-constexpr const char* optionLetters = "aA:b:c:D:e:Fg:I:i:L:l:PqsT:tU:w:z";
-
 }  // namespace
+
+// -D, -F, -I, -l, -P and -U are taken and left to the program around the kernel.
+const char* const optionLetters = "aA:b:c:D:e:Fg:I:i:L:l:PqsT:tU:w:z";
 
 const char* findLibrary() {
   const char* home = std::getenv("KOREL");
