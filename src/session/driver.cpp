@@ -363,7 +363,7 @@ DAG runOutermost(const Task& task, ResultHandler resultCB, InterruptHandler inte
     runHooks(HookMoment::everyStatement);
     driver.resultsWanted = task.show;
     result = runInFrame(driver.topLevel, task);
-    if (isMemoryReserveSpent()) collectBetweenStatements();
+    if (memoryRanOut) collectBetweenStatements();
     if (task.reader == nullptr) callResultHandler(newCall(naminstall("INTERFACE_DONE"), {}));
   }
   // Between statements an error has nowhere to go.

@@ -16,13 +16,11 @@ constexpr int maxRememberTables = 100;
 DAG rememberTables[maxRememberTables];
 int rememberTableCount;
 
-DAG chainOf(DAG table, Word bucket) { return table[bucket]; }
-
 template <class Visit>
 void forEachChain(DAG table, Visit visit) {
   if (!isObject(table)) return;  // before the start
   for (Word bucket = 1; bucket < lengthOf(table); ++bucket)
-    if (DAG chain = chainOf(table, bucket)) visit(chain);
+    if (table[bucket]) visit(table[bucket]);
 }
 
 template <class Visit>
@@ -107,16 +105,22 @@ void hide(DAG table) {
 
 // What is left of a weak table is alive on its own account and has been reached, so that only the words of
 // the table itself are marked. Gives the number of pairs that stay, and adds the words of the chains to `words`.
+//
+// Chains that have lost all their pairs stay for the next ones. When memory has run out they go: strewn over the
+// whole heap, they would leave no large block (tests/language/out_of_memory.krl).
 std::int64_t sweepWeakTable(DAG table, std::int64_t& words) {
   std::int64_t kept = 0;
-  forEachChain(table, [&](DAG chain) {
+  forEachChain(table, [&](DAG& chain) {
     words += lengthOf(chain) + 1;
     // The values lie all over the heap: their control words are under way before they are asked for.
     for (Word i = 2; i < lengthOf(chain); i += 2)
       __builtin_prefetch(reinterpret_cast<const void*>(std::uintptr_t{chain[i].word} - sizeof(Word)));
     Word used = dropPairs(chain, [](DAG, DAG value) { return !isAliveOrPlain(value); });
     kept += used;
-    keepLabelled(chain);
+    if (used == 0 && memoryRanOut)
+      chain = DAG();
+    else
+      keepLabelled(chain);
   });
   if (isObject(table)) keepLabelled(table);
   return kept;
