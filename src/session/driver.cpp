@@ -77,7 +77,9 @@ void resetTopLevel(std::jmp_buf& buffer) {
 void dropTables() {
   runHooks(HookMoment::throwAway);
   for (DAG* table : {&simpltab, &aliastab, &nametab, &strtab, &AllIniNames}) {
-    if (*table) release(*table, lengthOf(*table));
+    if (!*table) continue;
+    dropIndex(*table);
+    release(*table, lengthOf(*table));
     *table = DAG();
   }
 }

@@ -30,40 +30,6 @@ void forEachPair(DAG table, Visit visit) {
   });
 }
 
-// Removes the pairs that `isDead` names: the last pair in use takes the place of each. Gives the number
-// that is left.
-template <class IsDead>
-Word dropPairs(DAG chain, IsDead isDead) {
-  if (isFlat(chain)) {
-    Word left = 0;
-    const PairAddress end = lastPair(chain);
-    for (PairAddress pair = chain.word + 4; pair < end;) {
-      const bool used = pairKey(pair).word != 0;
-      if (used && isDead(pairKey(pair), pairValue(pair))) {
-        removePair(chain, pair);  // what moves here has its turn
-        continue;
-      }
-      left += used;
-      pair = nextPair(pair);
-    }
-    return left;
-  }
-  Word end = 1;
-  while (rawField(chain, end) != 0) end += 2;
-  for (Word i = 1; i < end;) {
-    if (!isDead(chain[i], chain[i + 1])) {
-      i += 2;
-      continue;
-    }
-    end -= 2;
-    chain[i] = chain[end];
-    chain[i + 1] = chain[end + 1];
-    chain[end] = DAG();
-    chain[end + 1] = DAG();
-  }
-  return (end - 1) / 2;
-}
-
 bool hasWeakOption(DAG procedure) {
   DAG options = procedure[3];
   if (!isObject(options) || !hasTag(options, EXPSEQ)) return false;
@@ -82,8 +48,10 @@ bool isAliveKey(DAG key) {
 }
 
 void sweepRememberTable(DAG table) {
+  dropIndex(table);
   forEachChain(table, [](DAG chain) {
-    dropPairs(chain, [](DAG key, DAG value) {
+    dropPairs(chain, [](PairAddress pair) {
+      const DAG key = pairKey(pair), value = pairValue(pair);
       if (!isAliveKey(key) || !isAliveOrPlain(value)) return true;
       mark(value);
       mark(key);
@@ -115,7 +83,7 @@ std::int64_t sweepWeakTable(DAG table, std::int64_t& words) {
     // The values lie all over the heap: their control words are under way before they are asked for.
     for (Word i = 2; i < lengthOf(chain); i += 2)
       __builtin_prefetch(reinterpret_cast<const void*>(std::uintptr_t{chain[i].word} - sizeof(Word)));
-    Word used = dropPairs(chain, [](DAG, DAG value) { return !isAliveOrPlain(value); });
+    Word used = dropPairs(chain, [](PairAddress pair) { return !isAliveOrPlain(pairValue(pair)); });
     kept += used;
     if (used == 0 && memoryRanOut)
       chain = DAG();
