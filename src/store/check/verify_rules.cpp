@@ -522,13 +522,10 @@ Word nextField(DAG s, Word i) {
       if (i == 0 && isKorelSparse(s)) return 1;
       return nextReferenceField(s, i);
     case HASH: {
-      // A key of 0 ends the pairs in use of a plain chain, and is a free place of a flat one.
-      for (Word next = nextReferenceField(s, i); next != 0; next = nextReferenceField(s, next)) {
-        Word keyField = next - ((next & 1) == 0 ? 1 : 0);
-        if (rawField(s, keyField) != 0) return next;
-        if (!isFlat(s)) break;
-      }
-      return 0;
+      // A key of 0 ends the pairs in use.
+      const Word next = nextReferenceField(s, i);
+      const Word keyField = next - ((next & 1) == 0 ? 1 : 0);
+      return next != 0 && rawField(s, keyField) != 0 ? next : 0;
     }
     case ZPPOLY:
       // The kinds of the first two say what the rest is; `checkComponent` has looked at them by now.
