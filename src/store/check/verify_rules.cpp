@@ -224,7 +224,10 @@ bool isChain(DAG x) { return is(x, HASH); }
 bool isNoSequence(DAG x) { return !isSequence(x); }
 bool isDefinition(DAG x) { return is(x, MODDEF); }
 bool isRememberTable(DAG x) { return x == null || isTable(x); }
-bool isNameOrNull(DAG x) { return x == null || isName(x); }
+// A definition inside a procedure is named by a variable of it.
+bool isDefinitionName(DAG x) {
+  return x == null || isName(x) || (kindOf(x) != NOTAG && frameReferenceTags.contains(kindOf(x)));
+}
 bool isSaveArgument(DAG x) { return isSequence(x) || isName(x) || isText(x); }
 bool isIndeterminate(DAG x) { return isName(x) || isSequence(x); }
 
@@ -323,7 +326,7 @@ constexpr KindRule kindRules[] = {
     {MODDEF, 7, always, isSequence, {"s=%p, s[7]=%p invalid MODDEF global sequence", showObjectWord}},
     {MODDEF, 8, always, isLexicalSequence,
      {"s=%p, s[8]=%p invalid MODDEF lexical sequence", showObjectWord}},
-    {MODDEF, 9, always, isNameOrNull, {"s=%p, s[9]=%p invalid MODDEF name", showObjectWord}},
+    {MODDEF, 9, always, isDefinitionName, {"s=%p, s[9]=%p invalid MODDEF name", showObjectWord}},
 
     {MODULE, 1, always, isSequence, {"s=%p, unexpected %s exports of MODULE", showObjectKind}},
     {MODULE, 2, always, isDefinition, {"s=%p, unexpected %s moddef of MODULE", showObjectKind}},
