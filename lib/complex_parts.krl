@@ -6,7 +6,7 @@
   description "simpl/signum(x): the sign -1, 0 or 1 of a real constant; FAIL for anything else";
   local coarse, fine;
   if type(x, numeric) then return `if`(x = 0, 0, `if`(type(x, negative), -1, 1)) end if;
-  if not type(x, constant) or type(x, relation) then return FAIL end if;
+  if not type(x, algebraic) then return FAIL end if;
   coarse := evalf(x, 20);
   if not type(coarse, float) then return FAIL end if;
   fine := evalf(x, 40);

@@ -7,9 +7,10 @@
   local t, best, rest, open, sign;
   best, rest, open := -wanted*infinity, table([]), 0;
   for t in a do
-    if t = 'undefined' or best = 'undefined' then best := 'undefined'; next end if;
+    # `undefined` isn't even equal to itself.
+    if type(t, identical(undefined)) then return t end if;
     if t = best or t = wanted*infinity then sign := wanted
-    elif t = -wanted*infinity or best = wanted*infinity and type(t, constant) then sign := -wanted
+    elif t = -wanted*infinity or best = wanted*infinity and `simpl/signum`(t) <> FAIL then sign := -wanted
     elif best = -wanted*infinity then sign := `if`(`simpl/signum`(t) = FAIL, FAIL, wanted)
     else sign := `simpl/signum`(t - best)
     end if;
