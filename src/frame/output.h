@@ -9,6 +9,7 @@
 #include <initializer_list>
 
 #include "frame/errors.h"
+#include "frame/streams.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -17,11 +18,13 @@ namespace korel {
 /// A STOP object, or a call of `quit`, `done` or `stop`, ends the run and does not return.
 DAG switch2(DAG x);
 /// The call `stream(arguments)` through `switch2`.
-DAG sendStream(const char* stream, std::initializer_list<DAG> arguments);
-/// Sends `text` on INTERFACE_CHAR.
+DAG sendStream(Stream stream, std::initializer_list<DAG> arguments);
+/// The call itself, with an EXPSEQ of arguments.
+DAG newStreamCall(Stream stream, DAG arguments);
+/// Sends `text` on the stream CHAR.
 void Msendprint(const char* text);
 int Msendflush();
-/// printf into a buffer of 1,024 bytes, sent on INTERFACE_CHAR.
+/// printf into a buffer of 1,024 bytes, sent on the stream CHAR.
 [[gnu::format(printf, 1, 2)]] void Printf2(const char* format, ...);
 
 /// The stream call that stands for a DEBUG record (its first field is the message code).
