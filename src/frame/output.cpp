@@ -1,10 +1,10 @@
 #include "frame/output.h"
 
-#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 
 #include "eval/simplify/simplify.h"
+#include "frame/interrupts.h"
 #include "session/driver_state.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
@@ -23,32 +23,8 @@ namespace korel {
 
 DriverState driver;
 
-namespace {
-/// What the client gave for the evaluation under way, or for the one that is about to begin or end.
-void* currentContext() { return driver.contexts[driver.depth > 0 ? driver.depth - 1 : 0]; }
-}  // namespace
-
 DAG callResultHandler(DAG x) {
   return driver.resultCB != nullptr ? driver.resultCB(currentContext(), x) : null;
-}
-
-// ---- interrupts
-
-std::uint8_t interruptCounter = 0;
-// Set when a question has been asked for, which a signal handler may do at any time.
-volatile std::sig_atomic_t pollWanted = 0;
-
-void pollInterruptSoon() { pollWanted = 1; }
-
-bool askForInterrupt() {
-  interruptCounter = 0;
-  pollWanted = 0;
-  return driver.interruptCB != nullptr && driver.interruptCB(currentContext()) != 0;
-}
-
-void jumpback() {
-  SpecialError = computationInterrupted;
-  KernelException("interrupted");
 }
 
 // ---- the streams

@@ -4,8 +4,6 @@
 // Output is a call of a named stream, INTERFACE_RESULT(value) and its kin, handed to whoever drives
 // the kernel by `switch2`; the driver's reply comes back. The kernel itself writes to no terminal.
 
-#include <csignal>
-#include <cstdint>
 #include <initializer_list>
 
 #include "frame/errors.h"
@@ -32,24 +30,6 @@ DAG DebugToNerin(DAG debug);
 /// Aliases in their short form, for output; and input the other way.
 DAG koreltonerin(DAG x);
 DAG nerintokorel(DAG x);
-
-/// Polls for an interrupt, once in 256 calls; true when evaluation must stop.
-bool askForInterrupt();
-extern std::uint8_t interruptCounter;
-extern volatile std::sig_atomic_t pollWanted;
-/// Asks when the counter has wrapped, or when a signal has asked for it.
-inline bool interruptIsDue() {
-  return ((interruptCounter == 0 || pollWanted != 0) && askForInterrupt()) ||
-         SpecialError == computationInterrupted;
-}
-inline bool TestInterrupt() {
-  ++interruptCounter;
-  return interruptIsDue();
-}
-/// Acts on an interrupt: raises "interrupted" as a special error.
-void jumpback();
-/// Makes the next `TestInterrupt` poll. A signal handler may call it.
-void pollInterruptSoon();
 
 /// The status report: words used, words held, CPU seconds and the collector's figures.
 void sendstatus();

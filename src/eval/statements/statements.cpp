@@ -13,7 +13,7 @@
 #include "eval/walk/has.h"
 #include "frame/errors.h"
 #include "frame/output.h"
-#include "frame/time_limit.h"
+#include "frame/interrupts.h"
 #include "library/library_calls.h"
 #include "library/save.h"
 #include "session/driver.h"

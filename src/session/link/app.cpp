@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 #include "frame/errors.h"
-#include "frame/output.h"
+#include "frame/interrupts.h"
 #include "frame/streams.h"
 #include "session/log.h"
 #include "session/statement_reader.h"
