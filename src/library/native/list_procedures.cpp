@@ -6,7 +6,7 @@
 #include "eval/simplify/unique_pairs.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "library/native/native.h"
 #include "numbers/integer/integer.h"
 #include "store/objects.h"
