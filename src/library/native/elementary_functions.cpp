@@ -10,8 +10,8 @@
 #include <utility>
 
 #include "frame/errors.h"
-#include "frame/long_operation.h"
-#include "frame/precision.h"
+#include "frame/interrupts.h"
+#include "frame/environment_block.h"
 #include "library/native/fixed_point.h"
 #include "library/native/native.h"
 #include "numbers/arithmetic.h"

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "frame/precision.h"
+#include "frame/environment_block.h"
 #include "numbers/arithmetic.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"

@@ -7,8 +7,8 @@
 
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
-#include "frame/precision.h"
+#include "frame/interrupts.h"
+#include "frame/environment_block.h"
 #include "library/native/fixed_point.h"
 #include "library/native/native.h"
 #include "numbers/integer/integer.h"

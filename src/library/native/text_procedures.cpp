@@ -8,7 +8,7 @@
 
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "library/native/native.h"
 #include "numbers/integer/integer.h"
 #include "store/long_string.h"
