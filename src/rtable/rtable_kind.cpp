@@ -21,9 +21,7 @@ DAG refuseOperand(DAG, std::int64_t) { notAvailable("op"); }
 std::int64_t refuseCount(DAG) { notAvailable("nops"); }
 std::int64_t refuseSize(DAG) { notAvailable("length"); }
 
-DAG refuseSubstitutionByPosition(DAG) {
-  KernelException("subsop cannot be used for rtables; use indexing instead");
-}
+DAG refuseSubstitutionByPosition(DAG) { KernelException("subsop cannot be used for rtables; use indexing instead"); }
 DAG refuseMap(const OperandWalk& walk, DAG) {
   bool mapping = walk.purpose == OperandWalk::mapping;
   KernelException(mapping ? "invalid map onto %1" : "invalid select from %1", naminstall("rtable"));
