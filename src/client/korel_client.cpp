@@ -6,10 +6,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/wait.h>
-#include <time.h>
 #include <unistd.h>
 
 #include "frame/environment.h"
@@ -22,8 +22,6 @@
 #include "store/names.h"
 #include "store/objects.h"
 #include "store/vocabulary.h"
-
-extern char** environ;
 
 namespace korel {
 
