@@ -16,6 +16,7 @@
 #include "library/search_path.h"
 #include "eval/types/type_match.h"
 #include "eval/types/types.h"
+#include "rtable/rtable_object.h"
 
 namespace korel {
 
@@ -30,6 +31,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeEvaluator},
     {HookMoment::initialised, initializeNative},
     {HookMoment::initialised, initializeLibrary},
+    {HookMoment::initialised, initializeRTables},
     {HookMoment::everyStatement, ResetDotMIO},
     {HookMoment::everyStatement, doubtDirectoryContents},
     {HookMoment::everyStatement, ResetSimplifier},

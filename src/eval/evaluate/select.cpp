@@ -58,6 +58,13 @@ DAG moduleMember(DAG module, DAG index, DAG* lastName) {
 
 bool isHiddenEntry(DAG value) { return isTag(value, PROC) || isTag(value, TABLE); }
 
+// Value of what stands in a container. Without `lastName` tables and procedures stay hidden behind the reference.
+DAG entryValue(DAG x, DAG entry, DAG index, DAG name, DAG* lastName) {
+  DAG value = eval(entry, lastName);
+  if (lastName == nullptr && isHiddenEntry(value) && isNameOrIndexed(name)) return simpl(withParts(x, name, index));
+  return value;
+}
+
 // Value of an entry of the TABLE `table`.
 DAG tableEntry(DAG x, DAG table, DAG index, DAG name, DAG* lastName) {
   auto reference = [&] { return simpl(withParts(x, name, index)); };
@@ -66,9 +73,14 @@ DAG tableEntry(DAG x, DAG table, DAG index, DAG name, DAG* lastName) {
   const DAG entry = found.value;
   if (entry == absent) return reference();
   if (found.byProcedure || isTag(x[1], LOCAL)) return entry;
-  DAG value = eval(entry, lastName);
-  if (lastName == nullptr && isHiddenEntry(value) && isNameOrIndexed(name)) return reference();
-  return value;
+  return entryValue(x, entry, index, name, lastName);
+}
+
+// Value of an element of an rtable; blocks are rtables, which are their own value.
+DAG elementValue(DAG x, DAG element, DAG index, DAG name, DAG* lastName) {
+  if (isImmediate(element) || isTag(element, RTABLE)) return element;
+  if (lastName != nullptr && isNameOrIndexed(name)) *lastName = simpl(withParts(x, name, index));
+  return isTag(x[1], LOCAL) ? simpl(mvalue(element)) : entryValue(x, element, index, name, lastName);
 }
 
 }  // namespace
@@ -207,7 +219,8 @@ DAG evalTableReference(DAG x, DAG* lastName) {
   DAG index = isSequence(x[2]) ? evaluatedSequence(x[2]) : simpl(eval(x[2]));
   if (hasTag(value, TABLE)) return tableEntry(x, value, index, base.name, lastName);
   if (auto select = kindOf(value).index)
-    if (DAG part = select(value, index)) return part;
+    if (DAG part = select(value, index))
+      return hasTag(value, RTABLE) ? elementValue(x, part, index, base.name, lastName) : part;
   return standingReference(x, base, index, lastName);
 }
 

@@ -16,6 +16,7 @@
 #include "frame/errors.h"
 #include "library/retrieve.h"
 #include "numbers/integer/integer.h"
+#include "rtable/rtable_kind.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/names.h"
@@ -135,6 +136,9 @@ void assignTableEntry(DAG t, DAG v) {
     case MODULE: return assignModuleMember(t, container, v);
     case LIST: return assignListMember(t, base, container, v);
     case ZPPOLY: KernelException("cannot assign to a zppoly index");
+    case RTABLE:
+      if (removal) refuseUnassignment(container);
+      return korelindex(index, base, container, v);
     default:
       if (!removal) korelindex(index, base, container, v);
       else if (isName(container)) assign(container, maketable(DAG(), null));
