@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "eval/simplify/simplify.h"
+#include "eval/statements/boolean.h"
 #include "eval/statements/statements.h"
 #include "eval/structure/equality.h"
 #include "eval/structure/kinds.h"
@@ -79,7 +80,8 @@ bool hasSameDimensions(DAG a, DAG b) {
 bool areEqualElements(DAG a, DAG b) {
   if (a == b) return true;
   if (!a || !b) return false;
-  return isNumber(a) && isNumber(b) ? korel::EqualEntries(a, b) : korel::Equal(a, b);
+  if (isNumber(a) && isNumber(b)) return evalbool(simpl(new3(EQUATION, a, b))) == ini("true");
+  return Equal(a, b);
 }
 
 bool hasEqualEntries(DAG a, DAG b) {
