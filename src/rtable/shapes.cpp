@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
 #include "eval/statements/boolean.h"
 #include "frame/errors.h"
@@ -201,12 +202,19 @@ void assignAntisymmetric(Access& a, DAG value) {
   if (onDiagonal(a) && !isZeroValue(value)) KernelException("attempt to assign non-zero to antisymmetric diagonal");
   assignSymmetric<negated>(a, value);
 }
+// The number that `x` is known to be, or 0: a symbol may be anything.
+DAG knownNumber(DAG x) {
+  if (!isNumber(x)) x = simpl(evalf(x));
+  return isNumber(x) ? x : DAG();
+}
 void assignHermitian(Access& a, DAG value) {
-  if (onDiagonal(a) && !cxIsReal(value)) KernelException("diagonal of a Hermitian Matrix must be real");
+  DAG number = onDiagonal(a) ? knownNumber(value) : cons0;
+  if (!number || !cxIsReal(number)) KernelException("diagonal of a Hermitian Matrix must be real");
   assignSymmetric<conjugated>(a, value);
 }
 void assignAntihermitian(Access& a, DAG value) {
-  if (onDiagonal(a) && !isZeroValue(simpl(cxRealPart(value))))
+  DAG number = onDiagonal(a) ? knownNumber(value) : cons0;
+  if (!number || !isZeroValue(simpl(cxRealPart(number))))
     KernelException("diagonal of an anti-Hermitian Matrix must be zero or purely imaginary");
   assignSymmetric<negatedConjugate>(a, value);
 }
