@@ -140,6 +140,33 @@ bool IsHFArrayRTable(DAG x) {
          functionCount(x) == 0;
 }
 
+namespace {
+
+bool readIntegers(DAG r, const DAG* index, Word n, std::int32_t* numbers) {
+  if (n != dimensionsOf(r)) return false;
+  for (Word k = 0; k < n; ++k) {
+    if (!isImmediate(index[k])) return false;
+    numbers[k] = immediateValue(index[k]);
+    if (numbers[k] < lowerBound(r, k) || numbers[k] > upperBound(r, k)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+DAG elementAtIntegers(DAG r, const DAG* index, Word n) {
+  std::int32_t numbers[maxDimensions];
+  return functionCount(r) == 0 && readIntegers(r, index, n, numbers) ? selectElement(r, numbers) : DAG();
+}
+
+// Numbers, strings and names hold no rtable: nothing is recursive.
+bool storeAtInteger(DAG r, DAG index, DAG value) {
+  std::int32_t number;
+  if (rtableFlag(r, rtableReadOnly) != 0 || !readIntegers(r, &index, 1, &number)) return false;
+  assignElement(r, &number, value);
+  return true;
+}
+
 void refuseUnassignment(DAG rtable) { KernelException("%1 elements cannot be unassigned", subtypeWord(rtable)); }
 
 }  // namespace korel

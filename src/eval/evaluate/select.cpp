@@ -16,6 +16,7 @@
 #include "store/copy_on_change.h"
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
+#include "rtable/rtable_kind.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/hash.h"
@@ -191,6 +192,25 @@ DAG plainEntry(DAG x, const Base& base, DAG* lastName) {
   return tableEntry(x, base.value, key == x[2][1] ? x[2] : singleSequence(key), base.name, lastName);
 }
 
+// The evaluated index into an rtable; where integers tell an element that is its own value, that element instead, and
+// no sequence of the index is made. Who wants the name of the element gets the index.
+struct Place {
+  DAG index, element;
+};
+constexpr TagSet ownValueTags = realTags | TagSet{STRING};
+Place placeIn(DAG rtable, DAG index, bool wantsName) {
+  constexpr Word mostIndices = 3;
+  const Word n = isSequence(index) ? lengthOf(index) - 1 : 0;
+  if (n == 0 || n > mostIndices) return {isSequence(index) ? evaluatedSequence(index) : simpl(eval(index)), DAG()};
+  DAG values[mostIndices];
+  for (Word k = 0; k < n; ++k) values[k] = simpl(evalOperand(index[k + 1]));
+  DAG element = wantsName ? DAG() : elementAtIntegers(rtable, values, n);
+  if (element && (isImmediate(element) || isAmong(element, ownValueTags))) return {DAG(), element};
+  DAG evaluated = newl2(n + 1, EXPSEQ);
+  for (Word k = 0; k < n; ++k) evaluated[k + 1] = values[k];
+  return {simpl(evaluated), DAG()};
+}
+
 // A reference to what nothing is selected from.
 DAG standingReference(DAG x, const Base& base, DAG index, DAG* lastName) {
   const bool named = isNameOrIndexed(base.name);
@@ -216,7 +236,14 @@ DAG evalTableReference(DAG x, DAG* lastName) {
       break;
     default: break;
   }
-  DAG index = isSequence(x[2]) ? evaluatedSequence(x[2]) : simpl(eval(x[2]));
+  DAG index;
+  if (hasTag(value, RTABLE)) {
+    const Place place = placeIn(value, x[2], lastName != nullptr);
+    if (place.element) return place.element;
+    index = place.index;
+  } else {
+    index = isSequence(x[2]) ? evaluatedSequence(x[2]) : simpl(eval(x[2]));
+  }
   if (hasTag(value, TABLE)) return tableEntry(x, value, index, base.name, lastName);
   if (auto select = kindOf(value).index)
     if (DAG part = select(value, index))

@@ -208,6 +208,8 @@ bool assignPlainEntry(DAG target, DAG v) {
   if (name[2] == null && isTag(table, TABLE) && !(single && isTag(key, EXPSEQ))) {
     if (table[tableFunction] == null) storeDirectly(key, table, v);
     else assignEntry(single ? singleSequence(key) : key, name, table, v);
+  } else if (name[2] == null && single && isTag(table, RTABLE) && storeAtInteger(table, key, v)) {
+    return true;
   } else {
     assign(simpl(new3(TABLEREF, name, single ? singleSequence(key) : key)), v);
   }
