@@ -41,14 +41,14 @@ program:
 
 test:
 	@tools/packages.sh $(NEEDED) $(TESTING)
-	@tools/packages.sh --optional libedit-dev $(REFERENCES)
+	@tools/packages.sh --optional libedit-dev python3 $(REFERENCES)
 	@cmake --preset release </dev/null
 	@cmake --build --preset release </dev/null
 	@ctest --preset release -j $(JOBS) </dev/null
 
 sanitize:
 	@tools/packages.sh $(NEEDED) $(TESTING)
-	@tools/packages.sh --optional libedit-dev $(REFERENCES)
+	@tools/packages.sh --optional libedit-dev python3 $(REFERENCES)
 	@cmake --preset debug </dev/null
 	@cmake --build --preset debug </dev/null
 	@ctest --preset debug -j $(JOBS) </dev/null

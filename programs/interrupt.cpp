@@ -1,18 +1,26 @@
 #include "interrupt.h"
 
 #include <poll.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
 
 #include "frame/output.h"
+#include "line_editor.h"
+#include "session/driver.h"
+#include "terminal.h"
 
 namespace korel {
 
 namespace {
 volatile std::sig_atomic_t pending = 0;
-void mark(int) {
-  pending = 1;
+volatile std::sig_atomic_t ended = 0;  // asked to end, by SIGTERM
+
+void mark(int signal) {
+  // Asked twice, since the program waits for something else than a line.
+  if (signal == SIGTERM && ended != 0) _exit(0);
+  (signal == SIGTERM ? ended : pending) = 1;
   // A slow statement is followed by few others: the next one asks.
   pollInterruptSoon();
 }
@@ -24,23 +32,30 @@ void catchInterrupts() {
   sigemptyset(&action.sa_mask);
   action.sa_flags = 0;  // no restart: whoever waits for input has to learn of it
   sigaction(SIGINT, &action, nullptr);
+  sigaction(SIGTERM, &action, nullptr);
 }
 
 bool waitForInput(int descriptor) {
   sigset_t interrupts, outside;
   sigemptyset(&interrupts);
   sigaddset(&interrupts, SIGINT);
+  sigaddset(&interrupts, SIGTERM);
   sigprocmask(SIG_BLOCK, &interrupts, &outside);
   bool interrupted = false;
   pollfd input = {descriptor, POLLIN, 0};
   while (!(interrupted = takeInterrupt()))
-    // The signal is let in for the time of the wait alone.
+    // The signals are let in for the time of the wait alone.
     if (ppoll(&input, 1, nullptr, &outside) >= 0 || errno != EINTR) break;
   sigprocmask(SIG_SETMASK, &outside, nullptr);
   return !interrupted;
 }
 
 bool takeInterrupt() {
+  if (ended != 0) {
+    endEditing();
+    closeStatements();
+    Exit(0);
+  }
   bool came = pending != 0;
   pending = 0;
   return came;

@@ -1,14 +1,16 @@
 #pragma once
-// Ctrl-C: the signal leaves a mark, which the running statement or the reader of a line takes.
+// Signals leave a mark, which the running statement or the reader of a line takes: Ctrl-C ends the statement, and
+// SIGTERM the program.
 
 namespace korel {
 
-/// From now on an interrupt leaves a mark, and cuts short a read that waits.
+/// From now on the signals leave marks, and cuts short a read that waits.
 void catchInterrupts();
 /// Waits until there is something to read. False, and the mark taken away, when an interrupt came
-/// first: none slips in between the look at the mark and the wait.
+/// first: no signal slips in between the look at the mark and the wait.
 bool waitForInput(int descriptor);
-/// True when an interrupt has come since the last call; takes the mark away.
+/// True when an interrupt has come since the last call; takes the mark away. Does not return when the program has
+/// been asked to end.
 bool takeInterrupt();
 
 }  // namespace korel

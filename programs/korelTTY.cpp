@@ -1,4 +1,5 @@
-// The terminal program: the kernel in one process with a person, a pipe or a file.
+// The terminal program: the kernel in one process with a person, a pipe or a file; with `--kernel` in a process of
+// its own.
 //
 // It reads the command line, then statement after statement until the input ends or one of them
 // stops the kernel. What the kernel has to say comes back through the result handler (render.h);
@@ -7,6 +8,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -18,6 +20,7 @@
 #include "session/statement_reader.h"
 #include "interrupt.h"
 #include "library_directory.h"
+#include "remote_kernel.h"
 #include "render.h"
 #include "store/objects.h"
 #include "terminal.h"
@@ -32,6 +35,7 @@ constexpr int startFailed = 1;
 constexpr int operandFailed = 2;
 constexpr int interruptedRun = 130;  // as a shell reports a run that was ended by Ctrl-C
 
+bool isRemote = false;          // the kernel has a process of its own
 bool stopsAtInterrupt = false;  // a file's statements end with the one that was interrupted
 bool wasInterrupted = false;
 
@@ -50,11 +54,23 @@ bool answersAtOnce(int argc, char** argv) {
     }
     if (std::strcmp(argv[i], "--help") == 0) {
       std::printf(
-          "Usage: korelTTY [switches] [file]\n"
-          "Runs the statements of the file, or those of standard input.\n\n%s",
+          "Usage: korelTTY [--kernel] [switches] [file]\n"
+          "Runs the statements of the file, or those of standard input; with --kernel in a process of their own,\n"
+          "whose death the session outlives.\n\n%s",
           switchTable());
       return true;
     }
+  }
+  return false;
+}
+
+/// Takes `--kernel` out of the switches; true when it was there.
+bool takeKernelSwitch(int& argc, char** argv) {
+  for (int i = 1; i < argc && std::strcmp(argv[i], "--") != 0; ++i) {
+    if (std::strcmp(argv[i], "--kernel") != 0) continue;
+    std::copy(argv + i + 1, argv + argc + 1, argv + i);
+    --argc;
+    return true;
   }
   return false;
 }
@@ -89,18 +105,21 @@ void takeScreenSize() {
   if (size.ws_row > 0) defaultNerinVariables.screenheight = size.ws_row;
 }
 
+void evaluate(DAG statement, int showResults) {
+  if (isRemote) evaluateRemotely(statement, showResults);
+  else EvaluateDAG(statement, answerMessage, interruptPending, showResults, 0, nullptr);
+}
+bool isStopped(int& status) { return isRemote ? remoteKernelStopped(status) : kernelStopped(status); }
+
 /// Runs statement after statement; the exit status.
 int runSession() {
   int status = 0;
-  // The banner and the start files come before the first statement is read.
-  EvaluateDAG(DAG(), answerMessage, interruptPending, 1, 0, nullptr);
-  while (!kernelStopped(status)) {
+  while (!isStopped(status)) {
     wasInterrupted = false;
     DAG statement = ReadStatement(doparse, answerMessage, interruptPending, nullptr);
     bool ended = isObject(statement) && hasTag(statement, CONTROL);
     if (ended) statement = new1(STOP);  // the end of the input stops the kernel as `quit` does
-    EvaluateDAG(statement, answerMessage, interruptPending, defaultNerinVariables.display, 0,
-                nullptr);
+    evaluate(statement, defaultNerinVariables.display);
     if (!wasInterrupted) continue;
     if (stopsAtInterrupt) return interruptedRun;
     takeInterrupt();  // asked for more than once
@@ -114,9 +133,13 @@ int runSession() {
 
 int main(int argc, char** argv) {
   if (answersAtOnce(argc, argv)) return 0;
+  isRemote = takeKernelSwitch(argc, argv);
+  Args arguments, kernelArguments;
+  if (isRemote) divideArguments(argc, argv, arguments, kernelArguments);
+  else arguments = Args(argc, argv);
   const char* operand;
   int operandCount;
-  if (const char* message = startKernel(argc, argv, operand, operandCount)) {
+  if (const char* message = startKernel(arguments.count(), arguments.vector(), operand, operandCount)) {
     std::fprintf(stderr, "%s\n", message);
     return startFailed;
   }
@@ -134,7 +157,14 @@ int main(int argc, char** argv) {
   if (isatty(STDOUT_FILENO)) takeScreenSize();
   setTerminalSource(nextStatementLine);
   InstallDoParseHook(beginStatement);
+  // The banner and the start files come before the first statement is read.
+  if (const char* message = isRemote ? openRemoteKernel(kernelArguments, interruptPending) : nullptr) {
+    std::fprintf(stderr, "%s\n", message);
+    Exit(startFailed);
+  }
+  if (!isRemote) EvaluateDAG(DAG(), answerMessage, interruptPending, 1, 0, nullptr);
   int status = runSession();
+  if (isRemote) closeRemoteKernel();
   closeStatements();
   Exit(status);
 }

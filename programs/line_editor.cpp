@@ -166,11 +166,17 @@ LineStatus editLine(const char* prompt, const char*& text, std::size_t& length) 
   return status;
 }
 
+void endEditing() {
+  if (editor != nullptr) el_set(editor, EL_PREP_TERM, 0);
+}
+
 #else
 
 LineStatus editLine(const char* prompt, const char*& text, std::size_t& length) {
   return plainLine(prompt, text, length);
 }
+
+void endEditing() {}
 
 #endif
 

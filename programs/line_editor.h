@@ -18,6 +18,9 @@ enum class LineStatus {
 /// Shows `prompt` and reads a line. `text` stays valid until the next call.
 LineStatus editLine(const char* prompt, const char*& text, std::size_t& length);
 
+/// The program ends, maybe within a line: the terminal is as it was.
+void endEditing();
+
 /// Reads a line without editing and history: what a running program asks its user for.
 LineStatus plainLine(const char* prompt, const char*& text, std::size_t& length);
 

@@ -17,6 +17,7 @@ is_there() {
     clang)               command -v clang++ ;;
     clang-format)        command -v clang-format ;;
     clang-tidy)          command -v clang-tidy ;;
+    python3)             command -v python3 ;;
     libedit-dev)         has_header histedit.h ;;
     libgtest-dev)        has_header gtest/gtest.h ;;
     librapidcheck-dev)   has_header rapidcheck.h ;;

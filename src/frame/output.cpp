@@ -116,6 +116,8 @@ DAG sendStreamCall(DAG x) {
       if (!driver.resultsWanted) return null;
       refuseHiddenRedirection(arguments);
       arguments = asSequence(prtprepro(arguments, DisplayOf::result));
+      // A sequence goes as its members.
+      if (lengthOf(arguments) == 2 && isSequence(arguments[1])) arguments = arguments[1];
       break;
     case Preparation::set:
       setinterface(arguments, defaultNerinVariables);

@@ -1,5 +1,7 @@
 #include "library/save.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstring>
 #include <vector>
@@ -9,10 +11,9 @@
 #include "eval/simplify/simplify.h"
 #include "eval/evaluate/name_lists.h"
 #include "eval/walk/has.h"
+#include "library/archive/replaced_file.h"
 #include "library/records/record_file.h"
 #include "library/repository/repository.h"
-#include "session/driver.h"
-#include "store/vocabulary.h"
 #include "frame/errors.h"
 #include "session/driver.h"
 #include "store/constants.h"
@@ -69,6 +70,41 @@ DAG BuildRequiredNameSeq(DAG name) {
   return simpl(names);
 }
 
+// ---- what a file of records can't keep
+
+namespace {
+
+// A local of a procedure or module that has a value: in a file it is its text alone, a global name.
+bool isLost(DAG x) {
+  if (!isName(x) || (!x[1] && (controlWord(x) & deferredBit) == 0)) return false;
+  PairAddress pair = srchname(textOf(x));
+  return pair == notFound || pairValue(pair) != x;
+}
+
+void enterPart(DAG x) {
+  if (!isImmediate(x) && entered.insert(x.word, 0) == WordMap::added) waiting.push_back(x);
+}
+
+// The locals that the values of `names` hold, for what sharing them would be lost.
+DAG lostNames(DAG names) {
+  waiting.clear();
+  required.clear();
+  for (Word i = 1; i < lengthOf(names); ++i)
+    if (isName(names[i]) && names[i][1]) enterPart(names[i][1]);
+  while (!waiting.empty()) {
+    DAG object = waiting.back();
+    waiting.pop_back();
+    if (isLost(object)) required.push_back(object);
+    if (!isName(object)) forEachPart(object, enterPart);
+  }
+  entered.clear();
+  DAG lost = newl2(static_cast<Word>(required.size() + 1), EXPSEQ);
+  for (std::size_t i = 0; i < required.size(); ++i) lost[static_cast<Word>(i + 1)] = required[i];
+  return lost;
+}
+
+}  // namespace
+
 // ---- assignments as text
 
 namespace {
@@ -76,7 +112,16 @@ namespace {
 constexpr int sourceWidth = 79;
 
 void writeCharacter(void* stream, int c) { std::fputc(c, static_cast<std::FILE*>(stream)); }
-void closeStream(const char*) { std::fclose(reinterpret_cast<std::FILE*>(errorProcParam)); }
+// The file while it is written; an error leaves the old one as it was.
+struct SourceFile {
+  ReplacedFile file;
+  std::FILE* stream = nullptr;
+};
+void abandonSource(const char*) {
+  auto& source = *reinterpret_cast<SourceFile*>(errorProcParam);
+  std::fclose(source.stream);
+  abandonReplaced(source.file);
+}
 
 void checkEntry(DAG name) {
   if (!isName(name)) KernelException("save can only save names");
@@ -102,14 +147,23 @@ void writeAssignments(std::FILE* stream, DAG names) {
 }  // namespace
 
 void WriteSourceFile(DAG file, DAG names) {
-  std::FILE* stream = std::fopen(textOf(file), "w");
-  if (stream == nullptr) KernelException("could not save into `%1`", file);
-  PushParamErrorProc(closeStream, stream);
-  writeAssignments(stream, names);
+  SourceFile source;
+  if (!openReplaced(source.file, textOf(file))) KernelException("could not save into `%1`", file);
+  source.stream = ::fdopen(::dup(source.file.descriptor), "w");
+  if (source.stream == nullptr) {
+    abandonReplaced(source.file);
+    KernelException("could not save into `%1`", file);
+  }
+  PushParamErrorProc(abandonSource, &source);
+  writeAssignments(source.stream, names);
   PopErrorProc();
-  bool failed = std::ferror(stream) != 0;
-  if (std::fclose(stream) != 0) KernelException("could not close file");
-  if (failed) KernelException("could not save into `%1`", file);
+  const bool failed = std::ferror(source.stream) != 0;
+  if (std::fclose(source.stream) != 0 || failed) {
+    abandonReplaced(source.file);
+    if (!failed) KernelException("could not close file");
+    KernelException("could not save into `%1`", file);
+  }
+  if (!commitReplaced(source.file)) KernelException("could not close file");
 }
 
 // ---- the statement
@@ -146,8 +200,14 @@ DAG saveStatement(DAG s) {
   DAG names = n == 2 ? assignedNames() : namesToSave(operands);
   if (SaveInRepository(names, memberCount(names), file)) return null;
   for (Word i = 1; i < lengthOf(names); ++i) checkEntry(names[i]);
-  if (inRecords) WriteDotMFile(path, names, nullptr);
-  else WriteSourceFile(file, names);
+  if (!inRecords) {
+    WriteSourceFile(file, names);
+    return null;
+  }
+  DAG lost = lostNames(names);
+  WriteDotMFile(path, names, nullptr);
+  for (Word i = 1; i < lengthOf(lost); ++i)
+    KernelWarning(2, "the local name `%1` will be a global name in `%2`", lost[i], file);
   return null;
 }
 

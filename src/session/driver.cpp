@@ -77,7 +77,9 @@ void resetTopLevel(std::jmp_buf& buffer) {
 void dropTables() {
   runHooks(HookMoment::throwAway);
   for (DAG* table : {&simpltab, &aliastab, &nametab, &strtab, &AllIniNames}) {
-    if (*table) release(*table, lengthOf(*table));
+    if (!*table) continue;
+    dropIndex(*table);
+    release(*table, lengthOf(*table));
     *table = DAG();
   }
 }
@@ -363,7 +365,7 @@ DAG runOutermost(const Task& task, ResultHandler resultCB, InterruptHandler inte
     runHooks(HookMoment::everyStatement);
     driver.resultsWanted = task.show;
     result = runInFrame(driver.topLevel, task);
-    if (isMemoryReserveSpent()) collectBetweenStatements();
+    if (memoryRanOut) collectBetweenStatements();
     if (task.reader == nullptr) callResultHandler(newCall(naminstall("INTERFACE_DONE"), {}));
   }
   // Between statements an error has nowhere to go.

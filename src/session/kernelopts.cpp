@@ -66,7 +66,7 @@ void setgcfreq(DAG value) {
   // A word in the layout that `gcfreq` reports, so that its bound is one.
   std::int64_t between = 3 * words / (2042 - 2 * gcgen) + 1;
   if (between < 0 || 3 * words > INT32_MAX) userror("integer too large in context");
-  incrgc = words;
+  setCollectionInterval(words);
   incrgen = between;
   demandCollection();
 }

@@ -14,6 +14,7 @@
 #include "session/interface.h"
 #include "library/search_path.h"
 #include "session/resource_limits.h"
+#include "store/collect/collector.h"
 #include "store/generations.h"
 
 namespace korel {
@@ -77,7 +78,8 @@ const char* setLibraries(const char* list) {
 const char* setCollection(const char* text) {
   long words;
   if (!numberIn(text, 1, 99999999, words)) return "korel: gc increment out of range";
-  nextgc = incrgc = words;
+  setCollectionInterval(words);
+  nextgc = words;
   incrgen = 3 * words / 2048;
   return nullptr;
 }
@@ -110,17 +112,23 @@ constexpr LimitPosition limitPositions[] = {
 };
 
 const char* setLimits(const char* text) {
+  constexpr const char* badLimit = "korel: test limits must be nonnegative integers";
   int entries = 1;
   for (const char* at = text; *at != '\0'; ++at) entries += *at == ',';
   if (entries > static_cast<int>(std::size(limitPositions)))
     return "korel: too many arguments for test limit";
   for (const LimitPosition& position : limitPositions) {
-    long value = std::strtol(text, nullptr, 10);
+    const std::size_t length = std::strcspn(text, ",");
+    char entry[24] = "0";  // an empty one sets no limit
+    if (length >= sizeof entry) return badLimit;
+    if (length != 0) std::sprintf(entry, "%.*s", static_cast<int>(length), text);
+    long value;
+    if (!numberIn(entry, 0, LONG_MAX / position.unit, value)) return badLimit;
     if (value != 0) {
       if (position.message != nullptr && value < position.least) return position.message;
       setProcessLimit(position.limit, value * position.unit);
     }
-    text += std::strcspn(text, ",");
+    text += length;
     if (*text == '\0') break;
     ++text;
   }
@@ -174,10 +182,10 @@ constexpr OptionRow optionRows[] = {
      }},
     {'z', [](const char*) { return keepFlag(secureMode); }},
 };
-// -D, -F, -I, -l, -P and -U are taken and left to the program around the kernel.
-constexpr const char* optionLetters = "aA:b:c:D:e:Fg:I:i:L:l:PqsT:tU:w:z";
-
 }  // namespace
+
+// -D, -F, -I, -l, -P and -U are taken and left to the program around the kernel.
+const char* const optionLetters = "aA:b:c:D:e:Fg:I:i:L:l:PqsT:tU:w:z";
 
 const char* findLibrary() {
   const char* home = std::getenv("KOREL");

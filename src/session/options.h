@@ -13,6 +13,9 @@ const char* findLibrary();
 /// of the one that failed. A directory that does not exist raises an error.
 const char* readOptions(int argc, char** argv);
 
+/// The switches as `mgetopt` takes them: letters, those with a value followed by a colon.
+extern const char* const optionLetters;
+
 /// What `-c` and `-i` gave, in order.
 struct StartEntry {
   const char* text;

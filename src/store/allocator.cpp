@@ -25,6 +25,7 @@ std::int64_t totgcs = 0;
 bool InExternalCall = false;
 bool foreignDAG = false;
 bool debuggingFreeLists = false;
+bool memoryRanOut = false;
 
 namespace {
 
@@ -113,6 +114,7 @@ Word newChunk(Word n) {
 
 // The report of the error takes memory, for which the reserve is given up.
 [[noreturn]] void runOutOfMemory() {
+  memoryRanOut = true;
   if (memoryReserve) {
     DisposeProtected(std::exchange(memoryReserve, DAG()));
     notimpl("ran out of memory");
@@ -127,7 +129,6 @@ void keepMemoryReserve() {
   constexpr Word reserveWords = 1 << 15;
   if (!memoryReserve) memoryReserve = newForeign(reserveWords);
 }
-bool isMemoryReserveSpent() { return !memoryReserve; }
 
 Word getLargeSpace(Word n) {
   if (n > maxFreeSize) {

@@ -75,8 +75,8 @@ inline void release(DAG s, Word n) { release_space(s.word - 4, std::int64_t{n} +
 
 /// Holds words back, as far as there are any, for the report that memory has run out.
 void keepMemoryReserve();
-/// Whether they have been given up: what is garbage is to be collected before anything else is made.
-bool isMemoryReserveSpent();
+/// Memory has run out, and no collection between statements has followed yet.
+extern bool memoryRanOut;
 
 /// Prints the free lists through the debug output when the debugging flag is set.
 void ShowFreeLists();

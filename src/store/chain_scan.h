@@ -1,5 +1,5 @@
 #pragma once
-// The scan of a plain chain for a key, a cache line at a time.
+// The scan of a chain for a key, a cache line at a time.
 //
 // Each object that is simplified and each string that is made costs one such scan, of a chain that is rarely in
 // the nearest cache. Where in the line the key stands is not to be foreseen: a loop over the pairs would leave
@@ -17,7 +17,7 @@
 
 namespace korel {
 
-/// The first pair from `pair` on whose key is `key`, or the empty one that ends the chain. Not for flat chains.
+/// The first pair from `pair` on whose key is `key`, or the empty one that ends the chain.
 /// The line that holds the end is read beyond it.
 inline PairAddress scanChain(PairAddress pair, Word key) {
 #if defined(__SSE2__)
@@ -42,7 +42,7 @@ inline PairAddress scanChain(PairAddress pair, Word key) {
 #endif
 }
 
-/// The first pair of the plain `chain` with this key and a value that `matches`, since different values may share
+/// The first pair of `chain` with this key and a value that `matches`, since different values may share
 /// a key; else the empty pair that ends the chain.
 template <class Matches>
 inline PairAddress findInChain(DAG chain, Word key, Matches matches) {

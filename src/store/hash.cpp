@@ -9,19 +9,6 @@ namespace korel {
 namespace {
 
 constexpr Word newChainLength = 7;  // three pairs, the last of them always empty
-// A plain chain of this length becomes flat; up to it, a scan stays within a few cache lines.
-constexpr Word longChainLength = 61;
-constexpr Word labelMask = ~((Word{1} << generationShift) - 1);
-
-DAG& chainOf(Word k, DAG table) { return table[bucketIndex(k, lengthOf(table))]; }
-PairAddress firstPair(DAG chain) { return chain.word + 4; }
-
-// The first free place for key `k`; with `replace`, or the place of that key.
-PairAddress placeFor(Word k, DAG chain, bool replace) {
-  PairAddress pair = firstProbe(k, chain);
-  while (pairKey(pair).word != 0 && !(replace && pairKey(pair).word == k)) pair = nextPair(pair);
-  return pair;
-}
 
 DAG newChain(Word k, DAG value, DAG table) {
   DAG chain = newl4(newChainLength, HASH, DAG(k), value);
@@ -37,92 +24,65 @@ bool visitPairs(DAG table, Visit visit) {
   return true;
 }
 
-// ---- room for more pairs
-
-// How many pairs a flat chain holds.
-Word flatCount(DAG chain) { return static_cast<Word>(immediateValue(pairValue(lastPair(chain)))); }
-void setFlatCount(DAG chain, Word count) {
-  pairValue(lastPair(chain)) = immediate(static_cast<std::int32_t>(count));
-}
-
-// The pairs of `chain`, which is given back, in a flat chain with places for `pairs`.
-DAG flattened(DAG chain, Word pairs) {
-  for (;; pairs *= 2) {
-    if (pairs >= (maxLength >> 1)) pairs = (maxLength >> 1) - 1;
-    DAG flat = newl2(2 * pairs + 1, HASH);
-    controlWord(flat) = (controlWord(chain) & labelMask) | (controlWord(chain) & protectedBit);
-    Word count = 0;
-    bool fits = visitChain(chain, [flat, &count](PairAddress pair) {
-      PairAddress place = placeFor(pairKey(pair).word, flat, false);
-      if (place == lastPair(flat)) return false;
-      ++count;
-      pairKey(place) = pairKey(pair);
-      pairValue(place) = pairValue(pair);
-      return true;
-    });
-    if (fits) {
-      setFlatCount(flat, count);
-      release(chain, lengthOf(chain));
-      return flat;
-    }
-    // Many keys with one home: a larger chain has a longer end.
-    release(flat, lengthOf(flat));
-  }
-}
-
-// A plain chain grows by about a fifth, and at least by five pairs.
-void growChain(DAG& chain, DAG table) {
-  const bool rawKeys = (controlWord(table) & tableBit) != 0;
-  if (!rawKeys && lengthOf(chain) >= longChainLength) {
-    chain = flattened(chain, (flatLength - 1) / 2);
-    return;
-  }
+// By about a fifth, and at least by five pairs.
+void growChain(DAG table, Word bucket) {
+  DAG& chain = table[bucket];
+  const bool wasLong = isLongChain(chain);
   chain = enlarge(chain, 2 * (lengthOf(chain) / 10) + 10);
   controlWord(chain) |= controlWord(table) & tableBit;
+  if (!wasLong && isLongChain(chain)) indexChain(table, bucket);
 }
 
-// Puts a pair into a flat chain. At most half of the places are in use, lest scans grow long, and never
-// the last, where they end.
-PairAddress insertFlat(Word k, DAG value, DAG& chain, bool replace) {
-  for (;;) {
-    PairAddress place = placeFor(k, chain, replace);
-    const bool isNew = pairKey(place).word == 0;
-    const Word count = flatCount(chain), pairs = (lengthOf(chain) - 1) / 2;
-    if (!isNew || (place != lastPair(chain) && 2 * count < pairs)) {
-      if (isNew) setFlatCount(chain, count + 1);
-      pairKey(place) = DAG(k);
-      pairValue(place) = value;
-      return place;
-    }
-    chain = flattened(chain, 2 * pairs);
-  }
+bool isNextToLastInUse(DAG table, Word bucket) {
+  const DAG chain = table[bucket];
+  const Word nextToLast = lengthOf(chain) - 4;
+  // The index spares a look at a far line (bench/collections.sh, "table stores").
+  return isLongChain(chain) ? placeOfEnd(table, bucket) > nextToLast : rawField(chain, nextToLast) != 0;
+}
+
+// The first free pair.
+PairAddress chainEnd(DAG table, Word bucket) {
+  const DAG chain = table[bucket];
+  if (isLongChain(chain)) return pairAt(chain, placeOfEnd(table, bucket));
+  PairAddress pair = firstPair(chain);
+  while (pairKey(pair).word != 0) pair = nextPair(pair);
+  return pair;
 }
 
 PairAddress insertPair(Word k, DAG value, DAG table, bool replace) {
-  DAG& chain = chainOf(k, table);
+  const Word bucket = bucketIndex(k, lengthOf(table));
+  DAG& chain = table[bucket];
   if (!chain) {
     chain = newChain(k, value, table);
     return firstPair(chain);
   }
   // Scanning needs no test for the end as long as the last pair is empty.
-  if (!isFlat(chain) && chain[static_cast<std::int64_t>(lengthOf(chain)) - 4].word != 0)
-    growChain(chain, table);
-  if (isFlat(chain)) return insertFlat(k, value, chain, replace);
-  PairAddress pair = placeFor(k, chain, replace);
+  if (isNextToLastInUse(table, bucket)) growChain(table, bucket);
+  PairAddress pair;
+  if (!isLongChain(chain)) {
+    pair = replace ? searchBucket(k, table, bucket) : chainEnd(table, bucket);
+  } else if (replace) {
+    pair = pairAt(chain, placeForKey(table, bucket, k));
+  } else {
+    pair = chainEnd(table, bucket);
+    indexNewPair(table, bucket, k);
+  }
   pairKey(pair) = DAG(k);
   pairValue(pair) = value;
   return pair;
 }
 
-bool holdsPair(DAG chain, DAG key, DAG value) {
-  if (!chain) return false;
-  for (PairAddress pair = firstProbe(key.word, chain); pairKey(pair).word != 0; pair = nextPair(pair))
+bool holdsPair(DAG table, Word bucket, DAG key, DAG value) {
+  if (!table[bucket]) return false;
+  for (PairAddress pair = searchBucket(key.word, table, bucket); pairKey(pair).word != 0; pair = nextPair(pair))
     if (pairKey(pair) == key && pairValue(pair) == value) return true;
   return false;
 }
 
-bool chainWithin(DAG a, DAG b) {
-  return !a || visitChain(a, [b](PairAddress pair) { return holdsPair(b, pairKey(pair), pairValue(pair)); });
+// Whether each pair in the bucket of `a` stands in that of `b`.
+bool bucketWithin(DAG a, DAG b, Word bucket) {
+  return !a[bucket] ||
+         visitChain(a[bucket], [=](PairAddress pair) { return holdsPair(b, bucket, pairKey(pair), pairValue(pair)); });
 }
 
 }  // namespace
@@ -131,18 +91,8 @@ DAG newhashtab(Word buckets) { return newl2(buckets + 1, HASHTAB); }
 
 DAG copyhashtab(DAG table) {
   DAG copied = CopyAlg(table);
-  for (Word b = 1; b < lengthOf(copied); ++b) {
-    DAG chain = copied[b];
-    if (!chain) continue;
-    const bool wasFlat = isFlat(chain);
-    chain = CopyAlg(chain);
-    // Without the bit of raw keys a long plain chain would pass for a flat one.
-    if (isFlat(chain) && !wasFlat) {
-      controlWord(chain) |= tableBit;
-      chain = flattened(chain, lengthOf(chain));
-    }
-    copied[b] = chain;
-  }
+  for (Word b = 1; b < lengthOf(copied); ++b)
+    if (copied[b]) copied[b] = CopyAlg(copied[b]);
   return copied;
 }
 
@@ -184,41 +134,33 @@ PairAddress hashinsert(Word k, DAG value, DAG table) { return insertPair(k, valu
 
 PairAddress hashunique(Word k, DAG value, DAG table) { return insertPair(k, value, table, true); }
 
-void removePair(DAG chain, PairAddress pair) {
-  PairAddress hole = pair;
-  if (isFlat(chain)) {
-    setFlatCount(chain, flatCount(chain) - 1);
-    // Later pairs of the run move up as far as their homes allow (Knuth, vol. 3, 6.4, algorithm R).
-    for (PairAddress next = nextPair(hole); pairKey(next).word != 0; next = nextPair(next)) {
-      if (homeOf(pairKey(next).word, chain) > hole) continue;
-      pairKey(hole) = pairKey(next);
-      pairValue(hole) = pairValue(next);
-      hole = next;
-    }
-  } else {
-    // The last pair in use moves over `pair`.
-    while (pairKey(nextPair(hole)).word != 0) hole = nextPair(hole);
-    pairKey(pair) = pairKey(hole);
-    pairValue(pair) = pairValue(hole);
-  }
-  pairKey(hole) = DAG();
-  pairValue(hole) = DAG();
+namespace {
+// The last pair in use moves over `pair`.
+void removePair(DAG table, Word bucket, PairAddress pair) {
+  const PairAddress last = chainEnd(table, bucket) - nextPair(0);
+  const DAG chain = table[bucket];
+  if (isLongChain(chain)) indexRemoval(table, bucket, (pair - chain.word) / 4);
+  pairKey(pair) = pairKey(last);
+  pairValue(pair) = pairValue(last);
+  pairKey(last) = pairValue(last) = DAG();
 }
+}  // namespace
 
 void hashdelete(Word k, DAG table) {
   for (PairAddress pair = search(k, table); pair != notFound; pair = search(k, table))
-    removePair(chainOf(k, table), pair);
+    removePair(table, bucketIndex(k, lengthOf(table)), pair);
 }
 
 DAG hashremove(Word k, DAG table) {
   PairAddress pair = search(k, table);
   if (pair == notFound) return DAG(notFound);
   DAG value = pairValue(pair);
-  removePair(chainOf(k, table), pair);
+  removePair(table, bucketIndex(k, lengthOf(table)), pair);
   return value;
 }
 
 void clearhash(DAG table, bool giveBack) {
+  dropIndex(table);
   for (Word b = 1, n = lengthOf(table); b < n; ++b) {
     DAG chain = table[b];
     if (!chain) continue;
@@ -227,7 +169,6 @@ void clearhash(DAG table, bool giveBack) {
       table[b] = DAG();
     } else {
       std::memset(static_cast<void*>(&chain[1]), 0, 4 * (std::size_t{lengthOf(chain)} - 1));
-      if (isFlat(chain)) setFlatCount(chain, 0);
     }
   }
 }
@@ -255,7 +196,7 @@ bool hashforeach(DAG table, bool (*f)(void* arg, PairAddress pair), void* arg) {
 bool hashEqualEntries(DAG a, DAG b) {
   if (lengthOf(a) != lengthOf(b)) return false;
   for (Word i = 1; i < lengthOf(a); ++i)
-    if (!chainWithin(a[i], b[i]) || !chainWithin(b[i], a[i])) return false;
+    if (!bucketWithin(a, b, i) || !bucketWithin(b, a, i)) return false;
   return true;
 }
 

@@ -5,15 +5,14 @@
 // remember tables. A chain always keeps its last pair empty, so that a scan for a key needs no length
 // test; a key is never 0. Chains may hold a key more than once: `hashinsert` never tests.
 //
-// A table never changes its number of buckets, since others may refer to it. A chain that grows long
-// becomes flat instead: its pairs stand at places of their own, found by another hash of the key, with
-// free places between them (open addressing, linear probing). So a table of a million entries answers
-// as fast as one of a hundred. A scan still ends at a free place, it only begins elsewhere. Tables with
-// raw keys keep to plain chains.
+// A table never changes its number of buckets, since others may refer to it. A chain grows by about a fifth, its
+// pairs stand in the order in which they came, and the last takes the place of one that is removed. The keys of a
+// long chain are found by an index beside the heap (table_index.h).
 //
 // Searches answer with the address of a pair, [0] the key and [1] the value, or `notFound`.
 
 #include "store/dag.h"
+#include "store/table_index.h"
 
 namespace korel {
 
@@ -32,44 +31,45 @@ inline Word bucketIndex(Word k, Word length) {
   return ((k + static_cast<Word>(static_cast<std::int32_t>(k) >> 4)) & (length - 2)) + 1;
 }
 
-// ---- flat chains
+// ---- chains
 
-/// Length of the shortest flat chain; no plain one of the same sort is as long.
-constexpr Word flatLength = 321;
-inline bool isFlat(DAG chain) {
-  return lengthOf(chain) >= flatLength && (controlWord(chain) & tableBit) == 0;
-}
-/// The pair that stays empty at the end of a chain. In a flat one its value counts the pairs in use.
-inline PairAddress lastPair(DAG chain) { return chain.word + 4 * (lengthOf(chain) - 2); }
-/// Where the scan for key `k` begins in a flat chain: in its first seven eighths, so that a run of pairs
-/// finds room behind. Eight keys in a row have neighbouring homes, since that is how arrays are walked;
-/// the multiplier spreads such groups over the chain (Knuth, vol. 3, 6.4).
-inline PairAddress homeOf(Word k, DAG chain) {
-  Word h = (k + static_cast<Word>(static_cast<std::int32_t>(k) >> 4)) >> 8;
-  Word groups = lengthOf(chain) / 16;
-  Word group = static_cast<Word>((std::uint64_t{(h >> 3) * 2654435769u} * (groups - groups / 8)) >> 32);
-  return chain.word + 4 + 64 * group + 8 * (h & 7);
-}
-/// Where the scan for key `k` begins.
-inline PairAddress firstProbe(Word k, DAG chain) {
-  return isFlat(chain) ? homeOf(k, chain) : chain.word + 4;
+inline PairAddress firstPair(DAG chain) { return chain.word + 4; }
+inline PairAddress pairAt(DAG chain, Word place) { return chain.word + 4 * place; }
+
+/// The first pair with key `k`, or the free one behind all pairs, of the chain in a bucket of `table`.
+inline PairAddress searchBucket(Word k, DAG table, Word bucket) {
+  DAG chain = table[bucket];
+  if (isLongChain(chain)) return pairAt(chain, placeOfKey(table, bucket, k));
+  // The empty last pair ends the scan: no length test (bench/store_bench.cpp).
+  PairAddress pair = firstPair(chain);
+  while (pairKey(pair).word != k && pairKey(pair).word != 0) pair = nextPair(pair);
+  return pair;
 }
 /// Calls `visit(pair)` on each pair in use until it answers false; true when it never did.
 template <class Visit>
 inline bool visitChain(DAG chain, Visit visit) {
-  const bool flat = isFlat(chain);
-  const PairAddress end = lastPair(chain);
-  for (PairAddress pair = chain.word + 4; pair < end; pair = nextPair(pair)) {
-    if (pairKey(pair).word != 0) {
-      if (!visit(pair)) return false;
-    } else if (!flat) {
-      break;
-    }
-  }
+  for (PairAddress pair = firstPair(chain); pairKey(pair).word != 0; pair = nextPair(pair))
+    if (!visit(pair)) return false;
   return true;
 }
-/// Takes `pair` out of its chain; another pair may move to its place.
-void removePair(DAG chain, PairAddress pair);
+/// Takes out each pair that `isDead(pair)` names: the last pair moves to its place. Gives the number of those that
+/// are left. The table's index, if it may have one, is the caller's to drop.
+template <class IsDead>
+inline Word dropPairs(DAG chain, IsDead isDead) {
+  PairAddress end = firstPair(chain);
+  while (pairKey(end).word != 0) end = nextPair(end);
+  for (PairAddress pair = firstPair(chain); pair != end;) {
+    if (!isDead(pair)) {
+      pair = nextPair(pair);
+      continue;
+    }
+    end -= nextPair(0);
+    pairKey(pair) = pairKey(end);
+    pairValue(pair) = pairValue(end);
+    pairKey(end) = pairValue(end) = DAG();
+  }
+  return (end - firstPair(chain)) / nextPair(0);
+}
 
 // ---- tables
 
@@ -90,14 +90,10 @@ inline bool isCrowded(DAG table, std::int64_t pairs, Word perBucket) {
 
 /// First pair with key `k`; with collisions the caller walks on by `nextPair`.
 inline PairAddress search(Word k, DAG table) {
-  DAG chain = table[bucketIndex(k, lengthOf(table))];
-  if (!chain) return notFound;
-  // The empty last pair ends the scan: no length test (bench/store_bench.cpp).
-  for (PairAddress pair = firstProbe(k, chain);; pair = nextPair(pair)) {
-    Word key = pairKey(pair).word;
-    if (key == k) return k == 0 ? notFound : pair;
-    if (key == 0) return notFound;
-  }
+  const Word bucket = bucketIndex(k, lengthOf(table));
+  if (!table[bucket]) return notFound;
+  PairAddress pair = searchBucket(k, table, bucket);
+  return pairKey(pair).word == 0 ? notFound : pair;
 }
 /// The pair with key `k` whose value has exactly these characters.
 PairAddress searchstring(Word k, const char* text, DAG table);

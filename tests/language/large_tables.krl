@@ -12,3 +12,7 @@ for i to 20000 do s[k || i] := i; s["s" || i] := -i; s[i/7] := 2*i end do:
 s[k20000], s["s12345"], s[20/7], s[2], nops([indices(s)]);
 # A table that holds itself can be walked, copied by name and left alone.
 c := table(): c[1] := 'c': c[2] := [c, c]: nops([indices(c)]), c[1], c[2];
+# Keys of one bucket stand in the order in which they came; the last takes the place of one that goes.
+o := table(): for i from 400 by -1 to 1 do o[i*2^18] := i end do:
+for i in [300, 1, 17] do o[i*2^18] := evaln(o[i*2^18]) end do: o[300*2^18] := 0:
+map(op, [entries(o)])[90..110], map(op, [entries(o)])[375..398];

@@ -69,10 +69,6 @@ attributes(u), type(proc() end proc, procedure), type(module() end module, `modu
 # A warning names the procedure that the assignment makes, a member or a local too.
 mw := module() export f; local g; g := proc() g1 := 1 end proc; f := proc() f1 := 1 end proc end module:
 pw := proc() local q; q := proc() q1 := 1 end proc; q end proc:
-# A module that its members hold prints in a finite text.
-sm := module() export self; self := thismodule end module;
-tree := module() export v, child; v := 3; child := module() export up; up := tree end module; child:-up := thismodule end module;
-evalb(length(eval(sm)) > 0), has(eval(sm), 77), hastype(eval(tree), string);
 # The name of a module definition is a variable of the procedure or module around it: an implicit local of each
 # call, a declared local, an export, a captured variable, a parameter's name, or a global.
 f := proc() module q() export a, me; a := 2; me := () -> q end module; evalb(q:-me() = q), q:-a end proc:

@@ -126,6 +126,13 @@ TEST(KernelOpts, FrequencyTakesEffectAtOnce) {
   say("1;");
   EXPECT_GT(totgcs, times);
   EXPECT_EQ(say("kernelopts(gcfreq);"), "200000");
+  // And it is followed to the letter, also where little dies.
+  const std::int64_t used = wordsUsed();
+  times = totgcs;
+  say("held := [seq([k, f(k)^2], k = 1 .. 20000)]: for i to 300000 do [i, g(i)] od:");
+  say("for i to 300000 do [i, g(i)] od:");
+  EXPECT_NEAR(static_cast<double>(totgcs - times), static_cast<double>(wordsUsed() - used) / 200000, 5);
+  say("held := 'held':");
   std::string back = "kernelopts(gcfreq=" + std::to_string(interval) + "):";
   say(back.c_str());
 }

@@ -115,6 +115,10 @@ TEST(Options, EveryRowSetsItsSettingOrFailsWithItsMessage) {
       {{"-T", "1,2,3,4,5"}, limits, "korel: too many arguments for test limit"},
       {{"-T", ",100"}, limits, "korel: data size must be at least 1024k"},
       {{"-T", ",,63"}, limits, "korel: stack size must be at least 64k"},
+      {{"-T", "x"}, limits, "korel: test limits must be nonnegative integers"},
+      {{"-T", "-1"}, limits, "korel: test limits must be nonnegative integers"},
+      {{"-T", "10,2000k"}, limits, "korel: test limits must be nonnegative integers"},
+      {{"-T", ",9007199254740993"}, limits, "korel: test limits must be nonnegative integers"},
       {{"-w", "4"}, warnLevel, "4"},
       {{"-w", "5"}, warnLevel, "korel: warning level must be from 0 to 4"},
   };

@@ -37,6 +37,7 @@ class Kernel {
   ~Kernel() {
     close(in_);
     close(out_);
+    if (child_ == 0) return;
     kill(child_, SIGKILL);
     waitpid(child_, nullptr, 0);
   }
@@ -45,6 +46,17 @@ class Kernel {
     EXPECT_EQ(write(in_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
   }
   void interrupt() { kill(child_, SIGINT); }
+  /// Asks the program to end, and gives the status that `waitpid` tells; -1 when it goes on for 10 seconds.
+  int terminate() {
+    kill(child_, SIGTERM);
+    int status = -1;
+    for (int tenths = 0; tenths < 100; ++tenths, usleep(100000))
+      if (waitpid(child_, &status, WNOHANG) == child_) {
+        child_ = 0;
+        return status;
+      }
+    return -1;
+  }
   /// The end of the output, once `mark` stands there; what has come after `seconds` otherwise. Output of
   /// megabytes is read and let go.
   std::string outputUntil(const std::string& mark, int seconds) {
@@ -150,6 +162,19 @@ TEST(Interrupt, TimeLimitsReachTheSamePlaces) {
     std::string output = kernel.outputUntil("\"alive\"\n", 60);
     EXPECT_NE(output.find("time expired\n\"alive\"\n"), std::string::npos) << expression << output;
     EXPECT_LT(kernel.processorSeconds() - before, 1.5) << expression;
+  }
+}
+
+// SIGTERM ends the program with status 0, whatever it is at: a statement that would run for ever, a long operation
+// of the kernel, or the wait for a line. What has been said by then is out.
+TEST(Interrupt, TerminationEndsCleanly) {
+  for (const char* statement : {"do od:", "3^(10^8):", "try do od catch: 1 end try:", ""}) {
+    Kernel kernel;
+    kernel.say(std::string("print(on): ") + statement + "\n");
+    EXPECT_NE(kernel.outputUntil("on\n", 10).find("on\n"), std::string::npos);
+    usleep(50000);
+    EXPECT_EQ(kernel.terminate(), 0) << statement;
+    EXPECT_EQ(kernel.outputUntil("nothing", 1), "");
   }
 }
 

@@ -38,9 +38,7 @@ inline Parts fieldsOf(DAG x, Word from, Word end, Word step = 1) {
 /// The pairs of a chain; its keys only when they are objects.
 inline Parts entriesOf(DAG chain) {
   Word n = lengthOf(chain), end = 1;
-  // A flat chain has gaps, a plain one ends at the first.
-  if (isFlat(chain)) end = n - 2;
-  else while (end + 1 < n && chain[end]) end += 2;
+  while (end + 1 < n && chain[end]) end += 2;
   return (controlWord(chain) & tableBit) == 0 ? fieldsOf(chain, 1, end) : fieldsOf(chain, 2, end + 1, 2);
 }
 

@@ -1,7 +1,6 @@
 #include "library/archive/member_io.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -16,6 +15,7 @@
 #include "library/archive/archive_files.h"
 #include "library/archive/archive_index.h"
 #include "library/archive/march.h"
+#include "library/archive/replaced_file.h"
 #include "library/repository/directory_contents.h"
 #include "library/repository/repository.h"
 #include "library/repository/side_file.h"
@@ -163,8 +163,7 @@ struct WriteState {
   char* buffer = nullptr;
   std::size_t space = 0, used = 0;
   bool isMember = false;
-  // Of a plain file: its path, and where it is written.
-  char path[longestArchivePath] = "", temporary[longestArchivePath] = "";
+  ReplacedFile plain;  // when it is no member
   // Of a member:
   char directory[longestArchivePath] = "", member[largestEntry] = "";
   int index = -1;
@@ -296,40 +295,23 @@ int OpenArchiveMember(const char* path, MemberMode mode) {
 }
 
 namespace {
-
-// The path that a plain file is written at until it is whole: beside its own, so that a rename puts it there.
-bool openTemporary(const char* name) {
-  struct stat s;
-  // A symbolic link is followed, and what is no regular file is written as it is.
-  char* target = ::realpath(name, nullptr);
-  const char* path = target != nullptr ? target : name;
-  bool exists = ::stat(path, &s) == 0;
-  bool fits = std::strlen(path) + 16 < sizeof writing.temporary;
-  if (fits && (!exists || S_ISREG(s.st_mode)) && (!exists || ::access(path, W_OK) == 0)) {
-    std::snprintf(writing.path, sizeof writing.path, "%s", path);
-    std::snprintf(writing.temporary, sizeof writing.temporary, "%s.%ld", path, static_cast<long>(::getpid()));
-    writing.descriptor = openFile(writing.temporary, O_WRONLY | O_CREAT | O_TRUNC);
-    if (writing.descriptor >= 0 && exists) static_cast<void>(::fchmod(writing.descriptor, s.st_mode & 07777));
-  }
-  if (writing.descriptor < 0) {
-    writing.temporary[0] = 0;
-    writing.descriptor = openFile(path, O_WRONLY | O_CREAT | O_TRUNC);
-  }
-  std::free(target);
-  return writing.descriptor >= 0;
+bool openPlain(const char* name) {
+  writing = WriteState();
+  if (!openReplaced(writing.plain, name)) return false;
+  writing.descriptor = writing.plain.descriptor;
+  return true;
 }
-
 }  // namespace
 
 void AllocWrite(const char* name, char* buffer, std::size_t size) {
   doubtDirectoryContents();
   if (writing.descriptor >= 0) AbandonWrite();
   bool isPlain = ::access(name, F_OK) == 0;
-  bool opened = isPlain && openTemporary(name);
+  bool opened = isPlain && openPlain(name);
   std::size_t n = std::strlen(name);
   bool isRecords = n >= 2 && std::strcmp(name + n - 2, ".m") == 0;
   if (!opened && isRecords) opened = OpenArchiveMember(name, writeMember) >= 0;
-  if (!opened && !openTemporary(name)) {
+  if (!opened && !openPlain(name)) {
     writing = WriteState();
     _userror2("could not open `%s` for writing", name);
   }
@@ -350,8 +332,9 @@ void AbandonWrite() {
   if (writing.isMember) {
     // The bytes written so far lie behind the end that the index knows.
     static_cast<void>(::ftruncate(writing.descriptor, writing.offset) == 0);
-  } else if (writing.temporary[0] != 0) {
-    ::unlink(writing.temporary);
+  } else {
+    abandonReplaced(writing.plain);
+    writing.descriptor = -1;
   }
   closeWriting();
 }
@@ -359,13 +342,8 @@ void AbandonWrite() {
 namespace {
 
 bool finishPlainFile() {
-  int descriptor = writing.descriptor;
   writing.descriptor = -1;
-  bool good = ::close(descriptor) == 0;
-  if (writing.temporary[0] != 0) {
-    good = good && std::rename(writing.temporary, writing.path) == 0;
-    if (!good) ::unlink(writing.temporary);
-  }
+  bool good = commitReplaced(writing.plain);
   closeWriting();
   return good;
 }

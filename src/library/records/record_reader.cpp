@@ -329,6 +329,8 @@ bool isWellFormed(DAG s) {
 // Kinds of which any parts make a well-formed object.
 constexpr TagSet freeTags = {EXPSEQ, LIST, SET, UNEVAL, NOT, EQUATION, INEQUAT, LESSEQ, LESSTHAN, AND, OR, RANGE, DCOLON,
                              CATENATE, POWER};
+// On the link so does an assignment: what stands on its left is looked at when it is carried out.
+constexpr TagSet freeOnLink = freeTags | TagSet{ASSIGN};
 
 bool hasAbsentField(DAG s) {
   for (Word i = 1, n = lengthOf(s); i < n; ++i)
@@ -345,7 +347,7 @@ bool hasNumericMultiples(DAG s) {
 
 void requireWellFormed(Reading& r, DAG s) {
   Tag tag = tagOf(s);
-  bool good = freeTags.contains(tag)   ? !hasAbsentField(s)
+  bool good = (onLink(r) ? freeOnLink : freeTags).contains(tag) ? !hasAbsentField(s)
               : pairTags.contains(tag) ? !hasAbsentField(s) && hasNumericMultiples(s)
               : tag == FUNCTION        ? !hasAbsentField(s) && isSequence(s[2])
                                        : isWellFormed(s);
@@ -356,7 +358,8 @@ void requireWellFormed(Reading& r, DAG s) {
 // final form when they were written: their names are positions already.
 DAG finished(Reading& r, DAG s) {
   requireWellFormed(r, s);
-  if (onLink(r)) return s;
+  if (hasTag(s, TABLE) && !isTag(s[tableEntries], HASHTAB)) failReading(r, "syntax error while reading file");
+  if (onLink(r)) return hasTag(s, EXPSEQ) && lengthOf(s) == 1 ? null : s;
   switch (tagOf(s)) {
     case TABLEREF:
       if (!isSequence(s[2])) failReading(r, "syntax error while reading file");
@@ -364,9 +367,6 @@ DAG finished(Reading& r, DAG s) {
     case PROC: case MODDEF:
       if (isTag(localsOf(s), LIST)) localsOf(s) = asSequence(localsOf(s)[1]);
       return markSimplified(s);
-    case TABLE:
-      if (!isTag(s[tableEntries], HASHTAB)) failReading(r, "syntax error while reading file");
-      break;
     case CONTROL: case DEBUG: case HASHTAB: return s;
     case IF: case FOR: case ASSIGN: case READ: case SAVE: case STATSEQ: case STOP: case ERROR: case TRY: case RETURN:
     case USE:
@@ -396,6 +396,7 @@ DAG nextCollection(Reading& r, Tag tag, bool hasAttribute) {
   DAG body = nextFields(r, EXPSEQ, n);
   requireWellFormed(r, body);
   if (!onLink(r)) body = simpl(body);
+  else if (n == 1) body = null;
   if (!isSequence(body)) body = new2(EXPSEQ, body);
   DAG x = hasAttribute ? new3(tag, body, nextRecord(r)) : new2(tag, body);
   return enter(r, number, finished(r, x));
@@ -606,7 +607,7 @@ void releaseScratch(Reading& r) {
   std::free(r.block);
   innermost = r.outer;
 }
-// An error of the language passes: simplification has raised it.
+// An error of the language passes, or an interrupt: simplification has raised it.
 void releaseScratchOnError(const char*) { releaseScratch(*reinterpret_cast<Reading*>(errorProcParam)); }
 
 // Numbers that `recordKeepNumbers` keeps between the calls of `ParseDotM`.
@@ -638,7 +639,7 @@ DAG ParseRecord(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage wa
   r.numbers = &numbers;
   if ((flags & recordContinueNumbers) == 0) numbers.count = 0;
   innermost = &r;
-  PushParamErrorProc(releaseScratchOnError, &r);
+  PushStateKeeper(releaseScratchOnError, &r);
   DAG volatile result{};
   if (_setjmp(r.stop) == 0) const_cast<DAG&>(result) = nextRecord(r);
   PopErrorProc();

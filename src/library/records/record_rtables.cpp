@@ -166,6 +166,12 @@ Word blockInHeap(Reading& r, const Block& block) {
 
 const std::int32_t* boundsOf(DAG s) { return reinterpret_cast<const std::int32_t*>(&s[rtableFirstBound]); }
 
+void checkBounds(Reading& r, DAG s) {
+  const std::int32_t* bounds = boundsOf(s);
+  for (Word k = 0, n = rtableFlag(s, rtableDimensions); k < n; ++k)
+    if (std::int64_t{bounds[2 * k + 1]} - bounds[2 * k] + 1 < 0) malformed(r);
+}
+
 // Every count, as far as the data are laid out by it.
 void checkDimensions(Reading& r, DAG s) {
   Word n = rtableFlag(s, rtableDimensions), storage = rtableFlag(s, rtableStorage);
@@ -175,8 +181,7 @@ void checkDimensions(Reading& r, DAG s) {
   auto second = static_cast<std::int32_t>(rawField(s, lengthOf(s) - 1));
   std::int64_t count = rawField(s, rtableCount);
   const std::int32_t* bounds = boundsOf(s);
-  for (Word k = 0; k < n; ++k)
-    if (std::int64_t{bounds[2 * k + 1]} - bounds[2 * k] + 1 < 0) malformed(r);
+  checkBounds(r, s);
   if (storage == storageSparse) {
     bool good = first >= 0 && first <= count && second >= 0 && second <= 2;
     if (!good || count > 0x7fffffff) malformed(r);
@@ -261,6 +266,7 @@ DAG nextOldFloatArray(Reading& r) {
   s[rtableFunctions] = null;
   rawField(s, rtableFlags) = dimensions | Word{1} << 21 | Word{storageRectangular} << 22 | Word{dataFloat64} << 28;
   for (Word i = 0; i < 2 * dimensions; ++i) rawField(s, rtableFirstBound + i) = static_cast<Word>(nextInt(r));
+  checkBounds(r, s);
   std::int64_t count = storedElements(boundsOf(s), dimensions, storageRectangular, 0, 0);
   if (count < 0) failReading(r, "invalid dag length");
   rawField(s, rtableCount) = static_cast<Word>(count);

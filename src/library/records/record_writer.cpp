@@ -20,12 +20,23 @@
 
 namespace korel {
 
+/// The numbers of the objects written so far.
+struct WrittenNumbers {
+  WordMap puttab;
+  std::int32_t last = 0;
+
+  void forget() {
+    puttab.clear();
+    last = 0;
+  }
+};
+
 namespace {
 
-// The numbers of the objects written so far: they outlast the call that asks for it, but no collection, which
-// may give an object's place to another. What is being written stays where it is.
-WordMap puttab;
-std::int32_t lastNumber = 0;
+// Those of files outlast the call that asks for it, but no collection, which may give an object's place to another.
+// What is being written stays where it is. A message on the link, as a warning in the midst of a save, has numbers of
+// its own.
+WrittenNumbers fileNumbers, linkNumbers;
 int writingCalls = 0;
 
 void forgetIdleNumbers() {
@@ -298,20 +309,21 @@ void putObject(Writing& w, DAG x) {
 
 void putRecord(Writing& w, DAG x) {
   if (!x) return putCode(w, recordZero);
-  std::int32_t number = lastNumber + 1;
+  WrittenNumbers& numbers = *w.numbers;
+  std::int32_t number = numbers.last + 1;
   if (w.depth > 0) {
     std::int32_t* known = nullptr;
-    switch (puttab.insert(x.word, number, &known)) {
+    switch (numbers.puttab.insert(x.word, number, &known)) {
       case WordMap::present:
         putCode(w, recordBack);
         return putInt(w, *known);
       case WordMap::outOfMemory: failWriting(w, "ran out of memory");
       case WordMap::added: break;
     }
-  } else if (puttab.insert(x.word, number) == WordMap::outOfMemory) {
+  } else if (numbers.puttab.insert(x.word, number) == WordMap::outOfMemory) {
     failWriting(w, "ran out of memory");
   }
-  lastNumber = number;
+  numbers.last = number;
   ++w.depth;
   if (isInteger(x)) {
     putInteger(w, x);
@@ -340,27 +352,25 @@ Writing newWriting(PutByte putch, WriteFailure failed, int width, void* context)
 
 }  // namespace
 
-void forgetWrittenNumbers() {
-  puttab.clear();
-  lastNumber = 0;
-}
+void forgetWrittenNumbers() { fileNumbers.forget(); }
 
 bool PrintDotM(DAG x, PutByte putch, WriteFailure failed, int width, int flags, RepositoryDesc* repository,
                void* context) {
   Writing w = newWriting(putch, failed, width, context);
   w.flags = flags;
   w.repository = repository;
+  w.numbers = (flags & recordOnLink) != 0 ? &linkNumbers : &fileNumbers;
   const bool keeps = (flags & recordKeepNumbers) != 0;
-  if (!keeps) forgetWrittenNumbers();
-  if ((flags & recordContinueNumbers) == 0) lastNumber = 0;
+  if (!keeps) w.numbers->forget();
+  if ((flags & recordContinueNumbers) == 0) w.numbers->last = 0;
   registerCollectionHook(forgetIdleNumbers, nullptr);
   ++writingCalls;
-  PushErrorProc(leaveWriting);  // a reference may load its object first
+  PushStateKeeper(leaveWriting, nullptr);  // a reference may load its object first
   const bool written = _setjmp(w.stop) == 0;
   if (written) putRecord(w, x);
   PopErrorProc();
   --writingCalls;
-  if (!keeps) forgetWrittenNumbers();
+  if (!keeps) w.numbers->forget();
   return written;
 }
 

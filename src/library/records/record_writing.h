@@ -8,6 +8,8 @@
 
 namespace korel {
 
+struct WrittenNumbers;
+
 /// The call under way. Plain data: a failure jumps past it.
 struct Writing {
   PutByte putch;
@@ -18,6 +20,7 @@ struct Writing {
   int flags;
   int depth;  // of the record being written, 1 at the top
   RepositoryDesc* repository;
+  WrittenNumbers* numbers;
   std::jmp_buf stop;
 };
 

@@ -22,8 +22,9 @@ enum RecordFlags : int {
   recordBareName = 1,         // writing: the value of the NAME at the top is left out
   recordKeepNumbers = 2,      // the numbers of this call are there for the next one
   recordContinueNumbers = 4,  // numbering goes on from the last call
-  recordOnLink = 8,           // reading what a front end sent: a byte 1 ends it, names that exist stay as they
-                              // are, and nothing is simplified but the entries of tables
+  recordOnLink = 8,           // writing: with numbers of its own, files being written keep theirs. Reading what the
+                              // other end sent: a byte 1 ends it, names that exist stay as they are, and nothing is
+                              // simplified but the entries of tables
 };
 
 // ---- writing

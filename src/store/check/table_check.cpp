@@ -85,6 +85,7 @@ const char* checkUniqueTables() {
   const char* found = checkTable(nametab, {NAME, textHash, isSameText});
   if (found == nullptr) found = checkTable(strtab, {STRING, textHash, isSameText});
   if (found == nullptr) found = checkTable(simpltab, {NOTAG, hashalg, isSameContent});
+  if (found == nullptr && !checkTableIndices()) found = "the index of a table differs from the table";
   return found;
 }
 

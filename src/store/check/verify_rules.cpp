@@ -224,7 +224,10 @@ bool isChain(DAG x) { return is(x, HASH); }
 bool isNoSequence(DAG x) { return !isSequence(x); }
 bool isDefinition(DAG x) { return is(x, MODDEF); }
 bool isRememberTable(DAG x) { return x == null || isTable(x); }
-bool isNameOrNull(DAG x) { return x == null || isName(x); }
+// A definition inside a procedure is named by a variable of it.
+bool isDefinitionName(DAG x) {
+  return x == null || isName(x) || (kindOf(x) != NOTAG && frameReferenceTags.contains(kindOf(x)));
+}
 bool isSaveArgument(DAG x) { return isSequence(x) || isName(x) || isText(x); }
 bool isIndeterminate(DAG x) { return isName(x) || isSequence(x); }
 
@@ -235,8 +238,10 @@ bool isFloatExponent(DAG x) {
 bool isNegativeInfinity(DAG x) {
   return is(x, SUM) && boundedLength(x) == 3 && x[1] == ini("infinity") && x[2] == consm1;
 }
+// What is only known to be bounded, as a part of (-1)^infinity.
+bool isBounded(DAG x) { return is(x, NAME) && std::strncmp(textOf(x), "bdd_undefined", 4 * (boundedLength(x) - 3)) == 0; }
 bool isComplexPart(DAG x) {
-  return isNumber(x) || x == ini("infinity") || x == ini("undefined") || isNegativeInfinity(x);
+  return isNumber(x) || x == ini("infinity") || x == ini("undefined") || isNegativeInfinity(x) || isBounded(x);
 }
 
 bool isDeclaration(DAG x) { return isName(x) || is(x, DCOLON); }
@@ -321,7 +326,7 @@ constexpr KindRule kindRules[] = {
     {MODDEF, 7, always, isSequence, {"s=%p, s[7]=%p invalid MODDEF global sequence", showObjectWord}},
     {MODDEF, 8, always, isLexicalSequence,
      {"s=%p, s[8]=%p invalid MODDEF lexical sequence", showObjectWord}},
-    {MODDEF, 9, always, isNameOrNull, {"s=%p, s[9]=%p invalid MODDEF name", showObjectWord}},
+    {MODDEF, 9, always, isDefinitionName, {"s=%p, s[9]=%p invalid MODDEF name", showObjectWord}},
 
     {MODULE, 1, always, isSequence, {"s=%p, unexpected %s exports of MODULE", showObjectKind}},
     {MODULE, 2, always, isDefinition, {"s=%p, unexpected %s moddef of MODULE", showObjectKind}},
@@ -520,13 +525,10 @@ Word nextField(DAG s, Word i) {
       if (i == 0 && isKorelSparse(s)) return 1;
       return nextReferenceField(s, i);
     case HASH: {
-      // A key of 0 ends the pairs in use of a plain chain, and is a free place of a flat one.
-      for (Word next = nextReferenceField(s, i); next != 0; next = nextReferenceField(s, next)) {
-        Word keyField = next - ((next & 1) == 0 ? 1 : 0);
-        if (rawField(s, keyField) != 0) return next;
-        if (!isFlat(s)) break;
-      }
-      return 0;
+      // A key of 0 ends the pairs in use.
+      const Word next = nextReferenceField(s, i);
+      const Word keyField = next - ((next & 1) == 0 ? 1 : 0);
+      return next != 0 && rawField(s, keyField) != 0 ? next : 0;
     }
     case ZPPOLY:
       // The kinds of the first two say what the rest is; `checkComponent` has looked at them by now.

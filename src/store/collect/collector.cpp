@@ -105,6 +105,7 @@ void collect(bool isShort) {
   collectLastWishes();
   const std::int64_t tables = sweepWeakTables();
   releaseMarkStack();
+  dropDeadIndices(isAlive);
 
   sweep(plan.newNumber);
   renumberGenerations(plan);

@@ -12,7 +12,8 @@
 // only where it may have been written since (Ungar's generation scavenging, with a flag for the old space
 // and the unchanging tags in place of remembered stores). A full one, which takes tenured objects as well,
 // comes when their garbage may be as much as what lives, or has been left for long, and by a call of `gc`.
-// And a collection that is due waits for some intervals while next to nothing has been released.
+// And a collection that is due waits for some intervals while next to nothing has been released, if the latest
+// one gave back little of what was alive and the user hasn't told the interval.
 //
 // A collection runs at the end of a statement, or by a call of `gc`, and allocates nothing. The tables
 // of names, strings and simplified objects are weak; so are the remember tables of procedures with the
@@ -51,6 +52,8 @@ inline void endOfStatement(std::int32_t level) {
 void gc();
 /// The same, or a short one when that will do.
 void collectInTurn();
+/// The user's choice: a collection after each `words` words, none of which waits.
+void setCollectionInterval(std::int64_t words);
 /// The next end of a statement collects.
 void demandCollection();
 /// Collects what all statements so far have left. Nothing is running.

@@ -114,6 +114,7 @@ void collectBetweenStatements() {
   openGeneration();
   releaseGenerations(topLevel);
   gc();
+  memoryRanOut = false;
 }
 
 std::int64_t releasedWords() {

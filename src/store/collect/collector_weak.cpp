@@ -16,13 +16,11 @@ constexpr int maxRememberTables = 100;
 DAG rememberTables[maxRememberTables];
 int rememberTableCount;
 
-DAG chainOf(DAG table, Word bucket) { return table[bucket]; }
-
 template <class Visit>
 void forEachChain(DAG table, Visit visit) {
   if (!isObject(table)) return;  // before the start
   for (Word bucket = 1; bucket < lengthOf(table); ++bucket)
-    if (DAG chain = chainOf(table, bucket)) visit(chain);
+    if (table[bucket]) visit(table[bucket]);
 }
 
 template <class Visit>
@@ -30,40 +28,6 @@ void forEachPair(DAG table, Visit visit) {
   forEachChain(table, [&](DAG chain) {
     for (Word i = 1; rawField(chain, i) != 0; i += 2) visit(chain[i], chain[i + 1]);
   });
-}
-
-// Removes the pairs that `isDead` names: the last pair in use takes the place of each. Gives the number
-// that is left.
-template <class IsDead>
-Word dropPairs(DAG chain, IsDead isDead) {
-  if (isFlat(chain)) {
-    Word left = 0;
-    const PairAddress end = lastPair(chain);
-    for (PairAddress pair = chain.word + 4; pair < end;) {
-      const bool used = pairKey(pair).word != 0;
-      if (used && isDead(pairKey(pair), pairValue(pair))) {
-        removePair(chain, pair);  // what moves here has its turn
-        continue;
-      }
-      left += used;
-      pair = nextPair(pair);
-    }
-    return left;
-  }
-  Word end = 1;
-  while (rawField(chain, end) != 0) end += 2;
-  for (Word i = 1; i < end;) {
-    if (!isDead(chain[i], chain[i + 1])) {
-      i += 2;
-      continue;
-    }
-    end -= 2;
-    chain[i] = chain[end];
-    chain[i + 1] = chain[end + 1];
-    chain[end] = DAG();
-    chain[end + 1] = DAG();
-  }
-  return (end - 1) / 2;
 }
 
 bool hasWeakOption(DAG procedure) {
@@ -84,8 +48,10 @@ bool isAliveKey(DAG key) {
 }
 
 void sweepRememberTable(DAG table) {
+  dropIndex(table);
   forEachChain(table, [](DAG chain) {
-    dropPairs(chain, [](DAG key, DAG value) {
+    dropPairs(chain, [](PairAddress pair) {
+      const DAG key = pairKey(pair), value = pairValue(pair);
       if (!isAliveKey(key) || !isAliveOrPlain(value)) return true;
       mark(value);
       mark(key);
@@ -107,16 +73,22 @@ void hide(DAG table) {
 
 // What is left of a weak table is alive on its own account and has been reached, so that only the words of
 // the table itself are marked. Gives the number of pairs that stay, and adds the words of the chains to `words`.
+//
+// Chains that have lost all their pairs stay for the next ones. When memory has run out they go: strewn over the
+// whole heap, they would leave no large block (tests/language/out_of_memory.krl).
 std::int64_t sweepWeakTable(DAG table, std::int64_t& words) {
   std::int64_t kept = 0;
-  forEachChain(table, [&](DAG chain) {
+  forEachChain(table, [&](DAG& chain) {
     words += lengthOf(chain) + 1;
     // The values lie all over the heap: their control words are under way before they are asked for.
     for (Word i = 2; i < lengthOf(chain); i += 2)
       __builtin_prefetch(reinterpret_cast<const void*>(std::uintptr_t{chain[i].word} - sizeof(Word)));
-    Word used = dropPairs(chain, [](DAG, DAG value) { return !isAliveOrPlain(value); });
+    Word used = dropPairs(chain, [](PairAddress pair) { return !isAliveOrPlain(pairValue(pair)); });
     kept += used;
-    keepLabelled(chain);
+    if (used == 0 && memoryRanOut)
+      chain = DAG();
+    else
+      keepLabelled(chain);
   });
   if (isObject(table)) keepLabelled(table);
   return kept;

@@ -88,6 +88,17 @@ TEST(Collector, LongLoopsRunInConstantMemory) {
   EXPECT_EQ(heapFault(), "");
 }
 
+// Where each round drops what the one before has made, each is followed by a collection, although the latest results
+// outlive some: memory for a few rounds does.
+TEST(Collector, LargeGarbageIsTakenAtEachInterval) {
+  const std::int64_t before = totalmem, times = totgcs;
+  say("for k to 100 do L := [seq(i + k, i = 1 .. 300000)] end do:");
+  EXPECT_GE(totgcs - times, 90);
+  EXPECT_LE(totgcs - times, 105);
+  EXPECT_LE(totalmem - before, 15 * 300000);
+  sayAll({"L := 'L':", "0:", "0:", "0:", "gc():"});
+}
+
 // While much lives, as much garbage is waited for, and no more; a frequency that is set counts at once.
 TEST(Collector, LargeHeapsAreCollectedWhenAsMuchMayBeDead) {
   sayAll({"held := [seq(f(k)^2, k = 1..100000)]:", "gc():", "for i to 1000 do [i, g(i)] od:"});

@@ -1,0 +1,96 @@
+// Any bytes as what a front end sends: arguments, then statements, each read, copied, simplified and written again.
+//
+// What must hold for every input: each message ends in an object or is passed over up to its flush; the bytes' end
+// ends the reading; nothing crashes, hangs or takes memory that the bytes don't account for. What has been written
+// reads back. Statements are not run.
+
+#include <chrono>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+#include "frame/output.h"
+#include "session/driver.h"
+#include "session/link/pipe_client.h"
+#include "session/statement_reader.h"
+#include "store/collect/collector.h"
+#include "store/constants.h"
+#include "store/objects.h"
+
+using namespace korel;
+
+namespace {
+
+/// A front end that has sent all it will.
+class Bytes : public KL_BaseClient {
+ public:
+  Bytes(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
+  int ReadCh() override { return at_ < size_ ? data_[at_++] : (at_ = size_ + 1, -1); }
+  int Write(const char*, std::size_t) override { return 0; }
+  bool isClosed() const override { return at_ > size_; }
+
+ private:
+  const std::uint8_t* data_;
+  std::size_t size_, at_ = 0;
+};
+
+Bytes* frontEnd;
+bool gotStatement;
+std::chrono::steady_clock::time_point began;
+
+DAG ignoreMessage(void*, DAG) { return null; }
+// Powers of powers are work without end, not a fault.
+int stopAfterASecond(void*) { return std::chrono::steady_clock::now() - began > std::chrono::seconds(1); }
+
+struct Written {
+  MessageWriter writer;
+  std::size_t at = 0;
+};
+int nextWritten(void* context) {
+  auto* written = static_cast<Written*>(context);
+  return written->at < written->writer.size() ? static_cast<unsigned char>(written->writer.data()[written->at++]) : -1;
+}
+
+void writeAndReadBack(DAG x) {
+  static Written written;
+  static MessageReader reader;
+  written.at = 0;
+  if (!written.writer.compose(x)) return;
+  DAG again = reader.next(nextWritten, &written);
+  if (!again && x) std::abort();
+}
+
+DAG receive() {
+  DAG statement = frontEnd->getNextDAGFromNerin();
+  gotStatement = bool(statement);
+  if (!statement) return null;
+  writeAndReadBack(statement);
+  DAG copy = CopyDAG(statement);
+  if (copy == DAG(2)) return null;
+  writeAndReadBack(nerintokorel(statement));
+  return null;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  char name[] = "korel", skip[] = "-s";
+  char* argv[] = {name, skip, nullptr};
+  if (InitializeKorel(2, argv) != nullptr) std::abort();
+  EvaluateDAG(null, ignoreMessage, nullptr, 0, 0, nullptr);
+  return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Bytes bytes(data, size);
+  frontEnd = &bytes;
+  began = std::chrono::steady_clock::now();
+  Args arguments;
+  // The first byte tells whether arguments come first.
+  if (size > 0 && data[0] == 'a') (void)bytes.receiveKernelArgs(arguments);
+  for (int statements = 0; statements < 20 && !bytes.isClosed(); ++statements)
+    ReadStatement(receive, ignoreMessage, stopAfterASecond, nullptr);
+  static int inputs = 0;
+  if (++inputs % 64 == 0) gc();
+  return 0;
+}
