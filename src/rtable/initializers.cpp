@@ -18,6 +18,7 @@
 #include "rtable/create.h"
 #include "rtable/element_access.h"
 #include "rtable/element_formats.h"
+#include "rtable/random_fill.h"
 #include "rtable/rtable_object.h"
 #include "rtable/selection.h"
 #include "rtable/stored_positions.h"
@@ -255,7 +256,12 @@ void initializeRTableData(DAG r, const RTableSettings& s, DAG initializer) {
   }
   if (isTag(initializer, FUNCTION)) {
     if (!isName(initializer[1])) KernelException("Unrecognized initializer, %1", initializer);
-    KernelException("cannot handle %1 as an initializer", initializer);
+    const bool isFloat = hasText(initializer[1], "frandom");
+    if (!isFloat && !hasText(initializer[1], "random"))
+      KernelException("cannot handle %1 as an initializer", initializer);
+    fillAll(r, s.fill);
+    if (storageOf(r) != storageEmpty) RandomizeRTable(r, initializer[2], isFloat);
+    return;
   }
   if (storageOf(r) == storageEmpty) return;
   switch (tagOf(initializer)) {

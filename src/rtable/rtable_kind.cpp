@@ -10,12 +10,14 @@
 #include "eval/structure/equality.h"
 #include "eval/structure/kinds.h"
 #include "frame/errors.h"
+#include "frame/long_operation.h"
 #include "rtable/element_access.h"
 #include "rtable/element_formats.h"
 #include "rtable/queries.h"
 #include "rtable/rtable_object.h"
 #include "rtable/selection.h"
 #include "rtable/stored_positions.h"
+#include "store/append.h"
 #include "store/generations.h"
 #include "store/names.h"
 #include "store/object_fields.h"
@@ -165,6 +167,36 @@ bool storeAtInteger(DAG r, DAG index, DAG value) {
   if (rtableFlag(r, rtableReadOnly) != 0 || !readIntegers(r, &index, 1, &number)) return false;
   assignElement(r, &number, value);
   return true;
+}
+
+namespace {
+
+// Calls `visit(index)` on the elements of a loop: as `forEachIndex` with the dimensions turned round.
+template <class Visit>
+void forEachLoopIndex(DAG r, Visit visit) {
+  if (storageOf(r) == storageSparse) return forEachEntry(r, visit);
+  const Word n = dimensionsOf(r);
+  std::int32_t bounds[2 * maxDimensions], index[maxDimensions];
+  for (Word k = 0; k < n; ++k) {
+    bounds[2 * k] = lowerBound(r, n - 1 - k);
+    bounds[2 * k + 1] = upperBound(r, n - 1 - k);
+  }
+  forEachIndex(bounds, n, [&](const std::int32_t* turned) {
+    std::reverse_copy(turned, turned + n, index);
+    if (functionCount(r) != 0 || isStoredPosition(r, index)) visit(static_cast<const std::int32_t*>(index));
+  });
+}
+
+}  // namespace
+
+DAG elementsOf(DAG rtable) {
+  if (functionCount(rtable) == 0 && rawField(rtable, rtableData) == 0) return new2(LIST, new1(EXPSEQ));
+  DAG elements = new1(EXPSEQ);
+  forEachLoopIndex(rtable, [&](const std::int32_t* index) {
+    passWork(objectSteps);
+    if (DAG element = selectElement(rtable, index)) elements = Append2(elements, element);
+  });
+  return new2(LIST, elements);
 }
 
 void refuseUnassignment(DAG rtable) { KernelException("%1 elements cannot be unassigned", subtypeWord(rtable)); }

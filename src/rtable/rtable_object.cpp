@@ -8,6 +8,7 @@
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "frame/errors.h"
+#include "rtable/random_fill.h"
 #include "store/collect/collector.h"
 #include "store/copy_dag.h"
 #include "store/hash.h"
@@ -273,6 +274,7 @@ DAG copyForStructure(DAG r, DAG (*copyReference)(DAG x)) {
 void initializeRTables() {
   registerRtables(walk, dies);
   registerRtableCopier(copyForStructure);
+  ResetRTableRand();
 }
 
 }  // namespace korel

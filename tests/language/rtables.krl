@@ -27,6 +27,12 @@ rtable(1..3, F, datatype = symbol), n;
 rtable(1..3, datatype = symbol);
 rtable(1..2, proc() error "no element here" end proc);
 
+# Random elements, the same after each start: within the range, as many as the density tells.
+Array(1..4, random(1..6)); Array(1..2, frandom(2..3), datatype = float[8]); Array(1..3, random(), datatype = integer[8]);
+R := Array(1..1000, random(5..7, 0.25), datatype = integer[1]): {seq(v, v = R)}; rtable_num_elems(R, NonZero);
+rtable(1..2, random(1, 2, 3)); rtable(1..2, random(x)); rtable(1..2, random(2)); rtable(1..2, random(1..x));
+rtable(1..2, random(2..1)); rtable(1..2, frandom(1..1)); rtable(1..2, randomly(1));
+
 # What can't be made.
 rtable(1..x);
 rtable(3..1);
@@ -113,6 +119,11 @@ evalb(f = Array([1, 4, 9])), evalb(f = Array([1, 4, 8])), EqualEntries(f, Array(
 op(0, M), nops(M), op(1, M), evalb(op(2, M) = {seq(seq((i, j) = M[i, j], j = 1..3), i = 1..2)}); op(3, M); op(4, M);
 op(0, V), op(1, f), op(2, f), evalb(op(3, f) = {1 = 1, 2 = 4, 3 = 9}), op(4, f); nops(f); op(5, f);
 type(M, rtable), type(M, Array), type(f, Array), type(Array(1..2, datatype = float[8]), hfarray);
+
+# Loops run over the elements, the first index fastest; over the entries of a sparse array.
+T := Array(1..2, 1..3, [[1, 2, 3], [4, 5, 6]]): for v in T do print(v) end do: add(v, v = T), mul(v, v = T), seq(v^2, v = T);
+seq(v, v = rtable(1..10^6, {3 = a}, storage = sparse)), add(v, v = Array(1..0));
+seq(v, v = rtable(triangular[upper], 1..2, 1..2, fill = 5)), seq(v, v = rtable(1..2, 1..2, 5, storage = triangular[upper]));
 
 # Counts.
 S := rtable(1..4, 1..4, storage = sparse[2], datatype = integer[4]): S[1, 1] := 1: S[2, 2] := 2: S[3, 3] := 3:
