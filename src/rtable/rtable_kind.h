@@ -16,8 +16,8 @@ DAG elementAtIntegers(DAG r, const DAG* index, Word n);
 /// r[index] := value for one integer within the bounds; false when it is anything else.
 bool storeAtInteger(DAG r, DAG index, DAG value);
 
-/// What loops over `rtable` run over, as a LIST that nobody else holds, not simplified: the elements that it has now, the
-/// first index fastest; of sparse storage the entries.
+/// What loops over `rtable` run over, as a LIST that nobody else holds, not simplified: the elements that it has now,
+/// the first index fastest; of sparse storage the entries.
 DAG elementsOf(DAG rtable);
 
 /// x[i] := 'x[i]' for an rtable. Error: "%1 elements cannot be unassigned".

@@ -1,14 +1,14 @@
 #include "rtable/rtable_object.h"
 
-#include <sys/mman.h>
-
 #include <algorithm>
 #include <cstring>
+
 
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "frame/errors.h"
 #include "rtable/random_fill.h"
+#include "store/address_range.h"
 #include "store/collect/collector.h"
 #include "store/copy_dag.h"
 #include "store/hash.h"
@@ -100,32 +100,62 @@ std::int64_t RTableNumBytes(DAG r) { return isKorelSparse(r) ? 0 : bytesFor(r, r
 
 namespace {
 
-// The blocks from the system: each is longer than a sixteenth of the addresses below 4 GiB. Members of a ring die
-// in any order, and the first gives the block back.
-constexpr int mostSystemBlocks = 16;
-Word systemBlocks[mostSystemBlocks];
+// Blocks outside the heap, each longer than a sixteenth of the addresses that a reference reaches. Addresses are never
+// given back to the system, but the memory behind them is, and the next block that fits takes them. Members of a ring
+// die in any order: the first gives the block back.
+struct BigBlock {
+  Word address;  // 0: none
+  std::int64_t bytes;
+  bool inUse;
+};
+constexpr int mostBigBlocks = 16;
+BigBlock bigBlocks[mostBigBlocks];
 
-// A reference is one word: the system's memory has to lie below 4 GiB, as the heap does.
-Word systemBlock(std::int64_t bytes) {
-  Word* place = std::find(systemBlocks, systemBlocks + mostSystemBlocks, Word{0});
-  void* block = MAP_FAILED;
-  if (place != systemBlocks + mostSystemBlocks)
-    block = mmap(nullptr, static_cast<std::size_t>(bytes), PROT_READ | PROT_WRITE,
-                 MAP_PRIVATE | MAP_ANONYMOUS | MAP_32BIT, -1, 0);
-  if (block == MAP_FAILED) KernelException("not enough memory to allocate rtable");
-  return *place = static_cast<Word>(reinterpret_cast<std::uintptr_t>(block));
+// A block with an address, or null.
+BigBlock* freeBlock(std::int64_t bytes) {
+  for (BigBlock& block : bigBlocks)
+    if (block.address != 0 && !block.inUse && block.bytes >= bytes) return &block;
+  for (BigBlock& block : bigBlocks) {
+    if (block.address != 0) continue;
+    // Two words more, so that doubles are aligned.
+    Word address = commitWords(bytes / 4 + 3);
+    if (address == 0) return nullptr;
+    block = {(address + 7) & ~Word{7}, bytes, false};
+    return &block;
+  }
+  return nullptr;
 }
 
-void giveBackSystemBlock(Word block, std::int64_t bytes) {
-  Word* place = std::find(systemBlocks, systemBlocks + mostSystemBlocks, block);
-  if (place == systemBlocks + mostSystemBlocks) return;
-  munmap(reinterpret_cast<void*>(std::uintptr_t{block}), static_cast<std::size_t>(bytes));
-  *place = 0;
+// The words count for the clock of the collector, which opens generations and collects by it.
+Word newBigBlock(std::int64_t bytes) {
+  BigBlock* block = freeBlock(bytes);
+  if (block == nullptr) {
+    gc();
+    block = freeBlock(bytes);
+  }
+  if (block == nullptr) KernelException("not enough memory to allocate rtable");
+  block->inUse = true;
+  cused += bytes / 4;
+  return block->address;
+}
+
+// Whole pages go back to the system; they are zero when they are touched again, as the rest is made now.
+void giveBackBigBlock(Word address) {
+  constexpr std::uintptr_t page = 4096;
+  for (BigBlock& block : bigBlocks) {
+    if (block.address != address || !block.inUse) continue;
+    const std::uintptr_t begin = address, end = begin + static_cast<std::uintptr_t>(block.bytes);
+    const std::uintptr_t first = (begin + page - 1) & ~(page - 1), last = end & ~(page - 1);
+    std::memset(reinterpret_cast<void*>(begin), 0, first - begin);
+    std::memset(reinterpret_cast<void*>(last), 0, end - last);
+    madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
+    block.inUse = false;
+  }
 }
 
 Word newBlock(std::int64_t bytes) {
   if (bytes == 0) return 0;
-  if (bytes > bigBlockLimit) return systemBlock(bytes);
+  if (bytes > bigBlockLimit) return newBigBlock(bytes);
   return newDoubleAligned(static_cast<Word>((bytes + 3) / 4), BINARY).word + 4;
 }
 
@@ -137,14 +167,14 @@ bool isInHeap(DAG r) {
 }
 
 void giveBackBlock(Word block, std::int64_t bytes) {
-  if (bytes > bigBlockLimit) giveBackSystemBlock(block, bytes);
+  if (bytes > bigBlockLimit) giveBackBigBlock(block);
   else release(holderOf(block), lengthOf(holderOf(block)));
 }
 
 // The other members of the ring may have been swept already.
 void dies(DAG r) {
   if (isKorelSparse(r) || rawField(r, rtableData) == 0 || isInHeap(r) || rtableFlag(r, rtableForeign) != 0) return;
-  giveBackSystemBlock(rawField(r, rtableData), RTableNumBytes(r));
+  giveBackBigBlock(rawField(r, rtableData));
 }
 
 }  // namespace

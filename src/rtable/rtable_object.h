@@ -6,7 +6,7 @@
 // before it. All words but s[3] are changed on the whole ring at once, by `UpdateRTABLE`.
 //
 // The data are a HASHTAB (Korel sparse), else a block: inside a BINARY object from its second word on, or, above
-// `bigBlockLimit`, memory of the system, which is given back when the rtable dies. s[1] is 0 without data.
+// `bigBlockLimit`, memory outside the heap, which is given back when the rtable dies. s[1] is 0 without data.
 
 #include <cstdint>
 

@@ -1,10 +1,7 @@
 // Every storage, format, order, rank and shape against a plain model: a map from index to value, and the rules of one
 // shape each.
 
-#include "rtable/element_access.h"
-
 #include <gtest/gtest.h>
-
 #include <map>
 #include <random>
 #include <string>
@@ -15,6 +12,7 @@
 #include "numbers/complex/complex.h"
 #include "numbers/float/float.h"
 #include "rtable/create.h"
+#include "rtable/element_access.h"
 #include "rtable/selection.h"
 #include "store/names.h"
 
@@ -73,22 +71,38 @@ struct Combination {
 };
 // Storages that hold all that the shape leaves open.
 constexpr Combination combinations[] = {
-    {"", storageRectangular, 1},   {"", storageRectangular, 2}, {"", storageRectangular, 3},
-    {"", storageSparse, 1},        {"", storageSparse, 2},      {"", storageSparse, 3},
-    {"symmetric", storageUpper, 2},          {"symmetric", storageLower, 2},
-    {"symmetric", storageRectangular, 2},    {"symmetric", storageSparse, 2},
-    {"skewsymmetric", storageStrictUpper, 2}, {"skewsymmetric", storageStrictLower, 2},
-    {"skewsymmetric", storageRectangular, 2}, {"skewsymmetric", storageSparse, 2},
-    {"triangular[upper]", storageUpper, 2},  {"triangular[upper]", storageRectangular, 2},
-    {"triangular[upper]", storageSparse, 2}, {"triangular[lower]", storageLower, 2},
+    {"", storageRectangular, 1},
+    {"", storageRectangular, 2},
+    {"", storageRectangular, 3},
+    {"", storageSparse, 1},
+    {"", storageSparse, 2},
+    {"", storageSparse, 3},
+    {"symmetric", storageUpper, 2},
+    {"symmetric", storageLower, 2},
+    {"symmetric", storageRectangular, 2},
+    {"symmetric", storageSparse, 2},
+    {"skewsymmetric", storageStrictUpper, 2},
+    {"skewsymmetric", storageStrictLower, 2},
+    {"skewsymmetric", storageRectangular, 2},
+    {"skewsymmetric", storageSparse, 2},
+    {"triangular[upper]", storageUpper, 2},
+    {"triangular[upper]", storageRectangular, 2},
+    {"triangular[upper]", storageSparse, 2},
+    {"triangular[lower]", storageLower, 2},
     {"triangular[lower]", storageRectangular, 2},
-    {"triangular[upper,unit]", storageStrictUpper, 2}, {"triangular[lower,unit]", storageStrictLower, 2},
+    {"triangular[upper,unit]", storageStrictUpper, 2},
+    {"triangular[lower,unit]", storageStrictLower, 2},
     {"triangular[upper,unit]", storageRectangular, 2},
-    {"Hessenberg[upper]", storageUpperHessenberg, 2},  {"Hessenberg[lower]", storageLowerHessenberg, 2},
+    {"Hessenberg[upper]", storageUpperHessenberg, 2},
+    {"Hessenberg[lower]", storageLowerHessenberg, 2},
     {"Hessenberg[lower]", storageRectangular, 2},
-    {"diagonal", storageDiagonal, 2}, {"diagonal", storageRectangular, 2},
-    {"band[1,2]", storageBand, 2},    {"band[1,2]", storageRectangular, 2},
-    {"identity", storageEmpty, 2},    {"identity", storageRectangular, 2}, {"zero", storageEmpty, 2},
+    {"diagonal", storageDiagonal, 2},
+    {"diagonal", storageRectangular, 2},
+    {"band[1,2]", storageBand, 2},
+    {"band[1,2]", storageRectangular, 2},
+    {"identity", storageEmpty, 2},
+    {"identity", storageRectangular, 2},
+    {"zero", storageEmpty, 2},
     {"zero", storageRectangular, 1},
 };
 

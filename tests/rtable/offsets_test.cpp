@@ -1,12 +1,10 @@
-#include "rtable/offsets.h"
-
 #include <gtest/gtest.h>
-
 #include <set>
 
 #include "kernel_fixture.h"
 #include "rtable/create.h"
 #include "rtable/element_access.h"
+#include "rtable/offsets.h"
 #include "rtable/selection.h"
 
 namespace korel::test {
@@ -60,8 +58,12 @@ TEST(Offsets, EachStoredPositionOnce) {
             kept += cell >= 0;
           });
           EXPECT_EQ(cells.size(), kept) << storage << " " << order << " " << rows << " by " << columns;
-          if (!cells.empty()) { EXPECT_LT(*cells.rbegin(), std::int64_t{rawField(r, rtableCount)}); }
-          if (!isBand) { EXPECT_EQ(cells.size(), rawField(r, rtableCount)) << storage << rows << columns; }
+          if (!cells.empty()) {
+            EXPECT_LT(*cells.rbegin(), std::int64_t{rawField(r, rtableCount)});
+          }
+          if (!isBand) {
+            EXPECT_EQ(cells.size(), rawField(r, rtableCount)) << storage << rows << columns;
+          }
         }
 }
 
