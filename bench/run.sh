@@ -28,6 +28,7 @@ process_row 'process start to exit' "$(fastest "$korel" -q -s)" "$(fastest /bin/
 echo
 "$(dirname "$0")/programs.sh" "$build"
 "$(dirname "$0")/collections.sh" "$build"
+"$(dirname "$0")/library.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then
   echo
   echo 'Printing (of_sink: times as long as the bare sink)'

@@ -11,7 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "frame/time_limit.h"
+#include "frame/interrupts.h"
 #include "session/driver.h"
 #include "frame/environment.h"
 #include "frame/errors.h"

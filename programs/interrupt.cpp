@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <csignal>
 
-#include "frame/output.h"
+#include "frame/interrupts.h"
 #include "line_editor.h"
 #include "session/driver.h"
 #include "terminal.h"

@@ -3,9 +3,9 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstring>
 
 #include "frame/errors.h"
+#include "frame/streams.h"
 #include "session/interface.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
@@ -186,42 +186,40 @@ DAG redirect(DAG arguments) {
 }
 
 struct StreamRow {
-  const char* name;  // behind INTERFACE_
+  Stream stream;
   DAG (*answer)(DAG arguments);
 };
 // The streams that say nothing to a person have no row: START, STOP, HELP, and any that is unknown.
 constexpr StreamRow streamRows[] = {
-    {"RESULT", showResult},
-    {"PRINT", showResult},
-    {"LPRINT", showValues},
-    {"CHAR", showText},
-    {"WARN", showWarning},
-    {"EXCEPT", showException},
-    {"ERROR", showPieces},
-    {"DIAG", showPieces},
-    {"INFO", showPieces},
-    {"INTR", showInterrupt},
-    {"LOGO", showBanner},
-    {"STATUS", showStatus},
-    {"DONE", endStatement},
-    {"SET", setVariable},
-    {"GET", getVariable},
-    {"READLINE", readLine},
-    {"DEBUG_READLINE", readDebuggerLine},
-    {"REDIRECT", redirect},
+    {Stream::RESULT, showResult},
+    {Stream::PRINT, showResult},
+    {Stream::LPRINT, showValues},
+    {Stream::CHAR, showText},
+    {Stream::WARN, showWarning},
+    {Stream::EXCEPT, showException},
+    {Stream::ERROR, showPieces},
+    {Stream::DIAG, showPieces},
+    {Stream::INFO, showPieces},
+    {Stream::INTR, showInterrupt},
+    {Stream::LOGO, showBanner},
+    {Stream::STATUS, showStatus},
+    {Stream::DONE, endStatement},
+    {Stream::SET, setVariable},
+    {Stream::GET, getVariable},
+    {Stream::READLINE, readLine},
+    {Stream::DEBUG_READLINE, readDebuggerLine},
+    {Stream::REDIRECT, redirect},
 };
 
 }  // namespace
 
 DAG answerMessage(void*, DAG message) {
-  constexpr std::size_t prefix = sizeof "INTERFACE_" - 1;
-  if (!isObject(message) || !hasTag(message, FUNCTION) || !hasTag(message[1], NAME)) return null;
-  const char* stream = textOf(message[1]);
-  if (std::strncmp(stream, "INTERFACE_", prefix) != 0) return null;
+  if (!isTag(message, FUNCTION) || !isStreamName(message[1])) return null;
   DAG arguments = message[2];
-  if (!isObject(arguments) || !hasTag(arguments, EXPSEQ)) arguments = new2(EXPSEQ, arguments);
+  if (!isTag(arguments, EXPSEQ)) arguments = new2(EXPSEQ, arguments);
+  const Stream stream = streamNamed(textOf(message[1]));
   for (const StreamRow& row : streamRows)
-    if (std::strcmp(row.name, stream + prefix) == 0) return row.answer(arguments);
+    if (row.stream == stream) return row.answer(arguments);
   return null;
 }
 

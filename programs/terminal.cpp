@@ -10,7 +10,7 @@
 
 #include "frame/errors.h"
 #include "session/interface.h"
-#include "frame/output.h"
+#include "frame/interrupts.h"
 #include "help.h"
 #include "interrupt.h"
 #include "line_editor.h"

@@ -15,6 +15,7 @@
 
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/streams.h"
 #include "numbers/integer/integer.h"
 #include "session/driver_state.h"
 #include "store/collect/collector.h"
@@ -263,16 +264,8 @@ void KorelProcess::waitForInput(void* process) {
 
 // ---- statements
 
-namespace {
-
-bool isStream(DAG message, const char* name) {
-  return isTag(message, FUNCTION) && isTag(message[1], NAME) && std::strcmp(textOf(message[1]), name) == 0;
-}
-
-}  // namespace
-
 void KorelProcess::reportException(DAG exception) {
-  answerSafely(new3(FUNCTION, naminstall("INTERFACE_EXCEPT"), exception), false);
+  answerSafely(new3(FUNCTION, naminstall(streamName(Stream::EXCEPT)), exception), false);
 }
 
 /// An error in the handler lands here.
@@ -318,7 +311,7 @@ bool KorelProcess::evaluate(DAG statement, int resultsWanted) {
       if (status_ == serverDead) break;
       const bool isLast = status_ == serverIdle;
       if (startErrorFile_[0] != 0) takeStartError();
-      if (isStream(message, "INTERFACE_STOP")) {
+      if (isStreamCall(message, Stream::STOP)) {
         DAG arguments = asSequence(message[2]);
         stopped_ = true;
         exitCode_ = memberCount(arguments) > 0 && isImmediate(arguments[1]) ? immediateValue(arguments[1]) : 0;

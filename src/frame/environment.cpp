@@ -3,7 +3,7 @@
 #include <sys/auxv.h>
 #include <sys/resource.h>
 
-#include "eval/evaluate/environment_variables.h"
+#include "frame/environment_block.h"
 #include "session/driver.h"
 #include "frame/errors.h"
 #include "store/constants.h"

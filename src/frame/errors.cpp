@@ -306,7 +306,7 @@ void sendKernelWarning(int level, const char* text, const DAG* parameters, int c
   sequence[1] = immediate(level);
   sequence[2] = strinstall(text);
   placeParameters(sequence, 3, places, parameters, count);
-  switch2(new3(FUNCTION, naminstall("INTERFACE_WARN"), sequence));
+  switch2(newStreamCall(Stream::WARN, sequence));
 }
 
 // ---- the last error, and traps

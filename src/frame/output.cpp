@@ -1,11 +1,10 @@
 #include "frame/output.h"
 
-#include <csignal>
 #include <cstdarg>
 #include <cstdio>
-#include <cstring>
 
 #include "eval/simplify/simplify.h"
+#include "frame/interrupts.h"
 #include "session/driver_state.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
@@ -24,32 +23,8 @@ namespace korel {
 
 DriverState driver;
 
-namespace {
-/// What the client gave for the evaluation under way, or for the one that is about to begin or end.
-void* currentContext() { return driver.contexts[driver.depth > 0 ? driver.depth - 1 : 0]; }
-}  // namespace
-
 DAG callResultHandler(DAG x) {
   return driver.resultCB != nullptr ? driver.resultCB(currentContext(), x) : null;
-}
-
-// ---- interrupts
-
-std::uint8_t interruptCounter = 0;
-// Set when a question has been asked for, which a signal handler may do at any time.
-volatile std::sig_atomic_t pollWanted = 0;
-
-void pollInterruptSoon() { pollWanted = 1; }
-
-bool askForInterrupt() {
-  interruptCounter = 0;
-  pollWanted = 0;
-  return driver.interruptCB != nullptr && driver.interruptCB(currentContext()) != 0;
-}
-
-void jumpback() {
-  SpecialError = computationInterrupted;
-  KernelException("interrupted");
 }
 
 // ---- the streams
@@ -59,28 +34,12 @@ namespace {
 /// What happens to a stream's arguments on their way out.
 enum class Preparation : std::uint8_t { none, print, lprint, result, set, redirect, unconverted };
 
-struct StreamRow {
-  const char* name;
-  Preparation preparation;
+constexpr Preparation preparations[] = {
+#define KOREL_STREAM(name, preparation) Preparation::preparation,
+#include "frame/streams.def"
+#undef KOREL_STREAM
+    Preparation::none,  // of any other name
 };
-constexpr StreamRow streamRows[] = {
-    // name               arguments
-    {"INTERFACE_PRINT", Preparation::print},       {"INTERFACE_LPRINT", Preparation::lprint},
-    {"INTERFACE_RESULT", Preparation::result},     {"INTERFACE_SET", Preparation::set},
-    {"INTERFACE_REDIRECT", Preparation::redirect}, {"INTERFACE_WARN", Preparation::unconverted},
-};
-
-Preparation preparationOf(const char* stream) {
-  for (const StreamRow& row : streamRows)
-    if (std::strcmp(row.name, stream) == 0) return row.preparation;
-  return Preparation::none;
-}
-
-bool isCallOf(DAG x, const char* name) {
-  return isObject(x) && hasTag(x, FUNCTION) && hasTag(x[1], NAME) &&
-         std::strcmp(textOf(x[1]), name) == 0;
-}
-
 
 void refuseRedirection(bool redirects) {
   if (secureMode != 0 && redirects) KernelException("redirection is disabled");
@@ -88,7 +47,7 @@ void refuseRedirection(bool redirects) {
 
 /// Redirection hides in a first argument of the output streams.
 void refuseHiddenRedirection(DAG arguments) {
-  refuseRedirection(lengthOf(arguments) > 1 && isCallOf(arguments[1], "INTERFACE_REDIRECT"));
+  refuseRedirection(lengthOf(arguments) > 1 && isStreamCall(arguments[1], Stream::REDIRECT));
 }
 
 /// Sends a converted message and takes the reply over: a copy, since its objects are the handler's.
@@ -104,7 +63,7 @@ DAG sendAndCopy(DAG x) {
 DAG sendStreamCall(DAG x) {
   DAG arguments = asSequence(x[2]);
   bool convert = true;
-  switch (preparationOf(textOf(x[1]))) {
+  switch (preparations[static_cast<int>(streamNamed(textOf(x[1])))]) {
     case Preparation::print:
       refuseHiddenRedirection(arguments);
       arguments = asSequence(prtprepro(arguments, DisplayOf::arguments));
@@ -156,15 +115,19 @@ DAG switch2(DAG x) {
       DAG arguments = asSequence(x[2]);
       stopKernel(lengthOf(arguments) > 1 ? arguments[1] : DAG());
     }
-    if (std::strncmp(textOf(x[1]), "INTERFACE_", 10) == 0) return sendStreamCall(x);
+    if (isStreamName(x[1])) return sendStreamCall(x);
   }
   DAG arguments = koreltonerin(asSequence(x));
-  callResultHandler(new3(FUNCTION, naminstall("INTERFACE_PRINT"), arguments));
+  callResultHandler(newStreamCall(Stream::PRINT, arguments));
   return null;
 }
 
-DAG sendStream(const char* stream, std::initializer_list<DAG> arguments) {
-  return switch2(newCall(naminstall(stream), arguments));
+DAG newStreamCall(Stream stream, DAG arguments) {
+  return new3(FUNCTION, naminstall(streamName(stream)), arguments);
+}
+
+DAG sendStream(Stream stream, std::initializer_list<DAG> arguments) {
+  return switch2(newStreamCall(stream, newSequence(arguments)));
 }
 
 // ---- text
@@ -174,7 +137,7 @@ void Msendprint(const char* text) {
     std::fputs(text, stderr);  // nobody drives the kernel yet
     return;
   }
-  callResultHandler(newCall(naminstall("INTERFACE_CHAR"), {strinstall(text)}));
+  callResultHandler(newStreamCall(Stream::CHAR, newSequence({strinstall(text)})));
 }
 
 int Msendflush() { return 1; }
@@ -198,7 +161,7 @@ DAG nerintokorel(DAG x) {
 }
 
 void sendstatus() {
-  sendStream("INTERFACE_STATUS",
+  sendStream(Stream::STATUS,
              {NewInteger(wordsUsed()), NewInteger(totalmem), cpuSeconds(), cons0,
               NewInteger(incrgc), NewInteger(wret), NewInteger(totalfree), NewInteger(totgcs)});
 }

@@ -1,7 +1,5 @@
 #include "frame/output_builtins.h"
 
-#include <cstring>
-
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
@@ -17,19 +15,17 @@ namespace korel {
 
 namespace {
 
-DAG sendArguments(const char* stream, DAG arguments) {
-  return switch2(new3(FUNCTION, naminstall(stream), arguments));
-}
+DAG sendArguments(Stream stream, DAG arguments) { return switch2(newStreamCall(stream, arguments)); }
 
 }  // namespace
 
 DAG builtin::print(const BuiltinCall& call) {
-  sendArguments("INTERFACE_PRINT", call.arguments);
+  sendArguments(Stream::PRINT, call.arguments);
   return null;
 }
 
 DAG builtin::lprint(const BuiltinCall& call) {
-  sendArguments("INTERFACE_LPRINT", call.arguments);
+  sendArguments(Stream::LPRINT, call.arguments);
   return null;
 }
 
@@ -79,7 +75,7 @@ DAG builtin::userinfo(const BuiltinCall& call) {
   if (!isTag(table, TABLE)) return null;
   bool wanted = isReported(ini("all"), table, level);
   for (Word i = 1; i < lengthOf(names) && !wanted; ++i) wanted = isReported(names[i], table, level);
-  if (wanted) sendArguments("INTERFACE_INFO", simpl(korel::eval(copysub(args, 2, lengthOf(args) - 3))));
+  if (wanted) sendArguments(Stream::INFO, simpl(korel::eval(copysub(args, 2, lengthOf(args) - 3))));
   return null;
 }
 
@@ -88,7 +84,7 @@ DAG builtin::userinfo(const BuiltinCall& call) {
 namespace {
 
 bool isStreamCall(DAG x) {
-  return isTag(x, FUNCTION) && isName(x[1]) && std::strncmp(textOf(x[1]), "INTERFACE_", 10) == 0;
+  return isTag(x, FUNCTION) && isStreamName(x[1]);
 }
 
 }  // namespace
@@ -107,7 +103,7 @@ DAG builtin::streamcall(const BuiltinCall& call) {
 }
 
 DAG builtin::callback(const BuiltinCall& call) {
-  DAG reply = sendArguments("INTERFACE_CALLBACK", call.arguments);
+  DAG reply = sendArguments(Stream::CALLBACK, call.arguments);
   return reply ? evalstat(nerintokorel(reply), modeParse) : null;
 }
 

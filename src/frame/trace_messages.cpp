@@ -85,33 +85,33 @@ void appendException(Pieces& pieces, DAG debug) {
 /// How a code becomes a stream call.
 struct MessageRow {
   DebugCode code;
-  const char* stream;
+  Stream stream;
   int closesRead;  // what an input file being read is told, or -1
   void (*append)(Pieces& pieces, DAG debug);
 };
 
-constexpr const char* diagnostics = "INTERFACE_DIAG";
+constexpr Stream diagnostics = Stream::DIAG;
 constexpr MessageRow messageRows[] = {
     // code             stream             read  pieces
     {debugRemembered, diagnostics, -1, appendRemembered},
     {debugEnter, diagnostics, -1,
      [](Pieces& p, DAG d) { p.text("{--> enter ").object(d[2]).text(", args = ").members(d[3]); }},
     {debugExit, diagnostics, -1, [](Pieces& p, DAG d) { appendExit(p, "<-- exit ", d); }},
-    {debugError, "INTERFACE_ERROR", 2, appendError},
-    {debugInterrupt, "INTERFACE_INTR", 0, [](Pieces&, DAG) {}},
+    {debugError, Stream::ERROR, 2, appendError},
+    {debugInterrupt, Stream::INTR, 0, [](Pieces&, DAG) {}},
     {debugStatement, diagnostics, -1,
      [](Pieces& p, DAG d) { p.text(" executing statement: ").object(d[2]); }},
     {debugLocals, diagnostics, -1,
      [](Pieces& p, DAG d) { p.text(" locals defined as: ").members(d[2]); }},
     {debugTraceLevel, diagnostics, -1,
      [](Pieces& p, DAG d) { p.object(d[2]).text(" called with arguments: ").members(d[3]); }},
-    {debugSystemError, "INTERFACE_ERROR", 2,
+    {debugSystemError, Stream::ERROR, 2,
      [](Pieces& p, DAG d) { p.text("System error, ").members(d[2]); }},
-    {debugBanner, "INTERFACE_LOGO", -1, [](Pieces& p, DAG d) { p.members(d[2]); }},
+    {debugBanner, Stream::LOGO, -1, [](Pieces& p, DAG d) { p.members(d[2]); }},
     {debugErrorExit, diagnostics, -1, [](Pieces& p, DAG d) { appendExit(p, "<-- ERROR in ", d); }},
     {debugBuiltin, diagnostics, -1,
      [](Pieces& p, DAG d) { p.text("execute ").object(d[2]).text(", args = ").members(d[3]); }},
-    {debugException, "INTERFACE_EXCEPT", 2, appendException},
+    {debugException, Stream::EXCEPT, 2, appendException},
 };
 
 }  // namespace
@@ -138,7 +138,7 @@ DAG DebugToNerin(DAG debug) {
     if (row.closesRead >= 0) CloseReadOnError(row.closesRead);
     Pieces pieces;
     row.append(pieces, debug);
-    return new3(FUNCTION, naminstall(row.stream), pieces.sequence);
+    return newStreamCall(row.stream, pieces.sequence);
   }
   notimpl("DebugToNerin");
 }

@@ -31,7 +31,7 @@ void InitializeHelp() {
   DAG path = ini("libname")[1];
   if (!path || path == announcedPath) return;
   announcedPath = path;
-  sendStream("INTERFACE_HELP", {naminstall("setpath"), path});
+  sendStream(Stream::HELP, {naminstall("setpath"), path});
 }
 
 }  // namespace korel

@@ -161,7 +161,7 @@ namespace {
 
 constexpr const char* banner = "Korel 6.01 - algebra kernel";
 
-void sendStartMessage() { callResultHandler(newCall(naminstall("INTERFACE_START"), {})); }
+void sendStartMessage() { callResultHandler(newStreamCall(Stream::START, null)); }
 
 void greet() {
   sendStartMessage();
@@ -281,7 +281,7 @@ void reportJump(int code) {
       reportError();
       break;
     case jumpStop:
-      callResultHandler(newCall(naminstall("INTERFACE_STOP"), {immediate(driver.exitCode)}));
+      callResultHandler(newStreamCall(Stream::STOP, newSequence({immediate(driver.exitCode)})));
       driver.stopped = true;
       break;
     default:
@@ -366,7 +366,7 @@ DAG runOutermost(const Task& task, ResultHandler resultCB, InterruptHandler inte
     driver.resultsWanted = task.show;
     result = runInFrame(driver.topLevel, task);
     if (memoryRanOut) collectBetweenStatements();
-    if (task.reader == nullptr) callResultHandler(newCall(naminstall("INTERFACE_DONE"), {}));
+    if (task.reader == nullptr) callResultHandler(newStreamCall(Stream::DONE, null));
   }
   // Between statements an error has nowhere to go.
   IniEnv.jumpBuffer = nullptr;

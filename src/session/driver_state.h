@@ -22,6 +22,8 @@ struct DriverState {
   std::jmp_buf restart;
 };
 extern DriverState driver;
+/// What the client gave for the evaluation under way, or for the one that is about to begin or end.
+inline void* currentContext() { return driver.contexts[driver.depth > 0 ? driver.depth - 1 : 0]; }
 
 /// Hands `x` to the result handler at the present depth; gives the reply.
 DAG callResultHandler(DAG x);

@@ -325,8 +325,8 @@ void RememberInterface() {
   Word at = 1;
   for (const char* variable : rememberedVariables) {
     DAG name = naminstall(variable);
-    DAG value = sendStream("INTERFACE_GET", {name});
-    calls[at++] = newCall(naminstall("INTERFACE_SET"), {name, value});
+    DAG value = sendStream(Stream::GET, {name});
+    calls[at++] = newStreamCall(Stream::SET, newSequence({name, value}));
   }
   updategens(calls);
 }

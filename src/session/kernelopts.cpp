@@ -235,4 +235,10 @@ void ResetKernelOpts() {
   optprofile = remembered.profile;
 }
 
+DAG builtin::gc(const BuiltinCall& call) {
+  if (argumentCount(call) != 0) wrongParameters(call);
+  korel::gc();
+  return null;
+}
+
 }  // namespace korel

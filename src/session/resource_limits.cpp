@@ -7,7 +7,7 @@
 #include <cstdlib>
 
 #include "eval/simplify/simplify.h"
-#include "frame/time_limit.h"
+#include "frame/interrupts.h"
 #include "session/driver.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"

@@ -8,12 +8,12 @@
 
 #include <cstdint>
 
+#include "store/address_range.h"
+#include "store/hash.h"
+
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
-
-#include "store/address_range.h"
-#include "store/hash.h"
 
 namespace korel {
 

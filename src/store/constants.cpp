@@ -9,6 +9,7 @@
 #include "numbers/events/numeric_events.h"
 #include "store/hash.h"
 #include "store/names.h"
+#include "store/object_fields.h"
 #include "store/objects.h"
 
 namespace korel {
@@ -65,10 +66,8 @@ void buildNumberObjects() {
 }
 
 DAG builtinProcedure(int number) {
-  DAG proc = newl2(9, PROC);
-  for (Word i = 1; i < 9; ++i) proc[i] = null;
-  proc[3] = isRemembering(number) ? rememberOptions : builtinOptions;
-  proc[5] = immediate(number);
+  DAG proc = newProcedure(
+      {.options = isRemembering(number) ? rememberOptions : builtinOptions, .body = immediate(number)});
   // Final as it stands: a procedure is never merged with another, so that no table holds it.
   setSimplified(proc);
   return proc;
@@ -100,10 +99,7 @@ DAG param(std::int32_t n) { return simpl(new2(PARAM, DAG(static_cast<Word>(n))))
 DAG testzeroProcedure() {
   DAG normalized = simpl(newCall(ini("Normalizer"), {param(1)}));
   DAG body = simpl(newCall(ini("evalb"), {simpl(new3(EQUATION, normalized, cons0))}));
-  DAG proc = newl2(9, PROC);
-  for (Word i = 1; i < 9; ++i) proc[i] = null;
-  proc[1] = simpl(new2(EXPSEQ, ini("O")));
-  proc[5] = body;
+  DAG proc = newProcedure({.params = simpl(newSequence({ini("O")})), .body = body});
   setSimplified(proc);
   return proc;
 }

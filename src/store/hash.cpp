@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "store/object_fields.h"
 #include "store/objects.h"
 
 namespace korel {
@@ -215,15 +216,15 @@ Word hashalg(DAG s) {
   switch (tag) {
     case NAME: return s.word;
     case PROC:
-      h = s[5].word;
-      mix(s[4]);
-      mix(s[3]);
+      h = bodyOf(s).word;
+      mix(rememberOf(s));
+      mix(optionsOf(s));
       break;
     case MODDEF:
-      h = s[9].word;
-      mix(s[5]);
-      mix(s[4]);
-      mix(s[3]);
+      h = s[moddefName].word;
+      mix(bodyOf(s));
+      mix(exportsOf(s));
+      mix(optionsOf(s));
       break;
     case SUM: case PROD:
       h = static_cast<Word>(tagNumber(tag));

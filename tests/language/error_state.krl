@@ -15,7 +15,7 @@ failing := [
   "x || (1.5..2)", "[1, 2][3]", "\"abc\"[9]", "md[2]", "md:-b", "needs()", "needs(\"s\")", "brk()", "gt()",
   "read 3", "read \"/nonexistent\"", "save 3, \"f\"", "save x, 3",
   "save f(x), \"f\"", "for f(x) to 3 do end do", "libname := \"a\", 3", "use zz in 1 end use", "setattribute('Digits', protected)",
-  "alias(1 = 2)", "alias(z)", "timelimit(aa, 1)", "quit(256)", "ToInert(1)", "(aa + bb)(1)", "readlib(nosuch)",
+  "alias(1 = 2)", "alias(z)", "timelimit(aa, 1)", "quit(256)", "ToInert(1)", "convert(1, nosuchform)", "readlib(nosuch)",
   "assemble(0)", "proc(x) local x; x end proc", "proc() local args; 1 end proc",
   "module(x) export e; end module", "try 1 catch: 2 catch \"a\": 3 end try", "streamcall(1)", "exports(1)", "userinfo(1, a)"
 ]:

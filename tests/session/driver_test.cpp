@@ -7,6 +7,7 @@
 #include "session/driver_state.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/interrupts.h"
 #include "frame/output.h"
 #include "session/statement_reader.h"
 #include "kernel_fixture.h"

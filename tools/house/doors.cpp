@@ -14,7 +14,7 @@ constexpr std::string_view floors[][3] = {
     {"store"},    {"frame"},   {"numbers"},
     {"text"},     {"eval"},    {"library"},
     {"rtable"},   {"algebra"}, {"debug", "external", "openmath"},
-    {"builtins"}, {"session"},
+    {"builtins"}, {"session"}, {"client"},
 };
 
 /// Number of the floor on which a header stands, whose path begins with its room, or -1.

@@ -4,7 +4,7 @@
 
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"

@@ -1,25 +1,15 @@
 #pragma once
 // Environment variables: names whose value belongs to the running procedure.
 //
-// A frame's `envVars` block is shared with its caller until the frame assigns one; it then gets a copy
-// of its own, which ends with it. `HashEnv` holds the fixed names, found by a perfect hash of their
+// The values stand in the frame's block (frame/environment_block.h). `HashEnv` holds the fixed names, found by a perfect hash of their
 // first characters; names that begin with `_Env` are the open kind.
 
 #include <cstring>
 
+#include "frame/environment_block.h"
 #include "store/dag.h"
 
 namespace korel {
-
-/// Words of the block.
-enum EnvironmentWord : int {
-  envDigits = 1, envUseHardwareFloats, envRounding, envOrder, envMod, envTestzero, envNormalizer,
-  envNewtable, envNumericEventHandlers, envFirstOpen,
-};
-constexpr int environmentBlockLength = 10;
-
-/// What `Digits` may be at most.
-constexpr std::int64_t largestDigits = 268435448;
 
 /// Value of the name `x`; evaluated when `full`. An unassigned name gives itself.
 DAG valuenv(DAG x, bool full, DAG* lastName = nullptr);

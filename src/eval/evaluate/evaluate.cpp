@@ -11,7 +11,7 @@
 #include "eval/simplify/simplify.h"
 #include "eval/statements/boolean.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "numbers/arithmetic.h"
 #include "numbers/float/float.h"
 #include "library/library_calls.h"

@@ -10,7 +10,7 @@
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"

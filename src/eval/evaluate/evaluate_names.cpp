@@ -11,7 +11,7 @@
 #include "eval/simplify/simplify.h"
 #include "eval/walk/has.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "numbers/integer/integer.h"
 #include "session/driver.h"
 #include "store/constants.h"

@@ -6,7 +6,7 @@
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
 #include "eval/statements/statements.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"

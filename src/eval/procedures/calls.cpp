@@ -1,7 +1,6 @@
 #include "eval/procedures/calls.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "builtins/builtins.h"
 #include "eval/evaluate/environment_variables.h"
@@ -22,6 +21,7 @@
 #include "store/copy_on_change.h"
 #include "frame/errors.h"
 #include "frame/output.h"
+#include "frame/streams.h"
 #include "frame/trace_messages.h"
 #include "frame/traceback.h"
 #include "library/library_calls.h"
@@ -180,9 +180,6 @@ DAG remembered(const Callee& callee, DAG arguments) {
 bool isInert(DAG x) { return lengthOf(x) == 4 && isMember(ini("inert"), x[3]); }
 
 // A call of a stream is sent as it is, and the front end's reply is its value.
-bool isStreamName(DAG x) {
-  return isName(x) && std::strncmp(textOf(x), "INTERFACE_", 10) == 0;
-}
 DAG sendToFrontEnd(DAG stream, DAG arguments) {
   DAG reply = switch2(new3(FUNCTION, stream, simpl(asSequence(arguments))));
   if (!reply) return null;

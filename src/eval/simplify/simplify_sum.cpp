@@ -21,7 +21,7 @@
 #include "eval/simplify/sum_steps.h"
 #include "eval/simplify/unique_pairs.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "numbers/complex/complex.h"
 #include "numbers/events/numeric_events.h"
 #include "library/library_calls.h"

@@ -5,7 +5,7 @@
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "store/objects.h"
 #include "store/tag_facts.h"
 #include "store/vocabulary.h"

@@ -10,7 +10,7 @@
 #include "eval/types/types.h"
 #include "store/copy_on_change.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/events/numeric_events.h"

@@ -248,7 +248,7 @@ void runOver(ContainerLoop& loop) {
     DAG x = element(loop.container, loop.index);
     assign(loop.variable, x);
     if (loop.mode >= 0 && showsMembers(*Environment->frame))
-      sendStream("INTERFACE_RESULT", {new3(ASSIGN, simpl(loop.variable), x)});
+      sendStream(Stream::RESULT, {new3(ASSIGN, simpl(loop.variable), x)});
     if (!conditionHolds(loop)) return;
     loop.value = evalstat(loop.body, loop.mode);
     evaluationLevel = loop.level + branchLevels;

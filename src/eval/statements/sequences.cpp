@@ -14,7 +14,7 @@
 #include "eval/structure/substitute.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "numbers/arithmetic.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"

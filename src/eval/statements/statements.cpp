@@ -13,7 +13,7 @@
 #include "eval/walk/has.h"
 #include "frame/errors.h"
 #include "frame/output.h"
-#include "frame/time_limit.h"
+#include "frame/interrupts.h"
 #include "library/library_calls.h"
 #include "library/save.h"
 #include "session/driver.h"
@@ -39,7 +39,7 @@ int innerMode(int mode) { return mode < 0 ? modeSilent : modeInner; }
 // Whether a value of the present depth is shown.
 bool isShown(int mode) { return mode >= 0 && mode != modeParse && showsValues(*Environment->frame); }
 
-void show(DAG value) { sendStream("INTERFACE_RESULT", {value}); }
+void show(DAG value) { sendStream(Stream::RESULT, {value}); }
 
 // The ditto values move on with a value of the frame that is running.
 // Whatever else a statement changes with its value, evaluation begins anew behind it.

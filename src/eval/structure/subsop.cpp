@@ -5,7 +5,7 @@
 #include "eval/structure/operands.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/objects.h"

@@ -9,7 +9,7 @@
 #include "eval/types/type_names.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "library/library_calls.h"
 #include "store/constants.h"
 #include "store/objects.h"

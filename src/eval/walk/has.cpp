@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "store/constants.h"
 #include "store/vocabulary.h"
 

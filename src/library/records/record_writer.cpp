@@ -5,6 +5,7 @@
 
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "library/records/object_numbers.h"
 #include "library/records/record_codes.h"
 #include "library/records/record_writing.h"
 #include "library/repository/repository.h"
@@ -16,13 +17,12 @@
 #include "store/objects.h"
 #include "store/reference_fields.h"
 #include "store/vocabulary.h"
-#include "store/word_map.h"
 
 namespace korel {
 
 /// The numbers of the objects written so far.
 struct WrittenNumbers {
-  WordMap puttab;
+  ObjectNumbers puttab;
   std::int32_t last = 0;
 
   void forget() {
@@ -311,18 +311,15 @@ void putRecord(Writing& w, DAG x) {
   if (!x) return putCode(w, recordZero);
   WrittenNumbers& numbers = *w.numbers;
   std::int32_t number = numbers.last + 1;
-  if (w.depth > 0) {
-    std::int32_t* known = nullptr;
-    switch (numbers.puttab.insert(x.word, number, &known)) {
-      case WordMap::present:
-        putCode(w, recordBack);
-        return putInt(w, *known);
-      case WordMap::outOfMemory: failWriting(w, "ran out of memory");
-      case WordMap::added: break;
-    }
-  } else if (numbers.puttab.insert(x.word, number) == WordMap::outOfMemory) {
-    failWriting(w, "ran out of memory");
+  switch (numbers.puttab.insert(x, number)) {
+    case WordMap::present:
+      if (w.depth == 0) break;  // the outermost object is written whatever has been
+      putCode(w, recordBack);
+      return putInt(w, number);
+    case WordMap::outOfMemory: failWriting(w, "ran out of memory");
+    case WordMap::added: break;
   }
+  number = numbers.last + 1;
   numbers.last = number;
   ++w.depth;
   if (isInteger(x)) {

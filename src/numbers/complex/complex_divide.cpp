@@ -11,7 +11,7 @@
 
 #include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
-#include "frame/precision.h"
+#include "frame/environment_block.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex_forms.h"
 #include "numbers/events/numeric_events.h"

@@ -6,7 +6,7 @@
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "frame/precision.h"
+#include "frame/environment_block.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/float/float.h"

@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "eval/evaluate/evalf.h"
-#include "frame/precision.h"
+#include "frame/environment_block.h"
 #include "numbers/arithmetic.h"
 #include "numbers/float/float_groups.h"
 #include "numbers/float/float_rounding.h"

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <utility>
 
-#include "frame/precision.h"
+#include "frame/environment_block.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_groups.h"
 #include "store/constants.h"

@@ -17,8 +17,8 @@
 
 #include "eval/evaluate/evalf.h"
 #include "frame/errors.h"
-#include "frame/output.h"
-#include "frame/precision.h"
+#include "frame/interrupts.h"
+#include "frame/environment_block.h"
 #include "numbers/arithmetic.h"
 #include "numbers/events/numeric_events.h"
 #include "numbers/float/float.h"

@@ -4,7 +4,7 @@
 
 #include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
-#include "frame/precision.h"
+#include "frame/environment_block.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/complex/complex_forms.h"

@@ -15,7 +15,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "store/dag.h"
 
 namespace korel {

@@ -3,7 +3,7 @@
 #include "numbers/integer/integer_functions.h"
 
 #include "eval/simplify/simplify.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/objects.h"

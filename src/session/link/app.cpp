@@ -3,10 +3,10 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 #include "frame/errors.h"
-#include "frame/output.h"
+#include "frame/interrupts.h"
+#include "frame/streams.h"
 #include "session/log.h"
 #include "session/statement_reader.h"
 #include "store/constants.h"
@@ -52,7 +52,7 @@ namespace {
 bool asksForLine(DAG message) {
   if (!isTag(message, FUNCTION) || !isTag(message[1], NAME)) return false;
   const char* stream = textOf(message[1]);
-  return std::strcmp(stream, "INTERFACE_READLINE") == 0 || std::strcmp(stream, "INTERFACE_DEBUG_READLINE") == 0;
+  return streamNamed(stream) == Stream::READLINE || streamNamed(stream) == Stream::DEBUG_READLINE;
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <csignal>
 #include <cstdlib>
 
-#include "frame/output.h"
+#include "frame/interrupts.h"
 #include "session/log.h"
 #include "store/constants.h"
 

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "frame/streams.h"
 #include "store/names.h"
 #include "store/objects.h"
 
@@ -116,7 +117,7 @@ DAG KL_Base::getResult(int wait) {
   if (status_ == serverDead || (wait == 0 && getServerStatus() != serverReady)) return DAG();
   DAG message = receiveDAG();
   if (status_ == serverDead) return message;
-  constexpr const char* last = "INTERFACE_DONE";
+  constexpr const char* last = streamName(Stream::DONE);
   bool isLast = isTag(message, FUNCTION) && isTag(message[1], NAME) &&
                 std::strncmp(textOf(message[1]), last, std::strlen(last)) == 0;
   status_ = isLast ? serverIdle : serverComputing;

@@ -239,7 +239,9 @@ bool isNegativeInfinity(DAG x) {
   return is(x, SUM) && boundedLength(x) == 3 && x[1] == ini("infinity") && x[2] == consm1;
 }
 // What is only known to be bounded, as a part of (-1)^infinity.
-bool isBounded(DAG x) { return is(x, NAME) && std::strncmp(textOf(x), "bdd_undefined", 4 * (boundedLength(x) - 3)) == 0; }
+bool isBounded(DAG x) {
+  return is(x, NAME) && std::strncmp(textOf(x), "bdd_undefined", 4 * (boundedLength(x) - 3)) == 0;
+}
 bool isComplexPart(DAG x) {
   return isNumber(x) || x == ini("infinity") || x == ini("undefined") || isNegativeInfinity(x) || isBounded(x);
 }

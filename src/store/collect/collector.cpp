@@ -211,12 +211,6 @@ bool collectAlways = stressLevel() != 0;
 void gc() { runCollection(false); }
 void collectInTurn() { runCollection(isShortEnough()); }
 
-DAG builtin::gc(const BuiltinCall& call) {
-  if (argumentCount(call) != 0) wrongParameters(call);
-  korel::gc();
-  return null;
-}
-
 // An object that any other refers to stays, whether that one is alive or not: nothing was marked.
 void GarbageCollectSoftwareFloats() {
   if (collecting) return;

@@ -24,7 +24,6 @@
 #include <cstdio>
 
 #include "store/allocator.h"
-#include "frame/builtin_call.h"
 #include "store/dag.h"
 #include "store/generations.h"
 
@@ -66,12 +65,6 @@ extern std::int64_t ccused;    // words: mark of the last status report of the i
 /// True while a collection is under way.
 extern bool collecting;
 
-// ---- built-ins and reports
-
-namespace builtin {
-/// The built-in `gc`: collects; gives the empty sequence.
-DAG gc(const BuiltinCall& call);
-}  // namespace builtin
 /// A collection's census: a LIST with attribute `matrix` of [tag name, objects, bytes] for each tag.
 DAG MemoryUsage();
 

@@ -4,6 +4,7 @@
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/names.h"
+#include "store/object_fields.h"
 #include "store/standard_names.h"
 
 namespace korel {
@@ -31,8 +32,8 @@ void forEachPair(DAG table, Visit visit) {
 }
 
 bool hasWeakOption(DAG procedure) {
-  DAG options = procedure[3];
-  if (!isObject(options) || !hasTag(options, EXPSEQ)) return false;
+  DAG options = optionsOf(procedure);
+  if (!isTag(options, EXPSEQ)) return false;
   for (Word i = 1; i < lengthOf(options); ++i)
     if (options[i] == ini("system") || options[i] == ini("builtin")) return true;
   return false;
@@ -41,7 +42,7 @@ bool hasWeakOption(DAG procedure) {
 [[gnu::always_inline]] inline bool isAliveOrPlain(DAG x) { return !isObject(x) || isAlive(x); }
 
 bool isAliveKey(DAG key) {
-  if (!isObject(key) || !hasTag(key, EXPSEQ)) return isAliveOrPlain(key);
+  if (!isTag(key, EXPSEQ)) return isAliveOrPlain(key);
   for (Word i = 1; i < lengthOf(key); ++i)
     if (!isAliveOrPlain(key[i])) return false;
   return true;
@@ -100,11 +101,11 @@ void listRememberTables() {
   rememberTableCount = 0;
   forEachPair(nametab, [](DAG, DAG name) {
     DAG procedure = name[1];
-    if (!isObject(procedure) || !hasTag(procedure, PROC) || name == ini("readlib")) return;
-    DAG table = procedure[4];
-    if (!isObject(table) || !hasTag(table, HASHTAB) || !hasWeakOption(procedure)) return;
+    if (!isTag(procedure, PROC) || name == ini("readlib")) return;
+    DAG table = rememberOf(procedure);
+    if (!isTag(table, HASHTAB) || !hasWeakOption(procedure)) return;
     if (rememberTableCount == maxRememberTables) {
-      procedure[4] = null;
+      rememberOf(procedure) = null;
       return;
     }
     rememberTables[rememberTableCount++] = table;

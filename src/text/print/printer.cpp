@@ -5,7 +5,7 @@
 
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "store/tag_facts.h"
 #include "text/print/print_object.h"
 

@@ -80,7 +80,7 @@ void closeInputAbove(int unit) {
 void closeInputProcedure(const char*) { closeInputAbove(static_cast<int>(errorProcParam)); }
 
 void reportReading(const char* name) {
-  sendStream("INTERFACE_EXCEPT", {cons0, strinstall("while reading `%1`"), naminstall(name)});
+  sendStream(Stream::EXCEPT, {cons0, strinstall("while reading `%1`"), naminstall(name)});
 }
 
 /// Statement after statement of the unit above `outer`, until its end or an error stops it.

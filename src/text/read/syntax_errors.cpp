@@ -64,7 +64,7 @@ void reportInInput(int position, const char* message) {
     std::snprintf(text, sizeof text, "on line %%1, syntax error, %s:", message);
     shown = naminstall(text);
   }
-  sendStream("INTERFACE_EXCEPT", {cons0, shown, Newint(lineNumber(unit))});
+  sendStream(Stream::EXCEPT, {cons0, shown, Newint(lineNumber(unit))});
   LineText line;
   bool replaced = copyShownLine(unit, line);
   Msendprint(line);

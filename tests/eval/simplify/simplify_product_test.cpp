@@ -9,7 +9,7 @@
 #include "numbers/arithmetic.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
-#include "frame/precision.h"
+#include "frame/environment_block.h"
 #include "kernel_fixture.h"
 #include "numbers/complex/complex.h"
 #include "numbers/float/float.h"

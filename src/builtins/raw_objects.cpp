@@ -1,4 +1,4 @@
-#include "store/raw_objects.h"
+#include "builtins/raw_objects.h"
 
 #include "builtins/builtins.h"
 #include "eval/simplify/simplify.h"

@@ -1,4 +1,4 @@
-#include "frame/precision.h"
+#include "frame/environment_block.h"
 
 #include "frame/errors.h"
 #include "store/generations.h"

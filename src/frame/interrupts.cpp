@@ -1,21 +1,46 @@
-#include "frame/time_limit.h"
+#include "frame/interrupts.h"
 
 #include <sys/resource.h>
 
+#include <cstdlib>
 #include <limits>
 
 #include "eval/evaluate/evalf.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
+#include "eval/types/type_match.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/output.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
+#include "session/driver_state.h"
+#include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/objects.h"
-#include "eval/types/type_match.h"
 
 namespace korel {
+
+// ---- interrupts
+
+std::uint8_t interruptCounter = 0;
+// Set when a question has been asked for, which a signal handler may do at any time.
+volatile std::sig_atomic_t pollWanted = 0;
+
+void pollInterruptSoon() { pollWanted = 1; }
+
+bool askForInterrupt() {
+  interruptCounter = 0;
+  pollWanted = 0;
+  return driver.interruptCB != nullptr && driver.interruptCB(currentContext()) != 0;
+}
+
+void jumpback() {
+  SpecialError = computationInterrupted;
+  KernelException("interrupted");
+}
+
+// ---- processor time
 
 std::int32_t evalTimeLimit = 0;
 
@@ -53,6 +78,33 @@ void raiseTimeExpired() {
   SpecialError = timeExpired;
   KernelException("time expired");
 }
+
+// ---- long operations
+
+namespace {
+// Some ten milliseconds; a look costs a call of the driver's handler and one of the system.
+constexpr std::int64_t stepsBetweenLooks = 10000000;
+}  // namespace
+
+std::int64_t stepsToNextLook = stepsBetweenLooks;
+
+bool mustEndOperation() {
+  stepsToNextLook = stepsBetweenLooks;
+  if (SpecialError != noSpecialError || collecting) return false;
+  if (Environment == nullptr || Environment->jumpBuffer == nullptr) return false;
+  pollInterruptSoon();
+  if (TestInterrupt()) SpecialError = computationInterrupted;
+  else if (isTimeExpired()) SpecialError = timeExpired;
+  return SpecialError != noSpecialError;
+}
+
+void endOperation() {
+  if (SpecialError == timeExpired) raiseTimeExpired();
+  jumpback();
+  std::abort();  // it has raised an error
+}
+
+// ---- built-ins
 
 DAG builtin::time(const BuiltinCall& call) {
   double start = argumentCount(call) == 0 ? 0.0 : cptime();

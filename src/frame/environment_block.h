@@ -1,19 +1,30 @@
 #pragma once
-// `Digits` and `Rounding` of the running frame, as arithmetic reads and changes them.
+// The block of environment variables of a frame: its words, and how the kernel reads and changes them.
 //
-// Both are words of the frame's block of environment variables. A routine that needs guard digits or a
-// directed rounding changes the word for the time of its work: the change is undone on the normal way
-// out, and when an error of any kind passes. A frame that shares its caller's block gets one
-// of its own first, so that nothing is seen outside.
+// A block is an EXPSEQ. A frame shares its caller's block until it assigns a variable; it then gets a block of its
+// own. The names behind the words are told in eval/evaluate/environment_variables.h.
+//
+// Arithmetic reads `Digits` and `Rounding` here. A routine that needs guard digits or a directed rounding changes
+// the word for the time of its work: the change is undone on the normal way out, and when an error of any kind
+// passes. Nothing of it is seen outside.
 
 #include <cstdint>
 
-#include "eval/evaluate/environment_variables.h"
 #include "frame/environment.h"
 #include "store/constants.h"
 #include "store/dag.h"
 
 namespace korel {
+
+/// Words of the block; behind them stand the names and values of the open kind.
+enum EnvironmentWord : int {
+  envDigits = 1, envUseHardwareFloats, envRounding, envOrder, envMod, envTestzero, envNormalizer,
+  envNewtable, envNumericEventHandlers, envFirstOpen,
+};
+constexpr int environmentBlockLength = 10;
+
+/// What `Digits` may be at most.
+constexpr std::int64_t largestDigits = 268435448;
 
 inline DAG environmentWord(EnvironmentWord word) { return Environment->frame->envVars[word]; }
 

@@ -1,0 +1,52 @@
+# Integer parts and integer logarithms of what is no number, or no integer.
+
+`simpl/trunc` := proc(x)
+  description "simpl/trunc(x): the integer part of an expression, toward 0";
+  local y, n, whole;
+  if nargs <> 1 then return 'trunc'(args) end if;
+  if type(x, function) and op(0, x) = 'trunc' and nops(x) = 1 then return x end if;
+  if `simpl/signum`(x) <> FAIL then
+    # Digits enough for the integer part; a value this close to an integer stays open.
+    n := 20 + max(0, ilog10(evalf(x)));
+    y := evalf(x, n);
+    whole := trunc(y);
+    if type(y, numeric) and abs(evalf(y - whole, n)) > 1/10^10 and abs(evalf(y - whole, n)) < 1 - 1/10^10 then return whole end if
+  end if;
+  if type(x, `*`) and type(op(1, x), negative) then -trunc(-x) else 'trunc'(x) end if
+end proc:
+
+`simpl/ilog10` := proc(x)
+  description "simpl/ilog10(x): the exponent of the leading decimal digit of a rational number or constant";
+  local n, d, k;
+  if type(x, rational) then
+    n, d := abs(op(1, x)), op(2, x);
+    k := length(n) - length(d);
+    if n < d*10^k then k - 1 else k end if
+  elif `simpl/signum`(x) <> FAIL then ilog10(evalf(x))
+  else 'ilog10'(x)
+  end if
+end proc:
+
+ilog := proc(x)
+  description "ilog[b](x): the largest integer k with b^k <= |x|; the base b is the index, or exp(1)";
+  local b, y, k;
+  b := `if`(type(procname, indexed), op(procname), exp(1));
+  if nargs <> 1 then error "ilog expects one argument, but received %1", nargs end if;
+  if not type(b, numeric) and b <> exp(1) or type(b, numeric) and b <= 1 then
+    error "the base of ilog must be a number above 1, but received %1", b
+  end if;
+  if not type(x, numeric) and `simpl/signum`(x) = FAIL then return 'procname'(x) end if;
+  if x = 0 then return -infinity end if;
+  y := abs(x);
+  if type(b, rational) then
+    # An estimate that is off by one at most, and the exact comparison.
+    if type(y, sfloat) then y := SFloatMantissa(y)*10^SFloatExponent(y) end if;
+    if type(y, rational) then
+      k := trunc(evalf('ln'(y)/'ln'(b), 20)) - 2;
+      while b^(k + 1) <= y do k := k + 1 end do;
+      return k
+    end if
+  end if;
+  k := evalf('ln'(y)/'ln'(b), 20 + Digits);
+  `if`(k < 0, -trunc(-k) - `if`(k = trunc(k), 0, 1), trunc(k))
+end proc:

@@ -1,0 +1,62 @@
+#pragma once
+// The numbers of objects that have been written, by reference.
+//
+// Objects that were made together are written together: a page of numbers for each 64 KB of the heap keeps them side by
+// side, where a hash table would miss the cache at every object (bench/library.sh). Small integers have pages of their
+// own, long words that are neither go into a map. An entry counts while its time is the present one, so that `clear`
+// touches nothing.
+
+#include <cstdint>
+
+#include "store/dag.h"
+#include "store/word_map.h"
+
+namespace korel {
+
+class ObjectNumbers {
+ public:
+  /// Gives `x` (not 0) the number, unless it has one: then `number` becomes that.
+  WordMap::Outcome insert(DAG x, std::int32_t& number) {
+    const Word place = isImmediate(x) ? x.word >> 1 : x.word >> 3;
+    Page** pages = isImmediate(x) ? smallPages_ : heapPages_;
+    if (isImmediate(x) && place >= smallLimit) return insertRare(x, number);
+    if (pages == nullptr || pages[place / pageLength] == nullptr) [[unlikely]] {
+      pages = newPage(x, place);
+      if (pages == nullptr) return WordMap::outOfMemory;
+    }
+    Entry& entry = pages[place / pageLength]->entries[place % pageLength];
+    if (entry.time == time_) {
+      number = entry.number;
+      return WordMap::present;
+    }
+    entry = {time_, number};
+    return WordMap::added;
+  }
+  /// Forgets all numbers; keeps storage for the next run unless that is large.
+  void clear();
+
+ private:
+  static constexpr Word pageLength = 8192;
+  static constexpr Word smallLimit = Word{1} << 20;              // integers from 0 on
+  static constexpr Word heapPageCount = (Word{1} << 29) / pageLength;
+  static constexpr Word smallPageCount = smallLimit / pageLength;
+  static constexpr int keptPages = 512;
+  struct Entry {
+    std::uint32_t time;
+    std::int32_t number;
+  };
+  struct Page {
+    Entry entries[pageLength];
+  };
+  Page** newPage(DAG x, Word place);
+  WordMap::Outcome insertRare(DAG x, std::int32_t& number);
+  void release();
+
+  Page** heapPages_ = nullptr;
+  Page** smallPages_ = nullptr;
+  int pageCount_ = 0;
+  std::uint32_t time_ = 1;
+  WordMap rare_;
+};
+
+}  // namespace korel
