@@ -7,9 +7,9 @@
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/simplify/simplify.h"
+#include "numbers/events/numeric_events.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer_functions.h"
-#include "numbers/events/numeric_events.h"
 #include "row.h"
 #include "store/objects.h"
 #include "text/read/source.h"
@@ -45,7 +45,8 @@ template <class Korel, class Mpfr>
 void floatRow(const char* what, int digits, int rounds, Korel&& korel, Mpfr&& mpfr) {
   char name[64];
   std::snprintf(name, sizeof name, "float %s, %d digits", what, digits);
-  row(name, "us", 1e6 / rounds, "MPFR",
+  row(
+      name, "us", 1e6 / rounds, "MPFR",
       [&] {
         for (int i = 0; i < rounds; ++i) korel();
       },
@@ -73,21 +74,23 @@ DAG floatRows() {
   mpfr_t z;
   mpfr_init2(z, bits);
   mpfr_div_ui(z, y, 1000, MPFR_RNDN);
-  floatRow("sum", digits, rounds, [&] { drop(FloatAdd(a, c)); }, [&] { mpfr_add(r, x, z, MPFR_RNDN); });
+  floatRow(
+      "sum", digits, rounds, [&] { drop(FloatAdd(a, c)); }, [&] { mpfr_add(r, x, z, MPFR_RNDN); });
   mpfr_clear(z);
-  floatRow("product", digits, rounds, [&] { drop(FloatMultiply(a, b)); },
-           [&] { mpfr_mul(r, x, y, MPFR_RNDN); });
-  floatRow("quotient", digits, rounds, [&] { drop(evalfdiv(a, b)); },
-           [&] { mpfr_div(r, x, y, MPFR_RNDN); });
-  floatRow("square root", digits, rounds, [&] { drop(evalfsqrt(a)); },
-           [&] { mpfr_sqrt(r, x, MPFR_RNDN); });
+  floatRow(
+      "product", digits, rounds, [&] { drop(FloatMultiply(a, b)); }, [&] { mpfr_mul(r, x, y, MPFR_RNDN); });
+  floatRow(
+      "quotient", digits, rounds, [&] { drop(evalfdiv(a, b)); }, [&] { mpfr_div(r, x, y, MPFR_RNDN); });
+  floatRow(
+      "square root", digits, rounds, [&] { drop(evalfsqrt(a)); }, [&] { mpfr_sqrt(r, x, MPFR_RNDN); });
   mpfr_clears(x, y, r, nullptr);
   return null;
 }
 
 void sumRow() {
   // A whole statement, which the kernel keeps reachable while its loop collects.
-  row("sum of 1/k to 5,000", "ms", 1e3, "GMP, mpq_add in a loop",
+  row(
+      "sum of 1/k to 5,000", "ms", 1e3, "GMP, mpq_add in a loop",
       [] { runInKernel([] { return eval(simpl(parsestring("add(1/k, k = 1..5000)", 1))); }); },
       [] {
         mpq_t sum, term;
@@ -101,7 +104,8 @@ void sumRow() {
 }
 
 DAG factorialRow() {
-  row("factorial of 10,000", "us", 1e6, "GMP, mpz_fac_ui",
+  row(
+      "factorial of 10,000", "us", 1e6, "GMP, mpz_fac_ui",
       [] {
         DAG f = factorial(immediate(10000));
         release(f, lengthOf(f));

@@ -48,8 +48,7 @@ void once(const char* what, int n, Korel&& korel, Gmp&& gmp) {
   char name[64];
   std::snprintf(name, sizeof name, "%s, %d digits", what, n);
   double ours = seconds(korel), theirs = seconds(gmp);
-  std::printf("%-44s %11.3f us %11.3f us %8.2f  GMP, one round\n", name, ours * 1e6, theirs * 1e6,
-              ours / theirs);
+  std::printf("%-44s %11.3f us %11.3f us %8.2f  GMP, one round\n", name, ours * 1e6, theirs * 1e6, ours / theirs);
   std::fflush(stdout);
 }
 
@@ -76,35 +75,43 @@ DAG rows() {
   mpz_mul(z, x, y);
   auto compare = [](const char* what, int cost, auto korel, auto gmp) {
     const int rounds = roundsFor(n, cost);
-    pair(what, n, rounds,
-         [&] {
-           for (int i = 0; i < rounds; ++i) korel();
-         },
-         [&] {
-           for (int i = 0; i < rounds; ++i) gmp();
-         });
+    pair(
+        what, n, rounds,
+        [&] {
+          for (int i = 0; i < rounds; ++i) korel();
+        },
+        [&] {
+          for (int i = 0; i < rounds; ++i) gmp();
+        });
   };
-  compare("product", 1, [&] { discard(mulint(a, b)); }, [&] { mpz_mul(r, x, y); });
-  compare("square", 1, [&] { discard(mulint(a, a)); }, [&] { mpz_mul(r, x, x); });
-  compare("quotient of 2n by n", 2,
-          [&] {
-            DAG rest;
-            discard(IntegerDivide(c, b, &rest));
-            discard(rest);
-          },
-          [&] { mpz_tdiv_q(r, z, y); });
-  compare("square root of 2n", 2, [&] { discard(isqrt(c)); }, [&] { mpz_sqrt(r, z); });
+  compare(
+      "product", 1, [&] { discard(mulint(a, b)); }, [&] { mpz_mul(r, x, y); });
+  compare(
+      "square", 1, [&] { discard(mulint(a, a)); }, [&] { mpz_mul(r, x, x); });
+  compare(
+      "quotient of 2n by n", 2,
+      [&] {
+        DAG rest;
+        discard(IntegerDivide(c, b, &rest));
+        discard(rest);
+      },
+      [&] { mpz_tdiv_q(r, z, y); });
+  compare(
+      "square root of 2n", 2, [&] { discard(isqrt(c)); }, [&] { mpz_sqrt(r, z); });
   if (n <= 100000) {
-    compare("greatest common divisor", 20, [&] { discard(igcd(a, b)); }, [&] { mpz_gcd(r, x, y); });
+    compare(
+        "greatest common divisor", 20, [&] { discard(igcd(a, b)); }, [&] { mpz_gcd(r, x, y); });
   } else {
-    once("greatest common divisor", n, [&] { discard(igcd(a, b)); }, [&] { mpz_gcd(r, x, y); });
+    once(
+        "greatest common divisor", n, [&] { discard(igcd(a, b)); }, [&] { mpz_gcd(r, x, y); });
   }
   // A power of about n digits.
-  compare("power of 7", 1, [&] { discard(powint(immediate(7), n * 13 / 11)); },
-          [&] { mpz_ui_pow_ui(r, 7, static_cast<unsigned long>(n * 13 / 11)); });
+  compare(
+      "power of 7", 1, [&] { discard(powint(immediate(7), n * 13 / 11)); },
+      [&] { mpz_ui_pow_ui(r, 7, static_cast<unsigned long>(n * 13 / 11)); });
   std::string text(static_cast<std::size_t>(n) + 64, ' ');
-  compare("decimal text", 1, [&] { writeDecimal(a, text.data()); },
-          [&] { mpz_get_str(text.data(), 10, x); });
+  compare(
+      "decimal text", 1, [&] { writeDecimal(a, text.data()); }, [&] { mpz_get_str(text.data(), 10, x); });
   mpz_clears(x, y, z, r, nullptr);
   return null;
 }

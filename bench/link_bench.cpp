@@ -1,12 +1,11 @@
 // Round trips over the pipes of a kernel process, beside an echo of as many bytes by a process that does nothing else.
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 #include "client/korel_client.h"
@@ -26,9 +25,7 @@ DAG answer(void*, DAG) {
   return null;
 }
 
-double seconds() {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
+double seconds() { return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(); }
 
 /// A process that sends each block of `size` bytes back.
 class Echo {
@@ -105,8 +102,9 @@ int main(int, char** argv) {
   }
   // The echo sends half of the bytes of message and reply each way.
   measureMessages(kernel, echo, "link: a message and its reply, 20 bytes", "to 30000 do INTERFACE_OWN(1) end do:", 24);
-  measureMessages(kernel, echo, "link: a message and its reply, 10 kilobytes",
-                  "proc() local l; l := [seq(10^8 + i, i = 1..1500)]; to 3000 do INTERFACE_OWN(l) end do end proc():", 5000);
+  measureMessages(
+      kernel, echo, "link: a message and its reply, 10 kilobytes",
+      "proc() local l; l := [seq(10^8 + i, i = 1..1500)]; to 3000 do INTERFACE_OWN(l) end do end proc():", 5000);
   double start = seconds();
   constexpr int statements = 10000;
   messages = 0;

@@ -5,7 +5,6 @@
 // copying them in one piece, both measured in the same run.
 
 #include <benchmark/benchmark.h>
-
 #include <chrono>
 #include <cstdio>
 #include <cstring>
@@ -13,8 +12,8 @@
 #include <vector>
 
 #include "eval/simplify/simplify.h"
-#include "session/driver.h"
 #include "numbers/integer/integer.h"
+#include "session/driver.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -64,8 +63,7 @@ void printRepeatedly(benchmark::State& state, DAG object, int width) {
     });
     state.ResumeTiming();
   }
-  double megabytes =
-      static_cast<double>(buffer.used) * static_cast<double>(state.iterations()) / 1e6;
+  double megabytes = static_cast<double>(buffer.used) * static_cast<double>(state.iterations()) / 1e6;
   state.counters["MB"] = static_cast<double>(buffer.used) / 1e6;
   state.counters["MB/s"] = megabytes / printing;
   state.counters["of_sink"] = printing / sending;
@@ -93,22 +91,15 @@ DAG integerOfDigits(int words) {
 DAG nestedCalls(int count) {
   DAG list = newl2(static_cast<Word>(count + 1), EXPSEQ);
   for (int i = 1; i <= count; ++i)
-    list[i] = newCall(naminstall("f"),
-                      {new2(LIST, newSequence({nameNumber(i), strinstall("text \"q\"")})),
-                       new3(EQUATION, nameNumber(i + 3), Newint(i))});
+    list[i] = newCall(naminstall("f"), {new2(LIST, newSequence({nameNumber(i), strinstall("text \"q\"")})),
+                                        new3(EQUATION, nameNumber(i + 3), Newint(i))});
   return new2(LIST, list);
 }
 
 void BM_PrintPolynomial(benchmark::State& state) { printRepeatedly(state, polynomial(65000), 0); }
-void BM_PrintPolynomialInLines(benchmark::State& state) {
-  printRepeatedly(state, polynomial(65000), 79);
-}
-void BM_PrintLongInteger(benchmark::State& state) {
-  printRepeatedly(state, integerOfDigits(250000), 0);
-}
-void BM_PrintCallsAndStrings(benchmark::State& state) {
-  printRepeatedly(state, nestedCalls(25000), 0);
-}
+void BM_PrintPolynomialInLines(benchmark::State& state) { printRepeatedly(state, polynomial(65000), 79); }
+void BM_PrintLongInteger(benchmark::State& state) { printRepeatedly(state, integerOfDigits(250000), 0); }
+void BM_PrintCallsAndStrings(benchmark::State& state) { printRepeatedly(state, nestedCalls(25000), 0); }
 BENCHMARK(BM_PrintPolynomial)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_PrintPolynomialInLines)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_PrintLongInteger)->Unit(benchmark::kMillisecond);

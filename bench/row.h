@@ -6,8 +6,8 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 
 #include "eval/evaluate/evaluate.h"
@@ -41,8 +41,7 @@ inline void printHead() {
 
 /// `scale` turns seconds into the figure shown, in `unit`.
 template <class Korel, class Reference>
-void row(const char* name, const char* unit, double scale, const char* reference, Korel&& korel,
-         Reference&& other) {
+void row(const char* name, const char* unit, double scale, const char* reference, Korel&& korel, Reference&& other) {
   double ours = 1e99, theirs = 1e99;
   for (int round = 0; round < 7; ++round) {
     ours = std::min(ours, secondsOf(korel));
@@ -68,7 +67,8 @@ void rateRow(const char* name, const char* unit, double amount, const char* refe
 /// Shows nothing but errors, which would end a benchmark early.
 inline DAG ignoreMessage(void*, DAG message) {
   if (std::strncmp(textOf(message[1]), "INTERFACE_E", 11) == 0) {
-    expandMessage(message[2], [](void*, int c) { std::fputc(c, stderr); }, nullptr);
+    expandMessage(
+        message[2], [](void*, int c) { std::fputc(c, stderr); }, nullptr);
     std::fputc('\n', stderr);
   }
   return null;

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "numbers/arithmetic.h"
 #include "eval/simplify/simplify.h"
+#include "numbers/arithmetic.h"
 #include "row.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -26,7 +26,8 @@ DAG rows() {
     const int rounds = 200000 / n;
     char name[64];
     std::snprintf(name, sizeof name, "simpl of %d sums of %d terms", rounds, n);
-    row(name, "ms", 1e3, "std::sort and merge of the same pairs",
+    row(
+        name, "ms", 1e3, "std::sort and merge of the same pairs",
         [rounds] {
           for (int round = 0; round < rounds; ++round) {
             DAG sum = newl2(static_cast<Word>(2 * terms + 1), SUM);

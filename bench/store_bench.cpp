@@ -48,8 +48,7 @@ void fell(Node* node) {
 }
 
 DAG plantInHeap(int depth) {
-  return depth > 0 ? new3(EQUATION, plantInHeap(depth - 1), plantInHeap(depth - 1))
-                   : new3(EQUATION, cons1, cons0);
+  return depth > 0 ? new3(EQUATION, plantInHeap(depth - 1), plantInHeap(depth - 1)) : new3(EQUATION, cons1, cons0);
 }
 
 // Work that leaves garbage behind, as a statement's loop does: collections included.
@@ -59,8 +58,8 @@ DAG loop() {
 }
 
 DAG collectionRows() {
-  row("10^6 rounds of an allocating loop", "ms", 1e3, "trees of as many nodes, made and freed",
-      [] { loop(); },
+  row(
+      "10^6 rounds of an allocating loop", "ms", 1e3, "trees of as many nodes, made and freed", [] { loop(); },
       [] {
         // Four objects a round: 2^22 nodes in trees of 2^10.
         for (int i = 0; i < 4096; ++i) fell(plant(9));
@@ -69,8 +68,8 @@ DAG collectionRows() {
   ProtectFromGC(tree);
   static Node* nodes = plant(treeDepth);
   static std::uint32_t mark = 0;
-  row("collection over 10^6 live objects", "ms", 1e3, "walk over a tree of malloc's blocks",
-      [] { gc(); },
+  row(
+      "collection over 10^6 live objects", "ms", 1e3, "walk over a tree of malloc's blocks", [] { gc(); },
       [] {
         if (label(nodes, ++mark) != (1 << (treeDepth + 1)) - 1) std::abort();
       });
@@ -82,7 +81,8 @@ DAG collectionRows() {
 DAG rows() {
   static std::vector<DAG> objects(1000);
   static std::vector<void*> blocks(1000);
-  row("10^6 objects of 3 words, made and released", "ms", 1e3, "malloc and free of 16 bytes",
+  row(
+      "10^6 objects of 3 words, made and released", "ms", 1e3, "malloc and free of 16 bytes",
       [] {
         for (int n = 0; n < objectCount; n += 1000) {
           for (DAG& x : objects) x = new3(EQUATION, cons1, cons0);
@@ -105,7 +105,8 @@ DAG rows() {
     map[texts.back()] = i;
   }
   static Word sink;
-  row("10^6 look-ups among 2,000 names", "ms", 1e3, "std::unordered_map<std::string, int>",
+  row(
+      "10^6 look-ups among 2,000 names", "ms", 1e3, "std::unordered_map<std::string, int>",
       [] {
         for (int round = 0; round < 500; ++round)
           for (const std::string& text : texts) sink += naminstall(text.c_str()).word;

@@ -5,14 +5,14 @@
 #include <vector>
 
 #include "eval/simplify/simplify.h"
+#include "eval/structure/map.h"
+#include "eval/structure/select_elements.h"
+#include "eval/structure/substitute.h"
+#include "eval/walk/has.h"
 #include "numbers/integer/integer.h"
 #include "row.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "eval/walk/has.h"
-#include "eval/structure/map.h"
-#include "eval/structure/select_elements.h"
-#include "eval/structure/substitute.h"
 
 using namespace korel;
 using namespace korel::bench;
@@ -49,15 +49,19 @@ bool referenceWalk(DAG x, DAG sought) {
 DAG rows() {
   static std::vector<DAG> calls = sharedCalls();
   static DAG top = calls.back(), other = naminstall("other");
-  row("has in 10^6 shared calls, without success", "ms", 1e3, "a walk with a standard set of words",
+  row(
+      "has in 10^6 shared calls, without success", "ms", 1e3, "a walk with a standard set of words",
       [] { has(top, other); }, [] { referenceWalk(top, other); });
 
   static DAG list = newl2(nodes + 1, EXPSEQ);
   for (int i = 1; i <= nodes; ++i) list[i] = i % 3 == 0 ? calls[i - 1] : immediate(i);
   list = simpl(new2(LIST, list));
   static Predicate predicate = makePredicate(ini("type"), simpl(new2(EXPSEQ, ini("integer"))));
-  row("select by a type from 10^6", "ms", 1e3, "copying what has the tag",
-      [] { MapFunction({mselect, &predicate, OperandWalk::selection}, list); },
+  row(
+      "select by a type from 10^6", "ms", 1e3, "copying what has the tag",
+      [] {
+        MapFunction({mselect, &predicate, OperandWalk::selection}, list);
+      },
       [] {
         std::vector<DAG> copied;
         for (int i = 1; i <= nodes; ++i)
@@ -73,7 +77,8 @@ DAG rows() {
   }
   sum = simpl(sum);
   static DAG equation = simpl(new3(EQUATION, naminstall("x"), naminstall("y")));
-  row("subs in a sum of 10^5 calls, half of them changed", "ms", 1e3, "simplifying the sum once more",
+  row(
+      "subs in a sum of 10^5 calls, half of them changed", "ms", 1e3, "simplifying the sum once more",
       [] { subs(equation, sum); },
       [] {
         DAG copy = CopyAlg(sum);

@@ -6,13 +6,12 @@
 // Each input has ten seconds of processor time; the seed that runs stands in the last line of standard error when the
 // process ends early.
 
-#include <sys/time.h>
-
 #include <cctype>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <random>
+#include <sys/time.h>
 #include <vector>
 
 extern "C" int LLVMFuzzerInitialize(int*, char***);
@@ -57,8 +56,7 @@ int main(int argc, char** argv) {
   if (argc >= 3 && std::isdigit(static_cast<unsigned char>(argv[1][0]))) {
     unsigned long first = std::strtoul(argv[1], nullptr, 10), last = std::strtoul(argv[2], nullptr, 10);
     std::size_t length = argc > 3 ? std::strtoul(argv[3], nullptr, 10) : 400;
-    for (unsigned long seed = first; seed <= last; ++seed)
-      runSeed(static_cast<unsigned>(seed), length);
+    for (unsigned long seed = first; seed <= last; ++seed) runSeed(static_cast<unsigned>(seed), length);
     std::fprintf(stderr, "\n");
     return 0;
   }

@@ -7,15 +7,15 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "session/driver.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/output.h"
+#include "session/driver.h"
 #include "session/statement_reader.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
-#include "store/objects.h"
 #include "store/long_string.h"
+#include "store/objects.h"
 #include "text/print/printer.h"
 #include "text/read/source.h"
 

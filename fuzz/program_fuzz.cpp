@@ -4,21 +4,20 @@
 // after it is interrupted at the latest; the heap stays whole; a restart makes the kernel as new. The
 // bytes of the input drive a generator of statements (program_generator.h).
 
-#include <sys/resource.h>
-
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <sys/resource.h>
 
-#include "frame/interrupts.h"
-#include "session/driver.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "session/interface.h"
+#include "frame/interrupts.h"
 #include "frame/output.h"
-#include "session/statement_reader.h"
 #include "program_generator.h"
+#include "session/driver.h"
+#include "session/interface.h"
+#include "session/statement_reader.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/objects.h"
@@ -50,10 +49,8 @@ DAG receive(void*, DAG message) {
   DAG arguments = message[2];
   if (std::strcmp(stream, "INTERFACE_GET") == 0) return getinterface(arguments, variables);
   if (std::strcmp(stream, "INTERFACE_SET") == 0) return setinterface(arguments, variables);
-  if (std::strcmp(stream, "INTERFACE_EXCEPT") == 0)
-    expandMessage(arguments, show, nullptr);
-  else
-    PrintKorel(message, show, showFailure, 79, nullptr, printBareOutermost);
+  if (std::strcmp(stream, "INTERFACE_EXCEPT") == 0) expandMessage(arguments, show, nullptr);
+  else PrintKorel(message, show, showFailure, 79, nullptr, printBareOutermost);
   show(nullptr, '\n');
   return null;
 }

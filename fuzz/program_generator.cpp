@@ -1,7 +1,6 @@
-#include "program_generator.h"
-
 #include <iterator>
 
+#include "program_generator.h"
 #include "store/standard_names.h"
 
 namespace korel::fuzz {
@@ -13,43 +12,103 @@ namespace {
 constexpr const char* variables[] = {"a", "b", "c", "x", "y", "z", "i", "j", "n", "v"};
 constexpr const char* functions[] = {"f", "g", "h", "p", "q", "m"};
 constexpr const char* tables[] = {"t", "u", "T"};
-constexpr const char* oddNames[] = {"`a b`", "`if`", "`*`", "`+`",  "``",         "`x~`", "%",  "%%",
-                                    "%%%",   "_x",   "~y", "`;`", "`\\n`", "a||b", "`f/g`", "NULL"};
-constexpr const char* keyNames[] = {"args",    "nargs",     "procname",      "true",     "false",
-                                    "FAIL",    "infinity",  "undefined",     "Pi",       "I",
-                                    "Digits",  "printlevel", "lasterror",    "lastexception",
-                                    "Order",   "libname",   "`mod`",         "gamma",    "anything",
-                                    "Normalizer", "NULL",   "thismodule",    "Catalan",  "constants"};
-constexpr const char* environmentNames[] = {"Digits",      "printlevel",  "Order",     "_EnvA",
-                                            "_Env1",       "%",           "`mod`",     "Normalizer",
-                                            "Testzero",    "Rounding",    "UseHardwareFloats"};
-constexpr const char* typeNames[] = {
-    "integer", "posint", "name",     "list",      "set",     "anything", "nothing", "string", "`=`",
-    "`+`",     "`*`",    "function", "procedure", "numeric", "symbol",   "float",   "table",  "list(integer)",
-    "{name, integer}", "[integer, name]", "identical(x)", "evaln", "uneval", "f(integer)", "`..`",
-    "module",  "boolean", "rational", "complex",  "indexed", "x", "5", "list(list)", "`and`", "fraction"};
-constexpr const char* operators[] = {"+", "-", "*", "/", "^", "=", "<>", "<", "<=", ">", ">=", "..",
-                                     " and ", " or ", " union ", " minus ", " intersect ", " mod ",
-                                     "@", "@@", " . ", "$", "::", " &+ ", " &* ", ", ", "**"};
-constexpr const char* optionNames[] = {"remember", "remember, system", "operator", "operator, arrow",
-                                       "`Copyright me`", "trace", "inline", "remember = 3", "package"};
+constexpr const char* oddNames[] = {"`a b`", "`if`", "`*`", "`+`", "``",    "`x~`", "%",     "%%",
+                                    "%%%",   "_x",   "~y",  "`;`", "`\\n`", "a||b", "`f/g`", "NULL"};
+constexpr const char* keyNames[] = {"args",      "nargs",         "procname", "true",       "false",   "FAIL",
+                                    "infinity",  "undefined",     "Pi",       "I",          "Digits",  "printlevel",
+                                    "lasterror", "lastexception", "Order",    "libname",    "`mod`",   "gamma",
+                                    "anything",  "Normalizer",    "NULL",     "thismodule", "Catalan", "constants"};
+constexpr const char* environmentNames[] = {
+    "Digits",   "printlevel",       "Order", "_EnvA", "_Env1", "%", "`mod`", "Normalizer", "Testzero",
+    "Rounding", "UseHardwareFloats"};
+constexpr const char* typeNames[] = {"integer",
+                                     "posint",
+                                     "name",
+                                     "list",
+                                     "set",
+                                     "anything",
+                                     "nothing",
+                                     "string",
+                                     "`=`",
+                                     "`+`",
+                                     "`*`",
+                                     "function",
+                                     "procedure",
+                                     "numeric",
+                                     "symbol",
+                                     "float",
+                                     "table",
+                                     "list(integer)",
+                                     "{name, integer}",
+                                     "[integer, name]",
+                                     "identical(x)",
+                                     "evaln",
+                                     "uneval",
+                                     "f(integer)",
+                                     "`..`",
+                                     "module",
+                                     "boolean",
+                                     "rational",
+                                     "complex",
+                                     "indexed",
+                                     "x",
+                                     "5",
+                                     "list(list)",
+                                     "`and`",
+                                     "fraction"};
+constexpr const char* operators[] = {
+    "+",       "-",       "*",           "/",     "^", "=",  "<>",  "<", "<=", ">",    ">=",   "..", " and ", " or ",
+    " union ", " minus ", " intersect ", " mod ", "@", "@@", " . ", "$", "::", " &+ ", " &* ", ", ", "**"};
+constexpr const char* optionNames[] = {"remember",        "remember, system", "operator",
+                                       "operator, arrow", "`Copyright me`",   "trace",
+                                       "inline",          "remember = 3",     "package"};
 constexpr const char* kernelOptions[] = {
-    "ASSERT",   "assertlevel", "bytesalloc", "bytesused", "cputime",  "dagtag",  "gcbytesavail",
-    "gcfreq",   "gctimes",     "inline",     "level",     "maxdigits", "printbytes", "printlevel",
-    "profile",  "system",      "version",    "wordsize",  "nosuchoption", "limits", "opaquemodules"};
-constexpr const char* eventNames[] = {"invalid_operation", "division_by_zero", "overflow", "underflow",
-                                      "inexact",           "all",              "real_to_complex"};
+    "ASSERT",  "assertlevel", "bytesalloc", "bytesused", "cputime",      "dagtag",     "gcbytesavail",
+    "gcfreq",  "gctimes",     "inline",     "level",     "maxdigits",    "printbytes", "printlevel",
+    "profile", "system",      "version",    "wordsize",  "nosuchoption", "limits",     "opaquemodules"};
+constexpr const char* eventNames[] = {
+    "invalid_operation", "division_by_zero", "overflow", "underflow", "inexact", "all", "real_to_complex"};
 // Built-ins that reach outside of the language, or end it.
 constexpr std::string_view excludedBuiltins[] = {"pointto", "system", "ssystem", "writeto", "appendto"};
-constexpr const char* broken[] = {")", "]", "end", "fi", "od", "then", ":=", "\"", "`", "'", "(", "if",
-                                  "&", "%1", "1e99999999999", "..", "proc(", "local", "\\n", "?", "#"};
-constexpr const char* strings[] = {"\"\"", "\"abc\"", "\"%1 %2\"", "\"a\\nb\\\"\"", "\"%a %s\"",
-                                   "\"x+y\"", "\"for\"", "\"1;2\"", "\"\\\\\"", "\"%0 %-1 %%\""};
-constexpr const char* numbers[] = {"0", "1", "-1", "2", "3", "7", "10", "-12", "99", "1/2", "-7/3",
-                                   "0.5", "-1.5e3", "1.", "1e-5", "2^31", "2^30-1", "-2^30", "10^25",
-                                   "12345678901234567890", "1e1000", "Float(infinity)", "Float(undefined)",
-                                   "Float(3,undefined)", "I", "2-3*I", "0.", "-0.", "1e2147483646",
-                                   "-2^31", "4294967296", "1.0*I", "infinity", "-infinity", "undefined"};
+constexpr const char* broken[] = {")", "]",  "end",           "fi", "od",    "then",  ":=",  "\"", "`", "'", "(", "if",
+                                  "&", "%1", "1e99999999999", "..", "proc(", "local", "\\n", "?",  "#"};
+constexpr const char* strings[] = {"\"\"",    "\"abc\"", "\"%1 %2\"", "\"a\\nb\\\"\"", "\"%a %s\"",
+                                   "\"x+y\"", "\"for\"", "\"1;2\"",   "\"\\\\\"",      "\"%0 %-1 %%\""};
+constexpr const char* numbers[] = {"0",
+                                   "1",
+                                   "-1",
+                                   "2",
+                                   "3",
+                                   "7",
+                                   "10",
+                                   "-12",
+                                   "99",
+                                   "1/2",
+                                   "-7/3",
+                                   "0.5",
+                                   "-1.5e3",
+                                   "1.",
+                                   "1e-5",
+                                   "2^31",
+                                   "2^30-1",
+                                   "-2^30",
+                                   "10^25",
+                                   "12345678901234567890",
+                                   "1e1000",
+                                   "Float(infinity)",
+                                   "Float(undefined)",
+                                   "Float(3,undefined)",
+                                   "I",
+                                   "2-3*I",
+                                   "0.",
+                                   "-0.",
+                                   "1e2147483646",
+                                   "-2^31",
+                                   "4294967296",
+                                   "1.0*I",
+                                   "infinity",
+                                   "-infinity",
+                                   "undefined"};
 
 template <std::size_t n>
 using Texts = const char* const (&)[n];
@@ -181,41 +240,206 @@ class Generator {
   /// A call that the language has a form of its own for.
   void knownCall(int depth) {
     switch (pick(30)) {
-      case 0: put("op("); expression(depth + 1); put(")"); break;
-      case 1: put("seq("); expression(depth + 1); put(", i = "); range(depth); put(")"); break;
-      case 2: put("add("); expression(depth + 1); put(", i = "); range(depth); put(")"); break;
-      case 3: put("mul("); expression(depth + 1); put(", j = "); range(depth); put(")"); break;
-      case 4: put("op("); range(depth); put(", "); expression(depth + 1); put(")"); break;
-      case 5: put("subs(x = "); expression(depth + 1); put(", "); expression(depth + 1); put(")"); break;
-      case 6: put("map("); expression(depth + 1); put(", "); expression(depth + 1); put(")"); break;
-      case 7: put("seq("); expression(depth + 1); put(", x = "); expression(depth + 1); put(")"); break;
-      case 8: put("eval("); expression(depth + 1); put(", "); put(std::to_string(pick(3))); put(")"); break;
-      case 9: put("eval("); expression(depth + 1); put(", x = "); expression(depth + 1); put(")"); break;
-      case 10: put("evaln("); expression(depth + 1); put(")"); break;
-      case 11: put("evalf("); expression(depth + 1); if (pick(3) == 0) put(", 30"); put(")"); break;
-      case 12: put("traperror("); expression(depth + 1); put(")"); break;
-      case 13: put("assigned("); name(); put(")"); break;
-      case 14: put("type("); expression(depth + 1); put(", "); put(one(typeNames)); put(")"); break;
-      case 15: put("table(["); sequence(depth, 4); put("])"); break;
-      case 16: put("table(sparse, ["); sequence(depth, 3); put("])"); break;
-      case 17: put("`if`("); expression(depth + 1); put(", "); expression(depth + 1); put(", "); expression(depth + 1); put(")"); break;
-      case 18: put("subsop("); range(depth); put(" = "); expression(depth + 1); put(", "); expression(depth + 1); put(")"); break;
-      case 19: put("kernelopts("); put(one(kernelOptions)); if (pick(3) == 0) { put(" = "); expression(depth + 1); } put(")"); break;
-      case 20: put("NumericEventHandler("); put(one(eventNames)); if (pick(2)) { put(" = "); expression(depth + 1); } put(")"); break;
-      case 21: put("timelimit(1, "); expression(depth + 1); put(")"); break;
-      case 22: put("setattribute("); name(); put(", "); expression(depth + 1); put(")"); break;
-      case 23: put("alias("); name(); put(" = "); expression(depth + 1); put(")"); break;
-      case 24: put("macro("); name(); put(" = "); expression(depth + 1); put(")"); break;
-      case 25: put("parse("); put(one(strings)); put(")"); break;
-      case 26: put("member("); expression(depth + 1); put(", "); expression(depth + 1); put(", 'v')"); break;
-      case 27: put("setattribute('"); name(); put("', protected)"); break;
-      case 28: put("disassemble(addressof("); expression(depth + 1); put("))"); break;
-      default: put("assemble("); sequence(depth, 4); put(")"); break;
+      case 0:
+        put("op(");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 1:
+        put("seq(");
+        expression(depth + 1);
+        put(", i = ");
+        range(depth);
+        put(")");
+        break;
+      case 2:
+        put("add(");
+        expression(depth + 1);
+        put(", i = ");
+        range(depth);
+        put(")");
+        break;
+      case 3:
+        put("mul(");
+        expression(depth + 1);
+        put(", j = ");
+        range(depth);
+        put(")");
+        break;
+      case 4:
+        put("op(");
+        range(depth);
+        put(", ");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 5:
+        put("subs(x = ");
+        expression(depth + 1);
+        put(", ");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 6:
+        put("map(");
+        expression(depth + 1);
+        put(", ");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 7:
+        put("seq(");
+        expression(depth + 1);
+        put(", x = ");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 8:
+        put("eval(");
+        expression(depth + 1);
+        put(", ");
+        put(std::to_string(pick(3)));
+        put(")");
+        break;
+      case 9:
+        put("eval(");
+        expression(depth + 1);
+        put(", x = ");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 10:
+        put("evaln(");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 11:
+        put("evalf(");
+        expression(depth + 1);
+        if (pick(3) == 0) put(", 30");
+        put(")");
+        break;
+      case 12:
+        put("traperror(");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 13:
+        put("assigned(");
+        name();
+        put(")");
+        break;
+      case 14:
+        put("type(");
+        expression(depth + 1);
+        put(", ");
+        put(one(typeNames));
+        put(")");
+        break;
+      case 15:
+        put("table([");
+        sequence(depth, 4);
+        put("])");
+        break;
+      case 16:
+        put("table(sparse, [");
+        sequence(depth, 3);
+        put("])");
+        break;
+      case 17:
+        put("`if`(");
+        expression(depth + 1);
+        put(", ");
+        expression(depth + 1);
+        put(", ");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 18:
+        put("subsop(");
+        range(depth);
+        put(" = ");
+        expression(depth + 1);
+        put(", ");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 19:
+        put("kernelopts(");
+        put(one(kernelOptions));
+        if (pick(3) == 0) {
+          put(" = ");
+          expression(depth + 1);
+        }
+        put(")");
+        break;
+      case 20:
+        put("NumericEventHandler(");
+        put(one(eventNames));
+        if (pick(2)) {
+          put(" = ");
+          expression(depth + 1);
+        }
+        put(")");
+        break;
+      case 21:
+        put("timelimit(1, ");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 22:
+        put("setattribute(");
+        name();
+        put(", ");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 23:
+        put("alias(");
+        name();
+        put(" = ");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 24:
+        put("macro(");
+        name();
+        put(" = ");
+        expression(depth + 1);
+        put(")");
+        break;
+      case 25:
+        put("parse(");
+        put(one(strings));
+        put(")");
+        break;
+      case 26:
+        put("member(");
+        expression(depth + 1);
+        put(", ");
+        expression(depth + 1);
+        put(", 'v')");
+        break;
+      case 27:
+        put("setattribute('");
+        name();
+        put("', protected)");
+        break;
+      case 28:
+        put("disassemble(addressof(");
+        expression(depth + 1);
+        put("))");
+        break;
+      default:
+        put("assemble(");
+        sequence(depth, 4);
+        put(")");
+        break;
     }
   }
 
   void deepNest(int depth) {
-    static const char* const pairs[][2] = {{"(", ")"}, {"[", "]"}, {"{", "}"}, {"f(", ")"}, {"'", "'"},
+    static const char* const pairs[][2] = {{"(", ")"},  {"[", "]"},     {"{", "}"},  {"f(", ")"},  {"'", "'"},
                                            {"-(", ")"}, {"not (", ")"}, {"t[", "]"}, {"x^(", ")"}, {"1+1/(", ")"}};
     const auto& pair = pairs[pick(std::size(pairs))];
     unsigned count = 1 + pick(4) * 60;
@@ -247,14 +471,40 @@ class Generator {
         put(operators[pick(4)]);
         name();
         break;
-      case 9: put("["); sequence(depth, 4); put("]"); break;
-      case 10: put("{"); sequence(depth, 4); put("}"); break;
-      case 11: case 12: put(one(functions)); put("("); sequence(depth, 3); put(")"); break;
-      case 13: put(one(tables)); put("["); sequence(depth, 2); put("]"); break;
+      case 9:
+        put("[");
+        sequence(depth, 4);
+        put("]");
+        break;
+      case 10:
+        put("{");
+        sequence(depth, 4);
+        put("}");
+        break;
+      case 11: case 12:
+        put(one(functions));
+        put("(");
+        sequence(depth, 3);
+        put(")");
+        break;
+      case 13:
+        put(one(tables));
+        put("[");
+        sequence(depth, 2);
+        put("]");
+        break;
       case 14: case 15: builtinCall(depth); break;
       case 16: case 17: case 18: knownCall(depth); break;
-      case 19: put("'"); expression(depth + 1); put("'"); break;
-      case 20: put(pick(2) ? "-(" : "not ("); expression(depth + 1); put(pick(4) == 0 ? ")!" : ")"); break;
+      case 19:
+        put("'");
+        expression(depth + 1);
+        put("'");
+        break;
+      case 20:
+        put(pick(2) ? "-(" : "not (");
+        expression(depth + 1);
+        put(pick(4) == 0 ? ")!" : ")");
+        break;
       case 21: put(one(strings)); break;
       case 22: procedure(depth); break;
       case 23:
@@ -275,15 +525,24 @@ class Generator {
           case 1: put("m:-f"); break;
           case 2: put("m:-a"); break;
           case 3: put("(:-x)"); break;
-          case 4: put("<"); expression(depth + 1); put(pick(2) ? ", " : " | "); put("1>"); break;
-          default: put("("); expression(depth + 1); put(")("); sequence(depth, 2); put(")"); break;
+          case 4:
+            put("<");
+            expression(depth + 1);
+            put(pick(2) ? ", " : " | ");
+            put("1>");
+            break;
+          default:
+            put("(");
+            expression(depth + 1);
+            put(")(");
+            sequence(depth, 2);
+            put(")");
+            break;
         }
         break;
       default:
-        if (pick(4) == 0)
-          deepNest(depth);
-        else
-          name();
+        if (pick(4) == 0) deepNest(depth);
+        else name();
     }
   }
 
@@ -292,8 +551,18 @@ class Generator {
     switch (pick(9)) {
       default: put(one(variables)); break;
       case 4: put(one(functions)); break;
-      case 5: put(one(tables)); put("["); sequence(depth, 2); put("]"); break;
-      case 6: put(one(functions)); put("("); sequence(depth, 2); put(")"); break;
+      case 5:
+        put(one(tables));
+        put("[");
+        sequence(depth, 2);
+        put("]");
+        break;
+      case 6:
+        put(one(functions));
+        put("(");
+        sequence(depth, 2);
+        put(")");
+        break;
       case 7:
         put(one(variables));
         put("||(");
@@ -319,13 +588,45 @@ class Generator {
 
   void loop(int depth) {
     switch (pick(7)) {
-      case 0: put("to "); put(std::to_string(pick(20))); put(" do "); break;
-      case 1: put("for i to "); put(std::to_string(pick(40))); put(" do "); break;
-      case 2: put("for i from "); expression(depth + 1); put(" by "); expression(depth + 1); put(" to 9 do "); break;
-      case 3: put("for x in "); expression(depth + 1); put(" do "); break;
-      case 4: put("for j from 5 by -1 to 0 while "); expression(depth + 1); put(" do "); break;
-      case 5: put("for "); place(depth); put(" in "); expression(depth + 1); put(" while j <> 3 do "); break;
-      default: put("while "); expression(depth + 1); put(" do "); break;
+      case 0:
+        put("to ");
+        put(std::to_string(pick(20)));
+        put(" do ");
+        break;
+      case 1:
+        put("for i to ");
+        put(std::to_string(pick(40)));
+        put(" do ");
+        break;
+      case 2:
+        put("for i from ");
+        expression(depth + 1);
+        put(" by ");
+        expression(depth + 1);
+        put(" to 9 do ");
+        break;
+      case 3:
+        put("for x in ");
+        expression(depth + 1);
+        put(" do ");
+        break;
+      case 4:
+        put("for j from 5 by -1 to 0 while ");
+        expression(depth + 1);
+        put(" do ");
+        break;
+      case 5:
+        put("for ");
+        place(depth);
+        put(" in ");
+        expression(depth + 1);
+        put(" while j <> 3 do ");
+        break;
+      default:
+        put("while ");
+        expression(depth + 1);
+        put(" do ");
+        break;
     }
     body(depth);
     if (pick(4) == 0) put("; break");
@@ -365,7 +666,10 @@ class Generator {
         put(" := ");
         procedure(depth);
         break;
-      case 14: put("m := "); module(depth); break;
+      case 14:
+        put("m := ");
+        module(depth);
+        break;
       case 15: case 16: case 17: loop(depth); break;
       case 18: case 19:
         put("if ");
@@ -385,8 +689,14 @@ class Generator {
         put(pick(2) ? " fi" : " end if");
         break;
       case 20: case 21: tryStatement(depth); break;
-      case 22: put("return "); sequence(depth, 2); break;
-      case 23: put("error "); sequence(depth, 3); break;
+      case 22:
+        put("return ");
+        sequence(depth, 2);
+        break;
+      case 23:
+        put("error ");
+        sequence(depth, 3);
+        break;
       case 24: put(pick(2) ? "next" : "break"); break;
       case 25:
         put(one(environmentNames));
@@ -454,8 +764,7 @@ std::vector<std::string> programOf(const std::uint8_t* bytes, std::size_t count)
   constexpr std::size_t mostStatements = 40;
   std::vector<std::string> statements;
   Generator generator(bytes, count);
-  while (generator.more() && statements.size() < mostStatements)
-    statements.push_back(generator.statement());
+  while (generator.more() && statements.size() < mostStatements) statements.push_back(generator.statement());
   return statements;
 }
 

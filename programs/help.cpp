@@ -1,8 +1,7 @@
-#include "help.h"
-
 #include <cstdio>
 #include <cstring>
 
+#include "help.h"
 #include "session/getopt.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -52,8 +51,7 @@ constexpr StatementForm statementForms[] = {
 
 const char* formOf(const char* word) {
   char padded[40];
-  if (std::snprintf(padded, sizeof padded, " %s ", word) >= static_cast<int>(sizeof padded))
-    return nullptr;
+  if (std::snprintf(padded, sizeof padded, " %s ", word) >= static_cast<int>(sizeof padded)) return nullptr;
   for (const StatementForm& row : statementForms)
     if (std::strstr(row.words, padded) != nullptr) return row.form;
   return nullptr;
@@ -62,8 +60,7 @@ const char* formOf(const char* word) {
 bool isBuiltin(DAG value) {
   if (!isObject(value) || !hasTag(value, PROC)) return false;
   DAG options = value[3];
-  return isObject(options) && hasTag(options, EXPSEQ) && lengthOf(options) > 1 &&
-         options[1] == ini("builtin");
+  return isObject(options) && hasTag(options, EXPSEQ) && lengthOf(options) > 1 && options[1] == ini("builtin");
 }
 
 /// What the session knows of a name, without making it one.

@@ -1,12 +1,10 @@
-#include "interrupt.h"
-
+#include <cerrno>
+#include <csignal>
 #include <poll.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <csignal>
-
 #include "frame/interrupts.h"
+#include "interrupt.h"
 #include "line_editor.h"
 #include "session/driver.h"
 #include "terminal.h"

@@ -5,23 +5,22 @@
 // stops the kernel. What the kernel has to say comes back through the result handler (render.h);
 // what is typed comes from the terminal (terminal.h).
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
-#include "session/driver.h"
-#include "session/getopt.h"
-#include "session/interface.h"
-#include "session/statement_reader.h"
 #include "interrupt.h"
 #include "library_directory.h"
 #include "remote_kernel.h"
 #include "render.h"
+#include "session/driver.h"
+#include "session/getopt.h"
+#include "session/interface.h"
+#include "session/statement_reader.h"
 #include "store/objects.h"
 #include "terminal.h"
 #include "text/read/input.h"

@@ -14,7 +14,8 @@ int main(int argc, char** argv) {
   if (argc > 1 && std::strcmp(argv[1], "--help") == 0) {
     std::printf(
         "Usage: korelkernel\n"
-        "The kernel as a front end starts it: the environment variable PIPES_TRANSFER_VAR holds the descriptors to read\n"
+        "The kernel as a front end starts it: the environment variable PIPES_TRANSFER_VAR holds the descriptors to "
+        "read\n"
         "from and to write to, and a file for the text of a failed start. For a session of your own start korelTTY.\n");
     return 0;
   }

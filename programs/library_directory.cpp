@@ -1,11 +1,10 @@
-#include "library_directory.h"
-
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstring>
 #include <initializer_list>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "library_directory.h"
 
 namespace korel {
 

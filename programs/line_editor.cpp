@@ -1,7 +1,3 @@
-#include "line_editor.h"
-
-#include <unistd.h>
-
 #include <cctype>
 #include <cerrno>
 #include <clocale>
@@ -9,8 +5,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
+#include <unistd.h>
 
 #include "interrupt.h"
+#include "line_editor.h"
 
 #ifdef KOREL_HAVE_LIBEDIT
 #include <histedit.h>

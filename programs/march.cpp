@@ -89,8 +89,7 @@ void showMember(DAG row) {
   if (memberCount(date) == 6)
     std::printf("%04ld-%02ld-%02ld %02ld:%02ld:%02ld", numberOf(date[1]), numberOf(date[2]), numberOf(date[3]),
                 numberOf(date[4]), numberOf(date[5]), numberOf(date[6]));
-  else
-    std::printf("%-19s", "-");
+  else std::printf("%-19s", "-");
   std::printf(" %9ld %10ld  %s\n", numberOf(fields[4]), numberOf(fields[3]), textOf(fields[1]));
 }
 
@@ -99,10 +98,11 @@ void showResult(const char* command, DAG result) {
     DAG members = result[1];
     for (Word i = 1; i < lengthOf(members); ++i) showMember(members[i]);
   } else if (std::strcmp(command, "gc") == 0) {
-    std::printf("%ld members, %ld left, %ld bytes freed\n", numberOf(result[1]), numberOf(result[2]), numberOf(result[3]));
+    std::printf("%ld members, %ld left, %ld bytes freed\n", numberOf(result[1]), numberOf(result[2]),
+                numberOf(result[3]));
   } else if (std::strcmp(command, "reindex") == 0) {
-    std::printf("%ld members; entries before %ld, now %ld; %ld to %ld in a block\n", numberOf(result[1]), numberOf(result[2]),
-                numberOf(result[3]), numberOf(result[4][1]), numberOf(result[4][2]));
+    std::printf("%ld members; entries before %ld, now %ld; %ld to %ld in a block\n", numberOf(result[1]),
+                numberOf(result[2]), numberOf(result[3]), numberOf(result[4][1]), numberOf(result[4][2]));
   }
 }
 
@@ -142,7 +142,8 @@ int main(int argc, char** argv) {
   for (int i = at + 2; i < argc; ++i) {
     char* end;
     long n = std::strtol(argv[i], &end, 10);
-    bool isCount = std::strcmp(command, "create") == 0 && *argv[i] != 0 && *end == 0 && n >= -999999999 && n <= 999999999;
+    bool isCount =
+        std::strcmp(command, "create") == 0 && *argv[i] != 0 && *end == 0 && n >= -999999999 && n <= 999999999;
     appendArgument(isCount ? Newint(static_cast<std::int32_t>(n)) : strinstall(argv[i]));
   }
   if (prefix != nullptr) appendArgument(simpl(new3(EQUATION, naminstall("prefix"), strinstall(prefix))));

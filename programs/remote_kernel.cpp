@@ -1,9 +1,8 @@
-#include "remote_kernel.h"
-
 #include <cstdio>
 #include <cstring>
 
 #include "client/korel_client.h"
+#include "remote_kernel.h"
 #include "render.h"
 #include "session/getopt.h"
 #include "session/options.h"

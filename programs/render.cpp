@@ -1,14 +1,12 @@
-#include "render.h"
-
-#include <unistd.h>
-
 #include <cstdio>
+#include <unistd.h>
 
 #include "frame/errors.h"
 #include "frame/streams.h"
-#include "session/interface.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
+#include "render.h"
+#include "session/interface.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -53,8 +51,8 @@ void leaveBrokenLine() {
 
 /// Objects as results show them, broken at the screen's width.
 void putValues(DAG sequence) {
-  PrintKorelList(sequence, putCharacter, putFailure, defaultNerinVariables.screenwidth, nullptr,
-                 printBareOutermost, ", ");
+  PrintKorelList(sequence, putCharacter, putFailure, defaultNerinVariables.screenwidth, nullptr, printBareOutermost,
+                 ", ");
 }
 /// The same as one would write them by hand, for a person at a terminal; false when plain text does.
 bool putPretty(DAG sequence) {
@@ -64,9 +62,7 @@ bool putPretty(DAG sequence) {
   return PrettyPrint(sequence, putCharacter, width > 0 ? width - 1 : 999999, nullptr);
 }
 /// Objects as messages show them: nothing quoted, on one line.
-void putPieces(DAG sequence) {
-  PrintKorelList(sequence, putCharacter, putFailure, 0, nullptr, printBare, "");
-}
+void putPieces(DAG sequence) { PrintKorelList(sequence, putCharacter, putFailure, 0, nullptr, printBare, ""); }
 
 // ---- arguments
 
@@ -77,8 +73,7 @@ double numberOf(DAG x) { return x && isNumeric(x) ? FloatValue(x) : 0.0; }
 // ---- one function a stream: shows its message and gives the reply
 
 DAG valuesOf(DAG arguments) {
-  bool isSequence =
-      lengthOf(arguments) == 2 && isObject(arguments[1]) && hasTag(arguments[1], EXPSEQ);
+  bool isSequence = lengthOf(arguments) == 2 && isObject(arguments[1]) && hasTag(arguments[1], EXPSEQ);
   return isSequence ? arguments[1] : arguments;
 }
 
@@ -112,8 +107,7 @@ DAG showWarning(DAG arguments) {
 /// The first entry of an exception is the procedure that raised it, or 0; a text alone has none.
 DAG procedureOf(DAG exception) {
   DAG first = argument(exception, 1);
-  bool isProcedure =
-      lengthOf(exception) > 2 && isObject(first) && !hasTag(first, STRING) && isText(exception[2]);
+  bool isProcedure = lengthOf(exception) > 2 && isObject(first) && !hasTag(first, STRING) && isText(exception[2]);
   return isProcedure ? first : DAG();
 }
 
@@ -148,8 +142,7 @@ DAG showBanner(DAG arguments) { return defaultNerinVariables.quiet ? null : show
 DAG showStatus(DAG arguments) {
   if (defaultNerinVariables.quiet || defaultNerinVariables.noStatus) return null;
   constexpr double megabyte = 1048576.0 / sizeof(Word);  // in words
-  std::fprintf(output(), "memory used=%.1fMB, alloc=%.1fMB, time=%.2f",
-               numberOf(argument(arguments, 1)) / megabyte,
+  std::fprintf(output(), "memory used=%.1fMB, alloc=%.1fMB, time=%.2f", numberOf(argument(arguments, 1)) / megabyte,
                numberOf(argument(arguments, 2)) / megabyte, numberOf(argument(arguments, 3)));
   endLine();
   return null;

@@ -1,21 +1,19 @@
-#include "terminal.h"
-
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
-
 #include "frame/errors.h"
-#include "session/interface.h"
 #include "frame/interrupts.h"
 #include "help.h"
 #include "interrupt.h"
 #include "line_editor.h"
+#include "session/interface.h"
 #include "store/constants.h"
 #include "store/names.h"
+#include "terminal.h"
 #include "text/read/input.h"
 
 namespace korel {
@@ -101,15 +99,12 @@ bool askForLine() {
   for (;;) {
     typedLength = typedPosition = 0;
     switch (editLine(defaultNerinVariables.prompt, typed, typedLength)) {
-      case LineStatus::end:
-        typedLength = 0;
-        return false;
+      case LineStatus::end: typedLength = 0; return false;
       case LineStatus::interrupted:
         typedLength = 0;
         if (!atStatementStart) jumpback();  // out of the parser: the whole statement is dropped
         continue;
-      case LineStatus::line:
-        break;
+      case LineStatus::line: break;
     }
     if (!atStatementStart) return true;
     if (servedHelp(typed)) continue;
@@ -166,12 +161,9 @@ DAG readUserLine(const char* prompt) {
   std::size_t length;
   if (isatty(STDIN_FILENO) == 0) prompt = "";
   switch (plainLine(prompt, line, length)) {
-    case LineStatus::line:
-      return strinstall(line);
-    case LineStatus::interrupted:
-      interruptProgram();
-    case LineStatus::end:
-      break;
+    case LineStatus::line: return strinstall(line);
+    case LineStatus::interrupted: interruptProgram();
+    case LineStatus::end: break;
   }
   return null;
 }

@@ -1,23 +1,22 @@
 // The main program of every test program: starts a kernel once, then runs the tests on it.
 
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
-#include "session/driver.h"
-#include "session/driver_state.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "session/interface.h"
 #include "frame/output.h"
 #include "kernel_fixture.h"
+#include "session/driver.h"
+#include "session/driver_state.h"
+#include "session/interface.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -31,12 +30,8 @@ namespace korel::test {
 
 namespace {
 
-void appendCharacter(void* target, int c) {
-  static_cast<std::string*>(target)->push_back(static_cast<char>(c));
-}
-void appendFailure(void* target, const char* message) {
-  static_cast<std::string*>(target)->append(message);
-}
+void appendCharacter(void* target, int c) { static_cast<std::string*>(target)->push_back(static_cast<char>(c)); }
+void appendFailure(void* target, const char* message) { static_cast<std::string*>(target)->append(message); }
 
 std::string printed(DAG x, int flags) {
   std::string result;
@@ -192,8 +187,7 @@ ChildResult inChildCall(void (*body)(void*), void* data) {
     result.output.append(buffer, static_cast<std::size_t>(n));
   close(ends[0]);
   waitpid(child, &result.status, 0);
-  result.status =
-      WIFSIGNALED(result.status) ? 128 + WTERMSIG(result.status) : WEXITSTATUS(result.status);
+  result.status = WIFSIGNALED(result.status) ? 128 + WTERMSIG(result.status) : WEXITSTATUS(result.status);
   return result;
 }
 
@@ -207,8 +201,7 @@ int runTests() {
   int code = _setjmp(buffer);
   if (code == 0) return RUN_ALL_TESTS();
   const ::testing::TestInfo* test = ::testing::UnitTest::GetInstance()->current_test_info();
-  std::fprintf(stderr, "%s.%s: jump %d, unexpected error: %s\n",
-               test != nullptr ? test->test_suite_name() : "?",
+  std::fprintf(stderr, "%s.%s: jump %d, unexpected error: %s\n", test != nullptr ? test->test_suite_name() : "?",
                test != nullptr ? test->name() : "?", code, messageText(lastException()).c_str());
   std::fflush(nullptr);
   _exit(1);

@@ -1,9 +1,8 @@
 #pragma once
 // Random expressions of every kind, as recipes that RapidCheck can shrink.
 
-#include <rapidcheck.h>
-
 #include <ostream>
+#include <rapidcheck.h>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -34,23 +33,14 @@ inline DAG leaf(const Recipe& r) {
   static const char* const names[] = {"x", "y", "z", "a b", "if", "f", "_g1", "a`b"};
   int magnitude = r.number;
   switch (r.kind % leafKinds) {
-    case 0:
-      return naminstall(names[std::abs(magnitude) % 8]);
-    case 1:
-      return Newint(magnitude);
-    case 2:
-      return magnitude == 0 ? cons0 : new3(RATIONAL, Newint(magnitude % 50 * 7 + 1), Newint(7));
-    case 3:
-      return new3(FLOAT, Newint(magnitude), Newint(magnitude % 7 - 3));
-    case 4:
-      return strinstall(std::string("s\"\n\\" + std::to_string(magnitude)).c_str());
-    case 5:
-      return new2(COMPLEX, Newint(magnitude == 0 ? 1 : magnitude % 3 == 0 ? 1 : magnitude));
-    case 6:
-      return new3(COMPLEX, Newint(magnitude % 5 == 0 ? 2 : magnitude),
-                  Newint(magnitude % 4 == 0 ? -1 : 3));
-    default:
-      return NewInteger(std::int64_t{magnitude} * 1000003);
+    case 0: return naminstall(names[std::abs(magnitude) % 8]);
+    case 1: return Newint(magnitude);
+    case 2: return magnitude == 0 ? cons0 : new3(RATIONAL, Newint(magnitude % 50 * 7 + 1), Newint(7));
+    case 3: return new3(FLOAT, Newint(magnitude), Newint(magnitude % 7 - 3));
+    case 4: return strinstall(std::string("s\"\n\\" + std::to_string(magnitude)).c_str());
+    case 5: return new2(COMPLEX, Newint(magnitude == 0 ? 1 : magnitude % 3 == 0 ? 1 : magnitude));
+    case 6: return new3(COMPLEX, Newint(magnitude % 5 == 0 ? 2 : magnitude), Newint(magnitude % 4 == 0 ? -1 : 3));
+    default: return NewInteger(std::int64_t{magnitude} * 1000003);
   }
 }
 
@@ -73,50 +63,30 @@ inline DAG build(const Recipe& r) {
     return s;
   };
   switch (r.kind) {
-    case 0:
-      return inPairs(SUM, [&](std::size_t i) { return i % 2 == 0 ? cons1 : consm1; });
+    case 0: return inPairs(SUM, [&](std::size_t i) { return i % 2 == 0 ? cons1 : consm1; });
     case 1:
       return inPairs(SUM, [&](std::size_t i) {
         return Newint(r.number % 5 - 2 + static_cast<int>(i) * 3 == 0 ? 1 : r.number % 5 + 3);
       });
-    case 2:
-      return inPairs(PROD, [&](std::size_t i) { return i % 2 == 0 ? cons1 : consm1; });
-    case 3:
-      return inPairs(PROD, [&](std::size_t) { return Newint(r.number % 4 + 1); });
-    case 4:
-      return new3(POWER, a, b);
-    case 5:
-      return newCall(naminstall("f"), {sequence()});
-    case 6:
-      return new2(LIST, sequence());
-    case 7:
-      return new3(EQUATION, a, b);
-    case 8:
-      return new3(RANGE, a, b);
-    case 9:
-      return newCall(naminstall("."), {a, b});
-    case 10:
-      return new2(UNEVAL, a);
-    case 11:
-      return new3(TABLEREF, naminstall("t"), sequence());
-    case 12:
-      return new3(LESSTHAN, a, b);
-    case 13:
-      return newCall(naminstall("g h"), {a});
-    case 14:
-      return new2(SET, sequence());
-    case 15:
-      return new3(DCOLON, a, b);
-    case 16:
-      return new3(CATENATE, naminstall("c"), new2(LIST, sequence()));
-    case 17:
-      return new3(r.number % 2 == 0 ? INEQUAT : LESSEQ, a, b);
-    case 18:
-      return new3(AND, new3(EQUATION, a, b), naminstall("p"));
-    case 19:
-      return new3(OR, new2(NOT, new3(EQUATION, a, b)), naminstall("p"));
-    case 20:
-      return new3(MEMBER, naminstall("m"), naminstall("e"));
+    case 2: return inPairs(PROD, [&](std::size_t i) { return i % 2 == 0 ? cons1 : consm1; });
+    case 3: return inPairs(PROD, [&](std::size_t) { return Newint(r.number % 4 + 1); });
+    case 4: return new3(POWER, a, b);
+    case 5: return newCall(naminstall("f"), {sequence()});
+    case 6: return new2(LIST, sequence());
+    case 7: return new3(EQUATION, a, b);
+    case 8: return new3(RANGE, a, b);
+    case 9: return newCall(naminstall("."), {a, b});
+    case 10: return new2(UNEVAL, a);
+    case 11: return new3(TABLEREF, naminstall("t"), sequence());
+    case 12: return new3(LESSTHAN, a, b);
+    case 13: return newCall(naminstall("g h"), {a});
+    case 14: return new2(SET, sequence());
+    case 15: return new3(DCOLON, a, b);
+    case 16: return new3(CATENATE, naminstall("c"), new2(LIST, sequence()));
+    case 17: return new3(r.number % 2 == 0 ? INEQUAT : LESSEQ, a, b);
+    case 18: return new3(AND, new3(EQUATION, a, b), naminstall("p"));
+    case 19: return new3(OR, new2(NOT, new3(EQUATION, a, b)), naminstall("p"));
+    case 20: return new3(MEMBER, naminstall("m"), naminstall("e"));
     case 21: {
       // Coefficients from the second place on, exponents rising by one.
       DAG s = newl3(static_cast<Word>(2 * parts.size() + 2), SERIES, naminstall("x"));
@@ -143,16 +113,15 @@ inline DAG build(const Recipe& r) {
 }
 
 inline rc::Gen<Recipe> recipes(int depth, int kinds = innerKinds) {
-  auto leaves =
-      rc::gen::map(rc::gen::pair(rc::gen::inRange(0, leafKinds), rc::gen::inRange(-99, 100)),
-                   [](std::pair<int, int> p) {
-                     return Recipe{p.first, p.second, {}};
-                   });
+  auto leaves = rc::gen::map(rc::gen::pair(rc::gen::inRange(0, leafKinds), rc::gen::inRange(-99, 100)),
+                             [](std::pair<int, int> p) {
+                               return Recipe{p.first, p.second, {}};
+                             });
   if (depth == 0) return leaves;
   auto inner = rc::gen::map(
-      rc::gen::tuple(rc::gen::inRange(0, kinds), rc::gen::inRange(-9, 10),
-                     rc::gen::resize(3, rc::gen::nonEmpty(rc::gen::container<std::vector<Recipe>>(
-                                            recipes(depth - 1, kinds))))),
+      rc::gen::tuple(
+          rc::gen::inRange(0, kinds), rc::gen::inRange(-9, 10),
+          rc::gen::resize(3, rc::gen::nonEmpty(rc::gen::container<std::vector<Recipe>>(recipes(depth - 1, kinds))))),
       [](std::tuple<int, int, std::vector<Recipe>> t) {
         return Recipe{std::get<0>(t), std::get<1>(t), std::get<2>(t)};
       });

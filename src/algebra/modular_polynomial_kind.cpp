@@ -46,8 +46,7 @@ DAG finished(DAG parts) {
 DAG putTogether(const TakenApart& object) { return finished(object.parts); }
 
 void replaceCoefficient(TakenApart& object, std::int64_t i, DAG replacement) {
-  if (isSequence(object.parts[1]))
-    KernelException("the operation `%1` is not available", naminstall("m2ReplaceTerm"));
+  if (isSequence(object.parts[1])) KernelException("the operation `%1` is not available", naminstall("m2ReplaceTerm"));
   if (!isResidue(replacement, object.parts[2])) KernelException("modp1: invalid replacement term");
   setCoefficient(object.parts, i, replacement);
 }

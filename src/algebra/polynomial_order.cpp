@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "numbers/arithmetic.h"
 #include "eval/simplify/simplify.h"
 #include "eval/walk/walk_memory.h"
 #include "frame/environment.h"
+#include "numbers/arithmetic.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"
 #include "store/object_set.h"
@@ -120,12 +120,10 @@ DAG sortIn(const Sorting& sorting, DAG x) {
         });
       return result;
     }
-    case LIST: case SET: case EXPSEQ: case POWER: case FUNCTION: case TABLEREF: case DCOLON:
-    case UNEVAL: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case NOT: case OR:
-    case RANGE:
+    case LIST: case SET: case EXPSEQ: case POWER: case FUNCTION: case TABLEREF: case DCOLON: case UNEVAL: case EQUATION:
+    case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case NOT: case OR: case RANGE:
       return sortFields(sorting, x, 1, 1);
-    default:
-      return x;
+    default: return x;
   }
 }
 
@@ -166,12 +164,11 @@ void gather(Gathering& into, DAG x) {
     case SUM: case PROD:
       for (Word i = 1; i < lengthOf(x); i += 2) gather(into, x[i]);
       return;
-    case POWER: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case NOT: case OR:
-    case EXPSEQ: case LIST: case SET: case RANGE:
+    case POWER: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case NOT: case OR: case EXPSEQ:
+    case LIST: case SET: case RANGE:
       for (Word i = 1; i < lengthOf(x); ++i) gather(into, x[i]);
       return;
-    default:
-      return;
+    default: return;
   }
 }
 

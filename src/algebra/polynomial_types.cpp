@@ -20,8 +20,8 @@ namespace {
 // What one traversal asks.
 struct PolynomialWalk {
   PolynomialForm form;
-  DAG vars;        // 0 for all names, a name or the imaginary unit, or an EXPSEQ of names
-  TagSet numbers;  // that may be coefficients
+  DAG vars;                       // 0 for all names, a name or the imaginary unit, or an EXPSEQ of names
+  TagSet numbers;                 // that may be coefficients
   bool (*test)(DAG e) = nullptr;  // in place of the tags: a test of coefficients,
   DAG type{};                     // or a type that they must match
   Word clock = 0;                 // of the integer cache
@@ -29,9 +29,7 @@ struct PolynomialWalk {
   bool allowsAnyCoefficient() const { return numbers == anyCoefficient && test == nullptr && !type; }
 };
 
-bool isVariable(const PolynomialWalk& walk, DAG x) {
-  return isMember(x, walk.vars);
-}
+bool isVariable(const PolynomialWalk& walk, DAG x) { return isMember(x, walk.vars); }
 
 /// `x`, which holds none of the variables, may be a coefficient.
 bool isCoefficient(const PolynomialWalk& walk, DAG x) {
@@ -65,8 +63,7 @@ bool isPolynomialSum(const PolynomialWalk& walk, DAG x) {
     if (!isPolynomial(walk, term)) return false;
     // A coefficient 1 is no more than the absence of another.
     if (coefficient == cons1) continue;
-    if (!(isNumber(coefficient) ? isCoefficient(walk, coefficient) : isConstantPart(walk, coefficient)))
-      return false;
+    if (!(isNumber(coefficient) ? isCoefficient(walk, coefficient) : isConstantPart(walk, coefficient))) return false;
   }
   return true;
 }

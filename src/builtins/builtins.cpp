@@ -3,8 +3,8 @@
 #include "builtins/iolib.h"
 #include "builtins/name_builtins.h"
 #include "builtins/operator_builtins.h"
+#include "builtins/raw_objects.h"
 #include "debug/debugger.h"
-#include "eval/structure/attributes.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/evaluation_builtins.h"
 #include "eval/evaluate/known_values.h"
@@ -31,24 +31,18 @@
 #include "eval/walk/measure.h"
 #include "external/float_library.h"
 #include "frame/errors.h"
-#include "frame/output_builtins.h"
 #include "frame/interrupts.h"
+#include "frame/output_builtins.h"
+#include "library/native/native.h"
 #include "library/retrieve.h"
 #include "numbers/float/float_builtins.h"
 #include "numbers/integer/integer_builtins.h"
-#include "eval/evaluate/known_values.h"
-#include "eval/evaluate/loose_arguments.h"
-#include "eval/simplify/simplify.h"
-#include "eval/statements/sequences.h"
-#include "frame/errors.h"
-#include "library/native/native.h"
 #include "rtable/create.h"
 #include "rtable/queries.h"
 #include "session/kernelopts.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/objects.h"
-#include "builtins/raw_objects.h"
 #include "store/standard_names.h"
 #include "store/vocabulary.h"
 #include "text/read/shell_builtins.h"
@@ -271,9 +265,7 @@ DAG runBuiltin(int number, DAG form, DAG self) {
   BuiltinCall call{uniqueSequence(form[2]), self, form};
   switch (row.arguments) {
     case unevaluated: return row.function(call);
-    case simplified:
-      call.arguments = uniqueSequence(simpl(eval(call.arguments)));
-      return row.function(call);
+    case simplified: call.arguments = uniqueSequence(simpl(eval(call.arguments))); return row.function(call);
     case members: case neverCalled: break;
   }
   LooseArguments loose = evalLooseArguments(call.arguments);

@@ -1,7 +1,7 @@
 #include "builtins/name_builtins.h"
 
-#include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/concatenation.h"
+#include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/name_lists.h"
 #include "eval/procedures/scoping.h"
@@ -89,8 +89,7 @@ DAG builtin::exports(const BuiltinCall& call) {
   if (!isTag(module, MODULE)) wrongParameters(call);
   DAG instances = module[moduleExports];
   DAG names = CopyAlg(instances);
-  for (Word i = 1; i < lengthOf(instances); ++i)
-    names[i] = naminstall(textOf(declaredName(instances[i])));
+  for (Word i = 1; i < lengthOf(instances); ++i) names[i] = naminstall(textOf(declaredName(instances[i])));
   return simpl(names);
 }
 

@@ -4,10 +4,10 @@
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
+#include "store/check/verify.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/objects.h"
-#include "store/check/verify.h"
 
 namespace korel {
 
@@ -46,12 +46,9 @@ DAG objectAtArgument(const BuiltinCall& call) {
 
 Tag requestedTag(DAG given) {
   int number = 0;
-  if (isObject(given) && hasTag(given, NAME))
-    number = DagNameToID(textOf(given));
-  else if (isImmediate(given))
-    number = immediateValue(given);
-  else
-    KernelException("dagtag expected, but got %1", given);
+  if (isObject(given) && hasTag(given, NAME)) number = DagNameToID(textOf(given));
+  else if (isImmediate(given)) number = immediateValue(given);
+  else KernelException("dagtag expected, but got %1", given);
   if (number < 1 || number > lastAssembledTag) KernelException("invalid ID field in assemble");
   if (tagFromNumber(number) == RTABLE) KernelException("rtables cannot be built using assemble");
   return tagFromNumber(number);

@@ -1,17 +1,16 @@
 #include "client/korel_client.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/wait.h>
-#include <time.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <csetjmp>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <time.h>
+#include <unistd.h>
 
 #include "frame/environment.h"
 #include "frame/errors.h"
@@ -213,9 +212,9 @@ void KorelProcess::noteDeath() {
   if (kError_ != noKernelError) return;
   kError_ = cannotConnect;
   if (WIFSIGNALED(status))
-    fmtErrorText("kernel process %d was ended by signal %d (%s)", process, WTERMSIG(status), strsignal(WTERMSIG(status)));
-  else
-    fmtErrorText("kernel process %d has ended with status %d", process, WEXITSTATUS(status));
+    fmtErrorText("kernel process %d was ended by signal %d (%s)", process, WTERMSIG(status),
+                 strsignal(WTERMSIG(status)));
+  else fmtErrorText("kernel process %d has ended with status %d", process, WEXITSTATUS(status));
 }
 
 // ---- bytes

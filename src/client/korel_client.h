@@ -26,9 +26,8 @@
 // Objects that messages hold live until the end of `evaluate` when it isn't called from within an evaluation; whoever
 // keeps one longer makes it reachable from a root (store/collect/collector.h).
 
-#include <sys/types.h>
-
 #include <memory>
+#include <sys/types.h>
 
 #include "session/link/kernel_link.h"
 #include "session/link/pipe_stream.h"

@@ -6,8 +6,7 @@
 namespace korel {
 
 DAG builtin::MPFloat(const BuiltinCall& call) {
-  if (argumentCount(call) == 0 || !isTag(call.arguments[1], STRING))
-    KernelException("usage MPFloat(string,args)");
+  if (argumentCount(call) == 0 || !isTag(call.arguments[1], STRING)) KernelException("usage MPFloat(string,args)");
   if (argumentCount(call) != 2) wrongParameters(call);
   KernelException("the operation `%1` is not available", call.self);
 }

@@ -4,8 +4,8 @@
 #include <sys/resource.h>
 
 #include "frame/environment_block.h"
-#include "session/driver.h"
 #include "frame/errors.h"
+#include "session/driver.h"
 #include "store/constants.h"
 #include "store/hash.h"
 
@@ -39,10 +39,9 @@ void recordStackBounds() {
   char* here = static_cast<char*>(__builtin_frame_address(0));
   rlimit limit{};
   getrlimit(RLIMIT_STACK, &limit);
-  std::int64_t size =
-      limit.rlim_cur == RLIM_INFINITY || limit.rlim_cur > static_cast<rlim_t>(unlimitedStackCap)
-          ? unlimitedStackCap
-          : static_cast<std::int64_t>(limit.rlim_cur);
+  std::int64_t size = limit.rlim_cur == RLIM_INFINITY || limit.rlim_cur > static_cast<rlim_t>(unlimitedStackCap)
+                          ? unlimitedStackCap
+                          : static_cast<std::int64_t>(limit.rlim_cur);
   maxKorelStackSize = size - stackReserve;
   if (korelLimitStack > stackReserve && korelLimitStack - stackReserve < maxKorelStackSize)
     maxKorelStackSize = korelLimitStack - stackReserve;

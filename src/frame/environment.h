@@ -29,10 +29,10 @@ enum JumpCode : int {
 struct Frame {
   Frame* previousFrame = nullptr;  // dynamic link; none at top level
   std::int32_t printLevel = 1;
-  DAG locals;            // EXPSEQ of fresh names; `null` at top level
-  DAG args;              // EXPSEQ of evaluated arguments
-  DAG procName;          // the name called
-  DAG proc;              // the running PROC
+  DAG locals;    // EXPSEQ of fresh names; `null` at top level
+  DAG args;      // EXPSEQ of evaluated arguments
+  DAG procName;  // the name called
+  DAG proc;      // the running PROC
   DAG currentStatement;
   DAG ditto1, ditto2, ditto3;  // values of %, %%, %%%
   DAG inCondition;             // `true` while the condition of an `if` is evaluated

@@ -18,8 +18,16 @@ namespace korel {
 
 /// Words of the block; behind them stand the names and values of the open kind.
 enum EnvironmentWord : int {
-  envDigits = 1, envUseHardwareFloats, envRounding, envOrder, envMod, envTestzero, envNormalizer,
-  envNewtable, envNumericEventHandlers, envFirstOpen,
+  envDigits = 1,
+  envUseHardwareFloats,
+  envRounding,
+  envOrder,
+  envMod,
+  envTestzero,
+  envNormalizer,
+  envNewtable,
+  envNumericEventHandlers,
+  envFirstOpen,
 };
 constexpr int environmentBlockLength = 10;
 
@@ -50,9 +58,7 @@ void restoreEnvironmentWord(EnvironmentChange& change);
 
 /// Sets `Digits` for a while.
 void setDigits(EnvironmentChange& change, std::int64_t digits);
-inline void raiseDigits(EnvironmentChange& change, std::int64_t extra) {
-  setDigits(change, precisionDigits() + extra);
-}
+inline void raiseDigits(EnvironmentChange& change, std::int64_t extra) { setDigits(change, precisionDigits() + extra); }
 inline void restoreDigits(EnvironmentChange& change) { restoreEnvironmentWord(change); }
 
 /// The running frame's block, copied first when the caller's frame shares it.

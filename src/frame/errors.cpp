@@ -6,8 +6,8 @@
 #include <cstring>
 
 #include "eval/evaluate/evaluate.h"
-#include "eval/simplify/simplify.h"
 #include "eval/evaluate/known_values.h"
+#include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/output.h"
 #include "frame/traceback.h"
@@ -128,9 +128,7 @@ Word parameterPlaces(const char* text, const DAG* parameters, int count) {
   if (marks >= 0) return static_cast<Word>(marks);
   Word places = 0;
   for (int i = 0; i < count && parameters[i]; ++i)
-    places += isSequence(parameters[i]) && memberCount(parameters[i]) > 0
-                  ? memberCount(parameters[i])
-                  : 1;
+    places += isSequence(parameters[i]) && memberCount(parameters[i]) > 0 ? memberCount(parameters[i]) : 1;
   return places;
 }
 
@@ -211,8 +209,7 @@ void KorelException(DAG arguments) {
     DAG last = ini("lastexception")[1];
     arguments = isSequence(last) ? copydel(last, 0, 1) : strinstall("unspecified error");
   }
-  DAG exception =
-      isSequence(arguments) ? space_insert(arguments, 0, 1) : new3(EXPSEQ, DAG(), arguments);
+  DAG exception = isSequence(arguments) ? space_insert(arguments, 0, 1) : new3(EXPSEQ, DAG(), arguments);
   exception[1] = raisingProcedure();
   DAG message = exception[2];
   if (!hasTag(message, NAME) && !hasTag(message, STRING)) {
@@ -346,11 +343,8 @@ DAG KernelTrapError(DAG (*f)(DAG), DAG argument, bool& failed) {
     case jumpError:
       if (SpecialError == noSpecialError) forgetTraceLevels();
       return singleMember(simpl(ini("lasterror")[1]));
-    case jumpReturn:
-    case jumpBreak:
-      return FillInLastErrorAndException(misplacedJump);
-    default:
-      return null;
+    case jumpReturn: case jumpBreak: return FillInLastErrorAndException(misplacedJump);
+    default: return null;
   }
 }
 

@@ -1,9 +1,8 @@
 #include "frame/interrupts.h"
 
-#include <sys/resource.h>
-
 #include <cstdlib>
 #include <limits>
+#include <sys/resource.h>
 
 #include "eval/evaluate/evalf.h"
 #include "eval/evaluate/evaluate.h"

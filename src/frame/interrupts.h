@@ -23,8 +23,7 @@ extern std::uint8_t interruptCounter;
 extern volatile std::sig_atomic_t pollWanted;
 /// Asks when the counter has wrapped, or when a signal has asked for it.
 inline bool interruptIsDue() {
-  return ((interruptCounter == 0 || pollWanted != 0) && askForInterrupt()) ||
-         SpecialError == computationInterrupted;
+  return ((interruptCounter == 0 || pollWanted != 0) && askForInterrupt()) || SpecialError == computationInterrupted;
 }
 inline bool TestInterrupt() {
   ++interruptCounter;
@@ -62,9 +61,7 @@ bool mustEndOperation();
 
 /// Counts `steps`, each about a multiplication or two; true, after some 10^7 of them, when the caller
 /// must clean up and call `endOperation`.
-inline bool isTimeUp(std::int64_t steps) {
-  return (stepsToNextLook -= steps) < 0 && mustEndOperation();
-}
+inline bool isTimeUp(std::int64_t steps) { return (stepsToNextLook -= steps) < 0 && mustEndOperation(); }
 /// What an object that a recursive walk comes upon costs at least. A part that occurs twice in each of sixty
 /// objects is met 2^60 times, without a statement in between.
 constexpr int objectSteps = 50;

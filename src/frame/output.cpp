@@ -3,19 +3,19 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "eval/simplify/aliases.h"
 #include "eval/simplify/simplify.h"
-#include "frame/interrupts.h"
-#include "session/driver_state.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "frame/interrupts.h"
+#include "numbers/integer/integer.h"
+#include "session/driver_state.h"
 #include "session/interface.h"
 #include "session/resource_limits.h"
-#include "numbers/integer/integer.h"
 #include "store/allocator.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "eval/simplify/aliases.h"
 #include "store/vocabulary.h"
 #include "text/print/display.h"
 
@@ -23,9 +23,7 @@ namespace korel {
 
 DriverState driver;
 
-DAG callResultHandler(DAG x) {
-  return driver.resultCB != nullptr ? driver.resultCB(currentContext(), x) : null;
-}
+DAG callResultHandler(DAG x) { return driver.resultCB != nullptr ? driver.resultCB(currentContext(), x) : null; }
 
 // ---- the streams
 
@@ -55,8 +53,7 @@ DAG sendAndCopy(DAG x) {
   DAG reply = callResultHandler(x);
   if (reply == null || isImmediate(reply)) return reply;
   if (reply) reply = CopyDAG(reply);
-  if (!reply || reply == DAG(2))
-    KernelException("invalid data structure returned from user interface");
+  if (!reply || reply == DAG(2)) KernelException("invalid data structure returned from user interface");
   return reply;
 }
 
@@ -68,9 +65,7 @@ DAG sendStreamCall(DAG x) {
       refuseHiddenRedirection(arguments);
       arguments = asSequence(prtprepro(arguments, DisplayOf::arguments));
       break;
-    case Preparation::lprint:
-      arguments = asSequence(lprtprepro(arguments));
-      break;
+    case Preparation::lprint: arguments = asSequence(lprtprepro(arguments)); break;
     case Preparation::result:
       if (!driver.resultsWanted) return null;
       refuseHiddenRedirection(arguments);
@@ -78,17 +73,10 @@ DAG sendStreamCall(DAG x) {
       // A sequence goes as its members.
       if (lengthOf(arguments) == 2 && isSequence(arguments[1])) arguments = arguments[1];
       break;
-    case Preparation::set:
-      setinterface(arguments, defaultNerinVariables);
-      break;
-    case Preparation::redirect:
-      refuseRedirection(true);
-      break;
-    case Preparation::unconverted:
-      convert = false;
-      break;
-    case Preparation::none:
-      break;
+    case Preparation::set: setinterface(arguments, defaultNerinVariables); break;
+    case Preparation::redirect: refuseRedirection(true); break;
+    case Preparation::unconverted: convert = false; break;
+    case Preparation::none: break;
   }
   pollInterruptSoon();
   DAG message = arguments == x[2] ? x : new3(FUNCTION, x[1], arguments);
@@ -122,9 +110,7 @@ DAG switch2(DAG x) {
   return null;
 }
 
-DAG newStreamCall(Stream stream, DAG arguments) {
-  return new3(FUNCTION, naminstall(streamName(stream)), arguments);
-}
+DAG newStreamCall(Stream stream, DAG arguments) { return new3(FUNCTION, naminstall(streamName(stream)), arguments); }
 
 DAG sendStream(Stream stream, std::initializer_list<DAG> arguments) {
   return switch2(newStreamCall(stream, newSequence(arguments)));
@@ -161,9 +147,8 @@ DAG nerintokorel(DAG x) {
 }
 
 void sendstatus() {
-  sendStream(Stream::STATUS,
-             {NewInteger(wordsUsed()), NewInteger(totalmem), cpuSeconds(), cons0,
-              NewInteger(incrgc), NewInteger(wret), NewInteger(totalfree), NewInteger(totgcs)});
+  sendStream(Stream::STATUS, {NewInteger(wordsUsed()), NewInteger(totalmem), cpuSeconds(), cons0, NewInteger(incrgc),
+                              NewInteger(wret), NewInteger(totalfree), NewInteger(totgcs)});
 }
 
 }  // namespace korel

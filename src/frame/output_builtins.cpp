@@ -83,9 +83,7 @@ DAG builtin::userinfo(const BuiltinCall& call) {
 
 namespace {
 
-bool isStreamCall(DAG x) {
-  return isTag(x, FUNCTION) && isStreamName(x[1]);
-}
+bool isStreamCall(DAG x) { return isTag(x, FUNCTION) && isStreamName(x[1]); }
 
 }  // namespace
 

@@ -127,9 +127,7 @@ DAG newDebug(DebugCode code, DAG a, DAG b, DAG c, DAG d) {
 void sendDebug(DebugCode code, DAG a, DAG b, DAG c, DAG d) { switch2(newDebug(code, a, b, c, d)); }
 
 DAG callerName(const Frame& frame) {
-  return frame.previousFrame != nullptr && frame.previousFrame->procName
-             ? frame.previousFrame->procName
-             : null;
+  return frame.previousFrame != nullptr && frame.previousFrame->procName ? frame.previousFrame->procName : null;
 }
 
 DAG DebugToNerin(DAG debug) {

@@ -13,8 +13,8 @@
 namespace korel {
 
 std::int32_t ErrorLevel = 0;
-DAG TraceBackArgs[maxTraceLevels], TraceBackFunctname[maxTraceLevels],
-    TraceBackProc[maxTraceLevels], TraceBackStat[maxTraceLevels];
+DAG TraceBackArgs[maxTraceLevels], TraceBackFunctname[maxTraceLevels], TraceBackProc[maxTraceLevels],
+    TraceBackStat[maxTraceLevels];
 DAG TraceBackCurrstat, TraceBackCurrproc, TraceBackLocals;
 
 namespace {
@@ -33,8 +33,7 @@ void walkNotedLevels(Visitor visit) {
   if (!onItsWay) return;
   for (DAG noted : {TraceBackCurrstat, TraceBackCurrproc, TraceBackLocals}) visit(noted);
   for (std::int32_t i = 0; i < ErrorLevel; ++i)
-    for (DAG noted : {TraceBackArgs[i], TraceBackFunctname[i], TraceBackProc[i], TraceBackStat[i]})
-      visit(noted);
+    for (DAG noted : {TraceBackArgs[i], TraceBackFunctname[i], TraceBackProc[i], TraceBackStat[i]}) visit(noted);
 }
 
 /// The locals of the innermost level as equations, name = value; a name without a value stands for
@@ -81,12 +80,10 @@ void RecordTraceBackState() {
 }
 
 void TraceBack(std::int32_t level) {
-  if (collectedSince())
-    KernelException("traceback information for last error is no longer available");
+  if (collectedSince()) KernelException("traceback information for last error is no longer available");
   // The reader of a message may run statements of its own: a collection there ends the report.
   for (int i = ErrorLevel - 1; level > 1 && i >= 0 && !collectedSince(); --i) {
-    sendDebug(debugTraceLevel, TraceBackFunctname[i], TraceBackArgs[i], TraceBackProc[i],
-              TraceBackStat[i]);
+    sendDebug(debugTraceLevel, TraceBackFunctname[i], TraceBackArgs[i], TraceBackProc[i], TraceBackStat[i]);
     if (level == 2) break;
   }
   if (collectedSince()) return;

@@ -8,8 +8,8 @@ namespace korel {
 
 constexpr int maxTraceLevels = 50;
 extern std::int32_t ErrorLevel;  // recorded levels
-extern DAG TraceBackArgs[maxTraceLevels], TraceBackFunctname[maxTraceLevels],
-    TraceBackProc[maxTraceLevels], TraceBackStat[maxTraceLevels];
+extern DAG TraceBackArgs[maxTraceLevels], TraceBackFunctname[maxTraceLevels], TraceBackProc[maxTraceLevels],
+    TraceBackStat[maxTraceLevels];
 extern DAG TraceBackCurrstat, TraceBackCurrproc, TraceBackLocals;
 
 /// Tells the collector what to keep of the store; part of the start.

@@ -1,20 +1,19 @@
 #include "library/save.h"
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstring>
+#include <unistd.h>
 #include <vector>
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/simplify/simplify.h"
 #include "eval/evaluate/name_lists.h"
+#include "eval/simplify/simplify.h"
 #include "eval/walk/has.h"
+#include "frame/errors.h"
 #include "library/archive/replaced_file.h"
 #include "library/records/record_file.h"
 #include "library/repository/repository.h"
-#include "frame/errors.h"
 #include "session/driver.h"
 #include "store/constants.h"
 #include "store/hash.h"
@@ -37,8 +36,7 @@ WordMap entered;
 
 // Names of the kernel are there in every session.
 bool isSessionName(DAG x) {
-  return hasTag(x, NAME) && x[1] && !isEnvironmentName(x) &&
-         search(x.word, AllIniNames) == notFound;
+  return hasTag(x, NAME) && x[1] && !isEnvironmentName(x) && search(x.word, AllIniNames) == notFound;
 }
 
 void enter(DAG x) {
@@ -126,10 +124,8 @@ void abandonSource(const char*) {
 void checkEntry(DAG name) {
   if (!isName(name)) KernelException("save can only save names");
   if (name[1] || name[2] != null) return;
-  if (isEnvironmentName(name))
-    KernelWarning(2, "environment variable `%1` cannot be saved", name);
-  else
-    KernelWarning(2, "unassigned variable `%1` in save statement", name);
+  if (isEnvironmentName(name)) KernelWarning(2, "environment variable `%1` cannot be saved", name);
+  else KernelWarning(2, "unassigned variable `%1` in save statement", name);
 }
 
 void writeAssignments(std::FILE* stream, DAG names) {

@@ -32,9 +32,7 @@ DAG fraction(DAG p, DAG q) {
 // Partial results of rational arithmetic: small integers are immediates, long ones fresh objects that
 // nobody else holds. `mulint` and `addint` size each from its operands.
 
-DAG crossSum(DAG p1, DAG f1, DAG p2, DAG f2) {
-  return addint(mulint(p1, f1), mulint(p2, f2));
-}
+DAG crossSum(DAG p1, DAG f1, DAG p2, DAG f2) { return addint(mulint(p1, f1), mulint(p2, f2)); }
 
 DAG quotient(DAG a, DAG b) {
   if (b == cons1) return a;
@@ -122,8 +120,7 @@ namespace {
 DAG multiplyInfinities(DAG a, DAG b) {
   bool aFloat = isFloatNumber(a), bFloat = isFloatNumber(b);
   if (isZero(a) || isZero(b))
-    return TriggerNumericEvent(invalidOperation, ini("*"), a, b,
-                               aFloat || bFloat ? consfNaN : ini("undefined"), true);
+    return TriggerNumericEvent(invalidOperation, ini("*"), a, b, aFloat || bFloat ? consfNaN : ini("undefined"), true);
   if (isFloatUndefined(a)) return a;
   if (isFloatUndefined(b)) return b;
   DAG result = exactInfinity(consneg(a) != consneg(b));
@@ -188,8 +185,7 @@ DAG power(DAG b, std::int32_t n) {
     if (p == cons1) return powint(q, n);
     return fraction(powint(q, n), powint(p, n));
   }
-  if (isZeroImmediate(b))
-    return TriggerNumericEvent(divisionByZero, ini("^"), b, Newint(-n), ini("infinity"), true);
+  if (isZeroImmediate(b)) return TriggerNumericEvent(divisionByZero, ini("^"), b, Newint(-n), ini("infinity"), true);
   DAG one = cons1;
   if (isNegativeInteger(b)) {
     b = complint(b);
@@ -212,8 +208,7 @@ DAG increment(DAG x) {
         return addint(cons1, x);
       case INTNEG: return addint(cons1, x);
       case RATIONAL: return simpl(new3(RATIONAL, add(x[1], x[2]), x[2]));
-      case FLOAT:
-      case HFLOAT: return evalfadd(x, consf1);
+      case FLOAT: case HFLOAT: return evalfadd(x, consf1);
       case COMPLEX: return cxadd(x, cons1);
       default:
         if (isExactInfinite(x) || isExactUndefined(x)) return x;
@@ -224,8 +219,7 @@ DAG increment(DAG x) {
 DAG negate(DAG x) {
   if (isImmediate(x)) return isZeroImmediate(x) ? x : immediate(-immediateValue(x));
   switch (tagOf(x)) {
-    case INTPOS:
-    case INTNEG: return complint(x);
+    case INTPOS: case INTNEG: return complint(x);
     case RATIONAL: return new3(RATIONAL, complint(x[1]), x[2]);
     case FLOAT:
       if (x == consf0) return consfm0;
@@ -294,8 +288,7 @@ int compcon(DAG a, DAG b) {
   if (signA != 0 || signB != 0) return signA < signB ? -1 : signA > signB;
   DAG difference = NonEventCall2(add, a, negate(b));
   if (isZero(difference)) return 0;
-  if (isTag(difference, HFLOAT))
-    return hfloatValue(difference) < 0 ? -1 : 1;
+  if (isTag(difference, HFLOAT)) return hfloatValue(difference) < 0 ? -1 : 1;
   return consneg(difference) ? -1 : 1;
 }
 
@@ -314,17 +307,14 @@ bool Equal1(DAG x) {
   }
 }
 
-bool eq(DAG x, std::int32_t n) {
-  return isImmediate(x) ? immediateValue(x) == n : SoftIntEqual(x, n);
-}
+bool eq(DAG x, std::int32_t n) { return isImmediate(x) ? immediateValue(x) == n : SoftIntEqual(x, n); }
 
 // ---- truncation and remainder
 
 DAG mtrunc(DAG x) {
   if (isImmediate(x)) return x;
   switch (tagOf(x)) {
-    case INTPOS:
-    case INTNEG: return x;
+    case INTPOS: case INTNEG: return x;
     case RATIONAL: {
       DAG rest;
       return IntegerDivide(x[1], x[2], &rest);
@@ -361,10 +351,8 @@ DAG rem(DAG a, DAG b, DAG* quotient) {
   DAG& q = quotient != nullptr ? *quotient : unused;
   if (isExactUndefined(a) || isExactUndefined(b)) return q = ini("undefined");
   if (isExactInfinite(a)) {
-    if (isExactInfinite(b))
-      q = ini("undefined");
-    else
-      q = consneg(b) || isZero(b) ? negate(a) : a;
+    if (isExactInfinite(b)) q = ini("undefined");
+    else q = consneg(b) || isZero(b) ? negate(a) : a;
     return invalidRemainder(a, b);
   }
   if (isExactInfinite(b)) {
@@ -401,8 +389,7 @@ DAG rem(DAG a, DAG b, DAG* quotient) {
 namespace {
 
 DAG scaled(DAG number, DAG x) {
-  if (isTag(x, SUM) && lengthOf(x) == 3)
-    return new3(SUM, x[1], mul(number, x[2]));
+  if (isTag(x, SUM) && lengthOf(x) == 3) return new3(SUM, x[1], mul(number, x[2]));
   return new3(SUM, x, number);
 }
 

@@ -59,8 +59,7 @@ DAG NewPROD(DAG a, DAG b);
 inline bool isExactInfinity(DAG x) { return x == ini("infinity"); }
 /// SUM(infinity, -1), the shared object or one that is not simplified yet.
 inline bool isExactMinusInfinity(DAG x) {
-  return x == consminf ||
-         (isObject(x) && headerWord(x) == (SUM | 3) && x[1] == ini("infinity") && x[2] == consm1);
+  return x == consminf || (isObject(x) && headerWord(x) == (SUM | 3) && x[1] == ini("infinity") && x[2] == consm1);
 }
 inline bool isExactInfinite(DAG x) { return isExactInfinity(x) || isExactMinusInfinity(x); }
 inline bool isExactUndefined(DAG x) { return x == ini("undefined"); }

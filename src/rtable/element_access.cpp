@@ -94,8 +94,7 @@ std::int64_t findEntry(const Access& a) {
 void removeNagSparse(DAG r, std::int64_t at) {
   const Word last = entriesInUse(r) - 1;
   for (Word k = 0; k < dimensionsOf(r); ++k) indexVector(r, k)[at] = indexVector(r, k)[last];
-  std::memcpy(elementPlace(r, at), elementPlace(r, last),
-              static_cast<std::size_t>(rtableElementBytes[datatypeOf(r)]));
+  std::memcpy(elementPlace(r, at), elementPlace(r, last), static_cast<std::size_t>(rtableElementBytes[datatypeOf(r)]));
   setEntriesInUse(r, last);
 }
 

@@ -117,8 +117,7 @@ const ElementFormat elementFormats[datatypeCount] = {
        auto pair = load<ObjectPair>(place);
        return pair.real ? simpl(new3(COMPLEX, pair.real, pair.imaginary)) : DAG();
      },
-     store<ObjectPair>,
-     [](const RawElement& e) { return isZeroValue(e.parts[0]) && isZeroValue(e.parts[1]); }},
+     store<ObjectPair>, [](const RawElement& e) { return isZeroValue(e.parts[0]) && isZeroValue(e.parts[1]); }},
     {readInteger<std::int8_t>, store<std::int8_t>, isZeroOf<std::int8_t>},
     {readInteger<std::int16_t>, store<std::int16_t>, isZeroOf<std::int16_t>},
     {readInteger<std::int32_t>, store<std::int32_t>, isZeroOf<std::int32_t>},

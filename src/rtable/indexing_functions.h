@@ -13,9 +13,23 @@ namespace korel {
 
 enum IndexingFunction : int {
   userFunction = -1,
-  zeroShape, bandShape, constantShape, diagonalShape, scalarShape, antihermitianShape, hermitianShape,
-  upperHessenbergShape, lowerHessenbergShape, identityShape, antisymmetricShape, symmetricShape,
-  lowerTriangularShape, upperTriangularShape, unitUpperTriangularShape, unitLowerTriangularShape, unitVectorShape,
+  zeroShape,
+  bandShape,
+  constantShape,
+  diagonalShape,
+  scalarShape,
+  antihermitianShape,
+  hermitianShape,
+  upperHessenbergShape,
+  lowerHessenbergShape,
+  identityShape,
+  antisymmetricShape,
+  symmetricShape,
+  lowerTriangularShape,
+  upperTriangularShape,
+  unitUpperTriangularShape,
+  unitLowerTriangularShape,
+  unitVectorShape,
 };
 constexpr int indexingFunctionCount = 17;
 

@@ -51,16 +51,12 @@ Number upperMinus(Number i, Number j, Number r) {
   if (i >= j) return notStored;
   return (r < j ? r * (2 * j - r - 3) / 2 : (j - 2) * (j - 1) / 2) + i - 1;
 }
-Number lower(Number i, Number j, Number r) {
-  return i < j ? notStored : (j - 1) * (2 * r - j + 2) / 2 + i - j;
-}
+Number lower(Number i, Number j, Number r) { return i < j ? notStored : (j - 1) * (2 * r - j + 2) / 2 + i - j; }
 Number lowerPlus(Number i, Number j, Number r) {
   if (j > i + 1) return notStored;
   return i < j ? (j - 1) * (2 * r - j + 2) / 2 + 2 * i - j : (j - 1) * (2 * r - j + 4) / 2 + i - j;
 }
-Number lowerMinus(Number i, Number j, Number r) {
-  return i <= j ? notStored : (j - 1) * (2 * r - j) / 2 + i - j - 1;
-}
+Number lowerMinus(Number i, Number j, Number r) { return i <= j ? notStored : (j - 1) * (2 * r - j) / 2 + i - j - 1; }
 
 template <RTableOrder order, Formula formula, Formula mirrored>
 Number triangle(DAG r, const std::int32_t* index) {
@@ -83,19 +79,18 @@ Number band(DAG r, const std::int32_t* index) {
 
 template <RTableOrder order>
 constexpr OffsetFunction triangles[] = {
-    triangle<order, upper, lower>,           // triangular[upper]
-    triangle<order, upperMinus, lowerMinus>, // triangular[upper,strict]
-    triangle<order, upperPlus, lowerPlus>,   // Hessenberg[upper]
-    triangle<order, lower, upper>,           // triangular[lower]
-    triangle<order, lowerMinus, upperMinus>, // triangular[lower,strict]
-    triangle<order, lowerPlus, upperPlus>,   // Hessenberg[lower]
+    triangle<order, upper, lower>,            // triangular[upper]
+    triangle<order, upperMinus, lowerMinus>,  // triangular[upper,strict]
+    triangle<order, upperPlus, lowerPlus>,    // Hessenberg[upper]
+    triangle<order, lower, upper>,            // triangular[lower]
+    triangle<order, lowerMinus, upperMinus>,  // triangular[lower,strict]
+    triangle<order, lowerPlus, upperPlus>,    // Hessenberg[lower]
 };
 
 template <RTableOrder order>
 OffsetFunction functionFor(Word storage, Word n) {
   switch (storage) {
-    case storageRectangular:
-      return n == 1 ? oneDimension : n == 2 ? twoDimensions<order> : manyDimensions<order>;
+    case storageRectangular: return n == 1 ? oneDimension : n == 2 ? twoDimensions<order> : manyDimensions<order>;
     case storageDiagonal: return diagonal;
     case storageBand: return band<order>;
     case storageScalar: return onlyCell;

@@ -43,9 +43,7 @@ std::int64_t shortestExtent(DAG r) {
   return shortest;
 }
 // Positions whose indices are all equal.
-std::int64_t diagonalLength(DAG r) {
-  return storedElements(boundsOf(r), dimensionsOf(r), storageDiagonal, 0, 0);
-}
+std::int64_t diagonalLength(DAG r) { return storedElements(boundsOf(r), dimensionsOf(r), storageDiagonal, 0, 0); }
 
 std::int64_t nonZeroEntries(DAG r) {
   std::int64_t count = 0;
@@ -80,8 +78,7 @@ std::int64_t nonZeroCount(DAG r) {
     case unitVectorShape: return 1;
     case scalarShape:
       return dimensionsOf(r) == 1 ? ifNonZero(arguments[2], 1) : ifNonZero(arguments[1], diagonalLength(r));
-    case diagonalShape: case bandShape: case upperHessenbergShape: case lowerHessenbergShape:
-      return nonZeroEntries(r);
+    case diagonalShape: case bandShape: case upperHessenbergShape: case lowerHessenbergShape: return nonZeroEntries(r);
     case unitUpperTriangularShape: case unitLowerTriangularShape: return nonZeroEntries(r) + diagonalLength(r);
     default: return nonZeroPositions(r);
   }
@@ -119,8 +116,9 @@ struct CountSelector {
   std::int64_t (*count)(DAG r);
 };
 constexpr CountSelector countSelectors[] = {
-    {"All", wholeCountOf},  {"NonZero", nonZeroCount}, {"Stored", storedCount}, {"NonZeroStored", nonZeroStoredCount},
-    {"Bytes", byteCount},   {"Allocated", allocatedCount},
+    {"All", wholeCountOf},   {"NonZero", nonZeroCount},
+    {"Stored", storedCount}, {"NonZeroStored", nonZeroStoredCount},
+    {"Bytes", byteCount},    {"Allocated", allocatedCount},
 };
 
 DAG rtableArgument(DAG arguments) {

@@ -36,9 +36,7 @@ DAG operand(DAG r, std::int64_t i) { return RTableOp(i, r); }
 
 std::int64_t refuseSize(DAG) { notAvailable("length"); }
 
-DAG refuseSubstitutionByPosition(DAG) {
-  KernelException("subsop cannot be used for rtables; use indexing instead");
-}
+DAG refuseSubstitutionByPosition(DAG) { KernelException("subsop cannot be used for rtables; use indexing instead"); }
 // Elements are no part of the object as `subs` sees it.
 DAG unchanged(Substitution&, DAG x) { return x; }
 

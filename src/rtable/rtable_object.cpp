@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "frame/errors.h"

@@ -92,8 +92,7 @@ void takeTriangular(RTableSettings& s, DAG value) {
   bool bothHalves = false;
   for (Word i = 1; i <= n; ++i) {
     const bool isHalf = hasText(parts[i], "upper") || hasText(parts[i], "lower");
-    if (!isHalf && !hasText(parts[i], "strict"))
-      KernelException("unrecognized argument %1 to triangular[]", parts[i]);
+    if (!isHalf && !hasText(parts[i], "strict")) KernelException("unrecognized argument %1 to triangular[]", parts[i]);
     bothHalves |= isHalf && half != nullptr;
     if (isHalf) half = textOf(parts[i]);
     else strict = true;
@@ -120,12 +119,9 @@ void takeSparse(RTableSettings& s, DAG value) {
     DAG part = parts[i];
     if (isInteger(part) && FitIntoWord(part) && LongLongValue(part) > 0)
       s.b1 = static_cast<std::int32_t>(LongLongValue(part));
-    else if (isNamed(part, "upper"))
-      s.b2 = upperSparse;
-    else if (isNamed(part, "lower"))
-      s.b2 = lowerSparse;
-    else
-      KernelException("unrecognized sparse storage qualifier, %1", part);
+    else if (isNamed(part, "upper")) s.b2 = upperSparse;
+    else if (isNamed(part, "lower")) s.b2 = lowerSparse;
+    else KernelException("unrecognized sparse storage qualifier, %1", part);
   }
 }
 
@@ -134,7 +130,10 @@ struct IndexedStorage {
   void (*take)(RTableSettings& s, DAG value);
 };
 constexpr IndexedStorage indexedStorages[] = {
-    {"band", takeBand}, {"triangular", takeTriangular}, {"Hessenberg", takeHessenberg}, {"sparse", takeSparse},
+    {"band", takeBand},
+    {"triangular", takeTriangular},
+    {"Hessenberg", takeHessenberg},
+    {"sparse", takeSparse},
 };
 
 void takeStorage(RTableSettings& s, DAG value) {
@@ -158,11 +157,17 @@ struct HardwareFormat {
   Word bySize[9];  // data type by the number of bytes; 0: none
 };
 constexpr HardwareFormat hardwareFormats[] = {
-    {"integer", "n should be an integer for integer[n]", "n should be 1, 2, 4, or 8 for integer[n]",
+    {"integer",
+     "n should be an integer for integer[n]",
+     "n should be 1, 2, 4, or 8 for integer[n]",
      {0, dataInteger8, dataInteger16, 0, dataInteger32, 0, 0, 0, dataInteger64}},
-    {"float", "n should be an integer for float[n]", "n should be 8 for float[n]",
+    {"float",
+     "n should be an integer for float[n]",
+     "n should be 8 for float[n]",
      {0, 0, 0, 0, 0, 0, 0, 0, dataFloat64}},
-    {"complex", "n should be an integer for complex[n]", "n should be 8 for complex[n]",
+    {"complex",
+     "n should be an integer for complex[n]",
+     "n should be 8 for complex[n]",
      {0, 0, 0, 0, 0, 0, 0, 0, dataComplexFloat64}},
 };
 

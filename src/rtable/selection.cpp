@@ -241,8 +241,7 @@ void assignToAll(DAG r, const Selection& s, DAG value) {
 }
 
 void assignBlock(DAG r, Selection& s, DAG block) {
-  if (dimensionsOf(block) != s.rank)
-    KernelException("rank of left hand side does not match rank of right hand side");
+  if (dimensionsOf(block) != s.rank) KernelException("rank of left hand side does not match rank of right hand side");
   Selection whole = s;
   if (cutToBlock(s, block)) assignToAll(r, whole, RTableZero(r));
   forEachSelected(s, [&](const std::int32_t* index, std::int32_t* place) {

@@ -26,11 +26,11 @@ namespace {
 
 // How a base keeps its cells.
 enum class Base {
-  next,      // the next member of the ring
-  full,      // rectangular: every position has a cell
-  table,     // sparse
-  single,    // scalar: one cell for all
-  none,      // empty
+  next,    // the next member of the ring
+  full,    // rectangular: every position has a cell
+  table,   // sparse
+  single,  // scalar: one cell for all
+  none,    // empty
   diagonal,
   band,
   triangle,
@@ -52,9 +52,7 @@ bool takesEveryPosition(Base base) { return base <= Base::single; }
 
 Access behind(const Access& a) { return {nextInRing(a.r), a.index, a.sequence}; }
 
-DAG selectBase(Access& a) {
-  return baseOf(a.r) == Base::next ? selectElement(behind(a)) : selectPlain(a);
-}
+DAG selectBase(Access& a) { return baseOf(a.r) == Base::next ? selectElement(behind(a)) : selectPlain(a); }
 void assignBase(Access& a, DAG value) {
   if (baseOf(a.r) == Base::next) assignElement(behind(a), value);
   else assignPlain(a, value);
@@ -79,12 +77,13 @@ void storeZeroOff(Access& a, DAG zero) {
 
 [[noreturn]] void refuseWithoutCell(Access& a) {
   switch (baseOf(a.r)) {
-    case Base::none:
-      KernelException("attempt to assign non-zero to index (%0), with empty storage", sequenceOf(a));
+    case Base::none: KernelException("attempt to assign non-zero to index (%0), with empty storage", sequenceOf(a));
     case Base::diagonal: KernelException("attempt to assign non-zero to off-diagonal index (%0)", sequenceOf(a));
     default:
-      KernelException("Matrix location (%0) has no associated storage and therefore cannot be set to anything other "
-                      "than zero", sequenceOf(a));
+      KernelException(
+          "Matrix location (%0) has no associated storage and therefore cannot be set to anything other "
+          "than zero",
+          sequenceOf(a));
   }
 }
 
@@ -192,8 +191,7 @@ void assignOffDiagonal(Access& a, DAG value) {
 template <Transform transform>
 void assignSymmetric(Access& a, DAG value) {
   if (!onDiagonal(a)) return assignOffDiagonal<transform>(a, value);
-  if (!hasCell(a) && !isZeroValue(value))
-    KernelException("this shape only permits zero assignments on the diagonal");
+  if (!hasCell(a) && !isZeroValue(value)) KernelException("this shape only permits zero assignments on the diagonal");
   storeIfCell(a, value);
 }
 
@@ -309,8 +307,10 @@ void assignBand(Access& a, DAG value) {
     if (!isInBand(a)) KernelException("attempt to assign a value outside Matrix bands");
     if (baseOf(a.r) == Base::none) KernelException("empty-band matrices can only contain zeros");
     if (!hasCell(a))
-      KernelException("Matrix location (%0) has no associated storage and therefore cannot be set to anything other "
-                      "than zero", sequenceOf(a));
+      KernelException(
+          "Matrix location (%0) has no associated storage and therefore cannot be set to anything other "
+          "than zero",
+          sequenceOf(a));
   }
   if (isInBand(a)) storeIfCell(a, value);
   else storeZeroOff(a, value);
@@ -419,15 +419,15 @@ constexpr RankRule lineRules[] = {
     {unitVectorShape, {"Unit",           false, selectUnit,         assignUnit}},
 };
 constexpr RankRule pointRules[] = {
-    {zeroShape,       zeroRule},
-    {constantShape,   constantRule},
-    {diagonalShape,   {"ZERODDiagonal",  false, selectBase,         assignBase}},
+    {zeroShape, zeroRule},
+    {constantShape, constantRule},
+    {diagonalShape, {"ZERODDiagonal", false, selectBase, assignBase}},
 };
 constexpr RankRule spaceRules[] = {
-    {zeroShape,       zeroRule},
-    {constantShape,   constantRule},
-    {diagonalShape,   {"NDDiagonal",     false, selectDiagonalOfMany, assignDiagonalOfMany}},
-    {identityShape,   {"NDIdentity",     false, selectIdentity,     assignIdentity}},
+    {zeroShape, zeroRule},
+    {constantShape, constantRule},
+    {diagonalShape, {"NDDiagonal", false, selectDiagonalOfMany, assignDiagonalOfMany}},
+    {identityShape, {"NDIdentity", false, selectIdentity, assignIdentity}},
 };
 
 template <std::size_t n>

@@ -11,13 +11,30 @@
 namespace korel {
 
 enum RTableStorage : Word {
-  storageSparse, storageEmpty, storageDiagonal, storageBand, storageRectangular, storageUpper, storageStrictUpper,
-  storageUpperHessenberg, storageLower, storageStrictLower, storageLowerHessenberg, storageScalar,
+  storageSparse,
+  storageEmpty,
+  storageDiagonal,
+  storageBand,
+  storageRectangular,
+  storageUpper,
+  storageStrictUpper,
+  storageUpperHessenberg,
+  storageLower,
+  storageStrictLower,
+  storageLowerHessenberg,
+  storageScalar,
 };
 constexpr Word storageKindCount = 12;
 
 enum RTableDatatype : Word {
-  dataDag, dataComplexFloat, dataInteger8, dataInteger16, dataInteger32, dataInteger64, dataFloat64, dataComplexFloat64,
+  dataDag,
+  dataComplexFloat,
+  dataInteger8,
+  dataInteger16,
+  dataInteger32,
+  dataInteger64,
+  dataFloat64,
+  dataComplexFloat64,
 };
 constexpr Word datatypeCount = 8;
 /// Bytes of an element, by its data type.

@@ -33,11 +33,14 @@ DAG sparseIndices(DAG r) {
   if (isKorelSparse(r)) {
     if (!r[rtableData]) return new1(EXPSEQ);
     Keys keys{newl2(static_cast<Word>(hashcount(r[rtableData])) + 1, EXPSEQ), 1};
-    hashforeach(r[rtableData], [](void* arg, PairAddress pair) {
-      auto& k = *static_cast<Keys*>(arg);
-      k.sequence[k.at++] = pairKey(pair);
-      return true;
-    }, &keys);
+    hashforeach(
+        r[rtableData],
+        [](void* arg, PairAddress pair) {
+          auto& k = *static_cast<Keys*>(arg);
+          k.sequence[k.at++] = pairKey(pair);
+          return true;
+        },
+        &keys);
     return keys.sequence;
   }
   const Word n = dimensionsOf(r), count = static_cast<Word>(tailOf(r, 2));

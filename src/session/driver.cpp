@@ -5,27 +5,27 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "session/evaluator_start.h"
 #include "eval/statements/statements.h"
-#include "session/driver_state.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "session/interface.h"
-#include "session/kernelopts.h"
-#include "session/options.h"
 #include "frame/output.h"
-#include "session/reset_hooks.h"
-#include "session/statement_reader.h"
 #include "frame/trace_messages.h"
 #include "frame/traceback.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
+#include "session/driver_state.h"
+#include "session/evaluator_start.h"
+#include "session/interface.h"
+#include "session/kernelopts.h"
+#include "session/options.h"
+#include "session/reset_hooks.h"
+#include "session/statement_reader.h"
 #include "store/allocator.h"
+#include "store/check/verify.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "store/check/verify.h"
 #include "text/read/input.h"
 #include "text/read/source.h"
 
@@ -38,7 +38,7 @@ namespace {
 bool firstRun = false;   // the banner hasn't been sent
 bool needsInit = false;  // the start files haven't been read
 
-DAG waitingStatement;    // while the start files run; a root of the collector
+DAG waitingStatement;  // while the start files run; a root of the collector
 
 std::jmp_buf startBuffer;  // where errors land before there is a statement
 char startMessage[1024 + 8];
@@ -87,9 +87,9 @@ void dropTables() {
 /// What the driver keeps of the top frame; its block of environment variables is `initialize`'s.
 void fillTopFrame() {
   TopLevelStack.printLevel = 1;
-  for (DAG* field : {&TopLevelStack.locals, &TopLevelStack.args, &TopLevelStack.procName,
-                     &TopLevelStack.proc, &TopLevelStack.currentStatement, &TopLevelStack.ditto1,
-                     &TopLevelStack.ditto2, &TopLevelStack.ditto3})
+  for (DAG* field :
+       {&TopLevelStack.locals, &TopLevelStack.args, &TopLevelStack.procName, &TopLevelStack.proc,
+        &TopLevelStack.currentStatement, &TopLevelStack.ditto1, &TopLevelStack.ditto2, &TopLevelStack.ditto3})
     *field = null;
   TopLevelStack.inCondition = ini("false");
 }
@@ -240,21 +240,14 @@ DAG evaluateStatement(const Task& task) {
   return evalstat(nerintokorel(x), task.show ? modeShow : modeSilent);
 }
 
-DAG runTask(const Task& task) {
-  return task.reader != nullptr ? task.reader() : evaluateStatement(task);
-}
+DAG runTask(const Task& task) { return task.reader != nullptr ? task.reader() : evaluateStatement(task); }
 
 void reportError() {
   RecordTraceBackState();
   switch (SpecialError) {
-    case computationInterrupted:
-      sendDebug(debugInterrupt, null);
-      break;
-    case internalError:
-      sendDebug(debugSystemError, ini("lasterror")[1]);
-      break;
-    default:
-      TraceBack(Environment->frame->printLevel);
+    case computationInterrupted: sendDebug(debugInterrupt, null); break;
+    case internalError: sendDebug(debugSystemError, ini("lasterror")[1]); break;
+    default: TraceBack(Environment->frame->printLevel);
   }
 }
 
@@ -268,24 +261,15 @@ void reportMisplacedJump(const char* message) {
 /// Tells whoever drives the kernel what ended the statement.
 void reportJump(int code) {
   switch (code) {
-    case jumpToTop:
-      sendDebug(debugSystemError, strinstall("at top level"));
-      break;
-    case jumpReturn:
-      reportMisplacedJump("return out of context");
-      break;
-    case jumpBreak:
-      reportMisplacedJump("break or next not in loop");
-      break;
-    case jumpError:
-      reportError();
-      break;
+    case jumpToTop: sendDebug(debugSystemError, strinstall("at top level")); break;
+    case jumpReturn: reportMisplacedJump("return out of context"); break;
+    case jumpBreak: reportMisplacedJump("break or next not in loop"); break;
+    case jumpError: reportError(); break;
     case jumpStop:
       callResultHandler(newStreamCall(Stream::STOP, newSequence({immediate(driver.exitCode)})));
       driver.stopped = true;
       break;
-    default:
-      notimpl("EvaluateDAG");
+    default: notimpl("EvaluateDAG");
   }
 }
 
@@ -328,8 +312,7 @@ void growContexts() {
   if (driver.depth < driver.contextCapacity) return;
   constexpr int step = 10;
   int capacity = driver.contextCapacity + step;
-  auto* grown = static_cast<void**>(
-      std::realloc(driver.contexts, static_cast<std::size_t>(capacity) * sizeof(void*)));
+  auto* grown = static_cast<void**>(std::realloc(driver.contexts, static_cast<std::size_t>(capacity) * sizeof(void*)));
   if (grown == nullptr) notimpl("EvaluateDAG");
   driver.contexts = grown;
   driver.contextCapacity = capacity;
@@ -386,8 +369,7 @@ DAG runNested(const Task& task) {
   return result;
 }
 
-DAG runTaskAtDepth(const Task& task, ResultHandler resultCB, InterruptHandler interruptCB,
-                   void* context) {
+DAG runTaskAtDepth(const Task& task, ResultHandler resultCB, InterruptHandler interruptCB, void* context) {
   growContexts();
   if (context == nullptr && driver.depth > 0) context = driver.contexts[driver.depth - 1];
   driver.contexts[driver.depth] = context;
@@ -396,17 +378,14 @@ DAG runTaskAtDepth(const Task& task, ResultHandler resultCB, InterruptHandler in
 
 }  // namespace
 
-DAG EvaluateDAG(DAG dag, ResultHandler resultCB, InterruptHandler interruptCB, int showResults,
-                int copy, void* context) {
+DAG EvaluateDAG(DAG dag, ResultHandler resultCB, InterruptHandler interruptCB, int showResults, int copy,
+                void* context) {
   if (driver.depth == 0) driver.stopped = false;
-  return runTaskAtDepth({dag, nullptr, showResults != 0, copy != 0}, resultCB, interruptCB,
-                        context);
+  return runTaskAtDepth({dag, nullptr, showResults != 0, copy != 0}, resultCB, interruptCB, context);
 }
 
-DAG ReadStatement(DAG (*reader)(), ResultHandler resultCB, InterruptHandler interruptCB,
-                  void* context) {
-  return runTaskAtDepth({DAG(), reader, driver.resultsWanted, false}, resultCB, interruptCB,
-                        context);
+DAG ReadStatement(DAG (*reader)(), ResultHandler resultCB, InterruptHandler interruptCB, void* context) {
+  return runTaskAtDepth({DAG(), reader, driver.resultsWanted, false}, resultCB, interruptCB, context);
 }
 
 // ---- restart and stop

@@ -23,14 +23,14 @@ void CleanUpBeforeExit();
 /// True after `quit` and its kin ended an `EvaluateDAG`; the exit code they gave.
 bool kernelStopped(int& exitCode);
 
-extern int optnoinit;    // -s: the start files are skipped
-extern int optASSERT;    // -a, -A: assertion level, 0 to 2
+extern int optnoinit;  // -s: the start files are skipped
+extern int optASSERT;  // -a, -A: assertion level, 0 to 2
 extern int optfree;
 extern int optprofile;
 extern bool optionInline;
-extern int secureMode;   // -z
+extern int secureMode;  // -z
 extern int printgcstatus;
-extern int logfiles;     // -L: descriptor of the log of library reads, or -1
+extern int logfiles;  // -L: descriptor of the log of library reads, or -1
 extern char firstlibname[256];
 extern std::int64_t korelLimitCPU, korelLimitData, korelLimitStack;
 

@@ -1,13 +1,13 @@
 #include "session/evaluator_start.h"
 
-#include "eval/simplify/bindings.h"
+#include "eval/evaluate/known_values.h"
 #include "eval/procedures/modules.h"
 #include "eval/procedures/scoping.h"
+#include "eval/simplify/bindings.h"
 #include "eval/statements/statements.h"
-#include "eval/evaluate/known_values.h"
+#include "eval/types/type_match.h"
 #include "frame/environment.h"
 #include "store/collect/collector.h"
-#include "eval/types/type_match.h"
 
 namespace korel {
 

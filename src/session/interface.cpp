@@ -24,9 +24,7 @@ namespace {
 
 bool isText(DAG x) { return hasTag(x, NAME) || hasTag(x, STRING); }
 /// Compared by its characters: values from before a restart have names of their own.
-bool isNameOf(DAG x, const char* text) {
-  return hasTag(x, NAME) && std::strcmp(textOf(x), text) == 0;
-}
+bool isNameOf(DAG x, const char* text) { return hasTag(x, NAME) && std::strcmp(textOf(x), text) == 0; }
 bool fitsBelow(DAG x, std::size_t size) { return isText(x) && std::strlen(textOf(x)) < size; }
 
 DAG failure(const char* text, std::initializer_list<DAG> parameters = {}) {
@@ -61,8 +59,7 @@ DAG plotdevice(DAG, DAG value, InterfaceVariables& record) {
   constexpr std::size_t size = sizeof record.plotdevice;
   if (!value) return naminstall(record.plotdevice);
   if (!fitsBelow(value, size))
-    return failure("plotdevice must be a symbol or string of at most %1 characters",
-                   {Newint(size - 1)});
+    return failure("plotdevice must be a symbol or string of at most %1 characters", {Newint(size - 1)});
   const char* text = textOf(value);
   if (std::strcmp(text, "default") == 0) text = "char";
   if (std::strcmp(text, "postscript") == 0) text = "ps";
@@ -122,8 +119,7 @@ DAG imaginaryunit(DAG, DAG value, InterfaceVariables& record) {
         {Newint(size - 1)});
   DAG symbol = hasTag(value, STRING) ? naminstall(textOf(value)) : value;
   if (isProtected(symbol))
-    return failure("the symbol `%1` is protected and cannot be used for the imaginary unit",
-                   {symbol});
+    return failure("the symbol `%1` is protected and cannot be used for the imaginary unit", {symbol});
   std::strcpy(record.imaginaryunit, textOf(symbol));
   return null;
 }
@@ -152,8 +148,7 @@ using Record = InterfaceVariables;
 constexpr VariableRow booleanRow(const char* name, int Record::*number) {
   return {name, Kind::boolean, number, 0, 1, nullptr, 0, nullptr};
 }
-constexpr VariableRow rangeRow(const char* name, Kind kind, int Record::*number, int low,
-                               int high) {
+constexpr VariableRow rangeRow(const char* name, Kind kind, int Record::*number, int low, int high) {
   return {name, kind, number, low, high, nullptr, 0, nullptr};
 }
 constexpr VariableRow textRow(const char* name, char* (*text)(Record&), std::size_t size) {
@@ -196,15 +191,12 @@ constexpr VariableRow variableRows[] = {
 
 DAG readVariable(const VariableRow& row, InterfaceVariables& record) {
   switch (row.kind) {
-    case Kind::boolean:
-      return record.*row.number != 0 ? ini("true") : ini("false");
+    case Kind::boolean: return record.*row.number != 0 ? ini("true") : ini("false");
     case Kind::rangeOrInfinity:
       if (record.*row.number == row.high) return ini("infinity");
       [[fallthrough]];
-    default:
-      return simpl(NewInteger(record.*row.number));
-    case Kind::text:
-      return naminstall(row.text(record));
+    default: return simpl(NewInteger(record.*row.number));
+    case Kind::text: return naminstall(row.text(record));
   }
 }
 
@@ -212,8 +204,7 @@ DAG setVariable(const VariableRow& row, DAG name, DAG value, InterfaceVariables&
   int number;
   switch (row.kind) {
     case Kind::boolean:
-      if (!isNameOf(value, "true") && !isNameOf(value, "false"))
-        return failure("%1 must be true or false", {name});
+      if (!isNameOf(value, "true") && !isNameOf(value, "false")) return failure("%1 must be true or false", {name});
       record.*row.number = isNameOf(value, "true");
       return null;
     case Kind::text:
@@ -222,8 +213,7 @@ DAG setVariable(const VariableRow& row, DAG name, DAG value, InterfaceVariables&
                        {name, Newint(static_cast<std::int32_t>(row.size - 1))});
       std::strcpy(row.text(record), textOf(value));
       return null;
-    default:
-      break;
+    default: break;
   }
   if (row.kind == Kind::rangeOrInfinity && isNameOf(value, "infinity")) {
     number = row.high;
@@ -232,9 +222,8 @@ DAG setVariable(const VariableRow& row, DAG name, DAG value, InterfaceVariables&
   } else if (row.kind == Kind::rangeOrBoolean && isNameOf(value, "false")) {
     number = 0;
   } else if (!integerIn(value, row.low, row.high, number)) {
-    return failure(row.kind == Kind::rangeOrInfinity
-                       ? "%1 must be an integer in the range %2..%3, or infinity"
-                       : "%1 must be an integer in the range %2..%3",
+    return failure(row.kind == Kind::rangeOrInfinity ? "%1 must be an integer in the range %2..%3, or infinity"
+                                                     : "%1 must be an integer in the range %2..%3",
                    {name, NewInteger(row.low), NewInteger(row.high)});
   }
   record.*row.number = number;

@@ -30,8 +30,8 @@ struct InterfaceVariables {
   int rtablesize = 10;
   char plotdevice[24] = "char";
   char plotoutput[1024] = "terminal";
-  char* plotoptions = nullptr;  // heap text or none
-  unsigned char preplot[81] = {};   // count byte, then bytes
+  char* plotoptions = nullptr;     // heap text or none
+  unsigned char preplot[81] = {};  // count byte, then bytes
   unsigned char postplot[81] = {};
   double latexwidth = 5.0;
 };

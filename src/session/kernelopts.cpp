@@ -6,18 +6,18 @@
 #include "builtins/builtins.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/simplify/simplify.h"
-#include "session/driver.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "session/resource_limits.h"
 #include "numbers/integer/integer.h"
+#include "session/driver.h"
+#include "session/resource_limits.h"
 #include "store/allocator.h"
+#include "store/check/verify.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "store/check/verify.h"
 
 namespace korel {
 
@@ -45,12 +45,9 @@ std::int64_t requirePositive(DAG value, const char* message) {
 
 // ---- settings
 
-void setASSERT(DAG value) {
-  optASSERT = requireBoolean(value, "ASSERT option must be set to a boolean value");
-}
+void setASSERT(DAG value) { optASSERT = requireBoolean(value, "ASSERT option must be set to a boolean value"); }
 void setassertlevel(DAG value) {
-  if (value != cons0 && value != cons1 && value != immediate(2))
-    userror("assertlevel must be 0, 1, or 2");
+  if (value != cons0 && value != cons1 && value != immediate(2)) userror("assertlevel must be 0, 1, or 2");
   optASSERT = immediateValue(value);
 }
 void setcpulimit(DAG value) {
@@ -70,19 +67,13 @@ void setgcfreq(DAG value) {
   incrgen = between;
   demandCollection();
 }
-void setinline(DAG value) {
-  optionInline = requireBoolean(value, "inline must have a boolean value");
-}
-void setprintbytes(DAG value) {
-  printgcstatus = requireBoolean(value, "printbytes option must be set to a boolean");
-}
+void setinline(DAG value) { optionInline = requireBoolean(value, "inline must have a boolean value"); }
+void setprintbytes(DAG value) { printgcstatus = requireBoolean(value, "printbytes option must be set to a boolean"); }
 void setprintlevel(DAG value) {
   requirePositive(value, "printlevel must be set to a positive integer");
   assignenv(ini("printlevel"), value);
 }
-void setprofile(DAG value) {
-  optprofile = requireBoolean(value, "profile option must be set to a boolean value");
-}
+void setprofile(DAG value) { optprofile = requireBoolean(value, "profile option must be set to a boolean value"); }
 void setstacklimit(DAG value) {
   std::int64_t kilobytes = requirePositive(value, "stacklimit must have a positive integer value");
   setProcessLimit(ProcessLimit::stack, 1024 * kilobytes);
@@ -99,9 +90,7 @@ void setunread(DAG value) {
 // ---- values
 
 DAG bytesUsed() { return simpl(NewInteger(4 * (ocused * 100000000 + cused))); }
-DAG stackLimit() {
-  return integerOf((korelLimitStack != 0 ? korelLimitStack : maxKorelStackSize) / 1024);
-}
+DAG stackLimit() { return integerOf((korelLimitStack != 0 ? korelLimitStack : maxKorelStackSize) / 1024); }
 DAG versionName() {
   char text[128];
   std::snprintf(text, sizeof text, "%s%s%s, %s, %s", versionText, "", "", hostText, dateLine);
@@ -134,9 +123,7 @@ struct OptionRow {
   Setting setting;
   void (*set)(DAG value);
 };
-constexpr OptionRow readOnlyRow(const char* name, DAG (*read)()) {
-  return {name, read, Setting::readOnly, nullptr};
-}
+constexpr OptionRow readOnlyRow(const char* name, DAG (*read)()) { return {name, read, Setting::readOnly, nullptr}; }
 
 constexpr OptionRow optionRows[] = {
     {"ASSERT", [] { return truth(optASSERT > 0); }, Setting::old, setASSERT},
@@ -160,8 +147,7 @@ constexpr OptionRow optionRows[] = {
     readOnlyRow("memusage", MemoryUsage),
     readOnlyRow("platform", [] { return strinstall("unix"); }),
     {"printbytes", [] { return truth(printgcstatus != 0); }, Setting::old, setprintbytes},
-    {"printlevel", [] { return integerOf(Environment->frame->printLevel); }, Setting::old,
-     setprintlevel},
+    {"printlevel", [] { return integerOf(Environment->frame->printLevel); }, Setting::old, setprintlevel},
     {"profile", [] { return truth(optprofile != 0); }, Setting::old, setprofile},
     {"stacklimit", stackLimit, Setting::newOnly, setstacklimit},
     {"unread", [] { return DAG(); }, Setting::newOnly, setunread},

@@ -1,8 +1,7 @@
 #include "session/log.h"
 
-#include <unistd.h>
-
 #include <cstdarg>
+#include <unistd.h>
 
 #include "text/print/printer.h"
 

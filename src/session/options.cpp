@@ -1,18 +1,17 @@
 #include "session/options.h"
 
-#include <fcntl.h>
-
 #include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <iterator>
 
+#include "library/search_path.h"
 #include "session/driver.h"
 #include "session/getopt.h"
 #include "session/interface.h"
-#include "library/search_path.h"
 #include "session/resource_limits.h"
 #include "store/collect/collector.h"
 #include "store/generations.h"
@@ -115,8 +114,7 @@ const char* setLimits(const char* text) {
   constexpr const char* badLimit = "korel: test limits must be nonnegative integers";
   int entries = 1;
   for (const char* at = text; *at != '\0'; ++at) entries += *at == ',';
-  if (entries > static_cast<int>(std::size(limitPositions)))
-    return "korel: too many arguments for test limit";
+  if (entries > static_cast<int>(std::size(limitPositions))) return "korel: too many arguments for test limit";
   for (const LimitPosition& position : limitPositions) {
     const std::size_t length = std::strcspn(text, ",");
     char entry[24] = "0";  // an empty one sets no limit
@@ -138,8 +136,7 @@ const char* setLimits(const char* text) {
 /// Room for one entry an argument, which is more than there can be.
 const char* addStartEntry(int argc, const char* text, char letter) {
   if (startEntries == nullptr) {
-    startEntries =
-        static_cast<StartEntry*>(std::malloc(static_cast<std::size_t>(argc) * sizeof(StartEntry)));
+    startEntries = static_cast<StartEntry*>(std::malloc(static_cast<std::size_t>(argc) * sizeof(StartEntry)));
     if (startEntries == nullptr) return "korel: out of memory";
     startList = startEntries;
   }
@@ -189,8 +186,7 @@ const char* const optionLetters = "aA:b:c:D:e:Fg:I:i:L:l:PqsT:tU:w:z";
 
 const char* findLibrary() {
   const char* home = std::getenv("KOREL");
-  int length = std::snprintf(libraryText, sizeof libraryText, "%s/lib",
-                             home != nullptr ? home : "/usr/local/korel");
+  int length = std::snprintf(libraryText, sizeof libraryText, "%s/lib", home != nullptr ? home : "/usr/local/korel");
   if (length >= static_cast<int>(sizeof libraryText)) return libraryTooLong;
   std::strcpy(firstlibname, libraryText);
   return nullptr;
@@ -209,8 +205,7 @@ const char* readOptions(int argc, char** argv) {
   int letter;
   while ((letter = mgetopt(argc, argv, optionLetters, programName, rest)) != -1) {
     const char* message = nullptr;
-    if (letter == 'c' || letter == 'i')
-      message = addStartEntry(argc, moptarg, static_cast<char>(letter));
+    if (letter == 'c' || letter == 'i') message = addStartEntry(argc, moptarg, static_cast<char>(letter));
     for (const OptionRow& row : optionRows)
       if (row.letter == letter) message = row.set(moptarg);
     if (message != nullptr) return message;

@@ -1,22 +1,21 @@
 #include "session/reset_hooks.h"
 
-#include "session/evaluator_start.h"
 #include "eval/procedures/modules.h"
 #include "eval/simplify/simplify.h"
+#include "eval/structure/substitute.h"
+#include "eval/types/type_match.h"
+#include "eval/types/types.h"
 #include "eval/walk/has.h"
+#include "eval/walk/walk_memory.h"
 #include "library/archive/archive_files.h"
 #include "library/archive/member_io.h"
 #include "library/native/native.h"
 #include "library/repository/directory_contents.h"
 #include "library/repository/lookup.h"
 #include "library/repository/repository.h"
-#include "eval/structure/substitute.h"
-#include "eval/walk/has.h"
-#include "eval/walk/walk_memory.h"
 #include "library/search_path.h"
-#include "eval/types/type_match.h"
-#include "eval/types/types.h"
 #include "rtable/rtable_object.h"
+#include "session/evaluator_start.h"
 
 namespace korel {
 

@@ -1,16 +1,15 @@
 #include "session/resource_limits.h"
 
+#include <csignal>
+#include <cstdlib>
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <csignal>
-#include <cstdlib>
-
 #include "eval/simplify/simplify.h"
 #include "frame/interrupts.h"
-#include "session/driver.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
+#include "session/driver.h"
 #include "store/constants.h"
 
 namespace korel {

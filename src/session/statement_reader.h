@@ -8,7 +8,6 @@ namespace korel {
 
 /// Runs `reader`, a call of the parser, as `EvaluateDAG` runs a statement: an error that leaves it
 /// is reported through `resultCB` and the result is `null`. Otherwise what `reader` gave.
-DAG ReadStatement(DAG (*reader)(), ResultHandler resultCB, InterruptHandler interruptCB,
-                  void* context);
+DAG ReadStatement(DAG (*reader)(), ResultHandler resultCB, InterruptHandler interruptCB, void* context);
 
 }  // namespace korel

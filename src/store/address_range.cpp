@@ -1,9 +1,8 @@
 #include "store/address_range.h"
 
-#include <sys/mman.h>
-
 #include <cstdio>
 #include <cstdlib>
+#include <sys/mman.h>
 
 namespace korel {
 
@@ -46,8 +45,8 @@ Range largestGap() {
 
 bool reserve(Range range) {
   void* wanted = reinterpret_cast<void*>(range.begin);
-  void* got = ::mmap(wanted, range.size(), PROT_NONE,
-                     MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED_NOREPLACE, -1, 0);
+  void* got =
+      ::mmap(wanted, range.size(), PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED_NOREPLACE, -1, 0);
   if (got == MAP_FAILED) return false;
   if (got != wanted) {
     ::munmap(got, range.size());
@@ -93,8 +92,7 @@ Word commitWords(std::int64_t words) {
     // A heap that has grown goes on in huge pages, which fault and miss less (bench/collections.sh).
     if (upTo - rangeBegin > 2 * hugePageBytes) upTo = (upTo + hugePageBytes - 1) & ~(hugePageBytes - 1);
     if (upTo > rangeEnd) upTo = rangeEnd;
-    if (::mprotect(reinterpret_cast<void*>(committedEnd), upTo - committedEnd, PROT_READ | PROT_WRITE) != 0)
-      return 0;
+    if (::mprotect(reinterpret_cast<void*>(committedEnd), upTo - committedEnd, PROT_READ | PROT_WRITE) != 0) return 0;
     committedEnd = upTo;
   }
   rangeNext = end;

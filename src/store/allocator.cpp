@@ -30,8 +30,8 @@ bool memoryRanOut = false;
 namespace {
 
 constexpr int lastClass = freeListCount - 1;
-constexpr int stockPieces = 129;  // pieces of a small size that one large block yields at most
-constexpr Word smallestSplit = 3; // words that a split leaves behind at least
+constexpr int stockPieces = 129;   // pieces of a small size that one large block yields at most
+constexpr Word smallestSplit = 3;  // words that a split leaves behind at least
 
 Word& linkOf(Word block) { return wordAt(block); }
 // Chunks keep their size as a plain number, which may be more than an object can have.

@@ -33,9 +33,7 @@ extern std::int64_t totgcs;        // collections done
 extern bool InExternalCall;
 extern bool foreignDAG;  // set only inside `newForeign`: failure gives 0 in place of an error
 
-inline Word& wordAt(Word address) {
-  return *reinterpret_cast<Word*>(static_cast<std::uintptr_t>(address));
-}
+inline Word& wordAt(Word address) { return *reinterpret_cast<Word*>(static_cast<std::uintptr_t>(address)); }
 
 /// The part of `get_space` behind the exact lists.
 Word getLargeSpace(Word n);

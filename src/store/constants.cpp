@@ -5,8 +5,8 @@
 #include "eval/evaluate/environment_variables.h"
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
-#include "numbers/integer/integer.h"
 #include "numbers/events/numeric_events.h"
+#include "numbers/integer/integer.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/object_fields.h"
@@ -29,7 +29,7 @@ DAG ininame[standardNameCount];
 namespace {
 
 // The built-ins that remember results, in the order of `builtrem`.
-constexpr StandardName rememberingBuiltins[] = {"diff",    "expand",    "evalf",  "series",
+constexpr StandardName rememberingBuiltins[] = {"diff",    "expand",   "evalf",  "series",
                                                 "readlib", "frontend", "divide", "normal"};
 static_assert(std::size(rememberingBuiltins) == rememberingBuiltinCount);
 
@@ -66,8 +66,8 @@ void buildNumberObjects() {
 }
 
 DAG builtinProcedure(int number) {
-  DAG proc = newProcedure(
-      {.options = isRemembering(number) ? rememberOptions : builtinOptions, .body = immediate(number)});
+  DAG proc =
+      newProcedure({.options = isRemembering(number) ? rememberOptions : builtinOptions, .body = immediate(number)});
   // Final as it stands: a procedure is never merged with another, so that no table holds it.
   setSimplified(proc);
   return proc;

@@ -1,12 +1,12 @@
 #include "store/copy_dag.h"
 
 #include "eval/simplify/simplify.h"
+#include "store/check/verify_walk.h"
 #include "store/collect/collector.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
 #include "store/reference_fields.h"
-#include "store/check/verify_walk.h"
 
 namespace korel {
 
@@ -81,15 +81,12 @@ void copyReferencesOf(DAG source, DAG copy) {
       bool rawKeys = (controlWord(source) & tableBit) != 0;
       forEachPair(source, [&](DAG key, DAG value) {
         DAG newValue = copyReference(value);
-        if (rawKeys)
-          hashinsert(key.word, newValue, copy);
-        else
-          copyReference(key);
+        if (rawKeys) hashinsert(key.word, newValue, copy);
+        else copyReference(key);
       });
       return;
     }
-    default:
-      forEachReferenceField(copy, [](DAG& field) { field = copyReference(field); });
+    default: forEachReferenceField(copy, [](DAG& field) { field = copyReference(field); });
   }
 }
 
@@ -97,9 +94,8 @@ void copyReferencesOf(DAG source, DAG copy) {
 // are complete and can be simplified.
 void fillTable(DAG source, DAG copy) {
   if (controlWord(source) & tableBit) return;
-  forEachPair(source, [&](DAG key, DAG value) {
-    hashunique(simpl(copyReference(key)).word, copyReference(value), copy);
-  });
+  forEachPair(source,
+              [&](DAG key, DAG value) { hashunique(simpl(copyReference(key)).word, copyReference(value), copy); });
 }
 
 Word bucketsFor(std::uint32_t objects) {
@@ -110,9 +106,7 @@ Word bucketsFor(std::uint32_t objects) {
 
 }  // namespace
 
-void registerRtableCopier(DAG (*copy)(DAG rtable, DAG (*copyReference)(DAG x))) {
-  rtableCopier = copy;
-}
+void registerRtableCopier(DAG (*copy)(DAG rtable, DAG (*copyReference)(DAG x))) { rtableCopier = copy; }
 
 DAG CopyDAG(DAG x) {
   if (isImmediate(x)) return x;

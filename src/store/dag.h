@@ -29,9 +29,7 @@ struct DAG {
   friend constexpr bool operator==(DAG a, DAG b) = default;
 
   /// Field `index` of the object (a reference; raw fields are read by `rawField`).
-  DAG& operator[](std::int64_t index) const {
-    return reinterpret_cast<DAG*>(static_cast<std::uintptr_t>(word))[index];
-  }
+  DAG& operator[](std::int64_t index) const { return reinterpret_cast<DAG*>(static_cast<std::uintptr_t>(word))[index]; }
 };
 static_assert(sizeof(DAG) == 4);
 
@@ -61,13 +59,9 @@ constexpr bool isImmediate(DAG x) { return (x.word & 1) != 0; }
 /// Reference to an object (not 0, not an immediate).
 constexpr bool isObject(DAG x) { return x.word != 0 && (x.word & 1) == 0; }
 /// The immediate of `value`, which must fit (|value| <= maxImmediate).
-constexpr DAG immediate(std::int32_t value) {
-  return DAG((static_cast<Word>(value) << 1) | 1);
-}
+constexpr DAG immediate(std::int32_t value) { return DAG((static_cast<Word>(value) << 1) | 1); }
 /// Value of an immediate; the negative zero reads as 0.
-constexpr std::int32_t immediateValue(DAG x) {
-  return x == consm0 ? 0 : static_cast<std::int32_t>(x.word) >> 1;
-}
+constexpr std::int32_t immediateValue(DAG x) { return x == consm0 ? 0 : static_cast<std::int32_t>(x.word) >> 1; }
 
 // ---- headers and fields
 
@@ -92,9 +86,7 @@ inline bool isTag(DAG x, Tag tag) { return isObject(x) && static_cast<Tag>(heade
 /// Immediate or heap integer.
 inline bool isInteger(DAG x) { return isImmediate(x) || headerWord(x) < (INTPOS | lengthMask) + 1; }
 /// Integer or RATIONAL.
-inline bool isRationalNumber(DAG x) {
-  return isImmediate(x) || headerWord(x) < (RATIONAL | lengthMask) + 1;
-}
+inline bool isRationalNumber(DAG x) { return isImmediate(x) || headerWord(x) < (RATIONAL | lengthMask) + 1; }
 /// Immediate, or tag up to HFLOAT: every number but a COMPLEX.
 inline bool isNumeric(DAG x) { return isImmediate(x) || headerWord(x) < (HFLOAT | lengthMask) + 1; }
 
@@ -105,11 +97,11 @@ inline char* textOf(DAG nameOrString) { return reinterpret_cast<char*>(&nameOrSt
 
 constexpr Word simplifiedBit = 2;
 constexpr Word protectedBit = 4;
-constexpr Word tableBit = 8;       // HASHTAB, HASH: keys are raw numbers
-constexpr Word deferredBit = 8;    // NAME, STRING: the library has not been asked yet
-constexpr Word hasBrnext = 8;      // FOR: the body holds a `break`, `next` or `goto`
-constexpr Word brnextKnown = 16;   // FOR: the body has been examined
-constexpr Word tenuredBit = 32;     // reached by a collection: short ones take it as alive (collector.h)
+constexpr Word tableBit = 8;      // HASHTAB, HASH: keys are raw numbers
+constexpr Word deferredBit = 8;   // NAME, STRING: the library has not been asked yet
+constexpr Word hasBrnext = 8;     // FOR: the body holds a `break`, `next` or `goto`
+constexpr Word brnextKnown = 16;  // FOR: the body has been examined
+constexpr Word tenuredBit = 32;   // reached by a collection: short ones take it as alive (collector.h)
 constexpr int generationShift = 22;
 
 inline bool isSimplified(DAG s) { return isImmediate(s) || (controlWord(s) & simplifiedBit) != 0; }

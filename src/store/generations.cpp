@@ -19,10 +19,8 @@ std::int64_t incrgen = 366;
 void updategens(DAG x) {
   if (!isObject(x)) return;
   updategen(x);
-  if (hasTag(x, RTABLE))
-    walkRtable(x, updategen);
-  else
-    forEachReferenceField(x, [](DAG field) { updategen(field); });
+  if (hasTag(x, RTABLE)) walkRtable(x, updategen);
+  else forEachReferenceField(x, [](DAG field) { updategen(field); });
 }
 
 void ProtectFromGC(DAG s) { controlWord(s) |= protectedBit; }

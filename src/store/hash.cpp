@@ -103,9 +103,8 @@ DAG widenedhashtab(DAG table, Word buckets) {
   for (Word b = 1, n = lengthOf(table); b < n; ++b) {
     DAG chain = table[b];
     if (!chain) continue;
-    visitChain(chain, [wider](PairAddress pair) {
-      return hashinsert(pairKey(pair).word, pairValue(pair), wider), true;
-    });
+    visitChain(chain,
+               [wider](PairAddress pair) { return hashinsert(pairKey(pair).word, pairValue(pair), wider), true; });
     release(chain, lengthOf(chain));
   }
   release(table, lengthOf(table));

@@ -20,9 +20,7 @@ namespace korel {
 using PairAddress = Word;
 constexpr PairAddress notFound = 2;
 
-inline DAG& pairKey(PairAddress pair) {
-  return *reinterpret_cast<DAG*>(static_cast<std::uintptr_t>(pair));
-}
+inline DAG& pairKey(PairAddress pair) { return *reinterpret_cast<DAG*>(static_cast<std::uintptr_t>(pair)); }
 inline DAG& pairValue(PairAddress pair) { return (&pairKey(pair))[1]; }
 inline PairAddress nextPair(PairAddress pair) { return pair + 8; }
 

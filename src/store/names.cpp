@@ -38,10 +38,8 @@ void outlive(DAG member, DAG candidate) {
 
 bool isStatementOrProcedure(Tag tag) {
   switch (tag) {
-    case PROC: case ASSIGN: case FOR: case IF: case READ: case SAVE: case STATSEQ: case STOP:
-      return true;
-    default:
-      return false;
+    case PROC: case ASSIGN: case FOR: case IF: case READ: case SAVE: case STATSEQ: case STOP: return true;
+    default: return false;
   }
 }
 
@@ -52,8 +50,7 @@ constexpr Word sortedFromLength = 51;
 std::vector<std::uint64_t> sortedPairs(DAG s) {
   std::vector<std::uint64_t> pairs;
   pairs.reserve(lengthOf(s) / 2);
-  for (Word i = 1, n = lengthOf(s); i < n; i += 2)
-    pairs.push_back(std::uint64_t{s[i].word} << 32 | s[i + 1].word);
+  for (Word i = 1, n = lengthOf(s); i < n; i += 2) pairs.push_back(std::uint64_t{s[i].word} << 32 | s[i + 1].word);
   std::sort(pairs.begin(), pairs.end());
   return pairs;
 }
@@ -107,9 +104,7 @@ DAG stringhashunique(Word k, const char* text, DAG table) {
   return newTextIn(table, s);
 }
 
-DAG strnaminstall(const char* text, Tag tag) {
-  return stringhashunique(hashstring(text), text, tableOf(tag));
-}
+DAG strnaminstall(const char* text, Tag tag) { return stringhashunique(hashstring(text), text, tableOf(tag)); }
 DAG naminstall(const char* text) { return strnaminstall(text, NAME); }
 DAG strinstall(const char* text) { return strnaminstall(text, STRING); }
 DAG charinstall(char c) {
@@ -119,9 +114,7 @@ DAG charinstall(char c) {
 
 PairAddress srchname(const char* text) { return searchstring(hashstring(text), text, nametab); }
 PairAddress srchstring(const char* text) { return searchstring(hashstring(text), text, strtab); }
-PairAddress srchstringname(const char* text, Tag tag) {
-  return searchstring(hashstring(text), text, tableOf(tag));
-}
+PairAddress srchstringname(const char* text, Tag tag) { return searchstring(hashstring(text), text, tableOf(tag)); }
 
 bool identical(DAG a, DAG b) {
   if (a == b) return true;

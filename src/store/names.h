@@ -9,12 +9,12 @@
 
 namespace korel {
 
-extern DAG nametab;   // 512 buckets, key hashstring
-extern DAG strtab;    // 512 buckets, key hashstring
-extern DAG simpltab;  // 4096 buckets at first, key hashalg
+extern DAG nametab;                              // 512 buckets, key hashstring
+extern DAG strtab;                               // 512 buckets, key hashstring
+extern DAG simpltab;                             // 4096 buckets at first, key hashalg
 extern std::int64_t simpltabCount, strtabCount;  // pairs in them
-extern DAG aliastab;  // 256 buckets, key object
-extern DAG AllIniNames;  // 512 buckets: the names in use after the start
+extern DAG aliastab;                             // 256 buckets, key object
+extern DAG AllIniNames;                          // 512 buckets: the names in use after the start
 
 /// The unique object of `text` in `table` (nametab or strtab), whose hash is `k`.
 DAG stringhashunique(Word k, const char* text, DAG table);

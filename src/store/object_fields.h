@@ -22,13 +22,27 @@ namespace korel {
 // stands for outside); a call fills it in a copy of the procedure.
 
 enum ProcField : Word {
-  procParams = 1, procLocals, procOptions, procRemember, procBody, procDescription, procGlobals, procLexicals,
+  procParams = 1,
+  procLocals,
+  procOptions,
+  procRemember,
+  procBody,
+  procDescription,
+  procGlobals,
+  procLexicals,
 };
 constexpr Word procLength = 9;
 
 enum ModdefField : Word {
-  moddefParams = 1, moddefLocals, moddefOptions, moddefExports, moddefBody, moddefDescription, moddefGlobals,
-  moddefLexicals, moddefName,
+  moddefParams = 1,
+  moddefLocals,
+  moddefOptions,
+  moddefExports,
+  moddefBody,
+  moddefDescription,
+  moddefGlobals,
+  moddefLexicals,
+  moddefName,
 };
 constexpr Word moddefLength = 10;
 
@@ -48,19 +62,18 @@ inline DAG& exportsOf(DAG moddef) { return moddef[moddefExports]; }
 inline bool isBuiltinProcedure(DAG proc) { return isImmediate(bodyOf(proc)); }
 
 struct ProcedureFields {
-  DAG params = null, locals = null, options = null, remember = null, body = null, description = null,
-      globals = null, lexicals = null;
+  DAG params = null, locals = null, options = null, remember = null, body = null, description = null, globals = null,
+      lexicals = null;
 };
 inline DAG newProcedure(const ProcedureFields& f) {
   return new9(PROC, f.params, f.locals, f.options, f.remember, f.body, f.description, f.globals, f.lexicals);
 }
 struct ModuleDefinitionFields {
-  DAG params = null, locals = null, options = null, exports = null, body = null, description = null,
-      globals = null, lexicals = null, name = null;
+  DAG params = null, locals = null, options = null, exports = null, body = null, description = null, globals = null,
+      lexicals = null, name = null;
 };
 inline DAG newModuleDefinition(const ModuleDefinitionFields& f) {
-  return new10(MODDEF, f.params, f.locals, f.options, f.exports, f.body, f.description, f.globals, f.lexicals,
-               f.name);
+  return new10(MODDEF, f.params, f.locals, f.options, f.exports, f.body, f.description, f.globals, f.lexicals, f.name);
 }
 
 //   MODULE  s[1]              s[2]        s[3]
@@ -110,7 +123,12 @@ inline Word catchEnd(DAG statement) { return lengthOf(statement) - (hasFinally(s
 // `data`, flags, count, bounds and the tail are raw. The last member of the indexing functions is the next
 // member of their ring.
 enum RTableField : Word {
-  rtableData = 1, rtableElementType, rtableFunctions, rtableAttributes, rtableFlags, rtableCount,
+  rtableData = 1,
+  rtableElementType,
+  rtableFunctions,
+  rtableAttributes,
+  rtableFlags,
+  rtableCount,
   rtableFirstBound,
 };
 /// Parts of the flags word: the first bit and the number of bits.

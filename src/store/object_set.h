@@ -38,8 +38,7 @@ class ObjectSet {
     const Area* area = areas_ != nullptr ? areas_[x.word >> areaBits] : nullptr;
     if (area == nullptr) return false;
     Word page = (x.word >> pageBits) & (pagesInArea - 1);
-    return area->clearedAt[page] == time_ &&
-           (area->bits[page][(x.word >> 9) & 7] >> ((x.word >> 3) & 63) & 1) != 0;
+    return area->clearedAt[page] == time_ && (area->bits[page][(x.word >> 9) & 7] >> ((x.word >> 3) & 63) & 1) != 0;
   }
   /// Empties the set and keeps its storage.
   void clear() { ++time_; }

@@ -37,9 +37,7 @@ DAG newl3(Word n, Tag tag, DAG a) { return newCleared(n, tag, {a}); }
 DAG newl4(Word n, Tag tag, DAG a, DAG b) { return newCleared(n, tag, {a, b}); }
 DAG newl5(Word n, Tag tag, DAG a, DAG b, DAG c) { return newCleared(n, tag, {a, b, c}); }
 DAG newl6(Word n, Tag tag, DAG a, DAG b, DAG c, DAG d) { return newCleared(n, tag, {a, b, c, d}); }
-DAG newl7(Word n, Tag tag, DAG a, DAG b, DAG c, DAG d, DAG e) {
-  return newCleared(n, tag, {a, b, c, d, e});
-}
+DAG newl7(Word n, Tag tag, DAG a, DAG b, DAG c, DAG d, DAG e) { return newCleared(n, tag, {a, b, c, d, e}); }
 
 DAG newSequence(std::initializer_list<DAG> members) {
   return newCleared(static_cast<Word>(members.size() + 1), EXPSEQ, members);
@@ -89,8 +87,6 @@ DAG NewHFloat(double x, bool inPlace) {
   return s;
 }
 
-double hfloatValue(DAG s) {
-  return std::bit_cast<double>(std::uint64_t{rawField(s, 1)} << 32 | rawField(s, 2));
-}
+double hfloatValue(DAG s) { return std::bit_cast<double>(std::uint64_t{rawField(s, 1)} << 32 | rawField(s, 2)); }
 
 }  // namespace korel

@@ -34,12 +34,8 @@ inline DAG new2(Tag tag, DAG a) { return newObject(tag, a); }
 inline DAG new3(Tag tag, DAG a, DAG b) { return newObject(tag, a, b); }
 inline DAG new4(Tag tag, DAG a, DAG b, DAG c) { return newObject(tag, a, b, c); }
 inline DAG new5(Tag tag, DAG a, DAG b, DAG c, DAG d) { return newObject(tag, a, b, c, d); }
-inline DAG new6(Tag tag, DAG a, DAG b, DAG c, DAG d, DAG e) {
-  return newObject(tag, a, b, c, d, e);
-}
-inline DAG new7(Tag tag, DAG a, DAG b, DAG c, DAG d, DAG e, DAG f) {
-  return newObject(tag, a, b, c, d, e, f);
-}
+inline DAG new6(Tag tag, DAG a, DAG b, DAG c, DAG d, DAG e) { return newObject(tag, a, b, c, d, e); }
+inline DAG new7(Tag tag, DAG a, DAG b, DAG c, DAG d, DAG e, DAG f) { return newObject(tag, a, b, c, d, e, f); }
 inline DAG new8(Tag tag, DAG a, DAG b, DAG c, DAG d, DAG e, DAG f, DAG g) {
   return newObject(tag, a, b, c, d, e, f, g);
 }

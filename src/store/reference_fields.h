@@ -33,9 +33,9 @@ inline ReferenceFields referenceFields(DAG s) {
   Word length = lengthOf(s);
   switch (tagOf(s)) {
     case NOTAG:  // under construction
-    case INTNEG: case INTPOS: case HFLOAT:
-    case LOCAL: case PARAM: case LEXICAL:
-    case BINARY: case GARBAGE: case FOREIGN: return {0, 0};
+    case INTNEG: case INTPOS: case HFLOAT: case LOCAL: case PARAM: case LEXICAL: case BINARY: case GARBAGE:
+    case FOREIGN:
+      return {0, 0};
     case NAME: return {1, 3};
     case STRING: return {2, 3};
     case SERIES: return {2, length, 2, 1};  // the variable, then coefficients between raw exponents

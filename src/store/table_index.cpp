@@ -1,8 +1,7 @@
 #include "store/table_index.h"
 
-#include <sys/mman.h>
-
 #include <cstdlib>
+#include <sys/mman.h>
 
 namespace korel {
 
@@ -22,12 +21,12 @@ Word placeOf(Slot slot) { return 2 * (slot & numberMask) - 1; }
 Slot slotFor(Word key, Word place) { return digestOf(key) | (place + 1) / 2; }
 
 struct TableIndex {
-  Word table = 0;         // 0: no index
-  Word used = 0;          // slots that are not free
-  Word mask = 0;          // number of slots less 1
+  Word table = 0;  // 0: no index
+  Word used = 0;   // slots that are not free
+  Word mask = 0;   // number of slots less 1
   bool holdsEqualKeys = false;
   Slot* slots = nullptr;
-  Word* ends = nullptr;   // by bucket: place of the first free pair of a long chain; 0: the chain is short
+  Word* ends = nullptr;  // by bucket: place of the first free pair of a long chain; 0: the chain is short
 
   Word next(Word at) const { return (at + 1) & mask; }
   /// Whether the slot, which is not free, is that of a pair with this key.
@@ -79,10 +78,8 @@ Slot* newSlots(std::size_t bytes) {
   return reinterpret_cast<Slot*>(begin + before);
 }
 void freeSlots(Slot* slots, std::size_t bytes) {
-  if (bytes < hugePageBytes)
-    std::free(slots);
-  else if (slots != nullptr)
-    ::munmap(slots, bytes);
+  if (bytes < hugePageBytes) std::free(slots);
+  else if (slots != nullptr) ::munmap(slots, bytes);
 }
 
 void giveBack(TableIndex& index) {
@@ -272,8 +269,7 @@ void dropDeadIndices(bool (*isAlive)(DAG table)) {
   for (Word i = 0; registered != 0 && i <= registryMask;)
     if (registry[i].table != 0 && !isAlive(DAG(registry[i].table)))
       unregister(registry[i]);  // what moves here has its turn
-    else
-      ++i;
+    else ++i;
 }
 
 bool checkTableIndices() {

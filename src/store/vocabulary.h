@@ -27,9 +27,7 @@ inline bool isNumber(DAG x) { return isNumeric(x) || hasTag(x, COMPLEX); }
 inline bool isCallOf(DAG x, DAG head) { return isTag(x, FUNCTION) && x[1] == head; }
 /// A name or string of one character (a byte).
 inline bool isCharacter(DAG x) { return isText(x) && textOf(x)[0] != 0 && textOf(x)[1] == 0; }
-inline bool hasText(DAG nameOrString, const char* text) {
-  return std::strcmp(textOf(nameOrString), text) == 0;
-}
+inline bool hasText(DAG nameOrString, const char* text) { return std::strcmp(textOf(nameOrString), text) == 0; }
 
 // ---- sequences
 

@@ -5,17 +5,16 @@
 // trap. A call may give a value or any error that the language has. It may not end the process, and not
 // run on when it is interrupted. What the last call of a fallen child was stands in the failure.
 
-#include <gtest/gtest.h>
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <gtest/gtest.h>
 #include <random>
 #include <string>
 #include <string_view>
+#include <sys/mman.h>
+#include <unistd.h>
 #include <vector>
 
 #include "builtins/builtins.h"
@@ -201,7 +200,8 @@ struct Search {
     const int pools[] = {smallCount, numberCount, operandCount};
     const int pool = pools[below(std::size(pools))];
     auto any = [&] { return below(static_cast<std::size_t>(pool)); };
-    if (static_cast<int>(arguments.size()) == count) arguments[static_cast<std::size_t>(below(arguments.size()))] = any();
+    if (static_cast<int>(arguments.size()) == count)
+      arguments[static_cast<std::size_t>(below(arguments.size()))] = any();
     while (static_cast<int>(arguments.size()) < count)
       arguments.push_back(!arguments.empty() && below(8) == 0 ? arguments[0] : any());
     return arguments;
@@ -232,8 +232,7 @@ void callInEveryWay(int number) {
     if (std::strcmp(row.name, name) == 0) search.call(name, row.count, row.tuples);
   if (std::strcmp(name, "kernelopts") == 0)
     for (const char* setting : settings)
-      for (const char* operand : operands)
-        run(std::string("kernelopts(") + setting + " = (" + operand + ")):");
+      for (const char* operand : operands) run(std::string("kernelopts(") + setting + " = (" + operand + ")):");
   // What the calls have left behind is in order.
   run("gc():");
 }

@@ -1,8 +1,7 @@
-#include "frame/errors.h"
-
 #include <gtest/gtest.h>
 
 #include "frame/environment.h"
+#include "frame/errors.h"
 #include "kernel_fixture.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
@@ -47,9 +46,7 @@ TEST(KernelException, ParametersFillThePlacesOfTheMarks) {
       {"got %0", {}, "0, \"got %0\""},
   };
   for (const RaiseCase& c : cases) {
-    errorOf([&c] {
-      raiseKernelException(c.message, c.parameters.data(), static_cast<int>(c.parameters.size()));
-    });
+    errorOf([&c] { raiseKernelException(c.message, c.parameters.data(), static_cast<int>(c.parameters.size())); });
     EXPECT_EQ(text(lastException()), c.exception);
     EXPECT_EQ(text(ini("lasterror")[1]), "\"" + std::string(c.message) + "\"");
   }
@@ -214,8 +211,8 @@ TEST(Trap, MisplacedJumpsBecomeErrors) {
   EnvironmentBlock* const block = Environment;
   for (JumpCode code : {jumpReturn, jumpBreak}) {
     bool failed = false;
-    DAG value = KernelTrapError(
-        [](DAG c) -> DAG { jumpOut(static_cast<JumpCode>(immediateValue(c))); }, n(code), failed);
+    DAG value =
+        KernelTrapError([](DAG c) -> DAG { jumpOut(static_cast<JumpCode>(immediateValue(c))); }, n(code), failed);
     EXPECT_TRUE(failed);
     EXPECT_EQ(text(value), "`return, break, or next out of context`");
     EXPECT_EQ(text(lastException()), "0, \"return, break, or next out of context\"");
@@ -245,8 +242,7 @@ TEST(Trap, StackExhaustionPassesEveryTrap) {
 // ---- warnings
 
 TEST(KernelWarning, CarriesLevelTextAndParameters) {
-  EXPECT_EQ(test::outputOf([] { KernelWarning(2, "%1 is %2", naminstall("a"), cons1); }),
-            "Warning, a is 1\n");
+  EXPECT_EQ(test::outputOf([] { KernelWarning(2, "%1 is %2", naminstall("a"), cons1); }), "Warning, a is 1\n");
 }
 
 }  // namespace

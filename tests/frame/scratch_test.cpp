@@ -1,8 +1,7 @@
 // Scratch that an error passes over.
 
-#include <gtest/gtest.h>
-
 #include <cstring>
+#include <gtest/gtest.h>
 
 #include "frame/errors.h"
 #include "kernel_fixture.h"

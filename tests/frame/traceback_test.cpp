@@ -1,10 +1,9 @@
-#include "frame/traceback.h"
-
 #include <gtest/gtest.h>
 
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "frame/trace_messages.h"
+#include "frame/traceback.h"
 #include "kernel_fixture.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -35,24 +34,17 @@ TEST(TraceMessages, EveryCodeHasItsStreamAndPieces) {
        "INTERFACE_DIAG(\"value remembered (at top level): \",f,\"(\",1,\", \",10,\") -> \",7)"},
       {newDebug(debugRemembered, f, args, v, g),
        "INTERFACE_DIAG(\"value remembered (in \",g,\"): \",f,\"(\",1,\", \",10,\") -> \",7)"},
-      {newDebug(debugEnter, f, args),
-       "INTERFACE_DIAG(\"{--> enter \",f,\", args = \",1,\", \",10)"},
+      {newDebug(debugEnter, f, args), "INTERFACE_DIAG(\"{--> enter \",f,\", args = \",1,\", \",10)"},
       {newDebug(debugEnter, f, null), "INTERFACE_DIAG(\"{--> enter \",f,\", args = \")"},
-      {newDebug(debugExit, f, v, null),
-       "INTERFACE_DIAG(\"<-- exit \",f,\" (now at top level\",\") = \",7,\"}\")"},
-      {newDebug(debugExit, f, v, g),
-       "INTERFACE_DIAG(\"<-- exit \",f,\" (now in \",g,\") = \",7,\"}\")"},
-      {newDebug(debugError, exception),
-       "INTERFACE_ERROR(\"Error, (in \",f,\") \",\"bad %1\",\", \",7)"},
+      {newDebug(debugExit, f, v, null), "INTERFACE_DIAG(\"<-- exit \",f,\" (now at top level\",\") = \",7,\"}\")"},
+      {newDebug(debugExit, f, v, g), "INTERFACE_DIAG(\"<-- exit \",f,\" (now in \",g,\") = \",7,\"}\")"},
+      {newDebug(debugError, exception), "INTERFACE_ERROR(\"Error, (in \",f,\") \",\"bad %1\",\", \",7)"},
       {newDebug(debugError, topException), "INTERFACE_ERROR(\"Error, \",\"bad\")"},
       {newDebug(debugInterrupt, null), "INTERFACE_INTR()"},
       {newDebug(debugStatement, v), "INTERFACE_DIAG(\" executing statement: \",7)"},
-      {newDebug(debugLocals, newSequence({new3(EQUATION, f, v)})),
-       "INTERFACE_DIAG(\" locals defined as: \",f = 7)"},
-      {newDebug(debugTraceLevel, f, args, null, null),
-       "INTERFACE_DIAG(f,\" called with arguments: \",1,\", \",10)"},
-      {newDebug(debugSystemError, strinstall("lost")),
-       "INTERFACE_ERROR(\"System error, \",\"lost\")"},
+      {newDebug(debugLocals, newSequence({new3(EQUATION, f, v)})), "INTERFACE_DIAG(\" locals defined as: \",f = 7)"},
+      {newDebug(debugTraceLevel, f, args, null, null), "INTERFACE_DIAG(f,\" called with arguments: \",1,\", \",10)"},
+      {newDebug(debugSystemError, strinstall("lost")), "INTERFACE_ERROR(\"System error, \",\"lost\")"},
       {newDebug(debugBanner, strinstall("hello")), "INTERFACE_LOGO(\"hello\")"},
       {newDebug(debugErrorExit, f, strinstall("bad"), g),
        "INTERFACE_DIAG(\"<-- ERROR in \",f,\" (now in \",g,\") = \",\"bad\",\"}\")"},
@@ -66,8 +58,7 @@ TEST(TraceMessages, EveryCodeHasItsStreamAndPieces) {
 
 std::size_t linesWith(const std::string& output, const char* part) {
   std::size_t count = 0;
-  for (std::size_t at = output.find(part); at != std::string::npos; at = output.find(part, at + 1))
-    ++count;
+  for (std::size_t at = output.find(part); at != std::string::npos; at = output.find(part, at + 1)) ++count;
   return count;
 }
 
@@ -111,8 +102,7 @@ TEST(Traceback, EachErrorStartsAnew) {
 TEST(Traceback, EndsWithTheNextCollection) {
   say("tb_k();");
   say("gc();");
-  EXPECT_EQ(say("tracelast;"),
-            "Error, traceback information for last error is no longer available");
+  EXPECT_EQ(say("tracelast;"), "Error, traceback information for last error is no longer available");
 }
 
 }  // namespace

@@ -1,12 +1,10 @@
-#include "library/library_calls.h"
-
-#include <gtest/gtest.h>
-
 #include <cstring>
+#include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 
 #include "kernel_fixture.h"
+#include "library/library_calls.h"
 #include "store/constants.h"
 
 namespace korel::test {
@@ -69,8 +67,7 @@ bool isCalled(const LibraryCall& row) {
 }  // namespace
 
 TEST(LibraryCalls, ProceduresAreGivenWhatTheyAreCalledWith) {
-  for (const CallingExpression& row : callingExpressions)
-    EXPECT_EQ(argumentsOf(row), row.arguments) << row.procedure;
+  for (const CallingExpression& row : callingExpressions) EXPECT_EQ(argumentsOf(row), row.arguments) << row.procedure;
   for (const LibraryCall& row : libraryCalls) EXPECT_TRUE(isCalled(row)) << row.base << (row.suffix ? row.suffix : "");
 }
 

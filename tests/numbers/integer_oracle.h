@@ -4,9 +4,8 @@
 // One route is GMP, where it is installed; the other, always there, are residues modulo primes that
 // have nothing in common with the base. Random cases come from a fixed seed, which failures print.
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
+#include <gtest/gtest.h>
 #include <limits>
 #include <random>
 #include <string>
@@ -69,14 +68,10 @@ class Random {
  public:
   /// The operands and results of these tests lie in spaces longer than they need, which the collector
   /// cannot walk over: from here on it stays away.
-  explicit Random(std::uint64_t seed) : seed(seed), engine_(seed) {
-    nextgc = std::numeric_limits<std::int64_t>::max();
-  }
+  explicit Random(std::uint64_t seed) : seed(seed), engine_(seed) { nextgc = std::numeric_limits<std::int64_t>::max(); }
   const std::uint64_t seed;
 
-  std::int64_t below(std::int64_t n) {
-    return static_cast<std::int64_t>(engine_() % static_cast<std::uint64_t>(n));
-  }
+  std::int64_t below(std::int64_t n) { return static_cast<std::int64_t>(engine_() % static_cast<std::uint64_t>(n)); }
   /// Heap integer of exactly n digits of base 10000, of one of several kinds: random, all 9999, a power
   /// of the base, a power of ten, few digits that aren't 0.
   DAG heapOf(Word n) {
@@ -89,10 +84,8 @@ class Random {
                  : kind == 3 ? (below(6) == 0 ? static_cast<Word>(below(10000)) : 0)
                              : static_cast<Word>(below(10000));
     if (digit[n - 1] == 0) {
-      if (kind == 2)
-        digit[n - 1] = static_cast<Word>(pow10[below(4)]);
-      else
-        digit[n - 1] = static_cast<Word>(kind == 1 ? 1 : 1 + below(9999));
+      if (kind == 2) digit[n - 1] = static_cast<Word>(pow10[below(4)]);
+      else digit[n - 1] = static_cast<Word>(kind == 1 ? 1 : 1 + below(9999));
     }
     setHeader(x, INTPOS, n + 1);
     return x;

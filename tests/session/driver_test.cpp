@@ -1,16 +1,14 @@
-#include "session/driver.h"
-
+#include <algorithm>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
-#include "session/driver_state.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "frame/output.h"
-#include "session/statement_reader.h"
 #include "kernel_fixture.h"
+#include "session/driver.h"
+#include "session/driver_state.h"
+#include "session/statement_reader.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -73,9 +71,9 @@ TEST(EvaluateDAG, EveryJumpIsReportedAndLeavesACleanState) {
     JumpCode code;
     const char* output;
   };
-  for (auto [code, output] : {Case{jumpToTop, "System error, at top level\n"},
-                              Case{jumpReturn, "Error, return out of context\n"},
-                              Case{jumpBreak, "Error, break or next not in loop\n"}}) {
+  for (auto [code, output] :
+       {Case{jumpToTop, "System error, at top level\n"}, Case{jumpReturn, "Error, return out of context\n"},
+        Case{jumpBreak, "Error, break or next not in loop\n"}}) {
     FrontEnd frontEnd;
     readerCode = code;
     EXPECT_EQ(ReadStatement(jumpingReader, receive, interruptQuery, &frontEnd), null);
@@ -115,11 +113,9 @@ TEST(EvaluateDAG, ErrorProceduresEndWithTheirStatement) {
 
 TEST(ReadStatement, GivesTheStatementAndReportsErrors) {
   FrontEnd frontEnd;
-  DAG statement =
-      ReadStatement([]() { return parsestring("2*3", 1); }, receive, interruptQuery, &frontEnd);
+  DAG statement = ReadStatement([]() { return parsestring("2*3", 1); }, receive, interruptQuery, &frontEnd);
   EXPECT_EQ(run(frontEnd, statement), immediate(6));
-  EXPECT_EQ(ReadStatement([]() -> DAG { KernelException("unreadable %1", cons1); }, receive,
-                          interruptQuery, &frontEnd),
+  EXPECT_EQ(ReadStatement([]() -> DAG { KernelException("unreadable %1", cons1); }, receive, interruptQuery, &frontEnd),
             null);
   EXPECT_EQ(frontEnd.output, "6\nError, unreadable 1\n");
 }
@@ -159,8 +155,7 @@ TEST(Interrupt, EndsTheStatementAndIsAskedOnceIn256Calls) {
   EXPECT_EQ(sayTo(frontEnd, "to 100000 do 1 end do:"), "Warning, computation interrupted");
   EXPECT_EQ(sayTo(frontEnd, "traperror(1);"), "1");
   frontEnd.interruptsAfter = 0;
-  EXPECT_EQ(sayTo(frontEnd, "try to 100000 do 1 end do catch: 0 end try:"),
-            "Warning, computation interrupted");
+  EXPECT_EQ(sayTo(frontEnd, "try to 100000 do 1 end do catch: 0 end try:"), "Warning, computation interrupted");
 }
 
 TEST(Interrupt, PollsOnceIn256CallsOrSoonAfterAMessage) {
@@ -189,12 +184,10 @@ struct StopCase {
 TEST(Stop, ReportsTheExitCodeAndOneDone) {
   for (auto [statement, code] :
        {StopCase{new1(STOP), 0}, StopCase{newCall(ini("quit"), {immediate(3)}), 3},
-        StopCase{newCall(ini("done"), {}), 0},
-        StopCase{newCall(ini("stop"), {immediate(255)}), 255}}) {
+        StopCase{newCall(ini("done"), {}), 0}, StopCase{newCall(ini("stop"), {immediate(255)}), 255}}) {
     FrontEnd frontEnd;
     EXPECT_EQ(run(frontEnd, statement), DAG());
-    EXPECT_EQ(streamsOf(frontEnd),
-              "INTERFACE_STOP(" + std::to_string(code) + ") INTERFACE_DONE() ");
+    EXPECT_EQ(streamsOf(frontEnd), "INTERFACE_STOP(" + std::to_string(code) + ") INTERFACE_DONE() ");
     int exitCode = -1;
     EXPECT_TRUE(kernelStopped(exitCode));
     EXPECT_EQ(exitCode, code);
@@ -234,10 +227,8 @@ TEST(Restart, ThrowsAwayNamesAndKeepsWhatTheStartReported) {
       sayTo(frontEnd, "x := 6:");
       EvaluateDAG(parsestring("restart", 1), receive, interruptQuery, 1, 0, &frontEnd);
     }
-    std::printf("%ld started;",
-                std::count(frontEnd.streams.begin(), frontEnd.streams.end(), "INTERFACE_START()"));
-    std::printf("%ld echo;", std::count(frontEnd.streams.begin(), frontEnd.streams.end(),
-                                        "INTERFACE_SET(echo,1)"));
+    std::printf("%ld started;", std::count(frontEnd.streams.begin(), frontEnd.streams.end(), "INTERFACE_START()"));
+    std::printf("%ld echo;", std::count(frontEnd.streams.begin(), frontEnd.streams.end(), "INTERFACE_SET(echo,1)"));
     std::printf("%s;", sayTo(frontEnd, "x, Digits, printlevel, kernelopts(assertlevel);").c_str());
     std::printf("%s;", sayTo(frontEnd, "igcd(12, 18)*x + sin(x);").c_str());
   });
@@ -293,10 +284,9 @@ TEST(Switch2, WhatIsNoStreamIsPrinted) {
 
 TEST(Switch2, SecureModeRefusesRedirection) {
   secureMode = 1;
-  std::string results[] = {say("INTERFACE_REDIRECT(\"f\", APPEND);"),
-                           say("INTERFACE_PRINT(INTERFACE_REDIRECT(\"f\"));"),
-                           say("INTERFACE_RESULT(INTERFACE_REDIRECT(\"f\"));"),
-                           say("INTERFACE_PRINT(1, INTERFACE_FLAG(2));")};
+  std::string results[] = {
+      say("INTERFACE_REDIRECT(\"f\", APPEND);"), say("INTERFACE_PRINT(INTERFACE_REDIRECT(\"f\"));"),
+      say("INTERFACE_RESULT(INTERFACE_REDIRECT(\"f\"));"), say("INTERFACE_PRINT(1, INTERFACE_FLAG(2));")};
   secureMode = 0;
   EXPECT_EQ(results[0], "Error, redirection is disabled");
   EXPECT_EQ(results[1], "Error, redirection is disabled");

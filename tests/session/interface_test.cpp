@@ -1,12 +1,10 @@
-#include "session/interface.h"
-
-#include <gtest/gtest.h>
-
 #include <cstdio>
 #include <cstring>
+#include <gtest/gtest.h>
 
-#include "session/statement_reader.h"
 #include "kernel_fixture.h"
+#include "session/interface.h"
+#include "session/statement_reader.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -58,8 +56,7 @@ TEST(Interface, VariablesTakeWhatTheirKindAllows) {
       {"errorcursor", "false", "ok", "false"},
       {"errorcursor", "\"true\"", "errorcursor" + notBoolean, "false"},
       {"indentamount", "2147483647", "ok", "2147483647"},
-      {"indentamount", "2147483648", "indentamount must be an integer in the range 0..2147483647",
-       "2147483647"},
+      {"indentamount", "2147483648", "indentamount must be an integer in the range 0..2147483647", "2147483647"},
       {"labelling", "false", "ok", "false"},
       {"labeling", "true", "ok", "true"},
       {"labelling", "3", "labelling" + notBoolean, "true"},
@@ -73,13 +70,13 @@ TEST(Interface, VariablesTakeWhatTheirKindAllows) {
       {"plotdevice", "postscript", "ok", "ps"},
       {"plotdevice", "default", "ok", "char"},
       {"plotdevice", quotedText(23), "ok", std::string(23, 'q')},
-      {"plotdevice", quotedText(24),
-       "plotdevice must be a symbol or string of at most 23 characters", std::string(23, 'q')},
+      {"plotdevice", quotedText(24), "plotdevice must be a symbol or string of at most 23 characters",
+       std::string(23, 'q')},
       {"plotoptions", quotedText(3000), "ok", std::string(3000, 'q')},
       {"plotoptions", "7", "plotoptions must be a symbol or string", std::string(3000, 'q')},
       {"plotoutput", quotedText(1023), "ok", std::string(1023, 'q')},
-      {"plotoutput", quotedText(1024),
-       "plotoutput must be a string or symbol of at most 1023 characters", std::string(1023, 'q')},
+      {"plotoutput", quotedText(1024), "plotoutput must be a string or symbol of at most 1023 characters",
+       std::string(1023, 'q')},
       {"preplot", "[1, -1, 255, -128]", "ok", "[1, 255, 255, 128]"},
       {"postplot", "[7]", "ok", "[7]"},
       {"preplot", "[256]", preplotRange, "[1, 255, 255, 128]"},
@@ -94,25 +91,21 @@ TEST(Interface, VariablesTakeWhatTheirKindAllows) {
       {"prettyprint", "false", "ok", "0"},
       {"prettyprint", "4", "prettyprint must be an integer in the range 0..3", "0"},
       {"prompt", quotedText(127), "ok", std::string(127, 'q')},
-      {"prompt", quotedText(128), "prompt must be a string or symbol of at most 127 characters",
-       std::string(127, 'q')},
+      {"prompt", quotedText(128), "prompt must be a string or symbol of at most 127 characters", std::string(127, 'q')},
       {"quiet", "true", "ok", "true"},
       {"rtablesize", "infinity", "ok", "infinity"},
       {"rtablesize", "0", "ok", "0"},
       {"screenheight", "9999", "ok", "infinity"},
-      {"screenheight", "0", "screenheight must be an integer in the range 1..9999, or infinity",
-       "infinity"},
+      {"screenheight", "0", "screenheight must be an integer in the range 1..9999, or infinity", "infinity"},
       {"screenwidth", "10", "ok", "10"},
-      {"screenwidth", "9", "screenwidth must be an integer in the range 10..9999, or infinity",
-       "10"},
+      {"screenwidth", "9", "screenwidth must be an integer in the range 10..9999, or infinity", "10"},
       {"screenwidth", "infinity", "ok", "infinity"},
       {"showassumed", "2", "ok", "2"},
       {"showassumed", "infinity", "showassumed must be an integer in the range 0..2", "2"},
       {"verboseproc", "3", "ok", "3"},
       {"version", "1", "version cannot be set", "`Local kernel server test program`"},
       {"warnlevel", "0", "ok", "0"},
-      {"nonsense", "1", "unknown interface variable, nonsense",
-       "unknown interface variable, nonsense"},
+      {"nonsense", "1", "unknown interface variable, nonsense", "unknown interface variable, nonsense"},
   };
   InterfaceVariables record = defaultNerinVariables;
   record.plotoptions = nullptr;  // each record owns its text
@@ -132,13 +125,11 @@ TEST(Interface, VariablesTakeWhatTheirKindAllows) {
 TEST(Interface, ImaginaryUnitIsAnUnprotectedSymbol) {
   InterfaceVariables record = defaultNerinVariables;
   record.plotoptions = nullptr;  // each record owns its text
-  EXPECT_EQ(outcome(setinterface(newSequence({naminstall("imaginaryunit"), sqrtm1}), record)),
-            "ok");
+  EXPECT_EQ(outcome(setinterface(newSequence({naminstall("imaginaryunit"), sqrtm1}), record)), "ok");
   EXPECT_EQ(get(record, "imaginaryunit"), "I");
   EXPECT_EQ(set(record, "imaginaryunit", quotedText(79).c_str()), "ok");
   EXPECT_EQ(get(record, "imaginaryunit"), std::string(79, 'q'));
-  const char* tooLong =
-      "imaginaryunit must be a symbol or a string representing a symbol, of at most 79 characters";
+  const char* tooLong = "imaginaryunit must be a symbol or a string representing a symbol, of at most 79 characters";
   EXPECT_EQ(set(record, "imaginaryunit", quotedText(80).c_str()), tooLong);
   EXPECT_EQ(set(record, "imaginaryunit", "2"), tooLong);
   for (DAG attribute : {ini("protected"), newSequence({ini("constants"), ini("protected")})}) {
@@ -156,8 +147,7 @@ TEST(Interface, StreamCallsWantANameAndAValue) {
   record.plotoptions = nullptr;  // each record owns its text
   const char* wantsBoth = "INTERFACE_SET stream expects a name and value";
   DAG name = naminstall("echo");
-  for (DAG wrong : {null, newSequence({name}), newSequence({cons1, cons1}),
-                    newSequence({name, cons1, cons1}), cons1})
+  for (DAG wrong : {null, newSequence({name}), newSequence({cons1, cons1}), newSequence({name, cons1, cons1}), cons1})
     EXPECT_EQ(outcome(setinterface(wrong, record)), wantsBoth);
   for (DAG wrong : {null, newSequence({cons1}), newSequence({name, cons1}), DAG(name)})
     EXPECT_EQ(outcome(getinterface(wrong, record)), "INTERFACE_GET stream expects a name");
@@ -183,14 +173,12 @@ TEST(Interface, RememberedSettingsAreSentAgain) {
     test::FrontEnd frontEnd;
     frontEnd.variables.screenwidth = 60;
     std::strcpy(frontEnd.variables.prompt, "?? ");
-    auto run = [&frontEnd](DAG (*body)()) {
-      ReadStatement(body, test::receive, nullptr, &frontEnd);
-    };
+    auto run = [&frontEnd](DAG (*body)()) { ReadStatement(body, test::receive, nullptr, &frontEnd); };
     run([]() -> DAG { return RememberInterface(), null; });
     frontEnd.variables = InterfaceVariables{};
     run([]() -> DAG { return ResetInterface(), null; });
-    std::printf("%zu %d %s %d", frontEnd.streams.size(), frontEnd.variables.screenwidth,
-                frontEnd.variables.prompt, defaultNerinVariables.screenwidth);
+    std::printf("%zu %d %s %d", frontEnd.streams.size(), frontEnd.variables.screenwidth, frontEnd.variables.prompt,
+                defaultNerinVariables.screenwidth);
   });
   EXPECT_EQ(child.output, "46 60 ??  60");
 }

@@ -1,14 +1,12 @@
-#include "session/kernelopts.h"
-
+#include <cstdio>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <cstdio>
-#include <cstdlib>
-
-#include "session/driver.h"
 #include "frame/environment.h"
 #include "kernel_fixture.h"
+#include "session/driver.h"
+#include "session/kernelopts.h"
 #include "store/allocator.h"
 #include "store/constants.h"
 #include "store/generations.h"
@@ -88,9 +86,8 @@ TEST(KernelOpts, RowsReadSetAndRefuse) {
 
 TEST(KernelOpts, CountersCannotBeSet) {
   for (const char* name :
-       {"bytesalloc", "bytesused", "cputime", "dirsep", "gcbytesavail", "gcbytesreturned",
-        "gctimes", "gcwordsavail", "gcwordsreturned", "level", "maxdigits", "maximmediate",
-        "memusage", "platform", "version", "wordsize"}) {
+       {"bytesalloc", "bytesused", "cputime", "dirsep", "gcbytesavail", "gcbytesreturned", "gctimes", "gcwordsavail",
+        "gcwordsreturned", "level", "maxdigits", "maximmediate", "memusage", "platform", "version", "wordsize"}) {
     std::string call = std::string("kernelopts(") + name + "=1);";
     EXPECT_EQ(say(call.c_str()), std::string("Error, kernelopts cannot set ") + name + " value");
   }
@@ -98,8 +95,7 @@ TEST(KernelOpts, CountersCannotBeSet) {
 
 // An assignment that comes before a failing one stays.
 TEST(KernelOpts, EarlierArgumentsStayDone) {
-  EXPECT_EQ(say("kernelopts(assertlevel=2, nonsense);"),
-            "Error, unrecognized option name for kernelopts, nonsense");
+  EXPECT_EQ(say("kernelopts(assertlevel=2, nonsense);"), "Error, unrecognized option name for kernelopts, nonsense");
   EXPECT_EQ(say("kernelopts(assertlevel=0);"), "2");
 }
 

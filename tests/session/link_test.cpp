@@ -1,8 +1,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
-
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 #include "kernel_fixture.h"

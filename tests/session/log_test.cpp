@@ -1,12 +1,10 @@
-#include "session/log.h"
-
+#include <cstdlib>
 #include <gtest/gtest.h>
+#include <string>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <string>
-
 #include "kernel_fixture.h"
+#include "session/log.h"
 #include "store/constants.h"
 
 namespace korel {

@@ -1,21 +1,19 @@
-#include "session/options.h"
-
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <csignal>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-
-#include "session/driver.h"
 #include "frame/environment.h"
+#include "kernel_fixture.h"
+#include "library/search_path.h"
+#include "session/driver.h"
 #include "session/getopt.h"
 #include "session/interface.h"
-#include "library/search_path.h"
-#include "kernel_fixture.h"
+#include "session/options.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/names.h"
@@ -62,25 +60,22 @@ void assertLevel() { std::printf("%d", optASSERT); }
 void errorBreak() { std::printf("%d", defaultNerinVariables.errorbreak); }
 void warnLevel() { std::printf("%d", defaultNerinVariables.warnlevel); }
 void collection() {
-  std::printf("%ld %ld %ld", static_cast<long>(nextgc), static_cast<long>(incrgc),
-              static_cast<long>(incrgen));
+  std::printf("%ld %ld %ld", static_cast<long>(nextgc), static_cast<long>(incrgc), static_cast<long>(incrgen));
 }
 void flags() { std::printf("%d %d %d", optnoinit, secureMode, defaultNerinVariables.quiet); }
 void testMode() {
-  std::printf("%d %s %d %d", printgcstatus, defaultNerinVariables.prompt,
-              defaultNerinVariables.noStatus, defaultNerinVariables.echo);
+  std::printf("%d %s %d %d", printgcstatus, defaultNerinVariables.prompt, defaultNerinVariables.noStatus,
+              defaultNerinVariables.echo);
 }
 void libraries() { std::printf("%s|%s", firstlibname, libraryText); }
 void limits() {
   rlimit core{};
   getrlimit(RLIMIT_CORE, &core);
-  std::printf("%ld %ld %ld %ld", static_cast<long>(korelLimitCPU),
-              static_cast<long>(korelLimitData), static_cast<long>(korelLimitStack),
-              static_cast<long>(core.rlim_cur));
+  std::printf("%ld %ld %ld %ld", static_cast<long>(korelLimitCPU), static_cast<long>(korelLimitData),
+              static_cast<long>(korelLimitStack), static_cast<long>(core.rlim_cur));
 }
 void starts() {
-  for (int i = 0; i < startListLength; ++i)
-    std::printf("%c:%s ", startList[i].letter, startList[i].text);
+  for (int i = 0; i < startListLength; ++i) std::printf("%c:%s ", startList[i].letter, startList[i].text);
 }
 
 // Every row of the table, with what it sets and each way to refuse it.
@@ -181,8 +176,7 @@ std::string startWithFiles(std::vector<std::string> options) {
     test::FrontEnd frontEnd;
     EvaluateDAG(null, test::receive, nullptr, 1, 0, &frontEnd);
     const std::string started = frontEnd.output;
-    std::printf("%s%s", started.c_str(),
-                test::sayTo(frontEnd, "homeread, afterwards, otherread, c;").c_str());
+    std::printf("%s%s", started.c_str(), test::sayTo(frontEnd, "homeread, afterwards, otherread, c;").c_str());
   });
   unlink(startFile.c_str());
   unlink(other.c_str());
@@ -239,11 +233,9 @@ TEST(OptionReader, AnythingElseShowsTheUsage) {
   const std::string line =
       "Usage: korel [-aFPqstz] [-A...] [-b...] [-c...] [-D...] [-e...] [-g...] [-I...] [-i...] "
       "[-L...] [-l...] [-T...] [-U...] [-w...]\n";
-  for (const char* option : {"-x", "-:", "-g", "-ay"})
-    EXPECT_EQ(usageOf("/bin/korel", option), line);
+  for (const char* option : {"-x", "-:", "-g", "-ay"}) EXPECT_EQ(usageOf("/bin/korel", option), line);
   std::string withTable = usageOf("/bin/korelTTY", "-x");
-  EXPECT_NE(withTable.find(" [file]\n-a\t\t\tturn on Assertions (equivalent to -A 1)\n"),
-            std::string::npos)
+  EXPECT_NE(withTable.find(" [file]\n-a\t\t\tturn on Assertions (equivalent to -A 1)\n"), std::string::npos)
       << withTable;
   EXPECT_NE(withTable.find("\n-T cpu,data,stack,core\tresource limiTs"), std::string::npos);
 }
@@ -280,8 +272,7 @@ TEST(QualifyDirectory, KeepsTheWorkingDirectory) {
   char before[1024], after[1024];
   ASSERT_NE(getcwd(before, sizeof before), nullptr);
   EXPECT_STREQ(FullyQualifyDir("/usr/.."), "/");
-  EXPECT_EQ(test::errorOf([] { FullyQualifyDir("no such directory"); }),
-            "directory does not exist");
+  EXPECT_EQ(test::errorOf([] { FullyQualifyDir("no such directory"); }), "directory does not exist");
   ASSERT_NE(getcwd(after, sizeof after), nullptr);
   EXPECT_STREQ(before, after);
 }

@@ -1,14 +1,12 @@
-#include "store/allocator.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdint>
+#include <gtest/gtest.h>
 #include <random>
 #include <vector>
 
 #include "frame/errors.h"
 #include "kernel_fixture.h"
+#include "store/allocator.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/objects.h"
@@ -68,7 +66,7 @@ TEST(Allocator, SplitsLeaveThreeWordsOrNone) {
   release_space(area, 15);
   EXPECT_EQ(get_space(12), area);
   EXPECT_EQ(blocksOf(3), std::vector<Word>{area + 48});
-  }
+}
 
 // A burst of small objects makes one trip to the large lists: the pieces stand in address order.
 TEST(Allocator, OneLargeBlockStocksASmallSize) {
@@ -106,7 +104,7 @@ TEST(Allocator, TheHeadOfAClassIsItsSmallestOfLate) {
   release_space(area, 0);
   release_space(area, -5);
   EXPECT_EQ(blocksOf(14).size(), 3u);
-  }
+}
 
 TEST(Allocator, ChunksBackToBackBecomeOne) {
   Area own(1);

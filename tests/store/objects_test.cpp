@@ -1,8 +1,5 @@
-#include "store/objects.h"
-
-#include <gtest/gtest.h>
-
 #include <cstring>
+#include <gtest/gtest.h>
 #include <map>
 #include <random>
 #include <set>
@@ -15,6 +12,7 @@
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/names.h"
+#include "store/objects.h"
 #include "store/standard_names.h"
 
 namespace korel::test {
@@ -178,11 +176,23 @@ TEST(Constants, SharedObjectsHaveTheirValues) {
   EXPECT_EQ(cons[139], immediate(139));
   EXPECT_EQ(consm[139], immediate(-140));
   const std::pair<DAG, const char*> rows[] = {
-      {consbb, "100000000"}, {cons_maxfloatexp, "2147483646"}, {cons_minfloatexp, "-2147483646"},
-      {emptyset, "{}"}, {emptylist, "[]"}, {consf0, "0."}, {consfm0, "-0."}, {consf1, "1.0"},
-      {consfm1, "-1.0"}, {consh, "1/2"}, {sqrtm1, "I"}, {consfinf, "Float(infinity)"},
-      {consfminf, "Float(-infinity)"}, {consminf, "-infinity"}, {consfNaN, "Float(undefined)"},
-      {order1, "O(1)"}, {DefTestzero, "proc (O) evalb(Normalizer(O) = 0) end proc"},
+      {consbb, "100000000"},
+      {cons_maxfloatexp, "2147483646"},
+      {cons_minfloatexp, "-2147483646"},
+      {emptyset, "{}"},
+      {emptylist, "[]"},
+      {consf0, "0."},
+      {consfm0, "-0."},
+      {consf1, "1.0"},
+      {consfm1, "-1.0"},
+      {consh, "1/2"},
+      {sqrtm1, "I"},
+      {consfinf, "Float(infinity)"},
+      {consfminf, "Float(-infinity)"},
+      {consminf, "-infinity"},
+      {consfNaN, "Float(undefined)"},
+      {order1, "O(1)"},
+      {DefTestzero, "proc (O) evalb(Normalizer(O) = 0) end proc"},
   };
   for (auto [object, shown] : rows) EXPECT_EQ(text(object), shown);
   EXPECT_EQ(lengthOf(sqrtm1), 2u);
@@ -193,8 +203,7 @@ TEST(Constants, SharedObjectsHaveTheirValues) {
     ASSERT_EQ(tagOf(ininame[k][1]), PROC);
     ASSERT_EQ(ininame[k][1][5], immediate(k));
     bool remembers = lengthOf(ininame[k][1][3]) == 3;
-    EXPECT_EQ(remembers, remembering.count(inistrings[k]) == 1)
-        << inistrings[k];
+    EXPECT_EQ(remembers, remembering.count(inistrings[k]) == 1) << inistrings[k];
   }
   EXPECT_EQ(ini("libname").word, ininame[34].word);
 }

@@ -1,10 +1,7 @@
 // Long chains: their layout is that of short ones, and the index finds what a scan would.
 
-#include "store/table_index.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <gtest/gtest.h>
 #include <random>
 #include <utility>
 #include <vector>
@@ -14,6 +11,7 @@
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/objects.h"
+#include "store/table_index.h"
 
 namespace korel::test {
 namespace {
@@ -41,15 +39,11 @@ struct Model {
   void store(Word key, Word value, bool replace) {
     Pairs& chain = chainOf(key);
     Word& length = lengths[&chain - chains];
-    if (length == 0)
-      length = 7;
-    else if (chain.size() >= (length - 3) / 2)
-      length += 2 * (length / 10) + 10;
+    if (length == 0) length = 7;
+    else if (chain.size() >= (length - 3) / 2) length += 2 * (length / 10) + 10;
     auto at = replace ? find(chain, key) : chain.end();
-    if (at != chain.end())
-      at->second = value;
-    else
-      chain.emplace_back(key, value);
+    if (at != chain.end()) at->second = value;
+    else chain.emplace_back(key, value);
   }
   bool remove(Word key) {
     Pairs& chain = chainOf(key);
@@ -87,7 +81,8 @@ TEST(TableIndex, LongChainsKeepTheLayoutOfShortOnes) {
           model.store(key.word, value.word, replace);
         } else if (random() % 2 == 0) {
           hashdelete(key.word, table);
-          while (model.remove(key.word)) {}
+          while (model.remove(key.word)) {
+          }
         } else {
           ASSERT_EQ(hashremove(key.word, table) != DAG(notFound), model.remove(key.word));
         }
@@ -119,7 +114,8 @@ TEST(TableIndex, LongChainsKeepTheLayoutOfShortOnes) {
 // A hundred large tables that take turns: each keeps its index, and those that die take theirs along.
 TEST(TableIndex, ManyLargeTablesTakeTurns) {
   say("many := [seq(table([seq(j = i + j, j = 1 .. 12000)]), i = 1 .. 100)]:");
-  EXPECT_EQ(say("add(many[1 + irem(17*k, 100)][k], k = 1 .. 12000);"), say("add(k + 1 + irem(17*k, 100), k = 1 .. 12000);"));
+  EXPECT_EQ(say("add(many[1 + irem(17*k, 100)][k], k = 1 .. 12000);"),
+            say("add(k + 1 + irem(17*k, 100), k = 1 .. 12000);"));
   EXPECT_TRUE(checkTableIndices());
   say("many := 0:");
   say("gc():");

@@ -2,7 +2,6 @@
 // containers.
 
 #include <gtest/gtest.h>
-
 #include <random>
 #include <unordered_map>
 #include <unordered_set>

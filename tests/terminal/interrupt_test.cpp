@@ -1,15 +1,14 @@
 // Ctrl-C in whatever takes long: the statement ends within a second of processor time, and the session
 // goes on with everything in order. Time limits reach the same places.
 
+#include <cstdio>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
+#include <string>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <cstdio>
-#include <cstring>
-#include <string>
 
 namespace {
 
@@ -95,8 +94,8 @@ class Kernel {
     text[n] = '\0';
     unsigned long user = 0, system = 0;
     const char* fields = std::strrchr(text, ')');
-    if (fields == nullptr || std::sscanf(fields, ") %*c %*d %*d %*d %*d %*d %*u %*u %*u %*u %*u %lu %lu",
-                                         &user, &system) != 2)
+    if (fields == nullptr ||
+        std::sscanf(fields, ") %*c %*d %*d %*d %*d %*d %*u %*u %*u %*u %*u %lu %lu", &user, &system) != 2)
       return 0;
     return double(user + system) / double(sysconf(_SC_CLK_TCK));
   }

@@ -1,16 +1,15 @@
 // The terminal program with its kernel in a process of its own: what differs from one process, and that the session
 // outlives the kernel.
 
-#include <gtest/gtest.h>
-#include <poll.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <signal.h>
 #include <string>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -25,8 +24,7 @@ Ended run(const std::string& arguments, const std::string& input) {
   int fd = mkstemp(path);
   EXPECT_EQ(write(fd, input.data(), input.size()), static_cast<ssize_t>(input.size()));
   close(fd);
-  std::string command =
-      std::string("timeout 60 ") + KOREL_PROGRAM + " --kernel " + arguments + " < " + path + " 2>&1";
+  std::string command = std::string("timeout 60 ") + KOREL_PROGRAM + " --kernel " + arguments + " < " + path + " 2>&1";
   std::FILE* pipe = popen(command.c_str(), "r");
   std::string output;
   char buffer[4096];

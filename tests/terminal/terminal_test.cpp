@@ -1,16 +1,15 @@
 // The terminal program as its users meet it: switches, exit status, pipes, files, and a real
 // terminal.
 
+#include <cstdio>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <pty.h>
 #include <signal.h>
+#include <string>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <cstdio>
-#include <cstdlib>
-#include <string>
 #include <vector>
 
 namespace {
@@ -69,16 +68,14 @@ TEST(Terminal, SwitchesAreChecked) {
   }
   EXPECT_EQ(run("-q -c 'a := 5:'", "a;").output, "5\n");
   EXPECT_EQ(run("-q -w 0", "proc() z := 1 end;").output, "proc () local z; z := 1 end proc\n");
-  EXPECT_EQ(run("-q -z", "read \"x\"; save a, \"x\";").output,
-            "Error, read is disabled\nError, save is disabled\n");
+  EXPECT_EQ(run("-q -z", "read \"x\"; save a, \"x\";").output, "Error, read is disabled\nError, save is disabled\n");
   EXPECT_EQ(run("-q -A 1", "ASSERT(1 = 2, \"why\");").output, "Error, assertion failed, why\n");
 }
 
 // Nothing of the input is echoed, errors do not stop what follows, and output keeps its order.
 TEST(Terminal, PipesAndFiles) {
-  EXPECT_EQ(
-      run("-q", "1; 1 +;\n2; error \"e\"; 3:\n4;").output,
-      "1\nError, on line 1, syntax error, `;` unexpected:\n1; 1 +;\n      ^\n2\nError, e\n4\n");
+  EXPECT_EQ(run("-q", "1; 1 +;\n2; error \"e\"; 3:\n4;").output,
+            "1\nError, on line 1, syntax error, `;` unexpected:\n1; 1 +;\n      ^\n2\nError, e\n4\n");
   EXPECT_EQ(run("-q", "a; b").output.substr(0, 2), "a\n");
   EXPECT_EQ(run("-q", "").output, "");
   Ended loud = run("", "1;");
@@ -147,8 +144,7 @@ TEST(Terminal, FrontEndsTalkThroughPipes) {
 TEST(Terminal, TheRestOfTheInputIsLeft) {
   const std::string program = std::string("(") + KOREL_PROGRAM + " -q -s; cat)";
   for (const std::string& command :
-       {"printf '1;\nquit\nrest\n' | " + program,
-        "printf '1;\nquit\nrest\n' > \"$f\"; " + program + " < \"$f\""}) {
+       {"printf '1;\nquit\nrest\n' | " + program, "printf '1;\nquit\nrest\n' > \"$f\"; " + program + " < \"$f\""}) {
     std::FILE* pipe = popen(("f=$(mktemp); " + command + "; rm -f \"$f\"").c_str(), "r");
     char output[64];
     std::size_t n = fread(output, 1, sizeof output, pipe);
@@ -161,8 +157,7 @@ TEST(Terminal, TheLibraryIsThatOfTheSwitchTheVariableOrTheProgram) {
   const std::string own = "\"" KOREL_BUILD_DIRECTORY "/lib\"\n";
   const std::string show = " -q -s -c 'print(libname)'";
   auto shown = [&](const std::string& before, const std::string& switches) {
-    std::FILE* pipe =
-        popen((before + KOREL_PROGRAM + switches + show + " < /dev/null").c_str(), "r");
+    std::FILE* pipe = popen((before + KOREL_PROGRAM + switches + show + " < /dev/null").c_str(), "r");
     char output[512];
     std::size_t n = fread(output, 1, sizeof output, pipe);
     pclose(pipe);
@@ -183,19 +178,15 @@ TEST(Terminal, StreamsAreAnswered) {
                 .output,
             "1\nWarning, a x y 11th x y, 11 %\nError, unknown interface variable, foo\n"
             "Error, warnlevel must be an integer in the range 0..4\n");
-  EXPECT_EQ(
-      run("-q", "INTERFACE_READLINE(0);\na line\nprint(): lprint(`a b`, [`a b`], \"s\"):").output,
-      "\"a line\\n\"\n\na b, [`a b`], \"s\"\n");
-  EXPECT_EQ(
-      run("-q", "INTERFACE_INFO(\"a \", [`b c`]): INTERFACE_CHAR(\"d\\n\"): INTERFACE_FOO(1):")
-          .output,
-      "a [b c]\nd\n");
+  EXPECT_EQ(run("-q", "INTERFACE_READLINE(0);\na line\nprint(): lprint(`a b`, [`a b`], \"s\"):").output,
+            "\"a line\\n\"\n\na b, [`a b`], \"s\"\n");
+  EXPECT_EQ(run("-q", "INTERFACE_INFO(\"a \", [`b c`]): INTERFACE_CHAR(\"d\\n\"): INTERFACE_FOO(1):").output,
+            "a [b c]\nd\n");
   char path[] = "/tmp/korel_redirect_XXXXXX";
   close(mkstemp(path));
   std::string file = std::string("\"") + path + "\"";
-  EXPECT_EQ(run("-q", "INTERFACE_REDIRECT(" + file + ", 0): 1; INTERFACE_REDIRECT(): 2;\n" +
-                          "INTERFACE_REDIRECT(" + file + ", 1): 3; INTERFACE_REDIRECT():\n" +
-                          "INTERFACE_REDIRECT(\"/nonexistent/x\", 0);")
+  EXPECT_EQ(run("-q", "INTERFACE_REDIRECT(" + file + ", 0): 1; INTERFACE_REDIRECT(): 2;\n" + "INTERFACE_REDIRECT(" +
+                          file + ", 1): 3; INTERFACE_REDIRECT():\n" + "INTERFACE_REDIRECT(\"/nonexistent/x\", 0);")
                 .output,
             "2\nfalse\n");
   std::FILE* written = std::fopen(path, "r");

@@ -8,9 +8,7 @@
 
 namespace korel::test {
 
-inline void appendTo(void* target, int c) {
-  static_cast<std::string*>(target)->push_back(static_cast<char>(c));
-}
+inline void appendTo(void* target, int c) { static_cast<std::string*>(target)->push_back(static_cast<char>(c)); }
 inline void appendFailureTo(void* target, const char* message) {
   *static_cast<std::string*>(target) += std::string("<<") + message + ">>";
 }

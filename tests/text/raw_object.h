@@ -6,9 +6,9 @@
 
 #include <string>
 
+#include "store/check/verify.h"
 #include "store/constants.h"
 #include "store/dag.h"
-#include "store/check/verify.h"
 
 namespace korel::test {
 
@@ -27,8 +27,7 @@ inline std::string raw(DAG x) {
   if (!x) return "0 word";
   if (x == null) return "NULL";
   switch (tagOf(x)) {
-    case INTPOS:
-    case INTNEG: return rawInteger(x);
+    case INTPOS: case INTNEG: return rawInteger(x);
     case NAME: return textOf(x);
     case STRING: return std::string("\"") + textOf(x) + "\"";
     default: break;

@@ -38,8 +38,7 @@ DAG joinParts(const DAG* parts, Word count, Tag tag) {
   // Most texts fit into a buffer on the stack.
   char brief[256];
   char* end = brief;
-  for (Word i = 0; i < count && end != nullptr; ++i)
-    end = appendPart(end, brief + sizeof brief - end, parts[i]);
+  for (Word i = 0; i < count && end != nullptr; ++i) end = appendPart(end, brief + sizeof brief - end, parts[i]);
   if (end != nullptr) {
     *end = '\0';
     return strnaminstall(brief, tag);
@@ -81,8 +80,7 @@ DAG joinRange(DAG left, DAG from, DAG to) {
     return simpl(sequence);
   }
   auto isConstant = [](DAG x) { return isNumeric(x) || hasTag(x, COMPLEX) || hasTag(x, STRING); };
-  if (isConstant(from) && isConstant(to))
-    KernelException("range values must be integers or characters");
+  if (isConstant(from) && isConstant(to)) KernelException("range values must be integers or characters");
   return DAG();
 }
 

@@ -3,16 +3,14 @@
 #include <cstring>
 
 #include "eval/evaluate/evaluate.h"
-#include "eval/procedures/procedures.h"
-#include "eval/simplify/simplify.h"
-#include "frame/environment_block.h"
-#include "library/repository/lookup.h"
 #include "eval/evaluate/known_values.h"
 #include "eval/evaluate/named_kinds.h"
+#include "eval/procedures/procedures.h"
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
-#include "frame/errors.h"
 #include "frame/environment_block.h"
+#include "frame/errors.h"
+#include "library/repository/lookup.h"
 #include "library/retrieve.h"
 #include "numbers/arithmetic.h"
 #include "numbers/events/numeric_events.h"
@@ -61,8 +59,7 @@ void checkNewtable(DAG v) {
   if (!NAMED_PROC(v)) KernelException("invalid assignment to index/newtable");
 }
 void checkHandlers(DAG) {
-  KernelException(
-      "NumericEventHandlers cannot be assigned to; use the NumericEventHandler function instead");
+  KernelException("NumericEventHandlers cannot be assigned to; use the NumericEventHandler function instead");
 }
 
 // ---- the fixed names
@@ -220,8 +217,7 @@ DAG EnvNameSeq() {
   Word at = 1;
   for (DAG name : HashEnv)
     if (name) names[at++] = name;
-  for (std::int64_t i = std::int64_t{lengthOf(block)} - 2; i >= envFirstOpen; i -= 2)
-    names[at++] = block[i];
+  for (std::int64_t i = std::int64_t{lengthOf(block)} - 2; i >= envFirstOpen; i -= 2) names[at++] = block[i];
   return simpl(names);
 }
 

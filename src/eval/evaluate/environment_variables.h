@@ -29,9 +29,7 @@ inline bool isFixedEnvironmentName(DAG name) { return HashEnv[environmentSlot(na
 /// Open environment names begin with these four characters, compared as one word.
 inline bool isOpenEnvironmentName(DAG name) { return std::memcmp(textOf(name), "_Env", 4) == 0; }
 /// True for a name of the fixed or the open kind.
-inline bool isEnvironmentName(DAG name) {
-  return isFixedEnvironmentName(name) || isOpenEnvironmentName(name);
-}
+inline bool isEnvironmentName(DAG name) { return isFixedEnvironmentName(name) || isOpenEnvironmentName(name); }
 /// All fixed names in slot order, then the open ones of the current block, last first.
 DAG EnvNameSeq();
 /// Builds the table of names and the top frame's block; part of the start.

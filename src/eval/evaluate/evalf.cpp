@@ -4,9 +4,9 @@
 #include "eval/evaluate/evaluate.h"
 #include "eval/procedures/remember.h"
 #include "eval/simplify/simplify.h"
+#include "frame/environment_block.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
-#include "frame/environment_block.h"
 #include "library/library_calls.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
@@ -60,9 +60,7 @@ DAG evalfFunction(DAG x) {
 
 // Fields `first`, `first` + `step`, ... through `f`; `x` itself when none changes. Unlike other walks, this one
 // changes immediates too.
-DAG mapFields(DAG x, Word first, Word step, DAG (*f)(DAG)) {
-  return withFields(x, first, step, f);
-}
+DAG mapFields(DAG x, Word first, Word step, DAG (*f)(DAG)) { return withFields(x, first, step, f); }
 
 DAG mapFirst(DAG x) { return mapFields(x, 1, lengthOf(x), evalf); }
 DAG evalfOperands(DAG x) { return simpl(mapFields(x, 1, 1, evalf)); }
@@ -82,8 +80,7 @@ DAG evalfPower(DAG base, DAG exponent) {
   if (isImmediate(base) || !isNumeric(base)) return DAG();
   if (isZero(base) || isInfinite(base) || isUndefined(base)) return DAG();
   if (tagOf(exponent) <= INTPOS) return DAG();
-  if (isSoftFloat(base) && hasTag(exponent, RATIONAL) && exponent[2] == immediate(2) &&
-      !consneg(base))
+  if (isSoftFloat(base) && hasTag(exponent, RATIONAL) && exponent[2] == immediate(2) && !consneg(base))
     return evalfpwr(evalfsqrt(base), exponent[1]);
   return evalsysf("evalf/power", new3(EXPSEQ, base, exponent));
 }
@@ -115,41 +112,28 @@ DAG evalf(DAG x) {
   checkStack();
   passWork(objectSteps);
   switch (tagOf(x)) {
-    case INTNEG: case INTPOS:
-      return BuildFloat(x, cons0);
-    case RATIONAL:
-      return rationalToFloat(x);
+    case INTNEG: case INTPOS: return BuildFloat(x, cons0);
+    case RATIONAL: return rationalToFloat(x);
     case FLOAT:
       if (!isInteger(mantissaOf(x)) || ilength(mantissaOf(x)) <= requireDigits()) return x;
       return BuildFloat(mantissaOf(x), exponentOf(x));
-    case HFLOAT:
-      return evalf(HFloatToFloat(x));
-    case NAME:
-      return evalfName(x);
-    case FUNCTION:
-      return evalfFunction(x);
-    case SUM:
-      return evalfSum(x);
-    case PROD:
-      return evalfProduct(x);
-    case COMPLEX: case POWER: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case EXPSEQ:
-    case RANGE:
+    case HFLOAT: return evalf(HFloatToFloat(x));
+    case NAME: return evalfName(x);
+    case FUNCTION: return evalfFunction(x);
+    case SUM: return evalfSum(x);
+    case PROD: return evalfProduct(x);
+    case COMPLEX: case POWER: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case EXPSEQ: case RANGE:
       return evalfOperands(x);
     case LIST: case SET: {
       DAG mapped = mapFirst(x);
       return mapped == x ? x : simpl(mapped);
     }
     case SERIES: return withReferences(x, evalf);
-    case TABLE:
-      return mapFields(x, tableEntries, 1, evalf);
-    case HASHTAB:
-      return mapFields(x, 1, 1, evalf);
-    case HASH:
-      return mapFields(x, 2, 2, evalfEntry);
-    case DCOLON:
-      return evalf(x[1]);
-    default:
-      return x;
+    case TABLE: return mapFields(x, tableEntries, 1, evalf);
+    case HASHTAB: return mapFields(x, 1, 1, evalf);
+    case HASH: return mapFields(x, 2, 2, evalfEntry);
+    case DCOLON: return evalf(x[1]);
+    default: return x;
   }
 }
 

@@ -1,7 +1,6 @@
 #include "eval/evaluate/evaluate.h"
 
 #include "builtins/builtins.h"
-#include "numbers/arithmetic.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/known_values.h"
 #include "eval/evaluate/operand.h"
@@ -12,10 +11,10 @@
 #include "eval/statements/boolean.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
-#include "numbers/arithmetic.h"
-#include "numbers/float/float.h"
 #include "library/library_calls.h"
 #include "library/repository/lookup.h"
+#include "numbers/arithmetic.h"
+#include "numbers/float/float.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"
 #include "store/names.h"
@@ -136,7 +135,8 @@ TagSet tagsOfTerms(DAG x) {
 [[gnu::noinline]] DAG evalSum(DAG x) {
   checkStack();
   const std::uint64_t since = evaluationClock;
-  if (DAG known = knownValue(x)) [[unlikely]] return known;
+  if (DAG known = knownValue(x)) [[unlikely]]
+    return known;
   Word n = lengthOf(x);
   // Small integers gather in a machine word, whose bound no sum of two products reaches.
   constexpr std::int64_t bound = std::int64_t{1} << 61;
@@ -145,8 +145,7 @@ TagSet tagsOfTerms(DAG x) {
   for (Word i = 1; i < n; i += 2) {
     DAG value = evalOperand(x[i]), factor = x[i + 1];
     if (isImmediate(value) && isImmediate(factor) && value != consm0) [[likely]] {
-      small += std::int64_t{static_cast<std::int32_t>(value.word) >> 1} *
-               (static_cast<std::int32_t>(factor.word) >> 1);
+      small += std::int64_t{static_cast<std::int32_t>(value.word) >> 1} * (static_cast<std::int32_t>(factor.word) >> 1);
       if (small < bound && small > -bound) [[likely]]
         continue;
       value = NewInteger(small);
@@ -199,7 +198,8 @@ constexpr Word fewFactors = 4;
 [[gnu::noinline]] DAG evalProduct(DAG x) {
   checkStack();
   const std::uint64_t since = evaluationClock;
-  if (DAG known = knownValue(x)) [[unlikely]] return known;
+  if (DAG known = knownValue(x)) [[unlikely]]
+    return known;
   Word count = (lengthOf(x) - 1) / 2;
   if (count > fewFactors) return evalLongProduct(x, since);
   DAG bases[fewFactors];
@@ -216,7 +216,8 @@ constexpr Word fewFactors = 4;
 [[gnu::noinline]] DAG evalPower(DAG x) {
   checkStack();
   const std::uint64_t since = evaluationClock;
-  if (DAG known = knownValue(x)) [[unlikely]] return known;
+  if (DAG known = knownValue(x)) [[unlikely]]
+    return known;
   DAG result = evalFields(x);
   if (isTag(result[1], RTABLE) || isTag(result[2], RTABLE))
     return eval(newCall(naminstall("rtable/Power"), {result[1], result[2]}));
@@ -231,7 +232,8 @@ constexpr Word fewFactors = 4;
 [[gnu::noinline]] DAG evalAllFields(DAG x) {
   checkStack();
   const std::uint64_t since = evaluationClock;
-  if (DAG known = knownValue(x)) [[unlikely]] return known;
+  if (DAG known = knownValue(x)) [[unlikely]]
+    return known;
   return noteValue(x, evalFields(x), since);
 }
 
@@ -272,8 +274,8 @@ constexpr Word fewFactors = 4;
 DAG eval(DAG x, DAG* lastName) {
   if (isImmediate(x)) return x;
   switch (tagOf(x)) {
-    case INTNEG: case INTPOS: case RATIONAL: case COMPLEX: case TABLE:
-    case STRING: case RTABLE: case ZPPOLY: case MODULE:
+    case INTNEG: case INTPOS: case RATIONAL: case COMPLEX: case TABLE: case STRING: case RTABLE: case ZPPOLY:
+    case MODULE:
       return x;
     case HFLOAT: return evalHardwareFloat(x);
     case FLOAT: return evalFloatObject(x);
@@ -290,8 +292,7 @@ DAG eval(DAG x, DAG* lastName) {
     case SERIES: return evalSeries(x);
     case FUNCTION: return evalFunction(x);
     case UNEVAL: return unquoted(x[1]);
-    case DCOLON: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case EXPSEQ: case LIST:
-    case RANGE: case SET:
+    case DCOLON: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case EXPSEQ: case LIST: case RANGE: case SET:
       return evalAllFields(x);
     case AND: case NOT: case OR: return evalTruth(x);
     case PROC: return evparloc(x);

@@ -4,7 +4,6 @@
 
 #include <cstring>
 
-#include "numbers/arithmetic.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
@@ -12,13 +11,14 @@
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "library/library_calls.h"
+#include "numbers/arithmetic.h"
+#include "store/check/verify.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
 #include "store/tag_facts.h"
-#include "store/check/verify.h"
 
 namespace korel {
 
@@ -117,11 +117,10 @@ DAG walk(DAG equations, DAG x) {
     case TABLE: return walkTable(equations, x);
     case DCOLON: case ZPPOLY: return simpl(walkFields(equations, x, {1, 2}));
     case SERIES: return simpl(walkFields(equations, x, referenceFields(x)));
-    case CATENATE: case POWER: case UNEVAL: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
-    case AND: case NOT: case OR: case EXPSEQ: case LIST: case RANGE: case SET: case STATSEQ:
+    case CATENATE: case POWER: case UNEVAL: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case NOT:
+    case OR: case EXPSEQ: case LIST: case RANGE: case SET: case STATSEQ:
       return simpl(walkFields(equations, x));
-    default:
-      KernelException("invalid expression (%1) in evalat", naminstall(DagIDToName(tagOf(x))));
+    default: KernelException("invalid expression (%1) in evalat", naminstall(DagIDToName(tagOf(x))));
   }
 }
 

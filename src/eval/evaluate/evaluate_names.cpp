@@ -1,10 +1,11 @@
 // What stands for what: `evparloc`, `evalname`, and the one-level `mvalue`.
 
-#include "eval/evaluate/concatenation.h"
-#include "numbers/arithmetic.h"
-#include <cstring>
-#include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
+
+#include <cstring>
+
+#include "eval/evaluate/concatenation.h"
+#include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/select.h"
 #include "eval/procedures/modules.h"
 #include "eval/procedures/scoping.h"
@@ -12,6 +13,7 @@
 #include "eval/walk/has.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
+#include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "session/driver.h"
 #include "store/constants.h"
@@ -33,10 +35,9 @@ std::int32_t position(DAG x) { return static_cast<std::int32_t>(rawField(x, 1));
   const Frame& frame = *Environment->frame;
   DAG name = newLocalName(textOf(declaredName(declaration)));
   if (isTag(declaration, DCOLON))
-    KernelException("%1 uses a %-2 argument, %3 (of type %4), which is missing", frame.procName,
-                    immediate(n), simpl(name), declaration[2]);
-  KernelException("%1 uses a %-2 argument, %3, which is missing", frame.procName, immediate(n),
-                  simpl(name));
+    KernelException("%1 uses a %-2 argument, %3 (of type %4), which is missing", frame.procName, immediate(n),
+                    simpl(name), declaration[2]);
+  KernelException("%1 uses a %-2 argument, %3, which is missing", frame.procName, immediate(n), simpl(name));
 }
 
 DAG parameterValue(std::int32_t n) {
@@ -144,14 +145,13 @@ DAG substituteInModule(DAG x) {
 DAG evparloc(DAG x) {
   if (isImmediate(x)) return x;
   switch (tagOf(x)) {
-    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case COMPLEX: case STRING:
-    case TABLE: case RTABLE: case MODULE: case BREAK: case NEXT: case STOP:
+    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case COMPLEX: case STRING: case TABLE:
+    case RTABLE: case MODULE: case BREAK: case NEXT: case STOP:
       return x;
     case NAME:
       if (x == ini("%") || x == ini("%%") || x == ini("%%%")) return valuenv(x, false);
       return x;
-    case MEMBER:
-      return evalname(x);
+    case MEMBER: return evalname(x);
     case SERIES: return withReferences(x, evparloc);
     case ZPPOLY: return substituteFirst(x, x);
     case LOCAL: return declaredName(localEntry(x));
@@ -220,24 +220,16 @@ DAG TypedName(DAG x) {
 DAG evalname(DAG x) {
   bool parameter = false;
   for (;;) switch (tagOf(x)) {
-      case STRING: case NAME: case TABLE: case RTABLE:
-        return x;
+      case STRING: case NAME: case TABLE: case RTABLE: return x;
       case LOCAL: case PARAM: case LEXICAL:
         parameter = parameter || hasTag(x, PARAM) || (hasTag(x, LEXICAL) && position(x) < 0);
         x = evparloc(x);
         continue;
-      case DCOLON:
-        x = x[1];
-        continue;
-      case MEMBER:
-        return declaredName(moduleMember(x));
-      case TABLEREF: case FUNCTION:
-        return evalReferenceName(x);
-      case CATENATE:
-        checkStack();
-        return concatenate(evalname(x[1]), simpl(eval(x[2])));
-      case EXPSEQ:
-        return evalNames(x);
+      case DCOLON: x = x[1]; continue;
+      case MEMBER: return declaredName(moduleMember(x));
+      case TABLEREF: case FUNCTION: return evalReferenceName(x);
+      case CATENATE: checkStack(); return concatenate(evalname(x[1]), simpl(eval(x[2])));
+      case EXPSEQ: return evalNames(x);
       default:
         if (parameter) KernelException("illegal use of a formal parameter");
         KernelException("illegal use of an object as a name");

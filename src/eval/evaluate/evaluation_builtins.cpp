@@ -4,7 +4,9 @@
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
+#include "eval/evaluate/evaluate_at.h"
 #include "eval/simplify/simplify.h"
+#include "eval/statements/boolean.h"
 #include "eval/statements/statements.h"
 #include "frame/interrupts.h"
 #include "numbers/arithmetic.h"
@@ -12,8 +14,6 @@
 #include "store/constants.h"
 #include "store/objects.h"
 #include "store/vocabulary.h"
-#include "eval/statements/boolean.h"
-#include "eval/evaluate/evaluate_at.h"
 
 namespace korel {
 

@@ -16,7 +16,7 @@ namespace {
 constexpr std::int64_t unremembered = 4096;
 
 ObjectSet unchanged;
-WordMap values;  // of the objects that do change
+WordMap values;              // of the objects that do change
 std::int64_t inARow = 0;     // objects noted
 std::uint64_t rowSince = 0;  // at this time
 

@@ -19,9 +19,7 @@ inline void stepEvaluationClock() { ++evaluationClock; }
 extern std::uint64_t rememberingSince;  // the time for which values are remembered; 0 at first
 DAG rememberedValue(DAG x);
 /// The value of the composite object `x`, which may be `x`, when it is known; else 0.
-inline DAG knownValue(DAG x) {
-  return evaluationClock == rememberingSince ? rememberedValue(x) : DAG();
-}
+inline DAG knownValue(DAG x) { return evaluationClock == rememberingSince ? rememberedValue(x) : DAG(); }
 /// `value` has come out of an evaluation of `x` that began at the time `since`. Gives the value, simplified when
 /// it is remembered: it may become a part of several objects then.
 DAG noteValue(DAG x, DAG value, std::uint64_t since);

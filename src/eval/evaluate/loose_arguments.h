@@ -45,8 +45,7 @@ inline DAG looseCopy(DAG a) {
 
 /// The end of a call that doesn't hold on to its arguments, unless it has passed them through `simpl`.
 inline void releaseLoose(const LooseArguments& arguments) {
-  if (arguments.own && !isSimplified(arguments.sequence))
-    release(arguments.sequence, lengthOf(arguments.sequence));
+  if (arguments.own && !isSimplified(arguments.sequence)) release(arguments.sequence, lengthOf(arguments.sequence));
 }
 
 }  // namespace korel

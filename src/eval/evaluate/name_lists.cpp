@@ -12,9 +12,7 @@ namespace korel {
 
 namespace {
 
-bool isKnownFromTheStart(DAG name) {
-  return AllIniNames && search(name.word, AllIniNames) != notFound;
-}
+bool isKnownFromTheStart(DAG name) { return AllIniNames && search(name.word, AllIniNames) != notFound; }
 
 // The names that satisfy `isWanted`, as an EXPSEQ in the order of the name table.
 template <class Test>
@@ -49,9 +47,8 @@ DAG assignedNames() {
 }
 
 DAG namesAssigned(DAG kind) {
-  return namesWith([kind](DAG name) {
-    return name[1] && name[1] != name && !isEnvironmentName(name) && type(name[1], kind);
-  });
+  return namesWith(
+      [kind](DAG name) { return name[1] && name[1] != name && !isEnvironmentName(name) && type(name[1], kind); });
 }
 
 DAG unassignedNames() {

@@ -18,7 +18,6 @@
 #include "eval/statements/loops.h"
 #include "eval/statements/statements.h"
 #include "eval/types/types.h"
-#include "store/copy_on_change.h"
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "frame/streams.h"
@@ -28,6 +27,7 @@
 #include "numbers/integer/integer.h"
 #include "session/driver.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/names.h"
 #include "store/object_fields.h"
 #include "store/vocabulary.h"
@@ -170,10 +170,9 @@ DAG remembered(const Callee& callee, DAG arguments) {
   if (!isTag(rememberOf(callee.procedure), HASHTAB)) return absent;
   DAG value = srchpc(callee.procedure, rememberKey(callee, arguments));
   if (value == absent) return value;
-  bool traced = hasOption(callee.procedure, ini("trace")) ||
-                (showsRememberedCalls(*Environment->frame) && !callerIsTraced());
-  if (traced)
-    sendDebug(debugRemembered, callee.name, arguments, value, Environment->frame->procName);
+  bool traced =
+      hasOption(callee.procedure, ini("trace")) || (showsRememberedCalls(*Environment->frame) && !callerIsTraced());
+  if (traced) sendDebug(debugRemembered, callee.name, arguments, value, Environment->frame->procName);
   return value;
 }
 
@@ -353,9 +352,7 @@ DAG runGoto(CallState& call) {
   return value;
 }
 
-bool isGoto(DAG x) {
-  return isCallOf(x, ini("goto")) && isSequence(x[2]) && lengthOf(x[2]) > 1;
-}
+bool isGoto(DAG x) { return isCallOf(x, ini("goto")) && isSequence(x[2]) && lengthOf(x[2]) > 1; }
 
 DAG runBody(CallState& call) {
   std::jmp_buf buffer;
@@ -371,12 +368,8 @@ DAG runBody(CallState& call) {
   }
   Environment = &call.block;
   switch (code) {
-    case jumpReturn:
-      evaluationLevel = entryLevel + procedureLevels;
-      return isGoto(funret) ? runGoto(call) : funret;
-    case jumpBreak:
-      RestoreEnvironment(call.previous);
-      KernelException("break or next outside do loop");
+    case jumpReturn: evaluationLevel = entryLevel + procedureLevels; return isGoto(funret) ? runGoto(call) : funret;
+    case jumpBreak: RestoreEnvironment(call.previous); KernelException("break or next outside do loop");
     case jumpError: {
       bool innermost = recordTraceLevel(call.frame);
       if (!innermost) releaseLocals(call.frame.locals);
@@ -432,7 +425,8 @@ DAG runPlain(const Callee& callee, DAG a) {
     DAG value = remembered(callee, arguments);
     return value != absent ? value : runProcedure(callee, arguments, arguments);
   }
-  if (bodyOf(proc) == InertProc) [[unlikely]] return runProcedure(callee, simpl(arguments), null);
+  if (bodyOf(proc) == InertProc) [[unlikely]]
+    return runProcedure(callee, simpl(arguments), null);
   if (typed) checkParameters(proc, arguments, callee.name);
   CallState call(proc, callee.name, arguments, globalPrintLevel());
   DAG result = runInFrame(call);

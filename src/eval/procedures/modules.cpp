@@ -103,15 +103,12 @@ void runDefinition(ModuleRun& run) {
   switch (code) {
     case jumpReturn:
       if (isCallOf(funret, ini("goto"))) {
-        if (!evalgoto(body, funret[2][1]))
-          KernelException("goto to an undefined or unreachable label");
+        if (!evalgoto(body, funret[2][1])) KernelException("goto to an undefined or unreachable label");
       } else if (funret != null) {
         KernelException("return value not allowed in a module definition");
       }
       return;
-    case jumpBreak:
-      RestoreEnvironment(run.previous);
-      KernelException("break or next outside do loop");
+    case jumpBreak: RestoreEnvironment(run.previous); KernelException("break or next outside do loop");
     case jumpError: {
       recordTraceLevel(run.frame);
       DAG caller = callerName(run.frame);
@@ -119,9 +116,7 @@ void runDefinition(ModuleRun& run) {
       if (run.traced) sendDebug(debugErrorExit, run.name, ini("lasterror")[1], caller);
       jumpOut(jumpError);
     }
-    default:
-      RestoreEnvironment(run.previous);
-      jumpOut(static_cast<JumpCode>(code));
+    default: RestoreEnvironment(run.previous); jumpOut(static_cast<JumpCode>(code));
   }
 }
 
@@ -134,9 +129,7 @@ DAG findByText(DAG instances, const char* text) {
 }  // namespace
 
 DAG ModuleNameAttr(DAG attributes) {
-  auto isModuleName = [](DAG x) {
-    return isTag(x, EQUATION) && isName(x[1]) && hasText(x[1], "modulename");
-  };
+  auto isModuleName = [](DAG x) { return isTag(x, EQUATION) && isName(x[1]) && hasText(x[1], "modulename"); };
   if (!attributes) return DAG();
   if (isModuleName(attributes)) return attributes[2];
   if (isTag(attributes, EXPSEQ))

@@ -2,18 +2,17 @@
 
 #include <cstring>
 
-#include "eval/simplify/bindings.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/procedures/scoping.h"
 #include "eval/simplify/bindings.h"
-#include "library/repository/lookup.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "eval/types/constant_expressions.h"
 #include "eval/walk/has.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "library/repository/lookup.h"
 #include "numbers/arithmetic.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"
@@ -32,22 +31,28 @@ struct DeclarationKind {
   const char* reserved;     // as %2 of "%1 cannot be declared as %2"
   const char* environment;  // for an environment variable
   const char* repeated;
-  const char* expected;     // for what is no name
-  const char* imaginary;    // warning for the name I
-  bool repeatedFirst;       // a repetition is told before a clash with another kind
+  const char* expected;   // for what is no name
+  const char* imaginary;  // warning for the name I
+  bool repeatedFirst;     // a repetition is told before a clash with another kind
 };
-constexpr DeclarationKind parameterKind = {
-    "a parameter", "cannot use environment variable `%1` as a parameter",
-    "parameter `%1` is declared more than once", "symbol or symbol::type expected in parameter list",
-    "imaginary unit `%1` used as a parameter name", false};
-constexpr DeclarationKind localKind = {
-    "a local", "cannot use environment variable `%1` as a local variable",
-    "local `%1` is declared more than once", "symbol or symbol::type expected in local list",
-    "imaginary unit `%1` used as a local variable", true};
-constexpr DeclarationKind exportKind = {
-    "an export", "cannot use environment variable `%1` as an exported variable",
-    "export `%1` is declared more than once", "symbol or symbol::type expected in export list",
-    "imaginary unit `%1` used as a module member", false};
+constexpr DeclarationKind parameterKind = {"a parameter",
+                                           "cannot use environment variable `%1` as a parameter",
+                                           "parameter `%1` is declared more than once",
+                                           "symbol or symbol::type expected in parameter list",
+                                           "imaginary unit `%1` used as a parameter name",
+                                           false};
+constexpr DeclarationKind localKind = {"a local",
+                                       "cannot use environment variable `%1` as a local variable",
+                                       "local `%1` is declared more than once",
+                                       "symbol or symbol::type expected in local list",
+                                       "imaginary unit `%1` used as a local variable",
+                                       true};
+constexpr DeclarationKind exportKind = {"an export",
+                                        "cannot use environment variable `%1` as an exported variable",
+                                        "export `%1` is declared more than once",
+                                        "symbol or symbol::type expected in export list",
+                                        "imaginary unit `%1` used as a module member",
+                                        false};
 
 bool isReservedName(DAG name) {
   const StandardName reserved[] = {"%", "%%", "%%%", "args", "nargs", "procname", "thismodule"};
@@ -77,8 +82,7 @@ void checkDeclarations(DAG declarations, const DeclarationKind& kind, const Clas
     DAG declaration = declarations[i];
     if (!isDeclaration(declaration)) KernelException(kind.expected);
     DAG name = declaredName(declaration);
-    if (isReservedName(name))
-      KernelException("%1 cannot be declared as %2", name, strinstall(kind.reserved));
+    if (isReservedName(name)) KernelException("%1 cannot be declared as %2", name, strinstall(kind.reserved));
     if (kind.repeatedFirst && occurrences(declarations, name) > 1) KernelException(kind.repeated, name);
     for (const Clash& clash : clashes)
       if (isDeclared(clash.declarations, name)) KernelException(clash.message, name);
@@ -92,8 +96,7 @@ void checkGlobals(DAG globals) {
   for (Word i = 1; i < lengthOf(globals); ++i) {
     DAG name = globals[i];
     if (!isTag(name, NAME)) KernelException("symbol expected in global list");
-    if (isReservedName(name))
-      KernelException("%1 cannot be declared as %2", name, strinstall("a global"));
+    if (isReservedName(name)) KernelException("%1 cannot be declared as %2", name, strinstall("a global"));
     if (occurrences(globals, name) > 1) KernelException("global `%1` is declared more than once", name);
   }
 }
@@ -117,8 +120,7 @@ DAG nameOfReference(DAG reference, DAG outer) {
     return isExport ? nameAt(exportsOf(outer), position - locals, "invalid local on stack")
                     : nameAt(localsOf(outer), position, "invalid local on stack");
   }
-  if (isTag(reference, PARAM))
-    return nameAt(paramsOf(outer), rawField(reference, 1), "invalid parameter on stack");
+  if (isTag(reference, PARAM)) return nameAt(paramsOf(outer), rawField(reference, 1), "invalid parameter on stack");
   Word pair = static_cast<Word>(n < 0 ? -n : n);
   return nameAt(lexicalsOf(outer), 2 * pair - 1, "invalid lexically scoped identifier on stack");
 }
@@ -175,10 +177,8 @@ DAG unshadowed(DAG equations, DAG proc) {
     DAG name = equations[i][1];
     if (isDeclaredIn(proc, name)) continue;
     DAG right = equations[i][2];
-    if (isObject(right) && isAmong(right, frameReferenceTags))
-      right = addLexicalPair(proc, name, right);
-    else if (procSimplStack != nullptr && hasparloc(right))
-      right = captured(right, proc, procSimplStack->procedure);
+    if (isObject(right) && isAmong(right, frameReferenceTags)) right = addLexicalPair(proc, name, right);
+    else if (procSimplStack != nullptr && hasparloc(right)) right = captured(right, proc, procSimplStack->procedure);
     kept[at++] = new3(EQUATION, name, right);
   }
   if (at != lengthOf(kept)) shorten(kept, lengthOf(kept), at);
@@ -217,9 +217,7 @@ void simplifyBody(DAG proc, DAG bindings) {
 // ---- operators
 
 // A head that is the same function on every call. What stands in a procedure without captured names is its own.
-bool isConstantHead(DAG head) {
-  return isTag(head, PROC) ? isEmptySequence(lexicalsOf(head)) : !hasparloc(head);
-}
+bool isConstantHead(DAG head) { return isTag(head, PROC) ? isEmptySequence(lexicalsOf(head)) : !hasparloc(head); }
 
 // The arguments are the parameters, in their order and without types.
 bool passesParameters(DAG proc, DAG arguments) {
@@ -242,8 +240,7 @@ DAG reducedOperator(DAG proc) {
 void checkInline(DAG proc) {
   if (isAmong(bodyOf(proc), statementTags)) KernelException("inline procedure body must be an expression");
   if (lengthOf(localsOf(proc)) > 1) KernelException("inline procedure cannot have local variables");
-  if (lengthOf(lexicalsOf(proc)) > 1)
-    KernelException("inline procedure cannot have lexically scoped identifiers");
+  if (lengthOf(lexicalsOf(proc)) > 1) KernelException("inline procedure cannot have lexically scoped identifiers");
   if (hasOption(proc, ini("remember")) || hasOption(proc, naminstall("system")))
     KernelWarning(2, "options remember and system are ineffective for inline procedures");
 }
@@ -251,8 +248,7 @@ void checkInline(DAG proc) {
 // Names that stand for one value, declared ones included, are nothing that an operator can be given.
 bool isIndeterminate(DAG name, DAG proc) {
   return !isEnvironmentName(name) && !isConstantName(name) && !isInfinite(name) && !isUndefined(name) &&
-         name != ini("true") && name != ini("false") && name != ini("FAIL") &&
-         !isDeclaredIn(proc, name);
+         name != ini("true") && name != ini("false") && name != ini("FAIL") && !isDeclaredIn(proc, name);
 }
 
 constexpr TagSet searchedForNames = pairTags | relationTags | booleanTags | collectionTags | TagSet{POWER, RANGE};

@@ -28,9 +28,7 @@ DAG stampedValue(DAG entry, std::int64_t age) {
 
 }  // namespace
 
-DAG indexedKey(DAG index, DAG arguments) {
-  return simpl(new3(DCOLON, singleMember(index), singleMember(arguments)));
-}
+DAG indexedKey(DAG index, DAG arguments) { return simpl(new3(DCOLON, singleMember(index), singleMember(arguments))); }
 
 DAG srchpc(DAG procedure, DAG arguments, std::int64_t age) {
   DAG p = storedValue(procedure);

@@ -173,10 +173,8 @@ void implicitLocal(DAG name, DAG proc, DAG nameForMessages, DAG bindings) {
   if (isDeclaredIn(proc, name) || isEnvironmentName(name)) return;
   if (searchEnclosingScopes(procSimplStack, name)) return;
   DAG kind = strinstall(hasTag(proc, PROC) ? "procedure" : "module");
-  if (nameForMessages)
-    KernelWarning(2, "`%1` is implicitly declared local to %2 `%3`", name, kind, nameForMessages);
-  else
-    KernelWarning(2, "`%1` is implicitly declared local to %2", name, kind);
+  if (nameForMessages) KernelWarning(2, "`%1` is implicitly declared local to %2 `%3`", name, kind, nameForMessages);
+  else KernelWarning(2, "`%1` is implicitly declared local to %2", name, kind);
   DAG& locals = localsOf(proc);
   Word n = lengthOf(locals);
   locals = space_insert(locals, n - 1, 1);
@@ -185,8 +183,7 @@ void implicitLocal(DAG name, DAG proc, DAG nameForMessages, DAG bindings) {
 
 void assignedTarget(DAG target, DAG proc, DAG nameForMessages, DAG bindings) {
   if (isTag(target, EXPSEQ)) {
-    for (Word i = 1; i < lengthOf(target); ++i)
-      assignedTarget(target[i], proc, nameForMessages, bindings);
+    for (Word i = 1; i < lengthOf(target); ++i) assignedTarget(target[i], proc, nameForMessages, bindings);
     return;
   }
   while (isTag(target, DCOLON) || isTag(target, TABLEREF)) target = target[1];
@@ -288,9 +285,7 @@ DAG simplfnc(DAG x, DAG proc, DAG bindings) {
   if (nameless.contains(tag)) return x;
   switch (tag) {
     case NAME: return positionOfName(x, proc, bindings);
-    case LOCAL: case PARAM: case LEXICAL:
-      checkNumber(x, proc);
-      return x;
+    case LOCAL: case PARAM: case LEXICAL: checkNumber(x, proc); return x;
     case PROC: case MODDEF:
       if (isSimplified(x)) return x;
       return replaceInInner(x, proc, bindings);

@@ -3,13 +3,13 @@
 #include <cstring>
 
 #include "eval/simplify/simplify.h"
+#include "eval/structure/substitute.h"
+#include "eval/walk/has.h"
 #include "frame/errors.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/objects.h"
 #include "store/standard_names.h"
-#include "eval/walk/has.h"
-#include "eval/structure/substitute.h"
 
 namespace korel {
 
@@ -17,13 +17,9 @@ namespace {
 
 Word aliasCount() { return lengthOf(AliasToKorel) - 1; }
 
-bool isImaginaryUnit(DAG x) {
-  return x == sqrtm1 || (isTag(x, NAME) && std::strcmp(textOf(x), "I") == 0);
-}
+bool isImaginaryUnit(DAG x) { return x == sqrtm1 || (isTag(x, NAME) && std::strcmp(textOf(x), "I") == 0); }
 
-bool isConstant(DAG x) {
-  return isImmediate(x) || tagOf(x) <= STRING || x == ini("infinity") || x == ini("undefined");
-}
+bool isConstant(DAG x) { return isImmediate(x) || tagOf(x) <= STRING || x == ini("infinity") || x == ini("undefined"); }
 
 void checkEquations(DAG equations, bool allowAny) {
   for (Word i = 1; i < lengthOf(equations); ++i)
@@ -31,8 +27,7 @@ void checkEquations(DAG equations, bool allowAny) {
   if (allowAny) return;
   for (Word i = 1; i < lengthOf(equations); ++i)
     for (DAG side : {equations[i][1], equations[i][2]}) {
-      if (isImaginaryUnit(side))
-        KernelException("use interface(imaginaryunit=...) to set the imaginary unit");
+      if (isImaginaryUnit(side)) KernelException("use interface(imaginaryunit=...) to set the imaginary unit");
       if (isConstant(side)) KernelException("aliases cannot be numeric or string constants");
     }
 }
@@ -78,8 +73,7 @@ void warnOfChains() {
   for (Word i = 1; i <= aliasCount(); ++i)
     for (Word j = i + 1; j <= aliasCount(); ++j)
       if (has(AliasToKorel[i][2], AliasToKorel[j][1]))
-        KernelWarning(2, "alias or macro %1 defined in terms of %2", AliasToKorel[i][1],
-                      AliasToKorel[j][1]);
+        KernelWarning(2, "alias or macro %1 defined in terms of %2", AliasToKorel[i][1], AliasToKorel[j][1]);
 }
 
 }  // namespace

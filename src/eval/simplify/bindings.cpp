@@ -45,9 +45,7 @@ void restoreBindingFlag(const char*) { bindingsEnabled = errorProcParam != 0; }
 struct UseGuard {
   BindingRecord* chain;
 };
-void restoreUseChain(const char*) {
-  useSimplStack = reinterpret_cast<UseGuard*>(errorProcParam)->chain;
-}
+void restoreUseChain(const char*) { useSimplStack = reinterpret_cast<UseGuard*>(errorProcParam)->chain; }
 
 // ---- the entries of a binding list
 
@@ -149,16 +147,10 @@ DAG allBindings() {
   return all;
 }
 
-DAG operatorBinding(DAG operatorName) {
-  return hasUserBindings() ? lookupBinding(operatorName) : DAG();
-}
+DAG operatorBinding(DAG operatorName) { return hasUserBindings() ? lookupBinding(operatorName) : DAG(); }
 
-DAG callBinding(DAG function, DAG a) {
-  return simpl(new3(FUNCTION, function, simpl(new2(EXPSEQ, a))));
-}
-DAG callBinding(DAG function, DAG a, DAG b) {
-  return simpl(new3(FUNCTION, function, simpl(new3(EXPSEQ, a, b))));
-}
+DAG callBinding(DAG function, DAG a) { return simpl(new3(FUNCTION, function, simpl(new2(EXPSEQ, a)))); }
+DAG callBinding(DAG function, DAG a, DAG b) { return simpl(new3(FUNCTION, function, simpl(new3(EXPSEQ, a, b)))); }
 
 DAG SimplifyMaybeBind(DAG x, bool bind) {
   bool before = bindingsEnabled;

@@ -46,8 +46,7 @@ bool multiplyPlain(PlainProduct& product, DAG base, DAG exponent) {
     case NAME:
       if (!isPlainName(base)) return false;
       break;
-    case MEMBER: case TABLEREF: case POWER: case FUNCTION: case LOCAL: case PARAM: case LEXICAL:
-      break;
+    case MEMBER: case TABLEREF: case POWER: case FUNCTION: case LOCAL: case PARAM: case LEXICAL: break;
     case PROD:
       if (exponent != cons1) return false;
       for (Word i = 0, n = pairCount(base); i < n; ++i) {
@@ -57,19 +56,16 @@ bool multiplyPlain(PlainProduct& product, DAG base, DAG exponent) {
       return true;
     case SUM:
       if (lengthOf(base) == 3)
-        return exponent == cons1 && multiplyPlain(product, base[2], cons1) &&
-               multiplyPlain(product, base[1], cons1);
+        return exponent == cons1 && multiplyPlain(product, base[2], cons1) && multiplyPlain(product, base[1], cons1);
       break;
-    default:
-      return false;
+    default: return false;
   }
   return exponent == cons0 || appendPlain(product, base, exponent);
 }
 
 // A POWER that evaluation has made of a name and a small number, and that `simpl` would turn into a PROD.
 bool isRawPower(DAG x) {
-  return isObject(x) && headerWord(x) == (POWER | 3) && !isSimplified(x) && isImmediate(x[2]) &&
-         isTag(x[1], NAME);
+  return isObject(x) && headerWord(x) == (POWER | 3) && !isSimplified(x) && isImmediate(x[2]) && isTag(x[1], NAME);
 }
 
 }  // namespace
@@ -94,10 +90,8 @@ bool plainProduct(DAG s, Pair& term) {
     if (product.factors[i].coefficient != cons0) product.factors[count++] = product.factors[i];
   if (count == 0) return true;
   DAG rest = product.factors[0].term;
-  if (count > 1 || product.factors[0].coefficient != cons1)
-    rest = uniquePairs(PROD, product.factors, count);
-  else if (isTag(rest, SUM) && product.coefficient != cons1)
-    return false;  // a number multiplies a sum out
+  if (count > 1 || product.factors[0].coefficient != cons1) rest = uniquePairs(PROD, product.factors, count);
+  else if (isTag(rest, SUM) && product.coefficient != cons1) return false;  // a number multiplies a sum out
   term = {rest, product.coefficient};
   return true;
 }

@@ -9,13 +9,13 @@
 namespace korel {
 
 struct Product {
-  DAG factors;          // a PROD with room to spare; `used` words of it count
+  DAG factors;  // a PROD with room to spare; `used` words of it count
   Word used = 1;
-  DAG coefficient;      // the number folded so far, or 0
-  DAG divisor;          // complex numbers to divide by, or 0: they wait for the whole numerator
-  DAG result;           // set when a factor settles the whole
-  bool special = false; // `infinity` or `undefined` stands among the factors
-  bool again = false;   // a factor turned up that needs another pass
+  DAG coefficient;       // the number folded so far, or 0
+  DAG divisor;           // complex numbers to divide by, or 0: they wait for the whole numerator
+  DAG result;            // set when a factor settles the whole
+  bool special = false;  // `infinity` or `undefined` stands among the factors
+  bool again = false;    // a factor turned up that needs another pass
 };
 
 /// Adds a factor as it is.

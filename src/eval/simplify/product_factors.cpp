@@ -2,7 +2,6 @@
 
 #include <utility>
 
-
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
@@ -49,9 +48,7 @@ bool isFloating(DAG number) { return isFloatNumber(number) || isFloatComplex(num
 // `power` takes a machine exponent; a heap integer that doesn't fit raises its own message.
 std::int32_t wordExponent(DAG e) { return isImmediate(e) ? immediateValue(e) : SoftIntValue(e); }
 
-DAG libraryPower(DAG base, DAG exponent) {
-  return simpl(evalsysf("evalf/power", simpl(new3(EXPSEQ, base, exponent))));
-}
+DAG libraryPower(DAG base, DAG exponent) { return simpl(evalsysf("evalf/power", simpl(new3(EXPSEQ, base, exponent)))); }
 
 // Zero to a power.
 // A float below 0 that is no integer.
@@ -64,8 +61,7 @@ void multiplyZero(Product& product, DAG base, DAG exponent) {
     DAG one = isFloatNumber(base) ? consf1 : cons1;
     fold(product, TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, one, true));
   } else if (isInfinite(exponent) || isUndefined(exponent) || isNegativeFraction(exponent)) {
-    product.result =
-        TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, consfNaN, true);
+    product.result = TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, consfNaN, true);
   } else if (consneg(exponent)) {
     DAG dividend = std::exchange(product.coefficient, DAG());
     fold(product, dividend ? TrapFDIV(SuppressHFloats(dividend), cons0)
@@ -103,8 +99,7 @@ void multiplyInteger(Product& product, DAG base, DAG exponent) {
     if (exponent == cons1) {
       fold(product, base);
     } else if (base == consm1) {
-      bool odd = isImmediate(exponent) ? (immediateValue(exponent) & 1) != 0
-                                       : (rawField(exponent, 1) & 1) != 0;
+      bool odd = isImmediate(exponent) ? (immediateValue(exponent) & 1) != 0 : (rawField(exponent, 1) & 1) != 0;
       fold(product, odd ? consm1 : cons1);
     } else {
       fold(product, power(base, wordExponent(exponent)));
@@ -113,8 +108,7 @@ void multiplyInteger(Product& product, DAG base, DAG exponent) {
   }
   DAG p = exponent[1], q = exponent[2];
   if (base == consm1 && q == immediate(2)) {
-    bool flip = p != cons1 && (isImmediate(p) ? (immediateValue(p) & 3) == 3
-                                              : residueModulo4(p) == 3);
+    bool flip = p != cons1 && (isImmediate(p) ? (immediateValue(p) & 3) == 3 : residueModulo4(p) == 3);
     if (flip) fold(product, consm1);
     multiply(product, sqrtm1, cons1);
     return;
@@ -177,9 +171,7 @@ void divide(Product& product, DAG divisor) {
   product.divisor = product.divisor ? simpl(mul(product.divisor, divisor)) : divisor;
 }
 
-DAG reciprocal(DAG x) {
-  return isTag(x, COMPLEX) ? cxpower(x, -1) : simpl(new3(PROD, x, consm1));
-}
+DAG reciprocal(DAG x) { return isTag(x, COMPLEX) ? cxpower(x, -1) : simpl(new3(PROD, x, consm1)); }
 
 void multiplyComplex(Product& product, DAG base, DAG exponent) {
   if (exponent == cons1) return fold(product, base);
@@ -226,8 +218,7 @@ void multiplySum(Product& product, DAG base, DAG exponent) {
     DAG term = base[1], coefficient = base[2];
     if (term == ini("infinity")) {
       if (isZero(exponent)) {
-        product.result =
-            TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, cons1, true);
+        product.result = TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, cons1, true);
         return;
       }
     }
@@ -244,8 +235,7 @@ void multiplyProduct(Product& product, DAG base, DAG exponent) {
   Word n = lengthOf(base);
   if (isFloatNumber(exponent) && n > 1 && isTag(base[1], COMPLEX))
     return multiply(product, libraryPower(base, exponent), cons1);
-  bool fractional = n == 3 && isNumeric(base[2]) && compcon(base[2], consm1) > 0 &&
-                    compcon(base[2], cons1) < 0;
+  bool fractional = n == 3 && isNumeric(base[2]) && compcon(base[2], consm1) > 0 && compcon(base[2], cons1) < 0;
   if (!isInteger(exponent) && !fractional) return append(product, base, exponent);
   for (Word i = 1; i < n; i += 2)
     multiply(product, base[i], exponent == cons1 ? base[i + 1] : simpl(mul(base[i + 1], exponent)));
@@ -255,31 +245,25 @@ void multiplyProduct(Product& product, DAG base, DAG exponent) {
 
 void multiply(Product& product, DAG base, DAG exponent) {
   if (product.result) return;
-  if (isObject(base) && !isNumeric(base) && isNumeric(exponent) && isZero(exponent) &&
-      !isInfinite(base) && !isUndefined(base)) {
+  if (isObject(base) && !isNumeric(base) && isNumeric(exponent) && isZero(exponent) && !isInfinite(base) &&
+      !isUndefined(base)) {
     if (!product.coefficient) product.coefficient = cons1;
     return;
   }
   switch (tagOf(base)) {
-    case INTNEG: case INTPOS: case RATIONAL:
-      return multiplyReal(product, base, exponent);
+    case INTNEG: case INTPOS: case RATIONAL: return multiplyReal(product, base, exponent);
     case FLOAT: case HFLOAT:
       if (hasTag(base, HFLOAT)) break;
       return multiplyFloat(product, base, exponent);
-    case COMPLEX:
-      return multiplyComplex(product, base, exponent);
-    case NAME:
-      return multiplyName(product, base, exponent);
-    case PROD:
-      return multiplyProduct(product, base, exponent);
-    case SUM:
-      return multiplySum(product, base, exponent);
-    case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case POWER: case SERIES: case FUNCTION:
-    case UNEVAL: case LIST: case LOCAL: case PARAM: case LEXICAL: case PROC: case SET: case TABLE:
-    case RTABLE: case MODDEF: case MODULE:
+    case COMPLEX: return multiplyComplex(product, base, exponent);
+    case NAME: return multiplyName(product, base, exponent);
+    case PROD: return multiplyProduct(product, base, exponent);
+    case SUM: return multiplySum(product, base, exponent);
+    case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case POWER: case SERIES: case FUNCTION: case UNEVAL:
+    case LIST: case LOCAL: case PARAM: case LEXICAL: case PROC: case SET: case TABLE: case RTABLE: case MODDEF:
+    case MODULE:
       return append(product, base, exponent);
-    default:
-      break;
+    default: break;
   }
   KernelException("invalid terms in product");
 }

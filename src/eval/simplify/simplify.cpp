@@ -1,15 +1,15 @@
 #include "eval/simplify/simplify.h"
 
-#include "numbers/arithmetic.h"
-#include "eval/simplify/bindings.h"
 #include "eval/evaluate/evalf.h"
+#include "eval/procedures/procedures.h"
+#include "eval/procedures/scoping.h"
+#include "eval/simplify/bindings.h"
 #include "eval/simplify/simplify_cases.h"
 #include "eval/statements/loops.h"
 #include "eval/statements/try.h"
-#include "eval/procedures/procedures.h"
-#include "eval/procedures/scoping.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "store/chain_scan.h"
 #include "store/constants.h"
@@ -240,8 +240,7 @@ void checkCatchOrder(DAG s) {
       if (later == null) continue;
       DAG items = asSequence(later);
       for (Word k = 1; k < lengthOf(items); ++k)
-        if (CatchPrefix(earlier, items[k]))
-          KernelException("duplicate catch of \"%1\" in try statement", items[k]);
+        if (CatchPrefix(earlier, items[k])) KernelException("duplicate catch of \"%1\" in try statement", items[k]);
     }
   }
 }
@@ -418,68 +417,38 @@ DAG simplifyObject(DAG s) {
       if ((s[1] == cons0 || s[1] == consm0) && isInteger(s[2])) s[2] = cons0;
       simplifyOperands(s, 2);
       return makeUnique(s);
-    case HFLOAT: case STRING: case LOCAL: case PARAM: case LEXICAL: case RTABLE:
-    case BREAK: case NEXT:
+    case HFLOAT: case STRING: case LOCAL: case PARAM: case LEXICAL: case RTABLE: case BREAK: case NEXT:
       return finish(s, key, mustHash);
-    case COMPLEX:
-      return simplComplex(s);
-    case MEMBER:
-      s[1] = simpl(s[1]);
-      return makeUnique(s);
-    case EQUATION:
-      return simplRelation(s, "=");
-    case INEQUAT:
-      return simplRelation(s, "<>");
-    case LESSEQ:
-      return simplLessEqual(s);
-    case LESSTHAN:
-      return simplLessThan(s);
-    case AND: case OR: case NOT:
-      return simplbool(s);
-    case EXPSEQ:
-      return simplSequence(s, key);
-    case SUM:
-      return simplSum(s);
-    case PROD:
-      return simplProduct(s);
-    case POWER:
-      return simplPower(s);
-    case SERIES:
-      return simplseries(s);
-    case ZPPOLY:
-      return simplModularPolynomial(s);
-    case FUNCTION:
-      return simplFunction(s);
-    case PROC:
-      return simplProcedure(s);
-    case SET:
-      return simplset(s);
+    case COMPLEX: return simplComplex(s);
+    case MEMBER: s[1] = simpl(s[1]); return makeUnique(s);
+    case EQUATION: return simplRelation(s, "=");
+    case INEQUAT: return simplRelation(s, "<>");
+    case LESSEQ: return simplLessEqual(s);
+    case LESSTHAN: return simplLessThan(s);
+    case AND: case OR: case NOT: return simplbool(s);
+    case EXPSEQ: return simplSequence(s, key);
+    case SUM: return simplSum(s);
+    case PROD: return simplProduct(s);
+    case POWER: return simplPower(s);
+    case SERIES: return simplseries(s);
+    case ZPPOLY: return simplModularPolynomial(s);
+    case FUNCTION: return simplFunction(s);
+    case PROC: return simplProcedure(s);
+    case SET: return simplset(s);
     case TABLE:
       s[1] = simpl(s[1]);
       s[2] = simpl(s[2]);
       return makeUnique(s);
-    case MODDEF:
-      return simplModuleDefinition(s);
-    case MODULE:
-      s[2] = simpl(s[2]);
-      return makeUnique(s);
-    case ASSIGN:
-      return simplAssign(s);
-    case FOR:
-      return simplFor(s);
-    case IF:
-      return simplIf(s);
-    case TRY:
-      return simplTry(s);
-    case STATSEQ:
-      return simplStatements(s);
-    case USE:
-      return simplUse(s);
-    case READ: case SAVE: case STOP: case ERROR: case RETURN:
-      simplifyOperands(s, 1);
-      return markSimplified(s);
-    default:
-      notimpl("bad id");
+    case MODDEF: return simplModuleDefinition(s);
+    case MODULE: s[2] = simpl(s[2]); return makeUnique(s);
+    case ASSIGN: return simplAssign(s);
+    case FOR: return simplFor(s);
+    case IF: return simplIf(s);
+    case TRY: return simplTry(s);
+    case STATSEQ: return simplStatements(s);
+    case USE: return simplUse(s);
+    case READ: case SAVE: case STOP: case ERROR: case RETURN: simplifyOperands(s, 1); return markSimplified(s);
+    default: notimpl("bad id");
   }
 }
 

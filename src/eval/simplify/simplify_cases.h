@@ -28,9 +28,7 @@ DAG simplset(DAG s);
 DAG simplUse(DAG s);
 
 /// True for an operand that `simpl` would return as it is: a name may be bound while bindings are on.
-inline bool isSettled(DAG x) {
-  return isSimplified(x) && (!bindingsEnabled || isImmediate(x) || !hasTag(x, NAME));
-}
+inline bool isSettled(DAG x) { return isSimplified(x) && (!bindingsEnabled || isImmediate(x) || !hasTag(x, NAME)); }
 /// A number, complex or not, that is neither infinite nor undefined.
 inline bool isFiniteNumber(DAG x) { return (isNumeric(x) || hasTag(x, COMPLEX)) && !isInfinite(x) && !isUndefined(x); }
 /// Simplifies fields `from`.. of `s` in place.

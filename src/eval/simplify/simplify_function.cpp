@@ -1,28 +1,29 @@
 // Calls in canonical form: the constructors of numbers, the factorial of a number, and the expansion
 // of inline procedures.
 
+#include "eval/simplify/simplify.h"
+
 #include <limits>
 
-#include "numbers/arithmetic.h"
-#include "eval/simplify/bindings.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evalf.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/procedures/procedures.h"
 #include "eval/procedures/modules.h"
+#include "eval/procedures/procedures.h"
 #include "eval/procedures/scoping.h"
-#include "eval/simplify/simplify.h"
+#include "eval/simplify/bindings.h"
 #include "eval/simplify/simplify_cases.h"
-#include "eval/walk/has.h"
 #include "eval/structure/substitute.h"
-#include "session/driver.h"
+#include "eval/walk/has.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
+#include "numbers/events/numeric_events.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
-#include "numbers/events/numeric_events.h"
+#include "session/driver.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -33,15 +34,11 @@ namespace korel {
 
 namespace {
 
-bool isSpecialName(DAG x) {
-  return x == ini("infinity") || x == consminf || x == ini("undefined");
-}
+bool isSpecialName(DAG x) { return x == ini("infinity") || x == consminf || x == ini("undefined"); }
 
 // What no constructor takes: strings, and everything behind the algebraic objects, but for the
 // references of a procedure's body, whose values are not known yet.
-bool isInvalidOperand(DAG x) {
-  return !isAmong(x, algebraicTags | frameReferenceTags);
-}
+bool isInvalidOperand(DAG x) { return !isAmong(x, algebraicTags | frameReferenceTags); }
 
 DAG finishCall(DAG s) { return makeUnique(s); }
 
@@ -66,9 +63,7 @@ DAG integerCall(DAG s) {
 }
 
 DAG callOf(StandardName head, DAG a) { return new3(FUNCTION, ini(head), new2(EXPSEQ, a)); }
-DAG callOf(StandardName head, DAG a, DAG b) {
-  return new3(FUNCTION, ini(head), new3(EXPSEQ, a, b));
-}
+DAG callOf(StandardName head, DAG a, DAG b) { return new3(FUNCTION, ini(head), new3(EXPSEQ, a, b)); }
 
 // A constructor applied to each part of a COMPLEX.
 template <class Construct>
@@ -80,20 +75,17 @@ DAG distribute(DAG z, Construct construct) {
 DAG fractionOfTwo(DAG s, DAG a, DAG b) {
   if (isFloatNumber(a) || isFloatNumber(b) || isTag(b, COMPLEX) || isInvalidOperand(a) || isInvalidOperand(b))
     KernelException("invalid argument for Fraction constructor");
-  if (isTag(a, COMPLEX))
-    return distribute(a, [b](DAG part) { return simpl(callOf("Fraction", part, b)); });
+  if (isTag(a, COMPLEX)) return distribute(a, [b](DAG part) { return simpl(callOf("Fraction", part, b)); });
   if (isUndefined(a) || isUndefined(b)) return ini("undefined");
   if (isInfinite(a)) {
-    if (isInfinite(b))
-      return TriggerNumericEvent(invalidOperation, ini("Fraction"), a, b, ini("undefined"), true);
+    if (isInfinite(b)) return TriggerNumericEvent(invalidOperation, ini("Fraction"), a, b, ini("undefined"), true);
     if (!isNumeric(b)) return finishCall(s);
     return consneg(b) ? simpl(negate(a)) : a;
   }
   if (isInfinite(b)) return isNumeric(a) ? cons0 : finishCall(s);
   if (!isNumeric(a) || !isNumeric(b)) return finishCall(s);
   if (isZero(b)) {
-    if (isZero(a))
-      return TriggerNumericEvent(invalidOperation, ini("Fraction"), a, b, ini("undefined"), true);
+    if (isZero(a)) return TriggerNumericEvent(invalidOperation, ini("Fraction"), a, b, ini("undefined"), true);
     return TriggerNumericEvent(divisionByZero, ini("Fraction"), a, b, ini("infinity"), true);
   }
   return simpl(mul(a, simpl(power(b, -1))));
@@ -104,10 +96,8 @@ DAG fractionCall(DAG s) {
   if (lengthOf(args) == 2) {
     DAG x = args[1];
     if (isRationalNumber(x) || isSpecialName(x)) return x;
-    if (isTag(x, COMPLEX))
-      return distribute(x, [](DAG part) { return simpl(callOf("Fraction", part)); });
-    if (isFloatNumber(x) || isInvalidOperand(x))
-      KernelException("invalid argument for Fraction constructor");
+    if (isTag(x, COMPLEX)) return distribute(x, [](DAG part) { return simpl(callOf("Fraction", part)); });
+    if (isFloatNumber(x) || isInvalidOperand(x)) KernelException("invalid argument for Fraction constructor");
     return finishCall(s);
   }
   if (lengthOf(args) != 3) KernelException("wrong number of arguments for Fraction constructor");
@@ -145,15 +135,13 @@ DAG floatOfTwo(DAG s, DAG m, DAG e) {
   if (isTag(m, COMPLEX) && isInteger(e))
     return distribute(m, [e](DAG part) { return simpl(callOf("Float", part, e)); });
   bool exponentName = e == ini("infinity") || e == ini("undefined");
-  if (isInvalidOperand(m) || isInvalidOperand(e) || isFloatNumber(e) || isTag(e, COMPLEX) ||
-      isTag(m, COMPLEX) || isTag(m, RATIONAL) || isTag(e, RATIONAL) || isTag(m, HFLOAT) ||
-      (exponentName && isTag(m, FLOAT)))
+  if (isInvalidOperand(m) || isInvalidOperand(e) || isFloatNumber(e) || isTag(e, COMPLEX) || isTag(m, COMPLEX) ||
+      isTag(m, RATIONAL) || isTag(e, RATIONAL) || isTag(m, HFLOAT) || (exponentName && isTag(m, FLOAT)))
     KernelException("invalid arguments for Float constructor");
   if (isUndefined(m)) return consfNaN;
   if (exponentName && isInteger(m)) {
     if (e == ini("undefined")) return simpl(new3(FLOAT, m, e));
-    if (isZero(m))
-      return TriggerNumericEvent(invalidOperation, ini("Float"), m, e, consfNaN, true);
+    if (isZero(m)) return TriggerNumericEvent(invalidOperation, ini("Float"), m, e, consfNaN, true);
     return signedFloatInfinity(m);
   }
   if (m == ini("infinity") || m == consminf) {

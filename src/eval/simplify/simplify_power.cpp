@@ -2,18 +2,19 @@
 //
 // A POWER holds a symbolic exponent: one that becomes a number turns into a PROD of one pair.
 
-#include "numbers/arithmetic.h"
-#include "eval/simplify/bindings.h"
-#include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
+
+#include "eval/evaluate/evaluate.h"
+#include "eval/simplify/bindings.h"
 #include "eval/simplify/simplify_cases.h"
 #include "eval/simplify/unique_pairs.h"
 #include "frame/errors.h"
+#include "library/library_calls.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/complex/complex_forms.h"
-#include "numbers/integer/integer.h"
 #include "numbers/events/numeric_events.h"
-#include "library/library_calls.h"
+#include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -24,15 +25,12 @@ namespace korel {
 
 namespace {
 
-constexpr TagSet exponentTags = frameReferenceTags | TagSet{COMPLEX, NAME, MEMBER, TABLEREF, DCOLON, CATENATE, POWER,
-                                                            PROD, SERIES, SUM, FUNCTION, UNEVAL, PROC, RTABLE, MODDEF,
-                                                            MODULE, ZPPOLY};
-constexpr TagSet baseTags =
-    (exponentTags - TagSet{ZPPOLY}) | rationalTags | TagSet{FLOAT, LIST, SET, TABLE};
+constexpr TagSet exponentTags =
+    frameReferenceTags | TagSet{COMPLEX, NAME,     MEMBER, TABLEREF, DCOLON, CATENATE, POWER,  PROD,  SERIES,
+                                SUM,     FUNCTION, UNEVAL, PROC,     RTABLE, MODDEF,   MODULE, ZPPOLY};
+constexpr TagSet baseTags = (exponentTags - TagSet{ZPPOLY}) | rationalTags | TagSet{FLOAT, LIST, SET, TABLE};
 
-DAG libraryPower(DAG base, DAG exponent) {
-  return simpl(evalsysf("evalf/power", simpl(new3(EXPSEQ, base, exponent))));
-}
+DAG libraryPower(DAG base, DAG exponent) { return simpl(evalsysf("evalf/power", simpl(new3(EXPSEQ, base, exponent)))); }
 
 DAG invalidPower(DAG base, DAG exponent, DAG value) {
   return TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, value, true);
@@ -91,8 +89,7 @@ DAG powerOfInfinity(DAG base, DAG exponent) {
   if (consneg(exponent)) return cons0;
   if (base == ini("infinity")) return base;
   if (isInteger(exponent)) {
-    bool odd = isImmediate(exponent) ? (immediateValue(exponent) & 1) != 0
-                                     : (rawField(exponent, 1) & 1) != 0;
+    bool odd = isImmediate(exponent) ? (immediateValue(exponent) & 1) != 0 : (rawField(exponent, 1) & 1) != 0;
     return odd ? consminf : ini("infinity");
   }
   return TriggerNumericEvent(realToComplex, ini("^"), base, exponent, conscxinf, true);
@@ -102,8 +99,7 @@ DAG powerOfInfinity(DAG base, DAG exponent) {
 DAG zeroToComplexPower(DAG base, DAG exponent) {
   DAG real = cxRealPart(exponent);
   if (isZero(real)) return invalidPower(base, exponent, ini("undefined"));
-  if (consneg(real))
-    return TriggerNumericEvent(divisionByZero, ini("^"), base, exponent, ini("infinity"), true);
+  if (consneg(real)) return TriggerNumericEvent(divisionByZero, ini("^"), base, exponent, ini("infinity"), true);
   return base;
 }
 
@@ -120,10 +116,8 @@ DAG simpl01(DAG x) {
     if (isNumeric(exponent) && isZero(exponent)) return invalidPower(base, exponent, cons1);
     bool complexPart = isTag(base, COMPLEX) || isTag(exponent, COMPLEX);
     if (complexPart) return isFloatComplex(base) || isFloatComplex(exponent) ? conscxfNaN : conscxNaN;
-    if (isTag(exponent, RATIONAL))
-      return TriggerNumericEvent(realToComplex, ini("^"), base, exponent, conscxNaN, true);
-    if (isNumber(base) || isNumber(exponent) || isUndefined(exponent) || isInfinite(exponent))
-      return ini("undefined");
+    if (isTag(exponent, RATIONAL)) return TriggerNumericEvent(realToComplex, ini("^"), base, exponent, conscxNaN, true);
+    if (isNumber(base) || isNumber(exponent) || isUndefined(exponent) || isInfinite(exponent)) return ini("undefined");
     return x;
   }
   if (isNumber(exponent) && isZero(exponent)) {

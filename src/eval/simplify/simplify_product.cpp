@@ -4,30 +4,27 @@
 // coefficient, nested products are spliced in, equal bases add their exponents. What is left with a
 // real coefficient other than 1 becomes a SUM of one pair; a COMPLEX coefficient stays in front.
 
-#include "eval/evaluate/evalf.h"
-#include "eval/simplify/bindings.h"
-#include "numbers/arithmetic.h"
+#include "eval/simplify/simplify.h"
+
 #include <utility>
+
+#include "eval/evaluate/evalf.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/bindings.h"
 #include "eval/simplify/product.h"
-#include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "eval/simplify/sum_steps.h"
 #include "eval/simplify/unique_pairs.h"
+#include "eval/walk/has.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "library/library_calls.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/events/numeric_events.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
-#include "eval/walk/has.h"
-#include "frame/errors.h"
-#include "numbers/arithmetic.h"
-#include "numbers/complex/complex.h"
-#include "numbers/events/numeric_events.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -53,9 +50,7 @@ DAG boundProduct(DAG s) {
   }
   DAG times = operatorBinding(ini("*"));
   if (!times || n < 5) return DAG();
-  auto rebuilt = [](DAG base, DAG exponent) {
-    return exponent == cons1 ? base : simpl(new3(PROD, base, exponent));
-  };
+  auto rebuilt = [](DAG base, DAG exponent) { return exponent == cons1 ? base : simpl(new3(PROD, base, exponent)); };
   DAG folded = rebuilt(s[1], s[2]);
   for (Word i = 3; i < n; i += 2) folded = callBinding(times, folded, rebuilt(s[i], s[i + 1]));
   return folded;
@@ -81,8 +76,7 @@ DAG settleSpecial(Product& product) {
       return c && hasTag(c, COMPLEX) ? mul(c, base) : base;
     }
     if (base == ini("infinity") && isNumeric(exponent)) {
-      if (isZero(exponent))
-        return TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, cons1, true);
+      if (isZero(exponent)) return TriggerNumericEvent(invalidOperation, ini("^"), base, exponent, cons1, true);
       if (consneg(exponent)) {
         fold(product, cons0);
         continue;
@@ -273,8 +267,7 @@ DAG generalProduct(DAG s) {
 
   DAG factors = product.factors;
   if (product.used != lengthOf(factors)) shorten(factors, lengthOf(factors), product.used);
-  return product.again ? simplifiedAgain(factors, product.coefficient)
-                       : withCoefficient(factors, product.coefficient);
+  return product.again ? simplifiedAgain(factors, product.coefficient) : withCoefficient(factors, product.coefficient);
 }
 
 }  // namespace korel

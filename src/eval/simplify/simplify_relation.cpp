@@ -1,15 +1,16 @@
 // Relations, truth values and sets in canonical form.
 
+#include "eval/simplify/simplify.h"
+
 #include <algorithm>
 
-#include "numbers/arithmetic.h"
 #include "eval/simplify/bindings.h"
-#include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
+#include "eval/structure/sets.h"
+#include "numbers/arithmetic.h"
 #include "store/constants.h"
 #include "store/objects.h"
 #include "store/vocabulary.h"
-#include "eval/structure/sets.h"
 
 namespace korel {
 
@@ -70,12 +71,10 @@ DAG simplbool(DAG s) {
   simplifyFields(s);
   DAG a = s[1], b = tag == NOT ? DAG() : s[2];
   DAG operatorName = tag == NOT ? ini("not") : tag == AND ? ini("and") : ini("or");
-  if (DAG bound = operatorBinding(operatorName))
-    return tag == NOT ? callBinding(bound, a) : callBinding(bound, a, b);
+  if (DAG bound = operatorBinding(operatorName)) return tag == NOT ? callBinding(bound, a) : callBinding(bound, a, b);
   if (tag == NOT) return simplNot(s);
   if (a == b) return a;
-  if (isTag(a, NOT) && isTag(b, NOT))
-    return simpl(new2(NOT, simpl(new3(tag == OR ? AND : OR, a[1], b[1]))));
+  if (isTag(a, NOT) && isTag(b, NOT)) return simpl(new2(NOT, simpl(new3(tag == OR ? AND : OR, a[1], b[1]))));
   // For `or`, `true` decides and `false` steps aside; for `and` the other way round.
   DAG deciding = tag == OR ? ini("true") : ini("false");
   DAG neutral = tag == OR ? ini("false") : ini("true");

@@ -5,6 +5,8 @@
 // keep the order of their first occurrence while there are few, and stand in the order of their words
 // when there are many: order is no part of equality, and the table takes a SUM as a multiset.
 
+#include "eval/simplify/simplify.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
@@ -12,25 +14,24 @@
 #include <initializer_list>
 #include <utility>
 
-#include "numbers/arithmetic.h"
-#include "eval/simplify/bindings.h"
 #include "eval/evaluate/evalf.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/simplify/simplify.h"
+#include "eval/simplify/bindings.h"
 #include "eval/simplify/simplify_cases.h"
 #include "eval/simplify/sum_steps.h"
 #include "eval/simplify/unique_pairs.h"
+#include "eval/walk/has.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
+#include "library/library_calls.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/events/numeric_events.h"
-#include "library/library_calls.h"
-#include "eval/walk/has.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "store/vocabulary.h"
 #include "store/tag_facts.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -67,9 +68,8 @@ DAG boundSum(DAG s) {
 // ---- what stands among the terms
 
 // Terms of which nothing is asked but whether they are equal.
-constexpr TagSet quietTags = {
-    NAME, MEMBER, TABLEREF, DCOLON, CATENATE, POWER, SERIES, FUNCTION, UNEVAL, LIST, LOCAL, PARAM,
-           LEXICAL, PROC, SET, TABLE, RTABLE, MODDEF, MODULE};
+constexpr TagSet quietTags = {NAME,  MEMBER, TABLEREF, DCOLON, CATENATE, POWER, SERIES, FUNCTION, UNEVAL, LIST,
+                              LOCAL, PARAM,  LEXICAL,  PROC,   SET,      TABLE, RTABLE, MODDEF,   MODULE};
 
 // One look at each term tells which steps have something to do: most have not, with most sums.
 struct Kinds {
@@ -86,10 +86,8 @@ struct Kinds {
     if (isFloatNumber(pair.coefficient)) hasFloat = true;
     if (isImmediate(pair.term)) return;
     if (tag == NAME && !isPlainName(pair.term)) {
-      if (pair.term == ini("FAIL"))
-        failure = pair.term;
-      else
-        hasSpecial = true;
+      if (pair.term == ini("FAIL")) failure = pair.term;
+      else hasSpecial = true;
     }
     if (tag == FLOAT) hasFloat = true;
   }
@@ -170,9 +168,7 @@ NumberFold foldNumbers(DAG s, DAG original) {
   for (Word i = 0; i < n; ++i) {
     DAG term = p[i].term;
     switch (tagOf(term)) {
-      case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
-        fold.result = sumOfRelations(s);
-        return fold;
+      case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: fold.result = sumOfRelations(s); return fold;
       case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case COMPLEX: {
         // The place of a term that another has taken in: an exact 0 would make a float of a complex part.
         if (term == cons0 && p[i].coefficient == cons0) break;

@@ -1,9 +1,8 @@
 // Lists in sums: they take in their coefficients and add element by element.
 
-#include "eval/simplify/sum_steps.h"
-
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
+#include "eval/simplify/sum_steps.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "store/objects.h"
@@ -16,15 +15,12 @@ namespace {
 
 // True for a list that takes its coefficient in as soon as it has one.
 bool isPlainList(DAG x) {
-  return isTag(x, LIST) &&
-         !(lengthOf(x[1]) > 1 && isObject(x[1][1]) && hasTag(x[1][1], FUNCTION));
+  return isTag(x, LIST) && !(lengthOf(x[1]) > 1 && isObject(x[1][1]) && hasTag(x[1][1], FUNCTION));
 }
 
 void checkListsAdd(DAG a, DAG b) {
   if (lengthOf(a[1]) != lengthOf(b[1])) KernelException("adding lists of different length");
-  auto has = [](DAG list, DAG attribute) {
-    return lengthOf(list) == 3 && isMember(attribute, list[2]);
-  };
+  auto has = [](DAG list, DAG attribute) { return lengthOf(list) == 3 && isMember(attribute, list[2]); };
   const DAG row = ini("row"), column = ini("column");
   if ((has(a, row) && has(b, column)) || (has(a, column) && has(b, row)))
     KernelException("adding a row list to a column list");
@@ -46,8 +42,7 @@ DAG sumOfElements(const Pair* p, Word n, Word place, Word lists) {
 }
 
 // What may evaluate to a sequence of any length.
-constexpr TagSet sequenceSources = {NAME,   MEMBER, TABLEREF, CATENATE, FUNCTION,
-                                    UNEVAL, LOCAL,  PARAM,    LEXICAL};
+constexpr TagSet sequenceSources = {NAME, MEMBER, TABLEREF, CATENATE, FUNCTION, UNEVAL, LOCAL, PARAM, LEXICAL};
 
 bool holdsAny(DAG list, TagSet tags) {
   DAG body = list[1];

@@ -1,9 +1,8 @@
 // Sums with complex numbers, infinities and `undefined` among their terms.
 
-#include "eval/simplify/sum_steps.h"
-
 #include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
+#include "eval/simplify/sum_steps.h"
 #include "eval/simplify/unique_pairs.h"
 #include "numbers/events/numeric_events.h"
 #include "store/objects.h"
@@ -95,8 +94,8 @@ DAG complexTails(DAG s) {
     const Pair* factors = pairsOf(pair.term);
     if (!isTag(factors[0].term, COMPLEX) || factors[0].coefficient != cons1) continue;
     const Word count = pairCount(pair.term) - 1;
-    tails[i + 1] = count == 1 && factors[1].coefficient == cons1 ? factors[1].term
-                                                                 : uniquePairs(PROD, factors + 1, count);
+    tails[i + 1] =
+        count == 1 && factors[1].coefficient == cons1 ? factors[1].term : uniquePairs(PROD, factors + 1, count);
   }
   return tails;
 }

@@ -1,8 +1,8 @@
 #include "eval/simplify/unique_pairs.h"
 
 #include "eval/simplify/simplify.h"
-#include "store/generations.h"
 #include "store/chain_scan.h"
+#include "store/generations.h"
 #include "store/hash.h"
 #include "store/word_map.h"
 
@@ -76,9 +76,8 @@ DAG firstOccurrences(const DAG* words, Word count, Word step) {
 DAG uniquePairs(Tag tag, const Pair* pairs, Word count) {
   const Word key = keyOf(tag, pairs, count), header = tag | (2 * count + 1);
   if (DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))]) {
-    const DAG found = pairValue(findInChain(chain, key, [=](DAG member) {
-      return headerWord(member) == header && hasPairs(member, pairs, count);
-    }));
+    const DAG found = pairValue(findInChain(
+        chain, key, [=](DAG member) { return headerWord(member) == header && hasPairs(member, pairs, count); }));
     if (found) {
       updategen(found);
       return found;

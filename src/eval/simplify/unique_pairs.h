@@ -23,8 +23,6 @@ DAG uniquePairs(Tag tag, const Pair* pairs, Word count);
 DAG firstOccurrences(const DAG* words, Word count, Word step);
 
 /// A name that stands for itself in sums and products: not `infinity`, `undefined` or `FAIL`.
-inline bool isPlainName(DAG name) {
-  return name != ini("infinity") && name != ini("undefined") && name != ini("FAIL");
-}
+inline bool isPlainName(DAG name) { return name != ini("infinity") && name != ini("undefined") && name != ini("FAIL"); }
 
 }  // namespace korel

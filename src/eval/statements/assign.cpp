@@ -9,11 +9,11 @@
 #include "eval/procedures/procedures.h"
 #include "eval/procedures/remember.h"
 #include "eval/procedures/scoping.h"
-#include "library/repository/lookup.h"
 #include "eval/simplify/simplify.h"
 #include "eval/tables/tables.h"
 #include "eval/types/types.h"
 #include "frame/errors.h"
+#include "library/repository/lookup.h"
 #include "library/retrieve.h"
 #include "numbers/integer/integer.h"
 #include "rtable/rtable_kind.h"
@@ -53,8 +53,7 @@ void assignName(DAG t, DAG v) {
     assignenv(t, v);
     return;
   }
-  if (isProtected(t[2]))
-    KernelException("attempting to assign to `%1` which is protected", t);
+  if (isProtected(t[2])) KernelException("attempting to assign to `%1` which is protected", t);
   if (t == ini("lasterror")) KernelException("cannot set lasterror");
   if (t == ini("lastexception")) KernelException("cannot set lastexception");
   if (t == ini("libname")) {

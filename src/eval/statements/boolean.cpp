@@ -8,7 +8,6 @@
 #include "eval/simplify/simplify.h"
 #include "eval/structure/equality.h"
 #include "eval/types/types.h"
-#include "store/copy_on_change.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "numbers/arithmetic.h"
@@ -16,6 +15,7 @@
 #include "numbers/events/numeric_events.h"
 #include "numbers/float/float.h"
 #include "store/constants.h"
+#include "store/copy_on_change.h"
 #include "store/names.h"
 #include "store/object_fields.h"
 #include "store/tag_facts.h"
@@ -134,10 +134,8 @@ bool isRealValue(DAG x) { return isNumeric(x) || x == ini("infinity") || x == co
 
 DAG order(DAG x, bool strict) {
   DAG a = x[1], b = x[2];
-  if (isTag(a, RTABLE))
-    KernelException("a %1 is not valid lhs to < or <=", ini("rtable"));
-  if (isTag(b, RTABLE))
-    KernelException("a %1 is not valid rhs to < or <=", ini("rtable"));
+  if (isTag(a, RTABLE)) KernelException("a %1 is not valid lhs to < or <=", ini("rtable"));
+  if (isTag(b, RTABLE)) KernelException("a %1 is not valid rhs to < or <=", ini("rtable"));
   if (strict && a == b && !isUndefined(a)) return ini("false");
   auto isNumberLike = [](DAG side) { return isNumber(side) || isInfinite(side); };
   if (isUndefined(a) || isUndefined(b) || (isTag(a, COMPLEX) && isNumberLike(b)) ||
@@ -229,8 +227,7 @@ DAG plainTruthOf(DAG x) {
 DAG evalbool(DAG x) {
   if (isImmediate(x)) KernelException("invalid boolean expression");
   switch (tagOf(x)) {
-    case NAME: case MEMBER: case TABLEREF: case CATENATE: case POWER: case PROD: case SUM:
-    case FUNCTION: case UNEVAL:
+    case NAME: case MEMBER: case TABLEREF: case CATENATE: case POWER: case PROD: case SUM: case FUNCTION: case UNEVAL:
       return x;
     case DCOLON: return truth(type(simpl(eval(x[1])), simpl(eval(x[2]))));
     case AND: case OR: case NOT: return truthOfOperation(x);

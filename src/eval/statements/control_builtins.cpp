@@ -4,6 +4,7 @@
 
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
+#include "eval/statements/boolean.h"
 #include "eval/statements/statements.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
@@ -16,15 +17,12 @@
 #include "store/tag_facts.h"
 #include "store/vocabulary.h"
 #include "text/read/source.h"
-#include "eval/statements/boolean.h"
 
 namespace korel {
 
 // ---- jumps
 
-DAG builtin::RETURN_(const BuiltinCall& call) {
-  jumpOutWith(jumpReturn, singleMember(call.arguments));
-}
+DAG builtin::RETURN_(const BuiltinCall& call) { jumpOutWith(jumpReturn, singleMember(call.arguments)); }
 
 DAG builtin::goto_(const BuiltinCall& call) {
   if (argumentCount(call) != 1) wrongParameters(call);
@@ -73,8 +71,7 @@ DAG builtin::ASSERT(const BuiltinCall& call) {
   if (n == 0) wrongParameters(call);
   DAG condition = evalbool(singleMember(simpl(korel::eval(call.arguments[1]))));
   if (condition == ini("true")) return null;
-  if (condition != ini("false"))
-    KernelException("first argument of ASSERT should evaluate to true/false");
+  if (condition != ini("false")) KernelException("first argument of ASSERT should evaluate to true/false");
   DAG parameters = n > 1 ? simpl(korel::eval(copysub(call.arguments, 1, n - 1))) : null;
   raiseAssertion(parameters);
 }

@@ -81,9 +81,7 @@ Arrival arrive(Loop& loop, int code) {
     case jumpBreak:
       evaluationLevel = loop.level + branchLevels;
       return isTag(funret, BREAK) ? Arrival::leave : Arrival::next;
-    default:
-      RestoreEnvironment(loop.previous);
-      jumpOut(static_cast<JumpCode>(code));
+    default: RestoreEnvironment(loop.previous); jumpOut(static_cast<JumpCode>(code));
   }
 }
 
@@ -280,8 +278,8 @@ DAG forfrom(DAG s, int mode) {
     loop.to = immediate(codeOf(loop.to));
   }
   loop.ordinary = !loop.characters && isOrdinaryName(loop.variable);
-  loop.plain = loop.ordinary && isImmediate(loop.by) && loop.bounded && isImmediate(loop.to) &&
-               loop.to != consm0 && loop.condition == ini("true");
+  loop.plain = loop.ordinary && isImmediate(loop.by) && loop.bounded && isImmediate(loop.to) && loop.to != consm0 &&
+               loop.condition == ini("true");
   storeVariable(loop);
   enterLoop(loop, s);
   runCounted(loop);

@@ -64,9 +64,9 @@ struct Collector {
   std::int64_t capacity;  // how many elements can come
   DAG buffer = DAG();     // EXPSEQ of members, or SUM or PROD of pairs; 0 until the first term
   Word used = 1;
-  Word shared = 1;  // members before this one are simplified
-  DAG kept = DAG();  // EXPSEQ (folded number, value of the loop variable)
-  bool ownFolded = false;  // the folded number was made here, and nobody else refers to it
+  Word shared = 1;            // members before this one are simplified
+  DAG kept = DAG();           // EXPSEQ (folded number, value of the loop variable)
+  bool ownFolded = false;     // the folded number was made here, and nobody else refers to it
   std::int64_t gathered = 0;  // of a sum: integers that are still to be folded
   bool ordinary = false;      // the loop variable is a name for which assignment has no rules of its own
 
@@ -81,8 +81,7 @@ void foldNumber(Collector& c, DAG element) {
   c.kept[1] = folded;
   // An integer holds no reference; a fraction or a float may hold what it was made of.
   if (c.ownFolded && isInteger(folded)) release(before, lengthOf(before));
-  c.ownFolded =
-      folded != element && isObject(folded) && !isSimplified(folded) && isInteger(folded);
+  c.ownFolded = folded != element && isObject(folded) && !isSimplified(folded) && isInteger(folded);
 }
 
 void foldGathered(Collector& c) {
@@ -270,9 +269,8 @@ DAG run(Kind kind, const BuiltinCall& call) {
   DAG right = simpl(eval(control[2]));
   SavedVariable saved{};
   protectVariable(variable, saved);
-  DAG result = isTag(right, RANGE)
-                   ? overRange(kind, variable, right[1], right[2], expression)
-                   : overContainer(kind, variable, right, expression);
+  DAG result = isTag(right, RANGE) ? overRange(kind, variable, right[1], right[2], expression)
+                                   : overContainer(kind, variable, right, expression);
   releaseVariable(saved);
   return result;
 }
@@ -320,8 +318,7 @@ DAG builtin::dollar(const BuiltinCall& call) {
   DAG expression = call.arguments[1], control = call.arguments[2];
   if (isTag(control, EQUATION) && isTag(control[2], RANGE)) {
     DAG range = control[2];
-    if (areConstant(range[1], range[2]))
-      return dollarSequence(expression, control[1], range[1], range[2]);
+    if (areConstant(range[1], range[2])) return dollarSequence(expression, control[1], range[1], range[2]);
   } else if (areConstant(cons1, control)) {
     return dollarSequence(expression, DAG(), cons1, control);
   }

@@ -12,8 +12,8 @@
 #include "eval/statements/try.h"
 #include "eval/walk/has.h"
 #include "frame/errors.h"
-#include "frame/output.h"
 #include "frame/interrupts.h"
+#include "frame/output.h"
 #include "library/library_calls.h"
 #include "library/save.h"
 #include "session/driver.h"
@@ -116,8 +116,7 @@ inline Word branchOf(DAG s) {
 
 DAG assignmentTarget(DAG left) {
   if (optASSERT == 2) {
-    if (isTag(left, DCOLON))
-      return new3(DCOLON, assignmentTarget(left[1]), simpl(eval(left[2])));
+    if (isTag(left, DCOLON)) return new3(DCOLON, assignmentTarget(left[1]), simpl(eval(left[2])));
     if (isTag(left, LOCAL) || isTag(left, LEXICAL)) {
       DAG target = TypedLocal(left);
       if (isTag(target, DCOLON)) return target;
@@ -298,8 +297,7 @@ void collectInLoop() {
   // A statement that is still being simplified, before it runs, has no level of its own: the end of a
   // statement in there would release what it is made of.
   if (evaluationLevel < 2) return;
-  if (cused > nextgcgen || evaluationLevel + 1 < gene[gcgen] || collectAlways)
-    evalstat(null, modeInner);
+  if (cused > nextgcgen || evaluationLevel + 1 < gene[gcgen] || collectAlways) evalstat(null, modeInner);
 }
 
 }  // namespace korel

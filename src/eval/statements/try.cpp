@@ -21,12 +21,12 @@ struct TryState {
   int mode;
   EnvironmentBlock block;
   EnvironmentBlock* previous;
-  std::int32_t level;      // depth of the statement's parts
-  int procDepth;           // error procedures registered at the start
-  DAG saved;               // the exception to put back at the end, or 0
+  std::int32_t level;  // depth of the statement's parts
+  int procDepth;       // error procedures registered at the start
+  DAG saved;           // the exception to put back at the end, or 0
   DAG value;
-  int pending = 0;         // a jump to go on with after `finally`,
-  DAG pendingValue;        // and what it carries: `finally` may call procedures that return
+  int pending = 0;   // a jump to go on with after `finally`,
+  DAG pendingValue;  // and what it carries: `finally` may call procedures that return
 };
 
 // Runs one part under a jump buffer of its own. False when it ended by an error, which is then in the
@@ -58,11 +58,8 @@ bool runPart(TryState& t, DAG part) {
         jumpOut(jumpError);
       }
       return false;
-    case jumpStop:
-      RestoreEnvironment(t.previous);
-      jumpOut(jumpStop);
-    default:
-      notimpl("internal control flow in try-catch");
+    case jumpStop: RestoreEnvironment(t.previous); jumpOut(jumpStop);
+    default: notimpl("internal control flow in try-catch");
   }
 }
 

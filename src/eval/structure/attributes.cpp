@@ -2,12 +2,10 @@
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/procedures/procedures.h"
-#include "library/repository/lookup.h"
-#include "library/retrieve.h"
-#include "store/vocabulary.h"
 #include "eval/simplify/simplify.h"
 #include "eval/structure/kinds.h"
 #include "frame/errors.h"
+#include "library/repository/lookup.h"
 #include "library/retrieve.h"
 #include "store/constants.h"
 #include "store/objects.h"
@@ -45,9 +43,7 @@ DAG builtin::setattribute(const BuiltinCall& call) {
   Word n = argumentCount(call);
   if (n == 0) wrongParameters(call);
   DAG x = call.arguments[1];
-  DAG attribute = n == 1   ? null
-                  : n == 2 ? call.arguments[2]
-                           : simpl(copysub(call.arguments, 1, n - 1));
+  DAG attribute = n == 1 ? null : n == 2 ? call.arguments[2] : simpl(copysub(call.arguments, 1, n - 1));
   const Kind& kind = kindOf(x);
   if (kind.withAttribute != nullptr) return kind.withAttribute(x, attribute);
   if (kind.attributeField == 0) notimpl("eval:setattribute");

@@ -9,8 +9,7 @@ namespace korel {
 
 DAG builtin::convert(const BuiltinCall& call) {
   DAG args = call.arguments;
-  if (argumentCount(call) < 2 || !isText(args[2]))
-    wrongParameters(call);
+  if (argumentCount(call) < 2 || !isText(args[2])) wrongParameters(call);
   return evalsysf("convert/", textOf(args[2]), simpl(copydel(args, 1, 1)));
 }
 

@@ -100,9 +100,9 @@ inline const Kind& kindOf(DAG x) { return *kindRows[tagNumber(tagOf(x))].kind; }
 
 // The rows, each defined in the file of its subject.
 extern const Kind integerKind, rationalKind, floatKind, hardwareFloatKind, complexKind, stringKind, nameKind,
-    memberKind, frameReferenceKind, sumKind, productKind, sequenceKind, listKind, setKind, callKind,
-    indexedNameKind, procedureKind, moduleDefinitionKind, moduleKind, tryKind, tableKind, entriesKind,
-    seriesKind, modularPolynomialKind, rtableKind;
+    memberKind, frameReferenceKind, sumKind, productKind, sequenceKind, listKind, setKind, callKind, indexedNameKind,
+    procedureKind, moduleDefinitionKind, moduleKind, tryKind, tableKind, entriesKind, seriesKind, modularPolynomialKind,
+    rtableKind;
 
 /// Operand `i` of an object some of whose fields are raw: a raw one is shown as the integer that it holds, an
 /// empty one as `null`.

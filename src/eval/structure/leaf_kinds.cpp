@@ -1,11 +1,10 @@
 // Numbers, texts, names, and what refers to the running frame: what a walk over operands doesn't enter.
 
-#include "eval/structure/kinds.h"
-
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/select.h"
 #include "eval/simplify/simplify.h"
 #include "eval/statements/assign.h"
+#include "eval/structure/kinds.h"
 #include "eval/structure/operands.h"
 #include "frame/errors.h"
 #include "library/repository/lookup.h"
@@ -68,8 +67,7 @@ DAG indexString(DAG string, DAG index) {
 DAG nameOperand(DAG name, std::int64_t) { return valuenv(name, false); }
 DAG nameWithAttribute(DAG name, DAG attribute) {
   RetrieveName(name);
-  if (isEnvironmentName(name) && isProtected(attribute))
-    KernelException("an Environment variable cannot be protected");
+  if (isEnvironmentName(name) && isProtected(attribute)) KernelException("an Environment variable cannot be protected");
   updategen(attribute);
   name[2] = attribute;
   return name;
@@ -90,8 +88,7 @@ DAG refuseMap(const OperandWalk&, DAG) {
 constexpr Kind integerKind = {
     .isSingle = true, .count = one, .operand = itself, .takeApart = asItIs, .replace = replaceAll};
 constexpr Kind rationalKind = {.isSingle = true, .putTogether = quotientOf};
-constexpr Kind floatKind = {
-    .attributeField = 3, .isSingle = true, .replace = replaceInFloat, .putTogether = floatOf};
+constexpr Kind floatKind = {.attributeField = 3, .isSingle = true, .replace = replaceInFloat, .putTogether = floatOf};
 constexpr Kind hardwareFloatKind = {.isSingle = true, .operand = anyField};
 constexpr Kind complexKind = {.isSingle = true, .putTogether = complexOf};
 

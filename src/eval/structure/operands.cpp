@@ -114,8 +114,7 @@ DAG builtin::member(const BuiltinCall& call) {
   DAG x = call.arguments[1], container = call.arguments[2];
   if (!isTag(container, LIST) && !isTag(container, SET)) return unevaluatedCall(call);
   Word position = memberPosition(x, container[1]);
-  if (position != 0 && n == 3)
-    assign(evalname(call.arguments[3]), immediate(static_cast<std::int32_t>(position)));
+  if (position != 0 && n == 3) assign(evalname(call.arguments[3]), immediate(static_cast<std::int32_t>(position)));
   return truth(position != 0);
 }
 

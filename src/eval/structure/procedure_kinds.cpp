@@ -1,10 +1,9 @@
 // Procedures, module definitions and modules; `try` statements, which compare as procedures do.
 
-#include "eval/structure/kinds.h"
-
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "eval/structure/equality.h"
+#include "eval/structure/kinds.h"
 #include "eval/structure/operands.h"
 #include "frame/errors.h"
 #include "store/constants.h"
@@ -25,8 +24,7 @@ Word fieldOfOperand(std::int64_t i) { return static_cast<Word>(i < procBody ? i 
 
 // The remember table shows as a TABLE of its own.
 DAG procedureOperand(DAG proc, std::int64_t i) {
-  if (i == procRemember && rememberOf(proc) != null)
-    return simpl(newTable(null, ini("false"), rememberOf(proc)));
+  if (i == procRemember && rememberOf(proc) != null) return simpl(newTable(null, ini("false"), rememberOf(proc)));
   return proc[fieldOfOperand(i)];
 }
 DAG moduleDefinitionOperand(DAG definition, std::int64_t i) { return definition[fieldOfOperand(i)]; }
@@ -37,9 +35,7 @@ DAG moduleDefinitionOperand(DAG definition, std::int64_t i) { return definition[
 using Member = DAG (*)(DAG x);
 
 DAG nameMember(DAG x) { return isName(x) ? x : DAG(); }
-DAG declarationMember(DAG x) {
-  return isName(x) || (isTag(x, DCOLON) && isName(x[1])) ? x : DAG();
-}
+DAG declarationMember(DAG x) { return isName(x) || (isTag(x, DCOLON) && isName(x[1])) ? x : DAG(); }
 // A parameter may be told with its type as an equation.
 DAG parameterMember(DAG x) {
   if (isTag(x, EQUATION) && isName(x[1])) return simpl(new3(DCOLON, x[1], x[2]));
@@ -117,8 +113,7 @@ DAG listField(const Field& field, DAG original, DAG replacement) {
 DAG rememberField(DAG replacement) {
   if (replacement == null) return null;
   if (isName(replacement)) replacement = op1(1, replacement);
-  if (!isTag(replacement, TABLE) || !isTag(replacement[tableEntries], HASHTAB) ||
-      replacement[tableFunction] != null)
+  if (!isTag(replacement, TABLE) || !isTag(replacement[tableEntries], HASHTAB) || replacement[tableFunction] != null)
     KernelException("invalid subsop in procedure");
   return copyhashtab(replacement[tableEntries]);
 }

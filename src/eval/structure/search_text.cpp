@@ -107,8 +107,7 @@ DAG builtin::substring(const BuiltinCall& call) {
 }
 
 DAG builtin::lexorder(const BuiltinCall& call) {
-  if (argumentCount(call) != 2 || !isText(call.arguments[1]) || !isText(call.arguments[2]))
-    wrongParameters(call);
+  if (argumentCount(call) != 2 || !isText(call.arguments[1]) || !isText(call.arguments[2])) wrongParameters(call);
   return truth(std::strcmp(textOf(call.arguments[1]), textOf(call.arguments[2])) <= 0);
 }
 

@@ -1,25 +1,20 @@
 #include "eval/structure/select_elements.h"
 
 #include "eval/simplify/simplify.h"
-#include "eval/statements/statements.h"
 #include "eval/statements/boolean.h"
-#include "eval/walk/has.h"
-#include "frame/errors.h"
-#include "store/constants.h"
-#include "store/generations.h"
-#include "store/hash.h"
-#include "store/names.h"
-#include "store/objects.h"
-#include "store/reference_fields.h"
+#include "eval/statements/statements.h"
 #include "eval/structure/map.h"
 #include "eval/types/type_names.h"
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "frame/errors.h"
 #include "store/constants.h"
+#include "store/generations.h"
 #include "store/hash.h"
+#include "store/names.h"
 #include "store/object_fields.h"
 #include "store/objects.h"
+#include "store/reference_fields.h"
 #include "store/vocabulary.h"
 
 namespace korel {
@@ -125,8 +120,6 @@ DAG builtin::remove(const BuiltinCall& call) {
   return MapFunction({mremove, &predicate, OperandWalk::selection}, call.arguments[2]);
 }
 
-DAG builtin::selectremove(const BuiltinCall& call) {
-  return SelectRemove(predicateOf(call), call.arguments[2]);
-}
+DAG builtin::selectremove(const BuiltinCall& call) { return SelectRemove(predicateOf(call), call.arguments[2]); }
 
 }  // namespace korel

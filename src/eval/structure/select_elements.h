@@ -14,7 +14,7 @@ namespace korel {
 struct Predicate {
   DAG f, extra;  // `extra` an EXPSEQ
   enum Way { call, byTag, byType, byHas, byHastype } way;
-  TagSet tags;   // of `byTag`
+  TagSet tags;  // of `byTag`
 };
 /// Error: "incorrect number of extra arguments in select" for a direct test without its one argument.
 Predicate makePredicate(DAG f, DAG extra);

@@ -1,8 +1,7 @@
 // Lists, sets and sequences, calls and indexed names: objects whose operands are the members of a sequence.
 
-#include "eval/structure/kinds.h"
-
 #include "eval/evaluate/select.h"
+#include "eval/structure/kinds.h"
 #include "eval/structure/sort.h"
 
 namespace korel {

@@ -26,9 +26,7 @@ namespace {
 bool isPlainNumber(DAG x) { return isImmediate(x) || (isNumeric(x) && !isUndefined(x)); }
 
 // What a numeric order takes: real numbers, the infinities, and undefined values of any kind.
-bool isComparable(DAG x) {
-  return isNumeric(x) || isUndefined(x) || (isInfinite(x) && !hasTag(x, COMPLEX));
-}
+bool isComparable(DAG x) { return isNumeric(x) || isUndefined(x) || (isInfinite(x) && !hasTag(x, COMPLEX)); }
 
 // ---- the orders
 
@@ -55,9 +53,7 @@ struct Address {
   bool operator()(DAG a, DAG b) const { return a.word <= b.word; }
 };
 
-[[noreturn]] void notBoolean() {
-  KernelException("sort: 2nd argument must be a boolean valued function");
-}
+[[noreturn]] void notBoolean() { KernelException("sort: 2nd argument must be a boolean valued function"); }
 
 struct Procedure {
   DAG procedure;

@@ -14,7 +14,7 @@ namespace korel {
 /// How two members compare. Each order gives true when its first operand stands before the second or
 /// beside it.
 enum class Order {
-  ascending,      // by value; whatever is undefined stays where it is
+  ascending,  // by value; whatever is undefined stays where it is
   descending,
   lexicographic,  // by the text of names and strings, byte by byte
   address,        // by word, unsigned

@@ -1,10 +1,14 @@
 #include "eval/structure/substitute.h"
 
-#include "numbers/arithmetic.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
+#include "eval/structure/kinds.h"
+#include "eval/structure/operands.h"
+#include "eval/walk/has.h"
+#include "eval/walk/walk_memory.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "numbers/arithmetic.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"
 #include "store/hash.h"
@@ -12,12 +16,8 @@
 #include "store/object_set.h"
 #include "store/objects.h"
 #include "store/tag_facts.h"
-#include "store/word_map.h"
-#include "eval/walk/has.h"
-#include "eval/structure/kinds.h"
-#include "eval/structure/operands.h"
-#include "eval/walk/walk_memory.h"
 #include "store/vocabulary.h"
+#include "store/word_map.h"
 
 namespace korel {
 
@@ -48,10 +48,10 @@ struct SubstitutionMemory {
 // Plain data: an error may pass over it.
 struct Substitution {
   DAG equations;
-  bool finish;                         // results of simplified objects are simplified
-  bool onlyNames = true;               // all left sides are NAME or TABLEREF
-  bool hasParameters = false;          // some left side is a PARAM, which counts by its number
-  bool indexed = false;                // `lefts` is in use
+  bool finish;                 // results of simplified objects are simplified
+  bool onlyNames = true;       // all left sides are NAME or TABLEREF
+  bool hasParameters = false;  // some left side is a PARAM, which counts by its number
+  bool indexed = false;        // `lefts` is in use
   int entered = 0;
   SubstitutionMemory* memory = nullptr;
 };
@@ -95,8 +95,7 @@ DAG walkPairs(Substitution& s, DAG x) {
   for (Word i = 2, n = lengthOf(result); i < n; i += 2) {
     if (isNumeric(result[i])) continue;
     DAG element = result[i - 1];
-    result[i - 1] = hasTag(x, PROD) ? new3(POWER, element, result[i])
-                                    : new5(PROD, element, cons1, result[i], cons1);
+    result[i - 1] = hasTag(x, PROD) ? new3(POWER, element, result[i]) : new5(PROD, element, cons1, result[i], cons1);
     result[i] = cons1;
   }
   return result;
@@ -144,8 +143,7 @@ DAG walkDeclarations(Substitution& s, DAG declarations) {
   if (!isTag(declarations, EXPSEQ)) return declarations;
   DAG result = walkFields(s, declarations);
   for (Word i = 1, n = lengthOf(declarations); i < n; ++i)
-    if (result[i] != declarations[i] && !isSameDeclaration(declarations[i], result[i]))
-      invalidInProcedure();
+    if (result[i] != declarations[i] && !isSameDeclaration(declarations[i], result[i])) invalidInProcedure();
   return result;
 }
 

@@ -3,9 +3,8 @@
 // A SUM of one pair is the product of its coefficient with the factors of its term; a PROD of one pair is a
 // power.
 
-#include "eval/structure/kinds.h"
-
 #include "eval/simplify/simplify.h"
+#include "eval/structure/kinds.h"
 #include "eval/structure/operands.h"
 #include "numbers/arithmetic.h"
 #include "store/constants.h"
@@ -17,9 +16,7 @@ namespace korel {
 // ---- terms and factors
 
 bool addition(DAG x) { return isTag(x, SUM) && lengthOf(x) >= 5; }
-bool multiplication(DAG x) {
-  return (isTag(x, SUM) && lengthOf(x) == 3) || (isTag(x, PROD) && lengthOf(x) >= 5);
-}
+bool multiplication(DAG x) { return (isTag(x, SUM) && lengthOf(x) == 3) || (isTag(x, PROD) && lengthOf(x) >= 5); }
 
 DAG mterm(std::int64_t i, DAG x) {
   if (!addition(x)) return x;

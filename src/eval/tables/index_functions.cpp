@@ -96,8 +96,7 @@ FoundEntry antisymmetric(const Access& access) {
   DAG sorted = SortIndices(access.index, odd);
   if (hasEqualNeighbours(sorted)) {
     if (!access.isStore()) return {cons0};
-    if (!isZero(access.value))
-      KernelException("cannot assign non-zero to diagonal entry of antisymmetric");
+    if (!isZero(access.value)) KernelException("cannot assign non-zero to diagonal entry of antisymmetric");
   }
   if (!odd) return entryOrReference(access, sorted);
   if (access.isStore()) return entry(access.at(sorted).with(negated(access.value)));

@@ -68,8 +68,7 @@ void checkBounds(DAG key, DAG table, EntryUse use) {
   Indices indices(key), ranges(table[tableBounds]);
   if (indices.count != ranges.count) KernelException("number of indices does not match rank");
   for (Word i = 0; i < indices.count; ++i)
-    if (!isWithin(indices.first[i], ranges.first[i]))
-      KernelException("%1 index out of range", arrayName());
+    if (!isWithin(indices.first[i], ranges.first[i])) KernelException("%1 index out of range", arrayName());
 }
 
 // ---- entries
@@ -141,8 +140,7 @@ void indexNewTable(DAG index, DAG name, DAG value) {
   DAG hook = valuenv(ini("index/newtable"), false);
   DAG procedure = isTag(hook, NAME) ? valuenv(hook, false) : hook;
   if (!isTag(procedure, PROC)) KernelException("`index/newtable` not assigned a procedure");
-  DAG arguments =
-      newSequence({new2(UNEVAL, name), new2(LIST, index), new2(LIST, new2(EXPSEQ, new2(UNEVAL, value)))});
+  DAG arguments = newSequence({new2(UNEVAL, name), new2(LIST, index), new2(LIST, new2(EXPSEQ, new2(UNEVAL, value)))});
   for (DAG kept : {index, name, value}) updategen(kept);
   DAG made = tableBehind(simpl(eval(new3(FUNCTION, ini("index/newtable"), arguments))));
   if (!made) return;
@@ -216,9 +214,7 @@ DAG tableBehind(DAG x) {
 
 namespace {
 
-[[noreturn]] void invalidParameters() {
-  KernelException("invalid parameters for creation of table or array");
-}
+[[noreturn]] void invalidParameters() { KernelException("invalid parameters for creation of table or array"); }
 
 struct Definition {
   DAG bounds;       // EXPSEQ of RANGE
@@ -227,11 +223,9 @@ struct Definition {
 };
 
 void addRange(Definition& definition, Word& count, DAG range) {
-  if (!isInteger(range[1]) || !isInteger(range[2]))
-    KernelException("non-integer ranges in array/table creation");
+  if (!isInteger(range[1]) || !isInteger(range[2])) KernelException("non-integer ranges in array/table creation");
   // An upper bound one below the lower makes an empty dimension.
-  if (compcon(range[1], simpl(add(range[2], cons1))) > 0)
-    KernelException("lower>upper bound in array/table creation");
+  if (compcon(range[1], simpl(add(range[2], cons1))) > 0) KernelException("lower>upper bound in array/table creation");
   definition.bounds[count++] = range;
   definition.dimensions = true;
 }
@@ -252,8 +246,7 @@ Definition readArguments(DAG arguments) {
       invalidParameters();
     }
   }
-  if (count != lengthOf(definition.bounds))
-    shorten(definition.bounds, lengthOf(definition.bounds), count);
+  if (count != lengthOf(definition.bounds)) shorten(definition.bounds, lengthOf(definition.bounds), count);
   return definition;
 }
 
@@ -287,10 +280,8 @@ void fillDimension(DAG table, DAG list, DAG index, Word dimension) {
   DAG lower = Indices(table[tableBounds]).first[dimension - 1][1];
   for (Word i = 1; i < lengthOf(members); ++i) {
     index[dimension] = simpl(add(lower, immediate(static_cast<std::int32_t>(i - 1))));
-    if (dimension + 1 == lengthOf(index))
-      assignEntry(simpl(CopyAlg(index)), DAG(), table, members[i]);
-    else
-      fillDimension(table, members[i], index, dimension + 1);
+    if (dimension + 1 == lengthOf(index)) assignEntry(simpl(CopyAlg(index)), DAG(), table, members[i]);
+    else fillDimension(table, members[i], index, dimension + 1);
   }
 }
 
@@ -311,10 +302,8 @@ void fillInitialValues(DAG table, DAG values) {
     return;
   }
   for (Word i = 1; i < lengthOf(members); ++i) {
-    if (isTag(members[i], EQUATION))
-      storeEquation(table, members[i]);
-    else
-      assignEntry(immediate(static_cast<std::int32_t>(i)), DAG(), table, members[i]);
+    if (isTag(members[i], EQUATION)) storeEquation(table, members[i]);
+    else assignEntry(immediate(static_cast<std::int32_t>(i)), DAG(), table, members[i]);
   }
 }
 
@@ -333,10 +322,8 @@ DAG maketable(DAG function, DAG arguments, TableKind kind) {
   if (kind == TableKind::array) bounds = tableKey(simpl(definition.bounds));
   DAG table = simpl(newTable(function ? function : null, bounds, newhashtab(tableBuckets)));
   if (!definition.values) return table;
-  if (retrieve("index/FillInitVals") == null)
-    fillInitialValues(table, definition.values);
-  else
-    evalsysf("index/FillInitVals", newSequence({table, definition.values}));
+  if (retrieve("index/FillInitVals") == null) fillInitialValues(table, definition.values);
+  else evalsysf("index/FillInitVals", newSequence({table, definition.values}));
   return table;
 }
 

@@ -1,7 +1,6 @@
 #include "eval/types/constant_expressions.h"
 
 #include "eval/evaluate/environment_variables.h"
-#include "store/vocabulary.h"
 #include "frame/environment.h"
 #include "numbers/arithmetic.h"
 #include "store/constants.h"
@@ -31,7 +30,7 @@ bool isConstant(const ConstantWalk& walk, DAG x);
 
 // Which indeterminates an expression holds beside `_Z`, the variable of a RootOf.
 struct Indeterminates {
-  bool bound = false;   // _Z
+  bool bound = false;  // _Z
   bool others = false;
 };
 
@@ -47,16 +46,15 @@ void gatherIndeterminates(const ConstantWalk& walk, DAG x, bool namesOnly, Indet
       else if (!isMember(x, walk.constants)) found.others = true;
       return;
     case SUM: case PROD:
-      for (Word i = 1; i < lengthOf(x); i += 2)
-        gatherIndeterminates(walk, x[i], namesOnly, found);
+      for (Word i = 1; i < lengthOf(x); i += 2) gatherIndeterminates(walk, x[i], namesOnly, found);
       return;
     case POWER:
       gatherIndeterminates(walk, x[1], namesOnly, found);
       if (!isConstant(walk, x[2])) found.others |= !namesOnly;
       if (namesOnly) gatherIndeterminates(walk, x[2], namesOnly, found);
       return;
-    case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case NOT: case OR: case EXPSEQ:
-    case LIST: case RANGE: case SET:
+    case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case NOT: case OR: case EXPSEQ: case LIST:
+    case RANGE: case SET:
       for (Word i = 1; i < lengthOf(x); ++i) gatherIndeterminates(walk, x[i], namesOnly, found);
       return;
     case FUNCTION:
@@ -88,8 +86,7 @@ bool computeConstant(const ConstantWalk& walk, DAG x) {
     case INTNEG: case INTPOS: case RATIONAL: return true;
     case FLOAT: case HFLOAT: return !isUndefined(x);
     case COMPLEX: return !isUndefined(x) && areConstant(walk, x, 1);
-    case NAME:
-      return isMember(x, walk.constants) && (walk.undefinedToo || x != ini("undefined"));
+    case NAME: return isMember(x, walk.constants) && (walk.undefinedToo || x != ini("undefined"));
     case DCOLON: return isConstant(walk, x[1]);
     case POWER: return areConstant(walk, x, 1);
     case SUM: case PROD:

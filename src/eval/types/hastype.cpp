@@ -1,18 +1,18 @@
 // Search for a part of an expression that matches a type.
 
 #include "eval/procedures/procedures.h"
+#include "eval/structure/operands.h"
+#include "eval/types/type_match.h"
+#include "eval/types/type_names.h"
+#include "eval/types/types.h"
+#include "eval/walk/part_walk.h"
+#include "eval/walk/walk_memory.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/object_set.h"
 #include "store/objects.h"
-#include "eval/structure/operands.h"
-#include "eval/walk/part_walk.h"
-#include "eval/walk/walk_memory.h"
-#include "eval/types/type_match.h"
-#include "eval/types/type_names.h"
-#include "eval/types/types.h"
 
 namespace korel {
 
@@ -37,9 +37,7 @@ Parts headAndMembers(DAG x) {
   return parts;
 }
 
-bool isRootOf(DAG call) {
-  return call[1] == ini("RootOf") && isTag(call[2], EXPSEQ) && lengthOf(call[2]) > 1;
-}
+bool isRootOf(DAG call) { return call[1] == ini("RootOf") && isTag(call[2], EXPSEQ) && lengthOf(call[2]) > 1; }
 
 struct TypedPartRules {
   static bool isPlainCall(DAG call) { return call[1] != ini("RootOf"); }
@@ -47,9 +45,8 @@ struct TypedPartRules {
   static Parts partsOf(DAG e) {
     Word n = lengthOf(e);
     switch (tagOf(e)) {
-      case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case STRING: case NAME:
-      case MEMBER: case LOCAL: case PARAM: case LEXICAL:
-      case RTABLE: case BINARY: case GARBAGE: case FOREIGN: case CONTROL: case DEBUG:
+      case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case STRING: case NAME: case MEMBER: case LOCAL:
+      case PARAM: case LEXICAL: case RTABLE: case BINARY: case GARBAGE: case FOREIGN: case CONTROL: case DEBUG:
         return {};
       case SERIES: case ZPPOLY: case HASH: return korel::partsOf(e);
       case LIST: case SET: return membersIn(e, 1);
@@ -89,9 +86,7 @@ struct Search {
   ObjectSet& met;
 };
 
-bool matches(const Search& search, DAG e) {
-  return search.test != nullptr ? search.test(e) : type(e, search.type);
-}
+bool matches(const Search& search, DAG e) { return search.test != nullptr ? search.test(e) : type(e, search.type); }
 
 bool found(const Search& search, DAG e);
 
@@ -142,8 +137,7 @@ bool inParts(const Search& search, DAG e) {
 
 bool found(const Search& search, DAG e) {
   if (e == null) return false;
-  if (isImmediate(e) || tagOf(e) <= NAME)
-    return matches(search, e) || (isTag(e, COMPLEX) && inParts(search, e));
+  if (isImmediate(e) || tagOf(e) <= NAME) return matches(search, e) || (isTag(e, COMPLEX) && inParts(search, e));
   if (!search.met.insert(e)) return false;
   checkStack();
   return matches(search, e) || inParts(search, e);

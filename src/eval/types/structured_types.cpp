@@ -5,18 +5,13 @@
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
 #include "eval/structure/kinds.h"
-#include "eval/walk/has.h"
-#include "frame/errors.h"
-#include "library/library_calls.h"
-#include "numbers/complex/complex.h"
-#include "store/constants.h"
-#include "store/objects.h"
 #include "eval/structure/operands.h"
 #include "eval/types/type_match.h"
 #include "eval/types/type_names.h"
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "frame/errors.h"
+#include "library/library_calls.h"
 #include "numbers/complex/complex.h"
 #include "store/constants.h"
 #include "store/objects.h"
@@ -52,17 +47,16 @@ bool embeddedReal(DAG e, DAG u) {
   if (!isComplex(e)) return type(e, u);
   return hasZeroImaginaryPart(e) && type(cxRealPart(e), u);
 }
-bool embeddedImaginary(DAG e, DAG u) {
-  return isComplex(e) && hasZeroRealPart(e) && type(imaginaryPartOf(e), u);
-}
+bool embeddedImaginary(DAG e, DAG u) { return isComplex(e) && hasZeroRealPart(e) && type(imaginaryPartOf(e), u); }
 
 // Classes of real numbers, which `complex` asks of each part.
 constexpr StandardName realClasses[] = {
-    "extended_numeric", "numeric",   "positive",  "negative",     "nonpositive",       "nonnegative",
-    "integer",          "negint",    "posint",    "nonnegint",    "nonposint",         "even",
-    "odd",              "fraction",  "rational",  "extended_rational", "sfloat",       "infinity",
-    "undefined",        "float",     "poszero",   "negzero",      "cx_infinity",       "real_infinity",
-    "pos_infinity",     "neg_infinity",
+    "extended_numeric",  "numeric", "positive",    "negative",      "nonpositive",
+    "nonnegative",       "integer", "negint",      "posint",        "nonnegint",
+    "nonposint",         "even",    "odd",         "fraction",      "rational",
+    "extended_rational", "sfloat",  "infinity",    "undefined",     "float",
+    "poszero",           "negzero", "cx_infinity", "real_infinity", "pos_infinity",
+    "neg_infinity",
 };
 bool isRealClass(DAG u) {
   for (StandardName name : realClasses)
@@ -114,9 +108,9 @@ constexpr HeadRow headRows[] = {
 // Names that with one argument are a type of containers: what matches the plain name, with every operand
 // of the type that the argument tells.
 constexpr StandardName containerHeads[] = {
-    "+",     "*",     "**",    "^",  "indexed", "function", "series", "list",   "set",      "equation",
-    "=",     "algebraic", "constant", "and", "not", "or",   "range",  "..",     "!",        ".",
-    "<",     "<=",    "<>",    "uneval", "relation", "radical", "::", "table",
+    "+", "*",         "**",       "^",      "indexed",  "function", "series", "list",  "set", "equation",
+    "=", "algebraic", "constant", "and",    "not",      "or",       "range",  "..",    "!",   ".",
+    "<", "<=",        "<>",       "uneval", "relation", "radical",  "::",     "table",
 };
 
 // ---- heads that go by their text
@@ -223,9 +217,7 @@ bool everyOperand(DAG e, DAG t) {
   return true;
 }
 
-bool isTypeProcedure(DAG value) {
-  return isTag(value, PROC) || (isTag(value, FUNCTION) && value[1] == ini("readlib"));
-}
+bool isTypeProcedure(DAG value) { return isTag(value, PROC) || (isTag(value, FUNCTION) && value[1] == ini("readlib")); }
 
 bool callTypeProcedure(DAG head, DAG e, DAG rest, DAG t) {
   if (isUnbound(e)) return false;

@@ -32,9 +32,7 @@ void forgetBindings(const char*) {
   outerBindings = DAG(static_cast<Word>(errorProcParam));
 }
 
-bool isAssignable(DAG x) {
-  return isTag(x, TABLEREF) || (isName(x) && !isProtected(x[2]));
-}
+bool isAssignable(DAG x) { return isTag(x, TABLEREF) || (isName(x) && !isProtected(x[2])); }
 
 // In order, once all names are known to take a value.
 void assignBindings(const DAG* pairs, int count) {

@@ -9,12 +9,12 @@
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/named_kinds.h"
 #include "eval/procedures/procedures.h"
-#include "library/repository/lookup.h"
 #include "eval/simplify/simplify.h"
 #include "eval/statements/assign.h"
 #include "eval/structure/operands.h"
 #include "eval/types/constant_expressions.h"
 #include "eval/types/type_match.h"
+#include "library/repository/lookup.h"
 #include "library/retrieve.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
@@ -27,9 +27,7 @@
 
 namespace korel {
 
-bool isPower(DAG x) {
-  return isObject(x) && (hasTag(x, POWER) || (hasTag(x, PROD) && lengthOf(x) == 3));
-}
+bool isPower(DAG x) { return isObject(x) && (hasTag(x, POWER) || (hasTag(x, PROD) && lengthOf(x) == 3)); }
 bool hasZeroImaginaryPart(DAG complex) { return isZero(imaginaryPartOf(complex)); }
 bool hasZeroRealPart(DAG complex) { return lengthOf(complex) == 2 || isZero(complex[1]); }
 
@@ -39,9 +37,7 @@ namespace {
 
 bool isSpecial(DAG x) { return isInfinite(x) || isUndefined(x); }
 bool isFiniteReal(DAG x) { return isNumeric(x) && !isSpecial(x); }
-bool isNegativeNumber(DAG x) {
-  return isTag(x, HFLOAT) ? std::signbit(hfloatValue(x)) : consneg(x);
-}
+bool isNegativeNumber(DAG x) { return isTag(x, HFLOAT) ? std::signbit(hfloatValue(x)) : consneg(x); }
 /// -1, 0 or 1 by the sign of a number; 2 for a float undefined and for what is no number.
 int signOf(DAG x) {
   if (isImmediate(x)) return immediateValue(x) < 0 ? -1 : immediateValue(x) > 0;
@@ -203,9 +199,7 @@ constexpr TypeRow typeRows[] = {
 constexpr int typeRowCount = static_cast<int>(std::size(typeRows));
 static_assert(typeRowCount == 86);
 
-bool isFiledesc(DAG e) {
-  return isText(e) || (isInteger(e) && signOf(e) >= 0);
-}
+bool isFiledesc(DAG e) { return isText(e) || (isInteger(e) && signOf(e) >= 0); }
 
 // The rows by the first character of their name, `!` to `|`: those of character c stand in
 // rows[first[c]] to rows[first[c + 1] - 1].
@@ -221,8 +215,7 @@ constexpr RowsByCharacter rowsByCharacter = [] {
   for (int c = 0; c < characterCount; ++c) {
     by.first[c] = static_cast<unsigned char>(at);
     for (int i = 0; i < typeRowCount; ++i)
-      if (inistrings[typeRows[i].name.index][0] == c + firstCharacter)
-        by.rows[at++] = static_cast<unsigned char>(i);
+      if (inistrings[typeRows[i].name.index][0] == c + firstCharacter) by.rows[at++] = static_cast<unsigned char>(i);
   }
   by.first[characterCount] = static_cast<unsigned char>(at);
   return by;
@@ -253,8 +246,8 @@ TagSet tagsOfType(DAG name) {
 
 bool IsNotSet(DAG x) {
   // A name, a call or an operation may yet become a set.
-  constexpr TagSet neverSets = numberTags | TagSet{STRING, DCOLON, SERIES, ZPPOLY, LIST, PROC, RANGE, TABLE,
-                                                   RTABLE, MODDEF, MODULE};
+  constexpr TagSet neverSets =
+      numberTags | TagSet{STRING, DCOLON, SERIES, ZPPOLY, LIST, PROC, RANGE, TABLE, RTABLE, MODDEF, MODULE};
   return isAmong(x, neverSets);
 }
 

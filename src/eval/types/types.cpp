@@ -69,8 +69,7 @@ DAG answer(DAG e, DAG t) {
 bool type(DAG e, DAG t) {
   if (isImmediate(t)) return e == t;
   switch (tagOf(t)) {
-    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case COMPLEX: case STRING: case RTABLE:
-      return e == t;
+    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case COMPLEX: case STRING: case RTABLE: return e == t;
     case NAME:
       if (TypeTest matches = builtinType(t)) return matches(e);
       checkStack();
@@ -86,8 +85,8 @@ bool type(DAG e, DAG t) {
       [[fallthrough]];
     case POWER: return isPower(e) && type(e[1], t[1]) && type(e[2], t[2]);
     case DCOLON: return typeByDeclaration(e, t);
-    case EXPSEQ: case CATENATE: case SERIES: case UNEVAL: case EQUATION: case INEQUAT: case LESSEQ:
-    case LESSTHAN: case AND: case NOT: case OR: case LIST: case RANGE:
+    case EXPSEQ: case CATENATE: case SERIES: case UNEVAL: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN:
+    case AND: case NOT: case OR: case LIST: case RANGE:
       return typeByStructure(e, t);
     case TABLEREF: return typeByIndexedName(e, t);
     case FUNCTION: return typeByCall(e, t);

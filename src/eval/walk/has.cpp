@@ -123,8 +123,7 @@ bool hasLeftSide(DAG x, DAG equations) {
 
 bool hasid(DAG x, Tag tag) {
   return anyPart(x, [tag](DAG part) {
-    return hasTag(part, tag) ||
-           (isPairs(part) && anySecond(part, [tag](DAG second) { return hasTag(second, tag); }));
+    return hasTag(part, tag) || (isPairs(part) && anySecond(part, [tag](DAG second) { return hasTag(second, tag); }));
   });
 }
 
@@ -138,7 +137,9 @@ bool hasparlocExceptInPROC(DAG x) {
 bool refersToFrame(DAG x) {
   return walk.any<NoSequenceRules>(
       x, [](DAG part) { return part == ini("%") || part == ini("%%") || part == ini("%%%"); },
-      [](DAG part) { return isAmong(part, frameReferenceTags | TagSet{MEMBER, PROC, MODDEF}); });
+      [](DAG part) {
+        return isAmong(part, frameReferenceTags | TagSet{MEMBER, PROC, MODDEF});
+      });
 }
 
 bool hasCallTo(DAG x, DAG head) {

@@ -5,9 +5,9 @@
 // only where a number is sought. It evaluates nothing, and raises no error; those for several objects may
 // be ended by an interrupt.
 
+#include "eval/walk/part_walk.h"
 #include "frame/builtin_call.h"
 #include "store/dag.h"
-#include "eval/walk/part_walk.h"
 
 namespace korel {
 

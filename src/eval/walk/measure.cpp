@@ -3,6 +3,10 @@
 #include <cstring>
 
 #include "eval/simplify/simplify.h"
+#include "eval/structure/kinds.h"
+#include "eval/structure/operands.h"
+#include "eval/walk/has.h"
+#include "eval/walk/walk_memory.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
@@ -13,10 +17,6 @@
 #include "store/objects.h"
 #include "store/reference_fields.h"
 #include "store/word_map.h"
-#include "eval/walk/has.h"
-#include "eval/structure/kinds.h"
-#include "eval/structure/operands.h"
-#include "eval/walk/walk_memory.h"
 
 namespace korel {
 
@@ -98,8 +98,7 @@ void addOccurrences(DAG x, DAG y, Total& total) {
     bool isPair = pairs && isTag(y, tag) && lengthOf(y) == 3;
     if (pairs && (isPair || isNumeric(y)))
       for (Word i = 1, n = lengthOf(object); i < n; i += 2)
-        if (isPair ? object[i] == y[1] && object[i + 1] == y[2] : object[i + 1] == y)
-          sum.add(std::int64_t{1});
+        if (isPair ? object[i] == y[1] && object[i + 1] == y[2] : object[i + 1] == y) sum.add(std::int64_t{1});
     forEachPart(object, [&](DAG part) { addOccurrences(part, y, sum); });
   });
 }

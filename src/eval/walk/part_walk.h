@@ -46,9 +46,8 @@ inline Parts entriesOf(DAG chain) {
 [[gnu::always_inline]] inline Parts partsOf(DAG x) {
   Word n = lengthOf(x);
   switch (tagOf(x)) {
-    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case STRING: case NAME:
-    case LOCAL: case PARAM: case LEXICAL:
-    case RTABLE: case BINARY: case GARBAGE: case FOREIGN:
+    case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case STRING: case NAME: case LOCAL: case PARAM:
+    case LEXICAL: case RTABLE: case BINARY: case GARBAGE: case FOREIGN:
       return {};
     case SUM: case PROD: return fieldsOf(x, 1, n, 2);
     case SERIES: return {x.word + 8, x.word + 4 * n, 8, x.word + 4};
@@ -128,7 +127,8 @@ class PartSearch {
 
   // Out of line and field by field: a copy of the whole record would be prepared in each step.
   [[gnu::noinline]] void keepLevel(std::size_t depth, Word at, Word end, Word step) {
-    if (depth == levels_.size()) [[unlikely]] levels_.resize(2 * depth);
+    if (depth == levels_.size()) [[unlikely]]
+      levels_.resize(2 * depth);
     levels_[depth] = {at, end, step, 0};
   }
 

@@ -1,13 +1,12 @@
 #include "library/archive/archive_files.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "frame/errors.h"
 
@@ -18,7 +17,8 @@ namespace korel {
 std::int64_t readAt(int descriptor, void* bytes, std::int64_t n, std::int64_t offset) {
   std::int64_t done = 0;
   while (done < n) {
-    ssize_t got = ::pread(descriptor, static_cast<char*>(bytes) + done, static_cast<std::size_t>(n - done), offset + done);
+    ssize_t got =
+        ::pread(descriptor, static_cast<char*>(bytes) + done, static_cast<std::size_t>(n - done), offset + done);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return -1;
     if (got == 0) break;
@@ -47,7 +47,7 @@ std::int64_t fileSize(int descriptor) {
 namespace {
 
 bool setLock(int descriptor, int command, short type, std::int64_t offset, std::int64_t length) {
-  struct flock lock{};
+  struct flock lock {};
   lock.l_type = type;
   lock.l_whence = SEEK_SET;
   lock.l_start = offset;

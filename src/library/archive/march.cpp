@@ -1,10 +1,9 @@
 #include "library/archive/march.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
@@ -25,9 +24,9 @@ struct CommandRow {
   DAG (*run)(MarchRun& run);
 };
 constexpr CommandRow commands[] = {
-    {"create", marchCreate}, {"add", marchAdd},   {"update", marchUpdate},   {"extract", marchExtract},
-    {"delete", marchDelete}, {"list", marchList}, {"pack", marchPack},       {"reindex", marchReindex},
-    {"gc", marchCollect},
+    {"create", marchCreate},   {"add", marchAdd},         {"update", marchUpdate},
+    {"extract", marchExtract}, {"delete", marchDelete},   {"list", marchList},
+    {"pack", marchPack},       {"reindex", marchReindex}, {"gc", marchCollect},
 };
 
 const CommandRow* rowOf(const char* name) {
@@ -64,8 +63,8 @@ void cleanUpRun(const char*) {
 // ---- arguments
 
 const char* textSetting(DAG argument, const char* name) {
-  bool isSetting = isTag(argument, EQUATION) && isName(argument[1]) && hasText(argument[1], name) &&
-                   isTag(argument[2], STRING);
+  bool isSetting =
+      isTag(argument, EQUATION) && isName(argument[1]) && hasText(argument[1], name) && isTag(argument[2], STRING);
   return isSetting ? textOf(argument[2]) : nullptr;
 }
 

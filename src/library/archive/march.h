@@ -24,7 +24,7 @@ void rebuildArchiveIndex(const char* directory);
 /// An archive open for a command, and what a failure has to give back.
 struct MarchRun {
   ArchivePlace place;
-  DAG arguments;   // behind command and directory, without the equations
+  DAG arguments;  // behind command and directory, without the equations
   const char* command;
   ArchivePair pair;
   int newIndex, newData;  // of a rebuild, or -1

@@ -4,6 +4,8 @@
 // bytes hold the object's name as the record format writes it, a length character, ":-" and the digits. The scan
 // needs no reader: what looks like a name by chance only keeps an object alive.
 
+#include "library/archive/march.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -11,7 +13,6 @@
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "library/archive/archive_index.h"
-#include "library/archive/march.h"
 #include "library/repository/side_file.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
@@ -35,8 +36,8 @@ struct Collecting {
   MarchRun& run;
   Member* members;
   std::int32_t count, capacity;
-  WordMap byNumber;        // number to its member
-  std::int32_t* open;      // members reached and not yet scanned
+  WordMap byNumber;    // number to its member
+  std::int32_t* open;  // members reached and not yet scanned
   std::int32_t openCount;
 };
 

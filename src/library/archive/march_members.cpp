@@ -1,17 +1,17 @@
 // Commands of the archive tool on single members: add, update, extract, delete, list.
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "library/archive/march.h"
 
 #include <cerrno>
 #include <cstring>
 #include <ctime>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "library/archive/archive_index.h"
-#include "library/archive/march.h"
 #include "numbers/integer/integer.h"
 #include "store/append.h"
 #include "store/constants.h"
@@ -203,7 +203,8 @@ DAG marchExtract(MarchRun& run) {
 }
 
 DAG marchDelete(MarchRun& run) {
-  if (memberCount(run.arguments) == 0) KernelException("member name(s) expected for %1 command", strinstall(run.command));
+  if (memberCount(run.arguments) == 0)
+    KernelException("member name(s) expected for %1 command", strinstall(run.command));
   for (Word i = 1; i < lengthOf(run.arguments); ++i)
     if (!isText(run.arguments[i])) KernelException("\"%1\" is not a valid member name", run.arguments[i]);
   openArchiveForChange(run, "index could not be opened for updating");
@@ -232,7 +233,8 @@ DAG marchList(MarchRun& run) {
         char name[largestEntry + 1] = "";
         std::memcpy(name, text, static_cast<std::size_t>(l.run.pair.entrySize));
         readEntry(text, l.run.pair.entrySize, INT64_MAX, entry);
-        DAG row = newSequence({strinstall(name), dateOf(entry.time), NewInteger(entry.offset), NewInteger(entry.length)});
+        DAG row =
+            newSequence({strinstall(name), dateOf(entry.time), NewInteger(entry.offset), NewInteger(entry.length)});
         l.members = Append2(l.members, simpl(new2(LIST, row)));
       },
       &listing);

@@ -1,16 +1,16 @@
 // Commands of the archive tool that make files: create, pack, reindex.
 
-#include <fcntl.h>
-#include <unistd.h>
+#include "library/archive/march.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "library/archive/archive_index.h"
-#include "library/archive/march.h"
 #include "library/repository/side_file.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
@@ -65,7 +65,8 @@ std::int32_t tableSize(const MarchRun& run) {
   Word n = memberCount(run.arguments);
   DAG size = n == 1 ? run.arguments[1] : naminstall("nothing");
   if (n != 1 || !isInteger(size) || hasTag(size, INTNEG))
-    KernelException("positive integer argument expected for %1 command, but received %2", strinstall(run.command), size);
+    KernelException("positive integer argument expected for %1 command, but received %2", strinstall(run.command),
+                    size);
   if (!isImmediate(size) || immediateValue(size) < 1 || immediateValue(size) > largestTable)
     KernelException("table size must be between 1 and 999999");
   return immediateValue(size);
@@ -263,8 +264,8 @@ DAG marchReindex(MarchRun& run) {
     KernelException("error while closing new index");
   removeFile(run.place, ArchiveFile::newData);
   DAG range = new3(RANGE, Newint(layout.fewest), Newint(layout.most));
-  return simpl(newSequence({NewInteger(members.count), NewInteger(before),
-                            NewInteger(entriesPerBlock * layout.blocks), simpl(range)}));
+  return simpl(newSequence(
+      {NewInteger(members.count), NewInteger(before), NewInteger(entriesPerBlock * layout.blocks), simpl(range)}));
 }
 
 }  // namespace korel

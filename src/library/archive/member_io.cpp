@@ -1,14 +1,13 @@
 #include "library/archive/member_io.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "eval/evaluate/environment_variables.h"
 #include "frame/errors.h"

@@ -9,9 +9,9 @@
 #include <cmath>
 #include <utility>
 
+#include "frame/environment_block.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
-#include "frame/environment_block.h"
 #include "library/native/fixed_point.h"
 #include "library/native/native.h"
 #include "numbers/arithmetic.h"
@@ -50,8 +50,7 @@ Halving halvingFor(std::int64_t p, int perTerm) {
   // Terms until x^k / k! falls below the last place, for x = 2^-halvings.
   double size = 0;
   std::int64_t k = 1;
-  for (; size < static_cast<double>(places) * 3.32193 + 4; ++k)
-    size += halvings + std::log2(static_cast<double>(k));
+  for (; size < static_cast<double>(places) * 3.32193 + 4; ++k) size += halvings + std::log2(static_cast<double>(k));
   return {halvings, places, k / perTerm + 2};
 }
 
@@ -91,7 +90,8 @@ DAG fixedExp(DAG x, std::int64_t p) {
   const Halving h = halvingFor(p, 1);
   const std::int64_t q = h.places;
   DAG y = dividedBy(shift10p(x, q - p), powint(immediate(2), h.halvings));
-  DAG value = taylorSum(y, h.terms, [](std::int64_t k) { return k; }, q);
+  DAG value = taylorSum(
+      y, h.terms, [](std::int64_t k) { return k; }, q);
   for (int i = 0; i < h.halvings; ++i) {
     DAG square = fixedProduct(value, value, q);
     discard(value);
@@ -109,8 +109,8 @@ SineCosine fixedSineCosine(DAG x, std::int64_t p) {
   const Halving h = halvingFor(p, 2);
   const std::int64_t q = h.places;
   DAG y = dividedBy(shift10p(x, q - p), powint(immediate(2), h.halvings));
-  DAG series = taylorSum(complint(fixedProduct(y, y, q)), h.terms,
-                         [](std::int64_t k) { return 2 * k * (2 * k + 1); }, q);
+  DAG series = taylorSum(
+      complint(fixedProduct(y, y, q)), h.terms, [](std::int64_t k) { return 2 * k * (2 * k + 1); }, q);
   DAG one = powerOfTen(q);
   DAG sine = fixedProduct(y, series, q);
   DAG cosine = isqrt(difference(powerOfTen(2 * q), mulint(sine, sine)));
@@ -139,11 +139,13 @@ DAG fixedLn(DAG x, std::int64_t p) {
 
 // arctan x for |x| <= 1, at p places: y + arctan((x - tan y) / (1 + x tan y)).
 DAG fixedArctan(DAG x, std::int64_t p) {
-  if (p <= doublePlaces) return fixedDouble(std::atan(std::copysign(leadingDouble(absalg(x), p), consneg(x) ? -1.0 : 1.0)), p);
+  if (p <= doublePlaces)
+    return fixedDouble(std::atan(std::copysign(leadingDouble(absalg(x), p), consneg(x) ? -1.0 : 1.0)), p);
   const std::int64_t q = std::max(p / 5 + 4, doublePlaces);
   DAG y = shift10p(fixedArctan(shift10p(x, q - p), q), p - q);
   const SineCosine at = fixedSineCosine(y, p);
-  DAG t = fixedQuotient(difference(fixedProduct(x, at.cosine, p), at.sine), addint(at.cosine, fixedProduct(x, at.sine, p)), p);
+  DAG t = fixedQuotient(difference(fixedProduct(x, at.cosine, p), at.sine),
+                        addint(at.cosine, fixedProduct(x, at.sine, p)), p);
   DAG cube = fixedProduct(fixedProduct(t, t, p), t, p);
   return addint(y, difference(t, dividedBy(cube, immediate(3))));
 }
@@ -238,8 +240,8 @@ Exact tanOf(const Exact& x, std::int64_t digits) {
   if (isZero(x) || isTiny(x, digits)) return x;
   const Reduced r = reduceByPi(x, digits);
   const bool turned = r.quarter % 2 != 0;
-  const Exact value = product(decimal(turned ? r.at.cosine : r.at.sine, 0),
-                              reciprocal(decimal(turned ? r.at.sine : r.at.cosine, 0)));
+  const Exact value =
+      product(decimal(turned ? r.at.cosine : r.at.sine, 0), reciprocal(decimal(turned ? r.at.sine : r.at.cosine, 0)));
   return turned ? negated(value) : value;
 }
 

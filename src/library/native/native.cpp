@@ -37,9 +37,7 @@ NativeFunction functionOf(const char* name) {
 
 }  // namespace
 
-DAG unevaluatedNative(const BuiltinCall& call) {
-  return new2(UNEVAL, new3(FUNCTION, call.self, call.arguments));
-}
+DAG unevaluatedNative(const BuiltinCall& call) { return new2(UNEVAL, new3(FUNCTION, call.self, call.arguments)); }
 
 DAG builtin::native(const BuiltinCall& call) {
   if (argumentCount(call) < 1 || !isText(call.arguments[1]))

@@ -6,9 +6,9 @@
 #include <cstring>
 
 #include "frame/environment.h"
+#include "frame/environment_block.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
-#include "frame/environment_block.h"
 #include "library/native/fixed_point.h"
 #include "library/native/native.h"
 #include "numbers/integer/integer.h"
@@ -74,8 +74,7 @@ Part sumByHalves(Term term, std::int64_t first, std::int64_t last) {
   const std::int64_t middle = (first + last) / 2;
   Part left = sumByHalves(term, first, middle), right = sumByHalves(term, middle, last);
   passWork(10);
-  return {mulint(left.p, right.p), mulint(left.q, right.q),
-          sum(mulint(left.t, right.q), mulint(left.p, right.t))};
+  return {mulint(left.p, right.p), mulint(left.q, right.q), sum(mulint(left.t, right.q), mulint(left.p, right.t))};
 }
 
 // Pi (D. V. and G. V. Chudnovsky, 1988): 14.18 digits a term.
@@ -93,8 +92,11 @@ DAG computePi(std::int64_t p) {
 
 // Catalan's constant (A. Lupas, 2000): 0.6 digits a term.
 Part catalanTerm(std::int64_t k) {
-  DAG p = k == 1 ? integer(32) : mulint(mulint(integer(-32 * (k - 1)), integer(k - 1)), mulint(integer(k - 1), integer(2 * k - 3)));
-  DAG q = k == 1 ? integer(9) : mulint(mulint(integer(4 * k - 1), integer(4 * k - 1)), mulint(integer(4 * k - 3), integer(4 * k - 3)));
+  DAG p = k == 1 ? integer(32)
+                 : mulint(mulint(integer(-32 * (k - 1)), integer(k - 1)), mulint(integer(k - 1), integer(2 * k - 3)));
+  DAG q = k == 1
+              ? integer(9)
+              : mulint(mulint(integer(4 * k - 1), integer(4 * k - 1)), mulint(integer(4 * k - 3), integer(4 * k - 3)));
   return {p, q, mulint(p, integer((40 * k - 24) * k + 3))};
 }
 DAG computeCatalan(std::int64_t p) {
@@ -113,7 +115,8 @@ Part artanhPart(std::int64_t square, std::int64_t first, std::int64_t last) {
           sum(mulint(mulint(right.p, right.q), left.t), mulint(left.p, right.t))};
 }
 DAG artanhOfReciprocal(std::int64_t n, std::int64_t p) {
-  const auto terms = static_cast<std::int64_t>(static_cast<double>(p) * ln10 / (2 * std::log(static_cast<double>(n)))) + 3;
+  const auto terms =
+      static_cast<std::int64_t>(static_cast<double>(p) * ln10 / (2 * std::log(static_cast<double>(n)))) + 3;
   Part s = artanhPart(n * n, 0, terms);
   return dividedBy(mulint(shift10p(s.t, p), integer(n)), mulint(s.p, s.q));
 }

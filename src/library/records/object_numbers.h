@@ -37,7 +37,7 @@ class ObjectNumbers {
 
  private:
   static constexpr Word pageLength = 8192;
-  static constexpr Word smallLimit = Word{1} << 20;              // integers from 0 on
+  static constexpr Word smallLimit = Word{1} << 20;  // integers from 0 on
   static constexpr Word heapPageCount = (Word{1} << 29) / pageLength;
   static constexpr Word smallPageCount = smallLimit / pageLength;
   static constexpr int keptPages = 512;

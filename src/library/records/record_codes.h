@@ -20,14 +20,14 @@ namespace korel {
 
 /// Codes beside the tag numbers.
 enum RecordCode : int {
-  recordTable = 53,        // HASHTAB
-  recordBack = 54,         // back reference
-  recordZero = 55,         // the word 0
-  recordReference = 56,    // reference to an object of the repository
-  recordControl = 57,      // CONTROL
-  recordDebug = 58,        // DEBUG
-  recordAttribute = 55,    // added to the tag number of an object with an attribute
-  recordTopName = 63,      // NAME with value and attribute
+  recordTable = 53,      // HASHTAB
+  recordBack = 54,       // back reference
+  recordZero = 55,       // the word 0
+  recordReference = 56,  // reference to an object of the repository
+  recordControl = 57,    // CONTROL
+  recordDebug = 58,      // DEBUG
+  recordAttribute = 55,  // added to the tag number of an object with an attribute
+  recordTopName = 63,    // NAME with value and attribute
   // Only read: what earlier versions wrote.
   recordOldProc = 114,
   recordOldLexical = 115,
@@ -44,14 +44,13 @@ inline constexpr std::array<unsigned char, 90> dotMOutputTable = [] {
     char character;
   };
   constexpr Row rows[] = {
-      {1, '!'},   {2, '"'},   {3, '#'},   {4, '$'},   {5, ']'},   {6, '^'},   {7, 'Q'},   {8, '%'},
-      {9, '_'},   {10, '&'},  {11, '\''}, {12, '('},  {13, ')'},  {14, '*'},  {15, '+'},  {16, ','},
-      {17, 'd'},  {18, '-'},  {19, '.'},  {20, '/'},  {21, '0'},  {22, '1'},  {23, '2'},  {24, '3'},
-      {25, '4'},  {26, '5'},  {27, '6'},  {28, '7'},  {29, '8'},  {30, '9'},  {31, 'T'},  {32, 'R'},
-      {33, ';'},  {34, '<'},  {35, '='},  {36, 'X'},  {37, 'b'},  {38, '`'},  {39, '>'},  {40, '?'},
-      {41, '@'},  {42, 'A'},  {43, 'B'},  {44, 'C'},  {45, 'D'},  {46, 'Y'},  {47, 'Z'},  {48, 'O'},
-      {49, '['},  {50, '\\'}, {51, 'a'},  {52, 'e'},  {53, 'E'},  {54, 'F'},  {55, 'G'},  {56, 'c'},
-      {57, 'N'},  {58, 'P'},  {59, 'H'},  {63, 'I'},  {65, 'J'},  {73, 'K'},  {83, 'L'},  {89, 'M'},
+      {1, '!'},   {2, '"'},  {3, '#'},  {4, '$'},  {5, ']'},  {6, '^'},  {7, 'Q'},  {8, '%'},  {9, '_'},  {10, '&'},
+      {11, '\''}, {12, '('}, {13, ')'}, {14, '*'}, {15, '+'}, {16, ','}, {17, 'd'}, {18, '-'}, {19, '.'}, {20, '/'},
+      {21, '0'},  {22, '1'}, {23, '2'}, {24, '3'}, {25, '4'}, {26, '5'}, {27, '6'}, {28, '7'}, {29, '8'}, {30, '9'},
+      {31, 'T'},  {32, 'R'}, {33, ';'}, {34, '<'}, {35, '='}, {36, 'X'}, {37, 'b'}, {38, '`'}, {39, '>'}, {40, '?'},
+      {41, '@'},  {42, 'A'}, {43, 'B'}, {44, 'C'}, {45, 'D'}, {46, 'Y'}, {47, 'Z'}, {48, 'O'}, {49, '['}, {50, '\\'},
+      {51, 'a'},  {52, 'e'}, {53, 'E'}, {54, 'F'}, {55, 'G'}, {56, 'c'}, {57, 'N'}, {58, 'P'}, {59, 'H'}, {63, 'I'},
+      {65, 'J'},  {73, 'K'}, {83, 'L'}, {89, 'M'},
   };
   for (Row row : rows) table[row.code] = static_cast<unsigned char>(row.character - 32);
   return table;

@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "eval/evaluate/known_values.h"
-#include "eval/simplify/bindings.h"
 #include "eval/procedures/scoping.h"
+#include "eval/simplify/bindings.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "library/archive/member_io.h"
@@ -37,8 +37,7 @@ struct Aside {
 
 Aside putAside() {
   const Frame& frame = *Environment->frame;
-  Aside a{frame.ditto1,  frame.ditto2,  frame.ditto3,    ini("libname")[1],
-          procSimplStack, useSimplStack, bindingsEnabled};
+  Aside a{frame.ditto1, frame.ditto2, frame.ditto3, ini("libname")[1], procSimplStack, useSimplStack, bindingsEnabled};
   procSimplStack = nullptr;
   useSimplStack = nullptr;
   bindingsEnabled = false;
@@ -99,8 +98,8 @@ void readHeader(FileReading& f) {
   }
   if (isPresent || f.numbers.oldVersion) return;
   char text[1400];
-  std::snprintf(text, sizeof text, "`%s` is an incorrect or outdated .m file (%c%c%c%c)", f.name, shown(c[0]), shown(c[1]),
-                shown(c[2]), shown(c[3]));
+  std::snprintf(text, sizeof text, "`%s` is an incorrect or outdated .m file (%c%c%c%c)", f.name, shown(c[0]),
+                shown(c[1]), shown(c[2]), shown(c[3]));
   userror(text);
 }
 

@@ -1,5 +1,3 @@
-#include "library/records/records.h"
-
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -12,6 +10,7 @@
 #include "frame/errors.h"
 #include "library/records/record_codes.h"
 #include "library/records/record_reading.h"
+#include "library/records/records.h"
 #include "library/repository/repository.h"
 #include "numbers/integer/integer.h"
 #include "store/check/verify_rules.h"
@@ -152,8 +151,7 @@ DAG enter(Reading& r, Word number, DAG x) {
 DAG backReference(Reading& r) {
   std::int64_t number = nextInt(r);
   // An object that isn't complete is part of itself here, which only names can be.
-  if (number < 1 || number > r.numbers->count || !r.numbers->objects[number])
-    failReading(r, "invalid back reference");
+  if (number < 1 || number > r.numbers->count || !r.numbers->objects[number]) failReading(r, "invalid back reference");
   return r.numbers->objects[number];
 }
 
@@ -327,8 +325,8 @@ bool isWellFormed(DAG s) {
 }
 
 // Kinds of which any parts make a well-formed object.
-constexpr TagSet freeTags = {EXPSEQ, LIST, SET, UNEVAL, NOT, EQUATION, INEQUAT, LESSEQ, LESSTHAN, AND, OR, RANGE, DCOLON,
-                             CATENATE, POWER};
+constexpr TagSet freeTags = {EXPSEQ,   LIST, SET, UNEVAL, NOT,    EQUATION, INEQUAT, LESSEQ,
+                             LESSTHAN, AND,  OR,  RANGE,  DCOLON, CATENATE, POWER};
 // On the link so does an assignment: what stands on its left is looked at when it is carried out.
 constexpr TagSet freeOnLink = freeTags | TagSet{ASSIGN};
 
@@ -348,9 +346,9 @@ bool hasNumericMultiples(DAG s) {
 void requireWellFormed(Reading& r, DAG s) {
   Tag tag = tagOf(s);
   bool good = (onLink(r) ? freeOnLink : freeTags).contains(tag) ? !hasAbsentField(s)
-              : pairTags.contains(tag) ? !hasAbsentField(s) && hasNumericMultiples(s)
-              : tag == FUNCTION        ? !hasAbsentField(s) && isSequence(s[2])
-                                       : isWellFormed(s);
+              : pairTags.contains(tag)                          ? !hasAbsentField(s) && hasNumericMultiples(s)
+              : tag == FUNCTION                                 ? !hasAbsentField(s) && isSequence(s[2])
+                                                                : isWellFormed(s);
   if (!good) failReading(r, "syntax error while reading file");
 }
 
@@ -514,8 +512,9 @@ DAG nextObject(Reading& r, Tag tag, Word n) {
 }
 
 constexpr TagSet countedTags = {COMPLEX, PROD, SUM, EXPSEQ, FOR, IF, STATSEQ, TRY, USE};
-constexpr TagSet impliedTags = binaryTags | TagSet{RATIONAL, MEMBER, ASSIGN, TABLE, MODULE, MODDEF, UNEVAL, NOT, READ,
-                                                   SAVE, ERROR, RETURN, STOP, BREAK, NEXT, TABLEREF, FUNCTION};
+constexpr TagSet impliedTags =
+    binaryTags | TagSet{RATIONAL, MEMBER, ASSIGN, TABLE, MODULE, MODDEF, UNEVAL,   NOT,     READ,
+                        SAVE,     ERROR,  RETURN, STOP,  BREAK,  NEXT,   TABLEREF, FUNCTION};
 
 [[noreturn]] void unexpectedCode(Reading& r, int code, int c) {
   char text[80];
@@ -598,9 +597,7 @@ void reportEnd(void*, long offset) {
 void reportFailure(void*, long offset, const char* text) {
   std::fprintf(stderr, "Input Error at %ld: %s\n", offset, text);
 }
-void reportWarning(void*, long offset, const char* text) {
-  std::fprintf(stderr, "Warning(%ld): %s\n", offset, text);
-}
+void reportWarning(void*, long offset, const char* text) { std::fprintf(stderr, "Warning(%ld): %s\n", offset, text); }
 
 void releaseScratch(Reading& r) {
   std::free(r.text);
@@ -647,8 +644,8 @@ DAG ParseRecord(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage wa
   return const_cast<DAG&>(result);
 }
 
-DAG ParseDotM(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn, int flags,
-              RepositoryDesc* repository, void* context) {
+DAG ParseDotM(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn, int flags, RepositoryDesc* repository,
+              void* context) {
   if ((flags & recordContinueNumbers) == 0) releaseNumbers(keptNumbers);
   RecordNumbers numbers = keptNumbers;
   keptNumbers = RecordNumbers();

@@ -18,10 +18,10 @@ struct Reading {
   int flags;
   RepositoryDesc* repository;
   RecordNumbers* numbers;
-  char* text;              // of the name or string being read
+  char* text;  // of the name or string being read
   std::size_t textSpace;
-  void* block;             // elements of the rtable being read
-  Reading* outer;          // read meanwhile, when simplification loads something
+  void* block;     // elements of the rtable being read
+  Reading* outer;  // read meanwhile, when simplification loads something
   std::jmp_buf stop;
 };
 

@@ -47,9 +47,7 @@ void putElement(Writing& w, const unsigned char* data, std::int64_t i, Word data
     case dataInteger32: return putInt(w, elementAt<std::int32_t>(data, i));
     case dataInteger64: return putInt(w, elementAt<std::int64_t>(data, i));
     case dataFloat64: return putDouble(w, elementAt<double>(data, i));
-    default:
-      putDouble(w, elementAt<double>(data, 2 * i));
-      return putDouble(w, elementAt<double>(data, 2 * i + 1));
+    default: putDouble(w, elementAt<double>(data, 2 * i)); return putDouble(w, elementAt<double>(data, 2 * i + 1));
   }
 }
 
@@ -145,9 +143,7 @@ void addElement(Reading& r, Block& block, Word datatype) {
     case dataInteger32: return addInteger<std::int32_t>(r, block);
     case dataInteger64: return addInteger<std::int64_t>(r, block);
     case dataFloat64: return block.add(nextDouble(r));
-    default:
-      block.add(nextDouble(r));
-      return block.add(nextDouble(r));
+    default: block.add(nextDouble(r)); return block.add(nextDouble(r));
   }
 }
 

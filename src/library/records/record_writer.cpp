@@ -1,5 +1,3 @@
-#include "library/records/records.h"
-
 #include <cstdio>
 #include <cstring>
 
@@ -8,6 +6,7 @@
 #include "library/records/object_numbers.h"
 #include "library/records/record_codes.h"
 #include "library/records/record_writing.h"
+#include "library/records/records.h"
 #include "library/repository/repository.h"
 #include "numbers/integer/integer.h"
 #include "store/collect/collector.h"
@@ -235,9 +234,8 @@ void putHashTable(Writing& w, DAG table) {
 // Length, then every field: the tags whose length isn't implied.
 constexpr TagSet countedTags = {COMPLEX, PROD, SUM, EXPSEQ, FOR, IF, STATSEQ, TRY, USE, DEBUG};
 // Every field, the length being that of the tag.
-constexpr TagSet impliedTags =
-    (binaryTags | TagSet{RATIONAL, MEMBER, ASSIGN, TABLE, MODULE, MODDEF, UNEVAL, NOT, READ, SAVE, ERROR, RETURN, STOP,
-                         BREAK, NEXT});
+constexpr TagSet impliedTags = (binaryTags | TagSet{RATIONAL, MEMBER, ASSIGN, TABLE, MODULE, MODDEF, UNEVAL, NOT, READ,
+                                                    SAVE, ERROR, RETURN, STOP, BREAK, NEXT});
 // Three fields, or four with an attribute, told by the code.
 constexpr TagSet attributedTags = {FLOAT, TABLEREF, FUNCTION};
 
@@ -266,37 +264,24 @@ void putObject(Writing& w, DAG x) {
       putFields(w, body, 1, lengthOf(body));
       return putFields(w, x, 2, n);
     }
-    case STRING:
-      putNamed(w, number, x);
-      return putRecord(w, x[2]);
+    case STRING: putNamed(w, number, x); return putRecord(w, x[2]);
     case NAME: return putName(w, x);
     case LOCAL: case PARAM:
-      putCode(w, number);
-      return putInt(w, std::int64_t{static_cast<std::int32_t>(rawField(x, 1))} + 2);
+      putCode(w, number); return putInt(w, std::int64_t{static_cast<std::int32_t>(rawField(x, 1))} + 2);
     case LEXICAL: {
       std::int64_t v = static_cast<std::int32_t>(rawField(x, 1));
       putCode(w, number);
       return putInt(w, v >= 0 ? 2 * v : 1 - 2 * v);
     }
-    case PROC:
-      putCode(w, number);
-      return putProcedure(w, x);
-    case SERIES:
-      putCode(w, number);
-      return putSeries(w, x);
-    case ZPPOLY:
-      putCode(w, number);
-      return putModularPolynomial(w, x);
-    case HASHTAB:
-      putCode(w, recordTable);
-      return putHashTable(w, x);
+    case PROC: putCode(w, number); return putProcedure(w, x);
+    case SERIES: putCode(w, number); return putSeries(w, x);
+    case ZPPOLY: putCode(w, number); return putModularPolynomial(w, x);
+    case HASHTAB: putCode(w, recordTable); return putHashTable(w, x);
     case RTABLE: {
       putCode(w, number);
       return putRtable(w, x);
     }
-    case CONTROL:
-      putCode(w, recordControl);
-      return putFields(w, x, 1, n);
+    case CONTROL: putCode(w, recordControl); return putFields(w, x, 1, n);
     default: {
       char text[64];
       std::snprintf(text, sizeof text, "unexpected DAG type: %ld", static_cast<long>(number));

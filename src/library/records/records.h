@@ -54,8 +54,8 @@ using ReadMessage = void (*)(void* context, long offset, const char* text);
 
 /// Reads one record; 0 after a failure, of which `failed` (or `ended`) has been told. Null functions: the standard
 /// input, and lines on the standard error stream.
-DAG ParseDotM(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn, int flags,
-              RepositoryDesc* repository, void* context);
+DAG ParseDotM(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn, int flags, RepositoryDesc* repository,
+              void* context);
 /// Reads one Int; -1 after a failure.
 std::int64_t ParseINT(GetByte getch, ReadEnd ended, ReadMessage failed, void* context);
 
@@ -63,9 +63,9 @@ std::int64_t ParseINT(GetByte getch, ReadEnd ended, ReadMessage failed, void* co
 struct RecordNumbers {
   DAG* objects = nullptr;  // by number, from 1 on; 0 while the object isn't complete
   Word count = 0, capacity = 0;
-  long offset = 0;         // bytes taken
-  bool oldVersion = false; // the file is of an earlier version, with other spellings of some names
-  bool sawLinkEnd = false; // the byte 1 that ends a record on the link has been taken
+  long offset = 0;          // bytes taken
+  bool oldVersion = false;  // the file is of an earlier version, with other spellings of some names
+  bool sawLinkEnd = false;  // the byte 1 that ends a record on the link has been taken
 };
 /// As `ParseDotM`, on numbers of the caller's, to be given back by `releaseNumbers`.
 DAG ParseRecord(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn, int flags,

@@ -1,14 +1,13 @@
 #include "library/repository/directory_contents.h"
 
-#include <dirent.h>
-#include <sys/stat.h>
-
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <dirent.h>
+#include <sys/stat.h>
 
 #include "library/archive/archive_files.h"
 #include "library/archive/archive_index.h"
@@ -38,7 +37,7 @@ FileTime timeOf(const char* path) {
   return {s.st_dev, s.st_ino, nanoseconds(s.st_mtim)};
 }
 
-constexpr std::int64_t clockTick = 20 * 1000000;      // within it, two changes may bear one time
+constexpr std::int64_t clockTick = 20 * 1000000;  // within it, two changes may bear one time
 constexpr std::int64_t doubtAfter = 100 * 1000000;
 
 // ---- one directory
@@ -49,7 +48,7 @@ struct Contents {
   bool isKnown = false;    // the hashes tell all there is
   bool isTrusted = false;  // the times have been looked at since the last doubt
   std::int64_t trustedAt = 0;
-  WordMap names;           // hashes of files and members, and of folders with a slash behind
+  WordMap names;  // hashes of files and members, and of folders with a slash behind
 };
 constexpr int contentsCount = 8;
 Contents contents[contentsCount];

@@ -18,11 +18,11 @@ namespace korel {
 
 /// One directory that has been opened. The directory is known by the word of its text, never by its spelling.
 struct RepositoryDesc {
-  DAG dir;                   // STRING, rarely NAME
-  DAG pending;               // HASHTAB: references still to be written; a value that isn't its key is done
+  DAG dir;      // STRING, rarely NAME
+  DAG pending;  // HASHTAB: references still to be written; a value that isn't its key is done
   std::int32_t pendingCount;
-  DAG idents;                // HASHTAB, raw keys: hash of a reference's text to the reference
-  DAG names;                 // HASHTAB, raw keys: hash of the text of an object's name to its reference
+  DAG idents;  // HASHTAB, raw keys: hash of a reference's text to the reference
+  DAG names;   // HASHTAB, raw keys: hash of the text of an object's name to its reference
   RepositoryDesc* next;
 };
 

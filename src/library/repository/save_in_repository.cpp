@@ -2,6 +2,7 @@
 // called by numbers.
 
 #include <cstring>
+#include <unistd.h>
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/procedures/modules.h"
@@ -23,8 +24,6 @@
 #include "store/object_fields.h"
 #include "store/objects.h"
 #include "store/vocabulary.h"
-
-#include <unistd.h>
 
 namespace korel {
 
@@ -69,8 +68,7 @@ void nameExports(DAG module, DAG name) {
     DAG member = exports[i];
     if (!isName(member) || ModuleNameAttr(member[2])) continue;
     DAG equation = simpl(new3(EQUATION, naminstall("modulename"), name));
-    DAG attributes = member[2] == null ? new2(EXPSEQ, equation)
-                                       : Append2(CopyAlg(asSequence(member[2])), equation);
+    DAG attributes = member[2] == null ? new2(EXPSEQ, equation) : Append2(CopyAlg(asSequence(member[2])), equation);
     member[2] = simpl(attributes);
     updategen(member[2]);
   }
@@ -102,9 +100,7 @@ bool writeNowhere(void*, int) { return true; }
 void raiseFailure(void*, const char* text) { userror(text); }
 
 // Writes the record without a file, for the references that it queues.
-void findReferences(DAG object, RepositoryDesc* r) {
-  PrintDotM(object, writeNowhere, raiseFailure, 0, 0, r, nullptr);
-}
+void findReferences(DAG object, RepositoryDesc* r) { PrintDotM(object, writeNowhere, raiseFailure, 0, 0, r, nullptr); }
 
 // Plans one reference that is still open; others may be queued meanwhile.
 bool planPending(void* context, PairAddress pair) {

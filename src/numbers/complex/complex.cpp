@@ -8,11 +8,11 @@
 #include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
 #include "frame/environment_block.h"
+#include "library/library_calls.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex_forms.h"
-#include "numbers/integer/integer.h"
-#include "library/library_calls.h"
 #include "numbers/events/numeric_events.h"
+#include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/objects.h"
 #include "store/vocabulary.h"
@@ -154,9 +154,7 @@ DAG cxpower(DAG a, std::int32_t n) {
   return floats ? cxfinv1(power) : cxinv1(power);
 }
 
-DAG cxpower(DAG a, DAG n) {
-  return cxpower(a, isImmediate(n) ? immediateValue(n) : SoftIntValue(n));
-}
+DAG cxpower(DAG a, DAG n) { return cxpower(a, isImmediate(n) ? immediateValue(n) : SoftIntValue(n)); }
 
 // ---- parts
 

@@ -109,8 +109,7 @@ DAG imaginaryInfinity(DAG zero) { return isSoftFloat(zero) && mantissaOf(zero) =
 DAG reciprocalOfZero(DAG z) {
   DAG im = imaginaryInfinity(imaginaryPartOf(z));
   DAG standard = lengthOf(z) == 2 ? new2(COMPLEX, im) : new3(COMPLEX, consfinf, im);
-  return simpl(TriggerNumericEvent(divisionByZero, naminstall("complex-inverse"), z, DAG(),
-                                   simpl(standard), true));
+  return simpl(TriggerNumericEvent(divisionByZero, naminstall("complex-inverse"), z, DAG(), simpl(standard), true));
 }
 
 // Operands that have no quotient in the ordinary way: infinite and undefined parts, a divisor of zero.
@@ -186,8 +185,8 @@ DAG cxfabs(DAG z) {
   Decimal large = g.re, small = g.im;
   if (isNone(large) || (!isNone(small) && small.exponent > large.exponent)) std::swap(large, small);
   // Beside a part of r times its size the other adds a fraction 1/(2r^2), less than half a unit here.
-  const bool outweighs = !isNone(small) && ilength(large.mantissa) <= digits &&
-                         2 * (large.places() - small.places() - 1) > digits;
+  const bool outweighs =
+      !isNone(small) && ilength(large.mantissa) <= digits && 2 * (large.places() - small.places() - 1) > digits;
   if (isNone(small) || outweighs)
     return evalf(newFLOAT(isNegativeMantissa(large.mantissa) ? complint(large.mantissa) : large.mantissa,
                           NewInteger(large.exponent)));

@@ -3,15 +3,13 @@
 // Each table is searched from the top for the first row that takes both operands. A row's answer is a
 // value, an event with its default, or a step further (the reciprocal of a zero, the library).
 
-#include "numbers/events/numeric_events.h"
-
 #include "eval/evaluate/evalf.h"
+#include "library/library_calls.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
+#include "numbers/events/numeric_events.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer_functions.h"
-#include "library/library_calls.h"
-#include "numbers/events/numeric_events.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -24,7 +22,7 @@ namespace {
 // ---- operand classes; an operand has one, a row takes a set of them
 
 enum OperandClass : unsigned {
-  plusInf = 1,         // float infinities
+  plusInf = 1,  // float infinities
   minusInf = 2,
   exactMinusZero = 4,  // the immediate `consm0`
   floatMinusZero = 8,  // -0.
@@ -79,8 +77,7 @@ struct TrapRow {
 template <std::size_t n>
 DAG answerOf(const TrapRow (&table)[n], const Operands& operands) {
   for (const TrapRow& row : table)
-    if ((row.a & operands.classA) != 0 && (row.b & operands.classB) != 0)
-      return row.answer(operands);
+    if ((row.a & operands.classA) != 0 && (row.b & operands.classB) != 0) return row.answer(operands);
   return DAG();
 }
 
@@ -99,15 +96,11 @@ bool prepare(DAG a, DAG b, Operands& operands, DAG& result) {
   return true;
 }
 
-bool isNegativeClass(unsigned c) {
-  return (c & (negative | minusInf | exactMinusZero | floatMinusZero)) != 0;
-}
+bool isNegativeClass(unsigned c) { return (c & (negative | minusInf | exactMinusZero | floatMinusZero)) != 0; }
 
 DAG infinityOfSign(bool isNegative) { return isNegative ? consfminf : consfinf; }
 DAG zeroOfSign(bool isNegative) { return isNegative ? consfm0 : consf0; }
-bool quotientIsNegative(const Operands& o) {
-  return isNegativeClass(o.classA) != isNegativeClass(o.classB);
-}
+bool quotientIsNegative(const Operands& o) { return isNegativeClass(o.classA) != isNegativeClass(o.classB); }
 
 // ---- names of the operations
 
@@ -194,9 +187,7 @@ DAG minusZeroPower(const Operands& o) {
   DAG power = (o.classB & odd) != 0 ? consfm0 : consf0;
   return (o.classB & negative) != 0 ? reciprocalOf(power) : power;
 }
-DAG libraryPower(const Operands& o) {
-  return evalsysf("evalf/power", new3(EXPSEQ, o.a, o.b));
-}
+DAG libraryPower(const Operands& o) { return evalsysf("evalf/power", new3(EXPSEQ, o.a, o.b)); }
 DAG plusZero(const Operands&) { return consf0; }
 DAG minusZero(const Operands&) { return consfm0; }
 DAG plusInfinity(const Operands&) { return consfinf; }
@@ -260,8 +251,7 @@ DAG TrapFDIV(DAG a, DAG b) {
 
 DAG TrapFPOWER(DAG a, DAG b) {
   if (isExactInfinity(a)) {
-    if (isZero(b))
-      return TriggerNumericEvent(invalidOperation, powerName(), a, b, cons1, true);
+    if (isZero(b)) return TriggerNumericEvent(invalidOperation, powerName(), a, b, cons1, true);
     if (consneg(b)) return reciprocalOf(a);
   }
   if (!isNumeric(a) && !isExactUndefined(a) && isZero(b)) return cons1;

@@ -24,8 +24,7 @@ DAG overflowed(StandardName operation, DAG m, DAG e) {
 }
 
 DAG underflowed(StandardName operation, DAG m, DAG e) {
-  return TriggerNumericEvent(underflowEvent, ini(operation), m, e, DefaultUnderflow(signOf(m)),
-                             true);
+  return TriggerNumericEvent(underflowEvent, ini(operation), m, e, DefaultUnderflow(signOf(m)), true);
 }
 
 bool isAboveRange(DAG e) { return !isImmediate(e) && tagOf(e) == INTPOS && compint(e, cons_maxfloatexp) > 0; }
@@ -72,9 +71,7 @@ namespace {
 
 DAG asFloat(DAG x) { return isSoftFloat(x) && ilength(x[1]) <= precisionDigits() ? x : evalf(x); }
 
-bool fitsWord(std::int64_t x) {
-  return x == static_cast<std::int32_t>(x);
-}
+bool fitsWord(std::int64_t x) { return x == static_cast<std::int32_t>(x); }
 
 // The operand beside which the other one is too small to count.
 DAG negligibleBeside(DAG kept, DAG a, DAG b) {
@@ -82,9 +79,7 @@ DAG negligibleBeside(DAG kept, DAG a, DAG b) {
 }
 
 // Product with a zero: a zero with the product's sign.
-DAG zeroProduct(DAG ma, DAG mb) {
-  return isNegativeMantissa(ma) == isNegativeMantissa(mb) ? consf0 : consfm0;
-}
+DAG zeroProduct(DAG ma, DAG mb) { return isNegativeMantissa(ma) == isNegativeMantissa(mb) ? consf0 : consfm0; }
 
 // Exponents up to here stay immediate whatever a rounding adds: no event of range can come.
 bool isModest(DAG exponent) {
@@ -110,8 +105,7 @@ DAG roundedFraction(DAG n, DAG d, std::int64_t difference, DAG a, DAG b) {
   const std::int64_t exponent = difference + r.exponent;
   if (!fitsWord(difference) || !fitsWord(exponent)) {
     DAG sign = signOf(r.mantissa);
-    if (difference < 0)
-      return TriggerNumericEvent(underflowEvent, ini("evalf"), a, b, DefaultUnderflow(sign), true);
+    if (difference < 0) return TriggerNumericEvent(underflowEvent, ini("evalf"), a, b, DefaultUnderflow(sign), true);
     return TriggerNumericEvent(overflowEvent, ini("evalf"), a, b, DefaultOverflow(sign), true);
   }
   DAG result = newFLOAT(r.mantissa, NewInteger(exponent));
@@ -195,8 +189,8 @@ DAG evalfmul(DAG a, DAG b) {
 DAG evalfdiv(DAG a, DAG b) {
   // Two ordinary floats come first (bench/float_bench.cpp).
   if (isFiniteFloat(a) && isFiniteFloat(b) && !isZeroImmediate(mantissaOf(a)) && !isZeroImmediate(mantissaOf(b)))
-    return roundedFraction(mantissaOf(a), mantissaOf(b),
-                           exponentValue(exponentOf(a)) - exponentValue(exponentOf(b)), a, b);
+    return roundedFraction(mantissaOf(a), mantissaOf(b), exponentValue(exponentOf(a)) - exponentValue(exponentOf(b)), a,
+                           b);
   requireDigits();
   a = SuppressHFloats(a);
   b = SuppressHFloats(b);

@@ -5,11 +5,11 @@
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "library/library_calls.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/complex/complex_forms.h"
 #include "numbers/events/numeric_events.h"
-#include "library/library_calls.h"
 #include "numbers/float/float.h"
 #include "numbers/float/hypergeometric.h"
 #include "numbers/float/ieee_functions.h"
@@ -176,8 +176,7 @@ DAG equationFor(int code, DAG value) { return new3(EQUATION, NumericEventName(co
 // All six equations, in code order.
 DAG allEvents(DAG (*valueOf)(int)) {
   DAG result = newl2(numericEventCount + 1, EXPSEQ);
-  for (int code = 1; code <= numericEventCount; ++code)
-    result[code] = equationFor(code, valueOf(code));
+  for (int code = 1; code <= numericEventCount; ++code) result[code] = equationFor(code, valueOf(code));
   return simpl(result);
 }
 
@@ -234,8 +233,7 @@ DAG builtin::NumericStatus(const BuiltinCall& call) {
     if (isTag(x, EQUATION)) {
       if (!isName(x[1])) KernelException("event name=value expected");
       int code = NumericEventCode(x[1]);
-      if (x[2] != ini("true") && x[2] != ini("false"))
-        KernelException("true or false expected for event value");
+      if (x[2] != ini("true") && x[2] != ini("false")) KernelException("true or false expected for event value");
       result[i] = equationFor(code, statusOf(code));
       SetNumericStatusFlag(code, x[2] == ini("true"));
     } else if (isName(x)) {
@@ -287,8 +285,7 @@ DAG builtin::hypergeomKernel(const BuiltinCall& call) {
   if (count == 4) {
     terms = argument(call, 4);
     // The kernel's own 0 stands for "no limit".
-    if (!isInteger(terms) || isZero(terms))
-      KernelException("optional fourth argument must be a positive integer");
+    if (!isInteger(terms) || isZero(terms)) KernelException("optional fourth argument must be a positive integer");
   }
   return simpl(hypergeom(argument(call, 1), argument(call, 2), argument(call, 3), terms));
 }

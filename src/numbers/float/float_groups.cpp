@@ -103,8 +103,7 @@ constexpr std::size_t longestHighProduct = 500;
 
 /// The groups of a * b from place `from` + 1 on, the lowest two of which are there to tell that what the
 /// columns below carry changes nothing above them: false when it might.
-bool highProductDecides(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb,
-                        std::size_t from) {
+bool highProductDecides(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb, std::size_t from) {
   highProduct(r, a, na, b, nb, from);
   // The error is below so many units of the lower guard group.
   const Wide error = std::min(na, nb) + 2;
@@ -117,9 +116,7 @@ bool highProductDecides(Group* r, const Group* a, std::size_t na, const Group* b
 bool roundsAway(Tag sign, Word half, bool tail, bool odd) {
   DAG rounding = environmentWord(envRounding);
   if (rounding == ini("nearest")) return half > 5 || (half == 5 && (tail || odd));
-  bool directed = rounding == ini("infinity")                   ? sign == INTPOS
-                  : isTag(rounding, SUM) ? sign == INTNEG
-                                                                : false;
+  bool directed = rounding == ini("infinity") ? sign == INTPOS : isTag(rounding, SUM) ? sign == INTNEG : false;
   return directed && (half != 0 || tail);
 }
 

@@ -76,8 +76,7 @@ DAG evalfpwr(DAG a, DAG n) {
   if (!isFiniteFloat(y) || isFloatZero(y)) return TrapFDIV(consf1, y);
   // The reciprocal of the mantissa alone, so that no exponent is negated near its bound.
   DAG reciprocal = evalf(power(mantissaOf(y), -1));
-  return evalf(newFLOAT(mantissaOf(reciprocal),
-                        addint(exponentOf(reciprocal), complint(exponentOf(y)))));
+  return evalf(newFLOAT(mantissaOf(reciprocal), addint(exponentOf(reciprocal), complint(exponentOf(y)))));
 }
 
 DAG evalfsqrt(DAG a) {

@@ -53,8 +53,7 @@ int classOfBits(const double* place) {
   std::memcpy(&bits, place, sizeof bits);
   constexpr std::uint64_t exponentMask = 0x7FF0000000000000, quietBit = 0x0008000000000000;
   if ((bits & exponentMask) != exponentMask) return 4;
-  if ((bits & 0x000FFFFFFFFFFFFF) == 0)
-    return bits >> 63 != 0 ? negativeInfinity : positiveInfinity;
+  if ((bits & 0x000FFFFFFFFFFFFF) == 0) return bits >> 63 != 0 ? negativeInfinity : positiveInfinity;
   return (bits & quietBit) != 0 ? quietNaN : signallingNaN;
 }
 
@@ -62,8 +61,7 @@ int classOfBits(const double* place) {
   std::uint64_t bits;
   std::memcpy(&bits, place, sizeof bits);
   char text[128];
-  int length = std::snprintf(text, sizeof text, "IEEE Math: %s, %g, %d, ", name, *place,
-                             classOfBits(place));
+  int length = std::snprintf(text, sizeof text, "IEEE Math: %s, %g, %d, ", name, *place, classOfBits(place));
   for (int shift = 56; shift >= 0; shift -= 8)
     length += std::snprintf(text + length, sizeof text - static_cast<std::size_t>(length), "%02X",
                             static_cast<unsigned>(bits >> shift & 0xFF));
@@ -80,8 +78,7 @@ void requireClass(const char* name, const double* place, int expected) {
 int fp_class_d(double x) { return classOfBits(&x); }
 
 void InitializeIEEEMath() {
-  for (const HardwareConstant& constant : hardwareConstants)
-    storeBytes(constant.place, constant.bytes);
+  for (const HardwareConstant& constant : hardwareConstants) storeBytes(constant.place, constant.bytes);
   requireClass("PosInfinity", &mIEEEPosInfinity, positiveInfinity);
   requireClass("NegInfinity", &mIEEENegInfinity, negativeInfinity);
   if (classOfBits(&mIEEESignalNaN) != signallingNaN) mIEEESignalNaN = mIEEEQuietNaN;
@@ -92,14 +89,9 @@ void InitializeIEEEMath() {
 
 int matherr(MathError& error) {
   switch (error.type) {
-    case 1: case 2: case 5: case 6:
-      error.result = mIEEEQuietNaN;
-      break;
-    case 4:
-      error.result = 0.0;
-      break;
-    default:
-      break;
+    case 1: case 2: case 5: case 6: error.result = mIEEEQuietNaN; break;
+    case 4: error.result = 0.0; break;
+    default: break;
   }
   return 1;
 }
@@ -142,16 +134,14 @@ DAG HardwareToSoftwareFloat(double x) {
     default: break;
   }
   if (x == 0.0) return std::signbit(x) ? consfm0 : consf0;
-  if (std::fabs(x) < 2147483648.0 && x == std::trunc(x))
-    return newFLOAT(Newint(static_cast<std::int32_t>(x)), cons0);
+  if (std::fabs(x) < 2147483648.0 && x == std::trunc(x)) return newFLOAT(Newint(static_cast<std::int32_t>(x)), cons0);
   // Sign, one digit, point, sixteen digits, exponent.
   char text[40];
   std::snprintf(text, sizeof text, "%.16e", std::fabs(x));
   std::int64_t mantissa = text[0] - '0';
   for (int i = 0; i < 16; ++i) mantissa = mantissa * 10 + (text[2 + i] - '0');
   long exponent = std::strtol(text + 19, nullptr, 10) - 16;
-  return newFLOAT(NewInteger(x < 0 ? -mantissa : mantissa),
-                  Newint(static_cast<std::int32_t>(exponent)));
+  return newFLOAT(NewInteger(x < 0 ? -mantissa : mantissa), Newint(static_cast<std::int32_t>(exponent)));
 }
 
 DAG HFloatToFloat(DAG hfloat) { return simpl(HardwareToSoftwareFloat(hfloatValue(hfloat))); }

@@ -16,9 +16,10 @@
 #include <algorithm>
 
 #include "eval/evaluate/evalf.h"
+#include "frame/environment_block.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
-#include "frame/environment_block.h"
+#include "library/library_calls.h"
 #include "numbers/arithmetic.h"
 #include "numbers/events/numeric_events.h"
 #include "numbers/float/float.h"
@@ -26,8 +27,6 @@
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_space.h"
-#include "library/library_calls.h"
-#include "numbers/events/numeric_events.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -127,8 +126,7 @@ struct Sum {
 // Digits that the space for a product of a term allows.
 std::int64_t digitSpace(DAG multiplier, const Parameters& a, std::int64_t scale) {
   std::int64_t space = ilength(multiplier) + 41 + scale - 1;
-  for (Word i = 0; i < a.count(); ++i)
-    space += std::max(ilength(a.p(i)), ilength(a.q(i)) + 4);
+  for (Word i = 0; i < a.count(); ++i) space += std::max(ilength(a.p(i)), ilength(a.q(i)) + 4);
   return space;
 }
 
@@ -139,12 +137,11 @@ DAG productOfSteps(DAG start, const Parameters& parameters) {
 }
 
 void advance(const Parameters& parameters) {
-  for (Word i = 0; i < parameters.count(); ++i)
-    parameters.p(i) = addint(parameters.p(i), parameters.q(i));
+  for (Word i = 0; i < parameters.count(); ++i) parameters.p(i) = addint(parameters.p(i), parameters.q(i));
 }
 
-Sum sumSeries(const Parameters& a, const Parameters& b, DAG multiplier, DAG divisor,
-              std::int64_t shift, std::int64_t scale, std::int64_t limit) {
+Sum sumSeries(const Parameters& a, const Parameters& b, DAG multiplier, DAG divisor, std::int64_t shift,
+              std::int64_t scale, std::int64_t limit) {
   const std::int64_t space = digitSpace(multiplier, a, scale);
   const std::int64_t mostTerms = precisionDigits() + 9999;
   if (scale >= maxDecimalDigits) return {cons0, Ending::outOfSpace, 0};
@@ -187,26 +184,21 @@ std::int64_t termLimit(DAG terms) {
   return FitIntoLongLong(terms) ? LongLongValue(terms) : INT64_MAX;
 }
 
-DAG askLibrary(DAG a, DAG b, DAG z) {
-  return evalsysf("evalf/hypergeom/converg", new4(EXPSEQ, a, b, z));
-}
+DAG askLibrary(DAG a, DAG b, DAG z) { return evalsysf("evalf/hypergeom/converg", new4(EXPSEQ, a, b, z)); }
 
 int guardDigits(std::int64_t terms) { return terms < 32 ? 1 : terms < 317 ? 2 : 3; }
 
 // The sum with `guard` digits more than asked for, and again with more of them when so many have cancelled.
 DAG guardedSum(DAG a, DAG b, DAG z, DAG terms, std::int64_t guard) {
   if (isZero(z)) return consf1;
-  if (!isObject(a) || !hasTag(a, LIST))
-    KernelException("first argument of hypergeom must be a list");
-  if (!isObject(b) || !hasTag(b, LIST))
-    KernelException("second argument of hypergeom must be a list");
+  if (!isObject(a) || !hasTag(a, LIST)) KernelException("first argument of hypergeom must be a list");
+  if (!isObject(b) || !hasTag(b, LIST)) KernelException("second argument of hypergeom must be a list");
   const std::int64_t limit = termLimit(terms);
   Parameters numerators = readParameters(a, "non-numeric numerator");
   Parameters denominators = readParameters(b, "non-numeric denominator");
   if (limit == 0 && denominators.hasNonpositive) return askLibrary(a, b, z);
   if (!isNumeric(z) || hasTag(z, HFLOAT)) z = evalf(z);
-  if (!isNumeric(z) || (isSoftFloat(z) && isSingular(z)))
-    KernelException("hypergeom argument (third) must be numeric");
+  if (!isNumeric(z) || (isSoftFloat(z) && isSingular(z))) KernelException("hypergeom argument (third) must be numeric");
   if (isZero(z)) return consf1;
   const bool sameLength = numerators.count() == denominators.count();
   if (!numerators.hasNonpositive) {
@@ -219,8 +211,8 @@ DAG guardedSum(DAG a, DAG b, DAG z, DAG terms, std::int64_t guard) {
   removeCommonPairs(numerators, denominators);
   Argument argument = splitArgument(z);
   DAG ratio[2];
-  gcdsimpl(times(denominators.denominators, argument.numerator),
-           times(numerators.denominators, argument.denominator), ratio);
+  gcdsimpl(times(denominators.denominators, argument.numerator), times(numerators.denominators, argument.denominator),
+           ratio);
 
   const std::int64_t digits = precisionDigits();
   std::int64_t margin = consneg(z) ? 5 : 3;
@@ -233,8 +225,7 @@ DAG guardedSum(DAG a, DAG b, DAG z, DAG terms, std::int64_t guard) {
 
   // Digits that cancellation has cost beyond the guard; so many more in a second run.
   std::int64_t missing = digits + guardDigits(sum.terms) - ilength(sum.value) + 1;
-  if (missing < 1 || (guard >= 30 && 10 * digits <= guard))
-    return evalf(newFLOAT(sum.value, NewInteger(-scale)));
+  if (missing < 1 || (guard >= 30 && 10 * digits <= guard)) return evalf(newFLOAT(sum.value, NewInteger(-scale)));
   return guardedSum(a, b, z, terms, guard + missing + 6);
 }
 

@@ -5,6 +5,7 @@
 #include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
 #include "frame/environment_block.h"
+#include "library/library_calls.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/complex/complex_forms.h"
@@ -13,8 +14,6 @@
 #include "numbers/float/float_rounding.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
-#include "library/library_calls.h"
-#include "numbers/events/numeric_events.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -69,8 +68,7 @@ DAG CopySign(DAG a, DAG b) {
 DAG NextAfter(DAG x, DAG y) {
   DAG unordered = Unordered(x, y);
   if (unordered == ini("true"))
-    return invalid("NextAfter", x, y,
-                   isFloatNumber(x) || isFloatNumber(y) ? consfNaN : ini("undefined"));
+    return invalid("NextAfter", x, y, isFloatNumber(x) || isFloatNumber(y) ? consfNaN : ini("undefined"));
   if (unordered != ini("false")) return unevaluated("NextAfter", x, y);
   if (isInfinite(x)) return x;
 
@@ -78,11 +76,11 @@ DAG NextAfter(DAG x, DAG y) {
   const bool isNegative = isNegativeSigned(x);
   const int outward = isNegative ? -1 : 1;
   if (direction == outward && compcon(absalg(x), consfmaxrep) == 0)
-    return TriggerNumericEvent(overflowEvent, ini("NextAfter"), x, y,
-                               DefaultOverflow(isNegative ? consm1 : cons1), true);
+    return TriggerNumericEvent(overflowEvent, ini("NextAfter"), x, y, DefaultOverflow(isNegative ? consm1 : cons1),
+                               true);
   if (direction == -outward && compcon(absalg(x), consfminrep) == 0)
-    return TriggerNumericEvent(underflowEvent, ini("NextAfter"), x, y,
-                               DefaultUnderflow(isNegative ? consm1 : cons1), true);
+    return TriggerNumericEvent(underflowEvent, ini("NextAfter"), x, y, DefaultUnderflow(isNegative ? consm1 : cons1),
+                               true);
 
   DAG t = evalf(isImmediate(x) ? x : CopyAlg(x));
   DAG m = mantissaOf(t), e = exponentOf(t);
@@ -118,8 +116,7 @@ DAG classOfDouble(double x) {
   DAG kind = new3(TABLEREF, ini("float"), newSequence({immediate(8)}));
   switch (fp_class_d(x)) {
     case signallingNaN: case quietNaN: return andOf(kind, ini("undefined"));
-    case positiveInfinity: case negativeInfinity:
-      return andOf(kind, signName(x < 0), ini("infinity"));
+    case positiveInfinity: case negativeInfinity: return andOf(kind, signName(x < 0), ini("infinity"));
     default: break;
   }
   if (x == 0.0) return andOf(kind, zeroName(__builtin_signbit(x) != 0));
@@ -141,10 +138,8 @@ DAG classOfComplex(DAG x) {
   DAG nonreal = ini("nonreal");
   if (lengthOf(x) == 2) return newCall(ini("imaginary"), {classTree(x[1])});
   DAG re = x[1], im = x[2];
-  if (isZero(re) && isZero(im))
-    return newCall(nonreal, {andOf(ini("sfloat"), orOf(ini("poszero"), ini("negzero")))});
-  if (isFloatInfinity(re) && isFloatInfinity(im))
-    return newCall(nonreal, {andOf(ini("sfloat"), ini("infinity"))});
+  if (isZero(re) && isZero(im)) return newCall(nonreal, {andOf(ini("sfloat"), orOf(ini("poszero"), ini("negzero")))});
+  if (isFloatInfinity(re) && isFloatInfinity(im)) return newCall(nonreal, {andOf(ini("sfloat"), ini("infinity"))});
   if (re == ini("infinity") && im == ini("infinity"))
     return newCall(nonreal, {andOf(ini("extended_rational"), ini("infinity"))});
   if (isZero(re)) return newCall(ini("embedded_imaginary"), {classTree(im)});
@@ -153,8 +148,7 @@ DAG classOfComplex(DAG x) {
 }
 
 DAG classTree(DAG x) {
-  if (isExactInfinite(x))
-    return andOf(ini("extended_rational"), signName(x == consminf), ini("infinity"));
+  if (isExactInfinite(x)) return andOf(ini("extended_rational"), signName(x == consminf), ini("infinity"));
   if (x == ini("undefined")) return andOf(ini("extended_rational"), x);
   if (isImmediate(x) && isZero(x)) return andOf(ini("rational"), ini("poszero"));
   if (isInteger(x)) return consneg(x) ? ini("negint") : ini("posint");

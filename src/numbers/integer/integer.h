@@ -28,8 +28,7 @@ constexpr std::int64_t maxDecimalDigits = 4 * maxDigitCount;
 
 // ---- tables of powers
 
-inline constexpr std::int32_t pow10[10] = {1,      10,      100,      1000,      10000,
-                                           100000, 1000000, 10000000, 100000000, 1000000000};
+inline constexpr std::int32_t pow10[10] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
 /// powBASE[k] = 10000^k and ipowBASE[k] = 1 / 10000^k.
 inline constexpr std::array<double, 7> powBASE = [] {
   std::array<double, 7> power{1.0};
@@ -64,9 +63,7 @@ constexpr bool isZeroImmediate(DAG x) { return x.word == 1 || x == consm0; }
 
 constexpr bool fitsImmediate(std::int64_t value) { return value <= maxImmediate && value >= -maxImmediate; }
 DAG NewHeapInteger(std::int32_t value);
-inline DAG Newint(std::int32_t value) {
-  return fitsImmediate(value) ? immediate(value) : NewHeapInteger(value);
-}
+inline DAG Newint(std::int32_t value) { return fitsImmediate(value) ? immediate(value) : NewHeapInteger(value); }
 DAG NewIntegerInPlace(std::int32_t value, DAG r);
 /// The heap form of a value that no immediate holds.
 DAG NewLongInteger(std::int64_t value);

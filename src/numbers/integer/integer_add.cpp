@@ -15,7 +15,7 @@ namespace korel {
 
 namespace {
 
-constexpr std::uint64_t laneBias = 0x100000000u - BASE;       // makes 10000 wrap a lane
+constexpr std::uint64_t laneBias = 0x100000000u - BASE;  // makes 10000 wrap a lane
 constexpr std::uint64_t pairBias = laneBias << 32 | laneBias;
 constexpr std::uint64_t laneOnes = 0x0000000100000001u;
 
@@ -181,9 +181,8 @@ DAG addMixed(DAG small, DAG heap, DAG r) {
   Word space = la + (carries ? 2 : 1);
   bool own = !r;
   if (own) r = news(space);
-  Word length = sign == tagOf(small)
-                    ? addMagnitudes(digitsOf(heap), la, digit, count, digitsOf(r))
-                    : subtractMagnitudes(digitsOf(heap), la, digit, count, digitsOf(r));
+  Word length = sign == tagOf(small) ? addMagnitudes(digitsOf(heap), la, digit, count, digitsOf(r))
+                                     : subtractMagnitudes(digitsOf(heap), la, digit, count, digitsOf(r));
   setHeader(r, sign, length + 1);
   controlWord(r) = genpat;
   return own ? settled(r, space) : MakeImmediate(r);

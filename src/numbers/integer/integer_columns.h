@@ -91,8 +91,7 @@ class ColumnRemainder {
   /// True when what is left is surely neither zero nor as much as the divisor, whatever the lower columns
   /// take off for `terms` products each.
   bool isBetween(std::size_t terms) const {
-    return columns_ > slackOf(terms) * groupBase &&
-           columns_ < Wide{high_} * groupBase + next_;
+    return columns_ > slackOf(terms) * groupBase && columns_ < Wide{high_} * groupBase + next_;
   }
 
  private:

@@ -1,10 +1,10 @@
 // The integer content of an expression: the largest positive rational that divides its coefficients.
 
-#include "numbers/integer/integer_functions.h"
+#include "numbers/integer/integer.h"
 
 #include "frame/errors.h"
 #include "numbers/arithmetic.h"
-#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
 #include "store/constants.h"
 #include "store/objects.h"
 #include "store/tag_facts.h"
@@ -41,9 +41,7 @@ struct Content {
   }
   /// Nothing further can change it.
   bool isOne() const { return numerators == cons1 && denominators == cons1; }
-  DAG value() const {
-    return denominators == cons1 ? numerators : new3(RATIONAL, numerators, denominators);
-  }
+  DAG value() const { return denominators == cons1 ? numerators : new3(RATIONAL, numerators, denominators); }
 };
 
 DAG complexContent(DAG x) {

@@ -1,10 +1,10 @@
 // Division of integers in their two forms, truncated toward zero, and residues.
 
-#include "numbers/integer/integer_functions.h"
+#include "numbers/integer/integer.h"
 
 #include <cstring>
 
-#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_groups.h"
 #include "numbers/integer/integer_space.h"
 #include "store/constants.h"
@@ -89,10 +89,8 @@ DAG MixedDivide(DAG a, DAG b, DAG q, DAG* r) {
   // A divisor of 2^31 in magnitude has no positive word.
   if (divisor != INT32_MIN && magnitude(divisor) < wordDivisorLimit) {
     Tag sign = (divisor < 0) == hasTag(a, INTNEG) ? INTPOS : INTNEG;
-    Word rest = divideDigits(digitsOf(a), digitsOf(q), length - 1,
-                             static_cast<Word>(magnitude(divisor)));
-    *r = Newint(hasTag(a, INTNEG) ? -static_cast<std::int32_t>(rest)
-                                  : static_cast<std::int32_t>(rest));
+    Word rest = divideDigits(digitsOf(a), digitsOf(q), length - 1, static_cast<Word>(magnitude(divisor)));
+    *r = Newint(hasTag(a, INTNEG) ? -static_cast<std::int32_t>(rest) : static_cast<std::int32_t>(rest));
     withDigits(q, sign, length - 1);
   } else {
     DAG softB = isImmediate(b) ? NewSoftInt(b) : b;
@@ -197,10 +195,8 @@ DAG imod(DAG x, DAG m, bool symmetric) {
   }
   if (isImmediate(m) && magnitude(immediateValue(m)) <= wordDivisorLimit) {
     std::int32_t d = magnitude(immediateValue(m));
-    auto r = static_cast<std::int32_t>(
-        remainderOfDigits(digitsOf(x), digitCount(x), static_cast<Word>(d)));
-    return Newint(static_cast<std::int32_t>(
-        inRange(hasTag(x, INTNEG) ? -r : r, d, symmetric)));
+    auto r = static_cast<std::int32_t>(remainderOfDigits(digitsOf(x), digitCount(x), static_cast<Word>(d)));
+    return Newint(static_cast<std::int32_t>(inRange(hasTag(x, INTNEG) ? -r : r, d, symmetric)));
   }
   if (!symmetric && !isImmediate(x) && hasTag(x, INTPOS) && compint(x, m) < 0) return CopyAlg(x);
 

@@ -1,9 +1,9 @@
 // Factorials, as a balanced product of factors that have been gathered into groups.
 
-#include "numbers/integer/integer_functions.h"
+#include "numbers/integer/integer.h"
 
 #include "frame/errors.h"
-#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_groups.h"
 
 namespace korel {
@@ -45,8 +45,7 @@ std::size_t rangeProduct(std::int32_t first, std::int32_t last, Group* r) {
 }  // namespace
 
 DAG factorial(DAG n) {
-  if (!isImmediate(n) || immediateValue(n) > largestArgument)
-    KernelException("object too large for factorial");
+  if (!isImmediate(n) || immediateValue(n) > largestArgument) KernelException("object too large for factorial");
   std::int32_t k = immediateValue(n);
   assert(k >= 0);
   if (k < static_cast<std::int32_t>(std::size(smallFactorials))) return Newint(smallFactorials[k]);

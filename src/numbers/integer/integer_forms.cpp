@@ -203,8 +203,6 @@ DAG negateint(DAG x) {
   return x;
 }
 
-DAG complint(DAG x) {
-  return isImmediate(x) ? immediate(-immediateValue(x)) : negateint(CopyAlg(x));
-}
+DAG complint(DAG x) { return isImmediate(x) ? immediate(-immediateValue(x)) : negateint(CopyAlg(x)); }
 
 }  // namespace korel

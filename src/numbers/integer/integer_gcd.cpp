@@ -1,13 +1,13 @@
 // Greatest common divisors: machine words, residues by a word, Lehmer's method on groups, and halving for
 // long operands.
 
-#include "numbers/integer/integer_functions.h"
+#include "numbers/integer/integer.h"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
-#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_groups.h"
 #include "numbers/integer/integer_half_gcd.h"
 #include "numbers/integer/integer_lehmer.h"

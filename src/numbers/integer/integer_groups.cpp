@@ -212,10 +212,8 @@ namespace {
 bool absoluteDifference(Group* r, const Group* a0, const Group* a1, std::size_t h, std::size_t high) {
   std::size_t s0 = significantGroups(a0, h), s1 = significantGroups(a1, high);
   bool less = s0 != s1 ? s0 < s1 : compareGroups(a0, a1, s0) < 0;
-  if (less)
-    subtractGroups(r, a1, s1, a0, s0);
-  else
-    subtractGroups(r, a0, s0, a1, s1);
+  if (less) subtractGroups(r, a1, s1, a0, s0);
+  else subtractGroups(r, a0, s0, a1, s1);
   std::size_t done = less ? s1 : s0;
   std::memset(r + done, 0, (h - done) * sizeof(Group));
   return less;
@@ -276,8 +274,7 @@ void karatsubaProduct(Group* r, const Group* a, const Group* b, std::size_t n) {
 }
 
 /// r = a * b with na > nb: blocks of the longer operand of nb groups, added up.
-void blockProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb,
-                  std::size_t block) {
+void blockProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb, std::size_t block) {
   GroupSpace part(block + nb);
   std::memset(r, 0, (na + nb) * sizeof(Group));
   for (std::size_t at = 0; at < na; at += block) {
@@ -299,8 +296,7 @@ void multiplyGroups(Group* r, const Group* a, std::size_t na, const Group* b, st
     schoolProduct(r, a, na, b, nb);
   } else if (nb >= (square ? transformSquareGroups : transformGroups)) {
     // A long operand against a much longer one: pieces, whose transforms stay in the cache.
-    if (na > 4 * nb && na > 16 * transformGroups)
-      blockProduct(r, a, na, b, nb, 2 * nb);
+    if (na > 4 * nb && na > 16 * transformGroups) blockProduct(r, a, na, b, nb, 2 * nb);
     else if (!transformProduct(r, a, na, b, nb))
       na == nb ? karatsubaProduct(r, a, b, nb) : blockProduct(r, a, na, b, nb, nb);
   } else if (na == nb) {

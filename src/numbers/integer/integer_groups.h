@@ -24,9 +24,7 @@ using Group = std::uint64_t;
 using Wide = unsigned __int128;
 constexpr Group groupBase = 10000000000000000u;
 constexpr std::size_t digitsPerGroup = 4;
-constexpr std::size_t groupsFor(std::size_t digits) {
-  return (digits + digitsPerGroup - 1) / digitsPerGroup;
-}
+constexpr std::size_t groupsFor(std::size_t digits) { return (digits + digitsPerGroup - 1) / digitsPerGroup; }
 
 /// Scratch groups: a few on the stack, more from the system. A system without memory is the error
 /// "object too large", or `missing` for an optional space. Spaces in use form a chain, since an error

@@ -148,8 +148,7 @@ void divideByBlocks(Group* q, Group* a, std::size_t na, const Group* b, std::siz
   std::memcpy(dividend + pad, a, na * sizeof(Group));
   // The top block is below the divisor: it is short, or holds a's top groups and zeros below.
   assert(compareGroups(dividend + (blocks - 1) * n, divisor, n) < 0);
-  for (std::size_t i = blocks - 1; i-- > 0;)
-    divideTwoByOne(quotient + i * n, dividend + i * n, divisor, n);
+  for (std::size_t i = blocks - 1; i-- > 0;) divideTwoByOne(quotient + i * n, dividend + i * n, divisor, n);
   std::size_t count = na - nb, have = (blocks - 1) * n;
   std::memcpy(q, static_cast<Group*>(quotient), std::min(count, have) * sizeof(Group));
   if (count > have) std::memset(q + have, 0, (count - have) * sizeof(Group));
@@ -189,8 +188,7 @@ void shortTwoByOne(Group* q, Group* a, const Group* b, std::size_t n) {
   // The lower half comes from the leading parts alone.
   std::size_t h = n / 2;
   divideThreeByTwo(q + h, a + h, b, h);
-  if (compareGroups(a + 2 * h, b + h, h) < 0)
-    shortTwoByOne(q, a + h, b + h, h);
+  if (compareGroups(a + 2 * h, b + h, h) < 0) shortTwoByOne(q, a + h, b + h, h);
   else
     for (std::size_t i = 0; i < h; ++i) q[i] = groupBase - 1;
 }

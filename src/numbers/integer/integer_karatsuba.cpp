@@ -12,9 +12,9 @@ DAG KaraBuffer;
 
 namespace {
 
-constexpr std::int32_t columnCarry = KaraColMax / BASE;     // 107363: what a full column passes on
-constexpr std::int32_t twoColumns = 2 * KaraColMax;         // 2147260000
-constexpr std::int32_t uncheckedRows = 9;                   // products that fit on a settled column
+constexpr std::int32_t columnCarry = KaraColMax / BASE;  // 107363: what a full column passes on
+constexpr std::int32_t twoColumns = 2 * KaraColMax;      // 2147260000
+constexpr std::int32_t uncheckedRows = 9;                // products that fit on a settled column
 
 std::int32_t column(const Word* r, Word i) { return static_cast<std::int32_t>(r[i]); }
 void setColumn(Word* r, Word i, std::int32_t value) { r[i] = static_cast<Word>(value); }
@@ -177,8 +177,7 @@ void KarExtSub(const Word* x, Word* y, Word n, Word m) {
 
 // ---- Karatsuba
 
-void KarMulAdd(const Word* a, const Word* b, Word* r, Word la, Word lb, Word* buffer, bool clear,
-               Word room) {
+void KarMulAdd(const Word* a, const Word* b, Word* r, Word la, Word lb, Word* buffer, bool clear, Word room) {
   if (la < lb) {
     std::swap(a, b);
     std::swap(la, lb);
@@ -196,8 +195,8 @@ void KarMulAdd(const Word* a, const Word* b, Word* r, Word la, Word lb, Word* bu
   if (h + 3 < lb) {
     const Word *a1 = a + h, *b1 = b + h;
     Word la1 = la - h, lb1 = lb - h;
-    Word highColumns = la1 + lb1 - 1;      // of a1 * b1
-    Word above = room - h;                 // columns of r from h on
+    Word highColumns = la1 + lb1 - 1;  // of a1 * b1
+    Word above = room - h;             // columns of r from h on
     Word* next = buffer + 2 * h + 2;
     KarMulAdd(a1, b1, clear ? r + 2 * h : buffer, la1, lb1, next, true, highColumns);
     if (clear) {
@@ -228,8 +227,7 @@ void KarMulAdd(const Word* a, const Word* b, Word* r, Word la, Word lb, Word* bu
   Word blocks = la / lb;
   Word done = blocks * lb;
   if (done < la) KarMulAdd(a + done, b, r + done, la - done, lb, buffer, false, room - done);
-  for (Word i = blocks; i-- > 0;)
-    KarMulAdd(a + i * lb, b, r + i * lb, lb, lb, buffer, false, room - i * lb);
+  for (Word i = blocks; i-- > 0;) KarMulAdd(a + i * lb, b, r + i * lb, lb, lb, buffer, false, room - i * lb);
 }
 
 std::int64_t CalcBufSize(Word x, Word y) {
@@ -292,8 +290,7 @@ DAG KaratsubaProduct(DAG a, DAG b, DAG r) {
       const Word* digits = digitsOf(a);
       clearColumns(columns, la + lb - 1);
       for (Word at = 0; at < la; at += piece)
-        KarMulAdd(digits + at, factor, columns + at, std::min(piece, la - at), lb, space, false,
-                  la + lb - 1 - at);
+        KarMulAdd(digits + at, factor, columns + at, std::min(piece, la - at), lb, space, false, la + lb - 1 - at);
     }
   }
   setHeader(r, sign, la + lb);

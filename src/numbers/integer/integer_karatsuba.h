@@ -34,8 +34,7 @@ void KarExtAdd(const Word* x, Word* y, Word n);
 void KarExtSub(const Word* x, Word* y, Word n, Word m);
 /// r = a * b (clear) or r += a * b in columns; `buffer` has `CalcBufSize(la, lb)` words. `room`: columns
 /// that r has, la + lb - 1 or more; what a carry has taken above the product is borrowed back from there.
-void KarMulAdd(const Word* a, const Word* b, Word* r, Word la, Word lb, Word* buffer, bool clear,
-               Word room);
+void KarMulAdd(const Word* a, const Word* b, Word* r, Word la, Word lb, Word* buffer, bool clear, Word room);
 /// Words of scratch that `KarMulAdd` needs for operands of x and y digits.
 std::int64_t CalcBufSize(Word x, Word y);
 /// The scratch object, of n words or more.

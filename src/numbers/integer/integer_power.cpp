@@ -1,13 +1,13 @@
 // Powers of integers, with a bound on the result's length before anything is allocated.
 
-#include "numbers/integer/integer_functions.h"
+#include "numbers/integer/integer.h"
 
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
 #include "numbers/events/numeric_events.h"
-#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_groups.h"
 #include "numbers/integer/integer_space.h"
 #include "store/constants.h"
@@ -68,8 +68,7 @@ std::int64_t lengthBound(DAG base, std::int64_t n) {
 
 DAG overflow(DAG base, std::int32_t n) {
   DAG operand = MakeImmediate(base);
-  return TriggerNumericEvent(overflowEvent, naminstall("power"), operand, Newint(n),
-                             ini("undefined"), true);
+  return TriggerNumericEvent(overflowEvent, naminstall("power"), operand, Newint(n), ini("undefined"), true);
 }
 
 /// base^n for n >= 2 by the bits of n, for a result of at most `length` decimals: square, and multiply
@@ -96,8 +95,7 @@ DAG binaryPower(DAG base, std::int32_t n, std::size_t length) {
 
 /// base^n for heap base, not 1 or -1, in canonical form; or what the overflow event gives.
 DAG heapPower(DAG base, std::int32_t n) {
-  if (n > largestExponent || n * (SoftIntLength(base) - 1) / 4 > maxDigitCount)
-    return overflow(base, n);
+  if (n > largestExponent || n * (SoftIntLength(base) - 1) / 4 > maxDigitCount) return overflow(base, n);
   std::int64_t length = lengthBound(base, n);
   if (length < 9) {
     std::int32_t factor = SoftIntValue(base), result = factor;

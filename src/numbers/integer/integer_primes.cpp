@@ -1,10 +1,10 @@
 // Small primes, and one step of factorisation by continued fractions.
 
-#include "numbers/integer/integer_functions.h"
+#include "numbers/integer/integer.h"
 
 #include "eval/simplify/simplify.h"
 #include "frame/interrupts.h"
-#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
 #include "store/constants.h"
 #include "store/objects.h"
 

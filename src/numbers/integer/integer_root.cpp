@@ -1,13 +1,13 @@
 // Integer square roots: column by column from the top, and by division of halves for long ones
 // (Zimmermann, "Karatsuba square root").
 
-#include "numbers/integer/integer_functions.h"
+#include "numbers/integer/integer.h"
 
 #include <cmath>
 #include <cstring>
 
-#include "numbers/integer/integer.h"
 #include "numbers/integer/integer_columns.h"
+#include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_groups.h"
 #include "store/constants.h"
 
@@ -54,8 +54,7 @@ std::int64_t columnRoot(Group* s, Group* a, std::size_t n, bool wantsRest) {
   const Group high = 2 * first;
   rest = rest * groupBase + a[2 * n - 3];
   auto second = static_cast<Group>(rest / high);
-  for (rest -= Wide{second} * high; Wide{second} * second > rest * groupBase + a[2 * n - 4]; --second)
-    rest += high;
+  for (rest -= Wide{second} * high; Wide{second} * second > rest * groupBase + a[2 * n - 4]; --second) rest += high;
   s[n - 2] = second;
   // From here on the root is half the quotient of what is left by it.
   ColumnRemainder left(high, 2 * second, rest * groupBase + a[2 * n - 4] - Wide{second} * second);

@@ -1,13 +1,13 @@
 // Decimal shifts, the rounding that goes with them, and factors of ten.
 
-#include "numbers/integer/integer_functions.h"
+#include "numbers/integer/integer.h"
 
 #include <cstring>
 
 #include "numbers/arithmetic.h"
 #include "numbers/events/numeric_events.h"
 #include "numbers/float/float_groups.h"
-#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
 #include "numbers/integer/integer_space.h"
 #include "store/names.h"
 
@@ -59,8 +59,8 @@ DAG shifted(DAG x, std::int64_t k, bool rounding) {
   std::int64_t words = (ilength(x) + k + 3) / 4;
   if (words < 1) return immediate(0);
   if (words + 1 > maxLength)
-    return TriggerNumericEvent(overflowEvent, naminstall(rounding ? "round" : "shift"), x,
-                               NewInteger(k), ini("undefined"), true);
+    return TriggerNumericEvent(overflowEvent, naminstall(rounding ? "round" : "shift"), x, NewInteger(k),
+                               ini("undefined"), true);
   if (k > 0 && words < 3) return mulint(x, immediate(pow10[k]));
 
   DAG heap = isImmediate(x) ? NewSoftInt(x) : x;

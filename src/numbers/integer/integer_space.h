@@ -57,8 +57,6 @@ inline void discard(DAG x, Kept... kept) {
 }
 
 /// A fresh heap copy of `x` in either form, with room for `extra` more words.
-inline DAG softCopy(DAG x, Word extra = 0) {
-  return CopyIntoSoftInt(news(softIntLengthBound(x) + extra), x);
-}
+inline DAG softCopy(DAG x, Word extra = 0) { return CopyIntoSoftInt(news(softIntLengthBound(x) + extra), x); }
 
 }  // namespace korel

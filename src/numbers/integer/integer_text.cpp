@@ -1,13 +1,13 @@
 // Integers as decimal text and as doubles.
 
-#include "numbers/integer/integer_functions.h"
+#include "numbers/integer/integer.h"
 
 #include <charconv>
 #include <cstring>
 #include <limits>
 
 #include "frame/errors.h"
-#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
 #include "store/objects.h"
 
 namespace korel {

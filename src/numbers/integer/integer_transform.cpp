@@ -17,18 +17,16 @@ namespace {
 /// product by the root takes no division (Shoup).
 struct Field {
   Group prime;
-  Group root;  // of order 2^40
-  Group inverse;      // -1 / prime modulo 2^64
-  Group square;       // 2^128 modulo prime
+  Group root;     // of order 2^40
+  Group inverse;  // -1 / prime modulo 2^64
+  Group square;   // 2^128 modulo prime
   Group *roots, *rootQuotients;
   Group *backRoots, *backQuotients;
 };
 
 constexpr int rootOrderBits = 40;
 
-constexpr Group multiplyModulo(Group a, Group b, Group p) {
-  return static_cast<Group>(Wide{a} * b % p);
-}
+constexpr Group multiplyModulo(Group a, Group b, Group p) { return static_cast<Group>(Wide{a} * b % p); }
 constexpr Group powerModulo(Group a, Group n, Group p) {
   Group r = 1;
   for (; n != 0; n >>= 1, a = multiplyModulo(a, a, p))
@@ -42,8 +40,7 @@ constexpr Group negativeInverse(Group p) {
 }
 constexpr Field makeField(Group prime, Group root) {
   Group r = static_cast<Group>((Wide{1} << 64) % prime);
-  return {prime,   root,    negativeInverse(prime), multiplyModulo(r, r, prime), nullptr,
-          nullptr, nullptr, nullptr};
+  return {prime, root, negativeInverse(prime), multiplyModulo(r, r, prime), nullptr, nullptr, nullptr, nullptr};
 }
 
 Field fields[2] = {
@@ -71,10 +68,8 @@ constexpr std::size_t tableRun = 4096, tableSteps = 40;
 // Blocks that fit in the cache pass their work at once.
 constexpr std::size_t largestUncounted = 4096;
 void passTransformWork(std::size_t n) {
-  if (n > largestUncounted)
-    passGroupWork(3 * n);
-  else if (n > largestUncounted / 4)
-    passGroupWork(20 * n);
+  if (n > largestUncounted) passGroupWork(3 * n);
+  else if (n > largestUncounted / 4) passGroupWork(20 * n);
 }
 
 /// Tables for transforms of `length` and shorter. They grow by doubling and stay.
@@ -234,9 +229,9 @@ void finish(Group* x, std::size_t length, const Field& f) {
   Group h1 = multiplyModulo(scale(m), half, p), hq1 = shoup(h1, p);
   Group turn = multiplyModulo(f.roots[1], half, p), turnQuotient = shoup(turn, p);
   for (std::size_t i = 0; i < m; ++i) {
-    Group sum = timesRoot(x[i], h2, hq2, p);                    // (x0 + x2) / 2
+    Group sum = timesRoot(x[i], h2, hq2, p);  // (x0 + x2) / 2
     Group x1 = below(timesRoot(x[i + m], w2, q2, p), p);
-    Group difference = timesRoot(x[i + 2 * m], h1, hq1, p);     // (x0 - x2 + i x1) / 2
+    Group difference = timesRoot(x[i + 2 * m], h1, hq1, p);  // (x0 - x2 + i x1) / 2
     difference = below(difference - timesRoot(x1, turn, turnQuotient, p) + p2, p2);
     x[i] = below(below(sum + difference, p2), p);
     x[i + m] = x1;
@@ -297,8 +292,8 @@ class GroupWriter {
 };
 
 /// r = the coefficients' sum, put together from their residues and carried.
-void assemble(Group* r, std::size_t groups, const Group* first, const Group* second,
-              std::size_t count, bool shortCoefficients) {
+void assemble(Group* r, std::size_t groups, const Group* first, const Group* second, std::size_t count,
+              bool shortCoefficients) {
   const Group p1 = fields[0].prime, p2 = fields[1].prime;
   const Group inverse = powerModulo(p1 % p2, p2 - 2, p2), quotient = shoup(inverse, p2);
   auto coefficient = [&](std::size_t i) {
@@ -335,10 +330,8 @@ bool transformProduct(Group* r, const Group* a, std::size_t na, const Group* b, 
   if (space.missing()) return false;
 
   auto load = [&](Group* x, const Group* from, std::size_t n, std::size_t coefficients) {
-    if (shortCoefficients)
-      toShort(from, n, x);
-    else
-      std::memcpy(x, from, n * sizeof(Group));
+    if (shortCoefficients) toShort(from, n, x);
+    else std::memcpy(x, from, n * sizeof(Group));
     std::memset(x + coefficients, 0, (length - coefficients) * sizeof(Group));
   };
   for (int k = 0; k < 2; ++k) {
@@ -350,8 +343,7 @@ bool transformProduct(Group* r, const Group* a, std::size_t na, const Group* b, 
       load(y, b, nb, cb);
       transform(y, length, f);
     }
-    for (std::size_t i = 0; i < length; ++i)
-      x[i] = montgomery(below(x[i], 2 * f.prime), below(y[i], 2 * f.prime), f);
+    for (std::size_t i = 0; i < length; ++i) x[i] = montgomery(below(x[i], 2 * f.prime), below(y[i], 2 * f.prime), f);
     transformBack(x, length, f);
     finish(x, length, f);
   }

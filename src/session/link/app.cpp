@@ -160,8 +160,7 @@ int App::runProcess() {
   if (error_ != 0) {
     if (kernel_ != nullptr && kernel_->kError() != 0)
       m_logf("kernel initialization failure %s\n", kernel_->getErrorText());
-    else
-      m_logf("initialization failure kError = %u, osError = %u\n", error_ & 15u, error_ >> 4 & 0xfffu);
+    else m_logf("initialization failure kError = %u, osError = %u\n", error_ & 15u, error_ >> 4 & 0xfffu);
   } else {
     m_logf("initialized\n");
     Run();

@@ -1,9 +1,8 @@
 #include "session/link/direct_kernel.h"
 
-#include <unistd.h>
-
 #include <csignal>
 #include <cstdlib>
+#include <unistd.h>
 
 #include "frame/interrupts.h"
 #include "session/log.h"

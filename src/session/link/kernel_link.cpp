@@ -80,8 +80,7 @@ const char* KL_Base::getErrorText() {
   static char text[80];
   if (kError_ == systemError)
     std::snprintf(text, sizeof text, "server encountered OS error %u", static_cast<unsigned>(osError_));
-  else
-    std::snprintf(text, sizeof text, "unexpected server error %u, no information", static_cast<unsigned>(kError_));
+  else std::snprintf(text, sizeof text, "unexpected server error %u, no information", static_cast<unsigned>(kError_));
   return text;
 }
 

@@ -1,11 +1,10 @@
 #include "session/link/pipe_client.h"
 
-#include <poll.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <poll.h>
+#include <unistd.h>
 
 #include "session/link/kernel_link.h"
 #include "session/log.h"
@@ -133,8 +132,7 @@ PipeEnvironment pipesOfProcess() {
 
 }  // namespace
 
-KL_PipeClient::KL_PipeClient(const char* name)
-    : stream_(pipesOfProcess().readEnd, pipesOfProcess().writeEnd) {
+KL_PipeClient::KL_PipeClient(const char* name) : stream_(pipesOfProcess().readEnd, pipesOfProcess().writeEnd) {
   PipeEnvironment found;
   if (!readPipeEnvironment(found)) {
     m_logf("KL_PipeClient: couldn't determine pipes\n");

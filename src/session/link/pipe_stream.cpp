@@ -1,10 +1,9 @@
 #include "session/link/pipe_stream.h"
 
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <unistd.h>
 
 #include "frame/errors.h"
 #include "session/log.h"

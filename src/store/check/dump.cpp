@@ -4,9 +4,9 @@
 #include <cstring>
 
 #include "store/allocator.h"
+#include "store/check/verify.h"
 #include "store/objects.h"
 #include "store/reference_fields.h"
-#include "store/check/verify.h"
 
 namespace korel {
 
@@ -63,10 +63,8 @@ void addText(Line& line, const char* text, Word size) {
       break;
     }
     unsigned char c = static_cast<unsigned char>(text[i]);
-    if (c < ' ' || c == 127)
-      line.add("\\%03o", c);
-    else
-      line.add("%c", c);
+    if (c < ' ' || c == 127) line.add("\\%03o", c);
+    else line.add("%c", c);
   }
   line.add("\"");
 }
@@ -137,10 +135,8 @@ const char* bit3Name(Tag tag) {
 void addControl(Line& line, DAG s) {
   Word control = controlWord(s);
   Word label = generationOf(s);
-  if (label >= firstMarkLabel)
-    line.add(", mark %u", label);
-  else
-    line.add(", generation %u%s", label, genc[label] == 0 ? " (released)" : "");
+  if (label >= firstMarkLabel) line.add(", mark %u", label);
+  else line.add(", generation %u%s", label, genc[label] == 0 ? " (released)" : "");
   if (Word count = (control >> 12) & 0x3ff; count != 0) line.add(", %u external uses", count);
   if (control & simplifiedBit) line.add(", simplified");
   if (control & protectedBit) line.add(", protected");
@@ -152,8 +148,7 @@ void addControl(Line& line, DAG s) {
 
 // What the first line of an object's dump tells whole.
 bool isToldByItsLine(Tag tag) {
-  return tag == INTPOS || tag == INTNEG || tag == HFLOAT || tag == LOCAL || tag == PARAM ||
-         tag == LEXICAL;
+  return tag == INTPOS || tag == INTNEG || tag == HFLOAT || tag == LOCAL || tag == PARAM || tag == LEXICAL;
 }
 
 bool isReferenceField(DAG s, Word i) {
@@ -198,22 +193,18 @@ void dumpLevel(DAG x, Word field, int depth, int indent, const Output& output) {
       continue;
     }
     Line line;
-    line.add("%*s  [%u] raw %d (0x%x)", indent, "", i, static_cast<std::int32_t>(rawField(x, i)),
-             rawField(x, i));
+    line.add("%*s  [%u] raw %d (0x%x)", indent, "", i, static_cast<std::int32_t>(rawField(x, i)), rawField(x, i));
     output.put(line);
   }
 }
 
 }  // namespace
 
-void dumpObject(DAG x, int depth, DumpSink sink, void* context) {
-  dumpLevel(x, 0, depth, 0, Output{sink, context});
-}
+void dumpObject(DAG x, int depth, DumpSink sink, void* context) { dumpLevel(x, 0, depth, 0, Output{sink, context}); }
 
 void dumpObject(DAG x, int depth, std::FILE* stream) {
-  dumpObject(x, depth, [](void* file, const char* line) {
-    std::fputs(line, static_cast<std::FILE*>(file));
-  }, stream);
+  dumpObject(
+      x, depth, [](void* file, const char* line) { std::fputs(line, static_cast<std::FILE*>(file)); }, stream);
 }
 
 void dump(DAG x) {

@@ -7,10 +7,10 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "store/check/verify.h"
 #include "store/collect/collector_phases.h"
 #include "store/objects.h"
 #include "store/reference_fields.h"
-#include "store/check/verify.h"
 
 namespace korel {
 
@@ -103,16 +103,13 @@ void checkReference(DAG x) {
   if (inHeap && objectStarts->test(x.word)) return;
   foundViolation = true;
   const char* tag = referrer ? DagIDToName(headerWord(referrer) >> 26) : "root";
-  tell("0x%x (%s) refers to 0x%x, which is no object", referrer.word, tag == nullptr ? "no tag" : tag,
-       x.word);
+  tell("0x%x (%s) refers to 0x%x, which is no object", referrer.word, tag == nullptr ? "no tag" : tag, x.word);
 }
 
 void checkReferencesOf(DAG s) {
   referrer = s;
-  if (hasTag(s, RTABLE))
-    walkRtable(s, checkReference);
-  else
-    forEachReferenceField(s, [](DAG& field) { checkReference(field); });
+  if (hasTag(s, RTABLE)) walkRtable(s, checkReference);
+  else forEachReferenceField(s, [](DAG& field) { checkReference(field); });
 }
 
 }  // namespace
@@ -143,8 +140,7 @@ const char* checkHeap() {
 
 HeapFigures heapFigures() {
   HeapFigures figures;
-  for (Word chunk = allstorage; chunk != 0; chunk = wordAt(chunk))
-    figures.words += wordAt(chunk + 4) - 2;
+  for (Word chunk = allstorage; chunk != 0; chunk = wordAt(chunk)) figures.words += wordAt(chunk + 4) - 2;
   WordBits free;
   if (!free) return figures;
   noteFreeBlocks(free);

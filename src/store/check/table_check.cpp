@@ -5,11 +5,11 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "store/check/verify.h"
 #include "store/collect/collector.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "store/check/verify.h"
 
 namespace korel {
 
@@ -19,8 +19,7 @@ char violation[200];
 
 const char* tell(const char* what, DAG x) {
   const char* tag = isObject(x) ? DagIDToName(headerWord(x) >> 26) : nullptr;
-  std::snprintf(violation, sizeof violation, "0x%x (%s) %s", x.word, tag == nullptr ? "no tag" : tag,
-                what);
+  std::snprintf(violation, sizeof violation, "0x%x (%s) %s", x.word, tag == nullptr ? "no tag" : tag, what);
   return violation;
 }
 
@@ -33,8 +32,8 @@ bool hasChangingWords(Tag tag) {
 bool isSameText(DAG a, DAG b) { return std::strcmp(textOf(a), textOf(b)) == 0; }
 // What `identical` says, which would correct the labels: statements and procedures are never equal.
 bool isOneOfItsKind(Tag tag) {
-  return hasChangingWords(tag) || tag == ASSIGN || tag == FOR || tag == IF || tag == READ ||
-         tag == SAVE || tag == STATSEQ || tag == STOP;
+  return hasChangingWords(tag) || tag == ASSIGN || tag == FOR || tag == IF || tag == READ || tag == SAVE ||
+         tag == STATSEQ || tag == STOP;
 }
 bool isSameContent(DAG a, DAG b) {
   return headerWord(a) == headerWord(b) && !isOneOfItsKind(tagOf(a)) &&
@@ -70,8 +69,7 @@ const char* checkTable(DAG table, const Promise& promise) {
       if (bucketIndex(key, lengthOf(table)) != bucket) return tell("stands in the wrong bucket", value);
       if (const char* found = checkValue(promise, key, value)) return found;
       for (Word k = 1; k < i; k += 2)
-        if (rawField(chain, k) == key && promise.same(chain[k + 1], value))
-          return tell("is in its table twice", value);
+        if (rawField(chain, k) == key && promise.same(chain[k + 1], value)) return tell("is in its table twice", value);
     }
   }
   return nullptr;

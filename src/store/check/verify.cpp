@@ -1,20 +1,19 @@
 #include "store/check/verify.h"
 
 #include <cstdlib>
+#include <cstring>
 
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "store/allocator.h"
+#include "store/check/verify_rules.h"
+#include "store/check/verify_walk.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
 #include "store/tag_facts.h"
-#include "store/check/verify_rules.h"
-#include "store/check/verify_walk.h"
 #include "store/word_map.h"
-
-#include <cstring>
 
 namespace korel {
 
@@ -65,9 +64,8 @@ class Walk {
   /// may jump: what the walk holds is given back all the same.
   void report() {
     visited_.release();
-    PushParamErrorProc(
-        [](const char*) { std::free(reinterpret_cast<void*>(errorProcParam)); },
-        static_cast<void*>(steps_));
+    PushParamErrorProc([](const char*) { std::free(reinterpret_cast<void*>(errorProcParam)); },
+                       static_cast<void*>(steps_));
     verifyReport(finding_.text);
     while (used_ != 0) {
       const Step& step = steps_[--used_];

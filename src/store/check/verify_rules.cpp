@@ -1,17 +1,17 @@
 #include "store/check/verify_rules.h"
-#include "store/tag_facts.h"
 
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
 
 #include "store/allocator.h"
+#include "store/check/verify.h"
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/objects.h"
 #include "store/reference_fields.h"
 #include "store/standard_names.h"
-#include "store/check/verify.h"
+#include "store/tag_facts.h"
 
 namespace korel {
 
@@ -22,9 +22,7 @@ constexpr std::int32_t lowestParam = -2;  // 0, -1 and -2 are `nargs`, `args` an
 
 // ---- words for messages
 
-const void* pointer(DAG x) {
-  return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(x.word));
-}
+const void* pointer(DAG x) { return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(x.word)); }
 
 // Tag of a reference that may be anything; NOTAG when it is no readable object.
 Tag kindOf(DAG x) {
@@ -54,8 +52,7 @@ struct FunctionText {
     DAG f = call[1];
     if (is(f, NAME) && boundedLength(f) > 3)
       std::snprintf(text, sizeof text, "%.*s", static_cast<int>(4 * (boundedLength(f) - 3)), textOf(f));
-    else
-      std::snprintf(text, sizeof text, "%s", nameOfTag(f));
+    else std::snprintf(text, sizeof text, "%s", nameOfTag(f));
   }
 };
 
@@ -107,15 +104,11 @@ bool failWith(Finding& finding, const Message& message, DAG s, Word i) {
     case showObjectIndexTag: std::snprintf(text, size, format, object, index, tag); break;
     case showObjectWord: std::snprintf(text, size, format, object, word); break;
     case showObjectWordTag: std::snprintf(text, size, format, object, word, tag); break;
-    case showObjectWordFunction:
-      std::snprintf(text, size, format, object, word, FunctionText(s).text);
-      break;
+    case showObjectWordFunction: std::snprintf(text, size, format, object, word, FunctionText(s).text); break;
     case showObjectFunction: std::snprintf(text, size, format, object, FunctionText(s).text); break;
     case showObjectKind: std::snprintf(text, size, format, object, kind); break;
     case showObjectKindTag: std::snprintf(text, size, format, object, kind, tag); break;
-    case showObjectKindFunction:
-      std::snprintf(text, size, format, object, kind, FunctionText(s).text);
-      break;
+    case showObjectKindFunction: std::snprintf(text, size, format, object, kind, FunctionText(s).text); break;
     case showObjectIndexKind: std::snprintf(text, size, format, object, index, kind); break;
     case showObjectKindIndexTag: std::snprintf(text, size, format, object, kind, index, tag); break;
   }
@@ -169,8 +162,8 @@ bool checkSeries(DAG s, Finding& finding) {
   for (Word i = 3; i < lengthOf(s); i += 2) {
     auto power = static_cast<std::int32_t>(rawField(s, i));
     if (power > largestSeriesPower || power < -largestSeriesPower)
-      return fail(finding, "s=%p, s[%ld]=%ld, unbelievably large SERIES power", pointer(s),
-                  static_cast<long>(i), static_cast<long>(power));
+      return fail(finding, "s=%p, s[%ld]=%ld, unbelievably large SERIES power", pointer(s), static_cast<long>(i),
+                  static_cast<long>(power));
   }
   return true;
 }
@@ -179,13 +172,10 @@ bool checkPosition(DAG s, Finding& finding) {
   auto number = static_cast<std::int32_t>(rawField(s, 1));
   long shown = number;
   switch (tagOf(s)) {
-    case LOCAL:
-      return number >= 1 || fail(finding, "s=%p, s[1]=%ld, invalid LOCAL number", pointer(s), shown);
+    case LOCAL: return number >= 1 || fail(finding, "s=%p, s[1]=%ld, invalid LOCAL number", pointer(s), shown);
     case PARAM:
-      return number >= lowestParam ||
-             fail(finding, "s=%p, s[1]=%ld, invalid PARAM number", pointer(s), shown);
-    default:
-      return number != 0 || fail(finding, "s=%p, s[1]=%ld, invalid LEXICAL number", pointer(s), shown);
+      return number >= lowestParam || fail(finding, "s=%p, s[1]=%ld, invalid PARAM number", pointer(s), shown);
+    default: return number != 0 || fail(finding, "s=%p, s[1]=%ld, invalid LEXICAL number", pointer(s), shown);
   }
 }
 
@@ -195,8 +185,7 @@ constexpr Message invalidChain = {"s=%p, invalid HASH chain", showObject};
 bool checkRawFields(DAG s, Finding& finding) {
   switch (tagOf(s)) {
     case INTNEG: case INTPOS:
-      return isGoodInteger(s) ||
-             fail(finding, "s=%p, invalid %s", pointer(s), tagName(tagOf(s)));
+      return isGoodInteger(s) || fail(finding, "s=%p, invalid %s", pointer(s), tagName(tagOf(s)));
     case HFLOAT:
       // A double lies at a multiple of 8.
       if ((s.word + 4) % 8 == 0) return true;
@@ -231,9 +220,7 @@ bool isDefinitionName(DAG x) {
 bool isSaveArgument(DAG x) { return isSequence(x) || isName(x) || isText(x); }
 bool isIndeterminate(DAG x) { return isName(x) || isSequence(x); }
 
-bool isFloatExponent(DAG x) {
-  return isWholeNumber(x) || x == ini("infinity") || x == ini("undefined");
-}
+bool isFloatExponent(DAG x) { return isWholeNumber(x) || x == ini("infinity") || x == ini("undefined"); }
 
 bool isNegativeInfinity(DAG x) {
   return is(x, SUM) && boundedLength(x) == 3 && x[1] == ini("infinity") && x[2] == consm1;
@@ -247,9 +234,7 @@ bool isComplexPart(DAG x) {
 }
 
 bool isDeclaration(DAG x) { return isName(x) || is(x, DCOLON); }
-bool isOption(DAG x) {
-  return isName(x) || (is(x, EQUATION) && boundedLength(x) == 3 && isName(x[1]) && isName(x[2]));
-}
+bool isOption(DAG x) { return isName(x) || (is(x, EQUATION) && boundedLength(x) == 3 && isName(x[1]) && isName(x[2])); }
 // Pairs of a name and a reference.
 bool isLexicalSequence(DAG x) { return isSequence(x) && (lengthOf(x) & 1) == 1; }
 // Before simplification a list may stand around the locals.
@@ -259,8 +244,9 @@ bool isMapping(DAG x) { return isName(x) || is(x, MEMBER) || is(x, EQUATION); }
 
 bool isTarget(DAG x) {
   switch (kindOf(x)) {
-    case NAME: case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case FUNCTION:
-    case LOCAL: case PARAM: case LEXICAL: return true;
+    case NAME: case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case FUNCTION: case LOCAL: case PARAM:
+    case LEXICAL:
+      return true;
     default: return false;
   }
 }
@@ -369,9 +355,7 @@ constexpr MemberRule memberRules[] = {
 constexpr Message nonNumeric = {"s=%p, unexpected %s component %ld of %s", showObjectKindIndexTag};
 
 // The handlers of a `try`: pairs from field 2, and one more sequence where the length is odd.
-bool isCatchField(DAG s, Word i) {
-  return i >= 2 && (i & 1) == 0 && i + 1 < lengthOf(s);
-}
+bool isCatchField(DAG s, Word i) { return i >= 2 && (i & 1) == 0 && i + 1 < lengthOf(s); }
 
 bool checkCatch(DAG s, Word i, Finding& finding) {
   DAG strings = s[i];
@@ -381,9 +365,8 @@ bool checkCatch(DAG s, Word i, Finding& finding) {
                 pointer(strings), nameOfTag(strings));
   for (Word j = 1; j < boundedLength(strings); ++j)
     if (!isText(strings[j]))
-      return fail(finding, "s=%p, s[%d][%d]=%p, unexpected %s catch string", pointer(s),
-                  static_cast<int>(i), static_cast<int>(j), pointer(strings[j]),
-                  nameOfTag(strings[j]));
+      return fail(finding, "s=%p, s[%d][%d]=%p, unexpected %s catch string", pointer(s), static_cast<int>(i),
+                  static_cast<int>(j), pointer(strings[j]), nameOfTag(strings[j]));
   return true;
 }
 
@@ -391,8 +374,8 @@ bool checkMembers(DAG s, Word i, const MemberRule& rule, Finding& finding) {
   DAG sequence = rule.field == 2 ? localSequence(s[i]) : s[i];
   for (Word j = 1; j < boundedLength(sequence); ++j) {
     if (rule.accepts(sequence[j])) continue;
-    std::snprintf(finding.text, sizeof finding.text, rule.format, pointer(s),
-                  static_cast<int>(j), pointer(sequence[j]));
+    std::snprintf(finding.text, sizeof finding.text, rule.format, pointer(s), static_cast<int>(j),
+                  pointer(sequence[j]));
     return false;
   }
   return true;
@@ -414,8 +397,8 @@ bool isExactPart(DAG x) {
 bool checkComplexPair(DAG s, Finding& finding) {
   if (lengthOf(s) == 2 || kindOf(s[1]) == kindOf(s[2])) return true;
   if (isExactPart(s[1]) && isExactPart(s[2])) return true;
-  return fail(finding, "s=%p, COMPLEX type mismatch: ID(s[1])=%s, ID(s[2])=%s", pointer(s),
-              nameOfTag(s[1]), nameOfTag(s[2]));
+  return fail(finding, "s=%p, COMPLEX type mismatch: ID(s[1])=%s, ID(s[2])=%s", pointer(s), nameOfTag(s[1]),
+              nameOfTag(s[2]));
 }
 
 // The members of a canonical set ascend by their signed words.
@@ -434,8 +417,7 @@ bool checkCoefficients(DAG s, Finding& finding) {
     auto modulus = static_cast<Word>(immediateValue(s[2]));
     for (Word i = 3; i < length; ++i)
       if (rawField(s, i) >= modulus) return failWith(finding, invalidComponent, s, i);
-    if (length > 3 && rawField(s, length - 1) == 0)
-      return failWith(finding, invalidComponent, s, length - 1);
+    if (length > 3 && rawField(s, length - 1) == 0) return failWith(finding, invalidComponent, s, length - 1);
     return true;
   }
   // With several indeterminates a coefficient is a polynomial itself.
@@ -505,10 +487,10 @@ const Message& hashMessage(DAG chain, Word i) {
 
 bool mayBeAbsent(DAG s, Word i) {
   switch (tagOf(s)) {
-    case NAME: return i == 1;                 // unassigned
-    case HASHTAB: case DEBUG: return true;    // an empty bucket; an absent part of a record
-    case RTABLE: return i == 1;               // no data
-    case EXPSEQ: return !isSimplified(s);     // a record, or a sequence under construction
+    case NAME: return i == 1;               // unassigned
+    case HASHTAB: case DEBUG: return true;  // an empty bucket; an absent part of a record
+    case RTABLE: return i == 1;             // no data
+    case EXPSEQ: return !isSimplified(s);   // a record, or a sequence under construction
     default: return false;
   }
 }
@@ -554,11 +536,9 @@ void describeBadAddress(DAG x, Finding& finding) {
 
 bool checkShape(DAG s, Finding& finding) {
   // No label of ten bits is out of range; what tells a word of free storage is its low bit.
-  if (controlWord(s) & 1)
-    return fail(finding, "s=%p, invalid gc tag %d", pointer(s), static_cast<int>(controlWord(s)));
+  if (controlWord(s) & 1) return fail(finding, "s=%p, invalid gc tag %d", pointer(s), static_cast<int>(controlWord(s)));
   long number = static_cast<long>(headerWord(s) >> 26);
-  if (number < 1 || number > tagCount)
-    return fail(finding, "s=%p, CASE_ID=%ld, invalid ID", pointer(s), number);
+  if (number < 1 || number > tagCount) return fail(finding, "s=%p, CASE_ID=%ld, invalid ID", pointer(s), number);
   const char* name = tagName(tagOf(s));
   long length = static_cast<long>(lengthOf(s));
   if (length < 1 || boundedLength(s) != lengthOf(s))
@@ -588,8 +568,7 @@ bool checkComponent(DAG s, Word i, Finding& finding) {
   }
   for (const MemberRule& rule : memberRules)
     if (rule.tag == tag && rule.field == i && !checkMembers(s, i, rule, finding)) return false;
-  if ((tag == SUM || tag == PROD) && (i & 1) == 0 && !isNumber(s[i]))
-    return failWith(finding, nonNumeric, s, i);
+  if ((tag == SUM || tag == PROD) && (i & 1) == 0 && !isNumber(s[i])) return failWith(finding, nonNumeric, s, i);
   if (tag == TRY && isCatchField(s, i)) return checkCatch(s, i, finding);
   return true;
 }

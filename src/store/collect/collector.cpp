@@ -7,11 +7,13 @@
 
 #include "builtins/builtins.h"
 #include "eval/simplify/simplify.h"
-#include "session/driver.h"
 #include "frame/errors.h"
-#include "session/interface.h"
 #include "frame/output.h"
 #include "numbers/integer/integer.h"
+#include "session/driver.h"
+#include "session/interface.h"
+#include "store/append.h"
+#include "store/check/verify.h"
 #include "store/collect/collector_phases.h"
 #include "store/constants.h"
 #include "store/hash.h"
@@ -19,9 +21,7 @@
 #include "store/names.h"
 #include "store/objects.h"
 #include "store/reference_fields.h"
-#include "store/check/verify.h"
 #include "store/word_map.h"
-#include "store/append.h"
 
 namespace korel {
 
@@ -143,9 +143,9 @@ bool isExpendable(DAG s) {
 }
 
 struct FloatCollection {
-  WordMap visited;        // objects behind the roots
-  WordMap held;           // expendable ones that an object of the heap refers to
-  bool complete = true;   // false: memory failed, nothing may be swept
+  WordMap visited;       // objects behind the roots
+  WordMap held;          // expendable ones that an object of the heap refers to
+  bool complete = true;  // false: memory failed, nothing may be swept
 };
 FloatCollection floats;
 
@@ -177,10 +177,8 @@ void raiseUseCountsBehind(DAG root) {
     DAG x = pendingObjects;
     pendingObjects = DAG(static_cast<Word>(*floats.visited.find(x.word)));
     if (isFloatOrInteger(x)) controlWord(x) |= Word{1} << useCountShift;
-    if (hasTag(x, RTABLE))
-      walkRtable(x, raiseUseCounts);
-    else
-      forEachReferenceField(x, [](DAG& field) { raiseUseCounts(field); });
+    if (hasTag(x, RTABLE)) walkRtable(x, raiseUseCounts);
+    else forEachReferenceField(x, [](DAG& field) { raiseUseCounts(field); });
   }
 }
 
@@ -221,10 +219,8 @@ void GarbageCollectSoftwareFloats() {
   dissolveFreeLists();
   forEachHeapItem([](DAG s, Word, Word) {
     if (!s || isExpendable(s)) return;
-    if (hasTag(s, RTABLE))
-      walkRtable(s, hold);
-    else
-      forEachReferenceField(s, [](DAG& field) { hold(field); });
+    if (hasTag(s, RTABLE)) walkRtable(s, hold);
+    else forEachReferenceField(s, [](DAG& field) { hold(field); });
   });
   if (floats.complete) sweepFloats();
   floats.visited.release();
@@ -241,8 +237,8 @@ DAG MemoryUsage() {
   for (int number = 1; number <= tagCount; ++number) {
     // Building the rows leaves the counts as they were: only a collection changes them.
     const TagCensus& row = census[number];
-    rows[number] = new2(LIST, new4(EXPSEQ, naminstall(DagIDToName(static_cast<Word>(number))),
-                                   NewInteger(row.objects), NewInteger(4 * row.words)));
+    rows[number] = new2(LIST, new4(EXPSEQ, naminstall(DagIDToName(static_cast<Word>(number))), NewInteger(row.objects),
+                                   NewInteger(4 * row.words)));
   }
   return simpl(new3(LIST, rows, ini("matrix")));
 }

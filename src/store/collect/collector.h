@@ -103,10 +103,10 @@ const char* checkHeap();
 const char* checkUniqueTables();
 
 struct HeapFigures {
-  std::int64_t words = 0;        // of all chunks, their two header words left out
-  std::int64_t live = 0;         // words of objects that a collection would now keep
-  std::int64_t dead = 0;         // words of objects that it could take
-  std::int64_t objects = 0;      // how many of either
+  std::int64_t words = 0;    // of all chunks, their two header words left out
+  std::int64_t live = 0;     // words of objects that a collection would now keep
+  std::int64_t dead = 0;     // words of objects that it could take
+  std::int64_t objects = 0;  // how many of either
 };
 /// Counts the heap as it stands; the rest of `words` is free.
 HeapFigures heapFigures();

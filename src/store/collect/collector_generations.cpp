@@ -1,10 +1,9 @@
 // Generations: when they open and are released, and their new numbers after a collection.
 
-#include "store/collect/collector_phases.h"
-
 #include <algorithm>
 
 #include "frame/errors.h"
+#include "store/collect/collector_phases.h"
 
 namespace korel {
 
@@ -26,10 +25,8 @@ struct Groups {
   int count = 0;
 
   void add(const Group& group) {
-    if (count > 1 && list[count - 1].sameAs(group))
-      list[count - 1].last = group.last;
-    else
-      list[count++] = group;
+    if (count > 1 && list[count - 1].sameAs(group)) list[count - 1].last = group.last;
+    else list[count++] = group;
   }
 
   // The neighbours whose levels are nearest, beyond the first generation's group, become one.

@@ -111,12 +111,9 @@ void tenureNumbers(DAG s) {
 
 void reachReferencesOf(DAG s) {
   count(s);
-  if (isFrozen(s))
-    reachFields(s, reachFromFrozen);
-  else if (hasTag(s, RTABLE))
-    walkRtable(s, reach);
-  else if (!reachFields(s, reach))
-    tenureNumbers(s);
+  if (isFrozen(s)) reachFields(s, reachFromFrozen);
+  else if (hasTag(s, RTABLE)) walkRtable(s, reach);
+  else if (!reachFields(s, reach)) tenureNumbers(s);
 }
 
 void takeFromWaiting() {
@@ -138,7 +135,8 @@ void takeFromWaiting() {
 
 void work() {
   takeFromWaiting();
-  if (overflowed) [[unlikely]] workOffOverflow();
+  if (overflowed) [[unlikely]]
+    workOffOverflow();
 }
 
 }  // namespace

@@ -21,9 +21,7 @@ extern bool shortCollection;
 /// those that an earlier one has reached.
 inline Word keepingFlags() { return shortCollection ? protectedBit | tenuredBit : protectedBit; }
 /// Not to be swept: its generation is not released, it was reached, or a flag keeps it.
-inline bool isAlive(DAG s) {
-  return genc[generationOf(s)] != 0 || (controlWord(s) & keepingFlags()) != 0;
-}
+inline bool isAlive(DAG s) { return genc[generationOf(s)] != 0 || (controlWord(s) & keepingFlags()) != 0; }
 /// Reached by a collection and unchanging since: all that it refers to is tenured as well, so that a short
 /// collection passes it by. Names, tables, procedures and modules change, and so may what is not simplified.
 inline bool isFrozen(DAG s) {

@@ -4,8 +4,8 @@
 
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "numbers/integer/integer.h"
 #include "library/retrieve.h"
+#include "numbers/integer/integer.h"
 #include "store/collect/collector_phases.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -18,13 +18,11 @@ namespace korel {
 namespace {
 
 DAG* const constantRoots[] = {
-    &consbb,     &cons_maxfloatexp, &cons_minfloatexp, &null,      &emptyset,    &emptylist,
-    &consf0,     &consfm0,          &consf1,           &consfm1,   &conscxf0,    &consh,
-    &sqrtm1,     &conshf0,          &consfinf,         &consfminf, &consminf,    &conscxinf,
-    &conscxfinf, &consfNaN,         &conscxNaN,        &conscxfNaN, &consfmaxrep, &consfminrep,
-    &order1,     &InertProc,        &DefTestzero,      &builtinOptions, &rememberOptions,
-    &AliasToKorel, &KorelToAlias,   &AllIniNames,      &aliastab,    &parsestat,
-    &KaraBuffer,
+    &consbb,          &cons_maxfloatexp, &cons_minfloatexp, &null,        &emptyset,   &emptylist,   &consf0,
+    &consfm0,         &consf1,           &consfm1,          &conscxf0,    &consh,      &sqrtm1,      &conshf0,
+    &consfinf,        &consfminf,        &consminf,         &conscxinf,   &conscxfinf, &consfNaN,    &conscxNaN,
+    &conscxfNaN,      &consfmaxrep,      &consfminrep,      &order1,      &InertProc,  &DefTestzero, &builtinOptions,
+    &rememberOptions, &AliasToKorel,     &KorelToAlias,     &AllIniNames, &aliastab,   &parsestat,   &KaraBuffer,
 };
 
 struct RootArray {
@@ -41,9 +39,7 @@ struct CollectionHook {
 };
 bool operator==(const RootArray& a, const RootArray& b) { return a.words == b.words; }
 bool operator==(const LastWish& a, const LastWish& b) { return a.run == b.run; }
-bool operator==(const CollectionHook& a, const CollectionHook& b) {
-  return a.begin == b.begin && a.end == b.end;
-}
+bool operator==(const CollectionHook& a, const CollectionHook& b) { return a.begin == b.begin && a.end == b.end; }
 
 // A list that fills at start-up.
 template <class Entry, int capacity>
@@ -69,8 +65,8 @@ void (*rtableWalk)(DAG s, Visitor visit) = nullptr;
 void (*rtableDeath)(DAG s) = nullptr;
 
 void visitFrame(const Frame& frame, Visitor visit) {
-  for (DAG word : {frame.locals, frame.args, frame.procName, frame.proc, frame.currentStatement,
-                   frame.ditto1, frame.ditto2, frame.ditto3, frame.inCondition, frame.envVars})
+  for (DAG word : {frame.locals, frame.args, frame.procName, frame.proc, frame.currentStatement, frame.ditto1,
+                   frame.ditto2, frame.ditto3, frame.inCondition, frame.envVars})
     visit(word);
 }
 
@@ -121,10 +117,8 @@ void runLastWishes() {
 }
 
 void walkRtable(DAG s, Visitor visit) {
-  if (rtableWalk != nullptr)
-    rtableWalk(s, visit);
-  else
-    forEachReferenceField(s, [visit](DAG& field) { visit(field); });
+  if (rtableWalk != nullptr) rtableWalk(s, visit);
+  else forEachReferenceField(s, [visit](DAG& field) { visit(field); });
 }
 void rtableDies(DAG s) {
   if (rtableDeath != nullptr) rtableDeath(s);

@@ -10,9 +10,9 @@ namespace {
 
 constexpr int mostShort = 15;
 
-std::int64_t keptByFull = 0;   // words in use after the latest full collection
-int shortSinceFull = 0;        // collections since
-int shortInARow = mostShort;   // short collections that pay before the next full one
+std::int64_t keptByFull = 0;  // words in use after the latest full collection
+int shortSinceFull = 0;       // collections since
+int shortInARow = mostShort;  // short collections that pay before the next full one
 
 std::int64_t keptByLatest = 0;  // words in use after the latest one, the tables of unique objects left out
 double deadShare = 1;           // of the words that had been released, how many it found dead
@@ -69,10 +69,8 @@ void recordOutcome(const CollectionOutcome& c) {
   if (!c.isShort) adaptToFull(c);
   gaveLittle = wret < wordsInUse() / 5;
   // Programs that build something find next to nothing, and ask less and less often.
-  if (!gaveLittle)
-    wantedAt = 8;
-  else if (!c.isShort && fullWanted)
-    wantedAt = std::max<std::int64_t>(wantedAt / 2, 1);
+  if (!gaveLittle) wantedAt = 8;
+  else if (!c.isShort && fullWanted) wantedAt = std::max<std::int64_t>(wantedAt / 2, 1);
   fullWanted = c.isShort && wordsInUse() - keptByFull > wordsInUse() / wantedAt;
 }
 

@@ -2,10 +2,10 @@
 //
 // A chunk is a sequence of objects, free blocks among them (allocator.h), and single free words.
 
+#include <utility>
+
 #include "store/collect/collector_phases.h"
 #include "store/constants.h"
-
-#include <utility>
 
 namespace korel {
 

@@ -86,10 +86,8 @@ std::int64_t sweepWeakTable(DAG table, std::int64_t& words) {
       __builtin_prefetch(reinterpret_cast<const void*>(std::uintptr_t{chain[i].word} - sizeof(Word)));
     Word used = dropPairs(chain, [](PairAddress pair) { return !isAliveOrPlain(pairValue(pair)); });
     kept += used;
-    if (used == 0 && memoryRanOut)
-      chain = DAG();
-    else
-      keepLabelled(chain);
+    if (used == 0 && memoryRanOut) chain = DAG();
+    else keepLabelled(chain);
   });
   if (isObject(table)) keepLabelled(table);
   return kept;

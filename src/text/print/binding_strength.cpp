@@ -27,10 +27,7 @@ DAG standsFor(DAG sum) {
   return DAG();
 }
 
-bool isMinusInfinity(DAG x) {
-  return isTag(x, SUM) && lengthOf(x) == 3 && x[1] == ini("infinity") &&
-         x[2] == consm1;
-}
+bool isMinusInfinity(DAG x) { return isTag(x, SUM) && lengthOf(x) == 3 && x[1] == ini("infinity") && x[2] == consm1; }
 
 bool beginsWithMinus(DAG complex) {
   return !printAttributes && (IsNegative(complex[1]) || isMinusInfinity(complex[1]));
@@ -46,15 +43,10 @@ int ParenLevel(DAG x) {
     if (printing == nullptr) return bindsNothing;
     if (printing->strength != bindsByContent) return printing->strength;
     switch (tag) {
-      case RATIONAL:
-        return IsNegative(x) ? bindsMinus : bindsProduct;
-      case FLOAT:
-      case HFLOAT:
-        return IsNegative(x) ? bindsMinus : bindsCall;
-      case COMPLEX:
-        return levelOfComplex(x);
-      default:
-        break;
+      case RATIONAL: return IsNegative(x) ? bindsMinus : bindsProduct;
+      case FLOAT: case HFLOAT: return IsNegative(x) ? bindsMinus : bindsCall;
+      case COMPLEX: return levelOfComplex(x);
+      default: break;
     }
     // A SUM
     DAG other = standsFor(x);
@@ -70,16 +62,11 @@ bool IsNegative(DAG x) {
   if (isImmediate(x)) return static_cast<std::int32_t>(x.word) < 0;
   if (!x) return false;
   switch (tagOf(x)) {
-    case INTNEG:
-      return true;
-    case RATIONAL:
-      return IsNegative(x[1]);
-    case FLOAT:
-      return !isName(x[2]) && IsNegative(x[1]);
-    case HFLOAT:
-      return std::isfinite(hfloatValue(x)) && std::signbit(hfloatValue(x));
-    default:
-      return false;
+    case INTNEG: return true;
+    case RATIONAL: return IsNegative(x[1]);
+    case FLOAT: return !isName(x[2]) && IsNegative(x[1]);
+    case HFLOAT: return std::isfinite(hfloatValue(x)) && std::signbit(hfloatValue(x));
+    default: return false;
   }
 }
 
@@ -87,12 +74,10 @@ bool printsLeadingMinus(DAG x) {
   for (;;) {
     if (isImmediate(x) || !x) return IsNegative(x);
     switch (tagOf(x)) {
-      case COMPLEX:
-        return beginsWithMinus(x);
+      case COMPLEX: return beginsWithMinus(x);
       case PROD:
         // A sum prints such a product as a minus and the product with its head negated.
-        return lengthOf(x) >= 3 && x[2] == cons1 && isTag(x[1], COMPLEX) &&
-               beginsWithMinus(x[1]);
+        return lengthOf(x) >= 3 && x[2] == cons1 && isTag(x[1], COMPLEX) && beginsWithMinus(x[1]);
       case SUM: {
         DAG other = standsFor(x);
         if (other) {
@@ -109,8 +94,7 @@ bool printsLeadingMinus(DAG x) {
         x = x[2];
         continue;
       }
-      default:
-        return IsNegative(x);
+      default: return IsNegative(x);
     }
   }
 }

@@ -68,15 +68,9 @@ DAG FormattedConvertToString(const char* format, DAG values) {
       continue;
     }
     switch (*++at) {
-      case '%':
-        text = AppendToString(text, '%');
-        break;
-      case 'a':
-        printTo(&text, rest.next(), 0);
-        break;
-      case 'A':
-        printTo(&text, rest.next(), printBare);
-        break;
+      case '%': text = AppendToString(text, '%'); break;
+      case 'a': printTo(&text, rest.next(), 0); break;
+      case 'A': printTo(&text, rest.next(), printBare); break;
       case 'd': {
         DAG value = rest.next();
         if (!isInteger(value)) userror("integer expected for integer format");

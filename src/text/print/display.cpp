@@ -111,17 +111,13 @@ DAG prepareNameAtTop(const Pass& pass, DAG name) {
 constexpr TagSet definitionTags = {PROC, MODDEF, MODULE};
 // What nothing is replaced in.
 constexpr TagSet atomTags = tagsBetween(INTNEG, NAME) | frameReferenceTags | definitionTags;
-constexpr TagSet tagsWithOperands =
-    (tagsBetween(MEMBER, LIST) - TagSet{FUNCTION}) | TagSet{RANGE, SET, ASSIGN};
+constexpr TagSet tagsWithOperands = (tagsBetween(MEMBER, LIST) - TagSet{FUNCTION}) | TagSet{RANGE, SET, ASSIGN};
 
 DAG prepareUnseen(const Pass& pass, DAG x) {
   switch (tagOf(x)) {
-    case FUNCTION:
-      return prepareCall(pass, x);
-    case TABLE:
-      return prepareTable(pass, x);
-    case RTABLE:
-      return prepareRtable(pass, x, null);
+    case FUNCTION: return prepareCall(pass, x);
+    case TABLE: return prepareTable(pass, x);
+    case RTABLE: return prepareRtable(pass, x, null);
     default:
       if (isAmong(x, tagsWithOperands)) return prepareOperands(pass, x);
       notimpl(pass.failure);
@@ -192,9 +188,7 @@ DAG runPass(DAG object, bool membersAtTop, const char* failure) {
 
 }  // namespace
 
-DAG prtprepro(DAG object, DisplayOf what) {
-  return runPass(object, what == DisplayOf::arguments, "in prtprepro1");
-}
+DAG prtprepro(DAG object, DisplayOf what) { return runPass(object, what == DisplayOf::arguments, "in prtprepro1"); }
 
 DAG lprtprepro(DAG object) { return runPass(object, true, "in lprtprepro1"); }
 

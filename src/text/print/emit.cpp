@@ -14,9 +14,7 @@ namespace {
 constexpr int noWidthLimit = 999999;
 
 void sendToStandardOutput(void*, int c) { std::fputc(c, stdout); }
-void reportOnStandardError(void*, const char* text) {
-  std::fprintf(stderr, "Output Error: %s\n", text);
-}
+void reportOnStandardError(void*, const char* text) { std::fprintf(stderr, "Output Error: %s\n", text); }
 void markContinuation(void*, int) { EmitContinuation(); }
 
 Sink sink = sendToStandardOutput;
@@ -38,8 +36,7 @@ void breakInsideWord() {
 
 }  // namespace
 
-void InitializeOutput(Sink newSink, ErrorSink onError, LineBreakHook onLineBreak, int newWidth,
-                      void* newClosure) {
+void InitializeOutput(Sink newSink, ErrorSink onError, LineBreakHook onLineBreak, int newWidth, void* newClosure) {
   sink = newSink != nullptr ? newSink : sendToStandardOutput;
   errorSink = onError != nullptr ? onError : reportOnStandardError;
   lineBreakHook = onLineBreak != nullptr ? onLineBreak : markContinuation;

@@ -21,8 +21,7 @@ extern int printAtomic;
 
 /// Starts an output at column 0. Null hooks stand for the defaults: standard output, a line on
 /// standard error, and `EmitContinuation`. A `width` of 0 or less sets no limit.
-void InitializeOutput(Sink sink, ErrorSink onError, LineBreakHook onLineBreak, int width,
-                      void* closure);
+void InitializeOutput(Sink sink, ErrorSink onError, LineBreakHook onLineBreak, int width, void* closure);
 
 /// One byte. No line ends inside a character.
 void EmitChar(int c);

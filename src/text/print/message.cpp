@@ -42,18 +42,13 @@ void sendObject(DAG x, Sink sink, void* closure) {
 const char* ordinalEnding(DAG x) {
   if (!isInteger(x)) return "th";
   // The last two decimal digits, whatever the sign.
-  int last =
-      isImmediate(x) ? std::abs(immediateValue(x) % 100) : static_cast<int>(rawField(x, 1) % 100);
+  int last = isImmediate(x) ? std::abs(immediateValue(x) % 100) : static_cast<int>(rawField(x, 1) % 100);
   if (last >= 11 && last <= 13) return "th";
   switch (last % 10) {
-    case 1:
-      return "st";
-    case 2:
-      return "nd";
-    case 3:
-      return "rd";
-    default:
-      return "th";
+    case 1: return "st";
+    case 2: return "nd";
+    case 3: return "rd";
+    default: return "th";
   }
 }
 

@@ -103,8 +103,8 @@ Box fractionBox(Box upper, Box lower) {
 Box powerBox(Box base, Box exponent) {
   const BoxRecord a = boxes[static_cast<std::size_t>(base)];
   const BoxRecord b = boxes[static_cast<std::size_t>(exponent)];
-  return addBox({Kind::power, 0, a.width + b.width, a.height + b.height, b.height + a.base,
-                 addChildren({base, exponent}), 2});
+  return addBox(
+      {Kind::power, 0, a.width + b.width, a.height + b.height, b.height + a.base, addChildren({base, exponent}), 2});
 }
 
 // ---- expressions
@@ -159,8 +159,7 @@ struct Factor {
 bool isBelow(Factor factor) { return isNumeric(factor.exponent) && IsNegative(factor.exponent); }
 
 Box factorBox(Factor factor) {
-  if (factor.exponent == cons1 || factor.exponent == consm1)
-    return operandBox(factor.base, bindsProduct);
+  if (factor.exponent == cons1 || factor.exponent == consm1) return operandBox(factor.base, bindsProduct);
   bool negative = false;
   bool number = isNumeric(factor.exponent);
   Box exponent = number ? magnitudeText(factor.exponent, negative) : boxOf(factor.exponent);
@@ -350,10 +349,10 @@ void drawBracketSide(const BoxRecord& box, int top, int column, int side) {
   for (const BracketShape& shape : bracketShapes) {
     if (shape.opening != box.opening) continue;
     for (int row = 0; row < box.height; ++row) {
-      const char* pair = box.height == 1           ? shape.single
-                         : row == 0                ? shape.top
-                         : row == box.height - 1   ? shape.bottom
-                                                   : shape.middle;
+      const char* pair = box.height == 1         ? shape.single
+                         : row == 0              ? shape.top
+                         : row == box.height - 1 ? shape.bottom
+                                                 : shape.middle;
       put(top + row, column, pair + side, 1);
     }
   }
@@ -365,9 +364,7 @@ void draw(Box which, int top, int column) {
   const auto child = [&](int i) { return children[static_cast<std::size_t>(box.first + i)]; };
   const auto record = [&](int i) { return boxes[static_cast<std::size_t>(child(i))]; };
   switch (box.kind) {
-    case Kind::text:
-      put(top, column, characters.data() + box.first, box.count);
-      break;
+    case Kind::text: put(top, column, characters.data() + box.first, box.count); break;
     case Kind::row:
       for (int i = 0; i < box.count; ++i) {
         draw(child(i), top + box.base - record(i).base, column);
@@ -399,8 +396,7 @@ void draw(Box which, int top, int column) {
 void flatten(Box which, int width, std::vector<Box>& parts) {
   const BoxRecord box = boxes[static_cast<std::size_t>(which)];
   if (box.kind == Kind::row) {
-    for (int i = 0; i < box.count; ++i)
-      flatten(children[static_cast<std::size_t>(box.first + i)], width, parts);
+    for (int i = 0; i < box.count; ++i) flatten(children[static_cast<std::size_t>(box.first + i)], width, parts);
   } else if (box.kind == Kind::bracket && box.width > width) {
     const BracketShape* shape = bracketShapes;
     while (shape->opening != box.opening) ++shape;

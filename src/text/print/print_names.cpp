@@ -60,26 +60,16 @@ std::size_t lengthBeforeTildes(const char* text) {
 // Letter of the escape that stands for `c` in quoted text, or 0.
 char escapeOf(char c) {
   switch (c) {
-    case '\a':
-      return 'a';
-    case '\b':
-      return 'b';
-    case 27:
-      return 'e';
-    case '\f':
-      return 'f';
-    case '\n':
-      return 'n';
-    case '\r':
-      return 'r';
-    case '\t':
-      return 't';
-    case '\v':
-      return 'v';
-    case '\\':
-      return '\\';
-    default:
-      return 0;
+    case '\a': return 'a';
+    case '\b': return 'b';
+    case 27: return 'e';
+    case '\f': return 'f';
+    case '\n': return 'n';
+    case '\r': return 'r';
+    case '\t': return 't';
+    case '\v': return 'v';
+    case '\\': return '\\';
+    default: return 0;
   }
 }
 

@@ -62,8 +62,7 @@ class DecimalDigits {
   template <class Send>
   static void sendDigits(Word digit, int places, Send& send) {
     constexpr Word divisor[5] = {1, 1, 10, 100, 1000};
-    for (Word unit = divisor[places]; unit != 0; unit /= 10)
-      send(static_cast<char>('0' + digit / unit % 10));
+    for (Word unit = divisor[places]; unit != 0; unit /= 10) send(static_cast<char>('0' + digit / unit % 10));
   }
 
   static constexpr int smallEnd = 12;
@@ -218,18 +217,13 @@ void printMagnitude(DAG number) {
     return;
   }
   switch (tagOf(number)) {
-    case INTNEG:
-    case INTPOS:
-      emitMagnitude(number);
-      break;
+    case INTNEG: case INTPOS: emitMagnitude(number); break;
     case RATIONAL:
       emitMagnitude(number[1]);
       EmitChar('/');
       emitSigned(number[2]);
       break;
-    case FLOAT:
-      emitFloat(number, !IsNegative(number));
-      break;
+    case FLOAT: emitFloat(number, !IsNegative(number)); break;
     case HFLOAT: {
       double value = hfloatValue(number);
       emitHFloat(IsNegative(number) ? -value : value);
@@ -242,8 +236,7 @@ void printMagnitude(DAG number) {
         break;
       }
       [[fallthrough]];
-    default:
-      printObject(number, bindsProduct);
+    default: printObject(number, bindsProduct);
   }
 }
 

@@ -17,13 +17,13 @@ namespace korel {
 /// Objects around which so many others stand are quoted where they need it.
 enum PrintStyle : int { quoteAll = 0, quoteInside = 1, quoteNothing = 9999 };
 extern PrintStyle printStyle;
-extern int printDepth;         // objects around the present one, itself included
-extern bool printAttributes;   // program text: attributes show as `setattribute` calls, names read back
-extern bool printTildes;       // names with the tildes at their end
-extern bool printAddresses;    // every object behind its address
-extern bool printRtableRefs;   // RTABLE(n) as _rtable[n]
-extern DAG mProcPrint;         // the PROC or MODDEF being printed, which names its variables, or 0
-extern int printProcDepth;     // nesting of PROC and MODDEF
+extern int printDepth;        // objects around the present one, itself included
+extern bool printAttributes;  // program text: attributes show as `setattribute` calls, names read back
+extern bool printTildes;      // names with the tildes at their end
+extern bool printAddresses;   // every object behind its address
+extern bool printRtableRefs;  // RTABLE(n) as _rtable[n]
+extern DAG mProcPrint;        // the PROC or MODDEF being printed, which names its variables, or 0
+extern int printProcDepth;    // nesting of PROC and MODDEF
 /// The tables and modules whose members are being printed, innermost first: each may hold itself.
 struct PrintedHolder {
   DAG holder;

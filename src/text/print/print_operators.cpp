@@ -10,20 +10,13 @@ namespace {
 
 const char* operatorOf(Tag tag) {
   switch (tag) {
-    case EQUATION:
-      return "=";
-    case INEQUAT:
-      return "<>";
-    case LESSEQ:
-      return "<=";
-    case LESSTHAN:
-      return "<";
-    case RANGE:
-      return "..";
-    case AND:
-      return "and";
-    default:
-      return "or";
+    case EQUATION: return "=";
+    case INEQUAT: return "<>";
+    case LESSEQ: return "<=";
+    case LESSTHAN: return "<";
+    case RANGE: return "..";
+    case AND: return "and";
+    default: return "or";
   }
 }
 
@@ -57,25 +50,18 @@ bool endsInNumber(DAG x) {
     if (!x) return false;
     Word last = lengthOf(x) - 1;
     switch (tagOf(x)) {
-      case POWER:
-      case CATENATE:
-      case DCOLON:
-        x = x[2];
-        continue;
+      case POWER: case CATENATE: case DCOLON: x = x[2]; continue;
       case PROD:
         // Fractions stand in parentheses as exponents.
         if (isTag(x[last], RATIONAL)) return false;
         x = x[last] == cons1 || x[last] == consm1 ? x[last - 1] : x[last];
         continue;
-      case SUM:
-        x = x[last - 1] == cons1 ? x[last] : x[last - 1];
-        continue;
+      case SUM: x = x[last - 1] == cons1 ? x[last] : x[last - 1]; continue;
       case FUNCTION:
         if (!isDotProduct(x)) return false;
         x = x[2][lengthOf(x[2]) - 1];
         continue;
-      default:
-        return false;
+      default: return false;
     }
   }
 }
@@ -163,13 +149,9 @@ void printConcatenated(DAG x, bool bare) {
 
 }  // namespace
 
-bool isDotProduct(DAG x) {
-  return isCallOf(x, ini(".")) && isSequence(x[2]) && memberCount(x[2]) >= 2;
-}
+bool isDotProduct(DAG x) { return isCallOf(x, ini(".")) && isSequence(x[2]) && memberCount(x[2]) >= 2; }
 
-bool isFactorial(DAG x) {
-  return isCallOf(x, ini("factorial")) && isSequence(x[2]) && memberCount(x[2]) == 1;
-}
+bool isFactorial(DAG x) { return isCallOf(x, ini("factorial")) && isSequence(x[2]) && memberCount(x[2]) == 1; }
 
 char constructorSeparator(DAG x) {
   if (!isName(x[1])) return 0;

@@ -14,9 +14,7 @@ DAG sequenceOf(DAG field) {
   return isSequence(field) ? field : null;
 }
 
-DAG withoutType(DAG declared) {
-  return isTag(declared, DCOLON) ? declared[1] : declared;
-}
+DAG withoutType(DAG declared) { return isTag(declared, DCOLON) ? declared[1] : declared; }
 
 // Member `n` (from 1) of a declaration sequence without its type, or 0.
 DAG declaredName(DAG sequence, std::int64_t n) {
@@ -51,9 +49,7 @@ void printClause(const char* keyword, DAG field) {
   EmitSpace();
 }
 
-void printOptions(DAG field) {
-  printClause(lengthOf(sequenceOf(field)) > 2 ? "options" : "option", field);
-}
+void printOptions(DAG field) { printClause(lengthOf(sequenceOf(field)) > 2 ? "options" : "option", field); }
 
 // The parameters with their types. A type is written in terms of the enclosing procedure's
 // variables.

@@ -20,14 +20,7 @@ namespace {
 
 constexpr int maxDimensions = 63;
 
-enum Storage : unsigned {
-  sparse = 0,
-  emptyStorage = 1,
-  diagonal = 2,
-  band = 3,
-  rectangular = 4,
-  scalar = 11
-};
+enum Storage : unsigned { sparse = 0, emptyStorage = 1, diagonal = 2, band = 3, rectangular = 4, scalar = 11 };
 enum Subtype : unsigned { array = 0, matrix = 1, columnVector = 2, rowVector = 3 };
 enum Datatype : unsigned {
   anyObject = 0,
@@ -53,9 +46,8 @@ constexpr const char* storageNames[] = {"sparse",
                                         "triangular[lower,strict]",
                                         "Hessenberg[lower]",
                                         "scalar"};
-constexpr const char* datatypeNames[] = {"",           "complex(sfloat)", "integer[1]",
-                                         "integer[2]", "integer[4]",      "integer[8]",
-                                         "float[8]",   "complex[8]"};
+constexpr const char* datatypeNames[] = {"",           "complex(sfloat)", "integer[1]", "integer[2]",
+                                         "integer[4]", "integer[8]",      "float[8]",   "complex[8]"};
 
 // The words of an RTABLE that its text depends on.
 struct Shape {
@@ -74,16 +66,12 @@ struct Shape {
   std::int32_t lower(unsigned k) const { return signedField(rtableFirstBound + 2 * k); }
   std::int32_t upper(unsigned k) const { return signedField(rtableFirstBound + 2 * k + 1); }
   std::int64_t extent(unsigned k) const { return std::int64_t{upper(k)} - lower(k) + 1; }
-  std::int32_t signedField(Word place) const {
-    return static_cast<std::int32_t>(rawField(object, place));
-  }
+  std::int32_t signedField(Word place) const { return static_cast<std::int32_t>(rawField(object, place)); }
   std::int32_t tail(Word fromEnd) const { return signedField(lengthOf(object) - fromEnd); }
   bool isHashed() const {
     return storage == sparse && datatype == anyObject && object[rtableElementType] != ini("sfloat");
   }
-  bool isReadable() const {
-    return storage == rectangular || storage == scalar || storage == diagonal || isHashed();
-  }
+  bool isReadable() const { return storage == rectangular || storage == scalar || storage == diagonal || isHashed(); }
 };
 
 // ---- elements
@@ -92,8 +80,7 @@ template <class Element>
 Element elementIn(const Shape& shape, std::int64_t offset) {
   auto address = static_cast<std::uintptr_t>(rawField(shape.object, rtableData));
   Element element;
-  std::memcpy(&element, reinterpret_cast<const char*>(address) + offset * sizeof element,
-              sizeof element);
+  std::memcpy(&element, reinterpret_cast<const char*>(address) + offset * sizeof element, sizeof element);
   return element;
 }
 
@@ -107,19 +94,13 @@ DAG storedElement(const Shape& shape, std::int64_t offset) {
   switch (shape.datatype) {
     case complexFloats: {
       auto parts = elementIn<DagPair>(shape, offset);
-      return new3(COMPLEX, parts.real ? parts.real : cons0,
-                  parts.imaginary ? parts.imaginary : cons0);
+      return new3(COMPLEX, parts.real ? parts.real : cons0, parts.imaginary ? parts.imaginary : cons0);
     }
-    case integer8:
-      return Newint(elementIn<std::int8_t>(shape, offset));
-    case integer16:
-      return Newint(elementIn<std::int16_t>(shape, offset));
-    case integer32:
-      return Newint(elementIn<std::int32_t>(shape, offset));
-    case integer64:
-      return NewInteger(elementIn<std::int64_t>(shape, offset));
-    case float64:
-      return NewHFloat(elementIn<double>(shape, offset), false);
+    case integer8: return Newint(elementIn<std::int8_t>(shape, offset));
+    case integer16: return Newint(elementIn<std::int16_t>(shape, offset));
+    case integer32: return Newint(elementIn<std::int32_t>(shape, offset));
+    case integer64: return NewInteger(elementIn<std::int64_t>(shape, offset));
+    case float64: return NewHFloat(elementIn<double>(shape, offset), false);
     case complex64: {
       auto parts = elementIn<DoublePair>(shape, offset);
       return new3(COMPLEX, NewHFloat(parts.real, false), NewHFloat(parts.imaginary, false));

@@ -149,8 +149,7 @@ void printModularPolynomial(DAG x, int, int) {
   EmitToken("modp2(");
   EmitToken("ConvertIn(");
   for (Word i = 0, n = coefficientCount(x); i < n; ++i)
-    if (isTag(x[3 + i], ZPPOLY))
-      printModularTerms(x[3 + i], x[1][1], i, anyTerm);
+    if (isTag(x[3 + i], ZPPOLY)) printModularTerms(x[3 + i], x[1][1], i, anyTerm);
   if (!anyTerm) EmitChar('0');
   EmitChar(',');
   printObject(x[1][1], bindsNothing);

@@ -81,20 +81,13 @@ void printRightSide(DAG x, int own) {
 
 const char* keywordOf(Tag tag) {
   switch (tag) {
-    case READ:
-      return "read";
-    case SAVE:
-      return "save";
-    case STOP:
-      return "quit";
-    case ERROR:
-      return "error";
-    case RETURN:
-      return "return";
-    case BREAK:
-      return "break";
-    default:
-      return "next";
+    case READ: return "read";
+    case SAVE: return "save";
+    case STOP: return "quit";
+    case ERROR: return "error";
+    case RETURN: return "return";
+    case BREAK: return "break";
+    default: return "next";
   }
 }
 

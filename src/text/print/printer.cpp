@@ -51,8 +51,7 @@ void printTagged(DAG x, int min, int own) {
 
 void printAddress(DAG x) {
   char text[32];
-  std::snprintf(text, sizeof text, "\\%p\\",
-                reinterpret_cast<void*>(static_cast<std::uintptr_t>(x.word)));
+  std::snprintf(text, sizeof text, "\\%p\\", reinterpret_cast<void*>(static_cast<std::uintptr_t>(x.word)));
   EmitToken(text);
 }
 
@@ -73,9 +72,7 @@ void markBrokenToken(void*, int) {
 }
 
 void setPrintingState(int flags) {
-  printStyle = (flags & printBare) != 0            ? quoteNothing
-               : (flags & printBareOutermost) != 0 ? quoteInside
-                                                   : quoteAll;
+  printStyle = (flags & printBare) != 0 ? quoteNothing : (flags & printBareOutermost) != 0 ? quoteInside : quoteAll;
   printAttributes = (flags & printProgramText) != 0;
   printTildes = (flags & printWithTildes) != 0;
   printAddresses = (flags & printWithAddresses) != 0;

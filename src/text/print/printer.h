@@ -40,8 +40,18 @@ char* StripTilde(char* text);
 enum Strength : int {
   bindsByContent = -1,  // in the table of tags: the object's content decides
   bindsNothing,         // statements, sequences, tables
-  bindsOr, bindsAnd, bindsNot, bindsRelation, bindsRange, bindsSeries, bindsMinus, bindsSum, bindsProduct,
-  bindsPower, bindsCall, bindsAtom,
+  bindsOr,
+  bindsAnd,
+  bindsNot,
+  bindsRelation,
+  bindsRange,
+  bindsSeries,
+  bindsMinus,
+  bindsSum,
+  bindsProduct,
+  bindsPower,
+  bindsCall,
+  bindsAtom,
   bindsMoreThanAnything,  // what no object does: the place of an operand that is always parenthesised
 };
 /// Binding strength of `x` as it prints: an operand below what its place needs is parenthesised.

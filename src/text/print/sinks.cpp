@@ -19,8 +19,7 @@ void ignorePrintError(void*, const char*) {}
 
 void SourceLineSink(void* sourceSink, int c) {
   auto* source = static_cast<SourceSink*>(sourceSink);
-  if (source->atLineStart && (c == '!' || c == '?' || c == '#'))
-    source->sink(source->closure, '\\');
+  if (source->atLineStart && (c == '!' || c == '?' || c == '#')) source->sink(source->closure, '\\');
   if (c == '\n') {
     source->atLineStart = true;
   } else if (static_cast<signed char>(c) >= 33) {

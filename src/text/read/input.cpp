@@ -1,9 +1,8 @@
 #include "text/read/input.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cstring>
+#include <sys/stat.h>
 
 #include "frame/errors.h"
 #include "frame/output.h"
@@ -30,20 +29,16 @@ InputUnit units[inputUnitCount];
 InputUnit& top() { return units[r_unit0]; }
 
 // Look-ahead. -2 stands for none.
-int nextch = -2;            // pushed back, delivered before anything else
-int nextch2 = -2;           // follows the one just delivered; none: the buffer holds no more
+int nextch = -2;           // pushed back, delivered before anything else
+int nextch2 = -2;          // follows the one just delivered; none: the buffer holds no more
 int lastInputChar = '\n';  // last delivered
 
 bool readsTerminal() { return r_unit0 == 0 && terminalSource != nullptr; }
 
 /// Room that the prompt takes from a line. Bounded, so that a chunk always holds a character.
-int promptLength() {
-  return static_cast<int>(std::min<std::size_t>(std::strlen(defaultNerinVariables.prompt), 40));
-}
+int promptLength() { return static_cast<int>(std::min<std::size_t>(std::strlen(defaultNerinVariables.prompt), 40)); }
 
-int fileByte(const InputUnit& unit) {
-  return unit.file == nullptr ? -1 : ::getc_unlocked(unit.file);
-}
+int fileByte(const InputUnit& unit) { return unit.file == nullptr ? -1 : ::getc_unlocked(unit.file); }
 
 /// Reads up to `size` - 1 characters of a line and terminates them; their number, 0 at the end.
 int readCharacters(char* buffer, int size) {
@@ -179,10 +174,8 @@ void readOn(InputUnit& unit) {
     unit.position = keptCharacters - 1;
     start = keptCharacters;
   }
-  if (!readChunk(unit, start, laterChunkRoom - promptLength()))
-    storeNewline(unit, start);
-  else if (echoes())
-    Printf2("%s", unit.text + start);
+  if (!readChunk(unit, start, laterChunkRoom - promptLength())) storeNewline(unit, start);
+  else if (echoes()) Printf2("%s", unit.text + start);
 }
 
 int characterAt(const InputUnit& unit, int position) {
@@ -253,8 +246,7 @@ int Ropen(const char* name) {
   FirstBytes kind = examineFirstBytes(file, mark);
   if (kind != FirstBytes::text) {
     std::fclose(file);
-    _userror2(kind == FirstBytes::empty ? "\"%s\" is an empty file" : "\"%s\" is not a text file",
-              name);
+    _userror2(kind == FirstBytes::empty ? "\"%s\" is an empty file" : "\"%s\" is not a text file", name);
   }
   ++r_unit0;
   top() = InputUnit();
@@ -303,14 +295,10 @@ const char* firstnonblank(const char* text) {
 bool shouldecho() {
   if (defaultNerinVariables.quiet) return false;
   switch (defaultNerinVariables.echo) {
-    case 0:
-      return false;
-    case 1:
-      return r_unit0 == 0;
-    case 3:
-      return r_unit0 > 0;
-    default:
-      return true;
+    case 0: return false;
+    case 1: return r_unit0 == 0;
+    case 3: return r_unit0 > 0;
+    default: return true;
   }
 }
 

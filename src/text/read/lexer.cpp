@@ -27,12 +27,9 @@ struct ClassTable {
 constexpr ClassTable makeClassTable() {
   ClassTable table;
   for (int c = 0; c < 256; ++c) {
-    if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c >= 128)
-      table.classes[c] = letterClass;
-    else if (c >= '0' && c <= '9')
-      table.classes[c] = digitClass;
-    else if (c == ' ' || (c >= 9 && c <= 13))
-      table.classes[c] = spaceClass;
+    if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c >= 128) table.classes[c] = letterClass;
+    else if (c >= '0' && c <= '9') table.classes[c] = digitClass;
+    else if (c == ' ' || (c >= 9 && c <= 13)) table.classes[c] = spaceClass;
   }
   return table;
 }
@@ -113,41 +110,26 @@ constexpr int escapedNewline = 0x100, escapedBackquote = 0x101, escapedDoubleQuo
 inline bool isEscapedMark(int c) { return c >= escapedNewline && c <= escapedDoubleQuote; }
 inline int plainCharacter(int c) {
   switch (c) {
-    case escapedNewline:
-      return '\n';
-    case escapedBackquote:
-      return '`';
-    case escapedDoubleQuote:
-      return '"';
-    default:
-      return c;
+    case escapedNewline: return '\n';
+    case escapedBackquote: return '`';
+    case escapedDoubleQuote: return '"';
+    default: return c;
   }
 }
 
 int escapedCharacter(int c) {
   switch (c) {
-    case 'a':
-      return 7;
-    case 'b':
-      return 8;
-    case 'e':
-      return 27;
-    case 'f':
-      return 12;
-    case 'n':
-      return escapedNewline;
-    case 'r':
-      return 13;
-    case 't':
-      return 9;
-    case 'v':
-      return 11;
-    case '`':
-      return escapedBackquote;
-    case '"':
-      return escapedDoubleQuote;
-    default:
-      return c;
+    case 'a': return 7;
+    case 'b': return 8;
+    case 'e': return 27;
+    case 'f': return 12;
+    case 'n': return escapedNewline;
+    case 'r': return 13;
+    case 't': return 9;
+    case 'v': return 11;
+    case '`': return escapedBackquote;
+    case '"': return escapedDoubleQuote;
+    default: return c;
   }
 }
 
@@ -214,8 +196,7 @@ std::int32_t readExponent() {
   if (negative || nextLexChar == '+') lexGetChar();
   while (isDigit(nextLexChar)) {
     std::int32_t digit = nextLexChar - '0';
-    if (__builtin_mul_overflow(exponent, 10, &exponent) ||
-        __builtin_add_overflow(exponent, digit, &exponent))
+    if (__builtin_mul_overflow(exponent, 10, &exponent) || __builtin_add_overflow(exponent, digit, &exponent))
       yyerror("exponent too large");
     lexGetChar();
   }
@@ -240,8 +221,7 @@ DAG integerOfDigits() {
   for (Word i = 1; i < length; ++i) {
     std::size_t begin = end > 4 ? end - 4 : 0;
     Word digit = 0;
-    for (std::size_t k = begin; k < end; ++k)
-      digit = 10 * digit + static_cast<Word>(digits[k] - '0');
+    for (std::size_t k = begin; k < end; ++k) digit = 10 * digit + static_cast<Word>(digits[k] - '0');
     rawField(s, i) = digit;
     end = begin;
   }
@@ -308,23 +288,10 @@ Lexeme readTildeName() {
 bool endsNeutral(int c) {
   if (isSpace(c)) return true;
   switch (c) {
-    case ';':
-    case ':':
-    case '\'':
-    case '[':
-    case '`':
-    case ']':
-    case '{':
-    case '(':
-    case '}':
-    case ')':
-    case '#':
-    case '&':
-    case '%':
-    case '|':
+    case ';': case ':': case '\'': case '[': case '`': case ']': case '{': case '(': case '}': case ')': case '#':
+    case '&': case '%': case '|':
       return true;
-    default:
-      return false;
+    default: return false;
   }
 }
 
@@ -383,69 +350,42 @@ Lexeme relation(Word tagWord) { return {T_RELOP, DAG(tagWord)}; }
 /// The token that starts with the mark `c`, already consumed.
 Lexeme readMark(int c, bool spaceBefore) {
   switch (c) {
-    case '!':
-      return plainToken(T_BANG, c);
-    case '"':
-      return readQuoted('"');
-    case '`':
-      return readQuoted('`');
-    case '$':
-      return plainToken(T_DOLLAR, c);
-    case '%':
-      return readPercent();
-    case '~':
-      return readTildeName();
-    case '&':
-      return readNeutral();
-    case '\'':
-      return plainToken(T_QUOTE, c);
-    case '(':
-      return plainToken(T_LPAREN, c);
-    case ')':
-      return plainToken(T_RPAREN, c);
-    case '*':
-      return acceptChar('*') ? plainToken(T_CARET, '^') : plainToken(T_STAR, c);
-    case '+':
-      return plainToken(T_PLUS, c);
-    case ',':
-      return plainToken(T_COMMA, c);
-    case '-':
-      return acceptChar('>') ? plainToken(T_ARROW, '>') : plainToken(T_MINUS, c);
-    case '.':
-      return readDot(spaceBefore);
-    case '/':
-      return plainToken(T_SLASH, c);
+    case '!': return plainToken(T_BANG, c);
+    case '"': return readQuoted('"');
+    case '`': return readQuoted('`');
+    case '$': return plainToken(T_DOLLAR, c);
+    case '%': return readPercent();
+    case '~': return readTildeName();
+    case '&': return readNeutral();
+    case '\'': return plainToken(T_QUOTE, c);
+    case '(': return plainToken(T_LPAREN, c);
+    case ')': return plainToken(T_RPAREN, c);
+    case '*': return acceptChar('*') ? plainToken(T_CARET, '^') : plainToken(T_STAR, c);
+    case '+': return plainToken(T_PLUS, c);
+    case ',': return plainToken(T_COMMA, c);
+    case '-': return acceptChar('>') ? plainToken(T_ARROW, '>') : plainToken(T_MINUS, c);
+    case '.': return readDot(spaceBefore);
+    case '/': return plainToken(T_SLASH, c);
     case ':':
       if (acceptChar('=')) return plainToken(T_ASSIGN, '=');
       if (acceptChar(':')) return fixedName(T_DCOLON, "::");
       if (acceptChar('-')) return plainToken(T_MEMBER, '-');
       return plainToken(T_COLON, c);
-    case ';':
-      return plainToken(T_SEMI, c);
+    case ';': return plainToken(T_SEMI, c);
     case '<':
       if (acceptChar('=')) return relation(LESSEQ);
       if (acceptChar('>')) return relation(INEQUAT);
       return plainToken(T_LT, c);
-    case '=':
-      return plainToken(T_EQ, c);
-    case '>':
-      return acceptChar('=') ? relation(swappedLessEqual) : plainToken(T_GT, c);
-    case '@':
-      return acceptChar('@') ? fixedName(T_ATAT, "@@") : fixedName(T_AT, "@");
-    case '[':
-      return plainToken(T_LBRACKET, c);
-    case ']':
-      return plainToken(T_RBRACKET, c);
-    case '^':
-      return plainToken(T_CARET, c);
-    case '{':
-      return plainToken(T_LBRACE, c);
-    case '|':
-      return acceptChar('|') ? plainToken(T_CONCAT, c) : plainToken(T_BAR, c);
-    case '}':
-      return plainToken(T_RBRACE, c);
-    default:
-      return plainToken(c, c);
+    case '=': return plainToken(T_EQ, c);
+    case '>': return acceptChar('=') ? relation(swappedLessEqual) : plainToken(T_GT, c);
+    case '@': return acceptChar('@') ? fixedName(T_ATAT, "@@") : fixedName(T_AT, "@");
+    case '[': return plainToken(T_LBRACKET, c);
+    case ']': return plainToken(T_RBRACKET, c);
+    case '^': return plainToken(T_CARET, c);
+    case '{': return plainToken(T_LBRACE, c);
+    case '|': return acceptChar('|') ? plainToken(T_CONCAT, c) : plainToken(T_BAR, c);
+    case '}': return plainToken(T_RBRACE, c);
+    default: return plainToken(c, c);
   }
 }
 

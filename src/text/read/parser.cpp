@@ -57,8 +57,7 @@ void unprotect(const char*) { AllowGC(DAG(static_cast<Word>(errorProcParam))); }
 }  // namespace
 
 DAG Parser::makeFloat(DAG mantissa, std::int64_t exponent) {
-  if (exponent > -ordinaryExponent && exponent < ordinaryExponent)
-    return newFLOAT(mantissa, NewInteger(exponent));
+  if (exponent > -ordinaryExponent && exponent < ordinaryExponent) return newFLOAT(mantissa, NewInteger(exponent));
   // An exponent out of bounds is a numeric event. Its handler is a procedure of the language, and
   // collections run in it: what the stack holds has to be reachable.
   DAG held = newl2(static_cast<Word>(top) + 3, EXPSEQ);
@@ -131,8 +130,8 @@ Step Parser::openParenthesis(Symbol below) {
     if (look() != T_ARROW) unexpected();
     return Step::operandDone;
   }
-  bool neutral = below == Symbol::ampStarSign ||
-                 (below == Symbol::neutralSign && limitOf(at(2).symbol) >= Level::neutralExpr);
+  bool neutral =
+      below == Symbol::ampStarSign || (below == Symbol::neutralSign && limitOf(at(2).symbol) >= Level::neutralExpr);
   if (!neutral) unexpected();
   push(Symbol::mark);
   take();
@@ -163,8 +162,7 @@ Step Parser::operand() {
       reduce(1, Symbol::operand, makeFloat(at(0).value, ahead.exponent), Level::primary);
       return Step::operandDone;
     }
-    case T_DOT:
-    case T_SDOT: return fraction();
+    case T_DOT: case T_SDOT: return fraction();
     case T_LPAREN: return openParenthesis(below);
     case T_LBRACKET: bracket(Symbol::list); return emptyOr(T_RBRACKET);
     case T_LBRACE: bracket(Symbol::set); return emptyOr(T_RBRACE);
@@ -341,8 +339,7 @@ Step Parser::closeExpression(int token) {
     case Symbol::group: return closeBracket(token, T_RPAREN, 2, value, Level::atom);
     case Symbol::call:
       if (token != T_RPAREN) unexpected();
-      return closeBracket(token, T_RPAREN, 3, new3(FUNCTION, at(2).value, asSequence(value)),
-                          Level::nameExpr);
+      return closeBracket(token, T_RPAREN, 3, new3(FUNCTION, at(2).value, asSequence(value)), Level::nameExpr);
     case Symbol::index: {
       if (token != T_RBRACKET) unexpected();
       bool name = at(0).level == Level::nameExpr && hasTag(value, NAME);
@@ -352,8 +349,7 @@ Step Parser::closeExpression(int token) {
         reduce(4, Symbol::operand, new3(MEMBER, at(3).value, value), Level::none);
         return Step::bindingDone;
       }
-      return closeBracket(token, T_RBRACKET, 3, new3(TABLEREF, at(2).value, asSequence(value)),
-                          Level::nameExpr);
+      return closeBracket(token, T_RBRACKET, 3, new3(TABLEREF, at(2).value, asSequence(value)), Level::nameExpr);
     }
     case Symbol::concatGroup: {
       Level level = at(3).level;
@@ -377,10 +373,8 @@ Step Parser::closeExpression(int token) {
       }
       if (token != T_GT) unexpected();
       return closeBracket(token, T_GT, 2, unaryCall(vectorConstructor(false), value), Level::atom);
-    case Symbol::columnFirst:
-    case Symbol::rowFirst: reduce(1, Symbol::operand, new2(EXPSEQ, value)); break;
-    case Symbol::columnNext:
-    case Symbol::rowNext: reduce(3, Symbol::operand, Append2(at(2).value, value)); break;
+    case Symbol::columnFirst: case Symbol::rowFirst: reduce(1, Symbol::operand, new2(EXPSEQ, value)); break;
+    case Symbol::columnNext: case Symbol::rowNext: reduce(3, Symbol::operand, Append2(at(2).value, value)); break;
     default: return closeKeyWord(below, token);
   }
   // An entry of a vector is on top, as part of the list of those behind the first.
@@ -391,8 +385,7 @@ Step Parser::closeExpression(int token) {
     return Step::operand;
   }
   if (token != T_GT) unexpected();
-  return closeBracket(token, T_GT, 4, binaryCall(vectorConstructor(row), at(2).value, at(0).value),
-                      Level::atom);
+  return closeBracket(token, T_GT, 4, binaryCall(vectorConstructor(row), at(2).value, at(0).value), Level::atom);
 }
 
 // ---- the loop

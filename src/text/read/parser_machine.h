@@ -18,8 +18,26 @@ namespace korel {
 
 /// The nonterminals of expressions, tightest first: a lower level may stand for a higher one.
 enum class Level : std::uint8_t {
-  nameExpr, stringExpr, atom, primary, prefixExpr, neutralExpr, factExpr, powExpr, prodExpr, sumExpr,
-  modExpr, range, relation, seqExpr, notExpr, andExpr, orExpr, expr, exprSeq, none,
+  nameExpr,
+  stringExpr,
+  atom,
+  primary,
+  prefixExpr,
+  neutralExpr,
+  factExpr,
+  powExpr,
+  prodExpr,
+  sumExpr,
+  modExpr,
+  range,
+  relation,
+  seqExpr,
+  notExpr,
+  andExpr,
+  orExpr,
+  expr,
+  exprSeq,
+  none,
 };
 
 enum class Symbol : std::uint8_t {
@@ -62,7 +80,7 @@ struct Parser {
   DAG take();               // consumes it; its value
   bool acceptToken(int t);  // consumes it if it is `t`
   void expect(int t);
-  [[noreturn]] void unexpected();  // the error of the token at hand
+  [[noreturn]] void unexpected();        // the error of the token at hand
   void setDisplay(int terminatorToken);  // consumes a terminator
 
   // ---- the stack

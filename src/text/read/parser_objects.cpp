@@ -14,9 +14,7 @@ DAG unaryCall(DAG function, DAG a) { return new3(FUNCTION, function, new2(EXPSEQ
 
 DAG joinSequence(DAG a, DAG b) { return hasTag(a, EXPSEQ) ? Append2(a, b) : new3(EXPSEQ, a, b); }
 
-DAG makeSum(DAG a, DAG b, DAG sign) {
-  return hasTag(a, SUM) ? Append3(a, b, sign) : new5(SUM, a, cons1, b, sign);
-}
+DAG makeSum(DAG a, DAG b, DAG sign) { return hasTag(a, SUM) ? Append3(a, b, sign) : new5(SUM, a, cons1, b, sign); }
 
 DAG makeProduct(DAG a, DAG b) {
   if (!hasTag(a, PROD)) return new5(PROD, a, cons1, b, cons1);
@@ -26,9 +24,7 @@ DAG makeProduct(DAG a, DAG b) {
   return Append3(a, factor, exponent);
 }
 
-DAG makeQuotient(DAG a, DAG b) {
-  return hasTag(a, PROD) ? Append3(a, b, consm1) : new5(PROD, a, cons1, b, consm1);
-}
+DAG makeQuotient(DAG a, DAG b) { return hasTag(a, PROD) ? Append3(a, b, consm1) : new5(PROD, a, cons1, b, consm1); }
 
 DAG makeDot(DAG a, DAG b) {
   if (!hasTag(a, FUNCTION) || a[1] != ini(".")) return binaryCall(ini("."), a, b);
@@ -48,8 +44,7 @@ DAG rawLocals() { return new2(LIST, null); }
 
 DAG arrowProcedure(DAG parameters, DAG body) {
   DAG options = new3(EXPSEQ, ini("operator"), ini("arrow"));
-  return newProcedure(
-      {.params = asSequence(parameters), .locals = rawLocals(), .options = options, .body = body});
+  return newProcedure({.params = asSequence(parameters), .locals = rawLocals(), .options = options, .body = body});
 }
 
 DAG joinStatements(DAG statements, DAG next) {

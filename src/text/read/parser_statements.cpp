@@ -1,20 +1,19 @@
 // Statements, the heads of procedures and modules, and the lists in them.
 
+#include "text/read/parser.h"
+
 #include "session/interface.h"
 #include "store/append.h"
 #include "store/names.h"
 #include "store/object_fields.h"
 #include "store/vocabulary.h"
-#include "text/read/parser.h"
 #include "text/read/parser_machine.h"
 #include "text/read/parser_objects.h"
 #include "text/read/parser_tables.h"
 
 namespace korel {
 
-DAG vectorConstructor(bool row) {
-  return naminstall(row ? "rtable/ConstructRow" : "rtable/ConstructColumn");
-}
+DAG vectorConstructor(bool row) { return naminstall(row ? "rtable/ConstructRow" : "rtable/ConstructColumn"); }
 
 namespace {
 
@@ -23,18 +22,18 @@ bool isTerminator(int token) { return token == T_SEMI || token == T_COLON; }
 /// Tokens that may follow an empty statement.
 bool endsStatement(int token) {
   switch (token) {
-    case T_END: case T_FI: case T_OD: case T_ELIF: case T_ELSE: case T_COLON: case T_SEMI:
-    case T_CATCH: case T_FINALLY: return true;
+    case T_END: case T_FI: case T_OD: case T_ELIF: case T_ELSE: case T_COLON: case T_SEMI: case T_CATCH: case T_FINALLY:
+      return true;
     default: return false;
   }
 }
 
 bool beginsExpression(int token) {
   switch (token) {
-    case T_NAME: case T_STRING: case T_INTEGER: case T_EXPINT: case T_DOT: case T_SDOT:
-    case T_LPAREN: case T_LBRACKET: case T_LBRACE: case T_QUOTE: case T_LT: case T_LABEL:
-    case T_MEMBER: case T_NOT: case T_PLUS: case T_MINUS: case T_DOLLAR: case T_NEUTRAL:
-    case T_AMPSTAR: case T_PROC: case T_MODULE: return true;
+    case T_NAME: case T_STRING: case T_INTEGER: case T_EXPINT: case T_DOT: case T_SDOT: case T_LPAREN: case T_LBRACKET:
+    case T_LBRACE: case T_QUOTE: case T_LT: case T_LABEL: case T_MEMBER: case T_NOT: case T_PLUS: case T_MINUS:
+    case T_DOLLAR: case T_NEUTRAL: case T_AMPSTAR: case T_PROC: case T_MODULE:
+      return true;
     default: return false;
   }
 }
@@ -62,9 +61,9 @@ enum ItemForms : std::uint8_t { names = 1, strings = 2, types = 4, values = 8 };
 struct HeadPart {
   int token;
   Symbol symbol;
-  std::uint8_t forms;    // of an item
-  int closing;           // token behind the list; 0: a terminator
-  Word field;            // in the PROC or MODDEF; 0: not a part of its own
+  std::uint8_t forms;  // of an item
+  int closing;         // token behind the list; 0: a terminator
+  Word field;          // in the PROC or MODDEF; 0: not a part of its own
   const char* repeated;
 };
 constexpr HeadPart headParts[] = {
@@ -135,8 +134,7 @@ Step Parser::statement() {
     case T_TRY: return keyWord(Symbol::tryBody, Step::statement);
     case T_USE: return keyWord(Symbol::useWord, Step::operand);
     case T_FROM: case T_BY: case T_TO: case T_WHILE: case T_IN: case T_DO:
-      push(Symbol::forPrefix, null);
-      return Step::loopClauses;
+      push(Symbol::forPrefix, null); return Step::loopClauses;
     default:
       if (!endsStatement(token)) return Step::operand;
       push(Symbol::statement, null);
@@ -170,15 +168,12 @@ Step Parser::closeKeyWord(Symbol below, int token) {
     return Step::statementDone;
   };
   switch (below) {
-    case Symbol::assign:
-      reduce(3, Symbol::statement, new3(ASSIGN, at(2).value, value));
-      return Step::statementDone;
+    case Symbol::assign: reduce(3, Symbol::statement, new3(ASSIGN, at(2).value, value)); return Step::statementDone;
     case Symbol::readWord: return done(READ);
     case Symbol::saveWord: return done(SAVE);
     case Symbol::errorWord: return done(ERROR);
     case Symbol::returnWord: return done(RETURN);
-    case Symbol::ifWord:
-    case Symbol::elifWord:
+    case Symbol::ifWord: case Symbol::elifWord:
       if (token != T_THEN) unexpected();
       push(Symbol::then);
       take();
@@ -205,18 +200,11 @@ Step Parser::closeKeyWord(Symbol below, int token) {
       push(Symbol::inWhile, ini("true"));
       break;
     case Symbol::inWhileWord: reduce(2, Symbol::inWhile, value); break;
-    case Symbol::useWord:
-    case Symbol::useComma: return binding(token);
-    case Symbol::bindingValue:
-      reduce(3, Symbol::operand, new3(EQUATION, at(2).value, value));
-      return Step::bindingDone;
-    case Symbol::itemType:
-      reduce(3, Symbol::operand, new3(DCOLON, at(2).value, value));
-      return Step::itemDone;
+    case Symbol::useWord: case Symbol::useComma: return binding(token);
+    case Symbol::bindingValue: reduce(3, Symbol::operand, new3(EQUATION, at(2).value, value)); return Step::bindingDone;
+    case Symbol::itemType: reduce(3, Symbol::operand, new3(DCOLON, at(2).value, value)); return Step::itemDone;
     case Symbol::itemColon: yyerror("`:` is obsolete, use `::` instead");
-    case Symbol::itemValue:
-      reduce(3, Symbol::operand, new3(EQUATION, at(2).value, value));
-      return Step::itemDone;
+    case Symbol::itemValue: reduce(3, Symbol::operand, new3(EQUATION, at(2).value, value)); return Step::itemDone;
     default: unexpected();
   }
   // for x in y, with or without its `while`
@@ -264,10 +252,8 @@ Step Parser::statementDone() {
     setDisplay(token);
     return Step::accept;
   }
-  if (opening == Symbol::terminator)
-    reduce(3, Symbol::statSeq, joinStatements(at(2).value, at(0).value));
-  else
-    at(0).symbol = Symbol::statSeq;
+  if (opening == Symbol::terminator) reduce(3, Symbol::statSeq, joinStatements(at(2).value, at(0).value));
+  else at(0).symbol = Symbol::statSeq;
   if (isTerminator(token)) {
     push(Symbol::terminator);
     setDisplay(token);
@@ -282,10 +268,8 @@ Step Parser::closeStatements(Symbol opening, int token) {
   switch (opening) {
     case Symbol::then: {
       bool first = at(3).symbol == Symbol::ifWord;
-      if (first)
-        reduce(4, Symbol::ifParts, new3(IF, at(2).value, body));
-      else
-        reduce(5, Symbol::ifParts, Append3(at(4).value, at(2).value, body));
+      if (first) reduce(4, Symbol::ifParts, new3(IF, at(2).value, body));
+      else reduce(5, Symbol::ifParts, Append3(at(4).value, at(2).value, body));
       if (token == T_ELIF) {
         push(Symbol::elifWord);
         take();
@@ -298,29 +282,19 @@ Step Parser::closeStatements(Symbol opening, int token) {
       }
       return endIf();
     }
-    case Symbol::otherwise:
-      reduce(3, Symbol::ifParts, Append2(at(2).value, body));
-      return endIf();
-    case Symbol::doCounted:
-    case Symbol::doMembers:
-      if (token == T_OD)
-        take();
-      else
-        endConstruct(T_DO);
-      if (opening == Symbol::doCounted)
-        reduce(4, Symbol::statement, makeLoop(at(2).value, at(3).value, body));
-      else
-        reduce(6, Symbol::statement, makeContainerLoop(at(5).value, at(3).value, at(2).value, body));
+    case Symbol::otherwise: reduce(3, Symbol::ifParts, Append2(at(2).value, body)); return endIf();
+    case Symbol::doCounted: case Symbol::doMembers:
+      if (token == T_OD) take();
+      else endConstruct(T_DO);
+      if (opening == Symbol::doCounted) reduce(4, Symbol::statement, makeLoop(at(2).value, at(3).value, body));
+      else reduce(6, Symbol::statement, makeContainerLoop(at(5).value, at(3).value, at(2).value, body));
       return Step::statementDone;
-    case Symbol::tryBody:
-    case Symbol::catchColon:
-    case Symbol::finallyBody: return endTry();
+    case Symbol::tryBody: case Symbol::catchColon: case Symbol::finallyBody: return endTry();
     case Symbol::useIn:
       endConstruct(T_USE);
       reduce(4, Symbol::statement, new3(USE, at(2).value, body));
       return Step::statementDone;
-    case Symbol::procHead:
-    case Symbol::moduleHead: {
+    case Symbol::procHead: case Symbol::moduleHead: {
       endConstruct(opening == Symbol::procHead ? T_PROC : T_MODULE);
       DAG head = at(1).value;
       bodyOf(head) = body;
@@ -333,10 +307,8 @@ Step Parser::closeStatements(Symbol opening, int token) {
 
 /// The parts of an `if` are on top: its end makes a statement of them, or the body of an arrow.
 Step Parser::endIf() {
-  if (look() == T_FI)
-    take();
-  else
-    endConstruct(T_IF);
+  if (look() == T_FI) take();
+  else endConstruct(T_IF);
   if (at(1).symbol == Symbol::arrow) {
     reduce(1, Symbol::operand, at(0).value, Level::expr);
     return Step::operandDone;
@@ -356,8 +328,7 @@ Step Parser::endTry() {
     int symbols = anything ? 3 : 4;
     if (at(symbols).symbol == Symbol::catchParts)
       reduce(symbols + 1, Symbol::catchParts, Append3(at(symbols).value, texts, body));
-    else
-      reduce(symbols, Symbol::catchParts, new3(STATSEQ, texts, body));
+    else reduce(symbols, Symbol::catchParts, new3(STATSEQ, texts, body));
   }
   if (opening != Symbol::finallyBody && look() == T_FINALLY) {
     push(Symbol::finallyBody);
@@ -399,10 +370,8 @@ Step Parser::binding(int token) {
 }
 
 Step Parser::bindingDone() {
-  if (at(1).symbol == Symbol::useComma)
-    reduce(3, Symbol::bindings, Append2(at(2).value, at(0).value));
-  else
-    reduce(1, Symbol::bindings, new2(EXPSEQ, at(0).value));
+  if (at(1).symbol == Symbol::useComma) reduce(3, Symbol::bindings, Append2(at(2).value, at(0).value));
+  else reduce(1, Symbol::bindings, new2(EXPSEQ, at(0).value));
   if (acceptToken(T_COMMA)) {
     push(Symbol::useComma);
     return Step::operand;
@@ -439,10 +408,8 @@ Step Parser::item() {
 }
 
 Step Parser::itemDone() {
-  if (at(1).symbol == Symbol::itemComma)
-    reduce(3, Symbol::items, Append2(at(2).value, at(0).value));
-  else
-    reduce(1, Symbol::items, new2(EXPSEQ, at(0).value));
+  if (at(1).symbol == Symbol::itemComma) reduce(3, Symbol::items, Append2(at(2).value, at(0).value));
+  else reduce(1, Symbol::items, new2(EXPSEQ, at(0).value));
   if (acceptToken(T_COMMA)) {
     push(Symbol::itemComma);
     return Step::item;

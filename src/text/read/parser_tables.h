@@ -28,9 +28,7 @@ inline Level limitOf(Symbol symbol) { return rowOf(symbol).limit; }
 inline Level resultOf(Symbol symbol) { return rowOf(symbol).result; }
 inline Kind kindOf(Symbol symbol) { return rowOf(symbol).kind; }
 inline bool isOperator(Symbol symbol) { return kindOf(symbol) >= Kind::prefix; }
-inline bool isBindingStart(Symbol symbol) {
-  return symbol == Symbol::useWord || symbol == Symbol::useComma;
-}
+inline bool isBindingStart(Symbol symbol) { return symbol == Symbol::useWord || symbol == Symbol::useComma; }
 
 /// A token that may follow an operand as part of the expression.
 struct InfixOperator {

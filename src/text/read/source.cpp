@@ -1,16 +1,14 @@
 #include "text/read/source.h"
 
-#include <sys/wait.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <sys/wait.h>
 
-#include "library/records/record_file.h"
-#include "library/repository/directory_contents.h"
-#include "session/driver.h"
 #include "frame/errors.h"
 #include "frame/output.h"
+#include "library/records/record_file.h"
+#include "library/repository/directory_contents.h"
 #include "numbers/integer/integer.h"
 #include "session/driver.h"
 #include "session/interface.h"
@@ -45,14 +43,10 @@ int nextStringChar(void* closure) {
   auto& s = *static_cast<StringSource*>(closure);
   int c = static_cast<unsigned char>(*s.next);
   s.textEnded = c == 0;
-  if (c != 0)
-    ++s.next;
-  else if (s.last == '\n' || s.last == -1)
-    c = -1;
-  else if (s.last == ';' || s.last == ':')
-    c = '\n';
-  else
-    c = s.addTerminator ? ';' : -1;
+  if (c != 0) ++s.next;
+  else if (s.last == '\n' || s.last == -1) c = -1;
+  else if (s.last == ';' || s.last == ':') c = '\n';
+  else c = s.addTerminator ? ';' : -1;
   s.last = c;
   return c;
 }
@@ -64,8 +58,8 @@ bool isBlank(char c) { return c == ' ' || (c >= 9 && c <= 13); }
 /// True when the text holds more than blanks and a comment behind the statement.
 bool moreThanStatement(const StringSource& source) {
   if (source.textEnded) return false;
-  const char* rest = source.next - 1;            // from the look-ahead on
-  if (*rest == ';' || *rest == ':') ++rest;      // behind a lone `quit`
+  const char* rest = source.next - 1;        // from the look-ahead on
+  if (*rest == ';' || *rest == ':') ++rest;  // behind a lone `quit`
   while (isBlank(*rest)) ++rest;
   return *rest != '#' && *rest != 0;
 }
@@ -104,8 +98,7 @@ DAG parsestring(const char* text, bool addTerminator) {
   StringSource source{text, addTerminator};
   PushKorelParser();
   clearSyntaxError();
-  DAG statement =
-      ParseKorel({{nextStringChar, &source}, recordEndOfInput, recordSyntaxError, warn, getlabel});
+  DAG statement = ParseKorel({{nextStringChar, &source}, recordEndOfInput, recordSyntaxError, warn, getlabel});
   PopKorelParser();
 
   if (statement && tagOf(statement) >= GARBAGE) statement = DAG();
@@ -115,8 +108,7 @@ DAG parsestring(const char* text, bool addTerminator) {
     error = recordedSyntaxError();
   }
   if (error.text != nullptr)
-    KernelException("incorrect syntax in parse: %1 (%2)", strinstall(error.text),
-                    Newint(error.position));
+    KernelException("incorrect syntax in parse: %1 (%2)", strinstall(error.text), Newint(error.position));
   if (moreThanStatement(source)) KernelWarning(readerWarning, "extra characters at end of parsed string");
   return statement ? statement : null;
 }
@@ -128,8 +120,8 @@ DAG doparse() {
   clearSyntaxError();
   if (r_unit0 == 0) resetParserNesting();  // nothing encloses the terminal's statements
   PushKorelParser();
-  DAG statement = ParseKorel({{[](void*) { return nextInputChar(); }, nullptr},
-                              reportEndOfInput, reportSyntaxError, warn, getlabel});
+  DAG statement = ParseKorel(
+      {{[](void*) { return nextInputChar(); }, nullptr}, reportEndOfInput, reportSyntaxError, warn, getlabel});
   PopKorelParser();
   if (!statement) return null;
   pushBackInputChar();

@@ -84,9 +84,7 @@ void reportEndOfInput(int position) {
   reportInInput(position, "unexpected end of input");
 }
 
-RecordedSyntaxError recordedSyntaxError() {
-  return {recorded ? recordedText : nullptr, recordedPosition};
-}
+RecordedSyntaxError recordedSyntaxError() { return {recorded ? recordedText : nullptr, recordedPosition}; }
 
 void clearSyntaxError() {
   recorded = false;

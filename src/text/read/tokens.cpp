@@ -68,14 +68,10 @@ static_assert(std::size(unexpectedTexts) == namedTokenCount);
 
 const char* controlCharacterName(int c) {
   switch (c) {
-    case 7:
-      return "`\\a` ";
-    case 8:
-      return "`\\b` ";
-    case 27:
-      return "`\\e` ";
-    default:
-      return "";
+    case 7: return "`\\a` ";
+    case 8: return "`\\b` ";
+    case 27: return "`\\e` ";
+    default: return "";
   }
 }
 
@@ -89,10 +85,8 @@ int KeyWordToToken(const char* text) {
     std::size_t middle = (low + high) / 2;
     int order = std::strcmp(text, keyWords[middle].text);
     if (order == 0) return keyWords[middle].token;
-    if (order < 0)
-      high = middle;
-    else
-      low = middle + 1;
+    if (order < 0) high = middle;
+    else low = middle + 1;
   }
   return 0;
 }
@@ -108,14 +102,10 @@ const char* unexpectedTokenText(int token) {
   if (token == invalidNeutral) return "invalid neutral operator";
   if (token >= firstNamedToken && token < tokenEnd && unexpectedTexts[token - firstNamedToken])
     return unexpectedTexts[token - firstNamedToken];
-  if (const char* word = TokenToKeyWord(token))
-    std::snprintf(text, sizeof text, "reserved word `%s` unexpected", word);
-  else if (token < 32)
-    std::snprintf(text, sizeof text, "control character %sunexpected", controlCharacterName(token));
-  else if (token < 127)
-    std::snprintf(text, sizeof text, "character `%c` unexpected", token);
-  else
-    return "symbol unexpected";
+  if (const char* word = TokenToKeyWord(token)) std::snprintf(text, sizeof text, "reserved word `%s` unexpected", word);
+  else if (token < 32) std::snprintf(text, sizeof text, "control character %sunexpected", controlCharacterName(token));
+  else if (token < 127) std::snprintf(text, sizeof text, "character `%c` unexpected", token);
+  else return "symbol unexpected";
   return text;
 }
 

@@ -1,15 +1,14 @@
 // What procedures, closures, modules and remember tables keep to themselves, through the language.
 
 #include <gtest/gtest.h>
-
 #include <initializer_list>
 #include <string>
 
-#include "numbers/arithmetic.h"
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "kernel_fixture.h"
+#include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/objects.h"
@@ -27,53 +26,84 @@ void expectSaid(std::initializer_list<Said> rows) {
 
 TEST(Evaluate, NamesAndLastNames) {
   expectSaid({
-      {"e1 := e2:", ""}, {"e2 := 3:", ""}, {"e1;", "3"}, {"ef := proc() end:", ""}, {"ef;", "ef"},
-      {"eval(ef);", "proc () end proc"}, {"eg := ef:", ""}, {"eg;", "ef"}, {"eval(e1, 1);", "e2"},
+      {"e1 := e2:", ""},
+      {"e2 := 3:", ""},
+      {"e1;", "3"},
+      {"ef := proc() end:", ""},
+      {"ef;", "ef"},
+      {"eval(ef);", "proc () end proc"},
+      {"eg := ef:", ""},
+      {"eg;", "ef"},
+      {"eval(e1, 1);", "e2"},
       {"eval(e1, 0);", "Error, wrong number (or type) of parameters in function eval"},
-      {"'e1';", "e1"}, {"''e1'';", "'e1'"}, {"'ef'(1+1);", "ef(2)"},
+      {"'e1';", "e1"},
+      {"''e1'';", "'e1'"},
+      {"'ef'(1+1);", "ef(2)"},
       {"proc() local e1; global e9; e1 := e9; e9 := 4; e1 end();", "e9"},
-      {"eval(x^2 + y, x = 3);", "9+y"}, {"eval([x, f(x)], {x = 1, f = g});", "[1, g(1)]"},
+      {"eval(x^2 + y, x = 3);", "9+y"},
+      {"eval([x, f(x)], {x = 1, f = g});", "[1, g(1)]"},
       {"eval(x - y, [x = y, y = x]);", "y-x"},
   });
 }
 
 TEST(Evaluate, ArgumentsAndParameters) {
   expectSaid({
-      {"pa := proc(a, b) nargs, [args], procname end:", ""}, {"pa(1, NULL, 2, 3);", "3, [1, 2, 3], pa"},
-      {"pb := proc(a, b) if a then b else 0 fi end:", ""}, {"pb(false);", "0"},
+      {"pa := proc(a, b) nargs, [args], procname end:", ""},
+      {"pa(1, NULL, 2, 3);", "3, [1, 2, 3], pa"},
+      {"pb := proc(a, b) if a then b else 0 fi end:", ""},
+      {"pb(false);", "0"},
       {"pb(true);", "Error, (in pb) pb uses a 2nd argument, b, which is missing"},
-      {"pc := proc(n::evaln) n := 7 end:", ""}, {"pc(pcv): pcv;", ""}, {"pcv;", "7"},
-      {"pd := proc(x::uneval) x end:", ""}, {"pd(1 + pcv);", "1+pcv"},
-      {"pe := proc(x::[integer, string]) x end:", ""}, {"pe([1, \"s\"]);", "[1, \"s\"]"},
+      {"pc := proc(n::evaln) n := 7 end:", ""},
+      {"pc(pcv): pcv;", ""},
+      {"pcv;", "7"},
+      {"pd := proc(x::uneval) x end:", ""},
+      {"pd(1 + pcv);", "1+pcv"},
+      {"pe := proc(x::[integer, string]) x end:", ""},
+      {"pe([1, \"s\"]);", "[1, \"s\"]"},
       {"pe(y);", "Error, pe expects its 1st argument, x, to be of type [integer, string], but received y"},
   });
 }
 
 TEST(Evaluate, FramesEndWithTheirCall) {
   expectSaid({
-      {"fd := proc() Digits := 20; evalf(1/3) end:", ""}, {"fd();", ".33333333333333333333"},
-      {"evalf(1/3);", ".3333333333"}, {"fe := proc() _EnvA := 2; _EnvA end:", ""}, {"_EnvA := 1:", ""},
-      {"fe(), _EnvA;", "2, 1"}, {"fx := proc() Digits := 30; error \"x\" end:", ""},
-      {"try fx() catch: Digits end;", "10"}, {"fl := proc() local v; v end:", ""},
-      {"fl();", "v"}, {"evalb(fl() = v);", "false"}, {"evalb(fl() = fl());", "false"},
+      {"fd := proc() Digits := 20; evalf(1/3) end:", ""},
+      {"fd();", ".33333333333333333333"},
+      {"evalf(1/3);", ".3333333333"},
+      {"fe := proc() _EnvA := 2; _EnvA end:", ""},
+      {"_EnvA := 1:", ""},
+      {"fe(), _EnvA;", "2, 1"},
+      {"fx := proc() Digits := 30; error \"x\" end:", ""},
+      {"try fx() catch: Digits end;", "10"},
+      {"fl := proc() local v; v end:", ""},
+      {"fl();", "v"},
+      {"evalb(fl() = v);", "false"},
+      {"evalb(fl() = fl());", "false"},
   });
 }
 
 TEST(Evaluate, ClosuresKeepTheirOwnFrame) {
   expectSaid({
       {"counter := proc(n) local k; k := n; proc() k := k + 1; k, n end end:", ""},
-      {"ca := counter(10): ", ""}, {"cb := counter(20):", ""}, {"ca();", "11, 10"}, {"ca();", "12, 10"},
-      {"cb();", "21, 20"}, {"compose := (f, g) -> x -> f(g(x)):", ""},
+      {"ca := counter(10): ", ""},
+      {"cb := counter(20):", ""},
+      {"ca();", "11, 10"},
+      {"ca();", "12, 10"},
+      {"cb();", "21, 20"},
+      {"compose := (f, g) -> x -> f(g(x)):", ""},
       {"compose(x -> x^2, x -> x + 1)(3);", "16"},
-      {"nested := proc(a) proc(b) proc(c) [a, b, c] end end end:", ""}, {"nested(1)(2)(3);", "[1, 2, 3]"},
+      {"nested := proc(a) proc(b) proc(c) [a, b, c] end end end:", ""},
+      {"nested(1)(2)(3);", "[1, 2, 3]"},
   });
 }
 
 TEST(Evaluate, RememberTablesAnswerFirst) {
   expectSaid({
       {"rf := proc(n) option remember; if n < 2 then n else rf(n-1) + rf(n-2) fi end:", ""},
-      {"rf(150);", "9969216677189303386214405760200"}, {"rf(3) := 100:", ""}, {"rf(3);", "100"},
-      {"ri(2) := 5:", ""}, {"ri(2), ri(3);", "5, ri(3)"},
+      {"rf(150);", "9969216677189303386214405760200"},
+      {"rf(3) := 100:", ""},
+      {"rf(3);", "100"},
+      {"ri(2) := 5:", ""},
+      {"ri(2), ri(3);", "5, ri(3)"},
       {"abs(1) := 2:", "Error, invalid left hand side in assignment"},
   });
 }
@@ -81,10 +111,14 @@ TEST(Evaluate, RememberTablesAnswerFirst) {
 TEST(Evaluate, ModulesHoldTheirMembers) {
   expectSaid({
       {"module mo() export inc, total; local n; n := 0; inc := proc() n := n + 1 end; total := () -> n end:", ""},
-      {"mo:-inc(): mo:-inc():", ""}, {"mo:-inc():", ""}, {"mo:-total();", "2"}, {"mo[total]();", "2"},
+      {"mo:-inc(): mo:-inc():", ""},
+      {"mo:-inc():", ""},
+      {"mo:-total();", "2"},
+      {"mo[total]();", "2"},
       {"mo:-n;", "Error, module `mo` does not export `n`"},
       {"mo := 1;", "Error, attempting to assign to `mo` which is protected"},
-      {"use mo in total() end use;", "2"}, {"exports(mo);", "inc, total"},
+      {"use mo in total() end use;", "2"},
+      {"exports(mo);", "inc, total"},
       {"module(x) end;", "Error, modules cannot have parameters"},
       {"module() return 1 end;", "Error, (in unknown) return value not allowed in a module definition"},
   });
@@ -99,7 +133,9 @@ TEST(Evaluate, DeclarationsAreChecked) {
       {"proc() local x; global x; end;", "Error, local and global `x` have the same name"},
       {"proc() local nargs; end;", "Error, nargs cannot be declared as a local"},
       {"proc() local Digits; end;", "Error, cannot use environment variable `Digits` as a local variable"},
-      {"x -> 3;", "3"}, {"x -> sin(x);", "sin"}, {"(x, y) -> g(x, y);", "g"},
+      {"x -> 3;", "3"},
+      {"x -> sin(x);", "sin"},
+      {"(x, y) -> g(x, y);", "g"},
       {"(x, y) -> g(y, x);", "proc (x, y) options operator, arrow; g(y,x) end proc"},
   });
 }
@@ -110,9 +146,12 @@ TEST(Evaluate, JumpsLeaveNothingBehind) {
   expectSaid({
       {"jr := proc() for i to 5 do if i = 3 then return i*10 fi od; 0 end:",
        "Warning, `i` is implicitly declared local to procedure `jr`"},
-      {"jr();", "30"}, {"jb := proc() break end:", ""}, {"jb();", "Error, break or next outside do loop"},
+      {"jr();", "30"},
+      {"jb := proc() break end:", ""},
+      {"jb();", "Error, break or next outside do loop"},
       {"jg := proc(n) local k; k := 0; again; k := k + 1; if k < n then goto(again) fi; k end:", ""},
-      {"jg(5);", "5"}, {"jx := proc() goto(nowhere) end:", ""},
+      {"jg(5);", "5"},
+      {"jx := proc() goto(nowhere) end:", ""},
       {"jx();", "Error, (in jx) goto to an undefined or unreachable label"},
       {"seq(jr(), k = 1..2);", "30, 30"},
   });

@@ -1,13 +1,12 @@
 // Endless recursion by every road ends in one orderly error, and what comes next runs.
 
 #include <gtest/gtest.h>
-
 #include <string>
 
 #include "frame/environment.h"
 #include "frame/errors.h"
-#include "session/driver.h"
 #include "kernel_fixture.h"
+#include "session/driver.h"
 #include "store/collect/collector.h"
 
 namespace korel::test {

@@ -1,16 +1,15 @@
 #include <gtest/gtest.h>
-#include <rapidcheck.h>
-
 #include <random>
+#include <rapidcheck.h>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "numbers/arithmetic.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "frame/environment_block.h"
 #include "kernel_fixture.h"
+#include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/float/float.h"
 #include "store/collect/collector.h"
@@ -100,8 +99,8 @@ constexpr int productsPerCase = 20;
 
 rc::Gen<Factors> factorsOf(int bases, int exponents, int most) {
   return rc::gen::mapcat(rc::gen::inRange(1, most + 1), [=](int n) {
-    return rc::gen::container<Factors>(
-        static_cast<std::size_t>(n), rc::gen::pair(rc::gen::inRange(0, bases), rc::gen::inRange(0, exponents)));
+    return rc::gen::container<Factors>(static_cast<std::size_t>(n),
+                                       rc::gen::pair(rc::gen::inRange(0, bases), rc::gen::inRange(0, exponents)));
   });
 }
 
@@ -161,16 +160,15 @@ TEST(SimplifyProduct, LongProductsCollect) {
   for (std::size_t n : {13, 49, 50, 51, 200, 1000})
     for (std::size_t kinds : {n, n / 2, std::size_t{7}}) {
       std::vector<DAG> names;
-      for (std::size_t i = 0; i < kinds; ++i)
-        names.push_back(naminstall(("wide" + std::to_string(fresh++)).c_str()));
+      for (std::size_t i = 0; i < kinds; ++i) names.push_back(naminstall(("wide" + std::to_string(fresh++)).c_str()));
       std::vector<DAG> sums(kinds, cons0);
       DAG s = newl2(static_cast<Word>(2 * n + 1), PROD);
       for (std::size_t i = 0; i < n; ++i) {
         std::size_t k = i < kinds ? i : random() % kinds;
         int e = static_cast<int>(random() % 5) - 2;
         // An exponent 0 would take no place.
-        DAG exponent = i % 2 == 0 ? immediate(e == 0 ? 3 : e)
-                                  : simpl(new3(RATIONAL, immediate(2 * e + 1), immediate(2)));
+        DAG exponent =
+            i % 2 == 0 ? immediate(e == 0 ? 3 : e) : simpl(new3(RATIONAL, immediate(2 * e + 1), immediate(2)));
         sums[k] = simpl(add(sums[k], exponent));
         pairsOf(s)[i] = {names[k], exponent};
       }
@@ -213,7 +211,8 @@ DAG neighbour(DAG x) {
 }
 
 DAG exactly(DAG x) {
-  if (isTag(x, COMPLEX)) return simpl(lengthOf(x) == 2 ? new2(COMPLEX, exactly(x[1])) : new3(COMPLEX, exactly(x[1]), exactly(x[2])));
+  if (isTag(x, COMPLEX))
+    return simpl(lengthOf(x) == 2 ? new2(COMPLEX, exactly(x[1])) : new3(COMPLEX, exactly(x[1]), exactly(x[2])));
   return isTag(x, FLOAT) ? simpl(mul(x[1], power(immediate(10), immediateValue(x[2])))) : x;
 }
 

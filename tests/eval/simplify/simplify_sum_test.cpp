@@ -1,17 +1,16 @@
-#include <gtest/gtest.h>
-#include <rapidcheck.h>
-
 #include <algorithm>
+#include <gtest/gtest.h>
 #include <map>
 #include <random>
+#include <rapidcheck.h>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "numbers/arithmetic.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/unique_pairs.h"
 #include "kernel_fixture.h"
+#include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -110,8 +109,8 @@ std::vector<Pair> collected(const Terms& terms) {
 
 rc::Gen<Terms> termsOf(int least, int terms, int coefficients) {
   return rc::gen::mapcat(rc::gen::inRange(least, 200), [=](int n) {
-    return rc::gen::container<Terms>(
-        static_cast<std::size_t>(n), rc::gen::pair(rc::gen::inRange(0, terms), rc::gen::inRange(0, coefficients)));
+    return rc::gen::container<Terms>(static_cast<std::size_t>(n),
+                                     rc::gen::pair(rc::gen::inRange(0, terms), rc::gen::inRange(0, coefficients)));
   });
 }
 
@@ -149,8 +148,7 @@ TEST(SimplifySum, LongSumsStandInWordOrder) {
   for (Word n : {25u, 26u, 63u, 64u, 65u, 255u, 1000u, 5000u})
     for (Word kinds : {n, n / 2 + 1, Word{30}}) {
       std::vector<DAG> terms{immediate(12345)};
-      for (Word i = 1; i < kinds; ++i)
-        terms.push_back(naminstall(("long" + std::to_string(fresh++)).c_str()));
+      for (Word i = 1; i < kinds; ++i) terms.push_back(naminstall(("long" + std::to_string(fresh++)).c_str()));
       std::map<std::int32_t, std::int64_t> expected;
       DAG s = newl2(2 * n + 1, SUM);
       for (Word i = 0; i < n; ++i) {
@@ -158,18 +156,14 @@ TEST(SimplifySum, LongSumsStandInWordOrder) {
         DAG x = terms[i < kinds ? kinds - 1 - i : random() % kinds];
         int c = static_cast<int>(random() % 7) - 3;
         pairsOf(s)[i] = {x, immediate(c)};
-        if (x == terms[0])
-          expected[0] += std::int64_t{12345} * c;
-        else
-          expected[static_cast<std::int32_t>(x.word)] += c;
+        if (x == terms[0]) expected[0] += std::int64_t{12345} * c;
+        else expected[static_cast<std::int32_t>(x.word)] += c;
       }
       std::vector<std::pair<DAG, DAG>> wanted;
       for (auto [word, c] : expected) {
         if (c == 0) continue;
-        if (word == 0)
-          wanted.push_back({NewInteger(c), cons1});
-        else
-          wanted.push_back({DAG(static_cast<Word>(word)), immediate(static_cast<int>(c))});
+        if (word == 0) wanted.push_back({NewInteger(c), cons1});
+        else wanted.push_back({DAG(static_cast<Word>(word)), immediate(static_cast<int>(c))});
       }
       std::sort(wanted.begin(), wanted.end(), [](auto& a, auto& b) {
         return static_cast<std::int32_t>(a.first.word) < static_cast<std::int32_t>(b.first.word);

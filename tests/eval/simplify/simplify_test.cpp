@@ -1,20 +1,18 @@
-#include "eval/simplify/simplify.h"
-
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
-
 #include <string>
 #include <vector>
 
-#include "numbers/arithmetic.h"
+#include "eval/simplify/simplify.h"
 #include "frame/output.h"
 #include "kernel_fixture.h"
+#include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
+#include "store/check/verify.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "store/check/verify.h"
 #include "text/read/source.h"
 
 namespace korel::test {
@@ -28,9 +26,7 @@ rc::Gen<std::string> expressions(int depth) {
       rc::gen::element<std::string>("a", "b", "c", "f(a)", "I", "t[1]"),
       rc::gen::map(rc::gen::inRange(0, 12), [](int n) { return std::to_string(n); }),
       rc::gen::map(rc::gen::pair(rc::gen::inRange(1, 9), rc::gen::inRange(2, 9)),
-                   [](std::pair<int, int> q) {
-                     return std::to_string(q.first) + "/" + std::to_string(q.second);
-                   }));
+                   [](std::pair<int, int> q) { return std::to_string(q.first) + "/" + std::to_string(q.second); }));
   if (depth == 0) return leaf;
   auto sub = expressions(depth - 1);
   auto joined = [sub](const char* operation) {
@@ -46,13 +42,11 @@ rc::Gen<std::string> expressions(int depth) {
 }
 
 rc::Gen<std::string> monomials() {
-  auto factor = rc::gen::map(
-      rc::gen::pair(rc::gen::element<std::string>("a", "b", "c", "f(a)", "3", "2/5", "I"),
-                    rc::gen::element<std::string>("1", "2", "-1", "-2")),
-      [](std::pair<std::string, std::string> p) { return p.first + "^(" + p.second + ")"; });
-  return rc::gen::map(rc::gen::pair(factor, factor), [](std::pair<std::string, std::string> p) {
-    return p.first + "*" + p.second;
-  });
+  auto factor = rc::gen::map(rc::gen::pair(rc::gen::element<std::string>("a", "b", "c", "f(a)", "3", "2/5", "I"),
+                                           rc::gen::element<std::string>("1", "2", "-1", "-2")),
+                             [](std::pair<std::string, std::string> p) { return p.first + "^(" + p.second + ")"; });
+  return rc::gen::map(rc::gen::pair(factor, factor),
+                      [](std::pair<std::string, std::string> p) { return p.first + "*" + p.second; });
 }
 
 // Equal values are one object however they were put together.
@@ -61,7 +55,10 @@ TEST(Simplify, SumsAndProductsAreOneObjectInAnyOrder) {
     std::string x = *expressions(2), y = *expressions(2), z = *expressions(2);
     auto same = [](const std::string& left, const std::string& right) {
       DAG l, r;
-      RC_ASSERT(errorOf([&] { l = parsedSimple(left); r = parsedSimple(right); }) == "");
+      RC_ASSERT(errorOf([&] {
+                  l = parsedSimple(left);
+                  r = parsedSimple(right);
+                }) == "");
       if (l != r) RC_FAIL(left + " is " + text(l) + ", " + right + " is " + text(r));
     };
     same("(" + x + ")+(" + y + ")", "(" + y + ")+(" + x + ")");

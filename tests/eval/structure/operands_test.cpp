@@ -4,22 +4,22 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
-#include "numbers/arithmetic.h"
 #include "eval/simplify/simplify.h"
-#include "kernel_fixture.h"
-#include "numbers/float/float.h"
-#include "numbers/integer/integer.h"
-#include "random_expressions.h"
-#include "store/constants.h"
-#include "store/names.h"
-#include "store/objects.h"
-#include "store/check/verify.h"
-#include "eval/walk/has.h"
 #include "eval/structure/map.h"
 #include "eval/structure/operands.h"
 #include "eval/structure/select_elements.h"
 #include "eval/structure/subsop.h"
 #include "eval/structure/substitute.h"
+#include "eval/walk/has.h"
+#include "kernel_fixture.h"
+#include "numbers/arithmetic.h"
+#include "numbers/float/float.h"
+#include "numbers/integer/integer.h"
+#include "random_expressions.h"
+#include "store/check/verify.h"
+#include "store/constants.h"
+#include "store/names.h"
+#include "store/objects.h"
 
 namespace korel::test {
 namespace {
@@ -102,8 +102,7 @@ TEST(Operands, ReplacementsMakeWellFormedObjects) {
       DAG part = op1(i, x);
       for (DAG replacement : {other, DAG(null), DAG(cons0)}) {
         DAG result;
-        std::string error =
-            errorOf([&] { result = subs(simpl(new3(EQUATION, part, replacement)), x); });
+        std::string error = errorOf([&] { result = subs(simpl(new3(EQUATION, part, replacement)), x); });
         RC_LOG() << text(part) << " = " << text(replacement) << " in " << before << " " << error << "\n";
         if (error.empty()) RC_ASSERT(Verify(result));
       }
@@ -155,9 +154,7 @@ TEST(Mapping, SelectAndRemovePartition) {
   }));
 }
 
-DAG equation(const char* left, const char* right) {
-  return simpl(new3(EQUATION, naminstall(left), naminstall(right)));
-}
+DAG equation(const char* left, const char* right) { return simpl(new3(EQUATION, naminstall(left), naminstall(right))); }
 
 TEST(Substitution, DisjointEquationsCommute) {
   EXPECT_TRUE(rc::check([] {

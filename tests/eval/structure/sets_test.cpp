@@ -1,19 +1,17 @@
 // Laws of sets, and that results share what they can.
 
-#include "eval/structure/sets.h"
-
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
-
 #include <string>
 #include <vector>
 
 #include "eval/simplify/simplify.h"
+#include "eval/structure/sets.h"
 #include "kernel_fixture.h"
+#include "store/check/verify.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "store/check/verify.h"
 
 namespace korel::test {
 namespace {
@@ -29,9 +27,7 @@ DAG setOf(const std::vector<int>& numbers) {
   for (std::size_t i = 0; i < numbers.size(); ++i) s[static_cast<std::int64_t>(i) + 1] = element(numbers[i]);
   return simpl(new2(SET, simpl(s)));
 }
-DAG anySet() {
-  return setOf(*rc::gen::container<std::vector<int>>(rc::gen::inRange(0, universeSize)));
-}
+DAG anySet() { return setOf(*rc::gen::container<std::vector<int>>(rc::gen::inRange(0, universeSize))); }
 DAG universe() {
   std::vector<int> all;
   for (int n = 0; n < universeSize; ++n) all.push_back(n);

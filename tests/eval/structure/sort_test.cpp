@@ -1,24 +1,22 @@
 // Lists and polynomials in order, against the library's sort on the same members.
 
-#include "eval/structure/sort.h"
-
-#include <gtest/gtest.h>
-#include <rapidcheck.h>
-
 #include <algorithm>
 #include <cstring>
+#include <gtest/gtest.h>
 #include <random>
+#include <rapidcheck.h>
 #include <string>
 #include <vector>
 
-#include "numbers/arithmetic.h"
+#include "algebra/polynomial_order.h"
 #include "eval/simplify/simplify.h"
+#include "eval/structure/sort.h"
 #include "kernel_fixture.h"
+#include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "algebra/polynomial_order.h"
 
 namespace korel::test {
 namespace {
@@ -28,9 +26,7 @@ DAG sequenceOf(const std::vector<DAG>& members) {
   for (std::size_t i = 0; i < members.size(); ++i) s[static_cast<std::int64_t>(i) + 1] = members[i];
   return simpl(s);
 }
-std::vector<DAG> membersOf(DAG sequence) {
-  return {&sequence[1], &sequence[1] + (lengthOf(sequence) - 1)};
-}
+std::vector<DAG> membersOf(DAG sequence) { return {&sequence[1], &sequence[1] + (lengthOf(sequence) - 1)}; }
 std::vector<Word> wordsOf(const std::vector<DAG>& members) {
   std::vector<Word> words;
   for (DAG x : members) words.push_back(x.word);
@@ -43,9 +39,7 @@ rc::Gen<std::string> numbers() {
   return rc::gen::oneOf(
       small, small,
       rc::gen::map(rc::gen::pair(rc::gen::inRange(-9, 9), rc::gen::inRange(2, 9)),
-                   [](std::pair<int, int> q) {
-                     return std::to_string(q.first) + "/" + std::to_string(q.second);
-                   }),
+                   [](std::pair<int, int> q) { return std::to_string(q.first) + "/" + std::to_string(q.second); }),
       rc::gen::map(rc::gen::inRange(-9, 10), [](int n) { return std::to_string(n) + "*10^20"; }));
 }
 
@@ -92,8 +86,7 @@ TEST(Sort, LongListsAgreeWithAStableSort) {
         // A name and a string of the same text stay in their order.
         texts.push_back(random() % 2 == 0 ? strinstall(t.c_str()) : naminstall(t.c_str()));
         Word limit = kind < 3 ? 1000 : 2 * Word{maxImmediate} + 1;
-        integers.push_back(immediate(static_cast<std::int32_t>(random() % limit) -
-                                     (kind < 3 ? 500 : maxImmediate)));
+        integers.push_back(immediate(static_cast<std::int32_t>(random() % limit) - (kind < 3 ? 500 : maxImmediate)));
       }
       if (kind == 1) integers[size / 2] = consm0;  // the negative zero stands among the zeros
       auto agrees = [&](const std::vector<DAG>& members, Order order, auto before) {
@@ -116,8 +109,7 @@ TEST(Sort, TextsAndWordsAgreeWithAStableSort) {
              rc::gen::container<std::string>(rc::gen::inRange<char>('a', 'd'))))
       members.push_back(*rc::gen::inRange(0, 2) == 0 ? strinstall(t.c_str()) : naminstall(t.c_str()));
     std::vector<DAG> byText = members, byWord = members;
-    std::stable_sort(byText.begin(), byText.end(),
-                     [](DAG a, DAG b) { return std::strcmp(textOf(a), textOf(b)) < 0; });
+    std::stable_sort(byText.begin(), byText.end(), [](DAG a, DAG b) { return std::strcmp(textOf(a), textOf(b)) < 0; });
     std::stable_sort(byWord.begin(), byWord.end(), [](DAG a, DAG b) { return a.word < b.word; });
     DAG sequence = sequenceOf(members);
     RC_ASSERT(wordsOf(membersOf(sortedSequence(sequence, Order::lexicographic, DAG()))) == wordsOf(byText));
@@ -130,8 +122,7 @@ TEST(Sort, AnyProcedureGivesAPermutation) {
   DAG coin = valueOf("proc(a, b) option operator; evalb(irem(7*a + 5*b, 3) <> 0) end");
   EXPECT_TRUE(rc::check([coin] {
     std::vector<DAG> members;
-    for (int n : *rc::gen::container<std::vector<int>>(rc::gen::inRange(0, 50)))
-      members.push_back(immediate(n));
+    for (int n : *rc::gen::container<std::vector<int>>(rc::gen::inRange(0, 50))) members.push_back(immediate(n));
     std::vector<Word> before = wordsOf(members);
     std::vector<Word> after = wordsOf(membersOf(sortedSequence(sequenceOf(members), Order::procedure, coin)));
     std::sort(before.begin(), before.end());
@@ -153,8 +144,7 @@ TEST(Sort, PolynomialsDescendInPlace) {
     RC_ASSERT(algsort(p, variables, totalDegree) == p);
     RC_ASSERT(valueOf(source.c_str()) == p);
     if (hasTag(p, SUM))
-      for (Word i = 3; i < lengthOf(p); i += 2)
-        RC_ASSERT(compmon(p[i - 2], p[i], variables, totalDegree) >= 0);
+      for (Word i = 3; i < lengthOf(p); i += 2) RC_ASSERT(compmon(p[i - 2], p[i], variables, totalDegree) >= 0);
   }));
 }
 

@@ -1,21 +1,19 @@
 // Tables against the library's map, through every size at which their storage changes shape.
 
-#include "eval/tables/tables.h"
-
 #include <gtest/gtest.h>
-#include <rapidcheck.h>
-
 #include <map>
+#include <rapidcheck.h>
 #include <string>
 
 #include "eval/procedures/remember.h"
 #include "eval/simplify/simplify.h"
+#include "eval/tables/tables.h"
 #include "kernel_fixture.h"
+#include "store/check/verify.h"
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "store/check/verify.h"
 
 namespace korel::test {
 namespace {
@@ -89,8 +87,7 @@ TEST(Tables, KeysOfOneBucketAreTakenApart) {
   DAG table = maketable(DAG(), null);
   constexpr int count = 4000;
   for (int i = 0; i < count; ++i) assignEntry(immediate(i << 18), DAG(), table, immediate(i));
-  for (int i = 0; i < count; ++i)
-    ASSERT_EQ(lookUpEntry(immediate(i << 18), DAG(), table).value, immediate(i));
+  for (int i = 0; i < count; ++i) ASSERT_EQ(lookUpEntry(immediate(i << 18), DAG(), table).value, immediate(i));
   EXPECT_EQ(lookUpEntry(immediate(count << 17 | 1), DAG(), table).value, absent);
   EXPECT_EQ(hashcount(table[3]), count);
   clearhash(table[3], false);

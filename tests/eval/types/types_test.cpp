@@ -1,37 +1,35 @@
 // Types seen from inside: the laws that hold for any expression and type, objects that the language
 // can't write down yet, and what a match leaves behind.
 
-#include "eval/types/types.h"
-
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
-
 #include <string>
 #include <vector>
 
-#include "eval/statements/assign.h"
+#include "algebra/polynomial_types.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
+#include "eval/statements/assign.h"
+#include "eval/structure/attributes.h"
+#include "eval/structure/equality.h"
+#include "eval/structure/map.h"
+#include "eval/structure/operands.h"
+#include "eval/structure/select_elements.h"
+#include "eval/structure/sort.h"
+#include "eval/structure/subsop.h"
+#include "eval/structure/substitute.h"
+#include "eval/tables/tables.h"
+#include "eval/types/constant_expressions.h"
+#include "eval/types/type_match.h"
+#include "eval/types/type_names.h"
+#include "eval/types/types.h"
+#include "eval/walk/has.h"
+#include "eval/walk/measure.h"
 #include "kernel_fixture.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "eval/types/constant_expressions.h"
-#include "eval/walk/has.h"
-#include "eval/structure/map.h"
-#include "eval/walk/measure.h"
-#include "eval/structure/operands.h"
-#include "algebra/polynomial_types.h"
-#include "eval/structure/select_elements.h"
-#include "eval/structure/attributes.h"
-#include "eval/structure/equality.h"
-#include "eval/structure/sort.h"
-#include "eval/structure/substitute.h"
-#include "eval/structure/subsop.h"
-#include "eval/tables/tables.h"
-#include "eval/types/type_match.h"
-#include "eval/types/type_names.h"
 
 namespace korel::test {
 namespace {
@@ -43,17 +41,16 @@ bool matches(const std::string& e, const std::string& t) { return type(simple(e)
 
 using Text = std::string;
 rc::Gen<Text> numbers() {
-  return rc::gen::element<Text>("0", "1", "-7", "12", "10^30", "1/2", "-5/3", "1.5", "-2.25", "0.", "I", "2+3*I", "2.5*I",
-                                "infinity", "-infinity", "undefined");
+  return rc::gen::element<Text>("0", "1", "-7", "12", "10^30", "1/2", "-5/3", "1.5", "-2.25", "0.", "I", "2+3*I",
+                                "2.5*I", "infinity", "-infinity", "undefined");
 }
 rc::Gen<Text> expressions(int depth) {
   auto leaf = rc::gen::oneOf(numbers(), rc::gen::element<Text>("x", "y", "t[1]", "\"s\"", "true", "Pi"));
   if (depth == 0) return leaf;
   auto sub = expressions(depth - 1);
   auto wrapped = [sub](const char* before, const char* between, const char* after) {
-    return rc::gen::map(rc::gen::pair(sub, sub), [=](const std::pair<Text, Text>& p) {
-      return before + p.first + between + p.second + after;
-    });
+    return rc::gen::map(rc::gen::pair(sub, sub),
+                        [=](const std::pair<Text, Text>& p) { return before + p.first + between + p.second + after; });
   };
   // Sums and products take names, so that no operand is one that arithmetic refuses.
   auto names = rc::gen::element<Text>("x", "y", "f(x)", "t[1]", "2*x", "3", "x^2", "x^(1/2)");
@@ -66,22 +63,19 @@ rc::Gen<Text> expressions(int depth) {
 }
 rc::Gen<Text> types(int depth) {
   auto leaf = rc::gen::oneOf(
-      rc::gen::element<Text>("integer", "posint", "even", "rational", "float", "numeric", "extended_numeric", "positive",
-                             "infinity", "undefined", "finite", "nonreal", "constant", "literal", "string", "symbol",
-                             "name", "indexed", "function", "atomic", "algebraic", "boolean", "relation", "equation",
-                             "list", "set", "sequential", "polynom", "ratpoly", "radical", "anything"),
-      rc::gen::element<Text>("`+`", "`*`", "`^`", "1", "\"s\"", "identical(x)", "complex(integer)", "polynom(integer,x)",
-                             "f(anything,anything)", "`+`(algebraic)", "`*`(name)"));
+      rc::gen::element<Text>("integer", "posint", "even", "rational", "float", "numeric", "extended_numeric",
+                             "positive", "infinity", "undefined", "finite", "nonreal", "constant", "literal", "string",
+                             "symbol", "name", "indexed", "function", "atomic", "algebraic", "boolean", "relation",
+                             "equation", "list", "set", "sequential", "polynom", "ratpoly", "radical", "anything"),
+      rc::gen::element<Text>("`+`", "`*`", "`^`", "1", "\"s\"", "identical(x)", "complex(integer)",
+                             "polynom(integer,x)", "f(anything,anything)", "`+`(algebraic)", "`*`(name)"));
   if (depth == 0) return leaf;
   auto sub = types(depth - 1);
   auto wrapped = [sub](const char* before, const char* between, const char* after) {
-    return rc::gen::map(rc::gen::pair(sub, sub), [=](const std::pair<Text, Text>& p) {
-      return before + p.first + between + p.second + after;
-    });
+    return rc::gen::map(rc::gen::pair(sub, sub),
+                        [=](const std::pair<Text, Text>& p) { return before + p.first + between + p.second + after; });
   };
-  auto one = [sub](const char* before) {
-    return rc::gen::map(sub, [=](const Text& t) { return before + t + ")"; });
-  };
+  auto one = [sub](const char* before) { return rc::gen::map(sub, [=](const Text& t) { return before + t + ")"; }); };
   return rc::gen::oneOf(leaf, wrapped("[", ",", "]"), wrapped("{", ",", "}"), wrapped("anyfunc(", ",", ")"),
                         wrapped("And(", ",", ")"), wrapped("Or(", ",", ")"), one("Not("), one("list("), one("set("),
                         one("function("));
@@ -91,9 +85,13 @@ TEST(Types, LogicOfTypes) {
   EXPECT_TRUE(rc::check([] {
     Text e = *expressions(2), a = *types(2), b = *types(2);
     bool isA, isB;
-    RC_ASSERT(errorOf([&] { isA = matches(e, a); isB = matches(e, b); }) == "");
+    RC_ASSERT(errorOf([&] {
+                isA = matches(e, a);
+                isB = matches(e, b);
+              }) == "");
     auto holds = [&](const Text& t, bool expected) {
-      if (matches(e, t) != expected) RC_FAIL("type(" + e + ", " + t + ") with " + (isA ? "first " : "") + (isB ? "second" : ""));
+      if (matches(e, t) != expected)
+        RC_FAIL("type(" + e + ", " + t + ") with " + (isA ? "first " : "") + (isB ? "second" : ""));
     };
     holds("And(" + a + "," + b + ")", isA && isB);
     holds("Or(" + a + "," + b + ")", isA || isB);
@@ -136,7 +134,8 @@ TEST(Types, SearchesInsideOfSearches) {
   for (const char* statement :
        {"`type/small` := proc(e) evalb(e = 3) end proc:",
         "`type/inner` := proc(e) hastype(e, small) and has(e, w) and numboccur(e, w) > 0 end proc:",
-        "`type/fails` := proc(e) if e = 3 then error \"three\" end if; subs(w = 1, e); hastype(e, inner); false end proc:"})
+        "`type/fails` := proc(e) if e = 3 then error \"three\" end if; subs(w = 1, e); hastype(e, inner); false end "
+        "proc:"})
     say(statement);
   DAG w = naminstall("w"), f = naminstall("f"), shared = w;
   for (int i = 0; i < 10; ++i) shared = simpl(newCall(f, {shared, simpl(newCall(naminstall("g"), {shared}))}));
@@ -151,8 +150,8 @@ TEST(Types, SearchesInsideOfSearches) {
 // A polynomial made of coefficients is one over their ring, and no longer when a variable divides it.
 TEST(Types, PolynomialsByConstruction) {
   EXPECT_TRUE(rc::check([] {
-    auto terms = *rc::gen::nonEmpty(rc::gen::container<std::vector<std::tuple<int, int, int, int>>>(
-        rc::gen::tuple(rc::gen::inRange(-9, 10), rc::gen::inRange(1, 4), rc::gen::inRange(0, 4), rc::gen::inRange(0, 3))));
+    auto terms = *rc::gen::nonEmpty(rc::gen::container<std::vector<std::tuple<int, int, int, int>>>(rc::gen::tuple(
+        rc::gen::inRange(-9, 10), rc::gen::inRange(1, 4), rc::gen::inRange(0, 4), rc::gen::inRange(0, 3))));
     Text p = "0";
     bool fractions = false;
     for (auto [n, d, i, k] : terms)
@@ -180,13 +179,24 @@ TEST(Types, PolynomialsByConstruction) {
 
 // Walks over many objects go by the tag alone: what it says is what the type says.
 TEST(Types, TagsDecideAsTheTestsDo) {
-  const char* samples[] = {"5", "-10^30", "1/2", "1.5", "HFloat(1.5)", "2+3*I", "I", "\"s\"", "x", "t[1]", "x::y", "x||y",
-                           "x^y", "x*y", "x+y", "2*x", "f(x)", "''x''", "x=y", "x<>y", "x<=y", "x<y", "x and y", "not x",
-                           "x or y", "[x]", "{x}", "x..y", "x -> x", "table()", "module() end", "NULL", "true", "infinity"};
-  const char* named[] = {"integer", "fraction", "rational", "float", "sfloat", "literal", "string", "symbol", "name",
-                         "indexed", "function", "algebraic", "relation", "equation", "=", "<>", "<", "<=", "and", "or",
-                         "not", "||", "::", "..", "range", "uneval", "list", "set", "series", "sequential", "rtable",
-                         "zppoly", "moduledefinition", "posint", "atomic", "anything", "+"};
+  const char* samples[] = {"5",      "-10^30",  "1/2",          "1.5",    "HFloat(1.5)", "2+3*I",   "I",
+                           "\"s\"",  "x",       "t[1]",         "x::y",   "x||y",        "x^y",     "x*y",
+                           "x+y",    "2*x",     "f(x)",         "''x''",  "x=y",         "x<>y",    "x<=y",
+                           "x<y",    "x and y", "not x",        "x or y", "[x]",         "{x}",     "x..y",
+                           "x -> x", "table()", "module() end", "NULL",   "true",        "infinity"};
+  const char* named[] = {"integer",  "fraction", "rational",
+                         "float",    "sfloat",   "literal",
+                         "string",   "symbol",   "name",
+                         "indexed",  "function", "algebraic",
+                         "relation", "equation", "=",
+                         "<>",       "<",        "<=",
+                         "and",      "or",       "not",
+                         "||",       "::",       "..",
+                         "range",    "uneval",   "list",
+                         "set",      "series",   "sequential",
+                         "rtable",   "zppoly",   "moduledefinition",
+                         "posint",   "atomic",   "anything",
+                         "+"};
   for (const char* name : named) {
     DAG t = naminstall(name);
     TagSet tags = tagsOfType(t);
@@ -197,7 +207,8 @@ TEST(Types, TagsDecideAsTheTestsDo) {
       }
       // A search by the tag, and one that asks the type.
       DAG several = simpl(new2(LIST, simpl(newSequence({naminstall("g"), x, simple("g(h(t[3]), {4})")}))));
-      EXPECT_EQ(hastype(several, t), hastype(several, simpl(new2(SET, simpl(new2(EXPSEQ, t)))))) << sample << ", " << name;
+      EXPECT_EQ(hastype(several, t), hastype(several, simpl(new2(SET, simpl(new2(EXPSEQ, t))))))
+          << sample << ", " << name;
     }
   }
   EXPECT_TRUE(tagsOfType(naminstall("nowhere")).isEmpty() && tagsOfType(ini("+")).isEmpty());
@@ -210,7 +221,8 @@ TEST(Types, SmallPredicates) {
                          "x or y", "not x", "{x}"})
     EXPECT_FALSE(IsNotSet(simple(no))) << no;
   for (const char* yes : {"x", "x[1]", "x*y", "x^2", "x[1]^2*y^(-1)"}) EXPECT_TRUE(monomial(simple(yes))) << yes;
-  for (const char* no : {"3", "2*x", "x+y", "f(x)", "x*f(x)", "x^y", "(x+1)^2"}) EXPECT_FALSE(monomial(simple(no))) << no;
+  for (const char* no : {"3", "2*x", "x+y", "f(x)", "x*f(x)", "x^y", "(x+1)^2"})
+    EXPECT_FALSE(monomial(simple(no))) << no;
   say("constants := Pi, gamma:");
   EXPECT_TRUE(vname(simple("x")) && vname(simple("Pi[1]")));
   EXPECT_FALSE(vname(simple("Pi")) || vname(simple("3")) || vname(simple("f(x)")));
@@ -221,7 +233,8 @@ TEST(Types, SmallPredicates) {
 
 TEST(Types, HardwareFloats) {
   auto is = [](double value, const char* name) { return type(NewHFloat(value, false), simple(name)); };
-  for (const char* name : {"float", "float[8]", "float[]", "numeric", "extended_numeric", "finite", "literal", "atomic"})
+  for (const char* name :
+       {"float", "float[8]", "float[]", "numeric", "extended_numeric", "finite", "literal", "atomic"})
     EXPECT_TRUE(is(1.5, name)) << name;
   for (const char* name : {"sfloat", "integer", "rational", "symbol", "infinity", "undefined", "poszero"})
     EXPECT_FALSE(is(1.5, name)) << name;
@@ -290,13 +303,15 @@ TEST(Types, ArraysAndProtectedNames) {
   several[2] = simpl(new3(EXPSEQ, naminstall("other"), ini("protected")));
   EXPECT_TRUE(type(name, ini("protected")) && type(several, ini("protected")));
   several[2] = simpl(new3(EXPSEQ, naminstall("other"), naminstall("more")));
-  EXPECT_FALSE(type(several, ini("protected")) || type(naminstall("free"), ini("protected")) || type(cons1, ini("protected")));
+  EXPECT_FALSE(type(several, ini("protected")) || type(naminstall("free"), ini("protected")) ||
+               type(cons1, ini("protected")));
   name[2] = several[2] = null;
 }
 
 // A local name is another name than the type it is spelled like.
 TEST(Types, LocalNamesAreNoBuiltinTypes) {
-  EXPECT_EQ(say("proc() local integer; type(3, integer) end proc();"), "Error, (in unknown) type `integer` does not exist");
+  EXPECT_EQ(say("proc() local integer; type(3, integer) end proc();"),
+            "Error, (in unknown) type `integer` does not exist");
   EXPECT_EQ(say("proc() local f; type('f'(1), specfunc(integer, f)), type(':-f'(1), specfunc(integer, f)) end proc();"),
             "true, false");
 }
@@ -306,8 +321,7 @@ TEST(Types, LocalNamesAreNoBuiltinTypes) {
 // Matched terms are fresh objects that nothing else holds but the match that is put aside.
 TEST(Typematch, BindingsLiveOverCollections) {
   auto collect = [] {
-    for (const char* statement : {"0:", "0:", "0:", "gc():", "gc():", "[seq(z||i^2, i = 1..3000)]:"})
-      say(statement);
+    for (const char* statement : {"0:", "0:", "0:", "gc():", "gc():", "[seq(z||i^2, i = 1..3000)]:"}) say(statement);
   };
   auto power = [](const char* name, int n) { return simpl(new3(PROD, naminstall(name), immediate(n))); };
   typematchI = 0;
@@ -335,7 +349,8 @@ TEST(Typematch, ErrorsEndTheMatch) {
     say(statement);
     EXPECT_EQ(typematchI, -1) << statement;
     EXPECT_EQ(say("a1, proc(e::(p::integer)) e end proc(3);"),
-              "Error, unknown expects its 1st argument, e, to be of type p::integer, but received 3") << statement;
+              "Error, unknown expects its 1st argument, e, to be of type p::integer, but received 3")
+        << statement;
     EXPECT_EQ(say("typematch(5, a1::integer, 'made'), made, a1;"), "true, [a1 = 5], a1") << statement;
   }
 }

@@ -1,25 +1,24 @@
 // Searches and counts: against a plain recursive walk, and on objects whose tree is astronomically
 // larger than the objects themselves.
 
+#include <cstring>
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
-
-#include <cstring>
 #include <string>
 
-#include "numbers/arithmetic.h"
 #include "eval/simplify/simplify.h"
+#include "eval/structure/operands.h"
+#include "eval/structure/substitute.h"
+#include "eval/walk/has.h"
+#include "eval/walk/measure.h"
 #include "kernel_fixture.h"
+#include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "random_expressions.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
 #include "store/reference_fields.h"
-#include "eval/walk/has.h"
-#include "eval/walk/measure.h"
-#include "eval/structure/operands.h"
-#include "eval/structure/substitute.h"
 
 namespace korel::test {
 namespace {
@@ -30,8 +29,7 @@ bool plainHas(DAG x, DAG y) {
   if (y == sqrtm1 && hasTag(x, COMPLEX)) return true;
   if (hasTag(x, SUM) || hasTag(x, PROD))
     for (Word i = 1; i < lengthOf(x); i += 2) {
-      if (!isImmediate(y) && tagOf(y) == tagOf(x) && lengthOf(y) == 3 && y[1] == x[i] && y[2] == x[i + 1])
-        return true;
+      if (!isImmediate(y) && tagOf(y) == tagOf(x) && lengthOf(y) == 3 && y[1] == x[i] && y[2] == x[i + 1]) return true;
       if (isNumeric(y) && x[i + 1] == y) return true;
     }
   bool found = false;
@@ -92,8 +90,7 @@ TEST(Has, SharedPartsAreWalkedOnce) {
   EXPECT_EQ(text(numboccur(t, leaf)), text(simpl(power(immediate(2), 400))));
   // A call has 3 words, its head one character and its arguments 3 words.
   DAG size = length(t), expected = immediate(4);
-  for (int i = 0; i < 400; ++i)
-    expected = simpl(add(mul(immediate(2), expected), immediate(7)));
+  for (int i = 0; i < 400; ++i) expected = simpl(add(mul(immediate(2), expected), immediate(7)));
   EXPECT_EQ(text(size), text(expected));
   DAG replaced = subs(simpl(new3(EQUATION, leaf, other)), t);
   EXPECT_FALSE(has(replaced, leaf));

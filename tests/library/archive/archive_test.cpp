@@ -1,12 +1,10 @@
 // Archives: members written and read through the byte layer and the tool, rebuilds, and damaged files.
 
 #include <gtest/gtest.h>
-
-#include <unistd.h>
-
 #include <map>
 #include <random>
 #include <string>
+#include <unistd.h>
 
 #include "kernel_fixture.h"
 #include "library/archive/archive_files.h"
@@ -94,7 +92,8 @@ TEST_F(Archive, RefusalsOfTheTool) {
   std::string longest(115, 'm');
   EXPECT_EQ(run("add", "\"/nowhere\", " + inQuotes(longest + "m")),
             error("member name \"" + longest + "m\" is longer than 115 characters"));
-  EXPECT_EQ(run("add", "\"/nowhere\", " + inQuotes(longest)), "Warning, file \"/nowhere\" could not be opened, skipping");
+  EXPECT_EQ(run("add", "\"/nowhere\", " + inQuotes(longest)),
+            "Warning, file \"/nowhere\" could not be opened, skipping");
 }
 
 TEST_F(Archive, MembersThroughTheTool) {
@@ -118,8 +117,9 @@ TEST_F(Archive, MembersThroughTheTool) {
   EXPECT_EQ(run("pack"), "");
   EXPECT_EQ(bytesOf(dir.file("korel.lib")).size(), 1u + 5 + 11);
   EXPECT_EQ(read("a.m") + "|" + read("b.m"), "other bytes|first");
-  EXPECT_EQ(say(("map(m -> m[1], {op(iolib(31, \"list\", " + inQuotes(dir.path()) + "))}) = {\"a.m\", \"b.m\"};").c_str()),
-            "{\"a.m\", \"b.m\"} = {\"a.m\", \"b.m\"}");
+  EXPECT_EQ(
+      say(("map(m -> m[1], {op(iolib(31, \"list\", " + inQuotes(dir.path()) + "))}) = {\"a.m\", \"b.m\"};").c_str()),
+      "{\"a.m\", \"b.m\"} = {\"a.m\", \"b.m\"}");
 }
 
 TEST_F(Archive, PlainFilesAndMembersShadowEachOther) {
@@ -200,7 +200,10 @@ TEST_F(Archive, KilledRebuildsAreCompletedOrRemoved) {
   std::string packedIndex = bytesOf(dir.file("korel.ind"));
   // Between the renames: the data are in place, the index still has its temporary name.
   writeBytes(dir.file("lerok.ind"), packedIndex);
-  ASSERT_EQ(std::system(("mv " + dir.file("korel.ind") + " " + dir.file("x") + "; cp " + dir.file("x") + " " + dir.file("korel.ind")).c_str()), 0);
+  ASSERT_EQ(std::system(("mv " + dir.file("korel.ind") + " " + dir.file("x") + "; cp " + dir.file("x") + " " +
+                         dir.file("korel.ind"))
+                            .c_str()),
+            0);
   writeBytes(dir.file("korel.ind"), index);
   EXPECT_EQ(read("b.m"), "second");
   write("c.m", "third");

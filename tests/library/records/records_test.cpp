@@ -1,16 +1,14 @@
 // The record format: its bytes, worked out by hand from the tables, and objects that come back the same.
 
-#include "library/records/records.h"
-
 #include <gtest/gtest.h>
-#include <rapidcheck/gtest.h>
-
 #include <random>
+#include <rapidcheck/gtest.h>
 #include <string>
 #include <vector>
 
 #include "eval/simplify/simplify.h"
 #include "kernel_fixture.h"
+#include "library/records/records.h"
 #include "numbers/integer/integer.h"
 #include "random_expressions.h"
 #include "store/collect/collector.h"
@@ -136,8 +134,8 @@ RC_GTEST_PROP(Records, ExpressionsComeBackTheSame, ()) {
 }
 
 TEST(Records, LongAndDeepObjects) {
-  for (const char* source :
-       {"[seq([i, f(i), x^i], i = 1..100000)]", "{seq(i*x, i = 1..1000)}", "add(i*x^i, i = 1..1000)", "2^100000", "-3^5000"}) {
+  for (const char* source : {"[seq([i, f(i), x^i], i = 1..100000)]", "{seq(i*x, i = 1..1000)}",
+                             "add(i*x^i, i = 1..1000)", "2^100000", "-3^5000"}) {
     DAG x = valueOf(source);
     EXPECT_EQ(readBack(written(x)), x) << source;
   }
@@ -210,12 +208,14 @@ TEST(Records, EachFailureHasItsText) {
 
 // Flipped, lost and strange bytes: an object, or a message, and a heap in order.
 TEST(Records, DamagedRecordsAreRefused) {
-  say("p8 := proc(x::integer) local a; option remember; a := x; try a/0 catch \"e\": end try; for a in [x] do next end do end proc:");
+  say("p8 := proc(x::integer) local a; option remember; a := x; try a/0 catch \"e\": end try; for a in [x] do next end "
+      "do end proc:");
   say("t8 := table([1 = [x, y], z = 2.5]):");
   say("m8 := module() export e; local l; e := () -> l end module:");
   std::vector<std::string> records = {written(naminstall("p8")), written(naminstall("t8")), written(naminstall("m8"))};
-  for (const char* source : {"[x, 1/2, 3.5, 2 + I, \"text\", f(y)^2 + 3*t[1, 2], {a, b, c}, x -> x^2, 'q', a .. b, u::v, m:-e]",
-                             "[12345678901234567890, -7, x < y, a and b or not c, `a b`]"})
+  for (const char* source :
+       {"[x, 1/2, 3.5, 2 + I, \"text\", f(y)^2 + 3*t[1, 2], {a, b, c}, x -> x^2, 'q', a .. b, u::v, m:-e]",
+        "[12345678901234567890, -7, x < y, a and b or not c, `a b`]"})
     records.push_back(written(parsed(source)));
   std::mt19937 random(5);
   int refused = 0;

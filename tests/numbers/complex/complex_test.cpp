@@ -1,16 +1,14 @@
 // Complex arithmetic: exact values against pairs of rationals, floats against the exact values.
 
-#include "numbers/complex/complex.h"
-
-#include <gtest/gtest.h>
-
 #include <cstdlib>
+#include <gtest/gtest.h>
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
 #include "kernel_fixture.h"
 #include "numbers/arithmetic.h"
+#include "numbers/complex/complex.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer_functions.h"
 #include "numbers/integer_oracle.h"
@@ -150,10 +148,15 @@ TEST(Complex, QuotientsAndSizesAreTheNearest) {
 
 TEST(Complex, FloatPartsFollowTheirExactValues) {
   const char* rows[][2] = {
-      {"(1.5 + 2*I)*(2 - I);", "5.0+2.5*I"}, {"(1. + I)^2;", "0.+2.*I"}, {"1/(1. + I);", ".5000000000-.5000000000*I"},
-      {"(3. + 4*I)/(1 + 2*I);", "2.200000000-.4000000000*I"}, {"abs(3. + 4*I);", "5.000000000"},
-      {"(2 + 3*I)^(-2);", "-5/169-12/169*I"}, {"I^3, I^(-1), (-I)^4;", "-I, -I, 1"},
-      {"(1 + I)*x - x*I;", "x"}, {"Complex(infinity, 0), Complex(0, undefined);", "infinity, undefined*I"},
+      {"(1.5 + 2*I)*(2 - I);", "5.0+2.5*I"},
+      {"(1. + I)^2;", "0.+2.*I"},
+      {"1/(1. + I);", ".5000000000-.5000000000*I"},
+      {"(3. + 4*I)/(1 + 2*I);", "2.200000000-.4000000000*I"},
+      {"abs(3. + 4*I);", "5.000000000"},
+      {"(2 + 3*I)^(-2);", "-5/169-12/169*I"},
+      {"I^3, I^(-1), (-I)^4;", "-I, -I, 1"},
+      {"(1 + I)*x - x*I;", "x"},
+      {"Complex(infinity, 0), Complex(0, undefined);", "infinity, undefined*I"},
   };
   for (auto [statement, shown] : rows) EXPECT_EQ(say(statement), shown) << statement;
 }

@@ -1,13 +1,12 @@
 // Each row of the tables for infinities, undefined values and zeros: the value, and the event it raises.
 
 #include <gtest/gtest.h>
-
 #include <string>
 
 #include "eval/simplify/simplify.h"
 #include "kernel_fixture.h"
-#include "numbers/float/float.h"
 #include "numbers/events/numeric_events.h"
+#include "numbers/float/float.h"
 #include "store/constants.h"
 #include "store/objects.h"
 #include "store/standard_names.h"
@@ -63,14 +62,10 @@ TEST(TrapTables, Sums) {
 
 TEST(TrapTables, Products) {
   const Row rows[] = {
-      {consfinf, consfinf, "Float(infinity)"},
-      {consfinf, consfminf, "Float(-infinity)"},
-      {consfminf, consfminf, "Float(infinity)"},
-      {consfinf, consf0, "Float(undefined) !1"},
-      {cons0, consfminf, "Float(undefined) !1"},
-      {consfinf, minusTwo(), "Float(-infinity)"},
-      {immediate(3), consfminf, "Float(-infinity)"},
-      {immediate(-3), consfminf, "Float(infinity)"},
+      {consfinf, consfinf, "Float(infinity)"},       {consfinf, consfminf, "Float(-infinity)"},
+      {consfminf, consfminf, "Float(infinity)"},     {consfinf, consf0, "Float(undefined) !1"},
+      {cons0, consfminf, "Float(undefined) !1"},     {consfinf, minusTwo(), "Float(-infinity)"},
+      {immediate(3), consfminf, "Float(-infinity)"}, {immediate(-3), consfminf, "Float(infinity)"},
       {consfNaN, two(), "Float(undefined)"},
   };
   expectRows(TrapFPROD, rows);
@@ -142,15 +137,14 @@ TEST(NumericEvents, HandlersAnswerAndFlagsStay) {
       {"NumericStatus(invalid_operation = false);", "invalid_operation = true"},
       {"NumericEventHandler(invalid_operation = exception);", "invalid_operation = default"},
       {"Float(infinity) - Float(infinity);", "Error, numeric exception: invalid operation"},
-      {"NumericEventHandler(invalid_operation = proc(o, operands, d) d end);",
-       "invalid_operation = exception"},
+      {"NumericEventHandler(invalid_operation = proc(o, operands, d) d end);", "invalid_operation = exception"},
       {"NumericEventHandler(invalid_operation = default):", ""},
-      {"eh := proc() NumericEventHandler(invalid_operation = exception); NumericEventHandler(invalid_operation) end:", ""},
+      {"eh := proc() NumericEventHandler(invalid_operation = exception); NumericEventHandler(invalid_operation) end:",
+       ""},
       {"eh();", "exception"},
       {"NumericEventHandler(invalid_operation);", "default"},
       {"NumericEventHandler(3);", "Error, event name or name=action expected"},
-      {"NumericEventHandler(overflow = 3);",
-       "Error, procedure, `default`, or `exception` expected for event handler"},
+      {"NumericEventHandler(overflow = 3);", "Error, procedure, `default`, or `exception` expected for event handler"},
       {"NumericEventHandler(nonsense);", "Error, invalid event name: `nonsense`"},
       {"NumericStatus(overflow = 3);", "Error, true or false expected for event value"},
       {"NumericStatus(3);", "Error, event name or name=value expected"},
@@ -168,14 +162,15 @@ TEST(NumericEvents, DirectedFunctions) {
       {"Unordered(1, 2), Unordered(undefined, 2), Unordered(1 + I, 2), Unordered(x, 2);",
        "false, true, true, Unordered(x,2)"},
       {"OrderedNE(1, 2), OrderedNE(2, 2.), OrderedNE(undefined, 1);", "true, false, false"},
-      {"CopySign(2., -1), CopySign(-2, 1), CopySign(2, -0.), CopySign(2, x);",
-       "-2., 2, -2, CopySign(2,x)"},
+      {"CopySign(2., -1), CopySign(-2, 1), CopySign(2, -0.), CopySign(2, x);", "-2., 2, -2, CopySign(2,x)"},
       {"NumericClass(infinity);", "And(extended_rational,positive,infinity)"},
       {"NumericClass(undefined);", "And(extended_rational,undefined)"},
       {"NumericClass(Float(-infinity));", "And(sfloat,negative,infinity)"},
       {"NumericClass(Float(undefined));", "And(sfloat,undefined)"},
-      {"NextAfter(1.5, 2);", "1.500000001"}, {"NextAfter(1.5, 1);", "1.499999999"},
-      {"NextAfter(1.5, 1.5);", "1.500000000"}, {"Scale10(1.5, 3), Scale2(1.5, 2);", ".15e4, 6.0"},
+      {"NextAfter(1.5, 2);", "1.500000001"},
+      {"NextAfter(1.5, 1);", "1.499999999"},
+      {"NextAfter(1.5, 1.5);", "1.500000000"},
+      {"Scale10(1.5, 3), Scale2(1.5, 2);", ".15e4, 6.0"},
       {"SFloatMantissa(1.25), SFloatExponent(1.25);", "125, -2"},
       {"Default0(), DefaultOverflow(1), DefaultUnderflow(-1);", "0., Float(infinity), -0."},
       {"frem(7.5, 2), frem(5, 3);", "-.5, -1."},

@@ -1,18 +1,16 @@
 // Float arithmetic against exact rational arithmetic that is rounded once, in every rounding mode.
 
-#include "numbers/float/float.h"
-
-#include <gtest/gtest.h>
-
 #include <cstdio>
 #include <cstring>
+#include <gtest/gtest.h>
 
-#include "numbers/arithmetic.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/simplify/simplify.h"
-#include "numbers/integer_oracle.h"
-#include "numbers/integer/integer_functions.h"
 #include "kernel_fixture.h"
+#include "numbers/arithmetic.h"
+#include "numbers/float/float.h"
+#include "numbers/integer/integer_functions.h"
+#include "numbers/integer_oracle.h"
 #include "store/constants.h"
 #include "store/standard_names.h"
 
@@ -48,8 +46,8 @@ std::string rounded(const Fraction& f, std::int64_t digits, Mode mode) {
   Big n, d;
   mpz_abs(n, const_cast<Big&>(f.numerator));
   mpz_abs(d, const_cast<Big&>(f.denominator));
-  bool negative = mpz_sgn(static_cast<mpz_srcptr>(f.numerator.value)) *
-                      mpz_sgn(static_cast<mpz_srcptr>(f.denominator.value)) < 0;
+  bool negative =
+      mpz_sgn(static_cast<mpz_srcptr>(f.numerator.value)) * mpz_sgn(static_cast<mpz_srcptr>(f.denominator.value)) < 0;
   if (mpz_sgn(static_cast<mpz_srcptr>(n.value)) == 0) return "0";
   // Scaled so that the quotient has `digits` digits.
   auto length = [](Big& x) { return static_cast<std::int64_t>(x.text().size()); };
@@ -116,9 +114,7 @@ DAG someFloat(Random& random, std::int64_t digits) {
 }
 
 /// Mostly a few digits; now and then as many as the methods for long numbers begin at.
-std::int64_t someDigits(Random& random, int i) {
-  return 1 + random.below(i % 251 == 0 ? 6000 : i % 20 == 0 ? 80 : 16);
-}
+std::int64_t someDigits(Random& random, int i) { return 1 + random.below(i % 251 == 0 ? 6000 : i % 20 == 0 ? 80 : 16); }
 
 TEST(Float, OperationsRoundOnceInEveryMode) {
   Random random(41);
@@ -132,8 +128,7 @@ TEST(Float, OperationsRoundOnceInEveryMode) {
       y = someFloat(random, digits / 2);
       x = simpl(newFLOAT(mulint(y[1], someFloat(random, digits / 2)[1]), x[2]));
     }
-    SCOPED_TRACE(text(x) + ", " + text(y) + " to " + std::to_string(digits) + " digits, mode " +
-                 std::to_string(i % 4));
+    SCOPED_TRACE(text(x) + ", " + text(y) + " to " + std::to_string(digits) + " digits, mode " + std::to_string(i % 4));
     Fraction a, b, f;
     setValue(a, x);
     setValue(b, y);
@@ -147,9 +142,7 @@ TEST(Float, OperationsRoundOnceInEveryMode) {
       std::int64_t es = LongLongValue(small[2]), el = LongLongValue(large[2]);
       return es + ilength(small[1]) < std::min(el, el + ilength(large[1]) - digits) - 1;
     };
-    std::string sum = negligible(y, x)   ? shown(x)
-                      : negligible(x, y) ? shown(y)
-                                         : rounded(f, digits, mode);
+    std::string sum = negligible(y, x) ? shown(x) : negligible(x, y) ? shown(y) : rounded(f, digits, mode);
     ASSERT_EQ(shown(evalfadd(x, y)), sum) << "sum";
     mpz_mul(f.numerator, a.numerator, b.numerator);
     ASSERT_EQ(shown(evalfmul(x, y)), rounded(f, digits, mode)) << "product";
@@ -261,12 +254,25 @@ TEST(Float, HypergeometricSumsAgreeWithMpfr) {
 
 TEST(Float, SpecialValuesAndBounds) {
   const char* rows[][2] = {
-      {"1.0/0.;", "Float(infinity)"}, {"-1.0/0.;", "Float(-infinity)"}, {"0./0.;", "Float(undefined)"},
-      {"Float(infinity) - Float(infinity);", "Float(undefined)"}, {"0.*Float(infinity);", "Float(undefined)"},
-      {"-0.;", "-0."}, {"-0. + 0.;", "0."}, {"1.5 - 1.5;", "0."}, {"2.^(-2);", ".2500000000"},
-      {"(-8.)^3;", "-512."}, {"4.^(1/2);", "2.000000000"}, {"1/4.;", ".2500000000"}, {"1.5 + 1/2;", "2.000000000"},
-      {"3 < 3.1;", "0 < .1"}, {"evalb(1/2 = 0.5);", "true"}, {"evalb(3 < 3.1);", "true"},
-      {"evalf(2/3, 4);", ".6667"}, {"Float(15, -1);", "1.5"}, {"Float(3, infinity);", "Float(infinity)"},
+      {"1.0/0.;", "Float(infinity)"},
+      {"-1.0/0.;", "Float(-infinity)"},
+      {"0./0.;", "Float(undefined)"},
+      {"Float(infinity) - Float(infinity);", "Float(undefined)"},
+      {"0.*Float(infinity);", "Float(undefined)"},
+      {"-0.;", "-0."},
+      {"-0. + 0.;", "0."},
+      {"1.5 - 1.5;", "0."},
+      {"2.^(-2);", ".2500000000"},
+      {"(-8.)^3;", "-512."},
+      {"4.^(1/2);", "2.000000000"},
+      {"1/4.;", ".2500000000"},
+      {"1.5 + 1/2;", "2.000000000"},
+      {"3 < 3.1;", "0 < .1"},
+      {"evalb(1/2 = 0.5);", "true"},
+      {"evalb(3 < 3.1);", "true"},
+      {"evalf(2/3, 4);", ".6667"},
+      {"Float(15, -1);", "1.5"},
+      {"Float(3, infinity);", "Float(infinity)"},
       {"abs(-2.5), max(1.5, 2, 1/2), trunc(-2.7);", "2.5, 2, -2"},
   };
   for (auto [statement, expected] : rows) EXPECT_EQ(say(statement), expected) << statement;

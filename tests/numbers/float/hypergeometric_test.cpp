@@ -1,9 +1,6 @@
 // The hypergeometric kernel against partial sums in exact rational arithmetic.
 
-#include "numbers/float/hypergeometric.h"
-
 #include <gtest/gtest.h>
-
 #include <vector>
 
 #include "eval/evaluate/evalf.h"
@@ -11,6 +8,7 @@
 #include "kernel_fixture.h"
 #include "numbers/arithmetic.h"
 #include "numbers/float/float.h"
+#include "numbers/float/hypergeometric.h"
 #include "numbers/integer_oracle.h"
 #include "store/constants.h"
 #include "store/objects.h"

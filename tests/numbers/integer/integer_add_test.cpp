@@ -24,8 +24,7 @@ TEST(IntegerAdd, SumsDifferencesAndOrderAgree) {
     DAG sum = addint(a, b);
     SCOPED_TRACE(decimal(a) + " + " + decimal(b));
     ASSERT_TRUE(VerifyInteger(sum));
-    for (std::uint64_t p : testPrimes)
-      ASSERT_EQ(residue(sum, p), (residue(a, p) + residue(b, p)) % p);
+    for (std::uint64_t p : testPrimes) ASSERT_EQ(residue(sum, p), (residue(a, p) + residue(b, p)) % p);
     if (!isImmediate(a) && hasTag(a, INTPOS) && !isImmediate(b) && hasTag(b, INTPOS)) {
       ASSERT_EQ(decimal(sum), sumOfTexts(decimal(a), decimal(b)));
     }

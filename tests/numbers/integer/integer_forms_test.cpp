@@ -1,5 +1,5 @@
-#include "numbers/integer_oracle.h"
 #include "kernel_fixture.h"
+#include "numbers/integer_oracle.h"
 
 namespace korel::test {
 namespace {
@@ -42,12 +42,14 @@ TEST(IntegerForms, ValuesAndLimits) {
         std::int32_t read = 0;
         std::string error = errorOf([&] { read = IntegerValue(n); });
         EXPECT_EQ(error, FitIntoWord(n) ? "" : word) << x;
-        if (error.empty()) { EXPECT_EQ(read, x); }
+        if (error.empty()) {
+          EXPECT_EQ(read, x);
+        }
         EXPECT_EQ(SoftIntEqual(n, static_cast<std::int32_t>(x)), FitIntoWord(n)) << x;
       }
   EXPECT_EQ(LongLongValue(integer("-9223372036854775808")), INT64_MIN);
-  for (const char* beyond : {"9223372036854775808", "-9223372036854775809", "99999999999999999999",
-                             "100000000000000000000"}) {
+  for (const char* beyond :
+       {"9223372036854775808", "-9223372036854775809", "99999999999999999999", "100000000000000000000"}) {
     EXPECT_FALSE(FitIntoLongLong(integer(beyond))) << beyond;
     EXPECT_EQ(errorOf([&] { LongLongValue(integer(beyond)); }), word) << beyond;
   }

@@ -1,7 +1,6 @@
-#include "numbers/integer/integer_functions.h"
-
-#include "numbers/integer_oracle.h"
 #include "kernel_fixture.h"
+#include "numbers/integer/integer_functions.h"
+#include "numbers/integer_oracle.h"
 #include "store/objects.h"
 
 namespace korel::test {

@@ -1,12 +1,11 @@
 // Greatest common divisors by halves against Lehmer's method.
 
-#include "numbers/integer/integer_half_gcd.h"
-
 #include <vector>
 
-#include "numbers/integer_oracle.h"
 #include "numbers/integer/integer_groups.h"
+#include "numbers/integer/integer_half_gcd.h"
 #include "numbers/integer/integer_lehmer.h"
+#include "numbers/integer_oracle.h"
 #include "store/objects.h"
 
 namespace korel::test {
@@ -40,9 +39,7 @@ std::pair<DAG, DAG> fibonacci(int k) {
   return {a, b};
 }
 
-void expectSame(DAG a, DAG b) {
-  ASSERT_EQ(decimal(igcd(a, b)), byLehmer(groupsOf(a), groupsOf(b)));
-}
+void expectSame(DAG a, DAG b) { ASSERT_EQ(decimal(igcd(a, b)), byLehmer(groupsOf(a), groupsOf(b))); }
 
 // A step keeps the gcd and makes the operands shorter, at every length, close to and far from each other.
 TEST(IntegerHalfGcd, AStepKeepsTheGcd) {

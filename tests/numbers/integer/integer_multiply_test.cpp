@@ -1,7 +1,7 @@
-#include "numbers/integer_oracle.h"
 #include "numbers/integer/integer_groups.h"
 #include "numbers/integer/integer_karatsuba.h"
 #include "numbers/integer/integer_transform.h"
+#include "numbers/integer_oracle.h"
 
 namespace korel::test {
 namespace {
@@ -11,8 +11,7 @@ std::string product(DAG (*method)(DAG, DAG, DAG), DAG a, DAG b) {
 }
 
 void expectResidues(DAG a, DAG b, DAG product) {
-  for (std::uint64_t p : testPrimes)
-    ASSERT_EQ(residue(product, p), timesModulo(residue(a, p), residue(b, p), p));
+  for (std::uint64_t p : testPrimes) ASSERT_EQ(residue(product, p), timesModulo(residue(a, p), residue(b, p), p));
 }
 
 // The columns of the school method, of Karatsuba's and the packed groups agree around every cut-over, in
@@ -80,10 +79,8 @@ TEST(IntegerMultiply, TransformAgreesWithTheSchoolMethod) {
   for (std::size_t n : {1, 2, 3, 7, 8, 12, 13, 16, 47, 48, 49, 95, 96, 97, 128, 300, 384, 400})
     for (bool largest : {false, true}) {
       std::vector<Group> a(n), b(n / 2 + 1), fast(n + b.size()), school(n + b.size());
-      for (Group& g : a)
-        g = largest ? groupBase - 1 : static_cast<Group>(random.below(std::int64_t{groupBase}));
-      for (Group& g : b)
-        g = largest ? groupBase - 1 : static_cast<Group>(random.below(std::int64_t{groupBase}));
+      for (Group& g : a) g = largest ? groupBase - 1 : static_cast<Group>(random.below(std::int64_t{groupBase}));
+      for (Group& g : b) g = largest ? groupBase - 1 : static_cast<Group>(random.below(std::int64_t{groupBase}));
       schoolProduct(school.data(), a.data(), n, b.data(), b.size());
       ASSERT_TRUE(transformProduct(fast.data(), a.data(), n, b.data(), b.size()));
       ASSERT_EQ(fast, school) << n;

@@ -1,13 +1,11 @@
-#include "store/check/dump.h"
-
 #include <gtest/gtest.h>
-
 #include <string>
 
 #include "eval/simplify/simplify.h"
 #include "kernel_fixture.h"
 #include "numbers/integer/integer.h"
 #include "store/allocator.h"
+#include "store/check/dump.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/names.h"
@@ -19,7 +17,8 @@ namespace {
 /// The dump of `x` with addresses that lead into the heap replaced by "@".
 std::string dumped(DAG x, int depth) {
   std::string text;
-  dumpObject(x, depth, [](void* out, const char* line) { *static_cast<std::string*>(out) += line; }, &text);
+  dumpObject(
+      x, depth, [](void* out, const char* line) { *static_cast<std::string*>(out) += line; }, &text);
   for (std::size_t at = 0; (at = text.find("0x", at)) != std::string::npos; ++at) {
     std::size_t end = text.find_first_not_of("0123456789abcdef", at + 2);
     Word word = static_cast<Word>(std::stoul(text.substr(at + 2), nullptr, 16));
@@ -35,17 +34,16 @@ TEST(Dump, ShowsFieldsByTheirKind) {
   DAG name = newLocalName("a\tname");
   DAG big = Newint(-2000000000);
   DAG list = new2(LIST, newSequence({name, big, cons1, DAG()}));
-  EXPECT_EQ(dumped(list, 2),
-            "@: LIST length 2" + generation() + "\n  [1] @: EXPSEQ length 5" + generation() +
-                "\n    [1] @: NAME \"a\\011name\"" + generation() + "\n      [1] 0\n      [2] @: EXPSEQ length 1" +
-                "\n    [2] @: INTNEG -2000000000" + generation() + "\n    [3] 1\n    [4] 0\n");
+  EXPECT_EQ(dumped(list, 2), "@: LIST length 2" + generation() + "\n  [1] @: EXPSEQ length 5" + generation() +
+                                 "\n    [1] @: NAME \"a\\011name\"" + generation() +
+                                 "\n      [1] 0\n      [2] @: EXPSEQ length 1" + "\n    [2] @: INTNEG -2000000000" +
+                                 generation() + "\n    [3] 1\n    [4] 0\n");
   EXPECT_EQ(dumped(list, 0), "@: LIST length 2" + generation() + "\n  [1] @: EXPSEQ length 5\n");
   DAG local = new2(LOCAL, DAG(3));
   EXPECT_EQ(dumped(local, 1), "@: LOCAL 3" + generation() + "\n");
   DAG binary = newl2(3, BINARY);
   rawField(binary, 1) = 7;
-  EXPECT_EQ(dumped(binary, 1), "@: BINARY length 3" + generation() +
-                                   "\n  [1] raw 7 (0x7)\n  [2] raw 0 (0x0)\n");
+  EXPECT_EQ(dumped(binary, 1), "@: BINARY length 3" + generation() + "\n  [1] raw 7 (0x7)\n  [2] raw 0 (0x0)\n");
 }
 
 TEST(Dump, ShowsFlagsAndLabels) {

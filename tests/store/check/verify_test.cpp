@@ -1,12 +1,10 @@
-#include "store/check/verify.h"
-
 #include <gtest/gtest.h>
-
 #include <string>
 
 #include "eval/simplify/simplify.h"
 #include "kernel_fixture.h"
 #include "numbers/integer/integer.h"
+#include "store/check/verify.h"
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/names.h"
@@ -73,8 +71,7 @@ TEST(Verify, EachFaultHasItsMessage) {
       {raw(LOCAL, {word(0)}), "s=P, s[1]=0, invalid LOCAL number"},
       {raw(PARAM, {word(-3)}), "s=P, s[1]=-3, invalid PARAM number"},
       {raw(LEXICAL, {word(0)}), "s=P, s[1]=0, invalid LEXICAL number"},
-      {raw(COMPLEX, {consf1, cons1}),
-       "s=P, COMPLEX type mismatch: ID(s[1])=FLOAT, ID(s[2])=INTPOS"},
+      {raw(COMPLEX, {consf1, cons1}), "s=P, COMPLEX type mismatch: ID(s[1])=FLOAT, ID(s[2])=INTPOS"},
       {procWith(1, sequence({cons1})), "s=P, s[1][1]=P invalid PROC parameter"},
       {procWith(3, sequence({cons1})), "s=P, s[3][1]=P invalid PROC option"},
       {procWith(6, sequence({x})), "s=P, s[6][1]=P invalid PROC description"},
@@ -135,8 +132,7 @@ TEST(RawObjects, GoThereAndBack) {
   EXPECT_EQ(say("assemble(\"x\");"), "Error, dagtag expected, but got x");
   EXPECT_EQ(say("assemble(LIST, y);"), "Error, integer expected, but got y");
   EXPECT_NE(say("assemble(1);").find("invalid INTNEG\nError, assembled object is invalid"), std::string::npos);
-  EXPECT_EQ(say("pointto(2);"),
-            "s=0x2, address out of range or misaligned\nError, object at address is invalid");
+  EXPECT_EQ(say("pointto(2);"), "s=0x2, address out of range or misaligned\nError, object at address is invalid");
 }
 
 // ---- copies

@@ -1,7 +1,4 @@
-#include "store/collect/collector.h"
-
 #include <gtest/gtest.h>
-
 #include <initializer_list>
 #include <string>
 
@@ -11,6 +8,7 @@
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
 #include "store/allocator.h"
+#include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/names.h"
@@ -22,8 +20,7 @@ namespace {
 std::int64_t freeWords() {
   std::int64_t words = 0;
   for (int i = 1; i < freeListCount; ++i)
-    for (Word b = freelist[i]; b != 0; b = wordAt(b))
-      words += freeSize(b);
+    for (Word b = freelist[i]; b != 0; b = wordAt(b)) words += freeSize(b);
   // Single words are on no list.
   for (Word chunk = allstorage; chunk != 0; chunk = wordAt(chunk))
     for (Word at = chunk + 8, end = chunk + 4 * wordAt(chunk + 4); at < end;) {
@@ -115,9 +112,9 @@ TEST(Collector, LargeHeapsAreCollectedWhenAsMuchMayBeDead) {
 // A short collection passes by what an earlier one has reached, but for what may have been written since. Each
 // round writes young objects into old ones of every changing kind and finds old objects again in new places.
 TEST(Collector, ShortCollectionsKeepWhatOldObjectsHaveComeToHold) {
-  sayAll({"slots := table():", "counted := proc() local n; n := []; proc(k) n := [op(n), g(k)^2]; nops(n) end end():",
-          "remembers := proc(k) option remember; [h(k), h(k) + 1] end:", "frozen := [f(1), {f(2)}, f(3) + z]:",
-          "gc():"});
+  sayAll(
+      {"slots := table():", "counted := proc() local n; n := []; proc(k) n := [op(n), g(k)^2]; nops(n) end end():",
+       "remembers := proc(k) option remember; [h(k), h(k) + 1] end:", "frozen := [f(1), {f(2)}, f(3) + z]:", "gc():"});
   for (int round = 1; round <= 40; ++round) {
     std::string k = std::to_string(round);
     say(("slots[" + k + "] := [f(" + k + "), z^" + k + ", frozen]:").c_str());
@@ -284,12 +281,11 @@ TEST(Collector, UniqueTablesAreInOrder) {
 // A program with every kind of state, collected after each statement.
 TEST(Collector, StressLeavesResultsAlone) {
   collectAlways = true;
-  std::string result = sayAll(
-      {"fib := proc(n) option remember; if n < 2 then n else fib(n-1) + fib(n-2) fi end:",
-       "t := table():", "for i to 20 do t[i] := fib(i) od:",
-       "c := proc() local k; k := 0; proc() k := k + 1 end end proc:", "c1 := c():", "c1():", "c1():",
-       "s := 0:", "for i to 20 do s := s + t[i] od:",
-       "s, c1(), fib(20), {op([f(1), g(2)])} minus {g(2)};"});
+  std::string result =
+      sayAll({"fib := proc(n) option remember; if n < 2 then n else fib(n-1) + fib(n-2) fi end:", "t := table():",
+              "for i to 20 do t[i] := fib(i) od:", "c := proc() local k; k := 0; proc() k := k + 1 end end proc:",
+              "c1 := c():", "c1():", "c1():", "s := 0:", "for i to 20 do s := s + t[i] od:",
+              "s, c1(), fib(20), {op([f(1), g(2)])} minus {g(2)};"});
   collectAlways = false;
   EXPECT_EQ(result, "17710, 3, 6765, {f(1)}");
   EXPECT_EQ(heapFault(), "");

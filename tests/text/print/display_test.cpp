@@ -1,18 +1,17 @@
 // Display preparation: printing procedures, tables by name and by value, objects left alone.
 
-#include "text/print/display.h"
-
 #include <gtest/gtest.h>
 
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "kernel_fixture.h"
 #include "numbers/integer/integer.h"
-#include "text/printed_text.h"
 #include "store/constants.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "text/print/display.h"
+#include "text/printed_text.h"
 
 namespace korel::test {
 namespace {
@@ -20,9 +19,7 @@ namespace {
 // Gives `name` a value for the time of a test.
 class Assigned {
  public:
-  Assigned(const char* name, DAG value) : name_(naminstall(name)), before_(name_[1]) {
-    name_[1] = value;
-  }
+  Assigned(const char* name, DAG value) : name_(naminstall(name)), before_(name_[1]) { name_[1] = value; }
   ~Assigned() { name_[1] = before_; }
   DAG name() const { return name_; }
 
@@ -37,8 +34,8 @@ DAG tableWith(DAG key, DAG value) {
 }
 
 TEST(Display, ObjectsWithNothingToReplaceStayTheSame) {
-  for (const char* source : {"x", "3", "1.5", "[x+y^2*f(z), {a, b}, \"s\"]", "x = 1 .. 2", "'f(x)'",
-                             "proc (x) x end", "PLOT(f(x))", "a.b.c[1]::integer"}) {
+  for (const char* source : {"x", "3", "1.5", "[x+y^2*f(z), {a, b}, \"s\"]", "x = 1 .. 2", "'f(x)'", "proc (x) x end",
+                             "PLOT(f(x))", "a.b.c[1]::integer"}) {
     DAG x = parsed(source);
     EXPECT_EQ(prtprepro(x, DisplayOf::result), x) << source;
     EXPECT_EQ(lprtprepro(newSequence({x}))[1], x) << source;
@@ -59,8 +56,7 @@ TEST(Display, CallsGoToTheirPrintingProcedure) {
 }
 
 TEST(Display, SharedPartsAreShownOnce) {
-  Assigned procedure("print/countf",
-                     parsed("proc (x) global counter; counter := counter+1; seen(x) end"));
+  Assigned procedure("print/countf", parsed("proc (x) global counter; counter := counter+1; seen(x) end"));
   Assigned counter("counter", cons0);
   EXPECT_EQ(text(prtprepro(parsed("[countf(a), h(countf(a)), countf(b)]"), DisplayOf::result)),
             "[seen(a), h(seen(a)), seen(b)]");

@@ -1,13 +1,11 @@
 // The character layer: where lines end, to the column.
 
-#include "text/print/emit.h"
-
 #include <gtest/gtest.h>
-
 #include <string>
 
-#include "text/printed_text.h"
 #include "store/long_string.h"
+#include "text/print/emit.h"
+#include "text/printed_text.h"
 
 namespace korel::test {
 namespace {
@@ -43,10 +41,8 @@ TEST(Emit, WordsMoveToALineOnWhichTheyFit) {
 }
 
 TEST(Emit, AWordInsideATokenLeavesRoomForTheMark) {
-  EXPECT_EQ(emitted(6, [] { EmitString("abc"), ++printAtomic, EmitToken("def"), --printAtomic; }),
-            "abc\\\ndef");
-  EXPECT_EQ(emitted(6, [] { EmitString("ab"), ++printAtomic, EmitToken("def"), --printAtomic; }),
-            "abdef");
+  EXPECT_EQ(emitted(6, [] { EmitString("abc"), ++printAtomic, EmitToken("def"), --printAtomic; }), "abc\\\ndef");
+  EXPECT_EQ(emitted(6, [] { EmitString("ab"), ++printAtomic, EmitToken("def"), --printAtomic; }), "abdef");
 }
 
 TEST(Emit, AnEscapeStaysTogether) {

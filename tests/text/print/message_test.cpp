@@ -1,16 +1,15 @@
 // Parameter marks of messages.
 
-#include "text/print/message.h"
-
 #include <gtest/gtest.h>
 
 #include "kernel_fixture.h"
 #include "numbers/integer/integer.h"
-#include "text/printed_text.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
 #include "text/print/convert_text.h"
+#include "text/print/message.h"
+#include "text/printed_text.h"
 
 namespace korel::test {
 namespace {
@@ -80,16 +79,12 @@ TEST(ConvertText, NamesAndStrings) {
 
 TEST(ConvertText, Formats) {
   DAG name = naminstall("a b");
-  EXPECT_EQ(
-      FormattedConvertToString("%a|%A|%s|%d|%%", newSequence({name, name, name, Newint(-12)})),
-      strinstall("`a b`|a b|a b|-12|%"));
+  EXPECT_EQ(FormattedConvertToString("%a|%A|%s|%d|%%", newSequence({name, name, name, Newint(-12)})),
+            strinstall("`a b`|a b|a b|-12|%"));
   EXPECT_EQ(FormattedConvertToString("f%a", Newint(3)), strinstall("f3"));
-  EXPECT_EQ(errorOf([&] { FormattedConvertToString("%a %a", name); }),
-            "number of parameters does not match format");
-  EXPECT_EQ(errorOf([&] { FormattedConvertToString("%d", name); }),
-            "integer expected for integer format");
-  EXPECT_EQ(errorOf([&] { ConvertToString(new2(LIST, newl2(3, BINARY))); }),
-            "unprintable data structure");
+  EXPECT_EQ(errorOf([&] { FormattedConvertToString("%a %a", name); }), "number of parameters does not match format");
+  EXPECT_EQ(errorOf([&] { FormattedConvertToString("%d", name); }), "integer expected for integer format");
+  EXPECT_EQ(errorOf([&] { ConvertToString(new2(LIST, newl2(3, BINARY))); }), "unprintable data structure");
 }
 
 }  // namespace

@@ -1,23 +1,21 @@
 // The printer: each kind of object as text, under every style.
 
-#include "text/print/printer.h"
-
-#include <gtest/gtest.h>
-
 #include <cmath>
+#include <gtest/gtest.h>
 #include <limits>
 #include <string>
 
 #include "eval/simplify/simplify.h"
-#include "session/interface.h"
 #include "kernel_fixture.h"
 #include "numbers/integer/integer.h"
-#include "text/printed_text.h"
+#include "session/interface.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "text/read/source.h"
+#include "text/print/printer.h"
 #include "text/print/sinks.h"
+#include "text/printed_text.h"
+#include "text/read/source.h"
 
 namespace korel::test {
 
@@ -26,19 +24,13 @@ std::string printed(DAG x, int flags, int width) {
   PrintKorel(x, appendTo, appendFailureTo, width, &result, flags);
   return result;
 }
-std::string printedRaw(const char* source, int flags) {
-  return printed(parsestring(source, 1), flags);
-}
-std::string printedSimple(const char* source, int flags) {
-  return printed(simpl(parsestring(source, 1)), flags);
-}
+std::string printedRaw(const char* source, int flags) { return printed(parsestring(source, 1), flags); }
+std::string printedSimple(const char* source, int flags) { return printed(simpl(parsestring(source, 1)), flags); }
 
 namespace {
 
 DAG named(const char* text) { return naminstall(text); }
-DAG flt(std::int32_t mantissa, std::int32_t exponent) {
-  return new3(FLOAT, Newint(mantissa), Newint(exponent));
-}
+DAG flt(std::int32_t mantissa, std::int32_t exponent) { return new3(FLOAT, Newint(mantissa), Newint(exponent)); }
 DAG pairs(Tag tag, std::initializer_list<DAG> fields) {
   DAG x = newl2(static_cast<Word>(fields.size() + 1), tag);
   Word i = 1;
@@ -54,9 +46,8 @@ struct Row {
 // ---- numbers
 
 TEST(Printer, Integers) {
-  for (const char* digits :
-       {"0", "7", "9999", "10000", "1073741823", "1073741824", "100000000", "1000000000000",
-        "10000000000000001", "123456789012345678901234567890", "10002000300040005000"}) {
+  for (const char* digits : {"0", "7", "9999", "10000", "1073741823", "1073741824", "100000000", "1000000000000",
+                             "10000000000000001", "123456789012345678901234567890", "10002000300040005000"}) {
     EXPECT_EQ(printedRaw(digits), digits);
     DAG negative = negateint(CopyAlg(parsestring(digits, 1)));
     if (negative == cons0) continue;
@@ -132,11 +123,9 @@ TEST(Printer, ComplexNumbers) {
   EXPECT_EQ(printed(imaginary(cons1), printProgramText), "Complex(1)");
 
   std::string unit = defaultNerinVariables.imaginaryunit;
-  std::snprintf(defaultNerinVariables.imaginaryunit, sizeof defaultNerinVariables.imaginaryunit,
-                "%s", "_i");
+  std::snprintf(defaultNerinVariables.imaginaryunit, sizeof defaultNerinVariables.imaginaryunit, "%s", "_i");
   EXPECT_EQ(printed(complex(cons1, consm1)), "1-_i");
-  std::snprintf(defaultNerinVariables.imaginaryunit, sizeof defaultNerinVariables.imaginaryunit,
-                "%s", unit.c_str());
+  std::snprintf(defaultNerinVariables.imaginaryunit, sizeof defaultNerinVariables.imaginaryunit, "%s", unit.c_str());
 }
 
 // ---- names and strings
@@ -144,8 +133,8 @@ TEST(Printer, ComplexNumbers) {
 TEST(Printer, WhatNeedsQuotes) {
   for (const char* bare : {"x", "_", "_x1", "a%b", "x2_", "%", "%%", "%x?$", "~a", "~1$_", "If"})
     EXPECT_FALSE(NeedsQuotes(bare)) << bare;
-  for (const char* quoted : {"", "if", "description", "end", "a b", "1", "2x", "a~b", "~", "~a%",
-                             "%a b", "a/b", "a.b", "\xc3\xa9", "x\n", "$"})
+  for (const char* quoted : {"", "if", "description", "end", "a b", "1", "2x", "a~b", "~", "~a%", "%a b", "a/b", "a.b",
+                             "\xc3\xa9", "x\n", "$"})
     EXPECT_TRUE(NeedsQuotes(quoted)) << quoted;
 }
 
@@ -320,13 +309,11 @@ TEST(Printer, Series) {
     return x;
   };
   DAG x = named("x"), half = new3(RATIONAL, consm1, Newint(2)), a = named("a");
-  EXPECT_EQ(printed(series(x, {{cons1, 0}, {cons1, 1}, {half, 2}, {order1, 3}})),
-            "series(1+x-1/2*x^2+O(x^3),x)");
-  EXPECT_EQ(printed(series(x, {{cons1, -2}, {Newint(3), 0}, {a, 1}})),
-            "series(x^(-2)+3*1+a*x,x,1)");
-  EXPECT_EQ(printed(series(pairs(SUM, {x, cons1, a, consm1}),
-                           {{pairs(SUM, {a, cons1, cons1, cons1}), 1}, {order1, 2}})),
-            "series((a+1)*(x-a)+O((x-a)^2),x=a)");
+  EXPECT_EQ(printed(series(x, {{cons1, 0}, {cons1, 1}, {half, 2}, {order1, 3}})), "series(1+x-1/2*x^2+O(x^3),x)");
+  EXPECT_EQ(printed(series(x, {{cons1, -2}, {Newint(3), 0}, {a, 1}})), "series(x^(-2)+3*1+a*x,x,1)");
+  EXPECT_EQ(
+      printed(series(pairs(SUM, {x, cons1, a, consm1}), {{pairs(SUM, {a, cons1, cons1, cons1}), 1}, {order1, 2}})),
+      "series((a+1)*(x-a)+O((x-a)^2),x=a)");
   EXPECT_EQ(printed(series(x, {})), "series(0,x)");
 }
 
@@ -343,11 +330,9 @@ TEST(Printer, ModularPolynomials) {
   EXPECT_EQ(printed(small(x, {3, 0, 1, 5})), "3+x^2+5*x^3");
   EXPECT_EQ(printed(small(x, {1, 1})), "1+x");
   EXPECT_EQ(printed(small(x, {})), "0");
-  DAG big =
-      pairs(ZPPOLY, {x, parsestring("100000000000", 1), Newint(2), parsestring("12345678901", 1)});
+  DAG big = pairs(ZPPOLY, {x, parsestring("100000000000", 1), Newint(2), parsestring("12345678901", 1)});
   EXPECT_EQ(printed(big), "2+(12345678901)*x");
-  DAG two = pairs(
-      ZPPOLY, {newSequence({x, y}), Newint(7), small(y, {1, 2}), small(y, {}), small(y, {0, 1})});
+  DAG two = pairs(ZPPOLY, {newSequence({x, y}), Newint(7), small(y, {1, 2}), small(y, {}), small(y, {0, 1})});
   EXPECT_EQ(printed(two), "modp2(ConvertIn(1+2*y+x^2*y,x),y)");
 }
 
@@ -396,16 +381,13 @@ TEST(Printer, Procedures) {
        "end",
        "proc (x) local a, b; global c; options remember, system; description \"d\"; "
        "a := x; b := a end proc"},
-      {"proc () option remember; nargs, args, procname end",
-       "proc () option remember; nargs, args, procname end proc"},
-      {"proc (x) local a; proc (y) a+x+y end end",
-       "proc (x) local a; proc (y) a+x+y end proc end proc"},
+      {"proc () option remember; nargs, args, procname end", "proc () option remember; nargs, args, procname end proc"},
+      {"proc (x) local a; proc (y) a+x+y end end", "proc (x) local a; proc (y) a+x+y end proc end proc"},
       {"x -> (x+1)^2", "proc (x) options operator, arrow; (x+1)^2 end proc"},
       {"proc (`a b`) `a b`^2 end", "proc (`a b`) `a b`^2 end proc"},
   };
   for (const Row& row : rows) EXPECT_EQ(printedSimple(row.source), row.text) << row.source;
-  EXPECT_EQ(printedRaw("module () local a; export b; a := 1 end"),
-            "module () local a; export b; a := 1 end module");
+  EXPECT_EQ(printedRaw("module () local a; export b; a := 1 end"), "module () local a; export b; a := 1 end module");
   EXPECT_EQ(printedRaw("module m () end"), "module m () end module");
   auto reference = [](Tag tag, int n) {
     DAG x = newl2(2, tag);
@@ -431,8 +413,7 @@ TEST(Printer, Statements) {
       {"x := y", "x := y"},
       {"x := x", "x := 'x'"},
       {"a, b := 1, 2", "a, b := 1, 2"},
-      {"for i from 2 by 3 to n while c do f(i) end do",
-       "for i from 2 by 3 to n while c do f(i) end do"},
+      {"for i from 2 by 3 to n while c do f(i) end do", "for i from 2 by 3 to n while c do f(i) end do"},
       {"for i to 3 do od", "for i to 3 do end do"},
       {"do x od", "do x end do"},
       {"while c do x; y od", "while c do x; y end do"},
@@ -447,8 +428,7 @@ TEST(Printer, Statements) {
       {"error \"x %1\", 3", "error \"x %1\", 3"},
       {"return", "return"},
       {"return a, b", "return a, b"},
-      {"try x catch \"a\", \"b\": y finally z end",
-       "try x catch \"a\", \"b\": y finally z end try"},
+      {"try x catch \"a\", \"b\": y finally z end", "try x catch \"a\", \"b\": y finally z end try"},
       {"try x catch: y end", "try x catch: y end try"},
       {"try x; y finally z end", "try x; y finally z end try"},
       {"use m, a=b in x end", "use m, a = b in x end use"},
@@ -466,8 +446,7 @@ TEST(Printer, Attributes) {
   DAG list = new3(LIST, newSequence({cons1}), named("foo"));
   EXPECT_EQ(printed(list), "[1]");
   EXPECT_EQ(printed(list, printProgramText), "setattribute([1],foo)");
-  DAG call =
-      newObject(FUNCTION, named("f"), newSequence({list}), newSequence({named("a"), named("b")}));
+  DAG call = newObject(FUNCTION, named("f"), newSequence({list}), newSequence({named("a"), named("b")}));
   EXPECT_EQ(printed(call, printProgramText), "setattribute(f(setattribute([1],foo)),a,b)");
   EXPECT_EQ(printed(new3(LIST, newSequence({cons1}), null), printProgramText), "[1]");
 
@@ -477,8 +456,7 @@ TEST(Printer, Attributes) {
   EXPECT_EQ(printed(assignment), "unprotect('v'); v := 1; protect('v')");
   EXPECT_EQ(printed(new2(STATSEQ, assignment)), "unprotect('v'); v := 1; protect('v')");
   name[2] = newSequence({named("foo"), named("protected")});
-  EXPECT_EQ(printed(assignment, printProgramText),
-            "unprotect('v'); v := 1; setattribute(v,foo); protect('v')");
+  EXPECT_EQ(printed(assignment, printProgramText), "unprotect('v'); v := 1; setattribute(v,foo); protect('v')");
   name[2] = newSequence({new3(EQUATION, named("modulename"), named("M"))});
   EXPECT_EQ(printed(name, printProgramText), "M:-v");
   EXPECT_EQ(printed(name), "v");
@@ -503,8 +481,7 @@ TEST(Printer, ListsWithASeparator) {
     PrintKorelList(x, appendTo, appendFailureTo, 0, &result, flags, separator);
     return result;
   };
-  DAG sequence =
-      newSequence({named("a b"), strinstall("s"), new2(LIST, newSequence({named("a b")}))});
+  DAG sequence = newSequence({named("a b"), strinstall("s"), new2(LIST, newSequence({named("a b")}))});
   EXPECT_EQ(printedList(sequence, printBareOutermost, ", "), "a b, \"s\", [`a b`]");
   EXPECT_EQ(printedList(sequence, 0, "|"), "`a b`|\"s\"|[`a b`]");
   EXPECT_EQ(printedList(null, 0, ", "), "");

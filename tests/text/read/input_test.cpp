@@ -1,17 +1,15 @@
-#include "text/read/input.h"
-
-#include <gtest/gtest.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstring>
+#include <gtest/gtest.h>
 #include <string>
+#include <unistd.h>
 
+#include "kernel_fixture.h"
 #include "session/driver.h"
 #include "session/interface.h"
-#include "kernel_fixture.h"
-#include "text/raw_object.h"
 #include "store/constants.h"
+#include "text/raw_object.h"
+#include "text/read/input.h"
 #include "text/read/source.h"
 
 namespace korel::test {
@@ -74,7 +72,7 @@ TEST(Input, ZeroBytesEndTheFile) {
 // Typed or piped input has no file to give up: the next line is read, also behind a comment or a shell
 // command with a zero byte in it.
 TEST(Input, ZeroBytesLoseNoLine) {
-  const std::string pieces[] = {"1;\n", std::string("2\0 3;\n", 6), "4;\n", std::string("# a\0b\n", 6),
+  const std::string pieces[] = {"1;\n", std::string("2\0 3;\n", 6),    "4;\n", std::string("# a\0b\n", 6),
                                 "5;\n", std::string("!true \0;\n", 9), "6;\n"};
   static std::string all;
   static std::size_t at;
@@ -167,8 +165,8 @@ TEST(Input, EchoFollowsTheSettings) {
     int quiet, echo;
     const char* shown;
   };
-  const Row rows[] = {{0, 0, ""},  {0, 1, ""},  {0, 2, "# c\n> \n> 1:"},
-                      {0, 3, "# c\n> \n> 1:"}, {1, 4, ""}, {0, 4, "# c\n> \n> 1:"}};
+  const Row rows[] = {
+      {0, 0, ""}, {0, 1, ""}, {0, 2, "# c\n> \n> 1:"}, {0, 3, "# c\n> \n> 1:"}, {1, 4, ""}, {0, 4, "# c\n> \n> 1:"}};
   for (const Row& row : rows) {
     defaultNerinVariables.quiet = row.quiet;
     defaultNerinVariables.echo = row.echo;
@@ -213,14 +211,13 @@ TEST(Input, ShellLinesRunUnlessSecure) {
 // Several statements on a line, one over several lines; what stands behind a `quit` or an error; and no
 // line is asked for before it is needed.
 TEST(Input, TheTerminalIsReadLineByLine) {
-  const char* const lines[] = {"a; b: c\n", " + d; \"e\n", "f\"; quit; g;\n", "1 ) 2; h;\n", "i;",
-                               nullptr};
+  const char* const lines[] = {"a; b: c\n", " + d; \"e\n", "f\"; quit; g;\n", "1 ) 2; h;\n", "i;", nullptr};
   struct Row {
     const char* object;
     int asked;
   };
-  const Row rows[] = {{"a", 1},       {"b", 1}, {"SUM(c,1,d,1)", 2}, {"\"e\nf\"", 3}, {"STOP()", 3},
-                      {"NULL", 3},    {"g", 3}, {"NULL", 4},         {"NULL", 4},     {"i", 5},
+  const Row rows[] = {{"a", 1},          {"b", 1},         {"SUM(c,1,d,1)", 2}, {"\"e\nf\"", 3}, {"STOP()", 3},
+                      {"NULL", 3},       {"g", 3},         {"NULL", 4},         {"NULL", 4},     {"i", 5},
                       {"CONTROL(1)", 5}, {"CONTROL(1)", 5}};
   Terminal terminal(lines);
   int statements = 0;

@@ -1,13 +1,11 @@
-#include "text/read/lexer.h"
-
-#include <gtest/gtest.h>
-
 #include <cstring>
+#include <gtest/gtest.h>
 #include <string>
 
 #include "frame/errors.h"
 #include "kernel_fixture.h"
 #include "text/raw_object.h"
+#include "text/read/lexer.h"
 #include "text/read/source.h"
 #include "text/read/tokens.h"
 
@@ -137,8 +135,7 @@ TEST(Lexer, ReservedWordsAreFoundBothWays) {
   for (const char* word : {"done", "quit", "stop"}) EXPECT_EQ(KeyWordToToken(word), T_QUIT);
   EXPECT_STREQ(TokenToKeyWord(T_QUIT), "done");
   EXPECT_STREQ(TokenToKeyWord(T_UNION), "minus");
-  for (const char* text : {"", "i", "e", "Do", "ifi", "an", "zz", "whilf"})
-    EXPECT_EQ(KeyWordToToken(text), 0) << text;
+  for (const char* text : {"", "i", "e", "Do", "ifi", "an", "zz", "whilf"}) EXPECT_EQ(KeyWordToToken(text), 0) << text;
   EXPECT_EQ(TokenToKeyWord(T_NAME), nullptr);
 }
 
@@ -214,8 +211,7 @@ TEST(Lexer, NumbersAreExact) {
     for (int after = 1; after <= 20; ++after) {
       std::string whole = std::string("98765432109876543210").substr(0, before);
       std::string part = std::string("00012345678901234567").substr(20 - after, after);
-      EXPECT_EQ(read(whole + "." + part),
-                "FLOAT(" + whole + part + "," + std::to_string(-after) + ")");
+      EXPECT_EQ(read(whole + "." + part), "FLOAT(" + whole + part + "," + std::to_string(-after) + ")");
     }
   std::string digits(500000, '3');
   EXPECT_EQ(read(digits + "." + digits), "FLOAT(" + digits + digits + ",-500000)");
@@ -255,9 +251,7 @@ TEST(Lexer, EndsOfStrings) {
   for (const char* clean : {"a;", "a:", "a; # b", "a;\n\n", "quit;"})
     EXPECT_EQ(outputOf([&] { parse(clean, 1); }), "") << clean;
   for (const char* more : {"a; b", "a;b", "a:\n\n c"})
-    EXPECT_EQ(outputOf([&] { parse(more, 1); }),
-              "Warning, extra characters at end of parsed string\n")
-        << more;
+    EXPECT_EQ(outputOf([&] { parse(more, 1); }), "Warning, extra characters at end of parsed string\n") << more;
 }
 
 }  // namespace

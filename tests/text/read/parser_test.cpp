@@ -1,15 +1,13 @@
-#include "text/read/parser.h"
-
 #include <gtest/gtest.h>
-
 #include <string>
 
 #include "frame/errors.h"
 #include "kernel_fixture.h"
-#include "text/raw_object.h"
+#include "store/append.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "store/append.h"
+#include "text/raw_object.h"
+#include "text/read/parser.h"
 #include "text/read/source.h"
 
 namespace korel::test {
@@ -103,8 +101,7 @@ TEST(Parser, Primaries) {
       {"\"\\n\\t\\\"\"", "\"\n\t\"\""},
       {"x -> x^2", "PROC(EXPSEQ(x),LIST(NULL),EXPSEQ(operator,arrow),NULL,PROD(x,2),NULL,NULL,NULL)"},
       {"() -> 1", "PROC(NULL,LIST(NULL),EXPSEQ(operator,arrow),NULL,1,NULL,NULL,NULL)"},
-      {"(x, y) -> if x then y fi",
-       "PROC(EXPSEQ(x,y),LIST(NULL),EXPSEQ(operator,arrow),NULL,IF(x,y),NULL,NULL,NULL)"},
+      {"(x, y) -> if x then y fi", "PROC(EXPSEQ(x,y),LIST(NULL),EXPSEQ(operator,arrow),NULL,IF(x,y),NULL,NULL,NULL)"},
       {"proc(a, b::t) local c, d::u; option o = 1; global g; description \"d\"; a end proc",
        "PROC(EXPSEQ(a,DCOLON(b,t)),LIST(EXPSEQ(c,DCOLON(d,u))),EXPSEQ(EQUATION(o,1)),NULL,a,"
        "EXPSEQ(\"d\"),EXPSEQ(g),NULL)"},
@@ -128,8 +125,7 @@ TEST(Parser, Statements) {
       {"if a then b elif c then d else e fi", "IF(a,b,c,d,e)"},
       {"if a then fi", "IF(a,NULL)"},
       {"try x end", "TRY(x)"},
-      {"try x catch \"a\", \"b\": y catch: w finally z end try",
-       "TRY(x,EXPSEQ(\"a\",\"b\"),y,NULL,w,z)"},
+      {"try x catch \"a\", \"b\": y catch: w finally z end try", "TRY(x,EXPSEQ(\"a\",\"b\"),y,NULL,w,z)"},
       {"try x finally z end", "TRY(x,z)"},
       {"error", "ERROR(NULL)"},
       {"error \"m\", 1", "ERROR(EXPSEQ(\"m\",1))"},
@@ -182,8 +178,7 @@ TEST(Parser, ErrorsNameWhatWasUnexpected) {
   };
   for (auto [source, message] : rows) {
     std::string error = parsed(source);
-    EXPECT_EQ(error.substr(0, error.rfind(" (")), "incorrect syntax in parse: " + std::string(message))
-        << source;
+    EXPECT_EQ(error.substr(0, error.rfind(" (")), "incorrect syntax in parse: " + std::string(message)) << source;
   }
 }
 

@@ -1,34 +1,32 @@
 // Objects to text and back: random expressions, raw and simplified, and what printing leaves
 // behind.
 
-#include <gtest/gtest.h>
-#include <rapidcheck.h>
-
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <random>
+#include <rapidcheck.h>
 #include <set>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 #include "eval/simplify/simplify.h"
-#include "library/save.h"
 #include "frame/output.h"
 #include "kernel_fixture.h"
-#include "session/reset_hooks.h"
+#include "library/save.h"
 #include "numbers/integer/integer.h"
-#include "text/printed_text.h"
 #include "program_generator.h"
 #include "random_expressions.h"
+#include "session/reset_hooks.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
 #include "text/print/printer.h"
+#include "text/printed_text.h"
 #include "text/read/input.h"
 #include "text/read/source.h"
 
@@ -43,8 +41,7 @@ void collectWords(DAG x, std::set<Word>& seen, std::vector<Word>& words) {
   if (!isObject(x) || !seen.insert(x.word).second) return;
   words.push_back(headerWord(x));
   for (Word i = 1; i < lengthOf(x); ++i) {
-    bool raw =
-        hasTag(x, INTPOS) || hasTag(x, INTNEG) || ((hasTag(x, NAME) || hasTag(x, STRING)) && i > 2);
+    bool raw = hasTag(x, INTPOS) || hasTag(x, INTNEG) || ((hasTag(x, NAME) || hasTag(x, STRING)) && i > 2);
     if (raw) {
       words.push_back(rawField(x, i));
     } else {
@@ -69,8 +66,7 @@ TEST(RoundTrip, SimplifiedObjectsReadBackAsThemselves) {
     std::string text = printed(object);
     DAG again;
     std::string error = errorOf([&] { again = nerintokorel(readBack(text)); });
-    if (!error.empty() || again != object)
-      RC_LOG() << showRecipe(r) << "\n  prints " << text << "\n";
+    if (!error.empty() || again != object) RC_LOG() << showRecipe(r) << "\n  prints " << text << "\n";
     RC_ASSERT(error == "");
     RC_ASSERT(printed(again) == text);
     RC_ASSERT(again == object);
@@ -86,8 +82,8 @@ TEST(RoundTrip, RawObjectsReadBackAsTheSameValue) {
     DAG again;
     std::string error = errorOf([&] { again = nerintokorel(readBack(text)); });
     if (!error.empty() || again != object)
-      RC_LOG() << text << "\n  is " << printed(object) << ", reads as "
-               << (error.empty() ? printed(again) : error) << "\n";
+      RC_LOG() << text << "\n  is " << printed(object) << ", reads as " << (error.empty() ? printed(again) : error)
+               << "\n";
     RC_ASSERT(error == "");
     RC_ASSERT(again == object);
   }));
@@ -122,8 +118,7 @@ TEST(RoundTrip, PrintingChangesNoWord) {
     RC_ASSERT(allWords(object) == before);
   }));
   DAG tilde = naminstall("n~");
-  DAG quotient = newObject(PROD, tilde, NewSoftInt(Newint(-3)), naminstall("y"),
-                           simpl(parsestring("-1/2", 1)));
+  DAG quotient = newObject(PROD, tilde, NewSoftInt(Newint(-3)), naminstall("y"), simpl(parsestring("-1/2", 1)));
   auto before = allWords(quotient);
   EXPECT_EQ(printed(quotient), "1/n^3/y^(1/2)");
   EXPECT_EQ(allWords(quotient), before);
@@ -131,13 +126,12 @@ TEST(RoundTrip, PrintingChangesNoWord) {
 
 // Procedures and statements: the text of the text is the same text.
 TEST(RoundTrip, ProgramsPrintTheSameAgain) {
-  for (const char* source :
-       {"proc (x::integer, y) local a, i; option remember; a := 0; for i from 2 to x while a < 9 "
-        "do if "
-        "i > y then a := a+i elif i = 3 then next else break fi od; try f(a) catch \"e\": error "
-        "finally g() end; a||i := [nargs, args]; return a, procname end",
-        "module () local a, b; export f; a := 1; f := proc (n) a*n! end; b := x -> x+a end",
-        "proc () local x; use `+` = g in x := 1+2 end; read \"file\"; save x, y; quit end"}) {
+  for (const char* source : {"proc (x::integer, y) local a, i; option remember; a := 0; for i from 2 to x while a < 9 "
+                             "do if "
+                             "i > y then a := a+i elif i = 3 then next else break fi od; try f(a) catch \"e\": error "
+                             "finally g() end; a||i := [nargs, args]; return a, procname end",
+                             "module () local a, b; export f; a := 1; f := proc (n) a*n! end; b := x -> x+a end",
+                             "proc () local x; use `+` = g in x := 1+2 end; read \"file\"; save x, y; quit end"}) {
     std::string once = printedRaw(source);
     EXPECT_EQ(printedRaw(once.c_str()), once);
     std::string simple = printedSimple(source);
@@ -185,8 +179,7 @@ TEST(RoundTrip, StatementsReadBackAsThemselves) {
   for (int program = 0; program < 300; ++program) {
     std::vector<std::uint8_t> bytes(200);
     for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(random() >> 8);
-    for (const std::string& statement : fuzz::programOf(bytes.data(), bytes.size()))
-      expectReadsBack(statement);
+    for (const std::string& statement : fuzz::programOf(bytes.data(), bytes.size())) expectReadsBack(statement);
     if (program % 50 == 0) gc();
   }
 }
@@ -195,9 +188,9 @@ TEST(RoundTrip, StatementsReadBackAsThemselves) {
 
 /// A text in which something means more than itself to the printer, the reader of lines, or the lexer.
 std::string randomText(std::mt19937& random) {
-  static const std::string pieces[] = {"kq", "b1", "_",  "%",  "$",  "?",  "!",    "#",    "~",  "~",  " ",
-                                       "\t", "\n", "\\", "`",  "\"", "'",  "\x1b", "\x01", "&*", "if", "end",
-                                       ";",  "\r", "||", ".",  "1",  "\xc3\xa9", "\xe2\x82\xac", "\xff"};
+  static const std::string pieces[] = {
+      "kq", "b1", "_",    "%",    "$",  "?",  "!",   "#", "~",  "~",  " ", "\t", "\n",       "\\",           "`",
+      "\"", "'",  "\x1b", "\x01", "&*", "if", "end", ";", "\r", "||", ".", "1",  "\xc3\xa9", "\xe2\x82\xac", "\xff"};
   std::string text;
   std::size_t length = random() % 4 == 0 ? random() % 120 : random() % 6;
   while (text.size() < length) text += pieces[random() % std::size(pieces)];

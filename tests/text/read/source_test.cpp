@@ -1,13 +1,11 @@
-#include "text/read/source.h"
-
-#include <gtest/gtest.h>
-#include <unistd.h>
-
 #include <cstdio>
+#include <gtest/gtest.h>
 #include <string>
+#include <unistd.h>
 
 #include "kernel_fixture.h"
 #include "text/read/input.h"
+#include "text/read/source.h"
 
 namespace korel::test {
 namespace {
@@ -49,7 +47,13 @@ TEST(Source, TwoByteFilesHoldAscii) {
 }
 
 TEST(Source, WhatIsNoTextIsRefused) {
-  File empty(""), binary("\x7f" "ELF"), half("\xff" "1;");
+  File empty(""),
+      binary(
+          "\x7f"
+          "ELF"),
+      half(
+          "\xff"
+          "1;");
   EXPECT_EQ(empty.read(), "Error, \"" + std::string(empty.path) + "\" is an empty file");
   EXPECT_EQ(binary.read(), "Error, \"" + std::string(binary.path) + "\" is not a text file");
   EXPECT_EQ(half.read(), "Error, \"" + std::string(half.path) + "\" is not a text file");
@@ -61,7 +65,8 @@ TEST(Source, WhatIsNoTextIsRefused) {
 TEST(Source, ErrorsShowTheLine) {
   std::string shown = File("1;\n\tx := := 2; 3;\n4;\n").read();
   EXPECT_EQ(shown.substr(0, shown.find("Error, while")),
-            "1\nError, on line 2, syntax error, `:=` unexpected:\n\tx := := 2; 3;\n\t      ^\n") << shown;
+            "1\nError, on line 2, syntax error, `:=` unexpected:\n\tx := := 2; 3;\n\t      ^\n")
+      << shown;
   std::string longLine = File(std::string(200, ' ') + "a b;\n").read();
   std::size_t caret = longLine.find('^');
   ASSERT_NE(caret, std::string::npos);
