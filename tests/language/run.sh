@@ -25,6 +25,7 @@ if [ -n "${UPDATE:-}" ]; then
   exit 0
 fi
 actual=$scratch/actual.out
+ulimit -f 65536 # a script that runs away ends here, not with the disk
 # shellcheck disable=SC2086
 "$program" $switches < "$script" > "$actual" 2>&1
 status=$?

@@ -1,8 +1,8 @@
 #pragma once
 // Environment variables: names whose value belongs to the running procedure.
 //
-// The values stand in the frame's block (frame/environment_block.h). `HashEnv` holds the fixed names, found by a perfect hash of their
-// first characters; names that begin with `_Env` are the open kind.
+// The values stand in the frame's block (frame/environment_block.h). `HashEnv` holds the fixed names, found by a
+// perfect hash of their first characters; names that begin with `_Env` are the open kind.
 
 #include <cstring>
 

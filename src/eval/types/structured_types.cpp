@@ -92,8 +92,10 @@ constexpr HeadRow headRows[] = {
        return isComplex(e) && !hasZeroImaginaryPart(e) && partsMatch(e, args[1]); }},
     {"complex",            1, 1,        [](DAG e, DAG args) {
        return isComplex(e) && isRealClass(args[1]) ? partsMatch(e, args[1]) : type(e, args[1]); }},
-    {"polynom",            1, 2,        [](DAG e, DAG args) { return matchesPolynomial(PolynomialForm::polynomial, e, args); }},
-    {"ratpoly",            1, 2,        [](DAG e, DAG args) { return matchesPolynomial(PolynomialForm::rationalFunction, e, args); }},
+    {"polynom",            1, 2,        [](DAG e, DAG args) {
+       return matchesPolynomial(PolynomialForm::polynomial, e, args); }},
+    {"ratpoly",            1, 2,        [](DAG e, DAG args) {
+       return matchesPolynomial(PolynomialForm::rationalFunction, e, args); }},
     {"identical",          1, 1,        [](DAG e, DAG args) { return simpl(args[1]) == e; }},
     {"anyfunc",            0, anyCount, [](DAG e, DAG args) {
        return isTag(e, FUNCTION) && membersMatch(e[2], args); }},

@@ -15,7 +15,8 @@ bool everyOperand(DAG e, DAG t);
 /// A value that answers by a call: a PROC, or a `readlib` call that brings one.
 bool isTypeProcedure(DAG value);
 /// The answer of head(e, rest...), for the type that messages call `t`. `head` is evaluated as the head
-/// of a call. False for parts of a procedure's body that are no values. Error: "result from type `%1` must be true or false".
+/// of a call. False for parts of a procedure's body that are no values.
+/// Error: "result from type `%1` must be true or false".
 bool callTypeProcedure(DAG head, DAG e, DAG rest, DAG t);
 
 [[noreturn]] void invalidType();

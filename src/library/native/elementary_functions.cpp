@@ -62,7 +62,8 @@ DAG powersOf(DAG y, Word count, std::int64_t p) {
   return powers;
 }
 
-// sum of y^k / (d(1)...d(k)) for k < terms. Within a block the terms lie one division apart, and the blocks one product.
+// sum of y^k / (d(1)...d(k)) for k < terms. Within a block the terms lie one division apart, and the blocks
+// one product.
 DAG taylorSum(DAG y, std::int64_t terms, std::int64_t (*divisor)(std::int64_t k), std::int64_t p) {
   const auto block = static_cast<Word>(std::sqrt(static_cast<double>(terms))) + 1;
   DAG powers = powersOf(y, block, p);
@@ -348,7 +349,8 @@ DAG native::evalfArccos(const BuiltinCall& call) {
   return rounded(angleOf(complementOf(x, digits), x, digits));
 }
 
-// |x|^y for an x that isn't 0: e^(y ln |x|), the logarithm with as many more digits as its product has before the point.
+// |x|^y for an x that isn't 0: e^(y ln |x|), the logarithm with as many more digits as its product has before
+// the point.
 DAG native::evalfPower(const BuiltinCall& call) {
   const Exact x = numberArgument(call, 1), y = numberArgument(call, 2);
   if (isZero(x)) wrongParameters(call);

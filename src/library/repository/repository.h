@@ -48,7 +48,8 @@ DAG ObjectNameToObjectRef(RepositoryDesc* r, DAG object);
 void AddObjectToPendingWrites(RepositoryDesc* r, DAG reference);
 
 /// `save` into the library directory `dir`: `count` objects of the EXPSEQ `list`. False when `dir` is no member of
-/// `libname`. Errors: "only named objects can be saved", "`%1` cannot be saved into a library: its name is no file name",
+/// `libname`. Errors: "only named objects can be saved",
+/// "`%1` cannot be saved into a library: its name is no file name",
 /// "libname cannot be saved into a library", those of writing.
 bool SaveInRepository(DAG list, Word count, DAG dir);
 

@@ -3,8 +3,8 @@
 //
 // A long operation packs its operands, works on groups (numbers/integer/integer_groups.h), and cuts what comes out
 // down to the digits asked for: the rounded mantissa is the only object made. What lies below those digits
-// is looked at as far as the rounding needs it. Operands are integers in either form. Short of events, which are the callers' part, each result
-// is the exact one rounded once under `Rounding`.
+// is looked at as far as the rounding needs it. Operands are integers in either form. Short of events, which
+// are the callers' part, each result is the exact one rounded once under `Rounding`.
 
 #include <cstdint>
 

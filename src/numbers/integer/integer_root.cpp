@@ -110,7 +110,8 @@ Group halve(Group* r, const Group* a, std::size_t n, Group q) {
 /// remainder stays in a's n lowest groups with the carry returned above them; a's upper half is lost.
 std::int64_t rootGroups(Group* s, Group* a, std::size_t n) {
   if (n < halvingGroups) return columnRoot(s, a, n, true);
-  // A step of Newton's method: the root of the upper half of the groups, and its remainder divided by twice the root for the rest.
+  // A step of Newton's method: the root of the upper half of the groups, and its remainder divided by twice
+  // the root for the rest.
   const Group one = 1;
   const std::size_t l = n / 2, h = n - l;
   auto q = static_cast<Group>(rootGroups(s + l, a + 2 * l, h));
