@@ -13,7 +13,7 @@
 #include "eval/statements/statements.h"
 #include "eval/tables/tables.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "numbers/integer/integer.h"
 #include "rtable/create.h"
 #include "rtable/element_access.h"

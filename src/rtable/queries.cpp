@@ -5,7 +5,7 @@
 #include "eval/simplify/simplify.h"
 #include "eval/structure/operands.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "numbers/integer/integer.h"
 #include "rtable/element_access.h"
 #include "rtable/element_formats.h"

@@ -5,7 +5,7 @@
 #include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
 #include "rtable/create.h"

@@ -10,7 +10,7 @@
 #include "eval/structure/equality.h"
 #include "eval/structure/kinds.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "rtable/element_access.h"
 #include "rtable/element_formats.h"
 #include "rtable/queries.h"

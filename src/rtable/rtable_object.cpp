@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <sys/mman.h>
 
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"

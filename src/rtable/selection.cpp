@@ -3,7 +3,7 @@
 #include "eval/simplify/simplify.h"
 #include "eval/walk/has.h"
 #include "frame/errors.h"
-#include "frame/long_operation.h"
+#include "frame/interrupts.h"
 #include "numbers/integer/integer.h"
 #include "rtable/create.h"
 #include "rtable/element_access.h"
