@@ -37,6 +37,8 @@
 #include "library/retrieve.h"
 #include "numbers/float/float_builtins.h"
 #include "numbers/integer/integer_builtins.h"
+#include "rtable/create.h"
+#include "rtable/queries.h"
 #include "session/kernelopts.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
@@ -57,8 +59,8 @@ constexpr Builtin builtins[] = {
     {"ASSERT",                  unevaluated, builtin::ASSERT},
     {"*",                       simplified,  builtin::timesOperator},
     {"**",                      simplified,  builtin::powerOperator},
-    {"Array",                   simplified,  nullptr},
-    {"ArrayOptions",            simplified,  nullptr},
+    {"Array",                   simplified,  builtin::Array},
+    {"ArrayOptions",            simplified,  builtin::ArrayOptions},
     {"||",                      simplified,  builtin::catenate},
     {"^",                       simplified,  builtin::powerOperator},
     {"CopySign",                simplified,  builtin::CopySign},
@@ -193,14 +195,14 @@ constexpr Builtin builtins[] = {
     {"readlib",                 simplified,  builtin::readlib},
     {"remove",                  simplified,  builtin::remove},
     {"rhs",                     members,     builtin::rhs},
-    {"rtable",                  simplified,  nullptr},
+    {"rtable",                  simplified,  builtin::rtable},
     {"rtableInfo",              simplified,  nullptr},
-    {"rtable_indfns",           simplified,  nullptr},
+    {"rtable_indfns",           simplified,  builtin::rtable_indfns},
     {"rtable_is_zero",          simplified,  nullptr},
-    {"rtable_normalize_index",  simplified,  nullptr},
-    {"rtable_num_dims",         simplified,  nullptr},
-    {"rtable_num_elems",        simplified,  nullptr},
-    {"rtable_options",          simplified,  nullptr},
+    {"rtable_normalize_index",  simplified,  builtin::rtable_normalize_index},
+    {"rtable_num_dims",         simplified,  builtin::rtable_num_dims},
+    {"rtable_num_elems",        simplified,  builtin::rtable_num_elems},
+    {"rtable_options",          simplified,  builtin::rtable_options},
     {"rtable_scanblock",        simplified,  nullptr},
     {"rtable_sort_indices",     simplified,  nullptr},
     {"searchtext",              members,     builtin::searchtext},

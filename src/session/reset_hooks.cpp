@@ -14,6 +14,7 @@
 #include "library/repository/lookup.h"
 #include "library/repository/repository.h"
 #include "library/search_path.h"
+#include "rtable/rtable_object.h"
 #include "session/evaluator_start.h"
 
 namespace korel {
@@ -29,6 +30,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeEvaluator},
     {HookMoment::initialised, initializeNative},
     {HookMoment::initialised, initializeLibrary},
+    {HookMoment::initialised, initializeRTables},
     {HookMoment::everyStatement, ResetDotMIO},
     {HookMoment::everyStatement, doubtDirectoryContents},
     {HookMoment::everyStatement, ResetSimplifier},

@@ -15,6 +15,7 @@
 #include "eval/tables/tables.h"
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
+#include "rtable/rtable_kind.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"
 #include "store/generations.h"
@@ -58,6 +59,13 @@ DAG moduleMember(DAG module, DAG index, DAG* lastName) {
 
 bool isHiddenEntry(DAG value) { return isTag(value, PROC) || isTag(value, TABLE); }
 
+// Value of what stands in a container. Without `lastName` tables and procedures stay hidden behind the reference.
+DAG entryValue(DAG x, DAG entry, DAG index, DAG name, DAG* lastName) {
+  DAG value = eval(entry, lastName);
+  if (lastName == nullptr && isHiddenEntry(value) && isNameOrIndexed(name)) return simpl(withParts(x, name, index));
+  return value;
+}
+
 // Value of an entry of the TABLE `table`.
 DAG tableEntry(DAG x, DAG table, DAG index, DAG name, DAG* lastName) {
   auto reference = [&] { return simpl(withParts(x, name, index)); };
@@ -66,9 +74,14 @@ DAG tableEntry(DAG x, DAG table, DAG index, DAG name, DAG* lastName) {
   const DAG entry = found.value;
   if (entry == absent) return reference();
   if (found.byProcedure || isTag(x[1], LOCAL)) return entry;
-  DAG value = eval(entry, lastName);
-  if (lastName == nullptr && isHiddenEntry(value) && isNameOrIndexed(name)) return reference();
-  return value;
+  return entryValue(x, entry, index, name, lastName);
+}
+
+// Value of an element of an rtable; blocks are rtables, which are their own value.
+DAG elementValue(DAG x, DAG element, DAG index, DAG name, DAG* lastName) {
+  if (isImmediate(element) || isTag(element, RTABLE)) return element;
+  if (lastName != nullptr && isNameOrIndexed(name)) *lastName = simpl(withParts(x, name, index));
+  return isTag(x[1], LOCAL) ? simpl(mvalue(element)) : entryValue(x, element, index, name, lastName);
 }
 
 }  // namespace
@@ -179,6 +192,25 @@ DAG plainEntry(DAG x, const Base& base, DAG* lastName) {
   return tableEntry(x, base.value, key == x[2][1] ? x[2] : singleSequence(key), base.name, lastName);
 }
 
+// The evaluated index into an rtable; where integers tell an element that is its own value, that element instead, and
+// no sequence of the index is made. Who wants the name of the element gets the index.
+struct Place {
+  DAG index, element;
+};
+constexpr TagSet ownValueTags = realTags | TagSet{STRING};
+Place placeIn(DAG rtable, DAG index, bool wantsName) {
+  constexpr Word mostIndices = 3;
+  const Word n = isSequence(index) ? lengthOf(index) - 1 : 0;
+  if (n == 0 || n > mostIndices) return {isSequence(index) ? evaluatedSequence(index) : simpl(eval(index)), DAG()};
+  DAG values[mostIndices];
+  for (Word k = 0; k < n; ++k) values[k] = simpl(evalOperand(index[k + 1]));
+  DAG element = wantsName ? DAG() : elementAtIntegers(rtable, values, n);
+  if (element && (isImmediate(element) || isAmong(element, ownValueTags))) return {DAG(), element};
+  DAG evaluated = newl2(n + 1, EXPSEQ);
+  for (Word k = 0; k < n; ++k) evaluated[k + 1] = values[k];
+  return {simpl(evaluated), DAG()};
+}
+
 // A reference to what nothing is selected from.
 DAG standingReference(DAG x, const Base& base, DAG index, DAG* lastName) {
   const bool named = isNameOrIndexed(base.name);
@@ -204,10 +236,18 @@ DAG evalTableReference(DAG x, DAG* lastName) {
       break;
     default: break;
   }
-  DAG index = isSequence(x[2]) ? evaluatedSequence(x[2]) : simpl(eval(x[2]));
+  DAG index;
+  if (hasTag(value, RTABLE)) {
+    const Place place = placeIn(value, x[2], lastName != nullptr);
+    if (place.element) return place.element;
+    index = place.index;
+  } else {
+    index = isSequence(x[2]) ? evaluatedSequence(x[2]) : simpl(eval(x[2]));
+  }
   if (hasTag(value, TABLE)) return tableEntry(x, value, index, base.name, lastName);
   if (auto select = kindOf(value).index)
-    if (DAG part = select(value, index)) return part;
+    if (DAG part = select(value, index))
+      return hasTag(value, RTABLE) ? elementValue(x, part, index, base.name, lastName) : part;
   return standingReference(x, base, index, lastName);
 }
 

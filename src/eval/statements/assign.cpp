@@ -16,6 +16,7 @@
 #include "library/repository/lookup.h"
 #include "library/retrieve.h"
 #include "numbers/integer/integer.h"
+#include "rtable/rtable_kind.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/names.h"
@@ -134,6 +135,9 @@ void assignTableEntry(DAG t, DAG v) {
     case MODULE: return assignModuleMember(t, container, v);
     case LIST: return assignListMember(t, base, container, v);
     case ZPPOLY: KernelException("cannot assign to a zppoly index");
+    case RTABLE:
+      if (removal) refuseUnassignment(container);
+      return korelindex(index, base, container, v);
     default:
       if (!removal) korelindex(index, base, container, v);
       else if (isName(container)) assign(container, maketable(DAG(), null));
@@ -203,6 +207,8 @@ bool assignPlainEntry(DAG target, DAG v) {
   if (name[2] == null && isTag(table, TABLE) && !(single && isTag(key, EXPSEQ))) {
     if (table[tableFunction] == null) storeDirectly(key, table, v);
     else assignEntry(single ? singleSequence(key) : key, name, table, v);
+  } else if (name[2] == null && single && isTag(table, RTABLE) && storeAtInteger(table, key, v)) {
+    return true;
   } else {
     assign(simpl(new3(TABLEREF, name, single ? singleSequence(key) : key)), v);
   }

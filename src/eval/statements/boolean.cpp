@@ -6,6 +6,7 @@
 #include "eval/evaluate/operand.h"
 #include "eval/simplify/bindings.h"
 #include "eval/simplify/simplify.h"
+#include "eval/structure/equality.h"
 #include "eval/types/types.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
@@ -113,6 +114,7 @@ bool areEqual(DAG a, DAG b) {
       return isZero(simpl(add(a, simpl(negate(b)))));
     }
     if (isTag(a, PROC) && isTag(b, PROC)) return proceduresEqual(a, b);
+    if (isTag(a, RTABLE) && isTag(b, RTABLE)) return Equal(a, b);
     DAG memberA = singleMember(a), memberB = singleMember(b);
     if (memberA == a && memberB == b) return false;
     a = memberA;

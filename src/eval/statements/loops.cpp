@@ -12,6 +12,7 @@
 #include "frame/output.h"
 #include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
+#include "rtable/rtable_kind.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/generations.h"
@@ -290,6 +291,7 @@ DAG forin(DAG s, int mode) {
   ContainerLoop loop{};
   loop.variable = variableOf(s);
   loop.container = simpl(eval(s[loopContainer]));
+  if (isTag(loop.container, RTABLE)) loop.container = elementsOf(loop.container);
   updategen(loop.container);
   checkVariable(loop.variable);
   loop.condition = s[containerLoopWhile];

@@ -18,6 +18,7 @@
 #include "numbers/arithmetic.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
+#include "rtable/rtable_kind.h"
 #include "store/constants.h"
 #include "store/generations.h"
 #include "store/names.h"
@@ -247,6 +248,7 @@ DAG overRange(Kind kind, DAG variable, DAG a, DAG b, DAG expression) {
 
 DAG overContainer(Kind kind, DAG variable, DAG container, DAG expression) {
   if (!isNameOrIndexed(variable)) unable(kind);
+  if (isTag(container, RTABLE)) container = elementsOf(container);
   const std::int64_t count = elementCount(container);
   Collector c{kind, count};
   begin(c, variable);

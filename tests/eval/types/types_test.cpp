@@ -274,20 +274,9 @@ TEST(Types, RtablesByTheirFlags) {
 
 // What is yet to come for rtables says so, each in its place.
 TEST(Types, RtablesAreRefused) {
-  DAG r = rtableWith(1u), type = simpl(new2(EXPSEQ, ini("anything")));
-  Predicate predicate = makePredicate(ini("type"), type);
+  DAG r = rtableWith(1u);
   EXPECT_EQ(errorOf([&] { subsop(1, cons1, r); }), "subsop cannot be used for rtables; use indexing instead");
-  EXPECT_EQ(errorOf([&] { MapFunction({mselect, &predicate, OperandWalk::mapping}, r); }), "invalid map onto rtable");
-  EXPECT_EQ(errorOf([&] { SelectRemove(predicate, r); }), "invalid select from rtable");
-  EXPECT_EQ(errorOf([&] { op1(0, r); }), "the operation `op` is not available");
-  EXPECT_EQ(errorOf([&] { numterms(r); }), "the operation `nops` is not available");
   EXPECT_EQ(errorOf([&] { length(simpl(new2(LIST, new2(EXPSEQ, r)))); }), "the operation `length` is not available");
-  EXPECT_EQ(errorOf([&] { korelindex(cons1, naminstall("x"), r, cons1); }),
-            "the operation `AssignToRTable` is not available");
-  DAG other = rtableWith(1u);
-  EXPECT_EQ(errorOf([&] { Equal(r, other); }), "the operation `RTableEqual` is not available");
-  EXPECT_EQ(errorOf([&] { EqualStructure(r, other); }), "the operation `RTableEqualStructure` is not available");
-  EXPECT_EQ(errorOf([&] { EqualEntries(r, other); }), "the operation `RTableEqualEntries` is not available");
   EXPECT_EQ(subs(simpl(new3(EQUATION, ini("anything"), cons1)), r), r);
   BuiltinCall onRTable{new2(EXPSEQ, r), ini("sort"), null};
   EXPECT_EQ(errorOf([&] { builtin::sort(onRTable); }), "the operation `SortRTable` is not available");
