@@ -47,7 +47,7 @@ std::int64_t countOfNumbers(DAG a, DAG b) {
   DAG span = simpl(add(b, simpl(negate(a))));
   if (consneg(span)) return 0;
   DAG whole = simpl(mtrunc(span));
-  if (!FitIntoLongLong(whole)) KernelException("object too large");
+  if (!FitIntoLongLong(whole) || LongLongValue(whole) == INT64_MAX) KernelException("object too large");
   return LongLongValue(whole) + 1;
 }
 std::int64_t countOfCharacters(DAG a, DAG b) { return std::max(0, codeOf(b) - codeOf(a) + 1); }
