@@ -70,7 +70,7 @@ bool isCalled(const LibraryCall& row) {
   }
   // Asked for by a front end that shows two-dimensional text.
   if (std::strcmp(row.base, "print/") == 0) return true;
-  // Called with sums of hundreds of terms: tests/language/expansion.krl.
+  // Called with sums of hundreds of terms.
   return row.suffix != nullptr && (std::strcmp(row.suffix, "bigprod") == 0 || std::strcmp(row.suffix, "bigdiv") == 0);
 }
 
