@@ -1,0 +1,39 @@
+#pragma once
+// Polynomials whose coefficients are integers of the kernel, of any length, and their values at powers of ten.
+//
+// At x = 10000^k, with the next variable at x^(degree of the first + 1) and so on, a polynomial with coefficients below
+// x/2 is an integer from whose digits it can be read: the places of its monomials in a box are runs of k digits
+// (Kronecker's substitution, in the base that the kernel's integers have). So products and greatest common divisors of
+// polynomials become those of integers.
+
+#include "algebra/engine/polynomial.h"
+#include "algebra/engine/product.h"
+
+namespace korel::engine {
+
+/// Terms in descending order. The coefficients are no roots of the collector, which doesn't run meanwhile.
+struct IntegerPolynomial {
+  std::size_t count = 0;
+  Monomial* monomials = nullptr;
+  DAG* coefficients = nullptr;
+};
+
+IntegerPolynomial packIntegers(Arena& arena, const Layout& layout, const Operand& operand);
+/// In limbs, of the width that its coefficients need; no terms when that is more than the widest.
+Polynomial inLimbs(Arena& arena, const IntegerPolynomial& p);
+IntegerPolynomial asIntegers(Arena& arena, const Polynomial& p);
+
+/// Digits of base 10000 that numbers of so many bits take, with a sign.
+std::int64_t digitsForBits(double bits);
+double bitsOfLargest(const IntegerPolynomial& p);
+
+/// The value at x = 10000^digits; coefficients are below that.
+DAG valueAtPower(Arena& arena, const Box& box, const IntegerPolynomial& p, std::int64_t digits);
+/// The polynomial with coefficients in (-x/2, x/2] that has the value n.
+IntegerPolynomial fromValue(Arena& arena, const Box& box, DAG n, std::int64_t digits);
+
+/// Greatest common divisor of the coefficients, not negative; and the polynomial divided by a divisor of it.
+DAG contentOf(const IntegerPolynomial& p);
+void divideBy(IntegerPolynomial& p, DAG divisor);
+
+}  // namespace korel::engine
