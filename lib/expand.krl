@@ -1,4 +1,4 @@
-# What `expand` asks for by name: long products, powers with symbolic exponents, calls of the elementary functions.
+# What `expand` asks for by name: long products, powers with symbolic exponents, operators and repeated calls.
 
 `expand/bigprod` := proc(a, b)
   description "expand/bigprod(a, b): the product of two expanded sums, multiplied out";
@@ -21,15 +21,20 @@ end proc:
 end proc:
 
 `expand/power` := proc(b, e)
-  description "expand/power(b, e): the power b^e with b and e expanded; factors of b known to be positive stand apart";
-  local base, exponent, outside, factor;
+  description "expand/power(b, e): b^e as a product of powers: over the terms of e, and over positive factors of b";
+  local base, exponent, positive, factor, n;
   base, exponent := expand(b), expand(e);
+  if type(exponent, `+`) then return expand(mul(base^n, n = [op(exponent)])) end if;
+  if type(exponent, `*`) and type(op(1, exponent), integer) and op(1, exponent) <> 1 then
+    n := op(1, exponent);
+    return expand(base^(exponent/n))^n
+  end if;
   if type(base, `*`) then
-    outside := 1;
+    positive := 1;
     for factor in [op(base)] do
-      if `simpl/signum`(factor) = 1 then outside := outside*factor end if
+      if `simpl/signum`(factor) = 1 then positive := positive*factor end if
     end do;
-    if outside <> 1 and outside <> base then return outside^exponent*(base/outside)^exponent end if
+    if positive <> 1 then return positive^exponent*(base/positive)^exponent end if
   end if;
   base^exponent
 end proc:

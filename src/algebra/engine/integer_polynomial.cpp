@@ -104,14 +104,14 @@ DAG valueAtPower(Arena& arena, const Box& box, const IntegerPolynomial& p, std::
   return value;
 }
 
-IntegerPolynomial fromValue(Arena& arena, const Box& box, DAG n, std::int64_t digits) {
+PowerSum fromValue(Arena& arena, DAG n, std::int64_t digits) {
   const bool negative = consneg(n);
   std::int64_t length = isImmediate(n) ? 3 : digitCount(n);
   const std::int64_t places = (length + digits - 1) / digits + 1;
   auto* all = arena.makeZero<Word>(places * digits);
   writeDigits(n, all);
-  IntegerPolynomial p;
-  p.monomials = arena.make<Monomial>(places);
+  PowerSum p;
+  p.exponents = arena.make<std::size_t>(places);
   p.coefficients = arena.make<DAG>(places);
   bool carry = false;
   for (std::int64_t place = 0; place < places; ++place) {
@@ -133,15 +133,28 @@ IntegerPolynomial fromValue(Arena& arena, const Box& box, DAG n, std::int64_t di
     }
     DAG c = integerOfDigits(chunk, digits, above != negative);
     if (c == cons0) continue;
-    if (static_cast<double>(place) >= box.places()) return {};  // no polynomial of these degrees
-    p.monomials[p.count] = box.monomialAt(static_cast<std::size_t>(place));
+    p.exponents[p.count] = static_cast<std::size_t>(place);
     p.coefficients[p.count++] = c;
   }
   arena.free(all);
-  std::reverse(p.monomials, p.monomials + p.count);
-  std::reverse(p.coefficients, p.coefficients + p.count);
   return p;
 }
+
+IntegerPolynomial inBox(Arena& arena, const Box& box, const PowerSum& p, std::size_t lowest) {
+  IntegerPolynomial result;
+  if (p.count == 0) return result;
+  const std::size_t first = p.exponents[0];
+  if (static_cast<double>(p.exponents[p.count - 1] - first + lowest) >= box.places()) return result;
+  result.count = p.count;
+  result.monomials = arena.make<Monomial>(p.count);
+  result.coefficients = arena.make<DAG>(p.count);
+  for (std::size_t i = 0; i < p.count; ++i) {
+    result.monomials[p.count - 1 - i] = box.monomialAt(p.exponents[i] - first + lowest);
+    result.coefficients[p.count - 1 - i] = p.coefficients[i];
+  }
+  return result;
+}
+
 
 // ---- contents
 

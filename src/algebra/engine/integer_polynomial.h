@@ -29,8 +29,15 @@ double bitsOfLargest(const IntegerPolynomial& p);
 
 /// The value at x = 10000^digits; coefficients are below that.
 DAG valueAtPower(Arena& arena, const Box& box, const IntegerPolynomial& p, std::int64_t digits);
-/// The polynomial with coefficients in (-x/2, x/2] that has the value n.
-IntegerPolynomial fromValue(Arena& arena, const Box& box, DAG n, std::int64_t digits);
+/// The coefficients in [-x/2, x/2) of the polynomial in x that has the value n, by ascending exponents, zeros left out.
+struct PowerSum {
+  std::size_t count = 0;
+  std::size_t* exponents = nullptr;
+  DAG* coefficients = nullptr;
+};
+PowerSum fromValue(Arena& arena, DAG n, std::int64_t digits);
+/// The polynomial whose lowest monomial is at `lowest` in the box; no terms when the highest isn't in it.
+IntegerPolynomial inBox(Arena& arena, const Box& box, const PowerSum& p, std::size_t lowest);
 
 /// Greatest common divisor of the coefficients, not negative; and the polynomial divided by a divisor of it.
 DAG contentOf(const IntegerPolynomial& p);

@@ -4,6 +4,7 @@
 #include "algebra/polynomial_types.h"
 #include "algebra/polynomials/divide.h"
 #include "algebra/polynomials/expand.h"
+#include "algebra/polynomials/frontend.h"
 #include "algebra/polynomials/gcd_remainders.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
@@ -82,7 +83,17 @@ DAG native::expandOperator(const BuiltinCall& call) {
 
 namespace {
 
-bool isPolynomialOverRationals(DAG p) { return typol(PolynomialForm::polynomial, p, DAG(), anyCoefficient); }
+// The arguments of a user's call with names for what is no sum, product or power.
+struct Polynomials {
+  DAG frozen, equations;
+};
+Polynomials polynomialsOf(const BuiltinCall& call, DAG sequence) {
+  Frozen frozen = freeze(sequence);
+  for (Word i = 1; i < lengthOf(sequence); ++i)
+    if (!typol(PolynomialForm::polynomial, frozen.expression[i], DAG(), anyCoefficient))
+      KernelException("%1 expects polynomials, but received %2", call.self, sequence[i]);
+  return {frozen.expression, frozen.thaw};
+}
 
 // Of expanded operands.
 DAG gcdOf(DAG a, DAG b) {
@@ -136,26 +147,22 @@ DAG native::normalExpanded(const BuiltinCall& call) {
 
 DAG native::gcd(const BuiltinCall& call) {
   requireArguments(call, 2, 4);
-  DAG a = expand(call.arguments[1]), b = expand(call.arguments[2]);
-  if (!isPolynomialOverRationals(a)) KernelException("gcd expects polynomials, but received %1", a);
-  if (!isPolynomialOverRationals(b)) KernelException("gcd expects polynomials, but received %1", b);
-  DAG g = gcdOf(a, b);
-  for (Word i = 3; i <= argumentCount(call); ++i) {
-    DAG operand = i == 3 ? a : b;
-    assign(evalname(call.arguments[i]), isZero(g) ? cons0 : quotientBy(operand, g));
-  }
-  return g;
+  Polynomials p = polynomialsOf(call, newSequence({call.arguments[1], call.arguments[2]}));
+  DAG a = expand(p.frozen[1]), b = expand(p.frozen[2]), g = gcdOf(a, b);
+  for (Word i = 3; i <= argumentCount(call); ++i)
+    assign(evalname(call.arguments[i]), isZero(g) ? cons0 : thaw(quotientBy(i == 3 ? a : b, g), p.equations));
+  return thaw(g, p.equations);
 }
 
 DAG native::lcm(const BuiltinCall& call) {
+  Polynomials p = polynomialsOf(call, call.arguments);
   DAG result = cons1;
   for (Word i = 1; i <= argumentCount(call); ++i) {
-    DAG p = expand(call.arguments[i]);
-    if (!isPolynomialOverRationals(p)) KernelException("lcm expects polynomials, but received %1", p);
-    if (isZero(p)) return cons0;
-    result = result == cons1 ? p : exprod(quotientBy(result, gcdOf(result, p)), p);
+    DAG next = expand(p.frozen[i]);
+    if (isZero(next)) return cons0;
+    result = result == cons1 ? next : exprod(quotientBy(result, gcdOf(result, next)), next);
   }
-  return isNumeric(result) ? simpl(absalg(result)) : result;
+  return thaw(isNumeric(result) ? simpl(absalg(result)) : result, p.equations);
 }
 
 }  // namespace korel

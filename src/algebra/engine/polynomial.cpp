@@ -136,9 +136,7 @@ bool surveyTerm(Layout& layout, DAG term) {
   return true;
 }
 
-Pair pairOf(DAG sum, std::size_t i) {
-  return isTag(sum, SUM) ? pairsOf(sum)[i] : Pair{sum, cons1};
-}
+Pair pairOf(DAG sum, std::size_t i) { return isTag(sum, SUM) ? pairsOf(sum)[i] : Pair{sum, cons1}; }
 
 bool surveyNumbers(Operand& operand) {
   operand.denominator = cons1;

@@ -2,8 +2,8 @@
 // Polynomials of the engine: monomials packed into machine words, coefficients of a fixed width.
 //
 // A monomial is an integer of 128 bits with a field for each variable, the first one on top, so that the order of
-// integers is the lexicographic order of monomials, a product of monomials is a sum, and divisibility a subtraction. The
-// top bit of each field is a guard: always 0 in a monomial, it shows a borrow.
+// integers is the lexicographic order of monomials, a product of monomials is a sum, and a test of divisibility is a
+// difference. The top bit of each field is a guard: always 0 in a monomial, it shows a borrow.
 //
 // A variable is what stands as a base in the expression: a name, an indexed name, a call, or a sum below a fraction
 // bar. Its exponents are counted from the lowest one of the operand, in units of 1/root.
@@ -38,12 +38,12 @@ struct Layout {
 
 /// What is known of an operand before it is packed.
 struct Operand {
-  DAG sum;                                  // a SUM, or one term
+  DAG sum;  // a SUM, or one term
   std::size_t terms = 0;
   DAG denominator{};                        // common one of its coefficients
   std::int64_t lowest[mostVariables] = {};  // exponents, in units of 1/root
   std::int64_t highest[mostVariables] = {};
-  double bits = 0;                          // of the largest coefficient times the denominator, at most
+  double bits = 0;  // of the largest coefficient times the denominator, at most
 };
 
 /// Terms in descending order of their monomials, none with coefficient 0; the arrays are the arena's.

@@ -23,8 +23,12 @@ namespace {
 constexpr double longestValue = 8e6;  // digits of base 10000 in an integer that stands for a polynomial
 
 void setRanges(const Layout& layout, const Operand& a, const Operand& b, std::int64_t* ranges, std::int64_t n = 1) {
-  for (int v = 0; v < layout.count; ++v)
-    ranges[v] = (a.highest[v] - a.lowest[v]) * n + (b.highest[v] - b.lowest[v]);
+  for (int v = 0; v < layout.count; ++v) ranges[v] = (a.highest[v] - a.lowest[v]) * n + (b.highest[v] - b.lowest[v]);
+}
+
+IntegerPolynomial fromProductValue(Arena& arena, const Box& box, DAG value, std::int64_t digits) {
+  PowerSum sum = fromValue(arena, value, digits);
+  return inBox(arena, box, sum, sum.count == 0 ? 0 : sum.exponents[0]);
 }
 
 // The product by way of integers, for coefficients that are too long for limbs; 0 when the terms lie too far apart.
@@ -38,7 +42,7 @@ DAG productOfValues(Arena& arena, const Layout& layout, const Operand* operands,
   DAG b = operands[1].sum == operands[0].sum
               ? a
               : valueAtPower(arena, box, packIntegers(arena, layout, operands[1]), digits);
-  IntegerPolynomial p = fromValue(arena, box, simpl(mul(a, b)), digits);
+  IntegerPolynomial p = fromProductValue(arena, box, simpl(mul(a, b)), digits);
   return unpackIntegers(arena, layout, p.monomials, p.coefficients, p.count, lowest, denominator);
 }
 
@@ -66,11 +70,50 @@ DAG product(DAG a, DAG b) {
 
 namespace {
 
-// Variables that occur, so that a power of a sum of independent terms has at least C(n + rank, rank) terms.
-double leastTerms(const Operand& operand, std::int64_t n) {
-  // Two terms never combine to fewer; more of them may.
-  const double rank = operand.terms > 1 ? 1 : 0;
-  return rank * static_cast<double>(n) + 1;
+// How many exponent vectors of the terms are independent once the first is taken from all, modulo a prime.
+int rankOf(Arena& arena, const Layout& layout, const Operand& operand) {
+  constexpr std::int64_t prime = 1000003;
+  constexpr std::size_t mostRows = 200;
+  const std::size_t rows = std::min(operand.terms, mostRows);
+  auto* matrix = arena.make<std::int64_t>(rows * mostVariables);
+  const Monomial first = monomialOfTerm(layout, operand, 0);
+  for (std::size_t i = 0; i < rows; ++i)
+    for (int v = 0; v < layout.count; ++v) {
+      const Variable& variable = layout.variables[v];
+      std::int64_t e = exponentIn(variable, monomialOfTerm(layout, operand, i)) - exponentIn(variable, first);
+      matrix[i * mostVariables + v] = (e % prime + prime) % prime;
+    }
+  int rank = 0;
+  for (int v = 0; v < layout.count; ++v) {
+    std::size_t pivot = rank;
+    while (pivot < rows && matrix[pivot * mostVariables + v] == 0) ++pivot;
+    if (pivot == rows) continue;
+    std::swap_ranges(matrix + pivot * mostVariables, matrix + (pivot + 1) * mostVariables,
+                     matrix + rank * mostVariables);
+    const std::int64_t* lead = matrix + rank * mostVariables;
+    for (std::size_t i = rank + 1; i < rows; ++i) {
+      std::int64_t* row = matrix + i * mostVariables;
+      // Fraction-free: both rows by the other's entry.
+      const std::int64_t factor = row[v];
+      for (int w = v; w < layout.count && factor != 0; ++w)
+        row[w] = ((row[w] * lead[v] - lead[w] * factor) % prime + prime) % prime;
+    }
+    ++rank;
+  }
+  return rank;
+}
+
+// Refuses a power that no memory holds. Independent terms alone have C(n + rank, rank) products, which nothing but
+// chance cancels; and the coefficients of a power are long on average.
+void checkSizeOfPower(Arena& arena, const Layout& layout, const Operand& operand, std::int64_t n) {
+  constexpr double mostWords = 8e8;
+  const int rank = rankOf(arena, layout, operand);
+  double terms = 1;
+  for (int k = 1; k <= rank && terms < 1e18; ++k) terms *= (static_cast<double>(n) + k) / k;
+  const double bits = operand.terms > 1 ? std::max(operand.bits - 1, 1.0) * static_cast<double>(n) : 0;
+  constexpr double bitsPerDigit = 13.28771238, shareOfLongest = 0.3;
+  const double words = 2 + shareOfLongest * bits / bitsPerDigit;
+  if (terms > maxLength / 2.0 || terms * words > mostWords) KernelException("object too large");
 }
 
 // (s + t)^n by the binomial theorem: no like terms arise.
@@ -107,14 +150,14 @@ DAG powerOfSum(DAG a, DAG exponent) {
     return DAG();
   }
   const std::int32_t n = immediateValue(exponent);
-  if (leastTerms(operand, n) > maxLength / 2.0) KernelException("object too large");
   std::int64_t ranges[mostVariables], lowest[mostVariables];
   for (int v = 0; v < layout.count; ++v) {
     ranges[v] = (operand.highest[v] - operand.lowest[v]) * n;
     lowest[v] = operand.lowest[v] * n;
-    if (ranges[v] > largestExponent) return DAG();
+    if (ranges[v] > largestExponent) KernelException("object too large");
   }
   if (!assignFields(layout, ranges)) return DAG();
+  checkSizeOfPower(arena, layout, operand, n);
   DAG denominator = simpl(power(operand.denominator, n));
   if (operand.terms == 2 && n > 40) return binomialPower(arena, layout, operand, n, lowest, denominator);
   if (int width = widthOf(operand); width != 0) {
@@ -126,7 +169,7 @@ DAG powerOfSum(DAG a, DAG exponent) {
   const std::int64_t digits = digitsForBits(bits);
   if (box.places() * static_cast<double>(digits) > longestValue) return DAG();
   DAG value = valueAtPower(arena, box, packIntegers(arena, layout, operand), digits);
-  IntegerPolynomial p = fromValue(arena, box, simpl(power(value, n)), digits);
+  IntegerPolynomial p = fromProductValue(arena, box, simpl(power(value, n)), digits);
   return unpackIntegers(arena, layout, p.monomials, p.coefficients, p.count, lowest, denominator);
 }
 
@@ -140,7 +183,8 @@ Divided quotient(DAG a, DAG b, DAG& result) {
   if (operands[0].denominator != cons1 || operands[1].denominator != cons1) return Divided::unknown;
   std::int64_t ranges[mostVariables], lowest[mostVariables];
   for (int v = 0; v < layout.count; ++v) {
-    ranges[v] = std::max(operands[0].highest[v] - operands[0].lowest[v], operands[1].highest[v] - operands[1].lowest[v]);
+    ranges[v] =
+        std::max(operands[0].highest[v] - operands[0].lowest[v], operands[1].highest[v] - operands[1].lowest[v]);
     lowest[v] = operands[0].lowest[v] - operands[1].lowest[v];
     if (lowest[v] < 0) return Divided::no;
   }
@@ -168,7 +212,8 @@ DAG gcd(DAG a, DAG b) {
   if (operands[0].denominator != cons1 || operands[1].denominator != cons1) return DAG();
   std::int64_t ranges[mostVariables], lowest[mostVariables];
   for (int v = 0; v < layout.count; ++v) {
-    ranges[v] = std::max(operands[0].highest[v] - operands[0].lowest[v], operands[1].highest[v] - operands[1].lowest[v]);
+    ranges[v] =
+        std::max(operands[0].highest[v] - operands[0].lowest[v], operands[1].highest[v] - operands[1].lowest[v]);
     lowest[v] = std::min(operands[0].lowest[v], operands[1].lowest[v]);
   }
   if (!assignFields(layout, ranges)) return DAG();

@@ -202,8 +202,7 @@ Polynomial multiply(Arena& arena, const Layout& layout, const Polynomial& a, con
   return withWidth(width, [&](auto w) {
     constexpr int W = w;
     if (a.width == 1 && b.width == 1) return multiplyAs<W, 1, 1>(arena, layout, a, b);
-    if (b.width == 1)
-      return multiplyAs<W, W, 1>(arena, layout, a.width == W ? a : widened(arena, a, W), b);
+    if (b.width == 1) return multiplyAs<W, W, 1>(arena, layout, a.width == W ? a : widened(arena, a, W), b);
     return multiplyAs<W, W, W>(arena, layout, a.width == W ? a : widened(arena, a, W),
                                b.width == W ? b : widened(arena, b, W));
   });

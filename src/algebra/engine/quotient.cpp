@@ -152,8 +152,7 @@ Division divideInBox(Arena& arena, const Layout& layout, const Box& box, Monomia
     }
     std::copy_n(q, W, negated);
     negate<W>(negated);
-    for (std::size_t j = 0; j < b.count; ++j)
-      addProduct<W, W, W>(rest + k * W - offsets[j], negated, b.coefficient(j));
+    for (std::size_t j = 0; j < b.count; ++j) addProduct<W, W, W>(rest + k * W - offsets[j], negated, b.coefficient(j));
   }
   arena.free(offsets);
   arena.free(rest);

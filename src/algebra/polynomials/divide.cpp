@@ -120,7 +120,8 @@ namespace {
 bool isLongDivision(DAG a, DAG b, DAG variablesOfA) {
   constexpr std::int64_t wordsForLibrary = 12000;  // product of the lengths, for each variable
   return isTag(b, SUM) && isTag(a, SUM) &&
-         memberCount(variablesOfA) * wordsForLibrary < (std::int64_t{lengthOf(a)} - 3) * (std::int64_t{lengthOf(b)} - 3);
+         memberCount(variablesOfA) * wordsForLibrary <
+             (std::int64_t{lengthOf(a)} - 3) * (std::int64_t{lengthOf(b)} - 3);
 }
 
 bool divideInVariable(DAG a, DAG b, DAG& quotient, bool mayAskLibrary) {
