@@ -2,6 +2,7 @@
 
 #include "eval/evaluate/known_values.h"
 #include "frame/errors.h"
+#include "hardware/compiled_cache.h"
 #include "hardware/hardware_arrays.h"
 #include "hardware/hardware_cache.h"
 #include "hardware/hardware_value.h"
@@ -29,6 +30,7 @@ void resumeOuter(const OuterEvaluation& outer) {
 void resumeAfterError(const char*) { resumeOuter(*reinterpret_cast<OuterEvaluation*>(errorProcParam)); }
 
 double evaluateAlone(double (*evaluate)(DAG), DAG x) {
+  if (HFStack == nullptr) sweepPrograms();
   OuterEvaluation outer{HFStack, HFjumpbuffer, openLoadedArrays()};
   PushStateKeeper(resumeAfterError, &outer);
   clearNumberCache();

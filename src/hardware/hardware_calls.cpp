@@ -5,6 +5,7 @@
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/procedures/procedures.h"
+#include "frame/environment.h"
 #include "frame/errors.h"
 #include "hardware/hardware_arrays.h"
 #include "hardware/hardware_value.h"
@@ -92,7 +93,8 @@ void writeBackArguments(const PassedArgument* arguments, Word count) {
 double walkProcedure(DAG procedure, double* arguments, int count) {
   double locals[mostLocals] = {};
   HardwareFrame frame{
-      {}, HFStack, arguments, locals, count, procedure, static_cast<int>(memberCount(localsOf(procedure))), nullptr};
+      {},      HFStack, arguments, locals, count, procedure, static_cast<int>(memberCount(localsOf(procedure))),
+      nullptr, true};
   std::jmp_buf buffer;
   std::jmp_buf* outer = HFjumpbuffer;
   HFjumpbuffer = &buffer;

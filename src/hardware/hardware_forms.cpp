@@ -149,7 +149,7 @@ double timeForm(DAG call) {
 [[noreturn]] double errorForm(DAG call) { raiseHardwareError(call[2]); }
 
 double returnForm(DAG call) {
-  if (HFStack == nullptr) KernelException("return out of context");
+  if (HFStack == nullptr || !HFStack->isWalked) KernelException("return out of context");
   HFReturn = hfeval(call[2]);
   jumpInHardware(hardwareReturn);
 }

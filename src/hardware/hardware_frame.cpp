@@ -1,5 +1,6 @@
 #include "hardware/hardware_frame.h"
 
+#include "hardware/compiled_cache.h"
 #include "store/collect/collector.h"
 
 namespace korel {
@@ -30,6 +31,7 @@ void endEpoch() { ++hardwareEpoch; }
 void initializeHardware() {
   registerRootWalker(walkFrames);
   registerCollectionHook(nullptr, endEpoch);
+  initializePrograms();
 }
 
 }  // namespace korel

@@ -31,6 +31,7 @@ struct HardwareFrame {
   DAG proc;
   int nlocals;
   BoundVariable* bound;
+  bool isWalked;  // by the plain walk: a `return` jumps
 };
 
 /// The innermost frame, null at top level.

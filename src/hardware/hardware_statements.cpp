@@ -175,12 +175,12 @@ double loopStatement(DAG statement) {
 // ---- jumps
 
 [[noreturn]] double jump(HardwareJump code) {
-  if (HFStack == nullptr) KernelException("break or next not in loop");
+  if (HFStack == nullptr || !HFStack->isWalked) KernelException("break or next not in loop");
   jumpInHardware(code);
 }
 
 double returnStatement(DAG statement) {
-  if (HFStack == nullptr) KernelException("return out of context");
+  if (HFStack == nullptr || !HFStack->isWalked) KernelException("return out of context");
   HFReturn = hfeval(statement[1]);
   jumpInHardware(hardwareReturn);
 }

@@ -190,11 +190,6 @@ namespace {
 bool isWholeNumber(double v) { return !isReferenceValue(v) && std::floor(v) == v; }
 bool hasParity(double v, double parity) { return isWholeNumber(v) && std::fabs(std::fmod(v, 2.0)) == parity; }
 
-// Types by name; those without a test hold of every value, which is not asked for.
-struct HardwareType {
-  const char* name;
-  bool (*test)(double v);
-};
 constexpr HardwareType hardwareTypes[] = {
     // name        test
     {"rational",  nullptr},
@@ -222,11 +217,17 @@ bool relationHolds(DAG x) {
 
 }  // namespace
 
+const HardwareType* hardwareType(DAG type) {
+  if (!isName(type)) return nullptr;
+  for (const HardwareType& row : hardwareTypes)
+    if (hasText(type, row.name)) return &row;
+  return nullptr;
+}
+
 bool hfHasType(DAG x, DAG type) {
-  if (isName(type))
-    for (const HardwareType& row : hardwareTypes)
-      if (hasText(type, row.name)) return row.test == nullptr || row.test(hfeval(x));
-  KernelException("unsupported type `%1` in evalhf", type);
+  const HardwareType* row = hardwareType(type);
+  if (row == nullptr) KernelException("unsupported type `%1` in evalhf", type);
+  return row->test == nullptr || row->test(hfeval(x));
 }
 
 bool hfboolean(DAG x) {

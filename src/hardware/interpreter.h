@@ -24,6 +24,14 @@ bool truthOfNumber(double v);
 /// x::t. Error: "unsupported type `%1` in evalhf".
 bool hfHasType(DAG x, DAG type);
 
+/// A type by its name: its test; null for one that holds of every value, which is not asked for.
+struct HardwareType {
+  const char* name;
+  bool (*test)(double v);
+};
+/// The row of `type`, or null.
+const HardwareType* hardwareType(DAG type);
+
 /// Value of a FUNCTION.
 double hfevalFunction(DAG call);
 /// Value of an IF, FOR, ASSIGN, RETURN, BREAK, NEXT or ERROR.
