@@ -1,5 +1,7 @@
 #include "builtins/builtins.h"
 
+#include "algebra/modular/modular_expressions.h"
+#include "algebra/modular/selectors.h"
 #include "builtins/iolib.h"
 #include "builtins/name_builtins.h"
 #include "builtins/operator_builtins.h"
@@ -131,7 +133,7 @@ constexpr Builtin builtins[] = {
     {"eval",                    unevaluated, builtin::eval},
     {"evalb",                   simplified,  builtin::evalb},
     {"evalf",                   unevaluated, builtin::evalf},
-    {"evalgf1",                 simplified,  nullptr},
+    {"evalgf1",                 simplified,  builtin::evalgf1},
     {"evalhf",                  unevaluated, nullptr},
     {"evaln",                   unevaluated, builtin::evaln},
     {"expand",                  simplified,  nullptr},
@@ -173,10 +175,10 @@ constexpr Builtin builtins[] = {
     {"member",                  simplified,  builtin::member},
     {"min",                     simplified,  builtin::min},
     {"minus",                   simplified,  builtin::minusOperator},
-    {"modp",                    simplified,  nullptr},
-    {"modp1",                   simplified,  nullptr},
-    {"modp2",                   simplified,  nullptr},
-    {"mods",                    simplified,  nullptr},
+    {"modp",                    simplified,  builtin::modp},
+    {"modp1",                   simplified,  builtin::modp1},
+    {"modp2",                   simplified,  builtin::modp2},
+    {"mods",                    simplified,  builtin::mods},
     {"mul",                     unevaluated, builtin::mul},
     {"mvMultiply",              simplified,  nullptr},
     {"negate",                  simplified,  builtin::negate},

@@ -1,5 +1,6 @@
 #include "session/reset_hooks.h"
 
+#include "algebra/modular/modular_polynomials.h"
 #include "eval/procedures/modules.h"
 #include "eval/simplify/simplify.h"
 #include "eval/structure/substitute.h"
@@ -31,6 +32,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeNative},
     {HookMoment::initialised, initializeLibrary},
     {HookMoment::initialised, initializeRTables},
+    {HookMoment::initialised, ResetModRand},
     {HookMoment::everyStatement, ResetDotMIO},
     {HookMoment::everyStatement, doubtDirectoryContents},
     {HookMoment::everyStatement, ResetSimplifier},
