@@ -78,8 +78,7 @@ DAG m2ConvertIn(DAG f, DAG indeterminates, DAG m, const BivariateMessages& messa
     for (std::int64_t i = 0; i < n; ++i) {
       const std::int64_t top = std::min<std::int64_t>(stride - 1, all.degree - i * stride);
       DAG c = newDense(y, m, top);
-      for (std::int64_t j = 0; j <= top; ++j)
-        setDenseCoefficient(c, j, ring.integer(ring.at(all.c, i * stride + j)));
+      for (std::int64_t j = 0; j <= top; ++j) setDenseCoefficient(c, j, ring.integer(ring.at(all.c, i * stride + j)));
       coefficients[i + 1] = finishedDense(c);
     }
     return newBivariate(indeterminates, m, coefficients);
@@ -131,7 +130,8 @@ long m2Degree2(DAG a) {
 
 DAG m2Coeff2(DAG a, std::int64_t i, DAG m) {
   DAG result = newDense(a[1][1], m, denseDegree(a));
-  for (long k = 0; k <= denseDegree(a); ++k) setDenseCoefficient(result, k, denseCoefficient(denseCoefficient(a, k), i));
+  for (long k = 0; k <= denseDegree(a); ++k)
+    setDenseCoefficient(result, k, denseCoefficient(denseCoefficient(a, k), i));
   return finishedDense(result);
 }
 

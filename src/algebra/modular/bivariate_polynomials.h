@@ -19,8 +19,8 @@ DAG newBivariate(DAG indeterminates, DAG m, DAG coefficients);
 
 /// The indeterminates (x, y) of `f`, of which the EXPSEQ `given` names none, the first, or both. Errors: "cannot infer
 /// indeterminates from polynomial", "cannot infer second indeterminate from polynomial", "cannot specify the same
-/// indeterminate twice", "incorrect number of arguments", "polynomial has more than 2 indeterminates", "polynomial is in
-/// variable %1", "polynomial is in variables %1", "polynomial not in variable %1".
+/// indeterminate twice", "incorrect number of arguments", "polynomial has more than 2 indeterminates", "polynomial is
+/// in variable %1", "polynomial is in variables %1", "polynomial not in variable %1".
 DAG m2ResolveIndets(DAG f, DAG given);
 /// The polynomial f in x and y. Errors: those of the messages.
 DAG m2ConvertIn(DAG f, DAG indeterminates, DAG m, const BivariateMessages& messages);

@@ -3,24 +3,24 @@
 
 #define KOREL_FOR_EACH_RING(instantiate) instantiate(HardwareRing) instantiate(WideRing)
 
-#define KOREL_INSTANTIATE_MULTIPLY(R)                                                                 \
-  template long addDense(const R&, R::Unit*, Dense<R>, Dense<R>);                                     \
-  template long subtractDense(const R&, R::Unit*, Dense<R>, Dense<R>);                                \
-  template long scaleDense(const R&, R::Unit*, Dense<R>, const R::Unit*);                             \
-  template long multiplyDense(const R&, R::Unit*, Dense<R>, Dense<R>);                                \
+#define KOREL_INSTANTIATE_MULTIPLY(R)                                     \
+  template long addDense(const R&, R::Unit*, Dense<R>, Dense<R>);         \
+  template long subtractDense(const R&, R::Unit*, Dense<R>, Dense<R>);    \
+  template long scaleDense(const R&, R::Unit*, Dense<R>, const R::Unit*); \
+  template long multiplyDense(const R&, R::Unit*, Dense<R>, Dense<R>);    \
   template void schoolMultiply(const R&, R::Unit*, const R::Unit*, long, const R::Unit*, long);
 
-#define KOREL_INSTANTIATE_DIVIDE(R)                                                   \
-  template Divisor<R> preparedDivisor(const R&, Workspace&, Dense<R>, long);          \
+#define KOREL_INSTANTIATE_DIVIDE(R)                                          \
+  template Divisor<R> preparedDivisor(const R&, Workspace&, Dense<R>, long); \
   template long divideDense(const R&, R::Unit*, long, const Divisor<R>&, R::Unit*);
 
-#define KOREL_INSTANTIATE_EUCLID(R)                                                   \
-  template Dense<R> gcdDense(const R&, Dense<R>, Dense<R>);                           \
-  template ExtendedGcd<R> gcdexDense(const R&, Workspace&, Dense<R>, Dense<R>);       \
+#define KOREL_INSTANTIATE_EUCLID(R)                                             \
+  template Dense<R> gcdDense(const R&, Dense<R>, Dense<R>);                     \
+  template ExtendedGcd<R> gcdexDense(const R&, Workspace&, Dense<R>, Dense<R>); \
   template void resultantDense(const R&, R::Unit*, Dense<R>, Dense<R>);
 
-#define KOREL_INSTANTIATE_POINTS(R)                                                            \
-  template void evaluateDense(const R&, R::Unit*, Dense<R>, const R::Unit*);                   \
-  template void evaluateAtPoints(const R&, R::Unit*, Dense<R>, const R::Unit*, long);          \
-  template long interpolateDense(const R&, R::Unit*, const R::Unit*, const R::Unit*, long);    \
+#define KOREL_INSTANTIATE_POINTS(R)                                                         \
+  template void evaluateDense(const R&, R::Unit*, Dense<R>, const R::Unit*);                \
+  template void evaluateAtPoints(const R&, R::Unit*, Dense<R>, const R::Unit*, long);       \
+  template long interpolateDense(const R&, R::Unit*, const R::Unit*, const R::Unit*, long); \
   template void translateDense(const R&, Dense<R>, const R::Unit*);

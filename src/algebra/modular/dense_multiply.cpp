@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "algebra/modular/dense_polynomials.h"
 #include "algebra/modular/dense_instances.h"
+#include "algebra/modular/dense_polynomials.h"
 #include "frame/interrupts.h"
 
 namespace korel {
@@ -12,7 +12,8 @@ template <class R>
 long addDense(const R& ring, typename R::Unit* r, Dense<R> a, Dense<R> b) {
   if (a.degree < b.degree) std::swap(a, b);
   for (long i = 0; i <= b.degree; ++i) ring.add(ring.at(r, i), ring.at(a.c, i), ring.at(b.c, i));
-  if (r != a.c && a.degree > b.degree) ring.copy(ring.at(r, b.degree + 1), ring.at(a.c, b.degree + 1), a.degree - b.degree);
+  if (r != a.c && a.degree > b.degree)
+    ring.copy(ring.at(r, b.degree + 1), ring.at(a.c, b.degree + 1), a.degree - b.degree);
   return trimmedDegree(ring, r, a.degree);
 }
 

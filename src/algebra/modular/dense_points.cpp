@@ -24,8 +24,8 @@ void evaluateAtPoints(const R& ring, typename R::Unit* r, Dense<R> a, const type
 
 // Newton's divided differences, then the Newton form multiplied out from its last term.
 template <class R>
-long interpolateDense(const R& ring, typename R::Unit* r, const typename R::Unit* points, const typename R::Unit* values,
-                      long n) {
+long interpolateDense(const R& ring, typename R::Unit* r, const typename R::Unit* points,
+                      const typename R::Unit* values, long n) {
   Workspace space;
   auto *difference = ring.take(space, 1), *term = ring.take(space, 1);
   ring.copy(r, values, n);

@@ -5,8 +5,6 @@
 // zero. Routines write to arrays of the caller's and give the degree of what they wrote. Results never overlap operands
 // unless a line says so. Where a top coefficient has no inverse the error is "the modular inverse does not exist".
 // All long work counts as such (`passWork`).
-//
-// Short operands take the plain methods, long ones those of dense_transform.h; the cut-overs are named below.
 
 #include "algebra/modular/modular_rings.h"
 
@@ -111,8 +109,8 @@ void evaluateAtPoints(const R& ring, typename R::Unit* r, Dense<R> a, const type
 /// r, of n coefficients, takes the values at the points; gives the degree.
 /// Error: "the same point has been entered twice".
 template <class R>
-long interpolateDense(const R& ring, typename R::Unit* r, const typename R::Unit* points, const typename R::Unit* values,
-                      long n);
+long interpolateDense(const R& ring, typename R::Unit* r, const typename R::Unit* points,
+                      const typename R::Unit* values, long n);
 /// a(x + shift) in place.
 template <class R>
 void translateDense(const R& ring, Dense<R> a, const typename R::Unit* shift);

@@ -193,8 +193,7 @@ DAG mPowmod(DAG a, DAG n, DAG b, DAG m) {
   return withModularRing(m, [&](const auto& ring, Workspace& space) {
     auto modulus = load(ring, space, b);
     auto divisor = preparedDivisor(ring, space, modulus, modulus.degree);
-    return store(ring, a[1], m,
-                 poweredDense(ring, space, load(ring, space, reduced), exponentOf(space, n), divisor));
+    return store(ring, a[1], m, poweredDense(ring, space, load(ring, space, reduced), exponentOf(space, n), divisor));
   });
 }
 

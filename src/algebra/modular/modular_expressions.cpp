@@ -146,8 +146,7 @@ DAG binmod(const BuiltinCall& call, const char* name, bool symmetric) {
     if (isNumber(m) || !isAmong(m, algebraicTags)) wrongParameters(call);
     return unevaluatedCall(call);
   }
-  if (isZeroImmediate(m))
-    return TriggerNumericEvent(divisionByZero, naminstall(name), x, m, ini("undefined"), true);
+  if (isZeroImmediate(m)) return TriggerNumericEvent(divisionByZero, naminstall(name), x, m, ini("undefined"), true);
   EnvironmentChange change;
   changeEnvironmentWord(change, envMod, naminstall(name));
   DAG result = mod(x, simpl(absalg(m)), symmetric);

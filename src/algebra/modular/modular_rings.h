@@ -27,8 +27,7 @@ struct HardwareRing {
   Word m;
   std::uint64_t inverse;  // 2^64 / m, rounded down
 
-  explicit HardwareRing(DAG modulus)
-      : m(static_cast<Word>(immediateValue(modulus))), inverse(~std::uint64_t{0} / m) {}
+  explicit HardwareRing(DAG modulus) : m(static_cast<Word>(immediateValue(modulus))), inverse(~std::uint64_t{0} / m) {}
 
   static Unit* at(Unit* c, long i) { return c + i; }
   static const Unit* at(const Unit* c, long i) { return c + i; }

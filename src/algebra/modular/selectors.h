@@ -36,12 +36,12 @@ struct Selector {
 };
 
 struct SelectorFamily {
-  const char* badName;           // messages
+  const char* badName;  // messages
   const char* invalidArguments;
   LibraryFamily library;
-  const Selector* selectors;     // in the order of their names
+  const Selector* selectors;  // in the order of their names
   std::size_t selectorCount;
-  bool mapsLists;                // lists stand for their members, and what is no call for itself
+  bool mapsLists;  // lists stand for their members, and what is no call for itself
 };
 extern const SelectorFamily modp1Family, modp2Family, evalgf1Family;
 

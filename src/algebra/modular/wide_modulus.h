@@ -43,9 +43,7 @@ struct WideModulus {
 struct LimbQuotient {
   Limb quotient, rest;
 };
-inline Limb reciprocalOf(Limb divisor) {
-  return static_cast<Limb>((DoubleLimb{~divisor} << 64 | ~Limb{0}) / divisor);
-}
+inline Limb reciprocalOf(Limb divisor) { return static_cast<Limb>((DoubleLimb{~divisor} << 64 | ~Limb{0}) / divisor); }
 /// Moeller and Granlund, "Improved division by invariant integers", algorithm 4.
 inline LimbQuotient divideLimbs(Limb high, Limb low, Limb divisor, Limb reciprocal) {
   DoubleLimb estimate = DoubleLimb{reciprocal} * high + (DoubleLimb{high} << 64 | low);

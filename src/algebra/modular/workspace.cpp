@@ -32,8 +32,7 @@ void useNextBlock(std::size_t bytes) {
   if (next == blockCount) {
     std::size_t size = blockCount == 0 ? firstBlockSize : 2 * blocks[blockCount - 1].size;
     if (size < bytes) size = bytes;
-    auto* memory =
-        next == mostBlocks ? nullptr : static_cast<unsigned char*>(std::aligned_alloc(alignment, size));
+    auto* memory = next == mostBlocks ? nullptr : static_cast<unsigned char*>(std::aligned_alloc(alignment, size));
     if (memory == nullptr) KernelException("object too large");
     blocks[blockCount++] = {memory, size};
   }

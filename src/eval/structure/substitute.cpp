@@ -52,7 +52,7 @@ struct Substitution {
   bool onlyNames = true;       // all left sides are NAME or TABLEREF
   bool hasParameters = false;  // some left side is a PARAM, which counts by its number
   bool hasIntegers = false;
-  bool indexed = false;        // `lefts` is in use
+  bool indexed = false;  // `lefts` is in use
   int entered = 0;
   SubstitutionMemory* memory = nullptr;
 };
