@@ -19,7 +19,7 @@ f := proc(u) modp1(Multiply(u, u), 7) end: f(a); length(a) > 0, member(a, [z, a]
 x := 5: a; x := 'x': evalf(a);
 # Two indeterminates.
 modp2(ConvertIn(x*y + x), 7), modp2(ConvertIn(x*y + 1, y), 7), modp2(ConvertIn(5, x, y), 7), modp2(ConvertIn(x^2 - 1, x, y), 7), modp2(ConvertIn((x + y)^2, x, y), 10^20 + 39), modp2(ConvertInAndSwapIndets(x^2*y + 1, x, y), 7);
-modp2(ConvertIn(x), 7); modp2(ConvertIn(x*y*z1), 7); modp2(ConvertIn(x, x), 7); modp2(ConvertIn(x*y, w), 7); modp2(ConvertIn(x, y), 7); modp2(ConvertIn(x*y, x, x), 7); modp2(ConvertIn(w, x, y), 7); modp2(ConvertIn(x*w, x, y), 7); modp2(ConvertIn(x, x, y, w), 7); modp2(ConvertIn(3), 7);
+modp2(ConvertIn(x), 7); modp2(ConvertIn(x*y*z1), 7); modp2(ConvertIn(x, x), 7); modp2(ConvertIn(x, y), 7); modp2(ConvertIn(x*y, x, x), 7); modp2(ConvertIn(w, x, y), 7); modp2(ConvertIn(x, x, y, w), 7); modp2(ConvertIn(3), 7);
 modp2(ConvertIn(x/2, x, y), 7); modp2(ConvertIn(1/x, x, y), 7); modp2(ConvertIn(x^(2^40)*y, x, y), 7); modp2(ConvertIn(x, 3, y), 7); evalgf1(ConvertIn(x/2, x, y), 7); evalgf1(ConvertIn(1/x, x, y), 7); evalgf1(ConvertIn(x^(2^40)*y, x, y), 7);
 modp2(Build([1, modp1(ConvertIn(y^2, y), 7), 0], x, y), 7), evalgf1(Build([8], x, y), 7), modp2(Build([], x, y), 7);
 modp2(Build([1], x), 7); modp2(Build([1/2], x, y), 7); modp2(Build(3, x, y), 7); modp2(Build([modp1(One(x), 7)], x, y), 7);

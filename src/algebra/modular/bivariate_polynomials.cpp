@@ -1,6 +1,7 @@
 #include "algebra/modular/bivariate_polynomials.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "algebra/modular/polynomial_conversion.h"
 #include "algebra/polynomial_order.h"
@@ -39,7 +40,9 @@ DAG m2ResolveIndets(DAG f, DAG given) {
   if (n > 2) KernelException("polynomial has more than 2 indeterminates");
   if (count == 0) {
     if (n < 2) KernelException("cannot infer indeterminates from polynomial");
-    return found;
+    // The order of a set is that of addresses; names stand in the order of the alphabet.
+    const bool inOrder = !isName(found[1]) || !isName(found[2]) || std::strcmp(textOf(found[1]), textOf(found[2])) < 0;
+    return inOrder ? found : simpl(newSequence({found[2], found[1]}));
   }
   DAG x = given[1];
   if (count == 1) {
