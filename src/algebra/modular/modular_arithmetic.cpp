@@ -200,6 +200,7 @@ DAG mPowmod(DAG a, DAG n, DAG b, DAG m) {
 // ---- values
 
 DAG mDiff(DAG a, DAG m) {
+  if (denseDegree(a) < 1) return zeroDense(a[1], m);
   return withModularRing(m, [&](const auto& ring, Workspace& space) {
     auto from = load(ring, space, a), to = from;
     to.c = ring.take(space, from.degree + 1);
