@@ -31,6 +31,7 @@ constexpr CallingExpression callingExpressions[] = {
     {"ilog", "ilog2(100)", "[100]"},
     {"index/own", "eval(table(own))[7]", "[[7], table()]"},
     {"index/FillInitVals", "table([5, 6])", "[table(), [5, 6]]"},
+    {"linalg/matmult", "inner(x, y)", "[x, y]"},
     {"mod/fd", "fd(9, x) mod 7", "[9, x, 7]"},
     {"modp1/Twice", "modp1(Twice(3), 7)", "[3, 7]"},
     {"modp2/Twice", "modp2(Twice(3, [4]), 7)", "[3, [4], 7]"},
