@@ -66,6 +66,23 @@ long divideDense(const R& ring, typename R::Unit* a, long degree, const Divisor<
   return trimmedDegree(ring, a, db - 1);
 }
 
+template <class R>
+Dense<R> powerDense(const R& ring, Workspace& space, Dense<R> base, const ExponentBits& n, const Divisor<R>& divisor) {
+  const long db = divisor.b.degree;
+  Dense<R> result = copied(ring, space, base, 2 * db);
+  auto* product = ring.take(space, 2 * db + 1);
+  auto multiplyBy = [&](Dense<R> factor) {
+    const long degree = multiplyDense(ring, product, result, factor);
+    std::swap(result.c, product);
+    result.degree = divideDense(ring, result.c, degree, divisor, static_cast<typename R::Unit*>(nullptr));
+  };
+  for (long i = n.bits - 2; i >= 0; --i) {
+    multiplyBy(result);
+    if (n[i]) multiplyBy(base);
+  }
+  return result;
+}
+
 KOREL_FOR_EACH_RING(KOREL_INSTANTIATE_DIVIDE)
 
 }  // namespace korel

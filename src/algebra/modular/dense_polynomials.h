@@ -84,6 +84,22 @@ Divisor<R> preparedDivisor(const R& ring, Workspace& space, Dense<R> b, long lon
 template <class R>
 long divideDense(const R& ring, typename R::Unit* a, long degree, const Divisor<R>& divisor, typename R::Unit* q);
 
+// ---- powers
+
+/// The bits of an exponent.
+struct ExponentBits {
+  const Limb* limbs;
+  long bits;
+  bool operator[](long i) const { return (limbs[i / 64] >> (i % 64) & 1) != 0; }
+};
+inline long significantBits(const Limb* limbs, long count) {
+  while (count > 0 && limbs[count - 1] == 0) --count;
+  return count == 0 ? 0 : 64 * count - __builtin_clzll(limbs[count - 1]);
+}
+/// base^n modulo the divisor; base is reduced and n at least 1. The result lies in `space`.
+template <class R>
+Dense<R> powerDense(const R& ring, Workspace& space, Dense<R> base, const ExponentBits& n, const Divisor<R>& divisor);
+
 // ---- the Euclidean algorithm
 
 /// Both operands are lost; the result, monic, is one of them.

@@ -1,6 +1,6 @@
 // Dense polynomials as operands: what dense_polynomials.h does on arrays, done on objects.
 
-#include "algebra/modular/dense_polynomials.h"
+#include "algebra/modular/dense_objects.h"
 #include "algebra/modular/modular_polynomials.h"
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
@@ -16,46 +16,6 @@ void mInverseError() { KernelException("the modular inverse does not exist"); }
 namespace {
 
 [[noreturn]] void divisionByZero() { KernelException("division by zero"); }
-
-// ---- objects and arrays
-
-/// The coefficients of an object, to be read only: where they are raw words, its own.
-Dense<HardwareRing> load(const HardwareRing&, Workspace&, DAG a) {
-  return {&rawField(a, firstCoefficient), denseDegree(a)};
-}
-Dense<WideRing> load(const WideRing& ring, Workspace& space, DAG a) {
-  const long degree = denseDegree(a);
-  Limb* c = ring.take(space, degree + 1);
-  for (long i = 0; i <= degree; ++i) limbsOfInteger(a[firstCoefficient + i], ring.at(c, i), ring.width);
-  passWork(ring.steps(degree + 1));
-  return {c, degree};
-}
-template <class R>
-Dense<R> loadCopy(const R& ring, Workspace& space, DAG a, long room = 0) {
-  Dense<R> own = load(ring, space, a);
-  if (!R::isHardware && room <= own.degree) return own;
-  return copied(ring, space, own, room);
-}
-
-DAG store(const HardwareRing&, DAG x, DAG m, Dense<HardwareRing> a) {
-  DAG result = newDense(x, m, a.degree);
-  HardwareRing::copy(&rawField(result, firstCoefficient), a.c, a.degree + 1);
-  return finishedDense(result);
-}
-DAG store(const WideRing& ring, DAG x, DAG m, Dense<WideRing> a) {
-  DAG result = newDense(x, m, a.degree);
-  for (long i = 0; i <= a.degree; ++i) result[firstCoefficient + i] = ring.integer(ring.at(a.c, i));
-  passWork(ring.steps(a.degree + 1));
-  return finishedDense(result);
-}
-
-template <class R>
-typename R::Unit* loadList(const R& ring, Workspace& space, DAG list) {
-  const auto n = static_cast<long>(memberCount(list[1]));
-  auto* r = ring.take(space, n);
-  for (long i = 0; i < n; ++i) ring.setInteger(ring.at(r, i), list[1][i + 1]);
-  return r;
-}
 
 }  // namespace
 
@@ -145,42 +105,6 @@ DAG mResultant(DAG a, DAG b, DAG m) {
   });
 }
 
-namespace {
-
-/// The bits of an integer, not negative, as limbs.
-struct Exponent {
-  const Limb* limbs;
-  long bits;
-  bool operator[](long i) const { return (limbs[i / 64] >> (i % 64) & 1) != 0; }
-};
-Exponent exponentOf(Workspace& space, DAG n) {
-  const long count = limbsFor(n);
-  auto* limbs = space.take<Limb>(static_cast<std::size_t>(count));
-  limbsOfInteger(n, limbs, count);
-  long bits = 64 * count;
-  while (bits > 0 && (limbs[(bits - 1) / 64] >> ((bits - 1) % 64) & 1) == 0) --bits;
-  return {limbs, bits};
-}
-
-/// base^n modulo the divisor; base is reduced and not zero, n at least 1.
-template <class R>
-Dense<R> poweredDense(const R& ring, Workspace& space, Dense<R> base, const Exponent& n, const Divisor<R>& divisor) {
-  const long db = divisor.b.degree;
-  Dense<R> result = copied(ring, space, base, 2 * db);
-  auto* product = ring.take(space, 2 * db + 1);
-  auto reduceProduct = [&](long degree) {
-    std::swap(result.c, product);
-    result.degree = divideDense(ring, result.c, degree, divisor, static_cast<typename R::Unit*>(nullptr));
-  };
-  for (long i = n.bits - 2; i >= 0; --i) {
-    reduceProduct(multiplyDense(ring, product, result, result));
-    if (n[i]) reduceProduct(multiplyDense(ring, product, result, base));
-  }
-  return result;
-}
-
-}  // namespace
-
 DAG mPowmod(DAG a, DAG n, DAG b, DAG m) {
   DAG reduced;
   mDivide(a, b, nullptr, &reduced, m);
@@ -193,7 +117,7 @@ DAG mPowmod(DAG a, DAG n, DAG b, DAG m) {
   return withModularRing(m, [&](const auto& ring, Workspace& space) {
     auto modulus = load(ring, space, b);
     auto divisor = preparedDivisor(ring, space, modulus, modulus.degree);
-    return store(ring, a[1], m, poweredDense(ring, space, load(ring, space, reduced), exponentOf(space, n), divisor));
+    return store(ring, a[1], m, powerDense(ring, space, load(ring, space, reduced), exponentOf(space, n), divisor));
   });
 }
 
@@ -287,7 +211,7 @@ DAG mpower(DAG a, DAG n, DAG m) {
   auto *factor = ring.take(space, 1), *result = ring.take(space, 1);
   ring.setInteger(factor, base);
   ring.copy(result, factor, 1);
-  Exponent bits = exponentOf(space, n);
+  ExponentBits bits = exponentOf(space, n);
   for (long i = bits.bits - 2; i >= 0; --i) {
     ring.multiply(result, result, result);
     if (bits[i]) ring.multiply(result, result, factor);

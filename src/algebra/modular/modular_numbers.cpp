@@ -42,7 +42,10 @@ namespace {
 // Miller and Rabin's test to the first primes as bases: no composite number below 3.3 * 10^24 passes it.
 constexpr std::int32_t witnesses[] = {2, 3, 5, 7, 11, 13, 17, 19, 23, 29, 31, 37, 41, 43, 47, 53};
 
+}  // namespace
+
 bool isProbablePrime(DAG n) {
+  if (compcon(n, cons1) <= 0) return false;
   for (std::int32_t p : witnesses) {
     if (eq(n, p)) return true;
     if (imod(n, immediate(p), false) == cons0) return false;
@@ -66,8 +69,6 @@ bool isProbablePrime(DAG n) {
   }
   return true;
 }
-
-}  // namespace
 
 DAG mGetPrime(DAG n) {
   // The first prime of a walk, and one for those that have gone below four digits.

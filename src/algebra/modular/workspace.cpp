@@ -42,8 +42,13 @@ void useNextBlock(std::size_t bytes) {
 
 }  // namespace
 
-Workspace::Workspace() : mark_{currentBlock, usedBytes} {}
-Workspace::~Workspace() { backTo(mark_); }
+Workspace* Workspace::innermost_ = nullptr;
+
+Workspace::Workspace() : outer_(innermost_), mark_{currentBlock, usedBytes} { innermost_ = this; }
+Workspace::~Workspace() {
+  backTo(mark_);
+  innermost_ = outer_;
+}
 
 void Workspace::backTo(Mark mark) {
   currentBlock = mark.block;
@@ -62,8 +67,12 @@ void* Workspace::takeBytes(std::size_t count, std::size_t size) {
   return taken;
 }
 
-void GuardedWorkspace::giveBack(const char*) { backTo(*reinterpret_cast<const Mark*>(errorProcParam)); }
-GuardedWorkspace::GuardedWorkspace() { PushStateKeeper(giveBack, &mark_); }
+void GuardedWorkspace::giveBack(const char*) {
+  auto* left = reinterpret_cast<GuardedWorkspace*>(errorProcParam);
+  backTo(left->mark_);
+  innermost_ = left->outer_;
+}
+GuardedWorkspace::GuardedWorkspace() { PushStateKeeper(giveBack, this); }
 GuardedWorkspace::~GuardedWorkspace() { PopErrorProc(); }
 
 }  // namespace korel

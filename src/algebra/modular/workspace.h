@@ -2,10 +2,11 @@
 // Scratch memory of the modular arithmetic: a stack of big blocks beside the heap.
 //
 // A `Workspace` on the native stack marks a place; what is taken through it lies above, and its end gives all of
-// that back. An operation on objects opens a `GuardedWorkspace` around its work, which an error, an interrupt or a
+// that back. Only the innermost one may be taken from, since its end would give the others' room back too. An operation on objects opens a `GuardedWorkspace` around its work, which an error, an interrupt or a
 // time limit gives back as well: the plain ones below it need no such care. Blocks stay for the next operation
 // unless they are large.
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 
@@ -23,6 +24,7 @@ class Workspace {
   /// Room for `count` elements, not cleared. Error: "object too large".
   template <class T>
   T* take(std::size_t count) {
+    assert(innermost_ == this);
     return static_cast<T*>(takeBytes(count, sizeof(T)));
   }
 
@@ -32,6 +34,8 @@ class Workspace {
     std::size_t used;
   };
   static void backTo(Mark mark);
+  static Workspace* innermost_;
+  Workspace* outer_;
   Mark mark_;
 
  private:
