@@ -44,7 +44,7 @@ modp1(Prime(1), 7), modp1(Prime(-5), 7), modp1(Prime(46327), 7), modp1(Prime(100
 modp1(Randpoly(x, 5), 101), modp1(Randpoly(x, 0), 2), modp1(Degree(Randpoly(20, y)), 2); modp1(Randpoly(x, -1), 7);
 # Names, counts and kinds that are refused.
 modp1(Gcd(a), 7); modp1(Gcd(a, b, c, d, e), 7); modp1(Gcd(a, 3), 7); modp1(Add(), 7); modp1(Degree(x^2), 7); modp1(Quo(a, b, 5), 7); modp1(MaxHardware(1), 7);
-modp1(3, 7); modp1(x, 7); modp1(t[1](a), 7); modp1(Nothing(a), 7); modp1(degree(a), 7);
+modp1(3, 7); modp1(x, 7); modp1(t[1](a), 7); modp1(Nothing(a), 7); modp1(nothing(a), 7);
 modp1(One(x), 1); modp1(One(x), 0); modp1(One(x), -7); modp1(One(x), 7/2); modp1(One(x), 7.0); modp1(One(x)); modp1(One(x), p);
 `modp1/Twice` := proc(a, m) modp1(Add(a, a), m) end: `modp1/least` := proc(a, m) m end: modp1(Twice(a), 7), modp1(least(a), 7), modp1(Degree(Twice(a)), 7);
 # Very long ones are refused before memory goes.

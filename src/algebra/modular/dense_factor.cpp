@@ -31,8 +31,7 @@ ExponentBits bitsOfCharacteristic(const WideRing& ring, Workspace&) {
 ExponentBits halved(Workspace& space, const ExponentBits& p) {
   const long count = (p.bits + 63) / 64;
   auto* limbs = space.take<Limb>(static_cast<std::size_t>(count));
-  for (long i = 0; i < count; ++i)
-    limbs[i] = p.limbs[i] >> 1 | (i + 1 < count ? p.limbs[i + 1] << 63 : 0);
+  for (long i = 0; i < count; ++i) limbs[i] = p.limbs[i] >> 1 | (i + 1 < count ? p.limbs[i + 1] << 63 : 0);
   return {limbs, p.bits - 1};
 }
 

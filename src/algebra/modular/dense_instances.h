@@ -10,16 +10,16 @@
   template long multiplyDense(const R&, R::Unit*, Dense<R>, Dense<R>);    \
   template void schoolMultiply(const R&, R::Unit*, const R::Unit*, long, const R::Unit*, long);
 
-#define KOREL_INSTANTIATE_DIVIDE(R)                                          \
-  template Divisor<R> preparedDivisor(const R&, Workspace&, Dense<R>, long); \
+#define KOREL_INSTANTIATE_DIVIDE(R)                                                 \
+  template Divisor<R> preparedDivisor(const R&, Workspace&, Dense<R>, long);        \
   template long divideDense(const R&, R::Unit*, long, const Divisor<R>&, R::Unit*); \
   template Dense<R> powerDense(const R&, Workspace&, Dense<R>, const ExponentBits&, const Divisor<R>&);
 
-#define KOREL_INSTANTIATE_FACTOR(R)                                                        \
-  template void squareFreeParts(const R&, Dense<R>, FactorList<R>&);                       \
-  template void distinctDegrees(const R&, Dense<R>, FactorList<R>&);                       \
-  template void equalDegrees(const R&, Dense<R>, long, FactorList<R>&);                    \
-  template Dense<R> partWithRoots(const R&, Workspace&, Dense<R>);                         \
+#define KOREL_INSTANTIATE_FACTOR(R)                                     \
+  template void squareFreeParts(const R&, Dense<R>, FactorList<R>&);    \
+  template void distinctDegrees(const R&, Dense<R>, FactorList<R>&);    \
+  template void equalDegrees(const R&, Dense<R>, long, FactorList<R>&); \
+  template Dense<R> partWithRoots(const R&, Workspace&, Dense<R>);      \
   template bool isIrreducible(const R&, Dense<R>);
 
 #define KOREL_INSTANTIATE_EUCLID(R)                                             \

@@ -108,16 +108,14 @@ DAG native::modularFactors(const BuiltinCall& call) {
 
 // modp1/Sqrfree(a, m): the same with square-free factors.
 DAG native::modularSqrfree(const BuiltinCall& call) {
-  return foundWithLead(operandsOf(call, "Sqrfree"), [](const auto& ring, Workspace&, auto f, auto& result) {
-    squareFreeParts(ring, f, result);
-  });
+  return foundWithLead(operandsOf(call, "Sqrfree"),
+                       [](const auto& ring, Workspace&, auto f, auto& result) { squareFreeParts(ring, f, result); });
 }
 
 // modp1/DistDeg(a, m): [[product of the factors of a degree, degree], ...] of a square-free polynomial.
 DAG native::modularDistDeg(const BuiltinCall& call) {
-  return found(operandsOf(call, "DistDeg"), [](const auto& ring, Workspace&, auto f, auto& result) {
-    distinctDegrees(ring, f, result);
-  });
+  return found(operandsOf(call, "DistDeg"),
+               [](const auto& ring, Workspace&, auto f, auto& result) { distinctDegrees(ring, f, result); });
 }
 
 // modp1/Irreduc(a, m): true or false.

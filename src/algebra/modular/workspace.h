@@ -2,9 +2,9 @@
 // Scratch memory of the modular arithmetic: a stack of big blocks beside the heap.
 //
 // A `Workspace` on the native stack marks a place; what is taken through it lies above, and its end gives all of
-// that back. Only the innermost one may be taken from, since its end would give the others' room back too. An operation on objects opens a `GuardedWorkspace` around its work, which an error, an interrupt or a
-// time limit gives back as well: the plain ones below it need no such care. Blocks stay for the next operation
-// unless they are large.
+// that back. Only the innermost one may be taken from, since its end would give the others' room back too. An operation
+// on objects opens a `GuardedWorkspace` around its work, which an error, an interrupt or a time limit gives back as
+// well: the plain ones below it need no such care. Blocks stay for the next operation unless they are large.
 
 #include <cassert>
 #include <cstddef>

@@ -1,9 +1,8 @@
 // Dense polynomials against a plain model, and against identities.
 
-#include "algebra/modular/modular_polynomials.h"
-
 #include <gtest/gtest.h>
 
+#include "algebra/modular/modular_polynomials.h"
 #include "algebra/modular/polynomial_model.h"
 
 namespace korel::test {
@@ -107,7 +106,8 @@ TEST(ModularPolynomials, TheEuclideanAlgorithmKeepsItsIdentities) {
       EXPECT_LT(denseDegree(r), 0) << shown(a, b);
       DAG d = random.polynomial(ring, x, 8);
       EXPECT_EQ(mResultant(mMultiply(a, d, m), b, m), ring.reduced(mul(mResultant(a, b, m), mResultant(d, b, m))))
-          << shown(a, b) << "\n" << text(d);
+          << shown(a, b) << "\n"
+          << text(d);
       const bool odd = denseDegree(a) > 0 && (denseDegree(a) & denseDegree(b) & 1) != 0;
       EXPECT_EQ(mResultant(b, a, m), ring.reduced(mul(mResultant(a, b, m), odd ? consm1 : cons1))) << shown(a, b);
     });

@@ -87,8 +87,10 @@ class RandomPolynomials {
 /// Moduli of all forms: the raw ones to their limit, machine words, several words, even and odd composites.
 inline const std::vector<const char*>& modelModuli() {
   static const std::vector<const char*> moduli = {
-      "2", "3", "101", "46327", "46337", "4294967291", "100000000000000000039", "10^100+267",  // primes
-      "4", "6", "46320", "46332", "2^32", "2^64", "2^64*3", "10^20", "6^40"};
+      "2",          "3",   "101",   "46327", "46337", "4294967291", "100000000000000000039",
+      "10^100+267",  // primes
+      "4",          "6",   "46320", "46332", "2^32",  "2^64",       "2^64*3",
+      "10^20",      "6^40"};
   return moduli;
 }
 constexpr std::size_t primeModuli = 8;
