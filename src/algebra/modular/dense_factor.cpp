@@ -19,15 +19,70 @@ long characteristic(const WideRing& ring) {
   const Limb p = ring.modulus.modulus[0];
   return ring.width == 1 && p < static_cast<Limb>(noLimit) ? static_cast<long>(p) : noLimit;
 }
-ExponentBits bitsOfCharacteristic(const HardwareRing& ring, Workspace& space) {
+template <class Base>
+long characteristic(const GaloisRing<Base>& ring) {
+  return characteristic(ring.base);
+}
+long degreeOverPrimeField(const HardwareRing&) { return 1; }
+long degreeOverPrimeField(const WideRing&) { return 1; }
+template <class Base>
+long degreeOverPrimeField(const GaloisRing<Base>& ring) {
+  return ring.k;
+}
+
+// The order q of the field.
+ExponentBits bitsOfOrder(const HardwareRing& ring, Workspace& space) {
   auto* limbs = space.take<Limb>(1);
   limbs[0] = ring.m;
   return {limbs, significantBits(limbs, 1)};
 }
-ExponentBits bitsOfCharacteristic(const WideRing& ring, Workspace&) {
+ExponentBits bitsOfOrder(const WideRing& ring, Workspace&) {
   return {ring.modulus.modulus, significantBits(ring.modulus.modulus, ring.width)};
 }
-// (p - 1) / 2: for an odd p, its bits but the lowest.
+template <class Base>
+ExponentBits bitsOfOrder(const GaloisRing<Base>& ring, Workspace& space) {
+  const ExponentBits p = bitsOfOrder(ring.base, space);
+  const long n = (p.bits + 63) / 64, count = n * ring.k;
+  auto* power = space.take<Limb>(static_cast<std::size_t>(count));
+  auto* product = space.take<Limb>(static_cast<std::size_t>(count));
+  std::fill(power, power + count, 0);
+  power[0] = 1;
+  for (long j = 0; j < ring.k; ++j) {
+    std::fill(product, product + count, 0);
+    for (long i = 0; i < n; ++i) {
+      Limb carry = 0;
+      for (long t = 0; t + i < count; ++t) {
+        DoubleLimb sum = DoubleLimb{power[t]} * p.limbs[i] + product[t + i] + carry;
+        product[t + i] = static_cast<Limb>(sum);
+        carry = static_cast<Limb>(sum >> 64);
+      }
+    }
+    std::swap(power, product);
+  }
+  return {power, significantBits(power, count)};
+}
+
+// r = the p-th root of a. In a prime field each element is its own; in one of p^k elements it is a^(p^(k-1)).
+template <class R>
+void rootOfElement(const R& ring, typename R::Unit* r, const typename R::Unit* a) {
+  ring.copy(r, a, 1);
+}
+template <class Base>
+void rootOfElement(const GaloisRing<Base>& ring, typename Base::Unit* r, const typename Base::Unit* a) {
+  Workspace space;
+  const ExponentBits p = bitsOfOrder(ring.base, space);
+  auto* from = ring.take(space, 1);
+  ring.copy(r, a, 1);
+  for (long j = 1; j < ring.k; ++j) {
+    ring.copy(from, r, 1);
+    for (long i = p.bits - 2; i >= 0; --i) {
+      ring.multiply(r, r, r);
+      if (p[i]) ring.multiply(r, r, from);
+    }
+  }
+}
+
+// (q - 1) / 2: for an odd q, its bits but the lowest.
 ExponentBits halved(Workspace& space, const ExponentBits& p) {
   const long count = (p.bits + 63) / 64;
   auto* limbs = space.take<Limb>(static_cast<std::size_t>(count));
@@ -79,7 +134,7 @@ struct Frobenius {
   const R& ring;
   const Divisor<R>& f;
   long n;
-  typename R::Unit* columns;  // coefficient j of x^(p*i) stands at j * n + i
+  typename R::Unit* columns;  // coefficient j of x^(q*i) stands at j * n + i
 
   Frobenius(const R& ring, Workspace& space, const Divisor<R>& f)
       : ring(ring), f(f), n(f.b.degree), columns(ring.take(space, n * n)) {
@@ -88,7 +143,7 @@ struct Frobenius {
     ring.clear(base.c, 2);
     ring.setSmall(ring.at(base.c, 1), 1);
     if (n == 1) base.degree = divideDense(ring, base.c, 1, f, static_cast<typename R::Unit*>(nullptr));
-    Dense<R> power = powerDense(ring, step, base, bitsOfCharacteristic(ring, step), f);
+    Dense<R> power = powerDense(ring, step, base, bitsOfOrder(ring, step), f);
     Dense<R> row = {ring.take(step, 2 * n + 1), 0};
     auto* product = ring.take(step, 2 * n + 1);
     ring.setSmall(row.c, 1);
@@ -103,7 +158,7 @@ struct Frobenius {
       row.degree = divideDense(ring, row.c, degree, f, static_cast<typename R::Unit*>(nullptr));
     }
   }
-  /// r = a^p for a reduced a, into another array of n coefficients.
+  /// r = a^q for a reduced a, into another array of n coefficients.
   Dense<R> operator()(typename R::Unit* r, Dense<R> a) const {
     passWork(ring.steps(n * (a.degree + 1)));
     for (long j = 0; j < n; ++j) ring.dot(ring.at(r, j), a.c, ring.at(columns, j * n), a.degree + 1);
@@ -131,9 +186,9 @@ void squareFree(const R& ring, Dense<R> f, long multiple, FactorList<R>& result)
     c = quotient(ring, space, c, y);
   }
   if (c.degree <= 0) return;
-  // A p-th power: in a prime field each coefficient is its own root.
+  // A p-th power.
   Dense<R> root = {ring.take(space, c.degree / p + 1), c.degree / p};
-  for (long i = 0; i <= root.degree; ++i) ring.copy(ring.at(root.c, i), ring.at(c.c, i * p), 1);
+  for (long i = 0; i <= root.degree; ++i) rootOfElement(ring, ring.at(root.c, i), ring.at(c.c, i * p));
   squareFree(ring, root, multiple * p, result);
 }
 
@@ -148,7 +203,7 @@ void squareFreeParts(const R& ring, Dense<R> f, FactorList<R>& result) {
 
 namespace {
 
-constexpr long gcdBatch = 8;  // differences x^(p^d) - x multiplied before a gcd is taken
+constexpr long gcdBatch = 8;  // differences x^(q^d) - x multiplied before a gcd is taken
 
 // Calls found(g, d) for the product g of the factors of degree d; goes on while it answers true.
 template <class R, class Found>
@@ -158,7 +213,7 @@ void separateDegrees(const R& ring, Dense<R> f, Found found) {
   Frobenius<R> frobenius(ring, space, divisor);
   const long n = f.degree;
   Dense<R> rest = copied(ring, space, f, 0);
-  Dense<R> powers[gcdBatch];  // x^(p^d), less x
+  Dense<R> powers[gcdBatch];  // x^(q^d), less x
   for (Dense<R>& h : powers) h.c = ring.take(space, n + 2);
   Dense<R> latest = {ring.take(space, n + 2), 1};
   ring.clear(latest.c, 2);
@@ -228,7 +283,7 @@ Dense<R> partWithRoots(const R& ring, Workspace& space, Dense<R> f) {
   ring.setSmall(ring.at(x.c, 1), 1);
   if (f.degree == 1) x.degree = divideDense(ring, x.c, 1, divisor, static_cast<typename R::Unit*>(nullptr));
   Dense<R> power = x;
-  if (x.degree >= 0) power = powerDense(ring, space, x, bitsOfCharacteristic(ring, space), divisor);
+  if (x.degree >= 0) power = powerDense(ring, space, x, bitsOfOrder(ring, space), divisor);
   subtractX(ring, power);
   power.degree = divideDense(ring, power.c, power.degree, divisor, static_cast<typename R::Unit*>(nullptr));
   return commonDivisor(ring, space, f, power);
@@ -254,34 +309,61 @@ void drawCoefficient(const WideRing& ring, Limb* c) {
   ring.modulus.reduce(c, x, ring.width + 1);
 }
 
-// A polynomial that has about half of the factors of f: from a random r, its norm to the prime field to the power
-// (p - 1) / 2, less 1; its trace for p = 2.
+template <class Base>
+void drawCoefficient(const GaloisRing<Base>& ring, typename Base::Unit* c) {
+  for (long i = 0; i < ring.k; ++i) drawCoefficient(ring.base, ring.base.at(c, i));
+}
+
+// Room for products modulo f.
+template <class R>
+struct Products {
+  const R& ring;
+  const Divisor<R>& f;
+  typename R::Unit* spare;
+
+  Products(const R& ring, Workspace& space, const Divisor<R>& f)
+      : ring(ring), f(f), spare(ring.take(space, 2 * f.b.degree + 1)) {}
+  /// a = a * b; a has room for twice the degree of f, and changes places with the spare room.
+  void multiplyBy(Dense<R>& a, Dense<R> b) {
+    const long degree = multiplyDense(ring, spare, a, b);
+    std::swap(a.c, spare);
+    a.degree = divideDense(ring, a.c, degree, f, static_cast<typename R::Unit*>(nullptr));
+  }
+};
+
+// The sum of the powers r^(2^i), i below n.
+template <class R>
+Dense<R> traceToTwo(const R& ring, Workspace& space, const Divisor<R>& f, Dense<R> r, long n) {
+  Products<R> products(ring, space, f);
+  Dense<R> square = copied(ring, space, r, 2 * f.b.degree), sum = copied(ring, space, r, 2 * f.b.degree);
+  for (long i = 1; i < n; ++i) {
+    products.multiplyBy(square, square);
+    sum.degree = addDense(ring, sum.c, sum, square);
+  }
+  return sum;
+}
+
+// A polynomial that has about half of the factors of f, all of degree d. For odd q: a random one's norm to the field of
+// q elements, to the power (q - 1) / 2, less 1. For q a power of 2: its trace to the field of two elements.
 template <class R>
 Dense<R> splitter(const R& ring, Workspace& space, const Divisor<R>& f, const Frobenius<R>* frobenius, long d) {
   const long n = f.b.degree;
-  const bool two = characteristic(ring) == 2;
-  auto* product = ring.take(space, 2 * n + 1);
-  Dense<R> image = {ring.take(space, n + 1), n - 1}, gathered = {ring.take(space, 2 * n + 1), 0};
+  Dense<R> image = {ring.take(space, n + 1), n - 1};
   for (long i = 0; i < n; ++i) drawCoefficient(ring, ring.at(image.c, i));
   image.degree = trimmedDegree(ring, image.c, n - 1);
-  ring.copy(gathered.c, image.c, image.degree + 1);
-  gathered.degree = image.degree;
+  if (characteristic(ring) == 2) return traceToTwo(ring, space, f, image, d * degreeOverPrimeField(ring));
+  Products<R> products(ring, space, f);
+  Dense<R> norm = copied(ring, space, image, 2 * n);
   auto* spare = ring.take(space, n + 1);
-  for (long k = 1; k < d; ++k) {
+  for (long i = 1; i < d; ++i) {
     Dense<R> next = (*frobenius)(spare, image);
     spare = image.c;
     image = next;
-    if (two) {
-      gathered.degree = addDense(ring, gathered.c, gathered, image);
-    } else {
-      const long degree = multiplyDense(ring, product, gathered, image);
-      std::swap(gathered.c, product);
-      gathered.degree = divideDense(ring, gathered.c, degree, f, static_cast<typename R::Unit*>(nullptr));
-    }
+    products.multiplyBy(norm, image);
   }
-  if (two || gathered.degree < 0) return gathered;
-  ExponentBits half = halved(space, bitsOfCharacteristic(ring, space));
-  Dense<R> power = powerDense(ring, space, gathered, half, f);
+  if (norm.degree < 0) return norm;
+  const ExponentBits half = halved(space, bitsOfOrder(ring, space));
+  Dense<R> power = powerDense(ring, space, norm, half, f);
   if (power.degree < 0) return power;
   auto* one = ring.take(space, 1);
   ring.setSmall(one, 1);
@@ -301,7 +383,8 @@ void equalDegrees(const R& ring, Dense<R> f, long d, FactorList<R>& result) {
   Workspace space;
   Divisor<R> divisor = preparedDivisor(ring, space, f, f.degree);
   Frobenius<R>* frobenius = nullptr;
-  if (d > 1) frobenius = new (space.take<Frobenius<R>>(1)) Frobenius<R>(ring, space, divisor);
+  if (d > 1 && characteristic(ring) != 2)
+    frobenius = new (space.take<Frobenius<R>>(1)) Frobenius<R>(ring, space, divisor);
   for (;;) {
     Workspace step;
     Dense<R> g = commonDivisor(ring, step, f, splitter(ring, step, divisor, frobenius, d));

@@ -1,7 +1,11 @@
 #pragma once
 // The rings for which the templates of dense polynomials are compiled, each group in its own file.
 
-#define KOREL_FOR_EACH_RING(instantiate) instantiate(HardwareRing) instantiate(WideRing)
+#include "algebra/modular/galois_rings.h"
+
+#define KOREL_FOR_EACH_RING(instantiate)                                                \
+  instantiate(HardwareRing) instantiate(WideRing) instantiate(GaloisRing<HardwareRing>) \
+      instantiate(GaloisRing<WideRing>)
 
 #define KOREL_INSTANTIATE_MULTIPLY(R)                                     \
   template long addDense(const R&, R::Unit*, Dense<R>, Dense<R>);         \

@@ -7,6 +7,7 @@
 
 #include "algebra/modular/dense_factor.h"
 #include "algebra/modular/dense_objects.h"
+#include "algebra/polynomial_order.h"
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "library/native/native.h"
@@ -82,27 +83,12 @@ DAG foundWithLead(const Operands& operands, Step step) {
   return pairOf(operands.degree < 0 ? cons0 : lead, found(operands, step));
 }
 
-/// All irreducible factors of a monic polynomial with their multiplicities.
-template <class R>
-void factor(const R& ring, Workspace& space, Dense<R> f, FactorList<R>& result) {
-  FactorList<R> parts(ring, space, f.degree);
-  squareFreeParts(ring, f, parts);
-  for (long i = 0; i < parts.count; ++i) {
-    Workspace step;
-    FactorList<R> degrees(ring, step, parts.factors[i].degree);
-    distinctDegrees(ring, parts.factors[i], degrees);
-    const long first = result.count;
-    for (long k = 0; k < degrees.count; ++k) equalDegrees(ring, degrees.factors[k], degrees.numbers[k], result);
-    for (long k = first; k < result.count; ++k) result.numbers[k] = parts.numbers[i];
-  }
-}
-
 }  // namespace
 
 // modp1/Factors(a, m): [leading coefficient, [[factor, multiplicity], ...]].
 DAG native::modularFactors(const BuiltinCall& call) {
   return foundWithLead(operandsOf(call, "Factors"), [](const auto& ring, Workspace& space, auto f, auto& result) {
-    factor(ring, space, f, result);
+    factorDense(ring, space, f, result);
   });
 }
 
@@ -138,19 +124,8 @@ DAG native::modularRoots(const BuiltinCall& call) {
     FactorList<R> linear(ring, space, operands.degree);
     if (Dense<R> part = partWithRoots(ring, space, f); part.degree > 0) equalDegrees(ring, part, 1, linear);
     DAG pairs = newl2(static_cast<Word>(linear.count + 1), EXPSEQ);
-    auto* q = ring.take(space, f.degree + 1);
     for (long i = 0; i < linear.count; ++i) {
-      // Divided out as often as it goes.
-      Divisor<R> divisor = preparedDivisor(ring, space, linear.factors[i], 1);
-      long multiplicity = 0;
-      for (;; ++multiplicity) {
-        Workspace step;
-        if (f.degree < 1) break;
-        Dense<R> rest = copied(ring, step, f, 0);
-        if (divideDense(ring, rest.c, rest.degree, divisor, q) >= 0) break;
-        ring.copy(f.c, q, f.degree);
-        --f.degree;
-      }
+      const long multiplicity = takeOutRoot(ring, space, f, linear.factors[i]);
       ring.negate(linear.factors[i].c, linear.factors[i].c);
       pairs[i + 1] = pairOf(simpl(ring.integer(linear.factors[i].c)), number(multiplicity));
     }
@@ -158,6 +133,12 @@ DAG native::modularRoots(const BuiltinCall& call) {
     std::sort(first, first + linear.count, [](DAG p, DAG q) { return compcon(p[1][1], q[1][1]) < 0; });
     return listOf(pairs);
   });
+}
+
+// mod/variables(a, ...): the names and calls that the expressions are made of, as a set.
+DAG native::modularVariables(const BuiltinCall& call) {
+  DAG list = simpl(new2(LIST, call.arguments));
+  return simpl(new2(SET, simpl(indeterminates(list))));
 }
 
 }  // namespace korel

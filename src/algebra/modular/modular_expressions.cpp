@@ -95,10 +95,7 @@ DAG reducedCall(DAG x, const Reduction& reduce) {
     return simpl(newCall(head, {base, exponent}));
   }
   if (!isNameOrIndexed(head)) return x;
-  DAG extended = CopyAlg(arguments);
-  extended = enlarge(extended, 1);
-  extended[lengthOf(extended) - 1] = reduce.modulus;
-  DAG result = simpl(evalextf("mod/", head, simpl(extended)));
+  DAG result = simpl(evalextf("mod/", head, libraryArguments(arguments, reduce.modulus)));
   return isEmptySequence(result) ? x : result;
 }
 

@@ -83,6 +83,14 @@ DAG mShift(DAG a, std::int64_t n, DAG m) {
   return finishedDense(result);
 }
 
+DAG libraryArguments(DAG arguments, DAG m) {
+  DAG result = newl2(lengthOf(arguments) + 1, EXPSEQ);
+  for (Word i = 1; i < lengthOf(arguments); ++i)
+    result[i] = isNameOrIndexed(arguments[i]) ? new2(UNEVAL, arguments[i]) : arguments[i];
+  result[lengthOf(arguments)] = m;
+  return simpl(result);
+}
+
 // ---- checks of arguments
 
 namespace {

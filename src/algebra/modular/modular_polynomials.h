@@ -99,6 +99,12 @@ void ResetModRand();
 /// A random polynomial of that degree. Error: "invalid result from rand".
 DAG mRandpoly(DAG x, std::int64_t degree, DAG m);
 
+// ---- calls of the library
+
+/// The arguments of a library procedure: `arguments`, and the modulus at their end. They are values, and names among
+/// them are quoted, so that a procedure may assign results to them even if they have values already.
+DAG libraryArguments(DAG arguments, DAG m);
+
 // ---- checks of arguments
 
 /// A dense polynomial in one indeterminate whose modulus is at most m, and of the same form.

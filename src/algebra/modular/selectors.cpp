@@ -57,11 +57,7 @@ DAG runSelector(const SelectorFamily& family, DAG expression, DAG m) {
   if (!isName(name)) KernelException(family.badName);
   Selection call = {family, name, runMembers(family, expression[2], m), m};
   const Selector* selector = findSelector(family, textOf(name));
-  if (selector == nullptr) {
-    DAG extended = enlarge(CopyAlg(call.arguments), 1);
-    extended[lengthOf(extended) - 1] = m;
-    return simpl(evalsysf(family.library, textOf(name), simpl(extended)));
-  }
+  if (selector == nullptr) return simpl(evalsysf(family.library, textOf(name), libraryArguments(call.arguments, m)));
   const auto count = static_cast<int>(call.count());
   if (count < selector->least || (selector->most >= 0 && count > selector->most)) call.invalid();
   return selector->run(call);
