@@ -15,9 +15,9 @@ struct CompileOptions {
   DAG libs;  // EXPSEQ of STRING: more libraries to link; or 0
 };
 
-/// Compiles the C file at `path` and makes a shared object of it beside it; its path, until the next call. Errors: "file
-/// name too long, %1", "compiler command %1 returned error code %2", "loader command %1 returned error code %2"; in secure
-/// mode "system calls are disabled".
+/// Compiles the C file at `path` and makes a shared object of it beside it; its path, until the next call. Errors:
+/// "file name too long, %1", "compiler command %1 returned error code %2", "loader command %1 returned error code %2";
+/// in secure mode "system calls are disabled".
 const char* CompileModule(const char* path, const CompileOptions& options);
 
 /// The commands that `CompileModule` would run, one a line, until the next call.

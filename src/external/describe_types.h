@@ -39,8 +39,8 @@ bool isPointer(const Node* node);
 /// The name of the node's type, as MWRAPSTRUCT_S_1. Error: "fatal error generating wrapper code".
 const char* typeName(const Node* node);
 
-/// Of an array: writes M_INT bounds[n] with the values of its ranges, at the beginning of a block. Errors: "cannot create
-/// ARRAY with unspecified bounds" when they are `needed` and not told.
+/// Of an array: writes M_INT bounds[n] with the values of its ranges, at the beginning of a block. Error: "cannot
+/// create ARRAY with unspecified bounds" when they are `needed` and not told.
 void writeBounds(Node* node, bool needed);
 /// The variable of a global number.
 const char* globalVariable(const Node* node);

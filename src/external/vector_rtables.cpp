@@ -246,7 +246,7 @@ void rtableSparseCompact(ALGEB x) {
   UpdateRTABLE(r, lengthOf(r) - 2, kept);
 }
 
-// By the index of `dimension` first, then by the others in their order; heap sort, since entries are exchanged in place.
+// By the index of `dimension` first, then by the others in their order; heap sort, for entries are exchanged in place.
 ALGEB rtableSparseIndexSort(ALGEB x, M_INT dimension) {
   DAG r = sparseBehind(x);
   checkDimension(r, dimension);
