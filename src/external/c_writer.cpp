@@ -27,6 +27,8 @@ constexpr int baseLength = 8;
 
 struct Writing {
   char* text = nullptr;  // a growing text, kept from one wrapper to the next
+  int depth = 0;         // of open braces, those within quotes too: texts hold them in pairs or not at all
+  bool atLineStart = true;
   char stem[baseLength + 1];
   char base[baseLength + 1];
 };
@@ -37,6 +39,8 @@ Writing writing;
 void BeginC(const char* function, const char* wrapper) {
   DisposeString(writing.text);
   writing.text = NewLongString();
+  writing.depth = 0;
+  writing.atLineStart = true;
   int length = 0;
   for (const char* at = function; *at != '\0' && length < baseLength; ++at) {
     const auto c = static_cast<unsigned char>(*at);
@@ -60,9 +64,31 @@ void BeginCFunc(const char* name) {
   AppendToC("MKernelVector kv;\nALGEB fn_args;\n");
 }
 
-void AppendToC(const char* text) { writing.text = AppendStringToString(writing.text, text); }
+namespace {
+
+// Blanks at the beginning of a line, by the braces that are open.
+void indentLine(const char* line) {
+  if (*line == '\n' || *line == '\0' || *line == '#') return;
+  const int depth = writing.depth - (*line == '}' ? 1 : 0);
+  for (int i = 0; i < depth; ++i) writing.text = AppendStringToString(writing.text, "    ");
+}
+
+}  // namespace
+
+void AppendToC(const char* text) {
+  for (; *text != '\0'; ++text) {
+    if (writing.atLineStart) indentLine(text);
+    if (*text == '{') ++writing.depth;
+    if (*text == '}') --writing.depth;
+    writing.atLineStart = *text == '\n';
+    writing.text = AppendToString(writing.text, *text);
+  }
+}
 void AppendIntegerToC(long value) { AppendFormatToC("%ld", value); }
-void AppendCharToC(char c) { writing.text = AppendToString(writing.text, c); }
+void AppendCharToC(char c) {
+  const char text[2] = {c, '\0'};
+  AppendToC(text);
+}
 void AppendFormatToC(const char* format, ...) {
   char line[512];
   std::va_list list;

@@ -2,8 +2,8 @@
 // Calls of external code: what runs around them, and what keeps the kernel whole when they fail.
 //
 // While external code runs, `InExternalCall` is set: no collection takes place, so that objects which C holds stay
-// where they are, and allocation is counted apart. What the call has left is put to the collector's account when it returns.
-// Calls nest, by way of callbacks; each finds the static storage of its wrapper as it left it.
+// where they are, and allocation is counted apart. What the call has left is put to the collector's account when it
+// returns. Calls nest, by way of callbacks; each finds the static storage of its wrapper as it left it.
 //
 // A fault in external code is an error of the language. The handlers of the faults are installed at the first call and
 // stay; a fault outside of external code goes to the handlers that were there before. They run on a stack of their

@@ -171,7 +171,6 @@ constexpr StaticRow staticRows[] = {
 };
 
 void writeStatics() {
-  CNewLine();
   for (const StaticRow& row : staticRows)
     if (counts().*row.count != 0) AppendFormatToC("static ALGEB %s[%d];\n", row.name, counts().*row.count);
   for (int i = 0; i < counts().globals; ++i) {
@@ -183,13 +182,13 @@ void writeStatics() {
 void writeStaticsTable(const char* wrapper) {
   AppendFormatToC("\nMWrapperStatic %s_statics[] = {\n", wrapper);
   for (const StaticRow& row : staticRows)
-    if (counts().*row.count != 0) AppendFormatToC("    { %s, sizeof(%s), TRUE },\n", row.name, row.name);
+    if (counts().*row.count != 0) AppendFormatToC("{ %s, sizeof(%s), TRUE },\n", row.name, row.name);
   for (int i = 0; i < counts().globals; ++i) {
     const char* global = globalVariable(counts().global[i]);
     const bool isObject = counts().global[i]->kind == anythingNode;
-    AppendFormatToC("    { &%s, sizeof(%s), %s },\n", global, global, isObject ? "TRUE" : "FALSE");
+    AppendFormatToC("{ &%s, sizeof(%s), %s },\n", global, global, isObject ? "TRUE" : "FALSE");
   }
-  AppendToC("    { &args, sizeof(args), FALSE },\n    { NULL, 0, FALSE }\n};\n");
+  AppendToC("{ &args, sizeof(args), FALSE },\n{ NULL, 0, FALSE }\n};\n");
 }
 
 void writeStart(Node* head, bool checksCount) {

@@ -23,10 +23,10 @@ void writeDeclaration(Node* node) {
   AppendFormatToC("\ntypedef %s {\n", isUnion(node) ? "union" : "struct");
   forEachMember(node, [](Node* m) {
     if (m->kind == stringNode && m->size != 0 && !m->byReference)
-      AppendFormatToC("    char %s[%d];\n", m->identifier, m->size);
-    else AppendFormatToC("    %s %s;\n", parameterType(m), m->identifier);
+      AppendFormatToC("char %s[%d];\n", m->identifier, m->size);
+    else AppendFormatToC("%s %s;\n", parameterType(m), m->identifier);
   });
-  if (node->firstChild == nullptr) AppendToC("    char empty;\n");
+  if (node->firstChild == nullptr) AppendToC("char empty;\n");
   AppendFormatToC("} %s;\n", typeName(node));
 }
 

@@ -88,7 +88,6 @@ void parseMembers(Node* node, DAG type) {
     else KernelException("unknown %1 option %2", word, member);
   }
   stackPop();
-  resolveRanges(node);
   pushGlobal(node);
 }
 void parseStruct(Node* node, DAG type) {
@@ -113,7 +112,6 @@ void parseProc(Node* node, DAG type) {
     parseParameter(node, parameters[i]);
   }
   stackPop();
-  resolveRanges(node);
   pushGlobal(node);
 }
 
@@ -215,6 +213,7 @@ Node* findVariable(Node* container, DAG name) {
 
 void resolveRanges(Node* container) {
   for (Node* child = container->firstChild; child != nullptr; child = child->next) {
+    resolveRanges(child);
     if (child->kind != arrayNode) continue;
     for (int i = 0; i < 2 * child->array->ranges; ++i) {
       ArrayBound& bound = child->array->bounds[i];

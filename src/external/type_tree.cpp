@@ -120,7 +120,7 @@ const char* escapedForC(const char* text) {
   char* to = result;
   for (std::size_t i = 0; i < length; ++i) {
     const auto c = static_cast<unsigned char>(text[i]);
-    if (c >= 32 && c != '"' && c != '\\' && c != '?' && c != 127) *to++ = text[i];
+    if (c >= 32 && c != '"' && c != '\\' && c != '?' && c != '{' && c != '}' && c != 127) *to++ = text[i];
     else to += std::snprintf(to, 5, "\\%03o", c);
   }
   *to = '\0';

@@ -149,6 +149,7 @@ DAG elementAt(DAG r, const std::int32_t* index) {
 // A rectangular rtable with the bounds, order and subtype of `r`, and another format.
 DAG likeWith(DAG r, Word datatype) {
   RTableSettings settings = CopyRTableSettings(r, false);
+  settings.dimensions = static_cast<int>(dimensionsOf(r));
   settings.datatype = datatype;
   settings.elementType = datatype == dataDag ? ini("sfloat") : ini("anything");
   std::int32_t bounds[2 * maxDimensions];

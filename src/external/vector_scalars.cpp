@@ -8,6 +8,7 @@
 #include "eval/simplify/simplify.h"
 #include "external/addresses.h"
 #include "external/vector_functions.h"
+#include "frame/environment_block.h"
 #include "frame/errors.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
@@ -60,12 +61,23 @@ M_BOOL isUnnamedZero(ALGEB x) { return fromC(x) == cons0; }
 
 namespace {
 
+// The float of an expression, with the digits that a double can hold when `Digits` asks for less.
+DAG evaluated(DAG x) {
+  constexpr std::int64_t doubleDigits = 18;
+  if (precisionDigits() >= doubleDigits) return simpl(evalf(x));
+  EnvironmentChange change;
+  setDigits(change, doubleDigits);
+  DAG value = simpl(evalf(x));
+  restoreDigits(change);
+  return value;
+}
+
 // A real number that `x` stands for, or 0.
 DAG realNumber(DAG x) {
   if (isNumeric(x)) return x;
   if (isTag(x, COMPLEX)) return cxIsReal(x) ? cxRealPart(x) : DAG();
   if (!isObject(x) || hasTag(x, STRING) || hasTag(x, EXPSEQ)) return DAG();
-  DAG value = simpl(evalf(x));
+  DAG value = evaluated(x);
   if (isTag(value, COMPLEX) && cxIsReal(value)) value = cxRealPart(value);
   return isNumeric(value) ? value : DAG();
 }
@@ -167,7 +179,7 @@ namespace {
 bool splitParts(DAG x, DAG& real, DAG& imaginary) {
   if (!isNumber(x)) {
     if (!isObject(x) || hasTag(x, STRING) || hasTag(x, EXPSEQ)) return false;
-    x = simpl(evalf(x));
+    x = evaluated(x);
   }
   if (!isNumber(x)) return false;
   real = realNumber(isTag(x, COMPLEX) ? cxRealPart(x) : x);
