@@ -111,7 +111,8 @@ void pushGlobal(Node* node);
 
 /// Parses `name::type` and adds it to `parent`. Errors: those of the description, each beside what it refuses.
 void parseParameter(Node* parent, DAG parameter);
-/// Finds the parameters that the ranges below `container` name, when all of them are known. Error: "Undefined variable, %1, in ARRAY range".
+/// Finds the parameters that the ranges below `container` name, when all of them are known. Error: "Undefined
+/// variable, %1, in ARRAY range".
 void resolveRanges(Node* container);
 /// Parses the arguments of ARRAY into `node`.
 void parseArray(Node* node, DAG arguments);
