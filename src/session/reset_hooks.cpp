@@ -9,6 +9,7 @@
 #include "eval/walk/walk_memory.h"
 #include "external/call_external.h"
 #include "external/libraries.h"
+#include "hardware/hardware_frame.h"
 #include "library/archive/archive_files.h"
 #include "library/archive/member_io.h"
 #include "library/native/native.h"
@@ -35,6 +36,8 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeRTables},
     {HookMoment::initialised, initializeExternalLibraries},
     {HookMoment::initialised, initializeExternalCalls},
+    {HookMoment::initialised, initializeHardware},
+    {HookMoment::everyStatement, ResetEvalhfInterrupt},
     {HookMoment::everyStatement, ResetDotMIO},
     {HookMoment::everyStatement, doubtDirectoryContents},
     {HookMoment::everyStatement, ResetSimplifier},
