@@ -39,6 +39,8 @@
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "eval/walk/measure.h"
+#include "external/call_external.h"
+#include "external/define_external.h"
 #include "external/float_library.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
@@ -125,7 +127,7 @@ constexpr Builtin builtins[] = {
     {"assigned",                unevaluated, builtin::assigned},
     {"attributes",              simplified,  builtin::attributes},
     {"bind",                    simplified,  builtin::bind},
-    {"call_external",           unevaluated, nullptr},
+    {"call_external",           unevaluated, builtin::call_external},
     {"callback",                simplified,  builtin::callback},
     {"cat",                     members,     builtin::cat},
     {"coeff",                   simplified,  builtin::coeff},
@@ -134,7 +136,7 @@ constexpr Builtin builtins[] = {
     {"convert",                 simplified,  builtin::convert},
     {"crinterp",                neverCalled, nullptr},
     {"debugopts",               simplified,  nullptr},
-    {"define_external",         simplified,  nullptr},
+    {"define_external",         simplified,  builtin::define_external},
     {"degree",                  simplified,  builtin::degree},
     {"denom",                   simplified,  builtin::denom},
     {"diff",                    simplified,  nullptr},
