@@ -10,8 +10,8 @@
 
 namespace korel {
 
-/// r = a * b, na + nb - 1 coefficients; na and nb are at least 1. False, with r untouched, where the product is too long
-/// or the modulus too large, or the instructions are missing.
+/// r = a * b, na + nb - 1 coefficients; na and nb are at least 1. False, with r untouched, where the product is too
+/// long or the modulus too large, or the instructions are missing.
 bool transformMultiply(const HardwareRing& ring, Word* r, const Word* a, long na, const Word* b, long nb);
 bool transformMultiply(const WideRing& ring, Limb* r, const Limb* a, long na, const Limb* b, long nb);
 
