@@ -29,6 +29,15 @@ for k to 60 do
   g := gcd(expand(a*c), expand(b*c));
   if not divide(g, c/icontent(c)) and c <> 0 or not divide(expand(a*c), g) or not divide(expand(b*c), g) then lprint("gcd", a, b, c, g) else count := count + 1 end if
 end do: count;
+# Sparse ones in six variables, with coefficients of up to 16 digits; and with two common factors.
+count := 0:
+for k to 24 do
+  vars := [x, y, z, u, v, w]; size := 10^(1 + irem(k, 16));
+  a, b, c := 1 + poly(vars, 12, 8), 1 + poly(vars, 10, 8), 1 + size*poly(vars, 8, 7);
+  p, q := expand(a*c*(x + y + size)), expand(b*c*(x + y + size));
+  g := gcd(p, q);
+  if not divide(g, expand(c*(x + y + size))) or not divide(p, g) or not divide(q, g) then lprint("gcd", a, b, c, g) else count := count + 1 end if
+end do: count;
 # A sum of many fractions has the value that it had.
 at := [x = 7, y = -3/2, z = 11]:
 for s in [add(1/(x + k), k = 1 .. 40), add((x - k)/((y + k)*(x + y)), k = 1 .. 12), add(k*x^k/(x*y - k)^2, k = 1 .. 8), add(1/((x + k)*(x + k + 1)), k = 1 .. 60), add(1/(x^k - 1), k = 1 .. 12), (x/y + y/z + z/x)^3 - 1/(x*y*z), 1/(1 + 1/(1 + 1/(1 + 1/(x + y))))] do
