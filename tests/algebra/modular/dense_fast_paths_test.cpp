@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "algebra/modular/dense_half_gcd.h"
 #include "algebra/modular/dense_objects.h"
 #include "algebra/modular/dense_transform.h"
 #include "algebra/modular/galois_rings.h"
@@ -161,6 +162,39 @@ TEST(DenseFastPaths, ProductsOverExtensions) {
         if (n > 3) compareQuotients(ring, space, random, 3 * n, n);
       }
   });
+}
+
+// Euclid's algorithm by halves and step by step; operands with and without a common factor, with jumps of the degree.
+TEST(DenseFastPaths, GreatestCommonDivisorsByHalves) {
+  std::mt19937_64 random(22);
+  for (const char* modulus : {"2", "46327", "10^100+267"}) {
+    SCOPED_TRACE(modulus);
+    withModularRing(simpl(valueOf(modulus)), [&](const auto& ring, Workspace&) {
+      const long least = halfGcdFrom(ring);
+      for (long common : {0L, least + 3})
+        for (long jump : {1L, 40L}) {
+          Workspace space;
+          auto g = randomDense(ring, space, random, common), u = randomDense(ring, space, random, least + jump),
+               v = randomDense(ring, space, random, least);
+          auto a = g, b = g;
+          a.c = ring.take(space, common + u.degree + 1);
+          b.c = ring.take(space, common + u.degree + 1);
+          a.degree = multiplyDense(ring, a.c, g, u);
+          b.degree = multiplyDense(ring, b.c, g, v);
+          auto c = copied(ring, space, a, 0), d = copied(ring, space, b, a.degree);
+          while (d.degree >= 0) {
+            Workspace step;
+            c.degree =
+                divideDense(ring, c.c, c.degree, preparedDivisor(ring, step, d, 0), ring.take(step, a.degree + 1));
+            std::swap(c, d);
+          }
+          scaleDense(ring, c.c, c, invertedLead(ring, space, c));
+          auto result = gcdDense(ring, a, b);
+          EXPECT_EQ(result.degree, c.degree) << common << ", " << jump;
+          EXPECT_TRUE(sameCoefficients(ring, result.c, c.c, c.degree + 1)) << common << ", " << jump;
+        }
+    });
+  }
 }
 
 // Degrees of thousands: a product of known roots is zero there, and divides what it made.
