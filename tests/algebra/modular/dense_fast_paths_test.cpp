@@ -197,6 +197,34 @@ TEST(DenseFastPaths, GreatestCommonDivisorsByHalves) {
   }
 }
 
+// Many points at once: values by trees are those by Horner's rule, and give the polynomial back.
+TEST(DenseFastPaths, ManyPoints) {
+  std::mt19937_64 random(23);
+  for (const char* modulus : {"46327", "46337", "10^100+267"}) {
+    SCOPED_TRACE(modulus);
+    withModularRing(simpl(valueOf(modulus)), [&](const auto& ring, Workspace&) {
+      for (long n : {63, 64, 65, 200, 333}) {
+        Workspace space;
+        auto a = randomDense(ring, space, random, n - 1);
+        auto *points = ring.take(space, n), *values = ring.take(space, n), *one = ring.take(space, 1);
+        auto* back = ring.take(space, n + 1);
+        for (long i = 0; i < n; ++i) ring.setSmall(ring.at(points, i), static_cast<std::uint64_t>(7 * i * i + i));
+        evaluateAtPoints(ring, values, a, points, n);
+        for (long i = 0; i < n; ++i) {
+          evaluateDense(ring, one, a, ring.at(points, i));
+          EXPECT_TRUE(ring.isEqual(one, ring.at(values, i))) << n << ", " << i;
+        }
+        EXPECT_EQ(interpolateDense(ring, back, points, values, n), a.degree);
+        EXPECT_TRUE(sameCoefficients(ring, back, a.c, n)) << n;
+      }
+    });
+  }
+  EXPECT_EQ(say("modp1(Interp([seq(k, k = 0 .. 200), 7], [seq(k, k = 0 .. 201)], x), 46327);"),
+            "Error, the same point has been entered twice");
+  EXPECT_EQ(say("modp1(Interp([seq(2*k, k = 0 .. 200)], [seq(k, k = 0 .. 200)], x), 46320);"),
+            "Error, the modular inverse does not exist");
+}
+
 // Degrees of thousands: a product of known roots is zero there, and divides what it made.
 TEST(DenseFastPaths, DegreesOfThousands) {
   const std::string check =
