@@ -150,7 +150,8 @@ void evaluateAtPoints(const R& ring, typename R::Unit* r, Dense<R> a, const type
   evaluateBelow(ring, r, a, points, root);
 }
 
-// Many points by a tree of products. Few, and those with an error to tell, by Newton's divided differences, then the Newton form multiplied out from its last term.
+// Many points by a tree of products. Few, and those with an error to tell, by Newton's divided differences, then the
+// Newton form multiplied out from its last term.
 template <class R>
 long interpolateDense(const R& ring, typename R::Unit* r, const typename R::Unit* points,
                       const typename R::Unit* values, long n) {
