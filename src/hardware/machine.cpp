@@ -58,7 +58,8 @@ void setView(ArrayView& view, double reference, Word rank) {
   refuseIndex();
 }
 
-// Numbers that no integer holds become the least one, which is out of bounds.
+// How far the whole part of `x` lies above `low`. Numbers that no integer holds become the least one; what lies below
+// comes out beyond any extent.
 inline std::int64_t truncated(double x) { return _mm_cvttsd_si64(_mm_set_sd(x)); }
 
 // The element of the array b with the index c, or c and the tail's e.
@@ -66,7 +67,7 @@ inline double* element1(ArrayView* views, const double* R, const Instruction& i)
   ArrayView& view = views[i.tail.d];
   if (view.bits != std::bit_cast<std::uint64_t>(R[i.b])) [[unlikely]]
     setView(view, R[i.b], 1);
-  const auto offset = static_cast<std::uint64_t>(truncated(R[i.c]) - view.low[0]);
+  const std::uint64_t offset = distanceFrom(view.low[0], R[i.c]);
   if (offset >= view.extent[0]) [[unlikely]]
     refuseIndices(R[i.c], 0.0);
   return view.elements + offset;
@@ -76,8 +77,8 @@ inline double* element2(ArrayView* views, const double* R, const Instruction& i)
   ArrayView& view = views[i.tail.d];
   if (view.bits != std::bit_cast<std::uint64_t>(R[i.b])) [[unlikely]]
     setView(view, R[i.b], 2);
-  const auto first = static_cast<std::uint64_t>(truncated(R[i.c]) - view.low[0]);
-  const auto second = static_cast<std::uint64_t>(truncated(R[i.tail.e]) - view.low[1]);
+  const std::uint64_t first = distanceFrom(view.low[0], R[i.c]);
+  const std::uint64_t second = distanceFrom(view.low[1], R[i.tail.e]);
   if (first >= view.extent[0] || second >= view.extent[1]) [[unlikely]]
     refuseIndices(R[i.c], R[i.tail.e]);
   return view.elements + static_cast<std::int64_t>(first) * view.stride[0] +
