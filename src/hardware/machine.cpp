@@ -60,7 +60,9 @@ void setView(ArrayView& view, double reference, Word rank) {
 
 // How far the whole part of `x` lies above `low`. Numbers that no integer holds become the least one; what lies below
 // comes out beyond any extent.
-inline std::int64_t truncated(double x) { return _mm_cvttsd_si64(_mm_set_sd(x)); }
+inline std::uint64_t distanceFrom(std::int64_t low, double x) {
+  return static_cast<std::uint64_t>(_mm_cvttsd_si64(_mm_set_sd(x))) - static_cast<std::uint64_t>(low);
+}
 
 // The element of the array b with the index c, or c and the tail's e.
 inline double* element1(ArrayView* views, const double* R, const Instruction& i) {
