@@ -121,7 +121,7 @@ DAG mapElements(const OperandWalk& walk, DAG r) {
     DAG element = selectElement(r, index);
     if (!element) return;
     ++evaluationLevel;
-    DAG value = simpl(walk(element));
+    DAG value = singleMember(simpl(walk(element)));
     --evaluationLevel;
     updategen(value);
     if (selects && value == null) value = emptyCell(r);

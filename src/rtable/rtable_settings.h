@@ -14,8 +14,9 @@ struct RTableSettings {
   DAG elementType = ini("anything");
   Word subtype = subtypeArray;
   Word storage = storageRectangular;
-  std::int32_t b1 = -1;  // of a band, or the capacity of sparse storage
-  std::int32_t b2 = -1;  // of a band, or the qualifier of sparse storage
+  bool tellsStorage = false;  // by an option, not by a shape
+  std::int32_t b1 = -1;       // of a band, or the capacity of sparse storage
+  std::int32_t b2 = -1;       // of a band, or the qualifier of sparse storage
   Word order = fortranOrder;
   bool readOnly = false;
   bool foreign = false;
