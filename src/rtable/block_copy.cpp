@@ -1,7 +1,6 @@
 #include "rtable/block_copy.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <limits>
 #include <type_traits>
@@ -39,9 +38,9 @@ bool convertReal(double x, T& to) {
   } else {
     // Powers of two, which doubles hold: the upper one is the first that doesn't fit. NaN fails both tests.
     constexpr double limit = -static_cast<double>(std::numeric_limits<T>::min());
-    if (!(x >= -limit && x < limit) || x != std::trunc(x)) return false;
+    if (!(x >= -limit && x < limit)) return false;
     to = static_cast<T>(x);
-    return true;
+    return static_cast<double>(to) == x;
   }
 }
 

@@ -14,7 +14,6 @@
 #include "eval/walk/part_walk.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
-#include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "rtable/block_copy.h"
 #include "rtable/element_access.h"
@@ -295,7 +294,7 @@ Parts partsOfRTable(DAG r, bool withNumbers) {
         [](DAG element, void* state) {
           auto& g = *static_cast<Gathered*>(state);
           g.elements = Append2(g.elements, element);
-          if (g.negates) g.elements = Append2(g.elements, simpl(negate(element)));
+          if (g.negates) g.elements = Append2(g.elements, simpl(new3(SUM, element, consm1)));
           return true;
         },
         &gathered);
