@@ -7,6 +7,7 @@
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "eval/walk/walk_memory.h"
+#include "hardware/hardware_frame.h"
 #include "library/archive/archive_files.h"
 #include "library/archive/member_io.h"
 #include "library/native/native.h"
@@ -31,6 +32,8 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeNative},
     {HookMoment::initialised, initializeLibrary},
     {HookMoment::initialised, initializeRTables},
+    {HookMoment::initialised, initializeHardware},
+    {HookMoment::everyStatement, ResetEvalhfInterrupt},
     {HookMoment::everyStatement, ResetDotMIO},
     {HookMoment::everyStatement, doubtDirectoryContents},
     {HookMoment::everyStatement, ResetSimplifier},
