@@ -280,7 +280,7 @@ bool hasMirroredSign(DAG r) {
 Parts partsOfRTable(DAG r, bool withNumbers) {
   const bool hidden = !holdsObjects(r) && !withNumbers;
   if (functionCount(r) == 0 && hidden) return {};
-  if (functionCount(r) == 0 && datatypeOf(r) == dataDag && !isKorelSparse(r)) {
+  if (functionCount(r) == 0 && datatypeOf(r) == dataDag && !isKorelSparse(r) && rtableFlag(r, rtableForeign) == 0) {
     if (rawField(r, rtableData) == 0) return {};
     const auto* cells = elementPlace(r, 0);
     const auto at = static_cast<Word>(reinterpret_cast<std::uintptr_t>(cells));
