@@ -10,6 +10,7 @@
 #include "eval/types/types.h"
 #include "frame/environment_block.h"
 #include "frame/errors.h"
+#include "hardware/constant_double.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/float/float.h"
@@ -77,6 +78,7 @@ bool convertByObjects(Word datatype, DAG elementType, DAG x, RawElement& element
       return static_cast<bool>(element.object);
     case dataComplexFloat: return splitParts(x, element.parts[0], element.parts[1], realFloat);
     case dataFloat64: {
+      if (constantDouble(x, element.real)) return true;
       DAG number = realNumber(hardwareNumber(x));
       if (number) element.real = FloatValue(number);
       return static_cast<bool>(number);
