@@ -270,15 +270,16 @@ end proc:
 
 VectorNorm := proc(v::Vector, p)
   description "VectorNorm(v), VectorNorm(v, p): the largest absolute value, or the p-th root of the sum of p-th powers";
-  local x;
-  if nargs = 1 or p = infinity then max(0, seq(abs(x), x = v)) else add(abs(x)^p, x = v)^(1/p) end if
+  local i, n;
+  n := op(1, v);
+  if nargs = 1 or p = infinity then max(0, seq(abs(v[i]), i = 1..n)) else add(abs(v[i])^p, i = 1..n)^(1/p) end if
 end proc:
 MatrixNorm := proc(a::Matrix, p)
   description "MatrixNorm(a), MatrixNorm(a, infinity), MatrixNorm(a, 1), MatrixNorm(a, Frobenius): the largest sum of absolute values in a row, in a column, or the root of the sum of squares";
-  local i, j, x;
+  local i, j;
   if nargs = 1 or p = infinity then max(0, seq(add(abs(a[i, j]), j = 1..ColumnCount(a)), i = 1..RowCount(a)))
   elif p = 1 then max(0, seq(add(abs(a[i, j]), i = 1..RowCount(a)), j = 1..ColumnCount(a)))
-  elif p = 'Frobenius' then add(abs(x)^2, x = a)^(1/2)
+  elif p = 'Frobenius' then add(add(abs(a[i, j])^2, j = 1..ColumnCount(a)), i = 1..RowCount(a))^(1/2)
   else error "infinity, 1 or Frobenius expected, but received %1", p end if
 end proc:
 DotProduct := proc(a::Vector, b::Vector)

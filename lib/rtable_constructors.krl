@@ -90,8 +90,7 @@ ZeroVector := proc(n::nonnegint)
 end proc:
 DiagonalMatrix := proc(d::{list, rtable})
   description "DiagonalMatrix(d): the square Matrix with the elements of a list or Vector on its diagonal";
-  local x;
-  Matrix([seq(x, x = d)], shape = 'diagonal')
+  Matrix(convert(d, 'list'), shape = 'diagonal')
 end proc:
 
 # ---- <a, b> and <a | b>

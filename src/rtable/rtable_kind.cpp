@@ -278,7 +278,7 @@ bool hasMirroredSign(DAG r) {
 }  // namespace
 
 Parts partsOfRTable(DAG r, bool withNumbers) {
-  const bool hidden = !holdsObjects(r) && !withNumbers;
+  const bool hidden = datatypeOf(r) != dataDag && !withNumbers;
   if (functionCount(r) == 0 && hidden) return {};
   if (functionCount(r) == 0 && datatypeOf(r) == dataDag && !isKorelSparse(r) && rtableFlag(r, rtableForeign) == 0) {
     if (rawField(r, rtableData) == 0) return {};
@@ -356,7 +356,8 @@ void forEachLoopIndex(DAG r, Visit visit) {
 }  // namespace
 
 DAG elementsOf(DAG rtable) {
-  if (functionCount(rtable) == 0 && rawField(rtable, rtableData) == 0) return new2(LIST, new1(EXPSEQ));
+  // A shape without data tells all its elements, and a loop runs over none.
+  if (rawField(rtable, rtableData) == 0) return new2(LIST, new1(EXPSEQ));
   DAG elements = new1(EXPSEQ);
   forEachLoopIndex(rtable, [&](const std::int32_t* index) {
     passWork(objectSteps);

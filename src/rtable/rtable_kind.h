@@ -17,7 +17,7 @@ DAG elementAtIntegers(DAG r, const DAG* index, Word n);
 bool storeAtInteger(DAG r, DAG index, DAG value);
 
 /// What loops over `rtable` run over, as a LIST that nobody else holds, not simplified: the elements that it has now,
-/// the first index fastest; of sparse storage the entries.
+/// the first index fastest; of sparse storage the entries; without data nothing.
 DAG elementsOf(DAG rtable);
 
 /// A writable copy whose elements are what `change` makes of those of `r`; `r` itself when none changes.
