@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
 #include "eval/statements/boolean.h"
 #include "eval/statements/statements.h"
@@ -16,6 +17,7 @@
 #include "frame/interrupts.h"
 #include "numbers/integer/integer.h"
 #include "rtable/block_copy.h"
+#include "rtable/create.h"
 #include "rtable/element_access.h"
 #include "rtable/element_formats.h"
 #include "rtable/element_walks.h"
@@ -239,6 +241,48 @@ DAG RTableModifyIntoCopy(DAG r, DAG (*change)(DAG element, void* state), void* s
     assignElement(copy, index, value);
   });
   return copy ? copy : r;
+}
+
+// ---- float values
+
+namespace {
+
+// Those of the positions that are kept, in their order.
+DAG floatValues(DAG r) {
+  DAG values = new1(EXPSEQ);
+  forEachEntry(r, [&](const std::int32_t* index) {
+    DAG element = selectElement(r, index);
+    DAG value = element ? simpl(evalf(element)) : cons0;
+    updategen(value);
+    values = Append2(values, value);
+    collectInLoop();
+  });
+  return values;
+}
+
+}  // namespace
+
+DAG RTableEvalf(DAG r) {
+  RTableSettings settings = CopyRTableSettings(r, true);
+  settings.readOnly = settings.foreign = false;
+  updategen(r);
+  DAG values = floatValues(r);
+  const bool isHardware = datatypeOf(r) == dataFloat64 || datatypeOf(r) == dataComplexFloat64;
+  if (!isHardware || !usesHardwareFloats()) {
+    auto isFloat = [](DAG x) { return RTableType(dataDag, ini("sfloat"), x); };
+    settings.datatype = datatypeOf(r) == dataComplexFloat ? Word{dataComplexFloat} : Word{dataDag};
+    settings.elementType =
+        settings.datatype == dataComplexFloat || everyMember(values, isFloat) ? ini("sfloat") : ini("anything");
+  }
+  std::int32_t bounds[2 * maxDimensions];
+  std::copy(boundsOf(r), boundsOf(r) + 2 * dimensionsOf(r), bounds);
+  DAG copy = RTableCreate(settings, DAG(), bounds, DataMode::cleared);
+  updategen(copy);
+  Word at = 1;
+  forEachEntry(r, [&](const std::int32_t* index) {
+    if (at < lengthOf(values)) assignElement(copy, index, values[at++]);
+  });
+  return copy;
 }
 
 // ---- parts, for searches

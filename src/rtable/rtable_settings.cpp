@@ -15,6 +15,8 @@
 
 namespace korel {
 
+bool usesHardwareFloats() { return Environment->frame->envVars[envUseHardwareFloats] == ini("true"); }
+
 RTableSettings CopyRTableSettings(DAG r, bool keepShape) {
   RTableSettings s;
   s.datatype = datatypeOf(r);
@@ -151,8 +153,6 @@ void takeStorage(RTableSettings& s, DAG value) {
 }
 
 // ---- data type
-
-bool usesHardwareFloats() { return Environment->frame->envVars[envUseHardwareFloats] == ini("true"); }
 
 struct HardwareFormat {
   const char* name;

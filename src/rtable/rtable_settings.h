@@ -27,6 +27,8 @@ struct RTableSettings {
   DAG fill = cons0;
 };
 
+/// Whether `float` names the format of the hardware now.
+bool usesHardwareFloats();
 /// All that is told of `r`; without `keepShape` neither its storage nor its functions, and writable.
 RTableSettings CopyRTableSettings(DAG r, bool keepShape);
 /// What an rtable as initializer hands on: format, subtype and order, and that it is sparse.
