@@ -1,5 +1,7 @@
 #include "builtins/builtins.h"
 
+#include "algebra/differentiation/diff.h"
+#include "algebra/series/expansion.h"
 #include "builtins/iolib.h"
 #include "builtins/name_builtins.h"
 #include "builtins/operator_builtins.h"
@@ -122,7 +124,7 @@ constexpr Builtin builtins[] = {
     {"define_external",         simplified,  nullptr},
     {"degree",                  simplified,  nullptr},
     {"denom",                   simplified,  nullptr},
-    {"diff",                    simplified,  nullptr},
+    {"diff",                    simplified,  builtin::diff},
     {"disassemble",             simplified,  builtin::disassemble},
     {"divide",                  simplified,  nullptr},
     {"$",                       simplified,  builtin::dollar},
@@ -153,7 +155,7 @@ constexpr Builtin builtins[] = {
     {"indets",                  simplified,  nullptr},
     {"indices",                 simplified,  builtin::indices},
     {"intersect",               simplified,  builtin::intersectOperator},
-    {"int/series",              simplified,  nullptr},
+    {"int/series",              simplified,  builtin::intSeries},
     {"iolib",                   simplified,  builtin::iolib},
     {"iquo",                    members,     builtin::iquo},
     {"irem",                    members,     builtin::irem},
@@ -187,7 +189,7 @@ constexpr Builtin builtins[] = {
     {"numer",                   simplified,  nullptr},
     {"op",                      members,     builtin::op},
     {"or",                      simplified,  builtin::orOperator},
-    {"order",                   simplified,  nullptr},
+    {"order",                   simplified,  builtin::order},
     {"parse",                   simplified,  builtin::parse},
     {"pointto",                 simplified,  builtin::pointto},
     {"print",                   simplified,  builtin::print},
@@ -209,7 +211,7 @@ constexpr Builtin builtins[] = {
     {"select",                  simplified,  builtin::select},
     {"selectremove",            simplified,  builtin::selectremove},
     {"seq",                     unevaluated, builtin::seq},
-    {"series",                  simplified,  nullptr},
+    {"series",                  simplified,  builtin::series},
     {"setattribute",            simplified,  builtin::setattribute},
     {"sign",                    simplified,  nullptr},
     {"sort",                    simplified,  builtin::sort},
@@ -221,7 +223,7 @@ constexpr Builtin builtins[] = {
     {"substring",               members,     builtin::substring},
     {"system",                  simplified,  builtin::system_},
     {"table",                   simplified,  builtin::table},
-    {"taylor",                  simplified,  nullptr},
+    {"taylor",                  simplified,  builtin::taylor},
     {"tcoeff",                  simplified,  nullptr},
     {"time",                    unevaluated, builtin::time},
     {"timelimit",               unevaluated, builtin::timelimit},
