@@ -1,54 +1,48 @@
 # Derivatives of special functions: diff/f(u, x) in diff(f(u), x). Where one of several arguments has no derivative in
 # closed form, the call stays.
-
-`diff/staying` := proc(f, x)
-  description "diff/staying(f, x): the call diff(f, x), not evaluated";
-  'diff'(f, x)
-end proc:
-
 `diff/erf` := proc(u, x)
   description "diff/erf(u, x): the derivative of the error function of u";
-  2*exp(-u^2)/Pi^(1/2)*diff(u, x)
+  if nargs = 2 then 2*exp(-u^2)/Pi^(1/2)*diff(u, x) else `diff/staying`('erf'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/erfc` := proc(u, x)
   description "diff/erfc(u, x): the derivative of the complementary error function of u";
-  -2*exp(-u^2)/Pi^(1/2)*diff(u, x)
+  if nargs = 2 then -2*exp(-u^2)/Pi^(1/2)*diff(u, x) else `diff/staying`('erfc'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/erfi` := proc(u, x)
   description "diff/erfi(u, x): the derivative of the imaginary error function of u";
-  2*exp(u^2)/Pi^(1/2)*diff(u, x)
+  if nargs = 2 then 2*exp(u^2)/Pi^(1/2)*diff(u, x) else `diff/staying`('erfi'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/lnGAMMA` := proc(u, x)
   description "diff/lnGAMMA(u, x): the derivative of the logarithm of the gamma function of u";
-  Psi(u)*diff(u, x)
+  if nargs = 2 then Psi(u)*diff(u, x) else `diff/staying`('lnGAMMA'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/factorial` := proc(u, x)
   description "diff/factorial(u, x): the derivative of the factorial of u";
-  factorial(u)*Psi(u + 1)*diff(u, x)
+  if nargs = 2 then factorial(u)*Psi(u + 1)*diff(u, x) else `diff/staying`('factorial'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/Si` := proc(u, x)
   description "diff/Si(u, x): the derivative of the sine integral of u";
-  sin(u)/u*diff(u, x)
+  if nargs = 2 then sin(u)/u*diff(u, x) else `diff/staying`('Si'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/Ci` := proc(u, x)
   description "diff/Ci(u, x): the derivative of the cosine integral of u";
-  cos(u)/u*diff(u, x)
+  if nargs = 2 then cos(u)/u*diff(u, x) else `diff/staying`('Ci'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/Li` := proc(u, x)
   description "diff/Li(u, x): the derivative of the logarithmic integral of u";
-  1/ln(u)*diff(u, x)
+  if nargs = 2 then 1/ln(u)*diff(u, x) else `diff/staying`('Li'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/dilog` := proc(u, x)
   description "diff/dilog(u, x): the derivative of the dilogarithm of u";
-  ln(u)/(1 - u)*diff(u, x)
+  if nargs = 2 then ln(u)/(1 - u)*diff(u, x) else `diff/staying`('dilog'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/LambertW` := proc(u, x)
   description "diff/LambertW(u, x): the derivative of Lambert's W function of u";
-  LambertW(u)/(u*(1 + LambertW(u)))*diff(u, x)
+  if nargs = 2 then LambertW(u)/(u*(1 + LambertW(u)))*diff(u, x) else `diff/staying`('LambertW'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/Heaviside` := proc(u, x)
   description "diff/Heaviside(u, x): the derivative of the unit step of u";
-  Dirac(u)*diff(u, x)
+  if nargs = 2 then Dirac(u)*diff(u, x) else `diff/staying`('Heaviside'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/GAMMA` := proc(a, u, x)
   description "diff/GAMMA(u, x), diff/GAMMA(a, u, x): the derivative of the gamma function, or of the upper incomplete one";

@@ -71,7 +71,7 @@ end proc:
   local i, n, x;
   n := nargs - 1;
   x := args[nargs];
-  piecewise(seq(`if`(i mod 2 = 1 and i < n, args[i], diff(args[i], x)), i = 1..n))
+  piecewise(seq(`if`(irem(i, 2) = 1 and i < n, args[i], diff(args[i], x)), i = 1..n))
 end proc:
 `diff/max` := proc()
   description "diff/max(a, b, ..., x): the derivative of the largest of expressions, a case distinction";
@@ -112,12 +112,7 @@ end proc:
 end proc:
 `diff/partial` := proc(f, i, n)
   description "diff/partial(f, i, n): the derivative of the function f of n arguments by the i-th, in the notation of D";
-  if n > 1 then 'D'[i](f)
-  elif type(f, function) and nops(f) = 1 and op(0, f) = 'D' then ('D'@@2)(op(f))
-  elif type(f, function) and nops(f) = 1 and type(op(0, f), function) and op([0, 0], f) = `@@` and op([0, 1], f) = 'D' then
-    ('D'@@(op([0, 2], f) + 1))(op(f))
-  else 'D'(f)
-  end if
+  if n > 1 then 'D'[i](f) else 'D'(f) end if
 end proc:
 
 # (f@@n)(u): the product of the slopes on the way; for n below 0, of the inverse function.

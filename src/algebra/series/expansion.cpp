@@ -187,8 +187,6 @@ DAG polyn(DAG p, DAG x, std::int32_t d) {
 
 // ---- at a point
 
-namespace {
-
 std::int32_t degreeOfOrder() {
   DAG order = environmentWord(envOrder);
   if (order == ini("infinity")) return noTruncation;
@@ -196,6 +194,8 @@ std::int32_t degreeOfOrder() {
   if (!isImmediate(order)) return noTruncation;
   return immediateValue(order) - 1;
 }
+
+namespace {
 
 // Tells those below whether floats are at work; an error on the way puts it back.
 struct FloatContext {

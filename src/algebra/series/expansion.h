@@ -21,6 +21,9 @@ DAG polyn(DAG p, DAG x, std::int32_t d);
 /// stands elsewhere, too. -1 for what is no PROD.
 std::int32_t exppolx(DAG t, DAG x);
 
+/// The degree that the environment variable `Order` asks for. Error: "Order can only be assigned an integer".
+std::int32_t degreeOfOrder();
+
 /// The series of `p` at x = a with `Order` terms; where there is none in integral powers, what the library's
 /// `series/fracpower` gives.
 DAG series(DAG p, DAG x, DAG a);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "algebra/series/expansion.h"
 #include "algebra/series/series_object.h"
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
@@ -127,7 +128,8 @@ DAG native::seriesDerivative(const BuiltinCall& call) {
   return simpl(result.finish());
 }
 
-// series/integral(s, c): the series with the derivative s and the constant term c. Terms of 1/x have no place in it.
+// series/integral(s, c): the series with the derivative s and the constant term c, to `Order` terms. Terms of 1/x have
+// no place in it.
 DAG native::seriesIntegral(const BuiltinCall& call) {
   DAG s = seriesArgument(call, 1);
   if (argumentCount(call) != 2) wrongParameters(call);
@@ -139,7 +141,7 @@ DAG native::seriesIntegral(const BuiltinCall& call) {
     DAG inverse = pair.exponent == -1 ? cons1 : simpl(new3(PROD, immediate(pair.exponent + 1), consm1));
     result.add(productOfCoefficients(pair.coefficient, inverse), pair.exponent + 1);
   }
-  return sortpol(result.finish(), noTruncation);
+  return sortpol(result.finish(), degreeOfOrder());
 }
 
 // series/exp(s, n): exp(s) to n terms, for a series without constant term. e' = s' e.
@@ -178,7 +180,7 @@ DAG native::seriesSincos(const BuiltinCall& call) {
 }
 
 // series/power(s, a, h, e, n): s^a to n terms, h*x^e being its first; s begins with a pair that is no order term.
-// h' s = a s' h. Powers of exact series to natural numbers end, when n lets them.
+// h' s = a s' h. Powers of a single pair, and those of exact series to natural numbers, end, when n lets them.
 DAG native::seriesPower(const BuiltinCall& call) {
   DAG s = seriesArgument(call, 1);
   if (argumentCount(call) != 5 || !isImmediate(call.arguments[4]) || seriesPairCount(s) == 0) wrongParameters(call);
@@ -186,7 +188,10 @@ DAG native::seriesPower(const BuiltinCall& call) {
   std::int32_t n = countArgument(call, 5);
   const std::int32_t v = seriesPairs(s)[0].exponent;
   bool truncated = true;
-  if (!hasOrderTerm(s) && isImmediate(a) && immediateValue(a) >= 0) {
+  if (!hasOrderTerm(s) && seriesPairCount(s) == 1 && n > 0) {
+    n = 1;
+    truncated = false;
+  } else if (!hasOrderTerm(s) && isImmediate(a) && immediateValue(a) >= 0) {
     const std::int64_t width = std::int64_t{immediateValue(a)} * (lastSeriesPair(s).exponent - v) + 1;
     if (width <= n) {
       n = static_cast<std::int32_t>(width);
