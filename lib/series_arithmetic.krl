@@ -25,6 +25,7 @@ composeseries := proc(s::series, t::series)
   local a, e, i, low, w, result, x, k;
   if nops(t) > 0 and op(2, t) <= 0 then error "a series without constant term is expected to be put into another, but received %1", t end if;
   x := op(0, t);
+  Order := `series/ownterms`(s, t);
   if nops(s) = 0 then return `series/fromterms`(x, []) end if;
   low := op(2, s);
   # Horner's rule over the exponents from the top down; an order term at e is one at e times the least exponent of t.
@@ -48,6 +49,7 @@ reverseseries := proc(s::series)
   if nops(s) = 0 or op(2, s) <> 1 then error "a series that begins with the first power of its variable is expected, but received %1", s end if;
   x := op(0, s);
   # The coefficient of x^k in the inverse is that of x^(k - 1) in (x/s)^k, over k (Lagrange and Buermann).
+  Order := `series/ownterms`(s);
   n := min(`series/terms`(), order(s));
   q := `series/argument`(x/s, x);
   p := `series/fromterms`(x, [1, 0]);
@@ -57,6 +59,12 @@ reverseseries := proc(s::series)
     b := [op(b), `series/coefficient`(p, k - 1)/k, k]
   end do;
   `series/fromterms`(x, [op(map(op, [seq([b[2*i - 1], b[2*i]], i = 1..nops(b)/2)])), O(1), n])
+end proc:
+`series/ownterms` := proc()
+  description "series/ownterms(s, ...): the highest order of truncated series, Order where none is";
+  local n;
+  n := remove(type, map(order, [args]), identical(infinity));
+  if n = [] then Order else max(0, op(n)) end if
 end proc:
 `series/coefficient` := proc(s, e::integer)
   description "series/coefficient(s, e): the coefficient of the series s at the exponent e";

@@ -139,8 +139,8 @@ DAG derivativeOfCoefficients(DAG s, DAG x) {
   return simpl(result);
 }
 
-// Term by term, times the constant derivative of the variable. Coefficients that hold x add their own; false when one
-// of these still holds x: it may weigh as much as a term of another exponent.
+// Term by term, times the constant derivative of the variable. Coefficients that hold x add their own. False when one
+// holds the variable, and its derivative still does: that may weigh as much as a term of another exponent.
 bool derivativeOfTerms(DAG s, DAG x, DAG inner, DAG& result) {
   SeriesBuilder terms(variableOf(s), 2 * seriesPairCount(s) + 1);
   for (Word i = 0; i < seriesPairCount(s); ++i) {
@@ -150,7 +150,7 @@ bool derivativeOfTerms(DAG s, DAG x, DAG inner, DAG& result) {
       continue;
     }
     DAG own = derivative(pair.coefficient, x);
-    if (has(own, x)) return false;
+    if (has(own, x) && has(pair.coefficient, variableOf(s))) return false;
     if (own != cons0) terms.add(own, pair.exponent);
     if (pair.exponent == 0) continue;
     DAG scaled = productOfCoefficients(pair.coefficient, immediate(pair.exponent));

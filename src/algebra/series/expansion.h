@@ -28,6 +28,10 @@ std::int32_t degreeOfOrder();
 /// `series/fracpower` gives.
 DAG series(DAG p, DAG x, DAG a);
 
+/// The integral of the series `s` by `x`, term by term: a series, a sum with a logarithm when there is a term in 1/x;
+/// where that is not possible, the value of the call of the library's `int`.
+DAG intseries(DAG s, DAG x);
+
 namespace builtin {
 /// series(p, x), series(p, x = a), series(p, x = a, n): a series, or the library's sum of fractional powers.
 /// Errors: those of `polyn`, "Order can only be assigned an integer".
@@ -36,7 +40,7 @@ DAG series(const BuiltinCall& call);
 DAG taylor(const BuiltinCall& call);
 /// order(s): the exponent of the order term of a series, `infinity` for an exact one.
 DAG order(const BuiltinCall& call);
-/// int/series(s, x): the integral of a series, term by term; the call of `int` where that is not possible.
+/// int/series(s, x): the integral of a series.
 DAG intSeries(const BuiltinCall& call);
 }  // namespace builtin
 

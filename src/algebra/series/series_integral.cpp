@@ -35,9 +35,7 @@ bool coefficientsHold(DAG s, DAG x) {
 }
 
 // x, or x + c.
-bool isShifted(DAG variable, DAG x) {
-  return variable == x || !has(simpl(new5(SUM, variable, cons1, x, consm1)), x);
-}
+bool isShifted(DAG variable, DAG x) { return variable == x || !has(simpl(new5(SUM, variable, cons1, x, consm1)), x); }
 
 DAG integralOfTerms(DAG s) {
   DAG variable = variableOf(s), logarithmic;
@@ -62,12 +60,15 @@ DAG integralOfTerms(DAG s) {
 
 }  // namespace
 
-DAG builtin::intSeries(const BuiltinCall& call) {
-  if (argumentCount(call) != 2 || !isTag(call.arguments[1], SERIES)) wrongParameters(call);
-  DAG s = call.arguments[1], x = call.arguments[2];
+DAG intseries(DAG s, DAG x) {
   if (!has(variableOf(s), x)) return integralOfCoefficients(s, x);
   if (coefficientsHold(s, x) || !isShifted(variableOf(s), x)) return integralByLibrary(convpoly(s), x);
   return integralOfTerms(s);
+}
+
+DAG builtin::intSeries(const BuiltinCall& call) {
+  if (argumentCount(call) != 2 || !isTag(call.arguments[1], SERIES)) wrongParameters(call);
+  return intseries(call.arguments[1], call.arguments[2]);
 }
 
 }  // namespace korel

@@ -60,9 +60,7 @@ DAG productOfCoefficients(DAG a, DAG b) {
 }
 
 DAG termOfSeries(DAG coefficient, DAG variable, std::int32_t exponent) {
-  DAG power = exponent == 0   ? cons1
-              : exponent == 1 ? variable
-                              : simpl(new3(PROD, variable, immediate(exponent)));
+  DAG power = exponent == 0 ? cons1 : exponent == 1 ? variable : simpl(new3(PROD, variable, immediate(exponent)));
   if (coefficient == order1) return simpl(newCall(ini("O"), {power}));
   return exponent == 0 ? coefficient : simpl(NewPROD(coefficient, power));
 }
