@@ -42,18 +42,31 @@ struct Coefficients {
   std::int32_t count() const { return static_cast<std::int32_t>(lengthOf(words)) - 1; }
 };
 
-// The coefficients of x^from, x^(from + 1), ... in `s`, up to `n` of them or to its order term.
-Coefficients coefficientsFrom(DAG s, std::int32_t from, std::int32_t n) {
-  const Word pairs = seriesPairCount(s);
+// How many coefficients from x^from on are known of a function of `s`, `n` being asked for.
+std::int32_t knownTerms(DAG s, std::int32_t from, std::int32_t n) {
   if (hasOrderTerm(s)) n = std::min(n, lastSeriesPair(s).exponent - from);
   if (n > largestSeriesExponent) KernelException("object too large");
-  Coefficients row(std::max(n, 0));
-  for (Word i = 0; i < pairs; ++i) {
-    const SeriesPair pair = seriesPairs(s)[i];
-    if (pair.exponent >= from && pair.exponent - from < row.count()) row[pair.exponent - from] = pair.coefficient;
-  }
-  return row;
+  return std::max(n, 0);
 }
+
+// The pairs of `s` behind the exponent `from`: recurrences step over zeros.
+struct Steps {
+  const SeriesPair* first;
+  const SeriesPair* last;
+  std::int32_t from;
+
+  Steps(DAG s, std::int32_t lowest, std::int32_t count) : from(lowest) {
+    first = seriesPairs(s);
+    last = first + seriesPairCount(s);
+    while (first != last && first->exponent <= lowest) ++first;
+    while (last != first && (last[-1].exponent - lowest >= count || last[-1].coefficient == order1)) --last;
+  }
+  // Calls `work(k, c)` for the coefficients c of x^(from + k), 0 < k <= m.
+  template <class Work>
+  void upTo(std::int32_t m, Work work) const {
+    for (const SeriesPair* p = first; p != last && p->exponent - from <= m; ++p) work(p->exponent - from, p->coefficient);
+  }
+};
 
 // The series of the row, times x^shift, with an order term behind it.
 DAG seriesOfRow(DAG variable, const Coefficients& row, std::int32_t shift, bool truncated) {
@@ -77,7 +90,7 @@ struct Accumulator {
     if (a == cons0 || b == cons0 || factor == cons0) return;
     if (isRationalNumber(a) && isRationalNumber(b)) {
       passWork(2);
-      value = addNumbers(value, simpl(mul(factor, mul(a, b))));
+      value = korel::add(value, mul(factor, mul(a, b)));
       return;
     }
     passWork(objectSteps);
@@ -147,12 +160,13 @@ DAG native::seriesIntegral(const BuiltinCall& call) {
 // series/exp(s, n): exp(s) to n terms, for a series without constant term. e' = s' e.
 DAG native::seriesExp(const BuiltinCall& call) {
   DAG s = seriesArgument(call, 1);
-  const Coefficients g = coefficientsFrom(s, 0, countArgument(call, 2));
-  const Coefficients e(g.count());
+  const Coefficients e(knownTerms(s, 0, countArgument(call, 2)));
+  const Steps steps(s, 0, e.count());
   if (e.count() > 0) e[0] = cons1;
   for (std::int32_t m = 1; m < e.count(); ++m) {
+    passWork(1);
     Accumulator sum;
-    for (std::int32_t k = 1; k <= m; ++k) sum.add(immediate(k), g[k], e[m - k]);
+    steps.upTo(m, [&](std::int32_t k, DAG c) { sum.add(immediate(k), c, e[m - k]); });
     e[m] = sum.total(inverseOf(m));
   }
   return seriesOfRow(variableOf(s), e, 0, true);
@@ -164,15 +178,17 @@ DAG native::seriesSincos(const BuiltinCall& call) {
   DAG s = seriesArgument(call, 1);
   if (argumentCount(call) != 3 || (call.arguments[3] != cons1 && call.arguments[3] != consm1)) wrongParameters(call);
   const std::int32_t sign = immediateValue(call.arguments[3]);
-  const Coefficients g = coefficientsFrom(s, 0, countArgument(call, 2));
-  const Coefficients sine(g.count()), cosine(g.count());
-  if (g.count() > 0) cosine[0] = cons1;
-  for (std::int32_t m = 1; m < g.count(); ++m) {
+  const std::int32_t n = knownTerms(s, 0, countArgument(call, 2));
+  const Coefficients sine(n), cosine(n);
+  const Steps steps(s, 0, n);
+  if (n > 0) cosine[0] = cons1;
+  for (std::int32_t m = 1; m < n; ++m) {
+    passWork(1);
     Accumulator forSine, forCosine;
-    for (std::int32_t k = 1; k <= m; ++k) {
-      forSine.add(immediate(k), g[k], cosine[m - k]);
-      forCosine.add(immediate(sign * k), g[k], sine[m - k]);
-    }
+    steps.upTo(m, [&](std::int32_t k, DAG c) {
+      forSine.add(immediate(k), c, cosine[m - k]);
+      forCosine.add(immediate(sign * k), c, sine[m - k]);
+    });
     sine[m] = forSine.total(inverseOf(m));
     cosine[m] = forCosine.total(inverseOf(m));
   }
@@ -198,18 +214,19 @@ DAG native::seriesPower(const BuiltinCall& call) {
       truncated = false;
     }
   }
-  const Coefficients g = coefficientsFrom(s, v, n);
-  const Coefficients h(g.count());
+  const Coefficients h(knownTerms(s, v, n));
+  const Steps steps(s, v, h.count());
   if (h.count() > 0) h[0] = call.arguments[3];
   DAG inverse = simpl(new3(PROD, seriesPairs(s)[0].coefficient, consm1));
   for (std::int32_t m = 1; m < h.count(); ++m) {
+    passWork(1);
     Accumulator sum;
-    for (std::int32_t k = 1; k <= m; ++k) {
-      if (g[k] == cons0 || h[m - k] == cons0) continue;
+    steps.upTo(m, [&](std::int32_t k, DAG c) {
+      if (h[m - k] == cons0) return;
       DAG weight = simpl(new5(SUM, a, immediate(k), immediate(k - m), cons1));
-      if (isRationalNumber(weight)) sum.add(weight, g[k], h[m - k]);
-      else sum.add(cons1, simpl(NewPROD(weight, g[k])), h[m - k]);
-    }
+      if (isRationalNumber(weight)) sum.add(weight, c, h[m - k]);
+      else sum.add(cons1, simpl(NewPROD(weight, c)), h[m - k]);
+    });
     h[m] = sum.total(simpl(NewPROD(inverseOf(m), inverse)));
   }
   return seriesOfRow(variableOf(s), h, immediateValue(call.arguments[4]), truncated);
