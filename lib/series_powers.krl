@@ -23,27 +23,26 @@
   if terms = 0 then return `series/fromterms`(x, [O(1), v*n]) end if;
   `kernel/native`("series/power", s, n, `series/root`(c, n), v*n, terms)
 end proc:
-# c^n, without the perfect powers that a rational c may hold.
+# c^n, without the perfect powers that numerator and denominator of c may be.
 `series/root` := proc(c, n)
-  description "series/root(c, n): c^n, where a rational c is a perfect power a rational number";
-  local q, a, b;
-  if not (type(c, rational) and type(n, fraction) and type(c, positive)) then return c^n end if;
-  q := op(2, n);
-  a, b := `series/integerroot`(op(1, c), q), `series/integerroot`(`series/denominator`(c), q);
-  if a = FAIL or b = FAIL then c^n else (a/b)^op(1, n) end if
+  description "series/root(c, n): c^n, where the numerator or denominator of c is a perfect power a rational number";
+  if type(c, rational) and type(n, fraction) and type(c, positive) then
+    `series/integerroot`(`series/numerator`(c), n)/`series/integerroot`(`series/denominator`(c), n)
+  else c^n
+  end if
 end proc:
 # Newton's iteration from above.
-`series/integerroot` := proc(m, q)
-  description "series/integerroot(m, q): the q-th root of the natural number m, when it is an integer; else FAIL";
-  local r, t;
-  if type(m, fraction) then return `series/integerroot`(op(1, m), q) end if;
+`series/integerroot` := proc(m, n)
+  description "series/integerroot(m, n): m^n for a natural number m, as a rational number when it is one";
+  local q, r, t;
+  q := op(2, n);
   r := 2^iquo(ilog2(m) + q, q);
   do
     t := iquo((q - 1)*r + iquo(m, r^(q - 1)), q);
     if t >= r then break end if;
     r := t
   end do;
-  if r^q = m then r else FAIL end if
+  if r^q = m then r^op(1, n) else m^n end if
 end proc:
 
 # ---- what has no series in integral powers

@@ -34,12 +34,17 @@ end proc:
 # ---- the gamma function and its logarithmic derivatives
 `series/GAMMA` := proc(u, v, x)
   description "series/GAMMA(u, x): the series of the gamma function of u, also at its poles; series/GAMMA(a, u, x): that of the incomplete one";
-  local s, c, k, product;
+  local s, c;
   if nargs = 3 then return `series/function`('GAMMA'(u, v), x) end if;
   s := `series/argument`(u, v);
   if s = FAIL or `series/lowest`(s) < 0 or `series/onlyorder`(s) then return FAIL end if;
   c := `series/constant`(s);
-  if not type(c, nonposint) then return `series/gammaat`(s, c) end if;
+  if type(c, nonposint) then `series/moreterms`(`series/gammapole`, 2, v, u, v, c) else `series/gammaat`(s, c) end if
+end proc:
+`series/gammapole` := proc(u, v, c)
+  description "series/gammapole(u, v, c): the series in v of GAMMA(u), the constant term c of u being a pole";
+  local s, k, product;
+  s := `series/argument`(u, v);
   # GAMMA(s) = GAMMA(s - c + 1)/(s*(s + 1)*...*(s - c))
   product := s;
   for k to -c do product := `series/argument`(product*(s + k), v) end do;
@@ -95,18 +100,22 @@ end proc:
 end proc:
 `series/Psi` := proc(n, u, x)
   description "series/Psi(u, x), series/Psi(n, u, x): the series of the digamma function of u, or of a polygamma function";
-  local s, c, w, k, m;
+  local s, c, w, k;
   if nargs = 2 then return `series/Psi`(0, n, u) end if;
   if not type(n, nonnegint) then return `series/function`('Psi'(n, u), x) end if;
   s := `series/argument`(u, x);
   if s = FAIL or `series/lowest`(s) < 0 or `series/onlyorder`(s) then return FAIL end if;
   c := `series/constant`(s);
-  if type(c, nonposint) then
-    # Psi(n, s) = Psi(n, s - c + 1) - (-1)^n n! (1/s^(n + 1) + 1/(s + 1)^(n + 1) + ...)
-    return `series/argument`(`series/Psi`(n, `series/argument`(s - c + 1, x), x) - (-1)^n*n!*add(1/(s + k)^(n + 1), k = 0..-c), x)
-  end if;
+  if type(c, nonposint) then return `series/moreterms`(`series/psipole`, 2, x, n, u, x, c) end if;
   w := `series/withoutconstant`(s);
   `series/composed`([seq(`series/polygamma`(n + k, c)/k!, k = 0..`series/powersneeded`(w))], w, true)
+end proc:
+`series/psipole` := proc(n, u, x, c)
+  description "series/psipole(n, u, x, c): the series in x of Psi(n, u), the constant term c of u being a pole";
+  local s, k;
+  s := `series/argument`(u, x);
+  # Psi(n, s) = Psi(n, s - c + 1) - (-1)^n n! (1/s^(n + 1) + 1/(s + 1)^(n + 1) + ...)
+  `series/argument`(`series/Psi`(n, `series/argument`(s - c + 1, x), x) - (-1)^n*n!*add(1/(s + k)^(n + 1), k = 0..-c), x)
 end proc:
 `series/factorial` := proc(u, x)
   description "series/factorial(u, x): the series of the factorial of u";

@@ -29,6 +29,15 @@ end proc:
   description "series/withoutconstant(s): the series s without its first term, when that has the exponent 0";
   if nops(s) > 0 and op(2, s) = 0 then `series/fromterms`(op(0, s), [op(3..nops(s), s)]) else s end if
 end proc:
+# Poles take terms away: the work is done with more of them.
+`series/moreterms` := proc(f, n, x)
+  description "series/moreterms(f, n, x, a, ...): the series f(a, ...), found with Order + n terms and cut off at Order";
+  local terms, s;
+  terms := `series/terms`();
+  Order := terms + n;
+  s := f(args[4..-1]);
+  if s = FAIL then FAIL else series(s, x, terms) end if
+end proc:
 `series/times` := proc(c, s)
   description "series/times(c, s): each coefficient of the series s times c";
   local i;
@@ -77,6 +86,7 @@ end proc:
   description "series/value(f, c): f(c), evaluated where c is a float or a point with a known value";
   local q;
   if type(c, complex(float)) then return evalf(f(c)) end if;
+  if f = 'GAMMA' and type(c, posint) then return (c - 1)! end if;
   q := `series/valuetable`[f, c];
   if type(q, indexed) then
     q := c/Pi;
@@ -95,9 +105,13 @@ end proc:
   ('arctan', 0) = 0, ('arctan', 1) = Pi/4, ('arctan', -1) = -Pi/4,
   ('arccot', 0) = Pi/2, ('arccot', 1) = Pi/4, ('arccot', -1) = 3*Pi/4,
   ('arcsinh', 0) = 0, ('arccosh', 1) = 0, ('arccosh', 0) = I*Pi/2, ('arctanh', 0) = 0, ('arccoth', 0) = I*Pi/2,
-  ('erf', 0) = 0, ('erfc', 0) = 1, ('erfi', 0) = 0, ('GAMMA', 1) = 1, ('GAMMA', 2) = 1, ('GAMMA', 1/2) = Pi^(1/2),
+  ('erf', 0) = 0, ('erfc', 0) = 1, ('erfi', 0) = 0, ('GAMMA', 1/2) = Pi^(1/2),
   ('Psi', 1) = -gamma, ('lnGAMMA', 1) = 0, ('lnGAMMA', 2) = 0, ('factorial', 0) = 1, ('factorial', 1) = 1,
   ('Si', 0) = 0, ('dilog', 1) = 0, ('LambertW', 0) = 0, ('signum', 1) = 1, ('signum', -1) = -1, ('signum', 0) = 0, ('abs', 0) = 0]):
+`series/numerator` := proc(q)
+  description "series/numerator(q): the numerator of a rational number";
+  if type(q, fraction) then op(1, q) else q end if
+end proc:
 `series/denominator` := proc(q)
   description "series/denominator(q): the denominator of a rational number";
   if type(q, fraction) then op(2, q) else 1 end if

@@ -1,12 +1,11 @@
 #include "algebra/differentiation/diff.h"
 
+#include "algebra/float_context.h"
 #include "algebra/series/expansion.h"
 #include "algebra/series/series_object.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/procedures/remember.h"
 #include "eval/simplify/simplify.h"
 #include "eval/walk/has.h"
-#include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "library/library_calls.h"
@@ -19,8 +18,6 @@
 namespace korel {
 
 namespace {
-
-constexpr int diffTable = 0;  // of the procedures that remember
 
 DAG keyOf(DAG e, DAG x) { return simpl(new3(EXPSEQ, e, x)); }
 DAG derivative(DAG e, DAG x) { return diff(e, x, keyOf(e, x)); }
@@ -232,25 +229,18 @@ DAG diff(DAG e, DAG x, DAG key) {
   if (hasTag(e, SERIES)) return derivativeOfSeries(e, x, key);
   if (isAmong(e, memberwiseTags)) return memberwise(e, x);
   if (tagOf(e) > TABLE) refuseNonAlgebraic();
-  DAG known = srchpc(builtrem[diffTable], key);
+  DAG known = recall(Remembering::diff, key);
   if (known != absent) return known;
   if (!has(e, x)) return cons0;
   updategen(key);
   bool stays = false;
   DAG result = simpl(byTag(e, x, key, stays));
   updategen(result);
-  if (!stays && Environment->floatContext == 0) pcinsert(builtrem[diffTable], key, result);
+  if (!stays) memorize(Remembering::diff, key, result);
   return result;
 }
 
 namespace {
-
-struct FloatContext {
-  EnvironmentBlock* block;
-  Word before;
-};
-void putBack(const FloatContext& context) { context.block->floatContext = context.before; }
-void putBackOnError(const char*) { putBack(*reinterpret_cast<FloatContext*>(errorProcParam)); }
 
 constexpr TagSet variableTags = {NAME, MEMBER, TABLEREF, FUNCTION};
 
@@ -262,15 +252,10 @@ DAG builtin::diff(const BuiltinCall& call) {
   for (Word i = 2; i <= count; ++i)
     if (!isAmong(call.arguments[i], variableTags)) wrongParameters(call);
   DAG e = call.arguments[1];
-  FloatContext context{Environment, Environment->floatContext};
-  PushStateKeeper(putBackOnError, &context);
   for (Word i = 2; i <= count; ++i) {
-    Environment->floatContext = hasid(e, FLOAT) ? 1 : 0;
-    e = derivative(e, call.arguments[i]);
+    e = inFloatContextOf(e, [&] { return derivative(e, call.arguments[i]); });
     updategen(e);
   }
-  PopErrorProc();
-  putBack(context);
   return e;
 }
 

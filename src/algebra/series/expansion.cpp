@@ -1,13 +1,12 @@
 #include "algebra/series/expansion.h"
 
+#include "algebra/float_context.h"
 #include "algebra/series/series_arithmetic.h"
 #include "algebra/series/series_object.h"
 #include "eval/evaluate/evaluate.h"
-#include "eval/procedures/remember.h"
 #include "eval/simplify/simplify.h"
 #include "eval/structure/substitute.h"
 #include "eval/walk/has.h"
-#include "frame/environment.h"
 #include "frame/environment_block.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
@@ -19,8 +18,6 @@
 namespace korel {
 
 namespace {
-
-constexpr int seriesTable = 3;  // of the procedures that remember
 
 // What a `series/` procedure answered as PuiseuxSeries(e), as the equation of the expression and e; or 0.
 DAG PuiseuxGlobal;
@@ -174,14 +171,14 @@ DAG polyn(DAG p, DAG x, std::int32_t d) {
   if (isConstantTerm(p, x)) return constantSeries(x, p);
   if (isTag(p, SERIES) && variableOf(p) == x) return truncated(p, d);
   DAG key = simpl(new3(EXPSEQ, p, x));
-  DAG known = srchpc(builtrem[seriesTable], key, degreeStamp(d));
+  DAG known = recall(Remembering::series, key, degreeStamp(d));
   if (known != absent && isTag(known, SERIES)) return truncated(known, d);
   updategen(key);
   DAG result = polynByTag(p, x, d);
   if (failed(result)) return result;
   result = simpl(result);
   updategen(result);
-  if (Environment->floatContext == 0) pcinsert(builtrem[seriesTable], key, result, degreeStamp(d));
+  memorize(Remembering::series, key, result, degreeStamp(d));
   return result;
 }
 
@@ -197,14 +194,6 @@ std::int32_t degreeOfOrder() {
 
 namespace {
 
-// Tells those below whether floats are at work; an error on the way puts it back.
-struct FloatContext {
-  EnvironmentBlock* block;
-  Word before;
-};
-void putBack(const FloatContext& context) { context.block->floatContext = context.before; }
-void putBackOnError(const char*) { putBack(*reinterpret_cast<FloatContext*>(errorProcParam)); }
-
 DAG substituted(DAG x, DAG by, DAG in) { return simpl(subs(simpl(new3(EQUATION, x, by)), in)); }
 
 }  // namespace
@@ -213,13 +202,8 @@ DAG series(DAG p, DAG x, DAG a) {
   const std::int32_t d = degreeOfOrder();
   const bool atZero = isNumber(a) && isZero(a);
   if (!atZero) p = substituted(x, simpl(new5(SUM, x, cons1, a, cons1)), p);
-  FloatContext context{Environment, Environment->floatContext};
-  PushStateKeeper(putBackOnError, &context);
-  Environment->floatContext = hasid(p, FLOAT) ? 1 : 0;
   PuiseuxGlobal = DAG();
-  DAG result = polyn(p, x, d);
-  PopErrorProc();
-  putBack(context);
+  DAG result = inFloatContextOf(p, [&] { return polyn(p, x, d); });
   if (failed(result)) {
     DAG arguments = PuiseuxGlobal ? new4(EXPSEQ, p, x, PuiseuxGlobal) : new3(EXPSEQ, p, x);
     result = evalsysf("series/fracpower", simpl(arguments));

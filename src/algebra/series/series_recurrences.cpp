@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "algebra/polynomial_types.h"
+#include "algebra/polynomials/expand.h"
 #include "algebra/series/expansion.h"
 #include "algebra/series/series_object.h"
 #include "eval/simplify/simplify.h"
@@ -64,7 +66,8 @@ struct Steps {
   // Calls `work(k, c)` for the coefficients c of x^(from + k), 0 < k <= m.
   template <class Work>
   void upTo(std::int32_t m, Work work) const {
-    for (const SeriesPair* p = first; p != last && p->exponent - from <= m; ++p) work(p->exponent - from, p->coefficient);
+    for (const SeriesPair* p = first; p != last && p->exponent - from <= m; ++p)
+      work(p->exponent - from, p->coefficient);
   }
 };
 
@@ -105,6 +108,8 @@ struct Accumulator {
     if (terms) {
       shorten(terms, lengthOf(terms), used);
       sum = simpl(new5(SUM, sum, cons1, simpl(terms), cons1));
+      // Polynomials are multiplied out: nested as they come, they would grow without end. Single terms stay products.
+      if (used > 3 && typol(PolynomialForm::polynomial, sum, DAG(), rationalTags)) sum = expand(sum);
     }
     return simpl(NewPROD(scale, sum));
   }
