@@ -7,6 +7,9 @@
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "eval/walk/walk_memory.h"
+#include "external/call_external.h"
+#include "external/libraries.h"
+#include "hardware/hardware_frame.h"
 #include "library/archive/archive_files.h"
 #include "library/archive/member_io.h"
 #include "library/native/native.h"
@@ -31,11 +34,17 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeNative},
     {HookMoment::initialised, initializeLibrary},
     {HookMoment::initialised, initializeRTables},
+    {HookMoment::initialised, initializeExternalLibraries},
+    {HookMoment::initialised, initializeExternalCalls},
+    {HookMoment::initialised, initializeHardware},
+    {HookMoment::everyStatement, ResetEvalhfInterrupt},
     {HookMoment::everyStatement, ResetDotMIO},
     {HookMoment::everyStatement, doubtDirectoryContents},
     {HookMoment::everyStatement, ResetSimplifier},
     {HookMoment::everyStatement, ResetWalkMemories},
     {HookMoment::everyStatement, ResetTypematch},
+    {HookMoment::everyStatement, resetExternalCalls},
+    {HookMoment::throwAway, CloseExternalLibraries},
     {HookMoment::throwAway, CloseAllRepositories},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::throwAway, FlushDotMFileCache},
@@ -44,6 +53,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::startFiles, InitializeHelp},
     {HookMoment::stop, UnloadModules},
     {HookMoment::exitProcess, FlushDotMFileCache},
+    {HookMoment::exitProcess, CloseExternalLibraries},
 };
 
 }  // namespace
