@@ -45,7 +45,7 @@ agrees := proc(e, a) local d, q; d := evalf(eval(diff(e, x), x = a), 50); q := q
 map(agrees, [sin(x)*exp(x), ln(x)^2/x, x^x, tan(x) + cot(x), sec(x)*csc(x), sinh(x)/cosh(x), tanh(x)*coth(x), sech(x) + csch(x), arcsin(x), arccos(x^2), arctan(x), sqrt(1 + x^3), 2^sin(x), arcsinh(x), arctanh(x), exp(sin(cos(x))), (1 + x^2)^(-3/2), (x + 1)^5*(x - 2)^(-3)], 7/10);
 map(agrees, [arccosh(x), ln(ln(x)), x^(1/3)*cos(1/x), arctan(x^2), sin(sin(sin(x)))], 17/10);
 # The chain rule on nested expressions: a derivative by way of the series coefficients, too.
-e := x: to 12 do e := sin(e)*exp(x) + e^2 end do: evalf(eval(diff(e, x), x = 1/100), 20); agrees(e, 1/100);
+e := x: to 4 do e := sin(e)*exp(x) + e^2 end do: evalf(eval(diff(e, x), x = 1/100), 20); agrees(e, 1/100);
 nests := [exp(sin(x))*ln(2 + x), (1 + x)^(1/3)*tan(x), arctan(x + 1)]:
 bycoefficient := proc(e, k) local s, i; s := series(e, x, k + 1); add(`if`(op(2*i, s) = k, op(2*i - 1, s), 0), i = 1..nops(s)/2)*k! end:
 bydifferences := proc(e, k) local d; d := e; to k do d := diff(d, x) end do; eval(d, x = 0) end:

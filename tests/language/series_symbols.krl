@@ -4,4 +4,4 @@ map(iszero, [sin(z)^2 + cos(z)^2 - 1, cosh(z)^2 - sinh(z)^2 - 1, tan(z) - sin(z)
 series(sin(x), x = Pi/2, 5), series(tan(x), x = Pi/4, 3), series(cos(x), x = Pi/3, 2), series(cot(x), x = Pi, 4), series(exp(x), x = 1, 3), series(ln(x), x = 2, 3), series(arcsin(x), x = 1/2, 2), series(sqrt(x), x = 4, 4), series(exp(a + b*x), x, 3), series(sin(a + x), x, 3), series(tan(a + x), x, 3);
 # Logarithms of x are coefficients.
 series(ln(x), x), series(ln(x + x^2), x, 3), series(x^x, x, 3), series(exp(2*ln(x) + x), x, 4), series(ln(sin(x)), x), series(ln(1/x), x), series(x^sin(x), x, 3), series(1/ln(x), x);
-series(erf(x), x), series(erfi(x), x, 4), series(Si(x), x), series(dilog(1 + x), x, 4), series(GAMMA(x), x, 2), series(GAMMA(x), x = -1, 2), series(GAMMA(x), x = 3, 2), series(Psi(x), x, 3), series(Psi(1, x), x, 3), series(lnGAMMA(1 + x), x, 4), series(x!, x, 3);
+series(erf(x), x), series(erfi(x), x, 4), series(Si(x), x), series(dilog(1 + x), x, 4), series(GAMMA(x), x, 2), series(GAMMA(x - 1), x, 2), series(GAMMA(x), x = 3, 2), series(Psi(x), x, 3), series(Psi(1, x), x, 3), series(lnGAMMA(1 + x), x, 4), series(x!, x, 3);

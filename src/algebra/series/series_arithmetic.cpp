@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "algebra/polynomial_types.h"
+#include "algebra/series/rational_sum.h"
 #include "algebra/series/series_object.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
@@ -205,40 +206,40 @@ struct Cut {
   }
 };
 
-// Long division with the remainder in a row.
+// Long division, each coefficient of the remainder being found when it comes to lead.
 DAG rationalQuotient(DAG variable, const Terms& a, const Terms& b, std::int32_t d) {
   const std::int64_t v = b[0].exponent, start = a[0].exponent;
   Cut cut{std::int64_t{d} + v, a.orderAt};
   if (b.orderAt != never) cut.at = std::min(cut.at, start - v + b.orderAt);
   const std::int64_t end = std::min(cut.degree + 1, cut.at);
-  Row remainder(start, std::max<std::int64_t>(end - start, 0));
+  // Quotient coefficients by the exponent of the remainder that they take away.
+  const Row quotients(start, std::max<std::int64_t>(end - start, 0));
   DAG inverse = simpl(power(b[0].coefficient, -1));
-  for (Word i = 0; i < a.count; ++i) {
-    if (remainder.holds(a[i].exponent)) remainder[a[i].exponent] = a[i].coefficient;
-    else cut.see(a[i].exponent);
-  }
+  for (Word i = 0; i < a.count; ++i) cut.see(a[i].exponent);
   SeriesBuilder quotient(variable, 16);
+  Word ofA = 0;
   for (std::int64_t e = start; e < std::min(end, cut.at); ++e) {
     passWork(1);
-    DAG lead = remainder[e];
-    if (isZeroImmediate(lead)) continue;
-    DAG q = simpl(mul(lead, inverse));
-    quotient.add(q, boundedExponent(e - v));
-    DAG minus = simpl(negate(q));
-    for (Word k = 1; k < b.count; ++k) {
-      const std::int64_t at = e - v + b[k].exponent;
-      if (!remainder.holds(at)) {
-        cut.see(at);
-        break;
-      }
-      passWork(2);
-      remainder[at] = simpl(add(remainder[at], mul(minus, b[k].coefficient)));
+    RationalSum lead;
+    if (ofA < a.count && a[ofA].exponent == e) lead.add(a[ofA++].coefficient, cons1);
+    for (Word k = 1; k < b.count && e - (b[k].exponent - v) >= start; ++k) {
+      DAG q = quotients[e - (b[k].exponent - v)];
+      if (q != cons0) lead.add(consm1, q, b[k].coefficient);
     }
-    remainder[e] = cons0;
+    DAG coefficient = lead.total();
+    if (isZeroImmediate(coefficient)) continue;
+    DAG q = simpl(mul(coefficient, inverse));
+    quotients[e] = q;
+    quotient.add(q, boundedExponent(e - v));
+    // The first exponent at which this one leaves something beyond the degree.
+    const SeriesPair* beyond =
+        std::upper_bound(&b[1], &b[0] + b.count, cut.degree - e + v,
+                         [](std::int64_t most, const SeriesPair& p) { return most < p.exponent; });
+    if (beyond != &b[0] + b.count) cut.see(e - v + beyond->exponent);
   }
   if (cut.at != never)
     quotient.add(order1, static_cast<std::int32_t>(std::min<std::int64_t>(cut.at - v, largestSeriesExponent)));
-  remainder.giveBack();
+  quotients.giveBack();
   return simpl(quotient.finish());
 }
 

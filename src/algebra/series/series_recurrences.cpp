@@ -9,6 +9,7 @@
 #include "algebra/polynomial_types.h"
 #include "algebra/polynomials/expand.h"
 #include "algebra/series/expansion.h"
+#include "algebra/series/rational_sum.h"
 #include "algebra/series/series_object.h"
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
@@ -83,17 +84,16 @@ DAG seriesOfRow(DAG variable, const Coefficients& row, std::int32_t shift, bool 
   return simpl(result.finish());
 }
 
-// A sum of products, simplified as it grows while it is a number and at its end otherwise.
+// A sum of products, of rational numbers and of others.
 struct Accumulator {
-  DAG value = cons0;
+  RationalSum numbers;
   DAG terms;  // SUM of what is no number, or 0
   Word used = 1;
 
   void add(DAG factor, DAG a, DAG b) {
     if (a == cons0 || b == cons0 || factor == cons0) return;
-    if (isRationalNumber(a) && isRationalNumber(b)) {
-      passWork(2);
-      value = korel::add(value, mul(factor, mul(a, b)));
+    if (isRationalNumber(a) && isRationalNumber(b) && isRationalNumber(factor)) {
+      numbers.add(factor, a, b);
       return;
     }
     passWork(objectSteps);
@@ -104,7 +104,7 @@ struct Accumulator {
     used += 2;
   }
   DAG total(DAG scale) {
-    DAG sum = simpl(value);
+    DAG sum = numbers.total();
     if (terms) {
       shorten(terms, lengthOf(terms), used);
       sum = simpl(new5(SUM, sum, cons1, simpl(terms), cons1));
