@@ -33,6 +33,8 @@ echo
 "$(dirname "$0")/rtables.sh" "$build"
 echo
 "$(dirname "$0")/external.sh" "$build"
+echo
+"$(dirname "$0")/calculus.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then
   echo
   echo 'Printing (of_sink: times as long as the bare sink)'

@@ -1,5 +1,6 @@
 #include "builtins/builtins.h"
 
+#include "algebra/differentiation/diff.h"
 #include "algebra/modular/modular_expressions.h"
 #include "algebra/modular/selectors.h"
 #include "algebra/polynomials/coefficients.h"
@@ -10,6 +11,7 @@
 #include "algebra/polynomials/indeterminates.h"
 #include "algebra/polynomials/integer_polynomials.h"
 #include "algebra/polynomials/normal.h"
+#include "algebra/series/expansion.h"
 #include "builtins/iolib.h"
 #include "builtins/name_builtins.h"
 #include "builtins/operator_builtins.h"
@@ -139,7 +141,7 @@ constexpr Builtin builtins[] = {
     {"define_external",         simplified,  builtin::define_external},
     {"degree",                  simplified,  builtin::degree},
     {"denom",                   simplified,  builtin::denom},
-    {"diff",                    simplified,  nullptr},
+    {"diff",                    simplified,  builtin::diff},
     {"disassemble",             simplified,  builtin::disassemble},
     {"divide",                  simplified,  builtin::divide},
     {"$",                       simplified,  builtin::dollar},
@@ -170,7 +172,7 @@ constexpr Builtin builtins[] = {
     {"indets",                  simplified,  builtin::indets},
     {"indices",                 simplified,  builtin::indices},
     {"intersect",               simplified,  builtin::intersectOperator},
-    {"int/series",              simplified,  nullptr},
+    {"int/series",              simplified,  builtin::intSeries},
     {"iolib",                   simplified,  builtin::iolib},
     {"iquo",                    members,     builtin::iquo},
     {"irem",                    members,     builtin::irem},
@@ -204,7 +206,7 @@ constexpr Builtin builtins[] = {
     {"numer",                   simplified,  builtin::numer},
     {"op",                      members,     builtin::op},
     {"or",                      simplified,  builtin::orOperator},
-    {"order",                   simplified,  nullptr},
+    {"order",                   simplified,  builtin::order},
     {"parse",                   simplified,  builtin::parse},
     {"pointto",                 simplified,  builtin::pointto},
     {"print",                   simplified,  builtin::print},
@@ -226,7 +228,7 @@ constexpr Builtin builtins[] = {
     {"select",                  simplified,  builtin::select},
     {"selectremove",            simplified,  builtin::selectremove},
     {"seq",                     unevaluated, builtin::seq},
-    {"series",                  simplified,  nullptr},
+    {"series",                  simplified,  builtin::series},
     {"setattribute",            simplified,  builtin::setattribute},
     {"sign",                    simplified,  builtin::sign},
     {"sort",                    simplified,  builtin::sort},
@@ -238,7 +240,7 @@ constexpr Builtin builtins[] = {
     {"substring",               members,     builtin::substring},
     {"system",                  simplified,  builtin::system_},
     {"table",                   simplified,  builtin::table},
-    {"taylor",                  simplified,  nullptr},
+    {"taylor",                  simplified,  builtin::taylor},
     {"tcoeff",                  simplified,  builtin::tcoeff},
     {"time",                    unevaluated, builtin::time},
     {"timelimit",               unevaluated, builtin::timelimit},
