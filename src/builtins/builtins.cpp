@@ -1,6 +1,5 @@
 #include "builtins/builtins.h"
 
-#include "builtins/iolib.h"
 #include "builtins/name_builtins.h"
 #include "builtins/operator_builtins.h"
 #include "builtins/raw_objects.h"
@@ -30,6 +29,9 @@
 #include "eval/walk/has.h"
 #include "eval/walk/measure.h"
 #include "external/float_library.h"
+#include "files/iolib.h"
+#include "files/redirection.h"
+#include "files/shell_commands.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "frame/output_builtins.h"
@@ -104,7 +106,7 @@ constexpr Builtin builtins[] = {
     {"alias",                   simplified,  builtin::alias},
     {"anames",                  simplified,  builtin::anames},
     {"and",                     simplified,  builtin::andOperator},
-    {"appendto",                simplified,  nullptr},
+    {"appendto",                simplified,  builtin::appendto},
     {"array",                   simplified,  builtin::array},
     {"assemble",                simplified,  builtin::assemble},
     {"assigned",                unevaluated, builtin::assigned},
@@ -213,7 +215,7 @@ constexpr Builtin builtins[] = {
     {"setattribute",            simplified,  builtin::setattribute},
     {"sign",                    simplified,  nullptr},
     {"sort",                    simplified,  builtin::sort},
-    {"ssystem",                 simplified,  nullptr},
+    {"ssystem",                 simplified,  builtin::ssystem},
     {"stop",                    simplified,  builtin::quit},
     {"streamcall",              unevaluated, builtin::streamcall},
     {"subs",                    simplified,  builtin::subs},
@@ -234,7 +236,7 @@ constexpr Builtin builtins[] = {
     {"unbind",                  simplified,  builtin::unbind},
     {"union",                   simplified,  builtin::unionOperator},
     {"userinfo",                unevaluated, builtin::userinfo},
-    {"writeto",                 simplified,  nullptr},
+    {"writeto",                 simplified,  builtin::writeto},
 };
 static_assert(std::size(builtins) == lastBuiltin - firstBuiltin + 1);
 

@@ -7,6 +7,8 @@
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "eval/walk/walk_memory.h"
+#include "files/file_access.h"
+#include "files/file_table.h"
 #include "library/archive/archive_files.h"
 #include "library/archive/member_io.h"
 #include "library/native/native.h"
@@ -31,18 +33,22 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeNative},
     {HookMoment::initialised, initializeLibrary},
     {HookMoment::initialised, initializeRTables},
+    {HookMoment::initialised, InitializeIOLibrary},
+    {HookMoment::initialised, forgetHeldLines},
     {HookMoment::everyStatement, ResetDotMIO},
     {HookMoment::everyStatement, doubtDirectoryContents},
     {HookMoment::everyStatement, ResetSimplifier},
     {HookMoment::everyStatement, ResetWalkMemories},
     {HookMoment::everyStatement, ResetTypematch},
     {HookMoment::throwAway, CloseAllRepositories},
+    {HookMoment::throwAway, CleanUpIOLibrary},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::throwAway, FlushDotMFileCache},
     {HookMoment::throwAway, forgetDirectoryContents},
     {HookMoment::startFiles, ResetSimplifier},
     {HookMoment::startFiles, InitializeHelp},
     {HookMoment::stop, UnloadModules},
+    {HookMoment::exitProcess, CleanUpIOLibrary},
     {HookMoment::exitProcess, FlushDotMFileCache},
 };
 
