@@ -159,9 +159,9 @@ FileRecord openStream(const char* path, const FileMode& mode) {
   if (stream == nullptr) raiseSystemError();
   requireNoDirectory(fileno(stream), stream);
   const bool sought = mode.offset == endOfFile ? std::fseek(stream, 0, SEEK_END) == 0
-                      : mode.offset == 0       ? true
-                                               : std::fseek(stream, mode.offset, SEEK_SET) == 0 &&
-                                                     std::ftell(stream) == mode.offset;
+                      : mode.offset == 0
+                          ? true
+                          : std::fseek(stream, mode.offset, SEEK_SET) == 0 && std::ftell(stream) == mode.offset;
   if (!sought) {
     std::fclose(stream);
     seekFailed();
@@ -279,8 +279,9 @@ FileRecord& lookUpFile(DAG arguments, Word position, FileUse use) {
 // ---- status
 
 DAG fileDescription(const FileRecord& file) {
-  DAG handle = file.stream != nullptr ? NewInteger(static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(file.stream)))
-                                      : NewInteger(file.descriptor);
+  DAG handle = file.stream != nullptr
+                   ? NewInteger(static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(file.stream)))
+                   : NewInteger(file.descriptor);
   DAG members = newSequence({immediate(slotOf(file)), file.name, naminstall(kindName(file.kind)),
                              new3(EQUATION, naminstall(file.stream != nullptr ? "FP" : "FD"), simpl(handle)),
                              naminstall(file.reads ? "READ" : "WRITE"), naminstall(file.text ? "TEXT" : "BINARY")});

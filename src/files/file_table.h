@@ -14,26 +14,26 @@ namespace korel {
 
 enum class FileKind : std::uint8_t {
   unused,
-  stream,   // by the C library's buffers
-  direct,   // `default` or `terminal`
-  raw,      // a descriptor
-  pipe,     // an end of a pipe
-  process,  // a pipe to a command
+  stream,     // by the C library's buffers
+  direct,     // `default` or `terminal`
+  raw,        // a descriptor
+  pipe,       // an end of a pipe
+  process,    // a pipe to a command
   interface,  // text for a stream of the front end
 };
 constexpr int defaultDescriptor = -1, terminalDescriptor = -2;
 constexpr int nothingPushedBack = -2;
 
 struct FileRecord {
-  DAG name{};                      // NAME or STRING
-  std::FILE* stream = nullptr;     // of a stream or process
+  DAG name{};                   // NAME or STRING
+  std::FILE* stream = nullptr;  // of a stream or process
   int descriptor = 0;
-  bool reads = false;              // it was opened for reading
+  bool reads = false;  // it was opened for reading
   bool text = false;
   FileKind kind = FileKind::unused;
   int pushedBack = nothingPushedBack;
   bool readLast = false, wroteLast = false;  // what the C library has to be told of when it changes
-  char* collected = nullptr;       // long string of an INTERFACE_ stream, until it is flushed
+  char* collected = nullptr;                 // long string of an INTERFACE_ stream, until it is flushed
 };
 constexpr int fileTableSize = 47;
 extern FileRecord fileTable[fileTableSize];
@@ -55,13 +55,14 @@ void flushAllFiles();
 struct FileMode {
   bool reads;
   bool text;
-  bool updates = false;         // a file that exists keeps its content
-  std::int64_t offset = 0;      // of an update: where it begins; `endOfFile`: at its end
+  bool updates = false;     // a file that exists keeps its content
+  std::int64_t offset = 0;  // of an update: where it begins; `endOfFile`: at its end
 };
 constexpr std::int64_t endOfFile = -1;
 
 /// Opens `name` and gives its record. Errors: "too many files already open", "file I/O is disabled", "file currently
-/// in use by writeto or appendto", "TEXT mode not supported for raw I/O", "could not seek to initial offset - file closed",
+/// in use by writeto or appendto", "TEXT mode not supported for raw I/O", "could not seek to initial offset -
+/// file closed",
 /// and those of the system.
 FileRecord& OpenFile(DAG name, const FileMode& mode, FileKind kind);
 /// A record for a descriptor that is open.

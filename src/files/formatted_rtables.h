@@ -55,7 +55,7 @@ struct TableOptions {
   char triangle = 0;  // `l`, `u`
   char band = 0;      // `+`, `-`
   DAG bandWidths;     // EXPSEQ, or 0
-  char order = 0;  // `C`, `F`
+  char order = 0;     // `C`, `F`
   DAG storage, functions, datatype;
   char delimiters[65] = "";
 };

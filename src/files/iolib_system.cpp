@@ -1,10 +1,13 @@
 // Processes, directories and the rest of the system: operations 8, 15 to 19, 22 and 25 to 31 of `iolib`.
 
+#include "files/iolib.h"
+
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -12,7 +15,6 @@
 
 #include "eval/simplify/simplify.h"
 #include "files/file_access.h"
-#include "files/iolib.h"
 #include "files/paths.h"
 #include "files/shell_commands.h"
 #include "files/system_errors.h"
@@ -67,7 +69,7 @@ DAG iolib::makePipe(const IolibCall& call) {
   requireNoOperands(call);
   if (openFileCount + 2 > fileTableSize) userror("too many files already open");
   int ends[2];
-  if (::pipe(ends) != 0) raiseSystemError();
+  if (::pipe2(ends, O_CLOEXEC) != 0) raiseSystemError();
   DAG slots[2];
   for (int i = 0; i < 2; ++i) {
     char name[32];
@@ -156,7 +158,7 @@ DAG iolib::killProcesses(const IolibCall& call) {
     if (!isImmediate(x) || immediateValue(x) <= 0) userror("positive integer expected for process ID");
   }
   for (Word k = 1; k <= call.count(); ++k)
-    if (::kill(immediateValue(call.operand(k)), SIGTERM) != 0) raiseSystemError();
+    if (::kill(immediateValue(call.operand(k)), SIGKILL) != 0) raiseSystemError();
   return null;
 }
 

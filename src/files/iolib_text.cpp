@@ -1,10 +1,11 @@
 // Lines, formats and bytes: operations 2 to 5 and 9 to 12 of `iolib`.
 
+#include "files/iolib.h"
+
 #include <cstring>
 
 #include "eval/simplify/simplify.h"
 #include "files/file_access.h"
-#include "files/iolib.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "numbers/integer/integer.h"
@@ -85,9 +86,7 @@ DAG iolib::formattedWriteToString(const IolibCall& call) {
 
 namespace {
 
-DAG scanResult(const ScanResult& result) {
-  return result.endedAtOnce ? cons0 : simpl(new2(LIST, result.values));
-}
+DAG scanResult(const ScanResult& result) { return result.endedAtOnce ? cons0 : simpl(new2(LIST, result.values)); }
 
 int nextOfText(void* at) {
   auto* text = static_cast<const char**>(at);
@@ -156,8 +155,8 @@ DAG readIntoRTable(FileRecord& file, const ByteRequest& request) {
   if (request.count > size) KernelException("specified byte count exceeds size of %1 data", subtypeWord(r));
   const std::int64_t wanted = request.count >= 0 ? request.count : size;
   if (wanted == 0) return cons0;
-  return NewInteger(static_cast<std::int64_t>(
-      readBytes(file, reinterpret_cast<char*>(dataOf(r)), static_cast<std::size_t>(wanted))));
+  return NewInteger(
+      static_cast<std::int64_t>(readBytes(file, reinterpret_cast<char*>(dataOf(r)), static_cast<std::size_t>(wanted))));
 }
 
 DAG listOfBytes(TextBuffer& bytes) {

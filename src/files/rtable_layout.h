@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "rtable/rtable_object.h"
+#include "rtable/stored_positions.h"
 
 namespace korel {
 
@@ -27,6 +28,12 @@ void forEachInRows(DAG r, bool transposed, Visit visit) {
     for (Word k = 0; k < level; ++k) index[axis(k)] = lowerBound(r, axis(k));
     ++index[axis(level)];
   }
+}
+
+/// Whether the storage has no cell for the place, so that it reads as 0.
+inline bool lacksCell(DAG r, const std::int32_t* index) {
+  return storageOf(r) != storageRectangular && storageOf(r) != storageSparse && functionCount(r) == 0 &&
+         !isStoredPosition(r, index);
 }
 
 /// Diagonals below and above the main one that the storage of a matrix keeps.

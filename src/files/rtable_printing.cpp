@@ -61,7 +61,7 @@ struct Printing {
   void print(const std::int32_t* index) {
     passWork(objectSteps);
     separate();
-    DAG element = selectElement(r, index);
+    DAG element = lacksCell(r, index) ? DAG() : selectElement(r, index);
     printValue(out, conversion, element ? element : RTableZero(r));
     rowIsOpen = true;
   }

@@ -91,9 +91,10 @@ void readElement(Reading& in, const std::int32_t* index) {
     RawElement raw;
     raw.real = doubleOf(in);
     storeRaw(in.r, offsetOf(in.r, index), raw);
-  } else {
-    assignElement(in.r, index, valueOfElement(in));
+    return;
   }
+  DAG value = valueOfElement(in);
+  if (!lacksCell(in.r, index) || !isZeroValue(value)) assignElement(in.r, index, value);
 }
 
 // Entries: an index, then its value.
@@ -132,8 +133,7 @@ ScanOutcome readRTable(ScanSource& source, TableFormat& format) {
   if (in.options.entries) {
     readEntries(in);
   } else if (in.options.band != 0) {
-    forEachOnDiagonals(in.r, in.options.band == '-',
-                       [&](const std::int32_t* index, bool) { readElement(in, index); });
+    forEachOnDiagonals(in.r, in.options.band == '-', [&](const std::int32_t* index, bool) { readElement(in, index); });
   } else {
     const bool triangle = in.options.triangle != 0;
     forEachInRows(in.r, in.options.transposed, [&](const std::int32_t* index, Word) {

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -36,7 +37,7 @@ struct Command {
 
 Command start(const char* command, bool alone) {
   int ends[2];
-  if (::pipe(ends) != 0) raiseSystemError();
+  if (::pipe2(ends, O_CLOEXEC) != 0) raiseSystemError();
   const pid_t process = ::fork();
   if (process < 0) {
     const int error = errno;

@@ -264,7 +264,7 @@ DAG datatypeFor(const TableOptions& o, const ScanConversion& element) {
   if (o.datatype) return o.datatype;
   if (readsFloats(element.code)) return namedSize(element.complex.form == ComplexForm::none ? "float" : "complex", 8);
   return o.hardware && element.code != 0 && std::strchr("diuoxX", element.code) != nullptr ? namedSize("integer", 4)
-                                                                                             : DAG();
+                                                                                           : DAG();
 }
 
 bool allBeginAtOne(DAG ranges) {
@@ -274,28 +274,35 @@ bool allBeginAtOne(DAG ranges) {
 DAG subtypeFor(const TableFormat& format, const TableOptions& o) {
   const Word n = lengthOf(format.ranges) - 1;
   const bool plain = !o.array && allBeginAtOne(format.ranges);
-  if (o.vector || (plain && n == 1)) return simpl(new3(TABLEREF, naminstall("Vector"), new2(EXPSEQ, naminstall("column"))));
+  if (o.vector || (plain && n == 1))
+    return simpl(new3(TABLEREF, naminstall("Vector"), new2(EXPSEQ, naminstall("column"))));
   return naminstall(plain && n == 2 ? "Matrix" : "Array");
 }
 
-// A shape, and the storage of the same name.
-void addShape(DAG& arguments, const char* name, DAG index) {
-  DAG shape = simpl(new3(TABLEREF, naminstall(name), index));
-  arguments = Append2(arguments, shape);
-  arguments = Append2(arguments, option("storage", shape));
+// The shape that a triangle or band has, which is the name of its storage as well; 0 for none.
+DAG shapeFor(const TableOptions& o) {
+  if (o.triangle != 0)
+    return simpl(
+        new3(TABLEREF, naminstall("triangular"), new2(EXPSEQ, naminstall(o.triangle == 'l' ? "lower" : "upper"))));
+  if (o.band == 0) return DAG();
+  DAG widths = o.bandWidths && lengthOf(o.bandWidths) > 1 ? o.bandWidths : new2(EXPSEQ, cons1);
+  return simpl(new3(TABLEREF, naminstall("band"), widths));
+}
+
+DAG appendAll(DAG arguments, DAG members) {
+  for (Word i = 1; i < lengthOf(members); ++i) arguments = Append2(arguments, members[i]);
+  return arguments;
 }
 
 DAG argumentsFor(const TableFormat& format, const TableOptions& o) {
   DAG arguments = new1(EXPSEQ);
-  if (o.triangle != 0) addShape(arguments, "triangular", new2(EXPSEQ, naminstall(o.triangle == 'l' ? "lower" : "upper")));
-  if (o.band != 0) addShape(arguments, "band", o.bandWidths && lengthOf(o.bandWidths) > 1 ? o.bandWidths : new2(EXPSEQ, cons1));
-  if (o.functions) {
-    DAG functions = asSequence(o.functions);
-    for (Word i = 1; i < lengthOf(functions); ++i) arguments = Append2(arguments, functions[i]);
-  }
-  for (Word i = 1; i < lengthOf(format.ranges); ++i) arguments = Append2(arguments, format.ranges[i]);
+  DAG shape = shapeFor(o);
+  if (o.functions) arguments = appendAll(arguments, asSequence(o.functions));
+  else if (shape) arguments = Append2(arguments, shape);
+  arguments = appendAll(arguments, format.ranges);
   if (DAG datatype = datatypeFor(o, format.element)) arguments = Append2(arguments, option("datatype", datatype));
-  if (o.storage) arguments = Append2(arguments, option("storage", o.storage));
+  DAG storage = o.storage ? o.storage : shape;
+  if (storage) arguments = Append2(arguments, option("storage", storage));
   if (o.order != 0)
     arguments = Append2(arguments, option("order", naminstall(o.order == 'C' ? "C_order" : "Fortran_order")));
   return Append2(arguments, option("subtype", subtypeFor(format, o)));

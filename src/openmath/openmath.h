@@ -7,7 +7,7 @@
 //   <![CDATA[t]]>                       CDATA("t")
 //   <!name text>                        SPECIAL_name("text")
 //
-// Nothing here knows what a vocabulary of mathematics means by its elements: the library translates (lib/openmath.krl).
+// Nothing here knows what a vocabulary of mathematics means by its elements: the library translates.
 
 #include "store/dag.h"
 #include "text/print/sinks.h"

@@ -30,8 +30,7 @@ bool readModifiers(const char*& at, ComplexMark& mark) {
       case 'Z': form = ComplexForm::withUnit; break;
       default: return true;
     }
-    if (mark.form != ComplexForm::none && mark.form != form)
-      userror("z and Z printf modifiers are mutually exclusive");
+    if (mark.form != ComplexForm::none && mark.form != form) userror("z and Z printf modifiers are mutually exclusive");
     mark.form = form;
     if (form != ComplexForm::separated) continue;
     if (*++at == 0) return false;

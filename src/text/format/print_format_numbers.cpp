@@ -3,6 +3,8 @@
 // A float is printed from the decimal digits of its mantissa, so that no digit is lost on the way through a double;
 // only hardware floats go through the C library, which prints exactly what they are.
 
+#include "text/format/print_format.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -18,7 +20,6 @@
 #include "numbers/integer/integer_functions.h"
 #include "store/vocabulary.h"
 #include "text/format/hex_floats.h"
-#include "text/format/print_format.h"
 #include "text/format/text_buffer.h"
 
 namespace korel {
@@ -196,12 +197,8 @@ void printDecimal(PrintTarget& out, const PrintConversion& c, Decimal d) {
   constexpr std::int64_t usualPrecision = 6;
   const std::int64_t precision = c.precision < 0 ? usualPrecision : c.precision;
   switch (c.code) {
-    case 'e': case 'E':
-      roundDigits(d, precision + 1);
-      return printExponentForm(out, c, d, precision, c.code);
-    case 'f':
-      roundDigits(d, d.point + precision);
-      return printPointForm(out, c, d, precision);
+    case 'e': case 'E': roundDigits(d, precision + 1); return printExponentForm(out, c, d, precision, c.code);
+    case 'f': roundDigits(d, d.point + precision); return printPointForm(out, c, d, precision);
     default: return printGeneralForm(out, c, d, precision);
   }
 }

@@ -90,7 +90,9 @@ struct RecordFailure {
   TextBuffer* message;
 };
 int nextOfRecord(void* failure) { return static_cast<RecordFailure*>(failure)->source->next(); }
-void keepRecordEnd(void* failure, long) { static_cast<RecordFailure*>(failure)->message->append("unexpected end of input"); }
+void keepRecordEnd(void* failure, long) {
+  static_cast<RecordFailure*>(failure)->message->append("unexpected end of input");
+}
 void keepRecordFailure(void* failure, long, const char* text) {
   static_cast<RecordFailure*>(failure)->message->append(text);
 }

@@ -1,5 +1,7 @@
 // Numbers in the input of a scan.
 
+#include "text/format/scan_format.h"
+
 #include <cstdint>
 
 #include "eval/evaluate/evalf.h"
@@ -9,7 +11,6 @@
 #include "numbers/integer/integer.h"
 #include "store/objects.h"
 #include "text/format/hex_floats.h"
-#include "text/format/scan_format.h"
 
 namespace korel {
 
