@@ -40,7 +40,11 @@
 #include "numbers/float/float_builtins.h"
 #include "numbers/integer/integer_builtins.h"
 #include "rtable/create.h"
+#include "rtable/information.h"
+#include "rtable/products.h"
 #include "rtable/queries.h"
+#include "rtable/scan_block.h"
+#include "rtable/sorting.h"
 #include "session/kernelopts.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
@@ -57,7 +61,7 @@ using enum Arguments;
 
 constexpr Builtin builtins[] = {
     // name                      arguments    function
-    {"inner",                   simplified,  nullptr},
+    {"inner",                   simplified,  builtin::inner},
     {"ASSERT",                  unevaluated, builtin::ASSERT},
     {"*",                       simplified,  builtin::timesOperator},
     {"**",                      simplified,  builtin::powerOperator},
@@ -180,7 +184,7 @@ constexpr Builtin builtins[] = {
     {"modp2",                   simplified,  nullptr},
     {"mods",                    simplified,  nullptr},
     {"mul",                     unevaluated, builtin::mul},
-    {"mvMultiply",              simplified,  nullptr},
+    {"mvMultiply",              simplified,  builtin::mvMultiply},
     {"negate",                  simplified,  builtin::negate},
     {"nops",                    members,     builtin::nops},
     {"normal",                  simplified,  nullptr},
@@ -198,15 +202,15 @@ constexpr Builtin builtins[] = {
     {"remove",                  simplified,  builtin::remove},
     {"rhs",                     members,     builtin::rhs},
     {"rtable",                  simplified,  builtin::rtable},
-    {"rtableInfo",              simplified,  nullptr},
+    {"rtableInfo",              simplified,  builtin::rtableInfo},
     {"rtable_indfns",           simplified,  builtin::rtable_indfns},
-    {"rtable_is_zero",          simplified,  nullptr},
+    {"rtable_is_zero",          simplified,  builtin::rtable_is_zero},
     {"rtable_normalize_index",  simplified,  builtin::rtable_normalize_index},
     {"rtable_num_dims",         simplified,  builtin::rtable_num_dims},
     {"rtable_num_elems",        simplified,  builtin::rtable_num_elems},
     {"rtable_options",          simplified,  builtin::rtable_options},
-    {"rtable_scanblock",        simplified,  nullptr},
-    {"rtable_sort_indices",     simplified,  nullptr},
+    {"rtable_scanblock",        simplified,  builtin::rtable_scanblock},
+    {"rtable_sort_indices",     simplified,  builtin::rtable_sort_indices},
     {"searchtext",              members,     builtin::searchtext},
     {"select",                  simplified,  builtin::select},
     {"selectremove",            simplified,  builtin::selectremove},
@@ -227,7 +231,7 @@ constexpr Builtin builtins[] = {
     {"tcoeff",                  simplified,  nullptr},
     {"time",                    unevaluated, builtin::time},
     {"timelimit",               unevaluated, builtin::timelimit},
-    {"kernel/transpose",        simplified,  nullptr},
+    {"kernel/transpose",        simplified,  builtin::kernel_transpose},
     {"traperror",               unevaluated, builtin::traperror},
     {"trunc",                   simplified,  builtin::trunc},
     {"type",                    unevaluated, builtin::type},

@@ -30,6 +30,7 @@ constexpr CallingExpression callingExpressions[] = {
     {"ilog", "ilog2(100)", "[100]"},
     {"index/own", "eval(table(own))[7]", "[[7], table()]"},
     {"index/FillInitVals", "table([5, 6])", "[table(), [5, 6]]"},
+    {"linalg/matmult", "inner(x, y)", "[x, y]"},
     {"simpl/Im", "Im(x)", "[x]"},
     {"simpl/Re", "Re(x)", "[x]"},
     {"simpl/abs", "abs(x, y)", "[x, y]"},

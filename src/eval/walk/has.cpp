@@ -44,9 +44,9 @@ bool anySecond(DAG pairs, Test test) {
 template <class Rules>
 bool hasPart(DAG x, DAG y) {
   if (x == y) return true;
-  if (y == sqrtm1) return anyPart<Rules>(x, [](DAG part) { return hasTag(part, COMPLEX); });
+  if (y == sqrtm1) return anyPart<NumberPartRules<Rules>>(x, [](DAG part) { return hasTag(part, COMPLEX); });
   if (isNumeric(y))
-    return anyPart<Rules>(x, [y](DAG part) {
+    return anyPart<NumberPartRules<Rules>>(x, [y](DAG part) {
       return part == y || (isPairs(part) && anySecond(part, [y](DAG second) { return second == y; }));
     });
   if (isPairs(y) && lengthOf(y) == 3)
@@ -57,6 +57,7 @@ bool hasPart(DAG x, DAG y) {
         if (part[i] == y[1] && part[i + 1] == y[2]) return true;
       return false;
     });
+  if (isTag(y, COMPLEX)) return anyPart<NumberPartRules<Rules>>(x, [y](DAG part) { return part == y; });
   if (isText(y)) return anyLeaf<Rules>(x, [y](DAG part) { return part == y; });
   return anyPart<Rules>(x, [y](DAG part) { return part == y; });
 }
@@ -69,7 +70,7 @@ bool hasExceptInPROCorUNEVAL(DAG x, DAG y) { return hasPart<OutsideProceduresAnd
 namespace {
 
 // Found by its word alone: no look at coefficients and exponents, no COMPLEX that stands for I.
-bool isFoundByWord(DAG y) { return !isNumeric(y) && y != sqrtm1 && !(isPairs(y) && lengthOf(y) == 3); }
+bool isFoundByWord(DAG y) { return !isNumeric(y) && !isTag(y, COMPLEX) && !(isPairs(y) && lengthOf(y) == 3); }
 
 // Any of member(0), ... member(count - 1) occurs in `x`. Those that are found by their word are sought
 // together, in one walk.
