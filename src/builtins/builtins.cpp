@@ -1,5 +1,13 @@
 #include "builtins/builtins.h"
 
+#include "algebra/polynomials/coefficients.h"
+#include "algebra/polynomials/degree.h"
+#include "algebra/polynomials/divide.h"
+#include "algebra/polynomials/expand.h"
+#include "algebra/polynomials/frontend.h"
+#include "algebra/polynomials/indeterminates.h"
+#include "algebra/polynomials/integer_polynomials.h"
+#include "algebra/polynomials/normal.h"
 #include "builtins/name_builtins.h"
 #include "builtins/operator_builtins.h"
 #include "builtins/raw_objects.h"
@@ -119,18 +127,18 @@ constexpr Builtin builtins[] = {
     {"call_external",           unevaluated, nullptr},
     {"callback",                simplified,  builtin::callback},
     {"cat",                     members,     builtin::cat},
-    {"coeff",                   simplified,  nullptr},
-    {"coeffs",                  simplified,  nullptr},
+    {"coeff",                   simplified,  builtin::coeff},
+    {"coeffs",                  simplified,  builtin::coeffs},
     {"conjugate",               simplified,  builtin::conjugate},
     {"convert",                 simplified,  builtin::convert},
     {"crinterp",                neverCalled, nullptr},
     {"debugopts",               simplified,  nullptr},
     {"define_external",         simplified,  nullptr},
-    {"degree",                  simplified,  nullptr},
-    {"denom",                   simplified,  nullptr},
+    {"degree",                  simplified,  builtin::degree},
+    {"denom",                   simplified,  builtin::denom},
     {"diff",                    simplified,  nullptr},
     {"disassemble",             simplified,  builtin::disassemble},
-    {"divide",                  simplified,  nullptr},
+    {"divide",                  simplified,  builtin::divide},
     {"$",                       simplified,  builtin::dollar},
     {"done",                    simplified,  builtin::quit},
     {"entries",                 simplified,  builtin::entries},
@@ -140,12 +148,12 @@ constexpr Builtin builtins[] = {
     {"evalgf1",                 simplified,  nullptr},
     {"evalhf",                  unevaluated, nullptr},
     {"evaln",                   unevaluated, builtin::evaln},
-    {"expand",                  simplified,  nullptr},
+    {"expand",                  simplified,  builtin::expand},
     {"exports",                 simplified,  builtin::exports},
     {"frem",                    simplified,  builtin::frem},
-    {"frontend",                simplified,  nullptr},
+    {"frontend",                simplified,  builtin::frontend},
     {"gc",                      simplified,  builtin::gc},
-    {"genpoly",                 simplified,  nullptr},
+    {"genpoly",                 simplified,  builtin::genpoly},
     {"goto",                    simplified,  builtin::goto_},
     {"has",                     members,     builtin::has},
     {"hastype",                 members,     builtin::hastype},
@@ -156,7 +164,7 @@ constexpr Builtin builtins[] = {
     {"igcd",                    members,     builtin::igcd},
     {"ilog10",                  simplified,  builtin::ilog10},
     {"ilog2",                   simplified,  builtin::ilog2},
-    {"indets",                  simplified,  nullptr},
+    {"indets",                  simplified,  builtin::indets},
     {"indices",                 simplified,  builtin::indices},
     {"intersect",               simplified,  builtin::intersectOperator},
     {"int/series",              simplified,  nullptr},
@@ -165,8 +173,8 @@ constexpr Builtin builtins[] = {
     {"irem",                    members,     builtin::irem},
     {"isqrt",                   members,     builtin::isqrt},
     {"kernelopts",              simplified,  builtin::kernelopts},
-    {"lcoeff",                  simplified,  nullptr},
-    {"ldegree",                 simplified,  nullptr},
+    {"lcoeff",                  simplified,  builtin::lcoeff},
+    {"ldegree",                 simplified,  builtin::ldegree},
     {"length",                  members,     builtin::length},
     {"lexorder",                members,     builtin::lexorder},
     {"lhs",                     members,     builtin::lhs},
@@ -175,7 +183,7 @@ constexpr Builtin builtins[] = {
     {"map",                     simplified,  builtin::map},
     {"map2",                    simplified,  builtin::map2},
     {"max",                     simplified,  builtin::max},
-    {"maxnorm",                 simplified,  nullptr},
+    {"maxnorm",                 simplified,  builtin::maxnorm},
     {"member",                  simplified,  builtin::member},
     {"min",                     simplified,  builtin::min},
     {"minus",                   simplified,  builtin::minusOperator},
@@ -187,10 +195,10 @@ constexpr Builtin builtins[] = {
     {"mvMultiply",              simplified,  builtin::mvMultiply},
     {"negate",                  simplified,  builtin::negate},
     {"nops",                    members,     builtin::nops},
-    {"normal",                  simplified,  nullptr},
+    {"normal",                  simplified,  builtin::normal},
     {"not",                     simplified,  builtin::notOperator},
     {"numboccur",               members,     builtin::numboccur},
-    {"numer",                   simplified,  nullptr},
+    {"numer",                   simplified,  builtin::numer},
     {"op",                      members,     builtin::op},
     {"or",                      simplified,  builtin::orOperator},
     {"order",                   simplified,  nullptr},
@@ -217,7 +225,7 @@ constexpr Builtin builtins[] = {
     {"seq",                     unevaluated, builtin::seq},
     {"series",                  simplified,  nullptr},
     {"setattribute",            simplified,  builtin::setattribute},
-    {"sign",                    simplified,  nullptr},
+    {"sign",                    simplified,  builtin::sign},
     {"sort",                    simplified,  builtin::sort},
     {"ssystem",                 simplified,  builtin::ssystem},
     {"stop",                    simplified,  builtin::quit},
@@ -228,7 +236,7 @@ constexpr Builtin builtins[] = {
     {"system",                  simplified,  builtin::system_},
     {"table",                   simplified,  builtin::table},
     {"taylor",                  simplified,  nullptr},
-    {"tcoeff",                  simplified,  nullptr},
+    {"tcoeff",                  simplified,  builtin::tcoeff},
     {"time",                    unevaluated, builtin::time},
     {"timelimit",               unevaluated, builtin::timelimit},
     {"kernel/transpose",        simplified,  builtin::kernel_transpose},
@@ -292,8 +300,10 @@ DAG callBuiltin(int number, DAG form, DAG self) {
 }
 
 DAG unevaluatedCall(const BuiltinCall& call) {
-  if (call.arguments == call.form[2]) return call.form;
+  if (call.arguments == call.form[2] && call.self == call.form[1]) return call.form;
+  // What was called may have been a parameter, which means nothing outside its procedure.
   DAG form = CopyAlg(call.form);
+  form[1] = call.self;
   form[2] = call.arguments;
   return form;
 }

@@ -20,6 +20,11 @@ struct NoSequenceRules : StoragePartRules {
   static constexpr bool testsArguments = false;
 };
 using OutsideProcedures = ClosedPartRules<TagSet{PROC, MODDEF, TABLE}>;
+struct OutsideIndices : StoragePartRules {
+  [[gnu::always_inline]] static Parts partsOf(DAG x) {
+    return hasTag(x, TABLEREF) ? fieldsOf(x, 1, 2) : korel::partsOf(x);
+  }
+};
 using OutsideProceduresAndQuotes = ClosedPartRules<TagSet{PROC, MODDEF, TABLE, UNEVAL}>;
 
 template <class Rules = StoragePartRules, class Test>
@@ -65,6 +70,7 @@ bool hasPart(DAG x, DAG y) {
 }  // namespace
 
 bool has(DAG x, DAG y) { return hasPart<StoragePartRules>(x, y); }
+bool hasOutsideIndices(DAG x, DAG y) { return hasPart<OutsideIndices>(x, y); }
 bool hasExceptInPROCorUNEVAL(DAG x, DAG y) { return hasPart<OutsideProceduresAndQuotes>(x, y); }
 
 namespace {
