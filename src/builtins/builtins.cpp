@@ -36,6 +36,8 @@
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "eval/walk/measure.h"
+#include "external/call_external.h"
+#include "external/define_external.h"
 #include "external/float_library.h"
 #include "files/iolib.h"
 #include "files/redirection.h"
@@ -43,6 +45,7 @@
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "frame/output_builtins.h"
+#include "hardware/evalhf.h"
 #include "library/native/native.h"
 #include "library/retrieve.h"
 #include "numbers/float/float_builtins.h"
@@ -124,7 +127,7 @@ constexpr Builtin builtins[] = {
     {"assigned",                unevaluated, builtin::assigned},
     {"attributes",              simplified,  builtin::attributes},
     {"bind",                    simplified,  builtin::bind},
-    {"call_external",           unevaluated, nullptr},
+    {"call_external",           unevaluated, builtin::call_external},
     {"callback",                simplified,  builtin::callback},
     {"cat",                     members,     builtin::cat},
     {"coeff",                   simplified,  builtin::coeff},
@@ -133,7 +136,7 @@ constexpr Builtin builtins[] = {
     {"convert",                 simplified,  builtin::convert},
     {"crinterp",                neverCalled, nullptr},
     {"debugopts",               simplified,  nullptr},
-    {"define_external",         simplified,  nullptr},
+    {"define_external",         simplified,  builtin::define_external},
     {"degree",                  simplified,  builtin::degree},
     {"denom",                   simplified,  builtin::denom},
     {"diff",                    simplified,  nullptr},
@@ -146,7 +149,7 @@ constexpr Builtin builtins[] = {
     {"evalb",                   simplified,  builtin::evalb},
     {"evalf",                   unevaluated, builtin::evalf},
     {"evalgf1",                 simplified,  nullptr},
-    {"evalhf",                  unevaluated, nullptr},
+    {"evalhf",                  unevaluated, builtin::evalhf},
     {"evaln",                   unevaluated, builtin::evaln},
     {"expand",                  simplified,  builtin::expand},
     {"exports",                 simplified,  builtin::exports},
@@ -157,7 +160,7 @@ constexpr Builtin builtins[] = {
     {"goto",                    simplified,  builtin::goto_},
     {"has",                     members,     builtin::has},
     {"hastype",                 members,     builtin::hastype},
-    {"hfarray",                 simplified,  nullptr},
+    {"hfarray",                 simplified,  builtin::hfarray},
     {"evalf/hypergeom/kernel",  simplified,  builtin::hypergeomKernel},
     {"icontent",                simplified,  builtin::icontent},
     {"if",                      unevaluated, builtin::if_},

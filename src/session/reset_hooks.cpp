@@ -7,8 +7,11 @@
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "eval/walk/walk_memory.h"
+#include "external/call_external.h"
+#include "external/libraries.h"
 #include "files/file_access.h"
 #include "files/file_table.h"
+#include "hardware/hardware_frame.h"
 #include "library/archive/archive_files.h"
 #include "library/archive/member_io.h"
 #include "library/native/native.h"
@@ -35,11 +38,17 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeRTables},
     {HookMoment::initialised, InitializeIOLibrary},
     {HookMoment::initialised, forgetHeldLines},
+    {HookMoment::initialised, initializeExternalLibraries},
+    {HookMoment::initialised, initializeExternalCalls},
+    {HookMoment::initialised, initializeHardware},
+    {HookMoment::everyStatement, ResetEvalhfInterrupt},
     {HookMoment::everyStatement, ResetDotMIO},
     {HookMoment::everyStatement, doubtDirectoryContents},
     {HookMoment::everyStatement, ResetSimplifier},
     {HookMoment::everyStatement, ResetWalkMemories},
     {HookMoment::everyStatement, ResetTypematch},
+    {HookMoment::everyStatement, resetExternalCalls},
+    {HookMoment::throwAway, CloseExternalLibraries},
     {HookMoment::throwAway, CloseAllRepositories},
     {HookMoment::throwAway, CleanUpIOLibrary},
     {HookMoment::throwAway, CleanUpSimplifier},
@@ -50,6 +59,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::stop, UnloadModules},
     {HookMoment::exitProcess, CleanUpIOLibrary},
     {HookMoment::exitProcess, FlushDotMFileCache},
+    {HookMoment::exitProcess, CloseExternalLibraries},
 };
 
 }  // namespace
