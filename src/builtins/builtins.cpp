@@ -1,5 +1,7 @@
 #include "builtins/builtins.h"
 
+#include "algebra/modular/modular_expressions.h"
+#include "algebra/modular/selectors.h"
 #include "algebra/polynomials/coefficients.h"
 #include "algebra/polynomials/degree.h"
 #include "algebra/polynomials/divide.h"
@@ -148,7 +150,7 @@ constexpr Builtin builtins[] = {
     {"eval",                    unevaluated, builtin::eval},
     {"evalb",                   simplified,  builtin::evalb},
     {"evalf",                   unevaluated, builtin::evalf},
-    {"evalgf1",                 simplified,  nullptr},
+    {"evalgf1",                 simplified,  builtin::evalgf1},
     {"evalhf",                  unevaluated, builtin::evalhf},
     {"evaln",                   unevaluated, builtin::evaln},
     {"expand",                  simplified,  builtin::expand},
@@ -190,10 +192,10 @@ constexpr Builtin builtins[] = {
     {"member",                  simplified,  builtin::member},
     {"min",                     simplified,  builtin::min},
     {"minus",                   simplified,  builtin::minusOperator},
-    {"modp",                    simplified,  nullptr},
-    {"modp1",                   simplified,  nullptr},
-    {"modp2",                   simplified,  nullptr},
-    {"mods",                    simplified,  nullptr},
+    {"modp",                    simplified,  builtin::modp},
+    {"modp1",                   simplified,  builtin::modp1},
+    {"modp2",                   simplified,  builtin::modp2},
+    {"mods",                    simplified,  builtin::mods},
     {"mul",                     unevaluated, builtin::mul},
     {"mvMultiply",              simplified,  builtin::mvMultiply},
     {"negate",                  simplified,  builtin::negate},

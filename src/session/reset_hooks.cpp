@@ -1,5 +1,6 @@
 #include "session/reset_hooks.h"
 
+#include "algebra/modular/modular_polynomials.h"
 #include "eval/procedures/modules.h"
 #include "eval/simplify/simplify.h"
 #include "eval/structure/substitute.h"
@@ -38,6 +39,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeRTables},
     {HookMoment::initialised, InitializeIOLibrary},
     {HookMoment::initialised, forgetHeldLines},
+    {HookMoment::initialised, ResetModRand},
     {HookMoment::initialised, initializeExternalLibraries},
     {HookMoment::initialised, initializeExternalCalls},
     {HookMoment::initialised, initializeHardware},
