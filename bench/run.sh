@@ -27,6 +27,7 @@ korel=$build/bin/korelTTY
 process_row 'process start to exit' "$(fastest "$korel" -q -s)" "$(fastest /bin/true)" /bin/true
 echo
 "$(dirname "$0")/programs.sh" "$build"
+"$(dirname "$0")/hardware.sh" "$build"
 "$(dirname "$0")/collections.sh" "$build"
 "$(dirname "$0")/library.sh" "$build"
 "$(dirname "$0")/files.sh" "$build"
