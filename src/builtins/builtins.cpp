@@ -305,10 +305,11 @@ DAG callBuiltin(int number, DAG form, DAG self) {
 }
 
 DAG unevaluatedCall(const BuiltinCall& call) {
-  if (call.arguments == call.form[2] && call.self == call.form[1]) return call.form;
   // What was called may have been a parameter, which means nothing outside its procedure.
+  DAG head = isName(call.form[1]) ? call.form[1] : call.self;
+  if (call.arguments == call.form[2] && head == call.form[1]) return call.form;
   DAG form = CopyAlg(call.form);
-  form[1] = call.self;
+  form[1] = head;
   form[2] = call.arguments;
   return form;
 }
