@@ -9,7 +9,7 @@ cd "$work" || exit 2
 
 # fastest PROGRAM STATEMENTS: the statements go to its standard input; the last line of its errors is the time
 fastest() {
-  for _ in 1 2 3; do echo "$2" | $1 2>&1 >/dev/null | tail -1; done | sort -g | head -1
+  for _ in 1 2 3; do printf '%s\n' "$2" | $1 2>&1 >/dev/null | tail -1; done | sort -g | head -1
 }
 # print_row NAME SECONDS SECONDS REFERENCE
 print_row() {
@@ -36,10 +36,12 @@ row 'printf of 10^6 integers' '' 'for k to 1000000 do printf("%d\n", k) end do:'
     '' 'for k in range(1, 1000001): print("%d" % k)'
 row 'printf of 10^6 integers, one array' 'a := rtable(1..1000000, k -> k, datatype = integer[4]):' 'printf("%{e}d", a):' \
     'a = array.array("i", range(1, 1000001))' 'for k in a: print("%d" % k)'
-row 'printf of 10^6 floats' 'x := [seq(evalf(k/7), k = 1..1000000)]:' 'for y in x do printf("%.6f\n", y) end do:' \
-    'x = [k/7 for k in range(1, 1000001)]' 'for y in x: print("%.6f" % y)'
-row 'sscanf of 10^6 integers, one by one' 's := [seq(cat("", k), k = 1..1000000)]:' \
-    'for t in s do sscanf(t, "%d") end do:' 's = [str(k) for k in range(1, 1000001)]' 'for t in s: int(t)'
+row 'printf of 10^6 floats' '' 'for k to 1000000 do printf("%.6f\n", k/7.) end do:' \
+    '' 'for k in range(1, 1000001): print("%.6f" % (k/7))'
+row 'sscanf of 10^6 integers, one by one' '' 'for k to 1000000 do sscanf("123456", "%d") end do:' \
+    '' 'for k in range(1000000): int("123456")'
+row 'sscanf of 10^6 integers into a list' 's := jointext([seq(cat("", k), k = 1..1000000)], " "): f := repeattext("%d", 1000000):' \
+    'sscanf(s, f):' 's = " ".join(str(k) for k in range(1, 1000001))' '[int(t) for t in s.split()]'
 row 'sscanf of 10^6 floats into an array' 's := jointext([seq(sprintf("%.6f", evalf(k/7)), k = 1..1000000)], "\n"):' \
     'sscanf(s, "%{1000000}f"):' 's = "\n".join("%.6f" % (k/7) for k in range(1, 1000001))' \
     'array.array("d", map(float, s.split()))'

@@ -71,11 +71,10 @@ end proc:
 
 readlines := proc(name::{string, symbol})
   description "readlines(name): the list of the lines of the file";
-  local s, lines;
-  s := readtext(name);
-  if s = "" then return [] end if;
-  lines := splittext(s, "\n");
-  `if`(lines[-1] = "", lines[1..-2], lines)
+  local lines;
+  iolib(1, name, 'READ');
+  try lines := `kernel/native`("filelines", name) finally iolib(7, name) end try;
+  lines
 end proc:
 
 writetext := proc(name::{string, symbol}, s::{string, symbol})
@@ -98,7 +97,10 @@ end proc:
 
 writelines := proc(name::{string, symbol}, lines::list({string, symbol}))
   description "writelines(name, [s, ...]): makes the strings the lines of the file; the count of bytes";
-  writetext(name, `if`(lines = [], "", jointext([op(lines), ""], "\n")))
+  local n;
+  iolib(1, name, 'WRITE');
+  try n := iolib(3, name, op(lines)) finally iolib(7, name) end try;
+  n
 end proc:
 
 fileexists := proc(name::{string, symbol})

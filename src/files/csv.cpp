@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "eval/simplify/simplify.h"
+#include "files/members.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "library/native/native.h"
@@ -72,16 +73,23 @@ std::int64_t exponentOfText(std::string_view text) {
   return !text.empty() && text[0] == '-' ? -value : value;
 }
 
-DAG valueOfNumber(const NumberText& number) {
-  DAG mantissa;
-  if (number.fraction.empty()) {
-    mantissa = integerOfDigits(number.whole.data(), number.whole.size());
-  } else {
+// The integer of two runs of digits, one behind the other.
+DAG joinedDigits(std::string_view high, std::string_view low) {
+  constexpr std::size_t fitsWord = 18;
+  if (high.size() + low.size() > fitsWord) {
     TextBuffer digits;
-    digits.append(number.whole);
-    digits.append(number.fraction);
-    mantissa = integerOfDigits(digits.bytes(), digits.size());
+    digits.append(high);
+    digits.append(low);
+    return integerOfDigits(digits.bytes(), digits.size());
   }
+  std::int64_t value = 0;
+  for (char c : high) value = 10 * value + (c - '0');
+  for (char c : low) value = 10 * value + (c - '0');
+  return NewInteger(value);
+}
+
+DAG valueOfNumber(const NumberText& number) {
+  DAG mantissa = joinedDigits(number.whole, number.fraction);
   if (number.negative) mantissa = isZeroImmediate(mantissa) && number.isFloat ? consm0 : negateint(mantissa);
   if (!number.isFloat) return simpl(mantissa);
   const std::int64_t places = static_cast<std::int64_t>(number.fraction.size());
@@ -89,22 +97,6 @@ DAG valueOfNumber(const NumberText& number) {
 }
 
 // ---- reading
-
-// Objects on their way into a list.
-struct Members {
-  TextBuffer words;
-
-  void append(DAG x) { words.append({reinterpret_cast<const char*>(&x.word), sizeof x.word}); }
-  DAG list() {
-    const std::size_t n = words.size() / sizeof(Word);
-    if (n == 0) return emptylist;
-    if (n + 1 > maxLength) KernelException("object too large");
-    DAG sequence = newl2(static_cast<Word>(n + 1), EXPSEQ);
-    std::memcpy(&sequence[1], words.bytes(), words.size());
-    words.clear();
-    return simpl(new2(LIST, sequence));
-  }
-};
 
 struct RowReader {
   const char* at;

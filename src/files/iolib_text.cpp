@@ -6,8 +6,10 @@
 
 #include "eval/simplify/simplify.h"
 #include "files/file_access.h"
+#include "files/members.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
+#include "library/native/native.h"
 #include "numbers/integer/integer.h"
 #include "rtable/axes.h"
 #include "rtable/rtable_object.h"
@@ -44,6 +46,18 @@ DAG iolib::readLineOperation(const IolibCall& call) {
   FileRecord& file = fileToRead(call);
   TextBuffer line;
   return readLine(file, line) ? line.string() : cons0;
+}
+
+DAG native::filelines(const BuiltinCall& call) {
+  FileRecord& file = lookUpFile(call.arguments, 1, FileUse::reading);
+  prepareToRead(file);
+  Members lines;
+  for (;;) {
+    TextBuffer line;
+    passWork(50);
+    if (!readLine(file, line)) return lines.list();
+    lines.append(line.string());
+  }
 }
 
 DAG iolib::writeLines(const IolibCall& call) {

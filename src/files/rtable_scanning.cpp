@@ -1,5 +1,6 @@
 // Rtables read by a format.
 
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
 
@@ -67,10 +68,19 @@ DAG delimitedText(Reading& in) {
 
 bool readsDouble(char code) { return code != 0 && std::strchr("eEfgG", code) != nullptr; }
 
+// The double nearest the text of a float; infinite or 0 where it is out of range.
+double doubleOfText(TextBuffer& text) {
+  double x = 0;
+  const std::string_view digits = text.view();
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), x);
+  const bool isRead = error == std::errc() && end == digits.data() + digits.size();
+  return isRead ? x : std::strtod(text.text(), nullptr);
+}
+
 double doubleOf(Reading& in) {
   TextBuffer text;
   if (scanFloatText(in.source, in.element.width, text) != ScanState::done) refuse(in);
-  return std::strtod(text.text(), nullptr);
+  return doubleOfText(text);
 }
 
 DAG valueOfElement(Reading& in) {
@@ -158,7 +168,7 @@ DAG ScanHFArray(ScanSource& source, char code, int limit) {
     } else {
       TextBuffer text;
       if (scanFloatText(source, 0, text) != ScanState::done) break;
-      x = std::strtod(text.text(), nullptr);
+      x = doubleOfText(text);
     }
     values.append(std::string_view(reinterpret_cast<const char*>(&x), sizeof x));
   }
