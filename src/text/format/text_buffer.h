@@ -23,6 +23,7 @@ class TextBuffer {
     bytes()[size_++] = c;
   }
   void append(std::string_view text) {
+    if (text.empty()) return;
     if (size_ + text.size() + 1 >= capacity_) [[unlikely]]
       grow(size_ + text.size() + 2);
     std::memcpy(bytes() + size_, text.data(), text.size());
