@@ -1,5 +1,7 @@
 #include "session/reset_hooks.h"
 
+#include "debug/debugger.h"
+#include "debug/statement_trace.h"
 #include "eval/procedures/modules.h"
 #include "eval/simplify/simplify.h"
 #include "eval/structure/substitute.h"
@@ -31,18 +33,21 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeNative},
     {HookMoment::initialised, initializeLibrary},
     {HookMoment::initialised, initializeRTables},
+    {HookMoment::everyStatement, ResetDebugger},
     {HookMoment::everyStatement, ResetDotMIO},
     {HookMoment::everyStatement, doubtDirectoryContents},
     {HookMoment::everyStatement, ResetSimplifier},
     {HookMoment::everyStatement, ResetWalkMemories},
     {HookMoment::everyStatement, ResetTypematch},
     {HookMoment::throwAway, CloseAllRepositories},
+    {HookMoment::throwAway, CleanUpDebugger},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::throwAway, FlushDotMFileCache},
     {HookMoment::throwAway, forgetDirectoryContents},
     {HookMoment::startFiles, ResetSimplifier},
     {HookMoment::startFiles, InitializeHelp},
     {HookMoment::stop, UnloadModules},
+    {HookMoment::stop, SaveTraceInformation},
     {HookMoment::exitProcess, FlushDotMFileCache},
 };
 
