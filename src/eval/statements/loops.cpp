@@ -227,7 +227,7 @@ void runCounted(CountedLoop& loop) {
     fromStep = false;
     if (!stepImmediate(loop)) step(loop);
     evaluationLevel = loop.level;
-    if (evaluationLevel + 1 < gene[gcgen] || collectAlways) evalstat(null, modeInner);
+    if (evaluationLevel + 1 < gene[gcgen] || collectAlways) collectInStatement();
   }
 }
 

@@ -281,11 +281,19 @@ DAG evalstat(DAG s, int mode) {
 
 void initializeStatements() { registerRoot(&valueInFlight); }
 
+void collectInStatement() {
+  // What messages tell of the running statement stays.
+  Frame& frame = *Environment->frame;
+  DAG running = frame.currentStatement;
+  evalstat(null, modeInner);
+  frame.currentStatement = running;
+}
+
 void collectInLoop() {
   // A statement that is still being simplified, before it runs, has no level of its own: the end of a
   // statement in there would release what it is made of.
   if (evaluationLevel < 2) return;
-  if (cused > nextgcgen || evaluationLevel + 1 < gene[gcgen] || collectAlways) evalstat(null, modeInner);
+  if (cused > nextgcgen || evaluationLevel + 1 < gene[gcgen] || collectAlways) collectInStatement();
 }
 
 }  // namespace korel

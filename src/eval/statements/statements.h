@@ -17,7 +17,9 @@ enum StatementMode : int {
 DAG evalstat(DAG statement, int mode);
 /// Registers what the interpreter keeps alive; part of the start.
 void initializeStatements();
-/// Gives the collector its chance in a long loop when its marks have been passed.
+/// Ends an empty statement inside the running one, so that the collector has its turn.
+void collectInStatement();
+/// The same in a long loop when its marks have been passed.
 void collectInLoop();
 
 }  // namespace korel
