@@ -332,6 +332,22 @@ void startAgain() {
   }
 }
 
+bool hostKnowsEnd = false;
+
+DAG sendEnd() {
+  callResultHandler(newStreamCall(Stream::DONE, null));
+  hostKnowsEnd = true;
+  return null;
+}
+
+/// Tells the host that the statement is done. Sending may fail, as when memory is short: it has a frame of its own, as
+/// that of the statement is gone, and is tried again once the failure has been reported.
+void reportEnd() {
+  hostKnowsEnd = false;
+  for (int attempts = 2; attempts > 0 && !hostKnowsEnd; --attempts)
+    runInFrame(driver.topLevel, {DAG(), sendEnd, false, false});
+}
+
 DAG runOutermost(const Task& task, ResultHandler resultCB, InterruptHandler interruptCB) {
   EnvironmentBlock* const outside = Environment;
   const std::int32_t levelOutside = evaluationLevel;
@@ -349,7 +365,7 @@ DAG runOutermost(const Task& task, ResultHandler resultCB, InterruptHandler inte
     driver.resultsWanted = task.show;
     result = runInFrame(driver.topLevel, task);
     if (memoryRanOut) collectBetweenStatements();
-    if (task.reader == nullptr) callResultHandler(newStreamCall(Stream::DONE, null));
+    if (task.reader == nullptr) reportEnd();
   }
   // Between statements an error has nowhere to go.
   IniEnv.jumpBuffer = nullptr;

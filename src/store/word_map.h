@@ -24,6 +24,8 @@ class WordMap {
   /// Empties the map. Its storage serves the next walk, so that walks of like size pay for fresh pages
   /// once; it halves at each use that leaves most of it idle, and what is very large goes at once.
   void clear();
+  /// Takes storage for a hundred words when there is none; false when memory is missing.
+  bool reserve() { return capacity_ != 0 || grow(); }
   /// Gives the storage back and empties the map.
   void release();
 

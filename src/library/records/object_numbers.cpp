@@ -6,6 +6,7 @@
 namespace korel {
 
 ObjectNumbers::Page** ObjectNumbers::newPage(DAG x, Word place) {
+  rare_.reserve();
   Page**& pages = isImmediate(x) ? smallPages_ : heapPages_;
   const Word count = isImmediate(x) ? smallPageCount : heapPageCount;
   if (pages == nullptr) pages = static_cast<Page**>(std::calloc(count, sizeof(Page*)));
@@ -36,6 +37,7 @@ void ObjectNumbers::release() {
 
 void ObjectNumbers::clear() {
   rare_.clear();
+  pagesRanOut_ = false;
   // Times that come round again would bring old numbers back.
   if (++time_ == 0 || pageCount_ > keptPages) {
     release();

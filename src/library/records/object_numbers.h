@@ -5,6 +5,9 @@
 // side, where a hash table would miss the cache at every object (bench/library.sh). Small integers have pages of their
 // own, long words that are neither go into a map. An entry counts while its time is the present one, so that `clear`
 // touches nothing.
+//
+// Where memory for a page is missing the map takes all that follows, up to the next `clear`: it holds a few entries in
+// reserve, so that the message that memory ran out still finds room.
 
 #include <cstdint>
 
@@ -21,8 +24,10 @@ class ObjectNumbers {
     Page** pages = isImmediate(x) ? smallPages_ : heapPages_;
     if (isImmediate(x) && place >= smallLimit) return insertRare(x, number);
     if (pages == nullptr || pages[place / pageLength] == nullptr) [[unlikely]] {
-      pages = newPage(x, place);
-      if (pages == nullptr) return WordMap::outOfMemory;
+      // A page that was missing once stays so: an object has its number in one place.
+      if (!pagesRanOut_) pages = newPage(x, place);
+      pagesRanOut_ = pagesRanOut_ || pages == nullptr;
+      if (pagesRanOut_) return insertRare(x, number);
     }
     Entry& entry = pages[place / pageLength]->entries[place % pageLength];
     if (entry.time == time_) {
@@ -55,6 +60,7 @@ class ObjectNumbers {
   Page** heapPages_ = nullptr;
   Page** smallPages_ = nullptr;
   int pageCount_ = 0;
+  bool pagesRanOut_ = false;
   std::uint32_t time_ = 1;
   WordMap rare_;
 };
