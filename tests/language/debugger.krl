@@ -46,7 +46,7 @@ debugger := proc() lprint(args); NULL end proc:
 debugopts(steplevel = z); debugopts(steplevel = 2^40);
 DEBUG(5); DEBUG(1 > 2); DEBUG(1 < 2); DEBUG(u < v);
 # A profile: values and ditto values stay, the jump of an error goes on, and its time counts.
-unassign('debugger'): debugger := 'debugger':
+debugger := proc() NULL end proc:
 p := proc(n) local k, t; t := 0; for k to n do if k = 2 then next end if; t := t + k; if k = 5 then break end if end do; t; %, t end proc: p(7);
 debugopts(traceproc = p); p(7); p(1); calls := proc(v, r) local k; [seq(v[k, 1], k = 1 .. r)] end proc: calls(`TRACE/p`, 10); rtable_options(`TRACE/p`, datatype, storage, order);
 debugopts(traceproc = p); p(1): calls(`TRACE/p`, 10); debugopts(stopat = [p, 2]); debugopts(traceproc = [p, false]); debugopts(stopat = [p, 2]); show([p, 2]); p(7): calls(`TRACE/p`, 10);
