@@ -109,7 +109,7 @@ end proc:
   ["break",    "b",       `debugger/break`,    "[procedure] [n] [if condition]", "stop before statement n"],
   ["watch",    "wa",      `debugger/watch`,    "name",                "stop when a value is assigned to it"],
   ["catch",    "cat",     `debugger/catch`,    "[trapped] [\"message\"]", "stop at errors: uncaught ones, or those that are caught"],
-  ["delete",   "d",       `debugger/delete`,   "[number]",            "take away a stop by its number in `info stops`, or all"],
+  ["delete",   "del",     `debugger/delete`,   "number|all",          "take away a stop by its number in `info stops`"],
   ["quit",     "q",       `debugger/quit`,     "",                    "end the program"],
   ["help",     "h",       `debugger/help`,     "",                    "this list"]
 ]:
@@ -351,6 +351,7 @@ end proc:
 end proc:
 
 `debugger/delete` := proc(rest, place)
-  if rest = "" then `stops/clear`() else `stops/delete`(`debugger/number`(rest)) end if;
+  if rest = "" then error "delete expects the number of a stop, or all" end if;
+  if rest = "all" then `stops/clear`() else `stops/delete`(`debugger/number`(rest)) end if;
   'STAY'
 end proc:

@@ -20,8 +20,12 @@ end proc:
 
 clearwatch := proc(a)
   description "clearwatch('a'), clearwatch([f, 'a']), clearwatch(): takes away a watch, or all";
-  if nargs = 0 then debugopts('watchtable' = []) else debugopts('delwatch' = a) end if;
-  `stops/keep`(proc(s) s[2] <> "watch" or nargs > 1 and s[3] <> a end proc)
+  if nargs = 0 then
+    debugopts('watchtable' = []);
+    return `stops/keep`(proc(s) s[2] <> "watch" end proc)
+  end if;
+  debugopts('delwatch' = a);
+  `stops/keep`(proc(s) s[2] <> "watch" or s[3] <> a end proc)
 end proc:
 
 setcatch := proc(message)
@@ -31,8 +35,12 @@ end proc:
 
 clearcatch := proc(message)
   description "clearcatch(\"message\"), clearcatch(): takes away an error stop, or all";
-  if nargs = 0 then debugopts('errortable' = []) else debugopts('delerror' = message) end if;
-  `stops/keep`(proc(s) s[2] <> "error" or nargs > 1 and s[3] <> message end proc)
+  if nargs = 0 then
+    debugopts('errortable' = []);
+    return `stops/keep`(proc(s) s[2] <> "error" end proc)
+  end if;
+  debugopts('delerror' = message);
+  `stops/keep`(proc(s) s[2] <> "error" or s[3] <> message end proc)
 end proc:
 
 stops := proc()
@@ -162,5 +170,6 @@ end proc:
   map(`stops/remove`, `stops/register`());
   debugopts('watchtable' = [], 'errortable' = []);
   `debugger/memory`["stops"] := [];
+  `debugger/memory`["number"] := 0;
   NULL
 end proc:

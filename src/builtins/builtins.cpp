@@ -43,6 +43,7 @@
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "frame/output_builtins.h"
+#include "hardware/evalhf.h"
 #include "library/native/native.h"
 #include "library/retrieve.h"
 #include "numbers/float/float_builtins.h"
@@ -146,7 +147,7 @@ constexpr Builtin builtins[] = {
     {"evalb",                   simplified,  builtin::evalb},
     {"evalf",                   unevaluated, builtin::evalf},
     {"evalgf1",                 simplified,  nullptr},
-    {"evalhf",                  unevaluated, nullptr},
+    {"evalhf",                  unevaluated, builtin::evalhf},
     {"evaln",                   unevaluated, builtin::evaln},
     {"expand",                  simplified,  builtin::expand},
     {"exports",                 simplified,  builtin::exports},
@@ -157,7 +158,7 @@ constexpr Builtin builtins[] = {
     {"goto",                    simplified,  builtin::goto_},
     {"has",                     members,     builtin::has},
     {"hastype",                 members,     builtin::hastype},
-    {"hfarray",                 simplified,  nullptr},
+    {"hfarray",                 simplified,  builtin::hfarray},
     {"evalf/hypergeom/kernel",  simplified,  builtin::hypergeomKernel},
     {"icontent",                simplified,  builtin::icontent},
     {"if",                      unevaluated, builtin::if_},

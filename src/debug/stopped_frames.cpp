@@ -93,6 +93,13 @@ DAG evaluateIn(Frame& frame, const char* text) {
   RestoreEnvironment(previous);
   frame.currentStatement = running;
   updategens(value);
+  // Until the dialogue puts them back, the ditto values are those of commands.
+  if (&frame == stoppedFrame(0) && value != null) {
+    frame.ditto3 = frame.ditto2;
+    frame.ditto2 = frame.ditto1;
+    frame.ditto1 = value;
+    stepEvaluationClock();
+  }
   return value;
 }
 

@@ -9,6 +9,7 @@
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "eval/walk/walk_memory.h"
+#include "hardware/hardware_frame.h"
 #include "library/archive/archive_files.h"
 #include "library/archive/member_io.h"
 #include "library/native/native.h"
@@ -34,6 +35,8 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeLibrary},
     {HookMoment::initialised, initializeRTables},
     {HookMoment::everyStatement, ResetDebugger},
+    {HookMoment::initialised, initializeHardware},
+    {HookMoment::everyStatement, ResetEvalhfInterrupt},
     {HookMoment::everyStatement, ResetDotMIO},
     {HookMoment::everyStatement, doubtDirectoryContents},
     {HookMoment::everyStatement, ResetSimplifier},

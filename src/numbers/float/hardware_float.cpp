@@ -1,5 +1,6 @@
 #include "numbers/float/hardware_float.h"
 
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -96,15 +97,13 @@ int matherr(MathError& error) {
   return 1;
 }
 
-double SoftwareToHardwareFloat(DAG x) {
-  DAG m = mantissaOf(x), e = exponentOf(x);
+namespace {
+
+// The double nearest m * 10^exponent.
+double doubleOf(DAG m, std::int64_t exponent) {
   const bool negative = tagOf(m) == INTNEG;
-  if (e == ini("infinity")) return negative ? mIEEENegInfinity : mIEEEPosInfinity;
-  if (e == ini("undefined")) return mIEEEQuietNaN;
-  if (!isInteger(e)) notimpl("invalid software floating point value");
-  if (m == cons0) return 0.0;
-  if (m == consm0) return -0.0;
-  std::int64_t length = ilength(m), exponent = exponentValue(e);
+  if (isZeroImmediate(m)) return negative ? -0.0 : 0.0;
+  std::int64_t length = ilength(m);
   if (exponent + length > 310) return negative ? mIEEENegInfinity : mIEEEPosInfinity;
   if (exponent + length < -325) return negative ? -0.0 : 0.0;
   // 800 digits tell any decimal number from a point halfway between two doubles; a one behind them
@@ -125,6 +124,16 @@ double SoftwareToHardwareFloat(DAG x) {
   return std::strtod(text, nullptr);
 }
 
+}  // namespace
+
+double SoftwareToHardwareFloat(DAG x) {
+  DAG m = mantissaOf(x), e = exponentOf(x);
+  if (e == ini("infinity")) return tagOf(m) == INTNEG ? mIEEENegInfinity : mIEEEPosInfinity;
+  if (e == ini("undefined")) return mIEEEQuietNaN;
+  if (!isInteger(e)) notimpl("invalid software floating point value");
+  return doubleOf(m, exponentValue(e));
+}
+
 DAG HardwareToSoftwareFloat(double x) {
   switch (fp_class_d(x)) {
     case signallingNaN: return newFLOAT(consm1, ini("undefined"));
@@ -135,14 +144,40 @@ DAG HardwareToSoftwareFloat(double x) {
   }
   if (x == 0.0) return std::signbit(x) ? consfm0 : consf0;
   if (std::fabs(x) < 2147483648.0 && x == std::trunc(x)) return newFLOAT(Newint(static_cast<std::int32_t>(x)), cons0);
-  // Sign, one digit, point, sixteen digits, exponent.
+  // One digit, a point and others if there are any, `e`, the exponent.
   char text[40];
-  std::snprintf(text, sizeof text, "%.16e", std::fabs(x));
-  std::int64_t mantissa = text[0] - '0';
-  for (int i = 0; i < 16; ++i) mantissa = mantissa * 10 + (text[2 + i] - '0');
-  long exponent = std::strtol(text + 19, nullptr, 10) - 16;
-  return newFLOAT(NewInteger(x < 0 ? -mantissa : mantissa), Newint(static_cast<std::int32_t>(exponent)));
+  *std::to_chars(text, text + sizeof text - 1, std::fabs(x), std::chars_format::scientific).ptr = 0;
+  std::int64_t mantissa = 0;
+  std::int32_t exponent = 0;
+  const char* at = text;
+  for (; *at != 'e'; ++at) {
+    if (*at == '.') continue;
+    mantissa = mantissa * 10 + (*at - '0');
+    if (at != text) --exponent;
+  }
+  exponent += static_cast<std::int32_t>(std::strtol(at + 1, nullptr, 10));
+  return newFLOAT(NewInteger(x < 0 ? -mantissa : mantissa), Newint(exponent));
 }
+
+// ---- the bits as text
+
+void HFloatToIEEEHex(double x, bool upperCase, char* text) {
+  std::uint64_t bits;
+  std::memcpy(&bits, &x, sizeof bits);
+  std::snprintf(text, ieeeHexLength + 1, upperCase ? "%016llX" : "%016llx", static_cast<unsigned long long>(bits));
+}
+
+double IEEEHexToHFloat(const char* text) {
+  std::uint64_t bits = 0;
+  const auto read = std::from_chars(text, text + std::strlen(text), bits, 16);
+  if (read.ec != std::errc() || *read.ptr != 0 || read.ptr - text != ieeeHexLength)
+    KernelException("expecting exactly 16 hexadecimal digits");
+  double x;
+  std::memcpy(&x, &bits, sizeof x);
+  return x;
+}
+
+// ---- objects
 
 DAG HFloatToFloat(DAG hfloat) { return simpl(HardwareToSoftwareFloat(hfloatValue(hfloat))); }
 
@@ -155,7 +190,7 @@ DAG SuppressHFloats(DAG x) {
 }
 
 double FloatValue(DAG x) {
-  if (isInteger(x)) return isImmediate(x) ? immediateValue(x) : SoftwareToHardwareFloat(new3(FLOAT, x, cons0));
+  if (isInteger(x)) return isImmediate(x) ? immediateValue(x) : doubleOf(x, 0);
   switch (tagOf(x)) {
     case RATIONAL: {
       std::int64_t scale = ilength(x[2]) - ilength(x[1]) + 20;
