@@ -2,7 +2,7 @@
 
 debugger := proc()
   description "debugger(value, ..., [DEBUGINFO, name, statement, kind]): the dialogue where a program has stopped; the kernel calls it";
-  local level, report, info, place, line, answer;
+  local level, report, info, place, line, answer, waiting;
   global `debugger/memory`;
   level := kernelopts('level') - 21;
   report := [args];
@@ -13,19 +13,21 @@ debugger := proc()
     place := [info[2], info[3], level]
   end if;
   if not type(`debugger/memory`, table) then `debugger/forget`() end if;
-  if `debugger/memory`["waits"] = level then `debugger/showvalue`(report)
+  # The dialogues that wait for a command, by their levels: one of them may have led to this stop.
+  waiting := select(proc(l) l <= level end proc, `debugger/memory`["waits"]);
+  `debugger/memory`["waits"] := remove(`=`, waiting, level);
+  if member(level, waiting) then `debugger/showvalue`(report)
   else
     `debugger/memory`["call"] := 0;
     `debugger/memory`["listed"] := 0;
     `debugger/showstop`(report, place)
   end if;
-  `debugger/memory`["waits"] := -1;
   do
     line := [INTERFACE_DEBUG_READLINE(0)];
     answer := `debugger/obey`(line, place);
     if answer = 'GOON' then return NULL end if;
     if answer <> 'STAY' then
-      `debugger/memory`["waits"] := level;
+      `debugger/memory`["waits"] := [op(`debugger/memory`["waits"]), level];
       return answer
     end if
   end do
@@ -35,7 +37,7 @@ end proc:
 `debugger/forget` := proc()
   description "debugger/forget(): the dialogue remembers nothing of earlier ones";
   global `debugger/memory`;
-  `debugger/memory` := table(["waits" = -1, "call" = 0, "last" = "", "listed" = 0, "stops" = [], "number" = 0]);
+  `debugger/memory` := table(["waits" = [], "call" = 0, "last" = "", "listed" = 0, "stops" = [], "number" = 0]);
   NULL
 end proc:
 
@@ -189,7 +191,7 @@ end proc:
 `debugger/quit` := proc(rest, place)
   global `debugger/memory`;
   debugopts('steplevel' = 0);
-  `debugger/memory`["waits"] := -1;
+  `debugger/memory`["waits"] := [];
   debugopts('interrupt')
 end proc:
 

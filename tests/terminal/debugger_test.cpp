@@ -35,7 +35,7 @@ TEST(Debugger, StopsStepsAndGoesOn) {
                      {"y", "11\r\nDBG> "},
                      {"finish", "a+1\r\nDBG> "},
                      {"1/0", "Error, numeric exception: division by zero\r\nDBG> "},
-                     {"f(2)", "DBG> "},           // a stop in a command
+                     {"f(2)", "DBG> "},            // a stop in a command
                      {"continue", "11\r\nDBG> "},  // ends it
                      {"a", "22\r\nDBG> "},
                      {"continue", "2, 23\r\n"},
