@@ -29,6 +29,7 @@ echo
 "$(dirname "$0")/programs.sh" "$build"
 "$(dirname "$0")/collections.sh" "$build"
 "$(dirname "$0")/library.sh" "$build"
+"$(dirname "$0")/debugger.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then
   echo
   echo 'Printing (of_sink: times as long as the bare sink)'

@@ -1,5 +1,7 @@
 #include "builtins/builtins.h"
 
+#include "algebra/modular/modular_expressions.h"
+#include "algebra/modular/selectors.h"
 #include "algebra/polynomials/coefficients.h"
 #include "algebra/polynomials/degree.h"
 #include "algebra/polynomials/divide.h"
@@ -39,6 +41,8 @@
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "eval/walk/measure.h"
+#include "external/call_external.h"
+#include "external/define_external.h"
 #include "external/float_library.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
@@ -125,7 +129,7 @@ constexpr Builtin builtins[] = {
     {"assigned",                unevaluated, builtin::assigned},
     {"attributes",              simplified,  builtin::attributes},
     {"bind",                    simplified,  builtin::bind},
-    {"call_external",           unevaluated, nullptr},
+    {"call_external",           unevaluated, builtin::call_external},
     {"callback",                simplified,  builtin::callback},
     {"cat",                     members,     builtin::cat},
     {"coeff",                   simplified,  builtin::coeff},
@@ -134,7 +138,7 @@ constexpr Builtin builtins[] = {
     {"convert",                 simplified,  builtin::convert},
     {"crinterp",                neverCalled, nullptr},
     {"debugopts",               unevaluated, builtin::debugopts},
-    {"define_external",         simplified,  nullptr},
+    {"define_external",         simplified,  builtin::define_external},
     {"degree",                  simplified,  builtin::degree},
     {"denom",                   simplified,  builtin::denom},
     {"diff",                    simplified,  nullptr},
@@ -146,7 +150,7 @@ constexpr Builtin builtins[] = {
     {"eval",                    unevaluated, builtin::eval},
     {"evalb",                   simplified,  builtin::evalb},
     {"evalf",                   unevaluated, builtin::evalf},
-    {"evalgf1",                 simplified,  nullptr},
+    {"evalgf1",                 simplified,  builtin::evalgf1},
     {"evalhf",                  unevaluated, builtin::evalhf},
     {"evaln",                   unevaluated, builtin::evaln},
     {"expand",                  simplified,  builtin::expand},
@@ -188,10 +192,10 @@ constexpr Builtin builtins[] = {
     {"member",                  simplified,  builtin::member},
     {"min",                     simplified,  builtin::min},
     {"minus",                   simplified,  builtin::minusOperator},
-    {"modp",                    simplified,  nullptr},
-    {"modp1",                   simplified,  nullptr},
-    {"modp2",                   simplified,  nullptr},
-    {"mods",                    simplified,  nullptr},
+    {"modp",                    simplified,  builtin::modp},
+    {"modp1",                   simplified,  builtin::modp1},
+    {"modp2",                   simplified,  builtin::modp2},
+    {"mods",                    simplified,  builtin::mods},
     {"mul",                     unevaluated, builtin::mul},
     {"mvMultiply",              simplified,  builtin::mvMultiply},
     {"negate",                  simplified,  builtin::negate},

@@ -105,11 +105,13 @@ DAG tableAsList(DAG table) { return simpl(new2(LIST, table ? table : null)); }
 namespace {
 
 bool isWatched(DAG name) {
-  if (isMember(name, watchTable)) return true;
   DAG procedure = Environment->frame->procName;
-  if (!procedure || procedure == null) return false;
-  DAG pair = simpl(new2(LIST, simpl(newSequence({procedure, naminstall(textOf(name))}))));
-  return isMember(pair, watchTable);
+  for (Word i = 1, n = lengthOf(watchTable); i < n; ++i) {
+    DAG entry = watchTable[i];
+    if (entry == name) return true;
+    if (isTag(entry, LIST) && entry[1][1] == procedure && hasText(entry[1][2], textOf(name))) return true;
+  }
+  return false;
 }
 
 }  // namespace

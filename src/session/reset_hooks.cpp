@@ -1,5 +1,6 @@
 #include "session/reset_hooks.h"
 
+#include "algebra/modular/modular_polynomials.h"
 #include "debug/debugger.h"
 #include "debug/statement_trace.h"
 #include "eval/procedures/modules.h"
@@ -9,6 +10,8 @@
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "eval/walk/walk_memory.h"
+#include "external/call_external.h"
+#include "external/libraries.h"
 #include "hardware/hardware_frame.h"
 #include "library/archive/archive_files.h"
 #include "library/archive/member_io.h"
@@ -35,6 +38,9 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeLibrary},
     {HookMoment::initialised, initializeRTables},
     {HookMoment::everyStatement, ResetDebugger},
+    {HookMoment::initialised, ResetModRand},
+    {HookMoment::initialised, initializeExternalLibraries},
+    {HookMoment::initialised, initializeExternalCalls},
     {HookMoment::initialised, initializeHardware},
     {HookMoment::everyStatement, ResetEvalhfInterrupt},
     {HookMoment::everyStatement, ResetDotMIO},
@@ -42,6 +48,8 @@ constexpr HookRow hookRows[] = {
     {HookMoment::everyStatement, ResetSimplifier},
     {HookMoment::everyStatement, ResetWalkMemories},
     {HookMoment::everyStatement, ResetTypematch},
+    {HookMoment::everyStatement, resetExternalCalls},
+    {HookMoment::throwAway, CloseExternalLibraries},
     {HookMoment::throwAway, CloseAllRepositories},
     {HookMoment::throwAway, CleanUpDebugger},
     {HookMoment::throwAway, CleanUpSimplifier},
@@ -52,6 +60,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::stop, UnloadModules},
     {HookMoment::stop, SaveTraceInformation},
     {HookMoment::exitProcess, FlushDotMFileCache},
+    {HookMoment::exitProcess, CloseExternalLibraries},
 };
 
 }  // namespace
