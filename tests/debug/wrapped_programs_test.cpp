@@ -29,7 +29,9 @@ class Program {
 
  private:
   int below(int n) { return static_cast<int>(random_() % static_cast<unsigned>(n)); }
-  std::string pick(std::initializer_list<const char*> choices) { return *(choices.begin() + below(int(choices.size()))); }
+  std::string pick(std::initializer_list<const char*> choices) {
+    return *(choices.begin() + below(int(choices.size())));
+  }
   std::string variable() { return pick({"a", "b", "c", "g"}); }
   std::string expression() {
     switch (below(5)) {
@@ -40,7 +42,9 @@ class Program {
       default: return variable();
     }
   }
-  std::string condition() { return "irem(" + variable() + ", " + std::to_string(2 + below(3)) + ") = " + pick({"0", "1"}); }
+  std::string condition() {
+    return "irem(" + variable() + ", " + std::to_string(2 + below(3)) + ") = " + pick({"0", "1"});
+  }
 
   void begin() {
     if (counting_) {
@@ -58,7 +62,9 @@ class Program {
   void loop(int depth) {
     const std::string v = std::to_string(depth + 1);
     switch (below(3)) {
-      case 0: text_ += "for i" + v + " from " + std::to_string(below(3)) + " to " + std::to_string(2 + below(3)) + " do "; break;
+      case 0:
+        text_ += "for i" + v + " from " + std::to_string(below(3)) + " to " + std::to_string(2 + below(3)) + " do ";
+        break;
       case 1: text_ += "for i" + v + " from 4 to 1 by -2 while " + variable() + " < 50 do "; break;
       default: text_ += "for x" + v + " in [1, a, 3] do "; break;
     }
@@ -100,14 +106,22 @@ class Program {
       case 3: text_ += expression() + "; "; return;
       case 4: text_ += "a, b := b, a; "; return;
       case 5: text_ += "c := %; "; return;
-      case 6: text_ += "if n > 0 then "; begin(); text_ += "a := irem(rp(n - 1), 11) end if; "; return;
+      case 6:
+        text_ += "if n > 0 then ";
+        begin();
+        text_ += "a := irem(rp(n - 1), 11) end if; ";
+        return;
       case 7:
         text_ += "if " + condition() + " then ";
         begin();
         text_ += loops_ > 0 ? pick({"break", "next"}) : below(3) == 0 ? "return a, b" : "NULL + c";
         text_ += " end if; ";
         return;
-      case 8: text_ += "if " + condition() + " then "; begin(); text_ += "error \"lost %1\", a end if; "; return;
+      case 8:
+        text_ += "if " + condition() + " then ";
+        begin();
+        text_ += "error \"lost %1\", a end if; ";
+        return;
       case 9: case 10: return loop(depth);
       case 11: case 12: return branch(depth);
       default: return trap(depth);
@@ -121,10 +135,15 @@ class Program {
   std::vector<int> counters_;
 };
 
+std::string sayAll(std::initializer_list<std::string> statements) {
+  std::string shown;
+  for (const std::string& statement : statements) shown += say(statement.c_str()) + "\n";
+  return shown;
+}
+
 std::string outcome(int printLevel) {
-  say("g := 5: lasterror := 'lasterror':");
-  say(("printlevel := " + std::to_string(printLevel) + ":").c_str());
-  std::string shown = say("rp(2), g;") + say("traperror(rp(1)); %;") + say("rp(0); g;");
+  sayAll({"g := 5:", "traperror(1):", "printlevel := " + std::to_string(printLevel) + ":"});
+  std::string shown = sayAll({"rp(2);", "g;", "traperror(rp(1));", "%;", "rp(0);", "g, lasterror;"});
   say("printlevel := 1:");
   return shown;
 }
@@ -155,9 +174,8 @@ TEST(WrappedPrograms, AreCountedAsTheyCountThemselves) {
     const Program program(seed, true);
     ASSERT_EQ(say(program.text().c_str()), "") << program.text();
     const int counts = static_cast<int>(program.counters().size());
-    say(("cnt := table([seq(k = 0, k = 1.." + std::to_string(counts) + ")]): g := 5:").c_str());
-    say("`TRACE/rp` := '`TRACE/rp`': debugopts('traceproc' = rp):");
-    say("rp(2): traperror(rp(1)): rp(0):");
+    sayAll({"cnt := table([seq(k = 0, k = 1.." + std::to_string(counts) + ")]):", "g := 5:"});
+    sayAll({"`TRACE/rp` := '`TRACE/rp`':", "debugopts('traceproc' = rp):", "rp(2):", "traperror(rp(1)):", "rp(0):"});
     for (int k = 1; k <= counts; ++k) {
       const int number = program.counters()[static_cast<std::size_t>(k - 1)];
       const std::string own = evaluated(("cnt[" + std::to_string(k) + "]").c_str());
