@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdlib>
 
+#include "hardware/fuse_operations.h"
 #include "hardware/hardware_calls.h"
 #include "hardware/interpreter.h"
 #include "store/constants.h"
@@ -163,6 +164,7 @@ Program* Compiler::program() const {
   }
   for (const Jump& jump : jumps_)
     p->code[jump.at].tail.target = labels_[static_cast<std::size_t>(jump.label)] - jump.at;
+  fuseOperations(p->code, static_cast<int>(code_.size()), {parameters_ + locals_, most_});
   return p;
 }
 

@@ -61,32 +61,36 @@ void setView(ArrayView& view, double reference, Word rank) {
 // Numbers that no integer holds become the least one, which is out of bounds.
 inline std::int64_t truncated(double x) { return _mm_cvttsd_si64(_mm_set_sd(x)); }
 
-inline double* element1(ArrayView& view, double array, double index) {
-  if (view.bits != std::bit_cast<std::uint64_t>(array)) [[unlikely]]
-    setView(view, array, 1);
-  const auto offset = static_cast<std::uint64_t>(truncated(index) - view.low[0]);
+// The element of the array b with the index c, or c and the tail's e.
+inline double* element1(ArrayView* views, const double* R, const Instruction& i) {
+  ArrayView& view = views[i.tail.d];
+  if (view.bits != std::bit_cast<std::uint64_t>(R[i.b])) [[unlikely]]
+    setView(view, R[i.b], 1);
+  const auto offset = static_cast<std::uint64_t>(truncated(R[i.c]) - view.low[0]);
   if (offset >= view.extent[0]) [[unlikely]]
-    refuseIndices(index, 0.0);
+    refuseIndices(R[i.c], 0.0);
   return view.elements + offset;
 }
 
-inline double* element2(ArrayView& view, double array, double first, double second) {
-  if (view.bits != std::bit_cast<std::uint64_t>(array)) [[unlikely]]
-    setView(view, array, 2);
-  const auto i = static_cast<std::uint64_t>(truncated(first) - view.low[0]);
-  const auto j = static_cast<std::uint64_t>(truncated(second) - view.low[1]);
-  if (i >= view.extent[0] || j >= view.extent[1]) [[unlikely]]
-    refuseIndices(first, second);
-  return view.elements + static_cast<std::int64_t>(i) * view.stride[0] + static_cast<std::int64_t>(j) * view.stride[1];
+inline double* element2(ArrayView* views, const double* R, const Instruction& i) {
+  ArrayView& view = views[i.tail.d];
+  if (view.bits != std::bit_cast<std::uint64_t>(R[i.b])) [[unlikely]]
+    setView(view, R[i.b], 2);
+  const auto first = static_cast<std::uint64_t>(truncated(R[i.c]) - view.low[0]);
+  const auto second = static_cast<std::uint64_t>(truncated(R[i.tail.e]) - view.low[1]);
+  if (first >= view.extent[0] || second >= view.extent[1]) [[unlikely]]
+    refuseIndices(R[i.c], R[i.tail.e]);
+  return view.elements + static_cast<std::int64_t>(first) * view.stride[0] +
+         static_cast<std::int64_t>(second) * view.stride[1];
 }
 
 [[noreturn, gnu::noinline]] void refuseStore(const ArrayView& view) {
   requireWritable(hfarraydes(std::bit_cast<double>(view.bits)));
   std::abort();  // it has raised an error
 }
-inline double* writable(const ArrayView& view, double* place) {
-  if (!view.isWritable) [[unlikely]]
-    refuseStore(view);
+inline double* writable(const ArrayView* views, const Instruction& i, double* place) {
+  if (!views[i.tail.d].isWritable) [[unlikely]]
+    refuseStore(views[i.tail.d]);
   return place;
 }
 
@@ -142,6 +146,16 @@ double checkedWholePower(double x, unsigned n) {
 }
 double checkedSquareRoot(double x) { return x < 0 ? hfsqrt(x) : std::sqrt(x); }
 [[noreturn, gnu::noinline]] void refuseDivision() { KernelException("division by zero"); }
+inline double nonZero(double divisor) {
+  if (divisor == 0.0) [[unlikely]]
+    refuseDivision();
+  return divisor;
+}
+// `x`, or what `otherwise` gives or raises when that is no finite number.
+template <class Otherwise>
+inline double finiteOr(double x, Otherwise otherwise) {
+  return std::fabs(x) <= DBL_MAX ? x : otherwise();
+}
 
 // ---- the machine
 
@@ -190,80 +204,22 @@ inline void callProcedure(Activation& at, const Instruction& i) {
 
 inline bool isWithin(double v, double by, double to) { return by < 0 ? v >= to : v <= to; }
 
+// Each operation ends in a jump of its own to the next one: the processor foresees where that leads by where it
+// stands (bench/hardware.sh).
 double execute(Activation& at, const Instruction* i) {
+  static const void* const places[] = {
+#define KOREL_OPERATION(name, ...) &&name,
+#include "hardware/operations.def"
+#undef KOREL_OPERATION
+  };
   double* const R = at.R;
   ArrayView* const views = at.views;
-#define NEXT_INSTRUCTION \
-  ++i;                   \
-  break
-#define JUMP_WHEN(test)             \
-  i += (test) ? i->tail.target : 1; \
-  break
-  for (;;) {
-    switch (i->op) {
-      case Op::move: R[i->a] = R[i->b]; NEXT_INSTRUCTION;
-      case Op::add: R[i->a] = R[i->b] + R[i->c]; NEXT_INSTRUCTION;
-      case Op::subtract: R[i->a] = R[i->b] - R[i->c]; NEXT_INSTRUCTION;
-      case Op::multiply: R[i->a] = R[i->b] * R[i->c]; NEXT_INSTRUCTION;
-      case Op::divide:
-        if (R[i->c] == 0.0) [[unlikely]]
-          refuseDivision();
-        R[i->a] = R[i->b] / R[i->c];
-        NEXT_INSTRUCTION;
-      case Op::square: {
-        const double x = R[i->b], square = x * x;
-        R[i->a] = square <= DBL_MAX ? square : hfpow(x, 2.0);
-        NEXT_INSTRUCTION;
-      }
-      case Op::wholePower: R[i->a] = checkedWholePower(R[i->b], i->tail.d); NEXT_INSTRUCTION;
-      case Op::power: R[i->a] = hfpow(R[i->b], R[i->c]); NEXT_INSTRUCTION;
-      case Op::squareRoot: R[i->a] = checkedSquareRoot(R[i->b]); NEXT_INSTRUCTION;
-      case Op::apply1: R[i->a] = i->one(R[i->b]); NEXT_INSTRUCTION;
-      case Op::apply2: R[i->a] = i->two(R[i->b], R[i->c]); NEXT_INSTRUCTION;
-      case Op::checkNumber: requireNumber(R[i->a]); NEXT_INSTRUCTION;
-      case Op::evaluate: case Op::evaluateTruth: evaluateObject(at, *i); NEXT_INSTRUCTION;
-      case Op::jump: i += i->tail.target; break;
-      case Op::jumpIfLess: JUMP_WHEN(R[i->a] < R[i->b]);
-      case Op::jumpUnlessLess: JUMP_WHEN(!(R[i->a] < R[i->b]));
-      case Op::jumpIfLessEqual: JUMP_WHEN(R[i->a] <= R[i->b]);
-      case Op::jumpUnlessLessEqual: JUMP_WHEN(!(R[i->a] <= R[i->b]));
-      case Op::jumpIfEqual: JUMP_WHEN(R[i->a] == R[i->b]);
-      case Op::jumpUnlessEqual: JUMP_WHEN(!(R[i->a] == R[i->b]));
-      case Op::jumpIfTrue: JUMP_WHEN(truthOfNumber(R[i->a]));
-      case Op::jumpUnlessTrue: JUMP_WHEN(!truthOfNumber(R[i->a]));
-      case Op::jumpIfZero: JUMP_WHEN(R[i->a] == 0.0);
-      case Op::jumpUnlessZero: JUMP_WHEN(R[i->a] != 0.0);
-      case Op::test: R[i->a] = i->test(R[i->b]) ? 1.0 : 0.0; NEXT_INSTRUCTION;
-      case Op::leaveLoop: JUMP_WHEN(!isWithin(R[i->a], R[i->b], R[i->c]));
-      case Op::nextUp: countHardwareStep(); JUMP_WHEN((R[i->a] += R[i->b]) <= R[i->c]);
-      case Op::nextDown: countHardwareStep(); JUMP_WHEN((R[i->a] += R[i->b]) >= R[i->c]);
-      case Op::nextEither: countHardwareStep(); JUMP_WHEN(isWithin(R[i->a] += R[i->b], R[i->b], R[i->c]));
-      case Op::nextUnbounded:
-        countHardwareStep();
-        R[i->a] += R[i->b];
-        i += i->tail.target;
-        break;
-      case Op::view: setView(views[i->tail.d], R[i->a], i->c); NEXT_INSTRUCTION;
-      case Op::load1: R[i->a] = *element1(views[i->tail.d], R[i->b], R[i->c]); NEXT_INSTRUCTION;
-      case Op::load2: R[i->a] = *element2(views[i->tail.d], R[i->b], R[i->c], R[i->tail.e]); NEXT_INSTRUCTION;
-      case Op::store1:
-        *writable(views[i->tail.d], element1(views[i->tail.d], R[i->b], R[i->c])) = R[i->a];
-        NEXT_INSTRUCTION;
-      case Op::store2:
-        *writable(views[i->tail.d], element2(views[i->tail.d], R[i->b], R[i->c], R[i->tail.e])) = R[i->a];
-        NEXT_INSTRUCTION;
-      case Op::loadMany: R[i->a] = *elementOfMany(R[i->b], R + i->c, i->tail.e, false); NEXT_INSTRUCTION;
-      case Op::storeMany: *elementOfMany(R[i->b], R + i->c, i->tail.e, true) = R[i->a]; NEXT_INSTRUCTION;
-      case Op::resolve: JUMP_WHEN(resolveCall(at, *i));
-      case Op::call: callProcedure(at, *i); NEXT_INSTRUCTION;
-      case Op::raise: raiseHardwareError(i->object);
-      case Op::strayBreak: KernelException("break outside for loop in evalhf");
-      case Op::strayNext: KernelException("next outside for loop in evalhf");
-      case Op::leave: return R[i->a];
-    }
-  }
-#undef NEXT_INSTRUCTION
-#undef JUMP_WHEN
+  goto* places[static_cast<int>(i->op)];
+#define KOREL_OPERATION(name, ...) \
+  name : { __VA_ARGS__ }           \
+  goto* places[static_cast<int>(i->op)];
+#include "hardware/operations.def"
+#undef KOREL_OPERATION
 }
 
 double runProgram(const CompiledProcedure& compiled, const double* arguments, int count) {

@@ -17,50 +17,9 @@
 namespace korel {
 
 enum class Op : std::uint16_t {
-  move,           // a := b
-  add,            // a := b + c
-  subtract,       // a := b - c
-  multiply,       // a := b * c
-  divide,         // a := b / c; error for c = 0: "division by zero"
-  square,         // a := b^2
-  wholePower,     // a := b^d, 3 <= d
-  power,          // a := b^c
-  squareRoot,     // a := sqrt(b)
-  apply1,         // a := one(b)
-  apply2,         // a := two(b, c)
-  checkNumber,    // error for a reference in a: "non-numeric expression in evalhf"
-  evaluate,       // a := value of the object
-  evaluateTruth,  // a := truth of the object
-  jump,
-  jumpIfLess,
-  jumpUnlessLess,
-  jumpIfLessEqual,
-  jumpUnlessLessEqual,
-  jumpIfEqual,
-  jumpUnlessEqual,  // of a and b
-  jumpIfTrue,
-  jumpUnlessTrue,  // a is 1 or 0, else an error
-  jumpIfZero,
-  jumpUnlessZero,  // a is 1 or 0
-  test,            // a := test(b)
-  leaveLoop,       // leaves when a is past the bound c in the direction of b
-  nextUp,
-  nextDown,
-  nextEither,
-  nextUnbounded,  // a := a + b; the next round unless it's past c
-  view,           // errors for an a that is no array of `c` dimensions; view d
-  load1,
-  load2,  // a := b[c], b[c, e] by view d
-  store1,
-  store2,     // b[c] := a, b[c, e] := a
-  loadMany,   // a := b[c, ...], e indices from register c on
-  storeMany,  // b[c, ...] := a
-  resolve,    // a := the procedure of call site d; when the call is none of a procedure, b := its value, and a jump
-  call,       // a := the procedure in b on e arguments from register c on
-  raise,      // the error statement with the arguments `object`
-  strayBreak,
-  strayNext,
-  leave,  // the value is a
+#define KOREL_OPERATION(name, ...) name,
+#include "hardware/operations.def"
+#undef KOREL_OPERATION
 };
 
 struct Instruction {

@@ -161,6 +161,18 @@ TEST(HardwareMachine, FormsAgreeWithTheWalk) {
       "proc(a, b) local A; A := array(1..2); A := A[1] + 1; A end",
       "proc(a, b) local A; A := array(1..2, 1..2, 1..2); A[1, 2, a] := 7; A[1, 2, 1] end",
       "proc(a, b) a[1] end",
+      "proc(a, b) local A, i, j, s; A := array(1..3, 1..3, [[1, 2, 3], [4, 5, 6], [7, 8, 9]]); s := 0;"
+      " for i to 3 do for j to 3 do s := s + A[i, j]*A[j, a] end do end do; s end",
+      "proc(a, b) local A, i, s; A := array(1..3, [5, 6, 7]); s := b; for i to 3 do s := s + A[i]*A[4 - i] end do; s "
+      "end",
+      "proc(a, b) local A, i, s; A := array(1..3, [5, 6, 7]); s := b; for i to 3 do s := s + A[i]*A[i + a] end do; s "
+      "end",
+      "proc(a, b) local A, s; A := array(1..3, [5, 6, 7]); s := A[a]*A[b] + A[b]*A[b] - A[a]; A[a] := s*A[b] - s; A[a] "
+      "end",
+      "proc(a, b) local x; x := (a + b)*(a - b) - (a*b)*(b - a); (x + a)*b - (b - x*a) end",
+      "proc(a, b) (a*1e200)^2 + b^2 end",
+      "proc(a, b) (a*1e200)^2 - (b*1e200)^2 end",
+      "proc(a, b) (a/b)^2 - (b*a)^2 + a^3 - b^65 end",
       "proc(a, b) local f; f := hfTwice; f(a) + f(b) end",
       "proc(a, b) a(b) end",
       "proc(a, b) piecewise(a < 0, 1, b < 0, 2, a = b, 3) end",
@@ -205,6 +217,24 @@ TEST(HardwareMachine, StraightArithmeticAllocatesNothing) {
   const std::int64_t before = cused;
   fevalhf(small);
   EXPECT_EQ(cused, before);
+}
+
+// What never ends by itself ends by an interrupt, in code and in the walk, and the session goes on.
+TEST(HardwareMachine, InterruptsEndLoopsAndRecursion) {
+  say("hfRecursion := proc(n) if n > 0 then hfRecursion(n - 1) + hfRecursion(n - 1.0) else 1 end if end:");
+  const char* const endless[] = {"evalhf((proc() do end do end)());",
+                                 "evalhf((proc() local i; for i while i > 0 do i := 1 end do end)());",
+                                 "evalhf((proc() local i; for i do sin(i) end do end)());",
+                                 "evalhf((proc(n) sum(i, i = 1..n) end)(infinity));", "evalhf(hfRecursion(60));"};
+  for (bool compiled : {true, false})
+    for (const char* statement : endless) {
+      hardwareCompiles = compiled;
+      FrontEnd frontEnd;
+      frontEnd.interruptsAfter = 20;
+      EXPECT_NE(sayTo(frontEnd, statement).find("interrupted"), std::string::npos) << statement;
+      EXPECT_EQ(say("evalhf(hfRecursion(3));"), "8.");
+    }
+  hardwareCompiles = true;
 }
 
 // A procedure that is assigned anew, and one that dies, is not taken for the old one.

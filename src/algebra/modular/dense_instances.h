@@ -15,7 +15,7 @@
   template void schoolMultiply(const R&, R::Unit*, const R::Unit*, long, const R::Unit*, long);
 
 #define KOREL_INSTANTIATE_DIVIDE(R)                                                 \
-  template Divisor<R> preparedDivisor(const R&, Workspace&, Dense<R>, long);        \
+  template Divisor<R> preparedDivisor(const R&, Workspace&, Dense<R>, long, Use);   \
   template long divideDense(const R&, R::Unit*, long, const Divisor<R>&, R::Unit*); \
   template Dense<R> powerDense(const R&, Workspace&, Dense<R>, const ExponentBits&, const Divisor<R>&);
 

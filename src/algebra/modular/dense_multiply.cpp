@@ -4,6 +4,7 @@
 
 #include "algebra/modular/dense_instances.h"
 #include "algebra/modular/dense_polynomials.h"
+#include "algebra/modular/dense_transform.h"
 #include "frame/interrupts.h"
 
 namespace korel {
@@ -53,10 +54,54 @@ void schoolMultiply(const R& ring, typename R::Unit* r, const typename R::Unit* 
   }
 }
 
+namespace {
+
+// Cut-overs to the transforms, by the shorter operand and by both (bench/modular_bench.cpp).
+constexpr long hardwareTransformFrom = 160;
+constexpr long wideTransformFrom = 40;
+
+bool fastMultiply(const HardwareRing& ring, Word* r, const Word* a, long na, const Word* b, long nb) {
+  if (std::min(na, nb) < hardwareTransformFrom) return false;
+  return transformMultiply(ring, r, a, na, b, nb);
+}
+bool fastMultiply(const WideRing& ring, Limb* r, const Limb* a, long na, const Limb* b, long nb) {
+  if (std::min(na, nb) < wideTransformFrom) return false;
+  return transformMultiply(ring, r, a, na, b, nb);
+}
+// One product over the ring below: the elements side by side, with room for their products in between.
+template <class Base>
+bool fastMultiply(const GaloisRing<Base>& ring, typename Base::Unit* r, const typename Base::Unit* a, long na,
+                  const typename Base::Unit* b, long nb) {
+  if (std::min(na, nb) < 2) return false;
+  const Base& base = ring.base;
+  const long k = ring.k, stride = 2 * k - 1;
+  Workspace space;
+  auto spread = [&](const typename Base::Unit* x, long n) {
+    auto* c = base.take(space, n * stride);
+    for (long i = 0; i < n; ++i) {
+      base.copy(base.at(c, i * stride), ring.at(x, i), k);
+      base.clear(base.at(c, i * stride + k), k - 1);
+    }
+    return Dense<Base>{c, trimmedDegree(base, c, n * stride - 1)};
+  };
+  const Dense<Base> left = spread(a, na), right = a == b && na == nb ? left : spread(b, nb);
+  auto* product = base.take(space, (na + nb) * stride);
+  base.clear(product, (na + nb) * stride);
+  multiplyDense(base, product, left, right);
+  for (long i = 0; i < na + nb - 1; ++i) {
+    auto* c = base.at(product, i * stride);
+    ring.reduce(ring.at(r, i), {c, trimmedDegree(base, c, stride - 1)});
+  }
+  return true;
+}
+
+}  // namespace
+
 template <class R>
 long multiplyDense(const R& ring, typename R::Unit* r, Dense<R> a, Dense<R> b) {
   if (a.degree < 0 || b.degree < 0) return -1;
-  schoolMultiply(ring, r, a.c, a.degree + 1, b.c, b.degree + 1);
+  if (!fastMultiply(ring, r, a.c, a.degree + 1, b.c, b.degree + 1))
+    schoolMultiply(ring, r, a.c, a.degree + 1, b.c, b.degree + 1);
   return trimmedDegree(ring, r, a.degree + b.degree);
 }
 

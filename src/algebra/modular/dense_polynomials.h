@@ -66,8 +66,8 @@ void schoolMultiply(const R& ring, typename R::Unit* r, const typename R::Unit* 
 
 // ---- quotients
 
-/// A polynomial to divide by, b not zero: with the inverse of its top coefficient, its coefficients in reverse, and for
-/// long quotients the power series inverse of those, to as many terms as were asked for so far.
+/// A polynomial to divide by, b not zero: with the inverse of its top coefficient, its coefficients in reverse, and,
+/// for long quotients, the first terms of the power series that is inverse to those.
 template <class R>
 struct Divisor {
   Dense<R> b;
@@ -76,9 +76,11 @@ struct Divisor {
   typename R::Unit* series = nullptr;
   long terms = 0;
 };
-/// `longestQuotient` is the largest count of coefficients of a quotient that will be asked for often.
+/// How often a divisor will be used: the series costs as much as some quotients.
+enum class Use : std::uint8_t { once, often };
+/// `quotient` is the largest count of coefficients of a quotient that will be asked for, as far as known.
 template <class R>
-Divisor<R> preparedDivisor(const R& ring, Workspace& space, Dense<R> b, long longestQuotient);
+Divisor<R> preparedDivisor(const R& ring, Workspace& space, Dense<R> b, long quotient, Use use = Use::often);
 /// Replaces a by its remainder, whose degree it gives; the quotient of da - db + 1 coefficients goes to q unless that
 /// is null.
 template <class R>

@@ -72,7 +72,7 @@ void mDivide(DAG a, DAG b, DAG* quotient, DAG* remainder, DAG m) {
     return;
   }
   withModularRing(m, [&](const auto& ring, Workspace& space) {
-    auto divisor = preparedDivisor(ring, space, load(ring, space, b), da - db + 1);
+    auto divisor = preparedDivisor(ring, space, load(ring, space, b), da - db + 1, Use::once);
     auto rest = loadCopy(ring, space, a), result = rest;
     result.c = ring.take(space, da - db + 1);
     rest.degree = divideDense(ring, rest.c, da, divisor, result.c);

@@ -1,5 +1,6 @@
 #include "algebra/modular/modular_rings.h"
 
+#include "algebra/modular/vector_words.h"
 #include "numbers/arithmetic.h"
 #include "numbers/integer/integer_functions.h"
 
@@ -27,22 +28,19 @@ void HardwareRing::setInteger(Unit* r, DAG integer) const {
 
 namespace {
 
-// Two products stand in a 64-bit place of a vector register beside each other's upper halves; the compiler makes
-// vector code of this at the level that a target asks for. Products are below 2^31, so that no sum of fewer than 2^33
-// overflows.
-inline __attribute__((always_inline)) std::uint64_t sumOfProducts(const Word* x, const Word* y, long n) {
-  std::uint64_t sum[4] = {0, 0, 0, 0};
-  long i = 0;
-  for (; i + 4 <= n; i += 4)
-    for (int k = 0; k < 4; ++k) sum[k] += static_cast<std::uint64_t>(x[i + k]) * y[i + k];
-  std::uint64_t total = sum[0] + sum[1] + sum[2] + sum[3];
-  for (; i < n; ++i) total += static_cast<std::uint64_t>(x[i]) * y[i];
-  return total;
+constexpr long shortDot = 16;
+
+inline std::uint64_t plainDot(const Word* x, const Word* y, long n) {
+  std::uint64_t sum = 0;
+  for (long i = 0; i < n; ++i) sum += static_cast<std::uint64_t>(x[i]) * y[i];
+  return sum;
 }
 
 }  // namespace
 
-void HardwareRing::dot(Unit* r, const Unit* x, const Unit* y, long n) const { *r = reduced(sumOfProducts(x, y, n)); }
+void HardwareRing::dot(Unit* r, const Unit* x, const Unit* y, long n) const {
+  *r = reduced(n < shortDot || !hasVectorInstructions() ? plainDot(x, y, n) : vectorDot(x, y, n));
+}
 
 // ---- limbs
 

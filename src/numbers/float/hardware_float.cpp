@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
@@ -120,8 +121,33 @@ double doubleOf(DAG m, std::int64_t exponent) {
   }
   char text[longest + 32];
   char* end = writeDecimal(m, text);
-  std::snprintf(end, 24, "e%lld", static_cast<long long>(exponent));
+  *end++ = 'e';
+  end = std::to_chars(end, text + sizeof text - 1, exponent).ptr;
+  double value;
+  if (std::from_chars(text, end, value).ec == std::errc()) return value;
+  // Out of the range of normal numbers.
+  *end = '\0';
   return std::strtod(text, nullptr);
+}
+
+// Up to 2^53 and 10^22 both factors are exact, so that one rounding gives the nearest double (Clinger, "How to read
+// floating point numbers accurately"). Most numbers that programs write are of this kind, and are handed to external
+// code one by one (bench/external.sh).
+bool doubleOfShort(DAG m, std::int64_t exponent, double& value) {
+  static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                      1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  constexpr std::int64_t mostPower = std::size(powers) - 1, mostExact = std::int64_t{1} << 53;
+  if (exponent < -mostPower || exponent > mostPower) return false;
+  std::int64_t whole;
+  if (isImmediate(m)) {
+    if (isZeroImmediate(m)) return false;  // it may be a negative one
+    whole = immediateValue(m);
+  } else if (!readLongLong(m, whole) || whole > mostExact || whole < -mostExact) {
+    return false;
+  }
+  const auto exact = static_cast<double>(whole);
+  value = exponent < 0 ? exact / powers[-exponent] : exact * powers[exponent];
+  return true;
 }
 
 }  // namespace
@@ -131,7 +157,9 @@ double SoftwareToHardwareFloat(DAG x) {
   if (e == ini("infinity")) return tagOf(m) == INTNEG ? mIEEENegInfinity : mIEEEPosInfinity;
   if (e == ini("undefined")) return mIEEEQuietNaN;
   if (!isInteger(e)) notimpl("invalid software floating point value");
-  return doubleOf(m, exponentValue(e));
+  const std::int64_t exponent = exponentValue(e);
+  double value;
+  return doubleOfShort(m, exponent, value) ? value : doubleOf(m, exponent);
 }
 
 DAG HardwareToSoftwareFloat(double x) {
