@@ -7,7 +7,7 @@ korel=$1/bin/korelTTY
 fib := proc(n) if n < 2 then n else fib(n - 1) + fib(n - 2) end if end proc:
 loop := proc(n) local k, s; s := 0; for k to n do s := s + k; if irem(k, 3) = 0 then s := s - 1 end if end do; s end proc:
 calls := proc() fib(23) end proc: rounds := proc() loop(500000) end proc:
-least := proc(work) local k; round(10^6*min(seq(time(work()), k = 1..5))) end proc:
+least := proc(work) local k; trunc(10^6*min(seq(time(work()), k = 1..5))) end proc:
 plain[calls] := least(calls): plain[rounds] := least(rounds):
 row := proc(text, work) INTERFACE_CHAR(cat("", text, "\t", convert(max(plain[work], 1000), string), "\t", convert(least(work), string), "\n")) end proc:
 debugopts('addwatch' = 'nobody'): row("fib(23), a watch is armed", calls): row("5*10^5 rounds, a watch is armed", rounds): debugopts('watchtable' = []):

@@ -13,11 +13,14 @@ debugger := proc()
     place := [info[2], info[3], level]
   end if;
   if not type(`debugger/memory`, table) then `debugger/forget`() end if;
-  # The dialogues that wait for a command, by their levels: one of them may have led to this stop.
-  waiting := select(proc(l) l <= level end proc, `debugger/memory`["waits"]);
-  `debugger/memory`["waits"] := remove(`=`, waiting, level);
-  if member(level, waiting) then `debugger/showvalue`(report)
+  # The dialogues that wait for a command, by level and chosen call: one of them may have led to this stop.
+  waiting := select(proc(w) w[1] <= level end proc, `debugger/memory`["waits"]);
+  if waiting <> [] and waiting[-1][1] = level then
+    `debugger/memory`["call"] := waiting[-1][2];
+    `debugger/memory`["waits"] := waiting[1..-2];
+    `debugger/showvalue`(report)
   else
+    `debugger/memory`["waits"] := waiting;
     `debugger/memory`["call"] := 0;
     `debugger/memory`["listed"] := 0;
     `debugger/showstop`(report, place)
@@ -27,7 +30,7 @@ debugger := proc()
     answer := `debugger/obey`(line, place);
     if answer = 'GOON' then return NULL end if;
     if answer <> 'STAY' then
-      `debugger/memory`["waits"] := [op(`debugger/memory`["waits"]), level];
+      `debugger/memory`["waits"] := [op(`debugger/memory`["waits"]), [level, `debugger/memory`["call"]]];
       return answer
     end if
   end do
@@ -47,6 +50,10 @@ end proc:
   NULL
 end proc:
 
+`debugger/whole` := proc(x)
+  description "debugger/whole(x): x as text that reads back";
+  `kernel/native`("debugger/text", x)
+end proc:
 `debugger/text` := proc()
   description "debugger/text(x, ...): how the values print, cut where they are long";
   local text;

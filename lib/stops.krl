@@ -7,10 +7,11 @@ end proc:
 
 clearbreak := proc(f, n::posint)
   description "clearbreak(f), clearbreak(f, n): takes away the break points of the procedure f, or that before statement n";
-  local places, entry;
+  local places, entry, name;
   if nargs > 1 then places := [n] else places := map(proc(b) b[1] end proc, `kernel/native`("debugger/breaks", f)) end if;
   for entry in places do debugopts('stopat' = [f, -entry]) end do;
-  `stops/keep`(proc(s) s[2] <> "break" or s[3] <> f or not member(s[4], places) end proc)
+  name := `debugger/whole`(f);
+  `stops/keep`(proc(s) s[2] <> "break" or s[3] <> name or not member(s[4], places) end proc)
 end proc:
 
 setwatch := proc(a)
@@ -20,12 +21,14 @@ end proc:
 
 clearwatch := proc(a)
   description "clearwatch('a'), clearwatch([f, 'a']), clearwatch(): takes away a watch, or all";
+  local name;
   if nargs = 0 then
     debugopts('watchtable' = []);
     return `stops/keep`(proc(s) s[2] <> "watch" end proc)
   end if;
   debugopts('delwatch' = a);
-  `stops/keep`(proc(s) s[2] <> "watch" or s[3] <> a end proc)
+  name := `debugger/whole`(a);
+  `stops/keep`(proc(s) s[2] <> "watch" or s[3] <> name end proc)
 end proc:
 
 setcatch := proc(message)
@@ -60,6 +63,8 @@ listing := proc(f, n::{posint, range})
 end proc:
 
 # ---- the register: [number, "break", procedure, statement], [number, "watch", name], [number, "error", message]
+#
+# Procedures and watched names are texts: the names may have values.
 
 `stops/register` := proc()
   description "stops/register(): the stops that are set";
@@ -90,12 +95,12 @@ end proc:
 `stops/break` := proc(f, n, condition)
   description "stops/break(f, n), stops/break(f, n, condition): sets a break point; its entry";
   if nargs > 2 then debugopts('stopat' = [f, n, condition]) else debugopts('stopat' = [f, n]) end if;
-  `stops/add`("break", f, n)
+  `stops/add`("break", `debugger/whole`(f), n)
 end proc:
 `stops/watch` := proc(a)
   description "stops/watch(a): sets a watch; its entry";
   debugopts('addwatch' = a);
-  `stops/add`("watch", a)
+  `stops/add`("watch", `debugger/whole`(a))
 end proc:
 `stops/error` := proc(message)
   description "stops/error(message): sets an error stop; its entry";
@@ -106,7 +111,7 @@ end proc:
 `stops/condition` := proc(entry)
   description "stops/condition(entry): the break point of an entry as [statement, condition text], or NULL when the procedure has been defined anew";
   local b;
-  for b in traperror([op(`kernel/native`("debugger/breaks", entry[3]))]) do if type(b, list) and b[1] = entry[4] then return b end if end do;
+  for b in traperror([op(`kernel/native`("debugger/breaks", parse(entry[3])))]) do if type(b, list) and b[1] = entry[4] then return b end if end do;
   NULL
 end proc:
 
@@ -116,9 +121,12 @@ end proc:
   text := cat("stop ", convert(entry[1], string), ": ");
   if entry[2] = "break" then
     b := `stops/condition`(entry);
-    cat(text, convert(entry[3], string), ", statement ", convert(entry[4], string), `if`(nops([b]) = 1 and nops(b) > 1, cat(" if ", b[2]), ""))
+    cat(text, entry[3], ", statement ", convert(entry[4], string), `if`(nops([b]) = 1 and nops(b) > 1, cat(" if ", b[2]), ""))
   elif entry[2] = "watch" then
-    cat(text, "assignments to ", `if`(type(entry[3], list), cat(convert(entry[3][2], string), " in ", convert(entry[3][1], string)), convert(entry[3], string)))
+    b := parse(entry[3]);
+    if type(b, list) then b := splittext(trimtext(entry[3], "[]"), ", "); cat(text, "assignments to ", b[2], " in ", b[1])
+    else cat(text, "assignments to ", entry[3])
+    end if
   elif entry[3] = 'all' then cat(text, "uncaught errors")
   elif entry[3] = 'traperror' then cat(text, "caught errors")
   elif type(entry[3], string) then cat(text, "the uncaught error \"", entry[3], "\"")
@@ -148,8 +156,8 @@ end proc:
 
 `stops/remove` := proc(entry)
   description "stops/remove(entry): takes a stop away, whatever has become of it";
-  if entry[2] = "break" then traperror(debugopts('stopat' = [entry[3], -entry[4]]))
-  elif entry[2] = "watch" then traperror(debugopts('delwatch' = entry[3]))
+  if entry[2] = "break" then traperror(debugopts('stopat' = [parse(entry[3]), -entry[4]]))
+  elif entry[2] = "watch" then traperror(debugopts('delwatch' = parse(entry[3])))
   else traperror(debugopts('delerror' = entry[3]))
   end if;
   NULL

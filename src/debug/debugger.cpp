@@ -141,12 +141,16 @@ namespace {
 DAG conditionToStop(DAG arguments) {
   const ErrorNames names;
   bool failed = false;
-  DAG value = KernelTrapError([](DAG x) { return simpl(eval(x)); }, arguments, failed);
+  DAG value = KernelTrapError(
+      [](DAG x) {
+        DAG evaluated = simpl(eval(x));
+        const bool stops = !isBooleanForm(singleMember(evaluated)) || evalbool(singleMember(evaluated)) == ini("true");
+        return stops ? evaluated : ini("false");
+      },
+      arguments, failed);
   if (failed && SpecialError != noSpecialError) jumpOut(jumpError);
   names.restore();
-  if (failed) return DAG();
-  value = simpl(asSequence(value));
-  return isCondition(value) && !holds(value[1]) ? DAG() : value;
+  return failed || value == ini("false") ? DAG() : simpl(asSequence(value));
 }
 
 }  // namespace

@@ -258,6 +258,15 @@ DAG statementName(DAG procedure, DAG statement) {
   return StringToName(l.text);
 }
 
+DAG statementLine(DAG procedure, const StatementPlace& place) {
+  Listing l{procedure, 0, 0, 0, DAG(), NewLongString()};
+  char* text = textOfStatement(l, place, false);
+  squeeze(text);
+  const std::size_t length = std::strlen(text);
+  if (length > 0 && text[length - 1] == ';') text[length - 1] = '\0';
+  return StringToMString(text);
+}
+
 DAG StatementAsString(DAG name, DAG procedure, DAG statement) {
   StatementPlace place;
   if (!isDefinition(procedure) || !statement || !placeOfStatement(procedure, statement, place))

@@ -16,6 +16,7 @@
 
 #include <cstdint>
 
+#include "debug/statement_walk.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -28,7 +29,9 @@ DAG statementListing(DAG name, DAG procedure, std::int32_t number);
 
 /// What messages tell of the statement of a running procedure or module: the name ` #(f,3): text`, or ` #unknown`.
 DAG StatementAsString(DAG name, DAG procedure, DAG statement);
-/// The text of a statement of `procedure`, on one line and with its variables by name, as a NAME.
+/// The text of the statement at `place`, on one line and with its inner statements left out, as a STRING.
+DAG statementLine(DAG procedure, const StatementPlace& place);
+/// The whole text of a statement of `procedure`, on one line and with its variables by name, as a NAME.
 DAG statementName(DAG procedure, DAG statement);
 
 }  // namespace korel

@@ -87,6 +87,8 @@ DAG evaluateIn(Frame& frame, const char* text) {
     Environment = &block;
     RestoreEnvironment(previous);
     frame.currentStatement = running;
+    // The jump would end the procedure of the library that has called.
+    if (code == jumpReturn || code == jumpBreak) KernelException("return, break, or next out of context");
     jumpOut(static_cast<JumpCode>(code));
   }
   DAG value = runStatement(frame, statement);
@@ -135,7 +137,9 @@ DAG native::debuggerCalls(const BuiltinCall&) {
     const DAG statement = f == frame && currentStatement ? currentStatement : f->currentStatement;
     const bool found = definition && statement && placeOfStatement(definition, statement, place);
     DAG name = f->previousFrame == nullptr ? null : f->procName;
-    DAG text = statement && statement != null ? ConvertToString(statementName(definition, statement)) : strinstall("");
+    DAG text = found                            ? statementLine(definition, place)
+               : statement && statement != null ? ConvertToString(statementName(definition, statement))
+                                                : strinstall("");
     DAG args = simpl(new2(LIST, f->args ? simpl(f->args) : null));
     calls = newSequence({calls, listOf({ConvertToString(name), immediate(found ? place.number : 0), text, args})});
     calls = simpl(calls);
