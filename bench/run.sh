@@ -31,6 +31,8 @@ echo
 "$(dirname "$0")/collections.sh" "$build"
 "$(dirname "$0")/library.sh" "$build"
 "$(dirname "$0")/debugger.sh" "$build"
+echo
+"$(dirname "$0")/external.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then
   echo
   echo 'Printing (of_sink: times as long as the bare sink)'
