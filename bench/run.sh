@@ -32,6 +32,7 @@ echo
 "$(dirname "$0")/library.sh" "$build"
 "$(dirname "$0")/rtables.sh" "$build"
 "$(dirname "$0")/files.sh" "$build"
+"$(dirname "$0")/debugger.sh" "$build"
 echo
 "$(dirname "$0")/external.sh" "$build"
 echo

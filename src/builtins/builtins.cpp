@@ -16,6 +16,8 @@
 #include "builtins/operator_builtins.h"
 #include "builtins/raw_objects.h"
 #include "debug/debugger.h"
+#include "debug/debugopts.h"
+#include "debug/statement_trace.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/evaluation_builtins.h"
 #include "eval/evaluate/known_values.h"
@@ -85,7 +87,7 @@ constexpr Builtin builtins[] = {
     {"||",                      simplified,  builtin::catenate},
     {"^",                       simplified,  builtin::powerOperator},
     {"CopySign",                simplified,  builtin::CopySign},
-    {"DEBUG",                   simplified,  builtin::DEBUG_},
+    {"DEBUG",                   unevaluated, builtin::DEBUG_},
     {"Default0",                simplified,  builtin::Default0},
     {"DefaultOverflow",         simplified,  builtin::DefaultOverflow},
     {"DefaultUnderflow",        simplified,  builtin::DefaultUnderflow},
@@ -116,7 +118,7 @@ constexpr Builtin builtins[] = {
     {"Scale10",                 simplified,  builtin::Scale10},
     {"Scale2",                  simplified,  builtin::Scale2},
     {"SearchText",              members,     builtin::SearchText},
-    {"TRACE",                   unevaluated, nullptr},
+    {"TRACE",                   unevaluated, builtin::TRACE},
     {"ToInert",                 neverCalled, nullptr},
     {"Unordered",               simplified,  builtin::Unordered},
     {"abs",                     simplified,  builtin::abs},
@@ -139,7 +141,7 @@ constexpr Builtin builtins[] = {
     {"conjugate",               simplified,  builtin::conjugate},
     {"convert",                 simplified,  builtin::convert},
     {"crinterp",                neverCalled, nullptr},
-    {"debugopts",               simplified,  nullptr},
+    {"debugopts",               unevaluated, builtin::debugopts},
     {"define_external",         simplified,  builtin::define_external},
     {"degree",                  simplified,  builtin::degree},
     {"denom",                   simplified,  builtin::denom},
