@@ -1,5 +1,13 @@
 #include "builtins/builtins.h"
 
+#include "algebra/polynomials/coefficients.h"
+#include "algebra/polynomials/degree.h"
+#include "algebra/polynomials/divide.h"
+#include "algebra/polynomials/expand.h"
+#include "algebra/polynomials/frontend.h"
+#include "algebra/polynomials/indeterminates.h"
+#include "algebra/polynomials/integer_polynomials.h"
+#include "algebra/polynomials/normal.h"
 #include "builtins/iolib.h"
 #include "builtins/name_builtins.h"
 #include "builtins/operator_builtins.h"
@@ -38,7 +46,11 @@
 #include "numbers/float/float_builtins.h"
 #include "numbers/integer/integer_builtins.h"
 #include "rtable/create.h"
+#include "rtable/information.h"
+#include "rtable/products.h"
 #include "rtable/queries.h"
+#include "rtable/scan_block.h"
+#include "rtable/sorting.h"
 #include "session/kernelopts.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
@@ -55,7 +67,7 @@ using enum Arguments;
 
 constexpr Builtin builtins[] = {
     // name                      arguments    function
-    {"inner",                   simplified,  nullptr},
+    {"inner",                   simplified,  builtin::inner},
     {"ASSERT",                  unevaluated, builtin::ASSERT},
     {"*",                       simplified,  builtin::timesOperator},
     {"**",                      simplified,  builtin::powerOperator},
@@ -113,18 +125,18 @@ constexpr Builtin builtins[] = {
     {"call_external",           unevaluated, nullptr},
     {"callback",                simplified,  builtin::callback},
     {"cat",                     members,     builtin::cat},
-    {"coeff",                   simplified,  nullptr},
-    {"coeffs",                  simplified,  nullptr},
+    {"coeff",                   simplified,  builtin::coeff},
+    {"coeffs",                  simplified,  builtin::coeffs},
     {"conjugate",               simplified,  builtin::conjugate},
     {"convert",                 simplified,  builtin::convert},
     {"crinterp",                neverCalled, nullptr},
     {"debugopts",               simplified,  nullptr},
     {"define_external",         simplified,  nullptr},
-    {"degree",                  simplified,  nullptr},
-    {"denom",                   simplified,  nullptr},
+    {"degree",                  simplified,  builtin::degree},
+    {"denom",                   simplified,  builtin::denom},
     {"diff",                    simplified,  nullptr},
     {"disassemble",             simplified,  builtin::disassemble},
-    {"divide",                  simplified,  nullptr},
+    {"divide",                  simplified,  builtin::divide},
     {"$",                       simplified,  builtin::dollar},
     {"done",                    simplified,  builtin::quit},
     {"entries",                 simplified,  builtin::entries},
@@ -134,12 +146,12 @@ constexpr Builtin builtins[] = {
     {"evalgf1",                 simplified,  nullptr},
     {"evalhf",                  unevaluated, nullptr},
     {"evaln",                   unevaluated, builtin::evaln},
-    {"expand",                  simplified,  nullptr},
+    {"expand",                  simplified,  builtin::expand},
     {"exports",                 simplified,  builtin::exports},
     {"frem",                    simplified,  builtin::frem},
-    {"frontend",                simplified,  nullptr},
+    {"frontend",                simplified,  builtin::frontend},
     {"gc",                      simplified,  builtin::gc},
-    {"genpoly",                 simplified,  nullptr},
+    {"genpoly",                 simplified,  builtin::genpoly},
     {"goto",                    simplified,  builtin::goto_},
     {"has",                     members,     builtin::has},
     {"hastype",                 members,     builtin::hastype},
@@ -150,7 +162,7 @@ constexpr Builtin builtins[] = {
     {"igcd",                    members,     builtin::igcd},
     {"ilog10",                  simplified,  builtin::ilog10},
     {"ilog2",                   simplified,  builtin::ilog2},
-    {"indets",                  simplified,  nullptr},
+    {"indets",                  simplified,  builtin::indets},
     {"indices",                 simplified,  builtin::indices},
     {"intersect",               simplified,  builtin::intersectOperator},
     {"int/series",              simplified,  nullptr},
@@ -159,8 +171,8 @@ constexpr Builtin builtins[] = {
     {"irem",                    members,     builtin::irem},
     {"isqrt",                   members,     builtin::isqrt},
     {"kernelopts",              simplified,  builtin::kernelopts},
-    {"lcoeff",                  simplified,  nullptr},
-    {"ldegree",                 simplified,  nullptr},
+    {"lcoeff",                  simplified,  builtin::lcoeff},
+    {"ldegree",                 simplified,  builtin::ldegree},
     {"length",                  members,     builtin::length},
     {"lexorder",                members,     builtin::lexorder},
     {"lhs",                     members,     builtin::lhs},
@@ -169,7 +181,7 @@ constexpr Builtin builtins[] = {
     {"map",                     simplified,  builtin::map},
     {"map2",                    simplified,  builtin::map2},
     {"max",                     simplified,  builtin::max},
-    {"maxnorm",                 simplified,  nullptr},
+    {"maxnorm",                 simplified,  builtin::maxnorm},
     {"member",                  simplified,  builtin::member},
     {"min",                     simplified,  builtin::min},
     {"minus",                   simplified,  builtin::minusOperator},
@@ -178,13 +190,13 @@ constexpr Builtin builtins[] = {
     {"modp2",                   simplified,  nullptr},
     {"mods",                    simplified,  nullptr},
     {"mul",                     unevaluated, builtin::mul},
-    {"mvMultiply",              simplified,  nullptr},
+    {"mvMultiply",              simplified,  builtin::mvMultiply},
     {"negate",                  simplified,  builtin::negate},
     {"nops",                    members,     builtin::nops},
-    {"normal",                  simplified,  nullptr},
+    {"normal",                  simplified,  builtin::normal},
     {"not",                     simplified,  builtin::notOperator},
     {"numboccur",               members,     builtin::numboccur},
-    {"numer",                   simplified,  nullptr},
+    {"numer",                   simplified,  builtin::numer},
     {"op",                      members,     builtin::op},
     {"or",                      simplified,  builtin::orOperator},
     {"order",                   simplified,  nullptr},
@@ -196,22 +208,22 @@ constexpr Builtin builtins[] = {
     {"remove",                  simplified,  builtin::remove},
     {"rhs",                     members,     builtin::rhs},
     {"rtable",                  simplified,  builtin::rtable},
-    {"rtableInfo",              simplified,  nullptr},
+    {"rtableInfo",              simplified,  builtin::rtableInfo},
     {"rtable_indfns",           simplified,  builtin::rtable_indfns},
-    {"rtable_is_zero",          simplified,  nullptr},
+    {"rtable_is_zero",          simplified,  builtin::rtable_is_zero},
     {"rtable_normalize_index",  simplified,  builtin::rtable_normalize_index},
     {"rtable_num_dims",         simplified,  builtin::rtable_num_dims},
     {"rtable_num_elems",        simplified,  builtin::rtable_num_elems},
     {"rtable_options",          simplified,  builtin::rtable_options},
-    {"rtable_scanblock",        simplified,  nullptr},
-    {"rtable_sort_indices",     simplified,  nullptr},
+    {"rtable_scanblock",        simplified,  builtin::rtable_scanblock},
+    {"rtable_sort_indices",     simplified,  builtin::rtable_sort_indices},
     {"searchtext",              members,     builtin::searchtext},
     {"select",                  simplified,  builtin::select},
     {"selectremove",            simplified,  builtin::selectremove},
     {"seq",                     unevaluated, builtin::seq},
     {"series",                  simplified,  nullptr},
     {"setattribute",            simplified,  builtin::setattribute},
-    {"sign",                    simplified,  nullptr},
+    {"sign",                    simplified,  builtin::sign},
     {"sort",                    simplified,  builtin::sort},
     {"ssystem",                 simplified,  nullptr},
     {"stop",                    simplified,  builtin::quit},
@@ -222,10 +234,10 @@ constexpr Builtin builtins[] = {
     {"system",                  simplified,  builtin::system_},
     {"table",                   simplified,  builtin::table},
     {"taylor",                  simplified,  nullptr},
-    {"tcoeff",                  simplified,  nullptr},
+    {"tcoeff",                  simplified,  builtin::tcoeff},
     {"time",                    unevaluated, builtin::time},
     {"timelimit",               unevaluated, builtin::timelimit},
-    {"kernel/transpose",        simplified,  nullptr},
+    {"kernel/transpose",        simplified,  builtin::kernel_transpose},
     {"traperror",               unevaluated, builtin::traperror},
     {"trunc",                   simplified,  builtin::trunc},
     {"type",                    unevaluated, builtin::type},

@@ -101,12 +101,6 @@ void rewrite(DAG r) {
   });
 }
 
-bool isEmptyRTable(DAG r) {
-  for (Word k = 0; k < dimensionsOf(r); ++k)
-    if (extentOf(r, k) == 0) return true;
-  return false;
-}
-
 void firstIndex(DAG r, std::int32_t* index) {
   for (Word k = 0; k < dimensionsOf(r); ++k) index[k] = lowerBound(r, k);
 }
@@ -132,7 +126,7 @@ DAG callInitializer(DAG procedure, DAG r, const std::int32_t* index) {
 }
 
 void fillByProcedure(DAG r, const RTableSettings& s, DAG procedure) {
-  if (isEmptyRTable(r)) return;
+  if (hasNoPositions(r)) return;
   DAG fill = s.fill;
   if (needsAnotherFill(r, fill)) {
     std::int32_t first[maxDimensions];
@@ -184,7 +178,7 @@ void fillDimension(ListFill& fill, DAG list, Word k) {
 }
 
 void fillByList(DAG r, const RTableSettings& s, DAG list) {
-  if (isEmptyRTable(r)) return;
+  if (hasNoPositions(r)) return;
   DAG fill = s.fill;
   if (needsAnotherFill(r, fill)) fill = firstInList(list, dimensionsOf(r));
   fillAll(r, fill);
@@ -210,9 +204,9 @@ void fillByRTable(DAG r, const RTableSettings& s, DAG source) {
     std::memcpy(dataOf(r), dataOf(source), static_cast<std::size_t>(RTableNumBytes(r)));
     return;
   }
-  if (isEmptyRTable(r)) return;
+  if (hasNoPositions(r)) return;
   DAG fill = s.fill;
-  if (needsAnotherFill(r, fill) && !isEmptyRTable(source)) {
+  if (needsAnotherFill(r, fill) && !hasNoPositions(source)) {
     std::int32_t lowest[maxDimensions];
     firstIndex(source, lowest);
     DAG first = selectElement(source, lowest);

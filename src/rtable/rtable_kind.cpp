@@ -1,21 +1,30 @@
-// Rtables in the operations that all objects share. Some of them are yet to come, and say so.
+// Rtables in the operations that all objects share.
 
 #include "rtable/rtable_kind.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "eval/simplify/simplify.h"
 #include "eval/statements/boolean.h"
 #include "eval/statements/statements.h"
 #include "eval/structure/equality.h"
 #include "eval/structure/kinds.h"
+#include "eval/walk/measure.h"
+#include "eval/walk/part_walk.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
+#include "numbers/arithmetic.h"
+#include "numbers/integer/integer.h"
+#include "rtable/block_copy.h"
 #include "rtable/element_access.h"
 #include "rtable/element_formats.h"
+#include "rtable/element_walks.h"
+#include "rtable/indexing_functions.h"
 #include "rtable/queries.h"
 #include "rtable/rtable_object.h"
 #include "rtable/selection.h"
+#include "rtable/sorting.h"
 #include "rtable/stored_positions.h"
 #include "store/append.h"
 #include "store/generations.h"
@@ -27,18 +36,47 @@ namespace korel {
 
 namespace {
 
-[[noreturn]] void notAvailable(const char* operation) {
-  KernelException("the operation `%1` is not available", naminstall(operation));
+DAG writableCopy(DAG r) {
+  DAG copy = CopyRTable(r);
+  updateFlag(copy, rtableReadOnly, 0);
+  updategen(copy);
+  return copy;
 }
 
 DAG head(DAG r) { return RTableOp(0, r); }
 DAG operand(DAG r, std::int64_t i) { return RTableOp(i, r); }
 
-std::int64_t refuseSize(DAG) { notAvailable("length"); }
+// The words of the object, and the lengths of what its walk meets: elements and their block, type, attributes and
+// functions.
+std::int64_t sizeOf(DAG r) {
+  std::int64_t size = lengthOf(r);
+  auto add = [&size](DAG x) { size += LongLongValue(length(x)); };
+  if (isKorelSparse(r)) {
+    if (r[rtableData]) add(r[rtableData]);
+  } else if (rawField(r, rtableData) != 0) {
+    size += 1 + (RTableNumBytes(r) + 3) / 4;
+    if (holdsObjects(r))
+      RTableVisitDataDAG(
+          r,
+          [](DAG element, void* state) {
+            *static_cast<std::int64_t*>(state) += LongLongValue(length(element));
+            return true;
+          },
+          &size);
+  }
+  add(r[rtableElementType]);
+  add(r[rtableAttributes]);
+  size += 1 + functionCount(r);
+  for (Word i = 1; i <= functionCount(r); ++i) add(r[rtableFunctions][i]);
+  return size;
+}
 
 DAG refuseSubstitutionByPosition(DAG) { KernelException("subsop cannot be used for rtables; use indexing instead"); }
-// Elements are no part of the object as `subs` sees it.
-DAG unchanged(Substitution&, DAG x) { return x; }
+DAG substituteInElements(Substitution& substitution, DAG r) {
+  return RTableModifyIntoCopy(
+      r, [](DAG element, void* state) { return simpl(substitutePart(*static_cast<Substitution*>(state), element)); },
+      &substitution);
+}
 
 // ---- map and select
 
@@ -47,10 +85,38 @@ DAG emptyCell(DAG r) {
   return datatypeOf(r) == dataDag && r[rtableElementType] == ini("anything") ? null : RTableZero(r);
 }
 
+// Whether the store went through; limits and interrupts pass on.
+struct Store {
+  DAG r;
+  const std::int32_t* index;
+};
+const Store* trappedStore;
+bool canStore(DAG r, const std::int32_t* index, DAG value) {
+  if (functionCount(r) == 0) {
+    RawElement element;
+    if (!convertElement(datatypeOf(r), r[rtableElementType], value, element)) return false;
+    assignElement(r, index, value);
+    return true;
+  }
+  Store store{r, index};
+  const Store* outer = trappedStore;
+  trappedStore = &store;
+  bool failed = false;
+  KernelTrapError(
+      [](DAG v) {
+        const Store s = *trappedStore;
+        assignElement(s.r, s.index, v);
+        return null;
+      },
+      value, failed);
+  trappedStore = outer;
+  if (failed && SpecialError != noSpecialError) KernelException(nullptr);
+  return !failed;
+}
+
 DAG mapElements(const OperandWalk& walk, DAG r) {
-  DAG copy = CopyRTable(r);
-  updateFlag(copy, rtableReadOnly, 0);
-  updategen(copy);
+  const bool selects = walk.purpose == OperandWalk::selection;
+  DAG copy = writableCopy(r);
   forEachEntry(r, [&](const std::int32_t* index) {
     DAG element = selectElement(r, index);
     if (!element) return;
@@ -58,8 +124,9 @@ DAG mapElements(const OperandWalk& walk, DAG r) {
     DAG value = simpl(walk(element));
     --evaluationLevel;
     updategen(value);
-    if (walk.purpose == OperandWalk::selection && value == null) value = emptyCell(r);
-    assignElement(copy, index, value);
+    if (selects && value == null) value = emptyCell(r);
+    if (!canStore(copy, index, value))
+      KernelException(selects ? "invalid select from %1" : "invalid map onto %1", subtypeWord(r));
     collectInLoop();
   });
   return copy;
@@ -84,12 +151,25 @@ bool areEqualElements(DAG a, DAG b) {
   return Equal(a, b);
 }
 
+bool isIntegerFormat(DAG r) { return datatypeOf(r) >= dataInteger8 && datatypeOf(r) <= dataInteger64; }
+
+// Where nothing is stored and no shape tells more, zero.
+DAG elementOrZero(DAG r, const std::int32_t* index) {
+  return functionCount(r) != 0 || isStoredPosition(r, index) ? selectElement(r, index) : RTableZero(r);
+}
+
 bool hasEqualEntries(DAG a, DAG b) {
   if (a == b) return true;
   if (!hasSameDimensions(a, b)) return false;
+  if (hasSamePositions(a, b) && storageOf(a) == storageRectangular && datatypeOf(a) == datatypeOf(b) &&
+      isIntegerFormat(a))
+    return rawField(a, rtableCount) == 0 ||
+           std::memcmp(dataOf(a), dataOf(b), static_cast<std::size_t>(RTableNumBytes(a))) == 0;
   bool equal = true;
   forEachIndex(boundsOf(a), dimensionsOf(a), [&](const std::int32_t* index) {
-    equal = equal && areEqualElements(selectElement(a, index), selectElement(b, index));
+    if (!equal) return;
+    passWork(objectSteps);
+    equal = areEqualElements(elementOrZero(a, index), elementOrZero(b, index));
   });
   return equal;
 }
@@ -100,8 +180,23 @@ bool isEqual(DAG a, DAG b) { return hasSameOptions(a, b) && hasEqualEntries(a, b
 
 void store(DAG index, DAG, DAG r, DAG value) { AssignToRTable(r, index, value); }
 
-DAG refuseListing(DAG, Listing what) { notAvailable(what == Listing::indices ? "indices" : "entries"); }
-DAG refuseSort(DAG, DAG) { notAvailable("SortRTable"); }
+// The entries of sparse storage, and of others the positions that are kept.
+DAG listEntries(DAG r, Listing what) {
+  DAG result = new1(EXPSEQ);
+  forEachEntry(r, [&](const std::int32_t* index) {
+    passWork(objectSteps);
+    DAG key = IndexToEXPSEQ(dimensionsOf(r), index);
+    DAG value = selectElement(r, index);
+    if (!value) value = null;
+    switch (what) {
+      case Listing::indices: value = new2(LIST, key); break;
+      case Listing::pairs: value = new3(EQUATION, singleMember(key), value); break;
+      case Listing::entries: value = new2(LIST, asSequence(value)); break;
+    }
+    result = Append2(result, simpl(value));
+  });
+  return result;
+}
 
 DAG attributeOf(DAG rtable) { return singleMember(rtable[rtableAttributes]); }
 // In place: an rtable is one object for all who hold it.
@@ -120,18 +215,92 @@ constexpr Kind rtableKind = {
     .operand = operand,
     .takeApart = refuseSubstitutionByPosition,
     .map = mapElements,
-    .substitute = unchanged,
-    .size = refuseSize,
+    .substitute = substituteInElements,
+    .size = sizeOf,
     .equal = isEqual,
     .sameStructure = hasEqualStructure,
     .sameEntries = hasEqualEntries,
     .index = SelectFromRTable,
     .store = store,
-    .listing = refuseListing,
-    .sort = refuseSort,
+    .listing = listEntries,
+    .sort = SortRTable,
     .attribute = attributeOf,
     .withAttribute = withAttribute,
 };
+
+DAG RTableModifyIntoCopy(DAG r, DAG (*change)(DAG element, void* state), void* state) {
+  DAG copy;
+  forEachEntry(r, [&](const std::int32_t* index) {
+    passWork(objectSteps);
+    DAG element = selectElement(r, index);
+    if (!element) return;
+    DAG value = change(element, state);
+    if (value == element) return;
+    if (!copy) copy = writableCopy(r);
+    assignElement(copy, index, value);
+  });
+  return copy ? copy : r;
+}
+
+// ---- parts, for searches
+
+namespace {
+
+Parts membersOf(DAG sequence) { return fieldsOf(sequence, 1, lengthOf(sequence)); }
+
+struct Gathered {
+  DAG r, elements;
+  bool negates;
+};
+
+// What the shape itself knows of its elements, without asking a procedure.
+DAG shapeValues(DAG r) {
+  DAG values = new1(EXPSEQ);
+  for (Word i = 1; i <= functionCount(r); ++i) {
+    DAG function = r[rtableFunctions][i], arguments = IndexingFunctionArg(function);
+    switch (WhatIndFun(function)) {
+      case userFunction: case symmetricShape: case hermitianShape: case antihermitianShape: break;
+      case constantShape: values = Append2(values, singleMember(arguments)); break;
+      case scalarShape: values = Append3(values, cons0, arguments[memberCount(arguments)]); break;
+      case identityShape: case unitVectorShape: case unitUpperTriangularShape: case unitLowerTriangularShape:
+        values = Append3(values, cons0, cons1); break;
+      default: values = Append2(values, cons0); break;
+    }
+  }
+  return values;
+}
+
+bool hasMirroredSign(DAG r) {
+  for (Word i = 1; i <= functionCount(r); ++i)
+    if (WhatIndFun(r[rtableFunctions][i]) == antisymmetricShape) return true;
+  return false;
+}
+
+}  // namespace
+
+Parts partsOfRTable(DAG r, bool withNumbers) {
+  const bool hidden = !holdsObjects(r) && !withNumbers;
+  if (functionCount(r) == 0 && hidden) return {};
+  if (functionCount(r) == 0 && datatypeOf(r) == dataDag && !isKorelSparse(r)) {
+    if (rawField(r, rtableData) == 0) return {};
+    const auto* cells = elementPlace(r, 0);
+    const auto at = static_cast<Word>(reinterpret_cast<std::uintptr_t>(cells));
+    const Word count = storageOf(r) == storageSparse ? rawField(r, lengthOf(r) - 2) : rawField(r, rtableCount);
+    return {at, at + 4 * count};
+  }
+  Gathered gathered{r, shapeValues(r), hasMirroredSign(r)};
+  if (!hidden)
+    RTableVisitDataDAG(
+        r,
+        [](DAG element, void* state) {
+          auto& g = *static_cast<Gathered*>(state);
+          g.elements = Append2(g.elements, element);
+          if (g.negates) g.elements = Append2(g.elements, simpl(negate(element)));
+          return true;
+        },
+        &gathered);
+  return membersOf(gathered.elements);
+}
 
 bool isArrayRTable(DAG x) { return isTag(x, RTABLE) && subtypeOf(x) == subtypeArray; }
 
@@ -196,6 +365,8 @@ DAG elementsOf(DAG rtable) {
   });
   return new2(LIST, elements);
 }
+
+DAG rtableWord(DAG rtable) { return subtypeWord(rtable); }
 
 void refuseUnassignment(DAG rtable) { KernelException("%1 elements cannot be unassigned", subtypeWord(rtable)); }
 

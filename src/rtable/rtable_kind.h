@@ -20,6 +20,11 @@ bool storeAtInteger(DAG r, DAG index, DAG value);
 /// the first index fastest; of sparse storage the entries.
 DAG elementsOf(DAG rtable);
 
+/// A writable copy whose elements are what `change` makes of those of `r`; `r` itself when none changes.
+DAG RTableModifyIntoCopy(DAG r, DAG (*change)(DAG element, void* state), void* state);
+/// The subtype of `rtable` as messages call it: Array, Matrix, Vector.
+DAG rtableWord(DAG rtable);
+
 /// x[i] := 'x[i]' for an rtable. Error: "%1 elements cannot be unassigned".
 [[noreturn]] void refuseUnassignment(DAG rtable);
 

@@ -17,6 +17,12 @@
 
 namespace korel {
 
+bool hasNoPositions(DAG r) {
+  for (Word k = 0; k < dimensionsOf(r); ++k)
+    if (extentOf(r, k) == 0) return true;
+  return false;
+}
+
 // ---- the ring
 
 namespace {

@@ -23,6 +23,8 @@ inline std::int64_t extentOf(const std::int32_t* bounds, Word k) {
   return std::int64_t{bounds[2 * k + 1]} - bounds[2 * k] + 1;
 }
 inline std::int64_t extentOf(DAG r, Word k) { return extentOf(boundsOf(r), k); }
+/// An index space without a position: some dimension is empty.
+bool hasNoPositions(DAG r);
 /// The word at that distance from the end: of band storage (2) b1 and (1) b2, of sparse storage (2) the entries in
 /// use and (1) the qualifier.
 inline std::int32_t tailOf(DAG r, Word fromEnd) {

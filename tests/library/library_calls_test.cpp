@@ -27,9 +27,18 @@ constexpr CallingExpression callingExpressions[] = {
     {"evalf/constant/number", "evalf(number)", "[]"},
     {"evalf/hypergeom/converg", "`evalf/hypergeom/kernel`([1, 1], [3], 1)", "[[1, 1], [3], 1]"},
     {"evalf/power", "1.5^(2.5 + I)", "[1.5, 2.5+1.*I]"},
+    {"expand/fd", "expand(fd(x, 2))", "[x, 2]"},
+    {"expand/@@_call", "expand('(fe@@2)'(x))", "[fe, 2, x]"},
+    {"expand/bigpow", "expand((x + 1)^11)", "[x+1, 11]"},
+    {"expand/operator", "expand(x -> x)", "[proc (x) options operator, arrow; x end proc]"},
+    {"expand/power", "expand(x^(n + 1))", "[x, n+1]"},
+    {"maxnorm/fg", "maxnorm(fg(x, 2))", "[x, 2]"},
+    {"normal/expanded", "normal(1/(x + 1), expanded)", "[1, x+1]"},
+    {"normal/gcd", "normal((x^2 - 1)/(x - 1))", "[x^2-1, x-1]"},
     {"ilog", "ilog2(100)", "[100]"},
     {"index/own", "eval(table(own))[7]", "[[7], table()]"},
     {"index/FillInitVals", "table([5, 6])", "[table(), [5, 6]]"},
+    {"linalg/matmult", "inner(x, y)", "[x, y]"},
     {"simpl/Im", "Im(x)", "[x]"},
     {"simpl/Re", "Re(x)", "[x]"},
     {"simpl/abs", "abs(x, y)", "[x, y]"},
@@ -61,7 +70,9 @@ bool isCalled(const LibraryCall& row) {
     if (row.suffix != nullptr ? name == std::string(row.base) + row.suffix : name.starts_with(row.base)) return true;
   }
   // Asked for by a front end that shows two-dimensional text.
-  return std::strcmp(row.base, "print/") == 0;
+  if (std::strcmp(row.base, "print/") == 0) return true;
+  // Called with sums of hundreds of terms.
+  return row.suffix != nullptr && (std::strcmp(row.suffix, "bigprod") == 0 || std::strcmp(row.suffix, "bigdiv") == 0);
 }
 
 }  // namespace

@@ -12,9 +12,11 @@
 #include "frame/interrupts.h"
 #include "library/library_calls.h"
 #include "numbers/arithmetic.h"
+#include "rtable/rtable_kind.h"
 #include "store/check/verify.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"
+#include "store/generations.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -26,7 +28,7 @@ namespace {
 
 // What the walk leaves as it is.
 constexpr TagSet closedTags = numberTags | textTags | frameReferenceTags | (statementTags - TagSet{STATSEQ}) |
-                              TagSet{MEMBER, PROC, MODDEF, MODULE, RTABLE};
+                              TagSet{MEMBER, PROC, MODDEF, MODULE};
 
 DAG replacement(DAG equations, DAG x) {
   for (Word i = 1; i < lengthOf(equations); ++i)
@@ -109,6 +111,17 @@ DAG walkTable(DAG equations, DAG x) {
   return simpl(new4(TABLE, x[1], x[2], w.fresh));
 }
 
+DAG walkRTable(DAG equations, DAG x) {
+  return RTableModifyIntoCopy(
+      x,
+      [](DAG element, void* state) {
+        DAG value = simpl(walk(*static_cast<DAG*>(state), element));
+        updategen(value);
+        return value;
+      },
+      &equations);
+}
+
 DAG walk(DAG equations, DAG x) {
   if (DAG right = replacement(equations, x)) return right;
   if (isImmediate(x)) return x;
@@ -120,6 +133,7 @@ DAG walk(DAG equations, DAG x) {
     case SUM: return walkSum(equations, x);
     case PROD: return walkProduct(equations, x);
     case TABLE: return walkTable(equations, x);
+    case RTABLE: return walkRTable(equations, x);
     case DCOLON: return walkTyped(equations, x);
     case ZPPOLY: return simpl(walkFields(equations, x, {1, 2}));
     case SERIES: return simpl(walkFields(equations, x, referenceFields(x)));

@@ -14,6 +14,7 @@
 #include "numbers/complex/complex.h"
 #include "numbers/events/numeric_events.h"
 #include "numbers/float/float.h"
+#include "rtable/rtable_kind.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"
 #include "store/names.h"
@@ -134,8 +135,8 @@ bool isRealValue(DAG x) { return isNumeric(x) || x == ini("infinity") || x == co
 
 DAG order(DAG x, bool strict) {
   DAG a = x[1], b = x[2];
-  if (isTag(a, RTABLE)) KernelException("a %1 is not valid lhs to < or <=", ini("rtable"));
-  if (isTag(b, RTABLE)) KernelException("a %1 is not valid rhs to < or <=", ini("rtable"));
+  if (isTag(a, RTABLE)) KernelException("a %1 is not valid lhs to < or <=", rtableWord(a));
+  if (isTag(b, RTABLE)) KernelException("a %1 is not valid rhs to < or <=", rtableWord(b));
   if (strict && a == b && !isUndefined(a)) return ini("false");
   auto isNumberLike = [](DAG side) { return isNumber(side) || isInfinite(side); };
   if (isUndefined(a) || isUndefined(b) || (isTag(a, COMPLEX) && isNumberLike(b)) ||

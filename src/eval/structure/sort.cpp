@@ -19,9 +19,11 @@
 
 namespace korel {
 
+void refuseSorting() { KernelException("invalid arguments to sort"); }
+
 namespace {
 
-[[noreturn]] void invalidArguments() { KernelException("invalid arguments to sort"); }
+[[noreturn]] void invalidArguments() { refuseSorting(); }
 
 bool isPlainNumber(DAG x) { return isImmediate(x) || (isNumeric(x) && !isUndefined(x)); }
 
@@ -137,7 +139,7 @@ DAG sortBy(const Comparator& inOrder, DAG members) {
   DAG sorted = newl2(n + 1, EXPSEQ);
   for (Word i = 1; at != 0; at = link(links, at)) sorted[i++] = members[at];
   release(links, n + 1);
-  return simpl(sorted);
+  return sorted;
 }
 
 // ---- long lists of small integers and of texts
@@ -159,7 +161,7 @@ DAG sortWords(DAG members, Word flip, bool backwards) {
   if (backwards) std::reverse(words, words + n);
   std::copy_n(words, n, &sorted[1]);
   std::free(words);
-  return simpl(sorted);
+  return sorted;
 }
 
 bool isSmallInteger(DAG x) { return isImmediate(x) && x != consm0; }
@@ -217,7 +219,7 @@ DAG sortTexts(DAG members) {
   sortRecords(records, records + n, n);
   for (Word i = 0; i < n; ++i) sorted[i + 1] = records[i].text;
   std::free(records);
-  return simpl(sorted);
+  return sorted;
 }
 
 // The members in order, or 0.
@@ -237,8 +239,8 @@ DAG sortedByDigits(DAG members, Order order) {
 
 }  // namespace
 
-DAG sortedSequence(DAG members, Order order, DAG procedure) {
-  if (lengthOf(members) < 3) return members;
+DAG sortedMembers(DAG members, Order order, DAG procedure) {
+  if (lengthOf(members) < 3) return CopyAlg(members);
   if (DAG sorted = sortedByDigits(members, order)) return sorted;
   switch (order) {
     case Order::ascending: return sortBy(Ascending(), members);
@@ -251,7 +253,10 @@ DAG sortedSequence(DAG members, Order order, DAG procedure) {
       updategen(procedure);
       return sortBy(Procedure{procedure}, members);
   }
-  return members;
+  return CopyAlg(members);
+}
+DAG sortedSequence(DAG members, Order order, DAG procedure) {
+  return lengthOf(members) < 3 ? members : simpl(sortedMembers(members, order, procedure));
 }
 
 namespace {
@@ -274,7 +279,21 @@ constexpr NamedOrder namedOrders[] = {
 // What may be called: a procedure, a name of one, and algebra over such, numbers as constant functions.
 constexpr TagSet functionTags = algebraicTags | TagSet{PROC};
 
+// The row of the name, or null.
+const NamedOrder* namedOrder(DAG order) {
+  if (!isName(order)) return nullptr;
+  for (const NamedOrder& row : namedOrders)
+    if (hasText(order, row.name)) return &row;
+  return nullptr;
+}
+
 }  // namespace
+
+Order orderCalled(DAG order) {
+  if (const NamedOrder* row = namedOrder(order)) return row->order;
+  if (!isAmong(order, functionTags)) invalidArguments();
+  return Order::procedure;
+}
 
 Order compareFunction(DAG members, DAG order) {
   if (!order) {
@@ -282,14 +301,11 @@ Order compareFunction(DAG members, DAG order) {
     if (everyMember(members, isText)) return Order::lexicographic;
     return Order::address;
   }
-  if (isTag(order, NAME))
-    for (const NamedOrder& row : namedOrders)
-      if (std::strcmp(textOf(order), row.name) == 0) {
-        if (row.takes != nullptr && !everyMember(members, row.takes)) invalidArguments();
-        return row.order;
-      }
-  if (!isAmong(order, functionTags)) invalidArguments();
-  return Order::procedure;
+  if (const NamedOrder* row = namedOrder(order)) {
+    if (row->takes != nullptr && !everyMember(members, row->takes)) invalidArguments();
+    return row->order;
+  }
+  return orderCalled(order);
 }
 
 DAG sortList(DAG list, DAG order) {

@@ -26,10 +26,16 @@ enum class Order {
 /// otherwise. Error: "invalid arguments to sort" for members that the order named cannot compare, and for
 /// an order that is neither a name nor a function.
 Order compareFunction(DAG members, DAG order);
+/// The order that `order` names, whatever there is to be sorted; `Order::procedure` for what may be called. Error:
+/// "invalid arguments to sort".
+Order orderCalled(DAG order);
+[[noreturn]] void refuseSorting();
 
 /// The members of an EXPSEQ in order, as a simplified EXPSEQ; `procedure` decides for that order.
 /// Error: "sort: 2nd argument must be a boolean valued function".
 DAG sortedSequence(DAG members, Order order, DAG procedure);
+/// The same as a fresh EXPSEQ that is not simplified, so that sequences among the members keep their places.
+DAG sortedMembers(DAG members, Order order, DAG procedure);
 /// The LIST in the order that `order` names, 0 for none. The list itself when it is in order.
 DAG sortList(DAG list, DAG order);
 

@@ -291,6 +291,8 @@ bool isSameDeclaration(DAG before, DAG after) {
 
 DAG substituteFields(Substitution& s, DAG x, const ReferenceFields& fields) { return walkFields(s, x, fields); }
 
+DAG substitutePart(Substitution& s, DAG part) { return walk(s, part); }
+
 DAG substituteInCopy(DAG equations, DAG x) { return x ? substitute(equations, x, false) : x; }
 DAG subs1(DAG equations, DAG x) { return x ? substitute(equations, x, true) : x; }
 

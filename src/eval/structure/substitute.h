@@ -26,6 +26,8 @@ DAG substituteInCopy(DAG equations, DAG x);
 /// kinds of objects with a rule of their own (kinds.h).
 struct Substitution;
 DAG substituteFields(Substitution& substitution, DAG x, const ReferenceFields& fields);
+/// The same for one part, as the walk leaves it.
+DAG substitutePart(Substitution& substitution, DAG part);
 
 /// True when `after` can stand where `before` stood in a declaration of a procedure: a name for a name,
 /// a string for a string, sides alike in a typed name or an option with a value.

@@ -46,8 +46,9 @@ struct TypedPartRules {
     Word n = lengthOf(e);
     switch (tagOf(e)) {
       case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case STRING: case NAME: case MEMBER: case LOCAL:
-      case PARAM: case LEXICAL: case RTABLE: case BINARY: case GARBAGE: case FOREIGN: case CONTROL: case DEBUG:
+      case PARAM: case LEXICAL: case BINARY: case GARBAGE: case FOREIGN: case CONTROL: case DEBUG:
         return {};
+      case RTABLE: return partsOfRTable(e, true);
       case SERIES: case ZPPOLY: case HASH: return korel::partsOf(e);
       case LIST: case SET: return membersIn(e, 1);
       case FUNCTION: return isRootOf(e) ? fieldsOf(e[2], 1, 2) : headAndMembers(e);

@@ -20,6 +20,11 @@ struct NoSequenceRules : StoragePartRules {
   static constexpr bool testsArguments = false;
 };
 using OutsideProcedures = ClosedPartRules<TagSet{PROC, MODDEF, TABLE}>;
+struct OutsideIndices : StoragePartRules {
+  [[gnu::always_inline]] static Parts partsOf(DAG x) {
+    return hasTag(x, TABLEREF) ? fieldsOf(x, 1, 2) : korel::partsOf(x);
+  }
+};
 using OutsideProceduresAndQuotes = ClosedPartRules<TagSet{PROC, MODDEF, TABLE, UNEVAL}>;
 
 template <class Rules = StoragePartRules, class Test>
@@ -44,9 +49,9 @@ bool anySecond(DAG pairs, Test test) {
 template <class Rules>
 bool hasPart(DAG x, DAG y) {
   if (x == y) return true;
-  if (y == sqrtm1) return anyPart<Rules>(x, [](DAG part) { return hasTag(part, COMPLEX); });
+  if (y == sqrtm1) return anyPart<NumberPartRules<Rules>>(x, [](DAG part) { return hasTag(part, COMPLEX); });
   if (isNumeric(y))
-    return anyPart<Rules>(x, [y](DAG part) {
+    return anyPart<NumberPartRules<Rules>>(x, [y](DAG part) {
       return part == y || (isPairs(part) && anySecond(part, [y](DAG second) { return second == y; }));
     });
   if (isPairs(y) && lengthOf(y) == 3)
@@ -57,6 +62,7 @@ bool hasPart(DAG x, DAG y) {
         if (part[i] == y[1] && part[i + 1] == y[2]) return true;
       return false;
     });
+  if (isTag(y, COMPLEX)) return anyPart<NumberPartRules<Rules>>(x, [y](DAG part) { return part == y; });
   if (isText(y)) return anyLeaf<Rules>(x, [y](DAG part) { return part == y; });
   return anyPart<Rules>(x, [y](DAG part) { return part == y; });
 }
@@ -64,12 +70,13 @@ bool hasPart(DAG x, DAG y) {
 }  // namespace
 
 bool has(DAG x, DAG y) { return hasPart<StoragePartRules>(x, y); }
+bool hasOutsideIndices(DAG x, DAG y) { return hasPart<OutsideIndices>(x, y); }
 bool hasExceptInPROCorUNEVAL(DAG x, DAG y) { return hasPart<OutsideProceduresAndQuotes>(x, y); }
 
 namespace {
 
 // Found by its word alone: no look at coefficients and exponents, no COMPLEX that stands for I.
-bool isFoundByWord(DAG y) { return !isNumeric(y) && y != sqrtm1 && !(isPairs(y) && lengthOf(y) == 3); }
+bool isFoundByWord(DAG y) { return !isNumeric(y) && !isTag(y, COMPLEX) && !(isPairs(y) && lengthOf(y) == 3); }
 
 // Any of member(0), ... member(count - 1) occurs in `x`. Those that are found by their word are sought
 // together, in one walk.

@@ -20,6 +20,8 @@ bool hasany(DAG x, DAG y);
 bool hasLeftSide(DAG x, DAG equations);
 /// `has`, but not inside of procedures, module definitions, tables and quotes.
 bool hasExceptInPROCorUNEVAL(DAG x, DAG y);
+/// `has`, but of an indexed name only the name is searched, not the indices.
+bool hasOutsideIndices(DAG x, DAG y);
 /// `x` holds an object with this tag; coefficients and exponents count.
 bool hasid(DAG x, Tag tag);
 /// `x` holds a parameter, local or lexical reference.

@@ -42,13 +42,18 @@ inline Parts entriesOf(DAG chain) {
   return (controlWord(chain) & tableBit) == 0 ? fieldsOf(chain, 1, end) : fieldsOf(chain, 2, end + 1, 2);
 }
 
+/// The elements of an rtable (defined in its room). Those of hardware formats are made for the walk, and so only for
+/// one that asks for numbers.
+Parts partsOfRTable(DAG rtable, bool withNumbers);
+
 /// What the walk goes on with behind `x`, no immediate.
 [[gnu::always_inline]] inline Parts partsOf(DAG x) {
   Word n = lengthOf(x);
   switch (tagOf(x)) {
     case INTNEG: case INTPOS: case RATIONAL: case FLOAT: case HFLOAT: case STRING: case NAME: case LOCAL: case PARAM:
-    case LEXICAL: case RTABLE: case BINARY: case GARBAGE: case FOREIGN:
+    case LEXICAL: case BINARY: case GARBAGE: case FOREIGN:
       return {};
+    case RTABLE: return partsOfRTable(x, false);
     case SUM: case PROD: return fieldsOf(x, 1, n, 2);
     case SERIES: return {x.word + 8, x.word + 4 * n, 8, x.word + 4};
     case ZPPOLY: return fieldsOf(x, 1, 2);
@@ -62,7 +67,7 @@ inline Parts entriesOf(DAG chain) {
 /// Calls `visit` on each part that the walk goes on with, in order.
 template <class Visit>
 inline void forEachPart(DAG x, Visit visit) {
-  Parts parts = partsOf(x);
+  Parts parts = isTag(x, RTABLE) ? partsOfRTable(x, true) : partsOf(x);
   if (parts.head != 0 && partAt(parts.head)) visit(partAt(parts.head));
   for (; parts.at < parts.end; parts.at += parts.step)
     if (DAG part = partAt(parts.at)) visit(part);
@@ -83,6 +88,14 @@ struct StoragePartRules {
   /// The sequence of a call's arguments is itself tested.
   static constexpr bool testsArguments = true;
   [[gnu::always_inline]] static Parts partsOf(DAG x) { return korel::partsOf(x); }
+};
+
+/// The same for a search of numbers.
+template <class Rules>
+struct NumberPartRules : Rules {
+  [[gnu::always_inline]] static Parts partsOf(DAG x) {
+    return isTag(x, RTABLE) ? partsOfRTable(x, true) : Rules::partsOf(x);
+  }
 };
 
 /// The same without the inside of objects with one of the tags `closed`.

@@ -39,8 +39,6 @@ struct Content {
       default: return false;
     }
   }
-  /// Nothing further can change it.
-  bool isOne() const { return numerators == cons1 && denominators == cons1; }
   DAG value() const { return denominators == cons1 ? numerators : new3(RATIONAL, numerators, denominators); }
 };
 
@@ -48,6 +46,12 @@ DAG complexContent(DAG x) {
   if (isFloatNumber(x[1])) return cons1;
   if (lengthOf(x) == 2) return absalg(x[1]);
   return icontent(new5(SUM, x[1], cons1, x[2], cons1));
+}
+
+bool hasOnlyIntegers(DAG sum) {
+  for (Word i = 1; i + 1 < lengthOf(sum); i += 2)
+    if (!isInteger(sum[i + 1]) || (isNumber(sum[i]) && !isInteger(sum[i]))) return false;
+  return true;
 }
 
 }  // namespace
@@ -67,12 +71,14 @@ DAG icontent(DAG e) {
 
 DAG icontent_sum(DAG sum) {
   if (lengthOf(sum) == 2) return absalg(sum[1]);
+  const bool isIntegral = hasOnlyIntegers(sum);
   Content content;
   for (Word i = 1; i + 1 < lengthOf(sum); i += 2) {
     DAG term = sum[i], coefficient = sum[i + 1];
     // A constant term is a number with coefficient 1, or the coefficient of the term 1.
     if (!content.take(isNumber(term) ? mul(term, coefficient) : coefficient)) return cons1;
-    if (content.isOne()) break;
+    // Of integers none can change it any more; a denominator could.
+    if (isIntegral && content.numerators == cons1) break;
   }
   return content.value();
 }

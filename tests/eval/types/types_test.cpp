@@ -272,15 +272,11 @@ TEST(Types, RtablesByTheirFlags) {
   EXPECT_TRUE(type(plain, plain) && !type(plain, hardware) && !type(naminstall("x"), plain));
 }
 
-// What is yet to come for rtables says so, each in its place.
+// What rtables refuse, and what has nothing to do with an rtable without data.
 TEST(Types, RtablesAreRefused) {
   DAG r = rtableWith(1u);
   EXPECT_EQ(errorOf([&] { subsop(1, cons1, r); }), "subsop cannot be used for rtables; use indexing instead");
-  EXPECT_EQ(errorOf([&] { length(simpl(new2(LIST, new2(EXPSEQ, r)))); }), "the operation `length` is not available");
   EXPECT_EQ(subs(simpl(new3(EQUATION, ini("anything"), cons1)), r), r);
-  BuiltinCall onRTable{new2(EXPSEQ, r), ini("sort"), null};
-  EXPECT_EQ(errorOf([&] { builtin::sort(onRTable); }), "the operation `SortRTable` is not available");
-  EXPECT_EQ(errorOf([&] { builtin::entries(onRTable); }), "the operation `entries` is not available");
   BuiltinCall attributed{new3(EXPSEQ, r, naminstall("mark")), ini("setattribute"), null};
   EXPECT_TRUE(builtin::setattribute(attributed) == r && AttributesOf(r) == naminstall("mark"));
   DAG list = simpl(new2(LIST, simpl(new2(EXPSEQ, cons1))));

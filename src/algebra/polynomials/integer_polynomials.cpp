@@ -1,0 +1,196 @@
+#include "algebra/polynomials/integer_polynomials.h"
+
+#include "algebra/polynomial_types.h"
+#include "algebra/polynomials/coefficients.h"
+#include "algebra/polynomials/indeterminates.h"
+#include "eval/simplify/simplify.h"
+#include "frame/environment.h"
+#include "frame/errors.h"
+#include "frame/interrupts.h"
+#include "library/library_calls.h"
+#include "numbers/arithmetic.h"
+#include "numbers/integer/integer_functions.h"
+#include "store/append.h"
+#include "store/constants.h"
+#include "store/objects.h"
+#include "store/vocabulary.h"
+
+namespace korel {
+
+// ---- genpoly
+
+namespace {
+
+// Digits d_i, so that n is the sum of d_i b^i, each the symmetric residue of what is left.
+DAG digitPolynomial(DAG n, DAG b, DAG x) {
+  if (n == cons0) return cons0;
+  // In base 2 the digit of an odd number is 1: a negative one would never come to its end.
+  if (consneg(n) && eq(absalg(b), 2) && !consneg(b)) return simpl(new3(SUM, digitPolynomial(negate(n), b, x), consm1));
+  DAG sum = new1(SUM);
+  for (std::int32_t i = 0; n != cons0; ++i) {
+    passWork(objectSteps);
+    DAG digit = simpl(imod(n, b, true));
+    DAG quotient;
+    rem(add(n, negate(digit)), b, &quotient);
+    n = simpl(quotient);
+    if (digit == cons0) continue;
+    DAG term = i == 0 ? digit : i == 1 ? x : simpl(new3(PROD, x, Newint(i)));
+    sum = Append3(sum, term, i == 0 ? cons1 : digit);
+  }
+  return simpl(sum);
+}
+
+}  // namespace
+
+DAG genpoly(DAG n, DAG b, DAG x) {
+  if (isInteger(n)) return digitPolynomial(n, b, x);
+  if (!isTag(n, SUM)) return n;
+  DAG sum = newl2(lengthOf(n), SUM);
+  for (Word i = 1; i < lengthOf(n); i += 2) {
+    DAG term = n[i], coefficient = n[i + 1];
+    const bool isConstant = isInteger(term) && isInteger(coefficient);
+    if (!isInteger(coefficient)) {
+      sum[i] = term;
+      sum[i + 1] = coefficient;
+      continue;
+    }
+    DAG digits = digitPolynomial(isConstant ? simpl(mul(term, coefficient)) : coefficient, b, x);
+    sum[i] = isConstant ? digits : simpl(NewPROD(digits, term));
+    sum[i + 1] = cons1;
+  }
+  return simpl(sum);
+}
+
+DAG builtin::genpoly(const BuiltinCall& call) {
+  if (argumentCount(call) != 3) wrongParameters(call);
+  DAG n = call.arguments[1], b = call.arguments[2];
+  if (!isInteger(b) || compcon(absalg(b), cons1) <= 0 || (isNumber(n) && !isInteger(n))) wrongParameters(call);
+  return korel::genpoly(n, b, call.arguments[3]);
+}
+
+// ---- maxnorm
+
+DAG maxnorm(DAG p) {
+  if (isNumeric(p)) return absalg(p);
+  checkStack();
+  passWork(objectSteps);
+  switch (tagOf(p)) {
+    case NAME: case TABLEREF: return cons1;
+    case SUM: {
+      DAG largest = cons0;
+      for (Word i = 1; i < lengthOf(p); i += 2) {
+        if (!isNumeric(p[i + 1])) KernelException("unable to compute maxnorm of %1", p);
+        DAG norm = simpl(mul(absalg(p[i + 1]), maxnorm(p[i])));
+        if (compcon(norm, largest) > 0) largest = norm;
+      }
+      return largest;
+    }
+    case PROD: {
+      DAG product = cons1;
+      for (Word i = 1; i < lengthOf(p); i += 2) {
+        if (!isImmediate(p[i + 1])) KernelException("unable to compute maxnorm of %1", p);
+        product = simpl(mul(product, simpl(power(maxnorm(p[i]), immediateValue(p[i + 1])))));
+      }
+      return product;
+    }
+    case FUNCTION:
+      if (isNameOrIndexed(p[1]))
+        if (DAG norm = evalextf("maxnorm/", p[1], p[2]); norm != null) return norm;
+      [[fallthrough]];
+    default: KernelException("unable to compute maxnorm of %1", p);
+  }
+}
+
+DAG builtin::maxnorm(const BuiltinCall& call) {
+  if (argumentCount(call) != 1) wrongParameters(call);
+  return simpl(korel::maxnorm(call.arguments[1]));
+}
+
+// ---- powers of a variable and contents
+
+namespace {
+
+// Exponent of x in a term, an integer; 0 where x isn't a factor by itself.
+DAG exponentIn(DAG term, DAG x) {
+  if (term == x) return cons1;
+  if (!isTag(term, PROD)) return cons0;
+  for (Word i = 1; i < lengthOf(term); i += 2)
+    if (term[i] == x && isInteger(term[i + 1])) return term[i + 1];
+  return cons0;
+}
+
+}  // namespace
+
+DAG removeldeg(DAG p, DAG x, DAG& exponent) {
+  DAG sum = isTag(p, SUM) ? p : new3(SUM, p, cons1);
+  exponent = exponentIn(sum[1], x);
+  for (Word i = 3; i < lengthOf(sum); i += 2) {
+    DAG e = exponentIn(sum[i], x);
+    if (compcon(e, exponent) < 0) exponent = e;
+  }
+  if (exponent == cons0) return p;
+  DAG factor = simpl(new3(PROD, x, simpl(negate(exponent))));
+  DAG result = newl2(lengthOf(sum), SUM);
+  for (Word i = 1; i < lengthOf(sum); i += 2) {
+    result[i] = simpl(NewPROD(sum[i], factor));
+    result[i + 1] = sum[i + 1];
+  }
+  return simpl(result);
+}
+
+DAG icontsign(DAG p) {
+  if (!typol(PolynomialForm::rationalFunction, p, DAG(), anyCoefficient)) notimpl("icontsign");
+  DAG variables = indetsSequence(p), powers = cons1;
+  for (Word i = 1; i < lengthOf(variables); ++i) {
+    DAG exponent;
+    p = removeldeg(p, variables[i], exponent);
+    powers = simpl(NewPROD(powers, simpl(new3(PROD, variables[i], exponent))));
+  }
+  DAG content = simpl(icontent(p));
+  if (signOf(p, indetsSequence(p)) == consm1) content = simpl(negate(content));
+  return simpl(NewPROD(content, powers));
+}
+
+// ---- residues of powers
+
+namespace {
+
+// The inverse of a modulo m by the extended Euclidean algorithm; 0 when they have a factor in common.
+DAG inverseModulo(DAG a, DAG m) {
+  DAG r0 = absalg(m), r1 = simpl(imod(a, r0, false)), s0 = cons0, s1 = cons1;
+  while (r1 != cons0) {
+    DAG q, r = simpl(rem(r0, r1, &q));
+    DAG s = simpl(add(s0, negate(mul(simpl(q), s1))));
+    r0 = r1;
+    r1 = r;
+    s0 = s1;
+    s1 = s;
+  }
+  return r0 == cons1 ? simpl(imod(s0, m, false)) : cons0;
+}
+
+}  // namespace
+
+DAG mpower(DAG a, DAG n, DAG m) {
+  auto residue = [m](DAG x) { return simpl(rem(x, m, nullptr)); };
+  a = residue(a);
+  if (n == cons0 && a == cons0) KernelException("0^0 is undefined");
+  if (a == cons1) return residue(cons1);
+  if (consneg(n)) {
+    a = inverseModulo(a, m);
+    if (a == cons0) KernelException("the modular inverse does not exist");
+    n = simpl(negate(n));
+  }
+  DAG result = residue(cons1), square = a;
+  for (; n != cons0;) {
+    passWork(objectSteps);
+    if (isodd(n)) result = residue(mul(result, square));
+    DAG half;
+    rem(n, immediate(2), &half);
+    n = simpl(half);
+    if (n != cons0) square = residue(mul(square, square));
+  }
+  return result;
+}
+
+}  // namespace korel

@@ -1,0 +1,205 @@
+#include "rtable/products.h"
+
+#include <algorithm>
+
+#include "eval/evaluate/environment_variables.h"
+#include "eval/simplify/simplify.h"
+#include "eval/statements/assign.h"
+#include "eval/statements/statements.h"
+#include "frame/errors.h"
+#include "frame/interrupts.h"
+#include "numbers/arithmetic.h"
+#include "numbers/integer/integer.h"
+#include "rtable/create.h"
+#include "rtable/element_access.h"
+#include "rtable/element_formats.h"
+#include "rtable/rtable_object.h"
+#include "store/generations.h"
+#include "store/names.h"
+#include "store/objects.h"
+#include "store/vocabulary.h"
+
+namespace korel {
+
+namespace {
+
+// ---- operands, as matrices
+
+enum Shape { rowVector, columnVector, matrix };
+
+Shape shapeOf(DAG r) {
+  switch (subtypeOf(r)) {
+    case subtypeRowVector: return rowVector;
+    case subtypeColumnVector: return columnVector;
+    default: return matrix;
+  }
+}
+
+// A Vector is a matrix of one row or column.
+struct Factor {
+  DAG r;
+  Shape shape;
+  std::int64_t rows, columns;
+
+  explicit Factor(DAG r) : r(r), shape(shapeOf(r)) {
+    rows = shape == rowVector ? 1 : extentOf(r, 0);
+    columns = shape == matrix ? extentOf(r, 1) : shape == rowVector ? extentOf(r, 0) : 1;
+  }
+  DAG at(std::int64_t i, std::int64_t j) const {
+    const std::int32_t index[] = {static_cast<std::int32_t>(shape == rowVector ? j : i), static_cast<std::int32_t>(j)};
+    DAG element = selectElement(r, index);
+    return element ? element : null;
+  }
+};
+
+DAG countOf(std::int64_t n) { return simpl(NewInteger(n)); }
+
+// What a pair of shapes refuses; null where there is a product.
+constexpr const char* refusals[3][3] = {
+    // row                                     column                                matrix
+    {"cannot multiply two row Vectors",        nullptr,                              nullptr},
+    {nullptr,                                  "cannot multiply two column Vectors",
+     "cannot multiply a column Vector and a Matrix"},
+    {"cannot multiply a Matrix and row Vector", nullptr,                             nullptr},
+};
+
+void checkSizes(const Factor& a, const Factor& b) {
+  if (a.columns == b.rows) return;
+  if (a.shape == rowVector && b.shape == columnVector) KernelException("vector lengths must be the same");
+  if (a.shape == rowVector)
+    KernelException("vector dimension (%1) must be the sameas the matrix row dimension (%2)", countOf(a.columns),
+                    countOf(b.rows));
+  if (b.shape == columnVector)
+    KernelException("vector dimension (%1) must be the sameas the matrix column dimension (%2)", countOf(b.rows),
+                    countOf(a.columns));
+  KernelException("first matrix column dimension (%1) <> second matrix row dimension (%2)", countOf(a.columns),
+                  countOf(b.rows));
+}
+
+// ---- the elements of the product
+
+// The sum over k of a[i, k] b[k, j]: numbers are added as they come; with anything else the sum is one object, which
+// is simplified as a whole.
+DAG elementOfProduct(const Factor& a, const Factor& b, std::int64_t i, std::int64_t j) {
+  DAG total = cons0;
+  std::int64_t k = 1;
+  for (; k <= a.columns; ++k) {
+    DAG x = a.at(i, k), y = b.at(k, j);
+    if (!isNumeric(x) || !isNumeric(y)) break;
+    total = simpl(add(total, simpl(mul(x, y))));
+  }
+  passWork(16 * a.columns);
+  if (k > a.columns) return total;
+  DAG sum = newl2(static_cast<Word>(2 * (a.columns - k + 1)) + 3, SUM);
+  Word at = 1;
+  sum[at++] = total;
+  sum[at++] = cons1;
+  for (; k <= a.columns; ++k) {
+    sum[at++] = NewPROD(a.at(i, k), b.at(k, j));
+    sum[at++] = cons1;
+  }
+  return simpl(sum);
+}
+
+DAG newProduct(Word subtype, std::int64_t rows, std::int64_t columns) {
+  RTableSettings settings;
+  settings.subtype = subtype;
+  settings.dimensions = subtype == subtypeMatrix ? 2 : 1;
+  const auto r = static_cast<std::int32_t>(rows), c = static_cast<std::int32_t>(columns);
+  std::int32_t bounds[] = {1, subtype == subtypeRowVector ? c : r, 1, c};
+  return RTableCreate(settings, DAG(), bounds, DataMode::cleared);
+}
+
+void fillProduct(DAG product, const Factor& a, const Factor& b) {
+  updategen(product);
+  for (std::int64_t i = 1; i <= a.rows; ++i) {
+    for (std::int64_t j = 1; j <= b.columns; ++j) {
+      const auto row = static_cast<std::int32_t>(i), column = static_cast<std::int32_t>(j);
+      const std::int32_t index[] = {subtypeOf(product) == subtypeRowVector ? column : row, column};
+      assignElement(product, index, elementOfProduct(a, b, i, j));
+    }
+    collectInLoop();
+  }
+}
+
+// ---- the target
+
+DAG valueBehind(DAG x) { return isName(x) ? valuenv(x, false) : x; }
+
+struct SubtypeRefusals {
+  const char *subtype, *dimensions;
+};
+// By the subtype of the product.
+constexpr SubtypeRefusals targetRefusals[] = {
+    {nullptr, nullptr},
+    {"target must be a Matrix", "target Matrix has incorrect dimensions"},
+    {"target must be a column Vector", "target Vector has incorrect dimensions"},
+    {"target must be a row Vector", "target Vector has incorrect dimensions"},
+};
+
+void checkTarget(DAG target, Word subtype, std::int64_t rows, std::int64_t columns) {
+  const SubtypeRefusals& refusal = targetRefusals[subtype];
+  if (subtypeOf(target) != subtype) KernelException(refusal.subtype);
+  const Factor t(target);
+  if (t.rows != rows || t.columns != columns) KernelException(refusal.dimensions);
+  if (rtableFlag(target, rtableReadOnly) != 0) KernelException("cannot assign to a read-only %1", subtypeWord(target));
+}
+
+// The product is complete before anything is stored: the target may be a factor.
+DAG storeProduct(DAG target, DAG product) {
+  const Word n = dimensionsOf(product);
+  std::int32_t index[2] = {1, 1};
+  for (index[0] = 1; index[0] <= upperBound(product, 0); ++index[0]) {
+    const std::int32_t columns = n == 2 ? upperBound(product, 1) : 1;
+    for (index[1] = 1; index[1] <= columns; ++index[1])
+      if (DAG element = selectElement(product, index)) assignElement(target, index, element);
+  }
+  return target;
+}
+
+Word subtypeOfProduct(const Factor& a, const Factor& b) {
+  if (a.shape == rowVector) return subtypeRowVector;
+  return b.shape == columnVector ? subtypeColumnVector : subtypeMatrix;
+}
+
+DAG scalarProduct(const Factor& a, const Factor& b, DAG target) {
+  if (target && !isName(target)) KernelException("target must be a name");
+  DAG value = elementOfProduct(a, b, 1, 1);
+  if (target) assign(target, value);
+  return value;
+}
+
+[[noreturn]] void refuseArrays(DAG first) {
+  switch (subtypeOf(first)) {
+    case subtypeArray: KernelException("cannot multiply an Array");
+    case subtypeMatrix: KernelException("cannot multiply a Matrix and Array");
+    default: KernelException("cannot multiply a Vector and Array");
+  }
+}
+
+}  // namespace
+
+DAG builtin::mvMultiply(const BuiltinCall& call) {
+  const Word given = argumentCount(call);
+  if (given > 3) KernelException("too many arguments");
+  if (given < 2) KernelException("too few arguments");
+  DAG first = valueBehind(call.arguments[1]), second = valueBehind(call.arguments[2]);
+  if (!isTag(first, RTABLE) || !isTag(second, RTABLE)) KernelException("Matrix or Vector expected");
+  if (subtypeOf(first) == subtypeArray || subtypeOf(second) == subtypeArray) refuseArrays(first);
+  DAG target = given == 3 ? call.arguments[3] : DAG();
+  if (target && !isName(target) && !isTag(target, RTABLE)) KernelException("invalid type of result argument");
+  const Factor a(first), b(second);
+  if (const char* refusal = refusals[a.shape][b.shape]) KernelException(refusal);
+  checkSizes(a, b);
+  if (a.shape == rowVector && b.shape == columnVector) return scalarProduct(a, b, target);
+  const Word subtype = subtypeOfProduct(a, b);
+  const bool isStored = isTag(target, RTABLE);
+  if (isStored) checkTarget(target, subtype, a.rows, b.columns);
+  DAG product = newProduct(subtype, a.rows, b.columns);
+  fillProduct(product, a, b);
+  if (isStored) return storeProduct(target, product);
+  if (target) assign(target, product);
+  return product;
+}
+
+}  // namespace korel
