@@ -21,6 +21,7 @@ JOBS := $(shell nproc 2>/dev/null || echo 2)
 NEEDED := g++ cmake ninja-build
 TESTING := libgtest-dev librapidcheck-dev
 REFERENCES := libgmp-dev libmpfr-dev
+FOREIGN := zlib1g libsqlite3-0 liblapack3 libopenblas0-pthread libgsl27
 STYLE := clang-format clang-tidy
 
 .PHONY: run program test sanitize bench fuzz torture lint format install clean
@@ -41,14 +42,14 @@ program:
 
 test:
 	@tools/packages.sh $(NEEDED) $(TESTING)
-	@tools/packages.sh --optional libedit-dev python3 $(REFERENCES)
+	@tools/packages.sh --optional libedit-dev python3 $(REFERENCES) $(FOREIGN)
 	@cmake --preset release </dev/null
 	@cmake --build --preset release </dev/null
 	@ctest --preset release -j $(JOBS) </dev/null
 
 sanitize:
 	@tools/packages.sh $(NEEDED) $(TESTING)
-	@tools/packages.sh --optional libedit-dev python3 $(REFERENCES)
+	@tools/packages.sh --optional libedit-dev python3 $(REFERENCES) $(FOREIGN)
 	@cmake --preset debug </dev/null
 	@cmake --build --preset debug </dev/null
 	@ctest --preset debug -j $(JOBS) </dev/null

@@ -3,7 +3,7 @@
 # Each row is a figure of Korel's beside a reference measured in the same run, and their ratio.
 build=$1
 printf '%-44s %14s %14s %8s  %s\n' row korel reference ratio 'reference is'
-for program in store simplify structure parser integer float link; do
+for program in store simplify structure parser integer float modular link; do
   [ -x "$build/bin/${program}_bench" ] && "$build/bin/${program}_bench"
 done
 
@@ -27,6 +27,7 @@ korel=$build/bin/korelTTY
 process_row 'process start to exit' "$(fastest "$korel" -q -s)" "$(fastest /bin/true)" /bin/true
 echo
 "$(dirname "$0")/programs.sh" "$build"
+"$(dirname "$0")/hardware.sh" "$build"
 "$(dirname "$0")/collections.sh" "$build"
 "$(dirname "$0")/library.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then

@@ -142,6 +142,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "%s\n", message);
     return startFailed;
   }
+  exportProgramTree();
   if (operandCount > 1) {
     std::fprintf(stderr, "korelTTY: there can be one file only\n");
     return operandFailed;

@@ -19,5 +19,7 @@ int main(int argc, char** argv) {
         "from and to write to, and a file for the text of a failed start. For a session of your own start korelTTY.\n");
     return 0;
   }
-  return korel::App(argc, argv, korel::programLibrary()).runProcess();
+  korel::App app(argc, argv, korel::programLibrary());
+  korel::exportProgramTree();
+  return app.runProcess();
 }

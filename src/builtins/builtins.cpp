@@ -1,5 +1,7 @@
 #include "builtins/builtins.h"
 
+#include "algebra/modular/modular_expressions.h"
+#include "algebra/modular/selectors.h"
 #include "algebra/polynomials/coefficients.h"
 #include "algebra/polynomials/degree.h"
 #include "algebra/polynomials/divide.h"
@@ -37,10 +39,13 @@
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "eval/walk/measure.h"
+#include "external/call_external.h"
+#include "external/define_external.h"
 #include "external/float_library.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "frame/output_builtins.h"
+#include "hardware/evalhf.h"
 #include "library/native/native.h"
 #include "library/retrieve.h"
 #include "numbers/float/float_builtins.h"
@@ -122,7 +127,7 @@ constexpr Builtin builtins[] = {
     {"assigned",                unevaluated, builtin::assigned},
     {"attributes",              simplified,  builtin::attributes},
     {"bind",                    simplified,  builtin::bind},
-    {"call_external",           unevaluated, nullptr},
+    {"call_external",           unevaluated, builtin::call_external},
     {"callback",                simplified,  builtin::callback},
     {"cat",                     members,     builtin::cat},
     {"coeff",                   simplified,  builtin::coeff},
@@ -131,7 +136,7 @@ constexpr Builtin builtins[] = {
     {"convert",                 simplified,  builtin::convert},
     {"crinterp",                neverCalled, nullptr},
     {"debugopts",               simplified,  nullptr},
-    {"define_external",         simplified,  nullptr},
+    {"define_external",         simplified,  builtin::define_external},
     {"degree",                  simplified,  builtin::degree},
     {"denom",                   simplified,  builtin::denom},
     {"diff",                    simplified,  nullptr},
@@ -143,8 +148,8 @@ constexpr Builtin builtins[] = {
     {"eval",                    unevaluated, builtin::eval},
     {"evalb",                   simplified,  builtin::evalb},
     {"evalf",                   unevaluated, builtin::evalf},
-    {"evalgf1",                 simplified,  nullptr},
-    {"evalhf",                  unevaluated, nullptr},
+    {"evalgf1",                 simplified,  builtin::evalgf1},
+    {"evalhf",                  unevaluated, builtin::evalhf},
     {"evaln",                   unevaluated, builtin::evaln},
     {"expand",                  simplified,  builtin::expand},
     {"exports",                 simplified,  builtin::exports},
@@ -155,7 +160,7 @@ constexpr Builtin builtins[] = {
     {"goto",                    simplified,  builtin::goto_},
     {"has",                     members,     builtin::has},
     {"hastype",                 members,     builtin::hastype},
-    {"hfarray",                 simplified,  nullptr},
+    {"hfarray",                 simplified,  builtin::hfarray},
     {"evalf/hypergeom/kernel",  simplified,  builtin::hypergeomKernel},
     {"icontent",                simplified,  builtin::icontent},
     {"if",                      unevaluated, builtin::if_},
@@ -185,10 +190,10 @@ constexpr Builtin builtins[] = {
     {"member",                  simplified,  builtin::member},
     {"min",                     simplified,  builtin::min},
     {"minus",                   simplified,  builtin::minusOperator},
-    {"modp",                    simplified,  nullptr},
-    {"modp1",                   simplified,  nullptr},
-    {"modp2",                   simplified,  nullptr},
-    {"mods",                    simplified,  nullptr},
+    {"modp",                    simplified,  builtin::modp},
+    {"modp1",                   simplified,  builtin::modp1},
+    {"modp2",                   simplified,  builtin::modp2},
+    {"mods",                    simplified,  builtin::mods},
     {"mul",                     unevaluated, builtin::mul},
     {"mvMultiply",              simplified,  builtin::mvMultiply},
     {"negate",                  simplified,  builtin::negate},

@@ -8,6 +8,7 @@
 #include "eval/simplify/simplify.h"
 #include "eval/types/types.h"
 #include "frame/errors.h"
+#include "hardware/constant_double.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/float/float.h"
@@ -64,6 +65,7 @@ bool convertByObjects(Word datatype, DAG elementType, DAG x, RawElement& element
       return static_cast<bool>(element.object);
     case dataComplexFloat: return splitParts(x, element.parts[0], element.parts[1], realFloat);
     case dataFloat64: {
+      if (constantDouble(x, element.real)) return true;
       DAG number = realNumber(x);
       if (number) element.real = FloatValue(number);
       return static_cast<bool>(number);

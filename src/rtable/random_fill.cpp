@@ -6,6 +6,7 @@
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
+#include "hardware/constant_double.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
 #include "rtable/create.h"
@@ -34,7 +35,8 @@ struct Draw {
 };
 
 double doubleOf(DAG x) {
-  DAG value = isNumeric(x) ? x : simpl(evalf(x));
+  if (double constant; constantDouble(x, constant)) return constant;
+  DAG value = simpl(evalf(x));
   if (!isNumeric(value)) KernelException("invalid argument to random(), %1", x);
   return FloatValue(value);
 }

@@ -289,7 +289,9 @@ void walk(DAG r, Visitor visit) {
     ElementWords words = elementWords(r);
     for (std::int64_t i = words.count; i-- > 0;)
       if (words.first[i]) visit(words.first[i]);
-    if (isInHeap(r)) visit(holderOf(rawField(r, rtableData)));
+    // Of foreign data the cell is alive.
+    const bool isForeign = rtableFlag(r, rtableForeign) != 0 && rawField(r, rtableData) != 0;
+    if (isInHeap(r) || isForeign) visit(holderOf(rawField(r, rtableData)));
   }
   visit(r[rtableElementType]);
   visit(r[rtableAttributes]);

@@ -31,9 +31,7 @@ inline std::int32_t tailOf(DAG r, Word fromEnd) {
   return static_cast<std::int32_t>(rawField(r, lengthOf(r) - fromEnd));
 }
 enum SparseQualifier : std::int32_t { wholeSparse, upperSparse, lowerSparse };
-inline unsigned char* dataOf(DAG r) {
-  return reinterpret_cast<unsigned char*>(std::uintptr_t{rawField(r, rtableData)});
-}
+inline unsigned char* dataOf(DAG r) { return rtableBlock(r); }
 inline bool isNagSparse(DAG r) { return storageOf(r) == storageSparse && !isKorelSparse(r); }
 
 // ---- the ring

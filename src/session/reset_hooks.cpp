@@ -1,5 +1,6 @@
 #include "session/reset_hooks.h"
 
+#include "algebra/modular/modular_polynomials.h"
 #include "eval/procedures/modules.h"
 #include "eval/simplify/simplify.h"
 #include "eval/structure/substitute.h"
@@ -7,6 +8,9 @@
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "eval/walk/walk_memory.h"
+#include "external/call_external.h"
+#include "external/libraries.h"
+#include "hardware/hardware_frame.h"
 #include "library/archive/archive_files.h"
 #include "library/archive/member_io.h"
 #include "library/native/native.h"
@@ -31,11 +35,18 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeNative},
     {HookMoment::initialised, initializeLibrary},
     {HookMoment::initialised, initializeRTables},
+    {HookMoment::initialised, ResetModRand},
+    {HookMoment::initialised, initializeExternalLibraries},
+    {HookMoment::initialised, initializeExternalCalls},
+    {HookMoment::initialised, initializeHardware},
+    {HookMoment::everyStatement, ResetEvalhfInterrupt},
     {HookMoment::everyStatement, ResetDotMIO},
     {HookMoment::everyStatement, doubtDirectoryContents},
     {HookMoment::everyStatement, ResetSimplifier},
     {HookMoment::everyStatement, ResetWalkMemories},
     {HookMoment::everyStatement, ResetTypematch},
+    {HookMoment::everyStatement, resetExternalCalls},
+    {HookMoment::throwAway, CloseExternalLibraries},
     {HookMoment::throwAway, CloseAllRepositories},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::throwAway, FlushDotMFileCache},
@@ -44,6 +55,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::startFiles, InitializeHelp},
     {HookMoment::stop, UnloadModules},
     {HookMoment::exitProcess, FlushDotMFileCache},
+    {HookMoment::exitProcess, CloseExternalLibraries},
 };
 
 }  // namespace

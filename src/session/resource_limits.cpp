@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "eval/simplify/simplify.h"
+#include "external/faults.h"
 #include "frame/interrupts.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
@@ -42,6 +43,7 @@ void installHandler(int signal) {
   action.sa_handler = LimitSignalHandler;
   action.sa_flags = SA_ONSTACK;
   sigaction(signal, &action, nullptr);
+  forgetFaultHandlers();
 }
 
 /// Writes a literal text from signal context.

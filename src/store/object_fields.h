@@ -140,5 +140,13 @@ constexpr RTableFlag rtableDimensions{0, 6}, rtableForeign{19, 1}, rtableReadOnl
 inline Word rtableFlag(DAG rtable, RTableFlag part) {
   return (rawField(rtable, rtableFlags) >> part.shift) & ((Word{1} << part.width) - 1);
 }
+/// Where the data of `rtable`, which are no table of objects, begin; null without data. Foreign ones may lie beyond the
+/// reach of a word: theirs leads to a cell with the address, inside a BINARY object from its second word on.
+inline unsigned char* rtableBlock(DAG rtable) {
+  const std::uintptr_t word = rawField(rtable, rtableData);
+  if (rtableFlag(rtable, rtableForeign) != 0 && word != 0) [[unlikely]]
+    return *reinterpret_cast<unsigned char**>(word);
+  return reinterpret_cast<unsigned char*>(word);
+}
 
 }  // namespace korel

@@ -1,9 +1,9 @@
 # Powers and inverses modulo odd, even and unit moduli; negative bases and exponents.
 powermod(3, 10^20, 10^9 + 7), powermod(3, 100, 1024), powermod(3, 101, 1000), powermod(-2, 3, 7), powermod(3, -1, 7), powermod(5, 0, 1), powermod(0, 0, 5);
-{seq(seq(seq(powermod(b, e, m) - irem(b^e, m), b = 0 .. 9), e = 0 .. 9), m = 1 .. 30)};
+{seq(seq(seq(powermod(b, e, m) - irem(b^e, m), b = 0 .. 5), e = 0 .. 5), m = 1 .. 12)};
 invmod(3, 10), chinese([2, 3, 2], [3, 5, 7]), chinese([1, 3], [4, 6]), chinese([], []), gcdex(240, 46), gcdex(-12, 18), gcdex(0, 0), gcdex(0, -5), ilcm(4, 6, 10), ilcm(), ilcm(3, 0);
 # Roots: of all squares, and of nothing else.
-bad := NULL: for n to 80 do
+bad := NULL: for n to 27 do
   squares := {seq(irem(x^2, n), x = 0 .. n - 1)};
   for a from 0 to n - 1 do
     r := sqrtmod(a, n);

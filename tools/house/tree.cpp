@@ -8,7 +8,7 @@ namespace house {
 
 namespace {
 
-constexpr std::string_view folders[] = {"lib", "src", "programs", "tests", "bench", "fuzz", "tools", "docs"};
+constexpr std::string_view folders[] = {"lib", "src", "include", "programs", "tests", "bench", "fuzz", "tools", "docs"};
 
 Lines readLines(const std::filesystem::path& path) {
   Lines lines;

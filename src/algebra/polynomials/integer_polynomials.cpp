@@ -151,46 +151,4 @@ DAG icontsign(DAG p) {
   return simpl(NewPROD(content, powers));
 }
 
-// ---- residues of powers
-
-namespace {
-
-// The inverse of a modulo m by the extended Euclidean algorithm; 0 when they have a factor in common.
-DAG inverseModulo(DAG a, DAG m) {
-  DAG r0 = absalg(m), r1 = simpl(imod(a, r0, false)), s0 = cons0, s1 = cons1;
-  while (r1 != cons0) {
-    DAG q, r = simpl(rem(r0, r1, &q));
-    DAG s = simpl(add(s0, negate(mul(simpl(q), s1))));
-    r0 = r1;
-    r1 = r;
-    s0 = s1;
-    s1 = s;
-  }
-  return r0 == cons1 ? simpl(imod(s0, m, false)) : cons0;
-}
-
-}  // namespace
-
-DAG mpower(DAG a, DAG n, DAG m) {
-  auto residue = [m](DAG x) { return simpl(rem(x, m, nullptr)); };
-  a = residue(a);
-  if (n == cons0 && a == cons0) KernelException("0^0 is undefined");
-  if (a == cons1) return residue(cons1);
-  if (consneg(n)) {
-    a = inverseModulo(a, m);
-    if (a == cons0) KernelException("the modular inverse does not exist");
-    n = simpl(negate(n));
-  }
-  DAG result = residue(cons1), square = a;
-  for (; n != cons0;) {
-    passWork(objectSteps);
-    if (isodd(n)) result = residue(mul(result, square));
-    DAG half;
-    rem(n, immediate(2), &half);
-    n = simpl(half);
-    if (n != cons0) square = residue(mul(square, square));
-  }
-  return result;
-}
-
 }  // namespace korel

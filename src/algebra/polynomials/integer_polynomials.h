@@ -1,14 +1,11 @@
 #pragma once
-// What integers and polynomials over them have in common: contents, norms, digits, residues of powers.
+// What integers and polynomials over them have in common: contents, norms, digits.
 
 #include "frame/builtin_call.h"
 #include "store/dag.h"
 
 namespace korel {
 
-/// a^n modulo m, the remainder with the sign of a; a negative n asks for the inverse.
-/// Error: "0^0 is undefined", and those of `mInverse`.
-DAG mpower(DAG a, DAG n, DAG m);
 /// The integer n in base b as a polynomial in x, with symmetric digits; of a polynomial n each coefficient.
 DAG genpoly(DAG n, DAG b, DAG x);
 /// The largest absolute value of a coefficient. Error: "unable to compute maxnorm of %1".

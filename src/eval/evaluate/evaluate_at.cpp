@@ -7,6 +7,7 @@
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
+#include "eval/structure/substitute.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
@@ -135,7 +136,7 @@ DAG walk(DAG equations, DAG x) {
     case TABLE: return walkTable(equations, x);
     case RTABLE: return walkRTable(equations, x);
     case DCOLON: return walkTyped(equations, x);
-    case ZPPOLY: return simpl(walkFields(equations, x, {1, 2}));
+    case ZPPOLY: return subs1(equations, x);
     case SERIES: return simpl(walkFields(equations, x, referenceFields(x)));
     case CATENATE: case POWER: case UNEVAL: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case NOT:
     case OR: case EXPSEQ: case LIST: case RANGE: case SET: case STATSEQ:

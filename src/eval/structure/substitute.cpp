@@ -51,7 +51,8 @@ struct Substitution {
   bool finish;                 // results of simplified objects are simplified
   bool onlyNames = true;       // all left sides are NAME or TABLEREF
   bool hasParameters = false;  // some left side is a PARAM, which counts by its number
-  bool indexed = false;        // `lefts` is in use
+  bool hasIntegers = false;
+  bool indexed = false;  // `lefts` is in use
   int entered = 0;
   SubstitutionMemory* memory = nullptr;
 };
@@ -260,9 +261,11 @@ DAG substitute(DAG equations, DAG x, bool finish) {
     DAG left = equations[i][1];
     if (!isTag(left, NAME) && !isTag(left, TABLEREF)) s.onlyNames = false;
     if (isTag(left, PARAM)) s.hasParameters = true;
+    // The numbers of a modular polynomial are found by no search.
+    if (isInteger(left)) s.hasIntegers = true;
   }
   // A search is several times as fast as a walk that compares and remembers results.
-  if (finish && !s.hasParameters && isSimplified(x) && !hasLeftSide(x, equations)) return x;
+  if (finish && !s.hasParameters && !s.hasIntegers && isSimplified(x) && !hasLeftSide(x, equations)) return x;
   return withWalkMemory<SubstitutionMemory>([&](SubstitutionMemory& memory) {
     s.memory = &memory;
     s.indexed = n > indexFrom;

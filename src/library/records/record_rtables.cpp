@@ -54,7 +54,7 @@ void putElement(Writing& w, const unsigned char* data, std::int64_t i, Word data
 void putData(Writing& w, DAG s) {
   if (isKorelSparse(s)) return putRecord(w, s[rtableData]);
   std::int64_t count = rawField(s, rtableCount);
-  const auto* data = reinterpret_cast<const unsigned char*>(std::uintptr_t{rawField(s, rtableData)});
+  const unsigned char* data = rtableBlock(s);
   if (data == nullptr) count = 0;
   if (rtableFlag(s, rtableStorage) == storageSparse) {
     std::int64_t indices = count * rtableFlag(s, rtableDimensions);

@@ -1,10 +1,12 @@
 #include "numbers/float/hardware_float.h"
 
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
@@ -96,15 +98,13 @@ int matherr(MathError& error) {
   return 1;
 }
 
-double SoftwareToHardwareFloat(DAG x) {
-  DAG m = mantissaOf(x), e = exponentOf(x);
+namespace {
+
+// The double nearest m * 10^exponent.
+double doubleOf(DAG m, std::int64_t exponent) {
   const bool negative = tagOf(m) == INTNEG;
-  if (e == ini("infinity")) return negative ? mIEEENegInfinity : mIEEEPosInfinity;
-  if (e == ini("undefined")) return mIEEEQuietNaN;
-  if (!isInteger(e)) notimpl("invalid software floating point value");
-  if (m == cons0) return 0.0;
-  if (m == consm0) return -0.0;
-  std::int64_t length = ilength(m), exponent = exponentValue(e);
+  if (isZeroImmediate(m)) return negative ? -0.0 : 0.0;
+  std::int64_t length = ilength(m);
   if (exponent + length > 310) return negative ? mIEEENegInfinity : mIEEEPosInfinity;
   if (exponent + length < -325) return negative ? -0.0 : 0.0;
   // 800 digits tell any decimal number from a point halfway between two doubles; a one behind them
@@ -121,8 +121,45 @@ double SoftwareToHardwareFloat(DAG x) {
   }
   char text[longest + 32];
   char* end = writeDecimal(m, text);
-  std::snprintf(end, 24, "e%lld", static_cast<long long>(exponent));
+  *end++ = 'e';
+  end = std::to_chars(end, text + sizeof text - 1, exponent).ptr;
+  double value;
+  if (std::from_chars(text, end, value).ec == std::errc()) return value;
+  // Out of the range of normal numbers.
+  *end = '\0';
   return std::strtod(text, nullptr);
+}
+
+// Up to 2^53 and 10^22 both factors are exact, so that one rounding gives the nearest double (Clinger, "How to read
+// floating point numbers accurately"). Most numbers that programs write are of this kind, and are handed to external
+// code one by one (bench/external.sh).
+bool doubleOfShort(DAG m, std::int64_t exponent, double& value) {
+  static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                      1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  constexpr std::int64_t mostPower = std::size(powers) - 1, mostExact = std::int64_t{1} << 53;
+  if (exponent < -mostPower || exponent > mostPower) return false;
+  std::int64_t whole;
+  if (isImmediate(m)) {
+    if (isZeroImmediate(m)) return false;  // it may be a negative one
+    whole = immediateValue(m);
+  } else if (!readLongLong(m, whole) || whole > mostExact || whole < -mostExact) {
+    return false;
+  }
+  const auto exact = static_cast<double>(whole);
+  value = exponent < 0 ? exact / powers[-exponent] : exact * powers[exponent];
+  return true;
+}
+
+}  // namespace
+
+double SoftwareToHardwareFloat(DAG x) {
+  DAG m = mantissaOf(x), e = exponentOf(x);
+  if (e == ini("infinity")) return tagOf(m) == INTNEG ? mIEEENegInfinity : mIEEEPosInfinity;
+  if (e == ini("undefined")) return mIEEEQuietNaN;
+  if (!isInteger(e)) notimpl("invalid software floating point value");
+  const std::int64_t exponent = exponentValue(e);
+  double value;
+  return doubleOfShort(m, exponent, value) ? value : doubleOf(m, exponent);
 }
 
 DAG HardwareToSoftwareFloat(double x) {
@@ -135,14 +172,40 @@ DAG HardwareToSoftwareFloat(double x) {
   }
   if (x == 0.0) return std::signbit(x) ? consfm0 : consf0;
   if (std::fabs(x) < 2147483648.0 && x == std::trunc(x)) return newFLOAT(Newint(static_cast<std::int32_t>(x)), cons0);
-  // Sign, one digit, point, sixteen digits, exponent.
+  // One digit, a point and others if there are any, `e`, the exponent.
   char text[40];
-  std::snprintf(text, sizeof text, "%.16e", std::fabs(x));
-  std::int64_t mantissa = text[0] - '0';
-  for (int i = 0; i < 16; ++i) mantissa = mantissa * 10 + (text[2 + i] - '0');
-  long exponent = std::strtol(text + 19, nullptr, 10) - 16;
-  return newFLOAT(NewInteger(x < 0 ? -mantissa : mantissa), Newint(static_cast<std::int32_t>(exponent)));
+  *std::to_chars(text, text + sizeof text - 1, std::fabs(x), std::chars_format::scientific).ptr = 0;
+  std::int64_t mantissa = 0;
+  std::int32_t exponent = 0;
+  const char* at = text;
+  for (; *at != 'e'; ++at) {
+    if (*at == '.') continue;
+    mantissa = mantissa * 10 + (*at - '0');
+    if (at != text) --exponent;
+  }
+  exponent += static_cast<std::int32_t>(std::strtol(at + 1, nullptr, 10));
+  return newFLOAT(NewInteger(x < 0 ? -mantissa : mantissa), Newint(exponent));
 }
+
+// ---- the bits as text
+
+void HFloatToIEEEHex(double x, bool upperCase, char* text) {
+  std::uint64_t bits;
+  std::memcpy(&bits, &x, sizeof bits);
+  std::snprintf(text, ieeeHexLength + 1, upperCase ? "%016llX" : "%016llx", static_cast<unsigned long long>(bits));
+}
+
+double IEEEHexToHFloat(const char* text) {
+  std::uint64_t bits = 0;
+  const auto read = std::from_chars(text, text + std::strlen(text), bits, 16);
+  if (read.ec != std::errc() || *read.ptr != 0 || read.ptr - text != ieeeHexLength)
+    KernelException("expecting exactly 16 hexadecimal digits");
+  double x;
+  std::memcpy(&x, &bits, sizeof x);
+  return x;
+}
+
+// ---- objects
 
 DAG HFloatToFloat(DAG hfloat) { return simpl(HardwareToSoftwareFloat(hfloatValue(hfloat))); }
 
@@ -155,7 +218,7 @@ DAG SuppressHFloats(DAG x) {
 }
 
 double FloatValue(DAG x) {
-  if (isInteger(x)) return isImmediate(x) ? immediateValue(x) : SoftwareToHardwareFloat(new3(FLOAT, x, cons0));
+  if (isInteger(x)) return isImmediate(x) ? immediateValue(x) : doubleOf(x, 0);
   switch (tagOf(x)) {
     case RATIONAL: {
       std::int64_t scale = ilength(x[2]) - ilength(x[1]) + 20;

@@ -28,13 +28,20 @@ int matherr(MathError& error);
 /// The double nearest a FLOAT, rounded once. Internal error for an exponent that is another name:
 /// "invalid software floating point value".
 double SoftwareToHardwareFloat(DAG x);
-/// The FLOAT of a double: an integer below 2^31 in magnitude as such, any other finite number with the
-/// 17 digits that tell it from its neighbours. Not simplified.
+/// The FLOAT of a double: an integer below 2^31 in magnitude as such, any other finite number with as many digits
+/// as make the double again, 17 at most. Not simplified.
 DAG HardwareToSoftwareFloat(double x);
 /// The simplified FLOAT of an HFLOAT.
 DAG HFloatToFloat(DAG hfloat);
 /// HFLOATs, alone or as parts of a COMPLEX, in their software form; other objects unchanged.
 DAG SuppressHFloats(DAG x);
+
+/// Writes the eight bytes of `x`, the highest first, as hexadecimal digits and a zero.
+constexpr int ieeeHexLength = 16;
+void HFloatToIEEEHex(double x, bool upperCase, char* text);
+/// The double with these digits. Error: "expecting exactly 16 hexadecimal digits".
+double IEEEHexToHFloat(const char* text);
+
 /// The double nearest a real number: integer, RATIONAL, FLOAT or HFLOAT.
 double FloatValue(DAG x);
 

@@ -218,7 +218,7 @@ bool isDefinitionName(DAG x) {
   return x == null || isName(x) || (kindOf(x) != NOTAG && frameReferenceTags.contains(kindOf(x)));
 }
 bool isSaveArgument(DAG x) { return isSequence(x) || isName(x) || isText(x); }
-bool isIndeterminate(DAG x) { return isName(x) || isSequence(x); }
+bool isIndeterminate(DAG x) { return isName(x) || is(x, TABLEREF) || isSequence(x); }
 
 bool isFloatExponent(DAG x) { return isWholeNumber(x) || x == ini("infinity") || x == ini("undefined"); }
 

@@ -78,9 +78,8 @@ struct Shape {
 
 template <class Element>
 Element elementIn(const Shape& shape, std::int64_t offset) {
-  auto address = static_cast<std::uintptr_t>(rawField(shape.object, rtableData));
   Element element;
-  std::memcpy(&element, reinterpret_cast<const char*>(address) + offset * sizeof element, sizeof element);
+  std::memcpy(&element, rtableBlock(shape.object) + offset * sizeof element, sizeof element);
   return element;
 }
 

@@ -4,6 +4,7 @@
 #include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "store/objects.h"
+#include "store/reference_fields.h"
 #include "text/print/print_object.h"
 
 namespace korel {
@@ -72,12 +73,6 @@ void printExpansionPoint(DAG variable) {
 
 // ---- modular polynomials
 
-constexpr std::int32_t largestHardwareModulus = 46327;
-
-bool hasRawCoefficients(DAG x) {
-  return !isSequence(x[1]) && isImmediate(x[2]) && immediateValue(x[2]) <= largestHardwareModulus;
-}
-
 Word coefficientCount(DAG x) { return lengthOf(x) - 3; }
 
 // The coefficient of degree `i` as an integer.
@@ -100,9 +95,9 @@ void printModularPower(DAG variable, Word exponent, bool& first) {
   EmitInteger(exponent);
 }
 
-// The terms of `x`, each times `outer`^`outerExponent` when that is above 0.
+// The terms of `x`, each times `outer`^`outerExponent` when there is an `outer`, from the highest degree down.
 void printModularTerms(DAG x, DAG outer, Word outerExponent, bool& anyTerm) {
-  for (Word i = 0, n = coefficientCount(x); i < n; ++i) {
+  for (Word i = coefficientCount(x); i-- > 0;) {
     DAG coefficient = coefficientAt(x, i);
     if (coefficient == cons0) continue;
     if (anyTerm) EmitChar('+');
@@ -110,11 +105,7 @@ void printModularTerms(DAG x, DAG outer, Word outerExponent, bool& anyTerm) {
     bool first = true;
     if (coefficient != cons1 || (i == 0 && outerExponent == 0)) {
       printTimes(first);
-      if (isImmediate(coefficient)) {
-        printObject(coefficient, bindsProduct);
-      } else {
-        printParenthesised(coefficient);
-      }
+      printObject(coefficient, bindsProduct);
     }
     if (outer) printModularPower(outer, outerExponent, first);
     printModularPower(x[1], i, first);
@@ -139,23 +130,24 @@ void printSeries(DAG x, int, int) {
   EmitChar(')');
 }
 
+// The call that makes the polynomial anew.
 void printModularPolynomial(DAG x, int, int) {
+  const bool several = isSequence(x[1]);
   bool anyTerm = false;
-  if (!isSequence(x[1])) {
-    printModularTerms(x, DAG(), 0, anyTerm);
-    if (!anyTerm) EmitChar('0');
-    return;
-  }
-  EmitToken("modp2(");
+  EmitToken(several ? "modp2(" : "modp1(");
   EmitToken("ConvertIn(");
-  for (Word i = 0, n = coefficientCount(x); i < n; ++i)
+  if (!several) printModularTerms(x, DAG(), 0, anyTerm);
+  for (Word i = several ? coefficientCount(x) : 0; i-- > 0;)
     if (isTag(x[3 + i], ZPPOLY)) printModularTerms(x[3 + i], x[1][1], i, anyTerm);
   if (!anyTerm) EmitChar('0');
-  EmitChar(',');
-  printObject(x[1][1], bindsNothing);
+  DAG indeterminates = asSequence(x[1]);
+  for (Word i = 1; i < lengthOf(indeterminates); ++i) {
+    EmitChar(',');
+    printObject(indeterminates[i], bindsNothing);
+  }
   EmitChar(')');
   EmitChar(',');
-  printObject(x[1][2], bindsNothing);
+  printObject(x[2], bindsNothing);
   EmitChar(')');
 }
 

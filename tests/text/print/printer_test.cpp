@@ -327,13 +327,13 @@ TEST(Printer, ModularPolynomials) {
     for (Word c : coefficients) rawField(p, i++) = c;
     return p;
   };
-  EXPECT_EQ(printed(small(x, {3, 0, 1, 5})), "3+x^2+5*x^3");
-  EXPECT_EQ(printed(small(x, {1, 1})), "1+x");
-  EXPECT_EQ(printed(small(x, {})), "0");
+  EXPECT_EQ(printed(small(x, {3, 0, 1, 5})), "modp1(ConvertIn(5*x^3+x^2+3,x),7)");
+  EXPECT_EQ(printed(small(x, {1, 1})), "modp1(ConvertIn(x+1,x),7)");
+  EXPECT_EQ(printed(small(x, {})), "modp1(ConvertIn(0,x),7)");
   DAG big = pairs(ZPPOLY, {x, parsestring("100000000000", 1), Newint(2), parsestring("12345678901", 1)});
-  EXPECT_EQ(printed(big), "2+(12345678901)*x");
+  EXPECT_EQ(printed(big), "modp1(ConvertIn(12345678901*x+2,x),100000000000)");
   DAG two = pairs(ZPPOLY, {newSequence({x, y}), Newint(7), small(y, {1, 2}), small(y, {}), small(y, {0, 1})});
-  EXPECT_EQ(printed(two), "modp2(ConvertIn(1+2*y+x^2*y,x),y)");
+  EXPECT_EQ(printed(two), "modp2(ConvertIn(x^2*y+2*y+1,x,y),7)");
 }
 
 TEST(Printer, Tables) {

@@ -1,0 +1,139 @@
+#include "algebra/modular/modular_rings.h"
+
+#include "algebra/modular/vector_words.h"
+#include "numbers/arithmetic.h"
+#include "numbers/integer/integer_functions.h"
+
+namespace korel {
+
+std::int64_t mInverseHW(std::int64_t a, std::int64_t m) {
+  std::int64_t before = m, now = a, cofactorBefore = 0, cofactor = 1;
+  while (now > 1) {
+    const std::int64_t q = before / now;
+    std::int64_t rest = before - q * now, next = cofactorBefore - q * cofactor;
+    before = now;
+    now = rest;
+    cofactorBefore = cofactor;
+    cofactor = next;
+  }
+  if (now == 0) return 0;
+  return cofactor < 0 ? cofactor + m : cofactor;
+}
+
+// ---- words
+
+void HardwareRing::setInteger(Unit* r, DAG integer) const {
+  *r = static_cast<Word>(immediateValue(imod(integer, immediate(static_cast<std::int32_t>(m)), false)));
+}
+
+namespace {
+
+constexpr long shortDot = 16;
+
+inline std::uint64_t plainDot(const Word* x, const Word* y, long n) {
+  std::uint64_t sum = 0;
+  for (long i = 0; i < n; ++i) sum += static_cast<std::uint64_t>(x[i]) * y[i];
+  return sum;
+}
+
+}  // namespace
+
+void HardwareRing::dot(Unit* r, const Unit* x, const Unit* y, long n) const {
+  *r = reduced(n < shortDot || !hasVectorInstructions() ? plainDot(x, y, n) : vectorDot(x, y, n));
+}
+
+// ---- limbs
+
+namespace {
+
+inline Limb addLimbs(Limb* r, const Limb* a, const Limb* b, long n) {
+  Limb carry = 0;
+  for (long i = 0; i < n; ++i) {
+    DoubleLimb t = DoubleLimb{a[i]} + b[i] + carry;
+    r[i] = static_cast<Limb>(t);
+    carry = static_cast<Limb>(t >> 64);
+  }
+  return carry;
+}
+inline Limb subtractLimbs(Limb* r, const Limb* a, const Limb* b, long n) {
+  Limb borrow = 0;
+  for (long i = 0; i < n; ++i) {
+    DoubleLimb t = DoubleLimb{a[i]} - b[i] - borrow;
+    r[i] = static_cast<Limb>(t);
+    borrow = static_cast<Limb>(t >> 64) & 1;
+  }
+  return borrow;
+}
+inline bool isBelow(const Limb* a, const Limb* b, long n) {
+  for (long i = n - 1; i >= 0; --i)
+    if (a[i] != b[i]) return a[i] < b[i];
+  return false;
+}
+
+// sum += x * y, of k limbs each; the sum has 2k + 1.
+template <long fixed>
+inline void addProduct(Limb* sum, const Limb* x, const Limb* y, long variable) {
+  const long k = fixed != 0 ? fixed : variable;
+  for (long i = 0; i < k; ++i) {
+    const Limb factor = x[i];
+    Limb carry = 0;
+    for (long j = 0; j < k; ++j) {
+      DoubleLimb t = DoubleLimb{factor} * y[j] + sum[i + j] + carry;
+      sum[i + j] = static_cast<Limb>(t);
+      carry = static_cast<Limb>(t >> 64);
+    }
+    for (long j = i + k; carry != 0; ++j) {
+      sum[j] += carry;
+      carry = static_cast<Limb>(sum[j] < carry);
+    }
+  }
+}
+template <long fixed>
+void sumProducts(Limb* sum, const Limb* x, const Limb* y, long n, long k) {
+  for (long i = 0; i < n; ++i) addProduct<fixed>(sum, x + i * k, y + i * k, k);
+}
+
+}  // namespace
+
+void WideRing::add(Unit* r, const Unit* a, const Unit* b) const {
+  if (addLimbs(r, a, b, width) != 0 || !isBelow(r, modulus.modulus, width)) subtractLimbs(r, r, modulus.modulus, width);
+}
+void WideRing::subtract(Unit* r, const Unit* a, const Unit* b) const {
+  if (subtractLimbs(r, a, b, width) != 0) addLimbs(r, r, modulus.modulus, width);
+}
+void WideRing::negate(Unit* r, const Unit* a) const {
+  if (isZero(a)) clear(r, 1);
+  else subtractLimbs(r, modulus.modulus, a, width);
+}
+
+void WideRing::dot(Unit* r, const Unit* x, const Unit* y, long n) const {
+  if (width == 1) {
+    // The sum in 192 bits.
+    DoubleLimb sum = 0;
+    Limb over = 0;
+    for (long i = 0; i < n; ++i) {
+      DoubleLimb product = DoubleLimb{x[i]} * y[i];
+      sum += product;
+      over += static_cast<Limb>(sum < product);
+    }
+    Limb all[4] = {static_cast<Limb>(sum), static_cast<Limb>(sum >> 64), over, 0};
+    modulus.reduce(r, all, 3);
+    return;
+  }
+  constexpr long mostOnStack = 16;
+  Limb own[2 * mostOnStack + 2];
+  Workspace space;
+  Limb* sum = width <= mostOnStack ? own : space.take<Limb>(static_cast<std::size_t>(2 * width + 2));
+  std::memset(sum, 0, static_cast<std::size_t>(2 * width + 2) * sizeof(Limb));
+  switch (width) {
+    case 2: sumProducts<2>(sum, x, y, n, 2); break;
+    case 3: sumProducts<3>(sum, x, y, n, 3); break;
+    case 4: sumProducts<4>(sum, x, y, n, 4); break;
+    case 5: sumProducts<5>(sum, x, y, n, 5); break;
+    case 6: sumProducts<6>(sum, x, y, n, 6); break;
+    default: sumProducts<0>(sum, x, y, n, width);
+  }
+  modulus.reduce(r, sum, 2 * width + 1);
+}
+
+}  // namespace korel
