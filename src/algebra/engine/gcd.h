@@ -16,8 +16,8 @@ bool primitiveGcd(Arena& arena, const Layout& layout, IntegerPolynomial a, Integ
 
 /// `divisor` divides `p` over the integers.
 bool isDivisor(Arena& arena, const Layout& layout, const IntegerPolynomial& divisor, const IntegerPolynomial& p);
-/// Divides the primitive polynomial `p` by its content as a polynomial in the variables of `fields`, which is given as a
-/// primitive polynomial in the others.
+/// Divides the primitive polynomial `p` by its content as a polynomial in the variables of `fields`, which is given as
+/// a primitive polynomial in the others.
 bool takeContent(Arena& arena, const Layout& layout, IntegerPolynomial& p, Monomial fields, IntegerPolynomial& content);
 /// a * b; no terms when the coefficients are too long.
 IntegerPolynomial productOf(Arena& arena, const Layout& layout, const IntegerPolynomial& a, const IntegerPolynomial& b);

@@ -6,8 +6,8 @@
 namespace korel::engine {
 
 /// The primitive greatest common divisor of two primitive polynomials in the same variables, without a monomial factor,
-/// with a positive leading coefficient (Zippel, "Probabilistic algorithms for sparse polynomials"). False when chance is
-/// against it several times.
+/// with a positive leading coefficient (Zippel, "Probabilistic algorithms for sparse polynomials"). False when chance
+/// is against it several times.
 ///
 /// One variable stays. For the others random values are put in, and they come back one after the other: the first
 /// values of a new variable tell which terms there are, after that a few images in one variable determine the
