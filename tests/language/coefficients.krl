@@ -1,6 +1,9 @@
 # Coefficients: of sums and products as they stand, of other forms by what is in them.
 coeff(x^2 + 3*x, x, 1), coeff(5, x, 0), coeff(5, x, 1), coeff(x, x), coeff(x, x, 0), coeff(x^2*y + x^2*z + 3, x^2), coeff(y, x, 0), coeff(x^(-2)*y + x, x, -2);
 coeff((x + 1)^5, x, 3), coeff((x + y)*(x - y)*z, x, 2), coeff(sin(x)^2*y + sin(x), sin(x), 2), coeff(3 + 2*I, I), coeff(3 + 2*I, I, 0);
+# Where x stands in an unexpanded form a series that is long enough tells; Order is as it was.
+coeff((x + 1)^5*(y + 2), x, 3), coeff(exp(x), x, 3), coeff(1/(1 - x), x, 20), coeff(1/(x*(1 - x)), x, -1), coeff((x + 1)^10*exp(x), x, 2), Order, coeff(series(exp(x), x), x, 4), coeff(series(exp(x), x), y, 4);
+coeff(series(exp(y*x), x), y, 1); coeff(x^(1/2), x, 1); Order;
 # Indices of names don't count.
 coeff(a[x]*x, x, 1), coeff(a[x] + x, x, 0), coeff(2*a[1]^3*x, a[1], 3);
 coeff(x, x, y); coeff(x, 3); coeff(x); coeff(x, x, 1, 1);

@@ -1,14 +1,49 @@
 #include "algebra/polynomials/coefficient_series.h"
 
-#include "algebra/polynomials/expand.h"
+#include <algorithm>
+
+#include "algebra/polynomials/degree.h"
+#include "algebra/series/expansion.h"
+#include "frame/environment_block.h"
 #include "frame/errors.h"
+#include "numbers/integer/integer.h"
+#include "store/constants.h"
+#include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
-DAG seriesForCoefficient(DAG p, DAG, std::int64_t) {
-  DAG expanded = expand(p);
-  if (expanded == p) KernelException("unable to compute coeff");
-  return expanded;
+namespace {
+
+// Where the series may be cut off: at the degree of p, if that is known and not far above n.
+std::int64_t firstEstimate(DAG p, DAG x, std::int64_t n) {
+  constexpr std::int64_t least = 7;
+  std::int64_t k = std::max<std::int64_t>(n, 1), d;
+  DAG known = degree(p, x);
+  if (isInteger(known) && readLongLong(known, d)) k = std::max(k, d);
+  while (k / 2 >= n && k / 2 >= least) k /= 2;
+  return k;
+}
+
+// The order term stands within the degree that was asked for: the coefficients behind it are unknown.
+bool isTooShort(DAG series, std::int64_t k) {
+  const Word n = lengthOf(series);
+  return n > 2 && series[n - 2] == order1 && static_cast<std::int32_t>(rawField(series, n - 1)) <= k;
+}
+
+}  // namespace
+
+DAG seriesForCoefficient(DAG p, DAG x, std::int64_t n) {
+  std::int64_t k = firstEstimate(p, x, n);
+  for (;; k += k / 5 + 2) {
+    if (k < 0 || k > INT32_MAX - 1) KernelException("degree overflow in coeff");
+    EnvironmentChange order;
+    changeEnvironmentWord(order, envOrder, NewInteger(k + 1));
+    DAG series = polyn(p, x, static_cast<std::int32_t>(k));
+    restoreEnvironmentWord(order);
+    if (!isTag(series, SERIES)) KernelException("unable to compute coeff");
+    if (!isTooShort(series, k)) return series;
+  }
 }
 
 }  // namespace korel
