@@ -32,6 +32,7 @@ echo
 "$(dirname "$0")/library.sh" "$build"
 echo
 "$(dirname "$0")/calculus.sh" "$build"
+"$(dirname "$0")/external.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then
   echo
   echo 'Printing (of_sink: times as long as the bare sink)'
