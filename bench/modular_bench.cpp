@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <vector>
 
 #include "algebra/modular/modular_polynomials.h"
 #include "library/native/native.h"
@@ -47,6 +48,7 @@ DAG coefficients(long k, DAG x, DAG m) {
 
 struct Operands {
   DAG a, b, product, m;
+  DAG points, values;  // lists, as long as the polynomials
 } operands;
 
 int roundsFor(int cost) {
@@ -76,6 +78,8 @@ void division() {
 void gcd() { mGcd(operands.a, operands.b, operands.m); }
 void power() { mPowmod(operands.a, immediate(exponent), operands.b, operands.m); }
 void factors() { native::modularFactors({newSequence({operands.a, operands.m}), DAG(), DAG()}); }
+void values() { mEval2(operands.a, operands.points, operands.m); }
+void interpolation() { mInterpolate(operands.points, operands.values, operands.a[1], operands.m); }
 bool powersAreShort() { return size <= (wide ? 100 : 1000); }
 bool gcdsAreShort() { return size <= (wide ? 1000 : 10000); }
 
@@ -93,6 +97,11 @@ void flintRows() {
     timed("division", "FLINT", 1, division, [&] { nmod_poly_divrem(q, r, c, b); });
     timed("gcd", "FLINT", 10, gcd, [&] { nmod_poly_gcd(r, a, b); });
     if (powersAreShort()) timed("power", "FLINT", 20, power, [&] { nmod_poly_powmod_ui_binexp(r, a, exponent, b); });
+    std::vector<mp_limb_t> at(static_cast<std::size_t>(size) + 1), value(at.size());
+    for (std::size_t i = 0; i < at.size(); ++i) at[i] = 3 * i + 1;
+    timed("values", "FLINT", 20, values, [&] { nmod_poly_evaluate_nmod_vec(value.data(), a, at.data(), size + 1); });
+    timed("interpolation", "FLINT", 40, interpolation,
+          [&] { nmod_poly_interpolate_nmod_vec(r, at.data(), value.data(), size + 1); });
     if (size == 100 || size == 500)
       timed("factors", "FLINT", 1000, factors, [&] {
         nmod_poly_factor_t f;
@@ -178,6 +187,10 @@ DAG rows() {
   operands.a = coefficients(1, x, operands.m);
   operands.b = coefficients(2, x, operands.m);
   operands.product = mMultiply(operands.a, operands.b, operands.m);
+  DAG points = newl2(static_cast<Word>(size + 2), EXPSEQ);
+  for (long i = 0; i <= size; ++i) points[i + 1] = immediate(static_cast<std::int32_t>(3 * i + 1));
+  operands.points = simpl(new2(LIST, simpl(points)));
+  operands.values = mEval2(operands.a, operands.points, operands.m);
 #ifdef KOREL_HAVE_FLINT
   flintRows();
 #endif

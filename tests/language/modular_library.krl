@@ -39,3 +39,11 @@ b := RootOf(_Z^3 + _Z + 4): f := Expand((x^2 + b*x + 3)^2*(x + b)*(x^3 + 2)) mod
 # Random integers.
 type(rand(), integer), {seq(rand(3)(), k = 1 .. 100)}, {seq(rand(5 .. 7)(), k = 1 .. 100)}, modp1(Degree(Randpoly(x, 3)), 10^20);
 rand(0);
+# Dense polynomials over GF(9) and in two indeterminates.
+e := modp1(ConvertIn(y^2 + 1, y), 3): A := evalgf1(ConvertIn(x^2 + y*x + 2, x, y), 3): B := evalgf1(ConvertIn((y + 1)*x + 1, x, y), 3):
+evalgf1(Add(A, B, e), 3), evalgf1(Subtract(A, B, e), 3), evalgf1(Multiply(A, B, e), 3), evalgf1(Quo(A, B, e, 'r'), 3); r, evalgf1(Rem(A, B, e, 'q'), 3); q, evalgf1(Gcd(Multiply(A, B, e), Multiply(B, B, e), e), 3);
+evalgf1(Gcdex(A, B, e, 's', 't'), 3); evalgf1(Add(Multiply(s, A, e), Multiply(t, B, e), e), 3), evalgf1(Powmod(B, 81, A, e), 3), evalgf1(Resultant(A, B, e), 3), evalgf1(Eval(A, 2, e), 3), evalgf1(Eval(A, e, e), 3);
+evalgf1(Factors(Multiply(A, Multiply(B, B, e), e), e), 3), evalgf1(Irreduc(A, e), 3), evalgf1(Roots(Multiply(B, B, e), e), 3), evalgf1(Sqrfree(Multiply(B, B, e), e), 3), evalgf1(DistDeg(B, e), 3);
+evalgf1(Gcd(A, B), 3); evalgf1(Gcd(A, e, e), 3); evalgf1(Factors(Zero(x, y), e), 3); evalgf1(Powmod(A, -1, B, e), 3); evalgf1(Quo(A, Zero(x, y), e), 3);
+modp2(Add(A, B, A), 3), modp2(Subtract(A), 3), modp2(Subtract(A, B), 3), modp2(Multiply(A, B), 3), expand(modp2(ConvertOut(A), 3)*modp2(ConvertOut(B), 3)) mod 3, modp2(Multiply(A, Zero(x, y)), 3);
+modp1(ChremPoly([modp1(ConvertIn(x^2 + 1, x), 3), modp1(ConvertIn(2*x + 4, x), 5)], [3, 5]), 7); modp1(ChremPoly([], []), 7);

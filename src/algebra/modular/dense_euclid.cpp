@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "algebra/modular/dense_half_gcd.h"
 #include "algebra/modular/dense_instances.h"
 #include "algebra/modular/dense_polynomials.h"
 #include "frame/interrupts.h"
@@ -14,7 +15,9 @@ Dense<R> gcdDense(const R& ring, Dense<R> a, Dense<R> b) {
   if (a.degree < b.degree) std::swap(a, b);
   while (b.degree > 0) {
     Workspace space;
-    a.degree = divideDense(ring, a.c, a.degree, preparedDivisor(ring, space, b, 0), nullptr);
+    if (a.degree > b.degree && b.degree >= halfGcdFrom(ring) && halfGcdStep(ring, a, b) && b.degree <= 0) break;
+    a.degree = divideDense(ring, a.c, a.degree, preparedDivisor(ring, space, b, a.degree - b.degree + 1, Use::once),
+                           static_cast<typename R::Unit*>(nullptr));
     std::swap(a, b);
   }
   if (b.degree == 0 || a.degree == 0) {

@@ -36,3 +36,5 @@
   template void evaluateAtPoints(const R&, R::Unit*, Dense<R>, const R::Unit*, long);       \
   template long interpolateDense(const R&, R::Unit*, const R::Unit*, const R::Unit*, long); \
   template void translateDense(const R&, Dense<R>, const R::Unit*);
+
+#define KOREL_INSTANTIATE_HALF_GCD(R) template bool halfGcdStep(const R&, Dense<R>&, Dense<R>&);

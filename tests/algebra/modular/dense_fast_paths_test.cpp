@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "algebra/modular/dense_half_gcd.h"
 #include "algebra/modular/dense_objects.h"
 #include "algebra/modular/dense_transform.h"
 #include "algebra/modular/galois_rings.h"
@@ -161,6 +162,67 @@ TEST(DenseFastPaths, ProductsOverExtensions) {
         if (n > 3) compareQuotients(ring, space, random, 3 * n, n);
       }
   });
+}
+
+// Euclid's algorithm by halves and step by step; operands with and without a common factor, with jumps of the degree.
+TEST(DenseFastPaths, GreatestCommonDivisorsByHalves) {
+  std::mt19937_64 random(22);
+  for (const char* modulus : {"2", "46327", "10^100+267"}) {
+    SCOPED_TRACE(modulus);
+    withModularRing(simpl(valueOf(modulus)), [&](const auto& ring, Workspace&) {
+      const long least = halfGcdFrom(ring);
+      for (long common : {0L, least + 3})
+        for (long jump : {1L, 40L}) {
+          Workspace space;
+          auto g = randomDense(ring, space, random, common), u = randomDense(ring, space, random, least + jump),
+               v = randomDense(ring, space, random, least);
+          auto a = g, b = g;
+          a.c = ring.take(space, common + u.degree + 1);
+          b.c = ring.take(space, common + u.degree + 1);
+          a.degree = multiplyDense(ring, a.c, g, u);
+          b.degree = multiplyDense(ring, b.c, g, v);
+          auto c = copied(ring, space, a, 0), d = copied(ring, space, b, a.degree);
+          while (d.degree >= 0) {
+            Workspace step;
+            c.degree =
+                divideDense(ring, c.c, c.degree, preparedDivisor(ring, step, d, 0), ring.take(step, a.degree + 1));
+            std::swap(c, d);
+          }
+          scaleDense(ring, c.c, c, invertedLead(ring, space, c));
+          auto result = gcdDense(ring, a, b);
+          EXPECT_EQ(result.degree, c.degree) << common << ", " << jump;
+          EXPECT_TRUE(sameCoefficients(ring, result.c, c.c, c.degree + 1)) << common << ", " << jump;
+        }
+    });
+  }
+}
+
+// Many points at once: values by trees are those by Horner's rule, and give the polynomial back.
+TEST(DenseFastPaths, ManyPoints) {
+  std::mt19937_64 random(23);
+  for (const char* modulus : {"46327", "46337", "10^100+267"}) {
+    SCOPED_TRACE(modulus);
+    withModularRing(simpl(valueOf(modulus)), [&](const auto& ring, Workspace&) {
+      for (long n : {63, 64, 65, 200, 333}) {
+        Workspace space;
+        auto a = randomDense(ring, space, random, n - 1);
+        auto *points = ring.take(space, n), *values = ring.take(space, n), *one = ring.take(space, 1);
+        auto* back = ring.take(space, n + 1);
+        for (long i = 0; i < n; ++i) ring.setSmall(ring.at(points, i), static_cast<std::uint64_t>(7 * i * i + i));
+        evaluateAtPoints(ring, values, a, points, n);
+        for (long i = 0; i < n; ++i) {
+          evaluateDense(ring, one, a, ring.at(points, i));
+          EXPECT_TRUE(ring.isEqual(one, ring.at(values, i))) << n << ", " << i;
+        }
+        EXPECT_EQ(interpolateDense(ring, back, points, values, n), a.degree);
+        EXPECT_TRUE(sameCoefficients(ring, back, a.c, n)) << n;
+      }
+    });
+  }
+  EXPECT_EQ(say("modp1(Interp([seq(k, k = 0 .. 200), 7], [seq(k, k = 0 .. 201)], x), 46327);"),
+            "Error, the same point has been entered twice");
+  EXPECT_EQ(say("modp1(Interp([seq(2*k, k = 0 .. 200)], [seq(k, k = 0 .. 200)], x), 46320);"),
+            "Error, the modular inverse does not exist");
 }
 
 // Degrees of thousands: a product of known roots is zero there, and divides what it made.
