@@ -41,7 +41,10 @@ end proc:
   local value;
   value := traperror(eval(name));
   if type(eval(value), procedure) and [op(5, eval(value))] <> [] then return op(5, eval(value)) end if;
-  `if`(type(eval(value), procedure), cat("", name, "(...): a procedure without a description"), "")
+  if type(eval(value), procedure) then cat("", name, "(...): a procedure without a description")
+  elif assigned(name) and eval(value) <> name then cat("", name, ": a name that has a value")
+  else ""
+  end if
 end proc:
 
 `help/builtins` := [
