@@ -12,6 +12,8 @@
 #include "eval/walk/walk_memory.h"
 #include "external/call_external.h"
 #include "external/libraries.h"
+#include "files/file_access.h"
+#include "files/file_table.h"
 #include "hardware/hardware_frame.h"
 #include "library/archive/archive_files.h"
 #include "library/archive/member_io.h"
@@ -37,6 +39,8 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeNative},
     {HookMoment::initialised, initializeLibrary},
     {HookMoment::initialised, initializeRTables},
+    {HookMoment::initialised, InitializeIOLibrary},
+    {HookMoment::initialised, forgetHeldLines},
     {HookMoment::everyStatement, ResetDebugger},
     {HookMoment::initialised, ResetModRand},
     {HookMoment::initialised, initializeExternalLibraries},
@@ -51,6 +55,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::everyStatement, resetExternalCalls},
     {HookMoment::throwAway, CloseExternalLibraries},
     {HookMoment::throwAway, CloseAllRepositories},
+    {HookMoment::throwAway, CleanUpIOLibrary},
     {HookMoment::throwAway, CleanUpDebugger},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::throwAway, FlushDotMFileCache},
@@ -58,6 +63,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::startFiles, ResetSimplifier},
     {HookMoment::startFiles, InitializeHelp},
     {HookMoment::stop, UnloadModules},
+    {HookMoment::exitProcess, CleanUpIOLibrary},
     {HookMoment::stop, SaveTraceInformation},
     {HookMoment::exitProcess, FlushDotMFileCache},
     {HookMoment::exitProcess, CloseExternalLibraries},

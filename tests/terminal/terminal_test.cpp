@@ -220,6 +220,9 @@ TEST(Terminal, SessionsPromptAndGoOn) {
   EXPECT_EQ(session.seen().find("12321"), std::string::npos) << session.seen();
   session.type("?seq\r");
   ASSERT_TRUE(session.shows("seq")) << session.seen();
+  // The prompt begins a line of its own.
+  session.type("printf(\"half a %s\", line);\r");
+  ASSERT_TRUE(session.shows("half a line\r\n")) << session.seen();
   session.type("40 + 2;\r");
   ASSERT_TRUE(session.shows("42\r\n")) << session.seen();
   session.type("quit(3)\r;\r");
@@ -241,7 +244,11 @@ TEST(Terminal, ResultsAreLaidOutInTwoDimensions) {
       {"y - 2*I*x/z;", "    2*I x\ny - -----\n      z\n"},
       {"x^2 - (1-2*I);", " 2\nx  - 1 + 2*I\n"},
       {"(a . b)^2;", "     2\n(a.b)\n"},
-      {"<1/x, c>;", "<1/x,c>\n"},
+      {"<1/x, c>;", "[1]\n[-]\n[x]\n[ ]\n[c]\n"},
+      {"Matrix([[1, x^2], [a, -33]]);", "[    2 ]\n[1  x  ]\n[      ]\n[a  -33]\n"},
+      {"v := Vector[row]([1, 2, 30]);", "v := [1  2  30]\n"},
+      {"[Vector([1, 2]), x];", "[[1], x]\n[[2]   ]\n"},
+      {"Matrix(20, 3, storage = sparse);", "[20 x 3 Matrix, anything, sparse]\n"},
       {"INTERFACE_SET(prettyprint, 0): x^2;", "x^2\n"},
   };
   Session session;
