@@ -31,6 +31,7 @@ echo
 "$(dirname "$0")/collections.sh" "$build"
 "$(dirname "$0")/library.sh" "$build"
 "$(dirname "$0")/rtables.sh" "$build"
+"$(dirname "$0")/files.sh" "$build"
 echo
 "$(dirname "$0")/external.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then
