@@ -244,39 +244,45 @@ DAG RTableModifyIntoCopy(DAG r, DAG (*change)(DAG element, void* state), void* s
   return copy ? copy : r;
 }
 
+// ---- float values
+
 namespace {
 
-// Sparse storage of software floats keeps its entries in another way than that of objects.
-DAG evalfSparse(DAG r) {
-  RTableSettings settings = CopyRTableSettings(r, true);
-  settings.datatype = dataDag;
-  settings.elementType = ini("sfloat");
-  settings.readOnly = settings.foreign = false;
-  std::int32_t bounds[2 * maxDimensions];
-  std::copy(boundsOf(r), boundsOf(r) + 2 * dimensionsOf(r), bounds);
-  DAG copy = RTableCreate(settings, DAG(), bounds, DataMode::cleared);
-  updategen(copy);
-  forEachEntry(r, [=](const std::int32_t* index) { storeInitial(copy, index, simpl(evalf(selectElement(r, index)))); });
-  return copy;
+// Those of the positions that are kept, in their order.
+DAG floatValues(DAG r) {
+  DAG values = new1(EXPSEQ);
+  forEachEntry(r, [&](const std::int32_t* index) {
+    DAG element = selectElement(r, index);
+    DAG value = element ? simpl(evalf(element)) : cons0;
+    updategen(value);
+    values = Append2(values, value);
+    collectInLoop();
+  });
+  return values;
 }
 
 }  // namespace
 
-DAG evalfRTable(DAG r) {
+DAG RTableEvalf(DAG r) {
+  RTableSettings settings = CopyRTableSettings(r, true);
+  settings.readOnly = settings.foreign = false;
+  updategen(r);
+  DAG values = floatValues(r);
   const bool isHardware = datatypeOf(r) == dataFloat64 || datatypeOf(r) == dataComplexFloat64;
-  if (isHardware && environmentWord(envUseHardwareFloats) == ini("true")) return CopyRTable(r);
-  if (storageOf(r) == storageSparse) return evalfSparse(r);
-  DAG copy = CopyRTableWithNewType(r, dataDag);
-  updateFlag(copy, rtableReadOnly, 0);
+  if (!isHardware || !usesHardwareFloats()) {
+    auto isFloat = [](DAG x) { return RTableType(dataDag, ini("sfloat"), x); };
+    settings.datatype = datatypeOf(r) == dataComplexFloat ? Word{dataComplexFloat} : Word{dataDag};
+    settings.elementType =
+        settings.datatype == dataComplexFloat || everyMember(values, isFloat) ? ini("sfloat") : ini("anything");
+  }
+  std::int32_t bounds[2 * maxDimensions];
+  std::copy(boundsOf(r), boundsOf(r) + 2 * dimensionsOf(r), bounds);
+  DAG copy = RTableCreate(settings, DAG(), bounds, DataMode::cleared);
   updategen(copy);
-  // Symbols stay among the floats.
-  UpdateRTABLE(copy, rtableElementType, ini("anything").word);
-  forEachEntry(copy, [copy](const std::int32_t* index) {
-    passWork(objectSteps);
-    DAG element = selectElement(copy, index), value = element ? simpl(evalf(element)) : element;
-    if (value != element) assignElement(copy, index, value);
+  Word at = 1;
+  forEachEntry(r, [&](const std::int32_t* index) {
+    if (at < lengthOf(values)) assignElement(copy, index, values[at++]);
   });
-  UpdateRTABLE(copy, rtableElementType, ini("sfloat").word);
   return copy;
 }
 
