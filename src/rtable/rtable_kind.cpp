@@ -283,6 +283,9 @@ DAG RTableEvalf(DAG r) {
   forEachEntry(r, [&](const std::int32_t* index) {
     if (at < lengthOf(values)) assignElement(copy, index, values[at++]);
   });
+  // Symbols stay among the floats. Sparse storage keeps objects and floats in two ways.
+  if (datatypeOf(copy) == dataDag && storageOf(copy) != storageSparse)
+    UpdateRTABLE(copy, rtableElementType, ini("sfloat").word);
   return copy;
 }
 
