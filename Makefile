@@ -42,14 +42,16 @@ program:
 
 test:
 	@tools/packages.sh $(NEEDED) $(TESTING)
-	@tools/packages.sh --optional libedit-dev python3 $(REFERENCES) $(FOREIGN)
+	@tools/packages.sh --optional libedit-dev python3 $(REFERENCES)
+	@for package in $(FOREIGN); do tools/packages.sh --optional $$package; done
 	@cmake --preset release </dev/null
 	@cmake --build --preset release </dev/null
 	@ctest --preset release -j $(JOBS) </dev/null
 
 sanitize:
 	@tools/packages.sh $(NEEDED) $(TESTING)
-	@tools/packages.sh --optional libedit-dev python3 $(REFERENCES) $(FOREIGN)
+	@tools/packages.sh --optional libedit-dev python3 $(REFERENCES)
+	@for package in $(FOREIGN); do tools/packages.sh --optional $$package; done
 	@cmake --preset debug </dev/null
 	@cmake --build --preset debug </dev/null
 	@ctest --preset debug -j $(JOBS) </dev/null

@@ -30,6 +30,8 @@ echo
 "$(dirname "$0")/hardware.sh" "$build"
 "$(dirname "$0")/collections.sh" "$build"
 "$(dirname "$0")/library.sh" "$build"
+echo
+"$(dirname "$0")/external.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then
   echo
   echo 'Printing (of_sink: times as long as the bare sink)'

@@ -57,7 +57,7 @@ void checkBytes(long bytes) {
   if (bytes < 1) KernelException("%1 is too few bytes to allocate", integerOf(bytes));
 }
 BlockHead* memoryFor(BlockHead* old, long bytes) {
-  constexpr long mostBytes = static_cast<long>(PTRDIFF_MAX) - static_cast<long>(sizeof(BlockHead));
+  constexpr long mostBytes = 1L << 39;  // no machine has more to give, and no allocator is asked for it
   void* memory = bytes > mostBytes ? nullptr : std::realloc(old, sizeof(BlockHead) + static_cast<std::size_t>(bytes));
   return static_cast<BlockHead*>(memory);
 }

@@ -21,9 +21,9 @@ degree(sin(x), x), degree(sin(y), x), degree(x^(-2), x), ldegree(x^(-2) + x, x),
 degree(x, x, 1); degree(); degree(x, 3);
 # Indeterminates: what is constant is none.
 constants := false, gamma, infinity, true, Catalan, FAIL, Pi:
-evalb(indets(f(x) + x^n + Pi*sin(1) + a[1]) = {f(x), x^n, x, n, a[1]}), evalb(indets(y[1]^3*y) = {y, y[1]}), indets(x^(1/2) + 2^y), indets(5), indets("s"), indets([x = 1, {z}, 3]), indets(sin(Pi)), indets(x::integer);
+evalb(indets(f(x) + x^n + Pi*sin(1) + a[1]) = {f(x), x^n, x, n, a[1]}), evalb(indets(y[1]^3*y) = {y, y[1]}), evalb(indets(x^(1/2) + 2^y) = {x, y}), indets(5), indets("s"), evalb(indets([x = 1, {z}, 3]) = {x, z}), indets(sin(Pi)), indets(x::integer);
 indets(RootOf(_Z^2 - 2)), indets(RootOf(_Z^2 - a)) minus {a}, indets(RootOf(a));
-indets([f(x), x^2 + 3], integer), indets(sin(x)*cos(y)^2, function), indets(x + y^2, name), indets(f(g(x)), function), indets(x^2 + sin(x^3), `^`), indets(x = 3, {name, integer});
+indets([f(x), x^2 + 3], integer); evalb(indets(sin(x)*cos(y)^2, function) = {sin(x), cos(y)}), evalb(indets(x + y^2, name) = {x, y}), evalb(indets(f(g(x)), function) = {g(x), f(g(x))}), evalb(indets(x^2 + sin(x^3), `^`) = {x^2, x^3}), evalb(indets(x = 3, {name, integer}) = {3, x});
 indets(''x''); indets(x, y, z); indets();
 constants := 'constants':
 # Digits in a base, largest coefficients.

@@ -19,6 +19,7 @@ class AscendingTerms {
   /// Of the pair `i`, from 1.
   DAG coefficient(Word i) const { return series_[2 * i]; }
   std::int32_t exponent(Word i) const { return static_cast<std::int32_t>(rawField(series_, 2 * i + 1)); }
+  void setCoefficient(Word i, DAG value) { series_[2 * i] = value; }
   void removeTop() { shorten(series_, lengthOf(series_), lengthOf(series_) - 2); }
   /// Takes q * x^e times all terms of `b` but its highest away.
   void subtractMultiple(const AscendingTerms& b, DAG q, std::int64_t e);

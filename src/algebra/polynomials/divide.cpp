@@ -115,34 +115,43 @@ bool divideInLibrary(DAG a, DAG b, DAG& quotient) {
 
 }  // namespace
 
-bool divideZ(DAG a, DAG b, DAG& quotient) {
-  if (a == b) {
-    quotient = cons1;
-    return true;
-  }
-  if (isInteger(b)) return divideByInteger(a, b, quotient);
+namespace {
+
+bool isLongDivision(DAG a, DAG b, DAG variablesOfA) {
+  constexpr std::int64_t wordsForLibrary = 12000;  // product of the lengths, for each variable
+  return isTag(b, SUM) && isTag(a, SUM) &&
+         memberCount(variablesOfA) * wordsForLibrary <
+             (std::int64_t{lengthOf(a)} - 3) * (std::int64_t{lengthOf(b)} - 3);
+}
+
+bool divideInVariable(DAG a, DAG b, DAG& quotient, bool mayAskLibrary) {
   DAG variables = indetsSequence(b);
   if (variables == null) refuse(a, b);
-  DAG x = mainVariable(a, b, variables);
-  if (a == cons0) {
-    quotient = cons0;
-    return true;
-  }
-  DAG variablesOfA = indetsSequence(a);
+  DAG x = mainVariable(a, b, variables), variablesOfA = indetsSequence(a);
   if (!everyMember(variables, [&](DAG v) { return isMember(v, variablesOfA); })) return false;
   DAG da = degree(a, x), db = degree(b, x);
   if (!isInteger(da) || !isInteger(db)) refuse(a, b);
   if (compcon(da, db) < 0) return false;
-  constexpr std::int64_t wordsForLibrary = 12000;  // product of the lengths, for each variable
-  if (isTag(b, SUM) && isTag(a, SUM) &&
-      memberCount(variablesOfA) * wordsForLibrary < (std::int64_t{lengthOf(a)} - 3) * (std::int64_t{lengthOf(b)} - 3))
-    return divideInLibrary(a, b, quotient);
+  if (mayAskLibrary && isLongDivision(a, b, variablesOfA)) return divideInLibrary(a, b, quotient);
   return withFloatContext(false, [&] {
     AscendingTerms rest = ascendingTerms(a, x), divisor = ascendingTerms(b, x);
     if (!lowestAgree(rest, divisor)) return false;
     return longDivision(rest, divisor, x, quotientBound(a, variablesOfA, da), quotient);
   });
 }
+
+}  // namespace
+
+bool divideZ(DAG a, DAG b, DAG& quotient) {
+  if (a == b) {
+    quotient = cons1;
+    return true;
+  }
+  if (isInteger(b)) return divideByInteger(a, b, quotient);
+  return divideInVariable(a, b, quotient, true);
+}
+
+bool divideByTerms(DAG a, DAG b, DAG& quotient) { return divideInVariable(a, b, quotient, false); }
 
 namespace {
 

@@ -11,6 +11,8 @@ namespace korel {
 bool divide(DAG a, DAG b, DAG& quotient);
 /// The same without memory and without a look at contents.
 bool divideZ(DAG a, DAG b, DAG& quotient);
+/// The same by long division whatever the length, for operands that are nothing for the engine.
+bool divideByTerms(DAG a, DAG b, DAG& quotient);
 
 namespace builtin {
 /// divide(a, b [, 'q']).

@@ -1,5 +1,7 @@
 #include "algebra/polynomials/expand.h"
 
+#include <algorithm>
+
 #include "algebra/float_context.h"
 #include "algebra/polynomial_types.h"
 #include "eval/simplify/simplify.h"
@@ -82,6 +84,22 @@ DAG exprod(DAG a, DAG b) {
   if (isTag(b, COMPLEX)) return timesComplex(a, b);
   if (isTag(a, COMPLEX)) return timesComplex(b, a);
   return timesSum(a, b);
+}
+
+DAG productByTerms(DAG a, DAG b) {
+  constexpr std::int64_t mostPairs = 1 << 20;  // of a sum before like terms are merged
+  a = asSum(a);
+  b = asSum(b);
+  if (isTag(b, COMPLEX)) return timesComplex(a, b);
+  if (isTag(a, COMPLEX)) return timesComplex(b, a);
+  const auto rows = static_cast<Word>(std::max<std::int64_t>(1, mostPairs / lengthOf(b)));
+  DAG sum = cons0;
+  for (Word first = 1; first < lengthOf(a); first += 2 * rows) {
+    const Word end = std::min(first + 2 * rows, lengthOf(a));
+    DAG part = simpl(timesSum(copysub(a, first - 1, end - first), b));
+    sum = sum == cons0 ? part : simpl(new5(SUM, sum, cons1, part, cons1));
+  }
+  return sum;
 }
 
 DAG exlistprod(DAG a, DAG b) {

@@ -15,6 +15,8 @@ namespace korel {
 DAG expand(DAG x);
 /// Product of two sums, or single terms, multiplied out; the terms are themselves expanded. Simplified.
 DAG exprod(DAG a, DAG b);
+/// The same term by term whatever the length, for operands that are nothing for the engine.
+DAG productByTerms(DAG a, DAG b);
 /// Product where one operand or both may be a LIST: a list takes the other factor into each member. Not simplified.
 DAG exlistprod(DAG a, DAG b);
 

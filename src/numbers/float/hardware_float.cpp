@@ -174,7 +174,7 @@ DAG HardwareToSoftwareFloat(double x) {
   if (std::fabs(x) < 2147483648.0 && x == std::trunc(x)) return newFLOAT(Newint(static_cast<std::int32_t>(x)), cons0);
   // One digit, a point and others if there are any, `e`, the exponent.
   char text[40];
-  *std::to_chars(text, text + sizeof text - 1, std::fabs(x), std::chars_format::scientific).ptr = 0;
+  const char* end = std::to_chars(text, text + sizeof text, std::fabs(x), std::chars_format::scientific).ptr;
   std::int64_t mantissa = 0;
   std::int32_t exponent = 0;
   const char* at = text;
@@ -183,7 +183,11 @@ DAG HardwareToSoftwareFloat(double x) {
     mantissa = mantissa * 10 + (*at - '0');
     if (at != text) --exponent;
   }
-  exponent += static_cast<std::int32_t>(std::strtol(at + 1, nullptr, 10));
+  // A sign and two or three digits.
+  const bool isFraction = at[1] == '-';
+  std::int32_t power = 0;
+  for (at += 2; at != end; ++at) power = power * 10 + (*at - '0');
+  exponent += isFraction ? -power : power;
   return newFLOAT(NewInteger(x < 0 ? -mantissa : mantissa), Newint(exponent));
 }
 

@@ -1,0 +1,37 @@
+# Long products and powers are those of the values.
+at := [x = 3, y = -2, z = 5/7, u = 11, a = 2]:
+for p in [(1 + x + y + z)^9*(x - y + 2*z + 3)^8, (x/2 - y/3 + z*u)^11, (x^(1/2) + y)^20, (a^3*x - 7)^30, (x + 1)^120, (10^40*x + y - 3)^9*(x*y + 10^35)^7, (x*y*z*u + 1)^14*(x^1000 - y^2)^3, (g(x) + 2*h(x, y) - 1)^12, (1/x + y + 2/z)^13, (x - 1)^40*(x + 1)^40 - (x^2 - 1)^40, (x + y)^14*(x - y)^14] do
+  e := expand(p); lprint(nops(e), evalb(normal(subs(at, e) - subs(at, p)) = 0))
+end do:
+expand((1 + x + y)^30*(1 - x - y)^30) - expand((1 - (x + y)^2)^30), nops(expand((x + y + z + u + 1)^16)), expand((x - y)^12*(x + y)^12 - (x^2 - y^2)^12);
+evalf(subs(x = 1/3, expand((x + 0.5)^25)) - (1/3 + 0.5)^25, 5);
+# What no memory holds is refused before it is begun.
+expand((x + 1)^(10^9)); expand((x + 1)^(10^20)); expand((a + b + c + d + e + f + g1 + h1)^40);
+# A limit of time reaches into a product; the session goes on.
+p := expand((a + b + c + d + u)^30): q := expand((x + y + z + v + w + 1)^16):
+try timelimit(0.3, expand(p*q)) catch: lasterror end try; nops(expand((x + 2)^3));
+# What is remembered: results, but none with floats.
+expand((x + 7)^2): expand((x + 7.5)^2): has([entries(op(4, eval(expand)))], 14*x), hastype([entries(op(4, eval(expand)))], float);
+# The long way gives what the short one gives.
+f := expand((1 + x + y + z)^12): g := expand((x - 2*y + 3*z + 5)^11): h := expand((x^3*y - z^2 + 7)^6 + x):
+for a in [f, g, h] do for b in [f, g, h, 2*f, f + 1, x*y - z] do
+  p := expand(a*b): lprint(nops(p), divide(p, a, 'q'), evalb(q = b), divide(p + 1, a), divide(p, 2*a), divide(expand(3*p + a*z^20), a))
+end do end do:
+divide(expand((x - y)^40*(10^50*x + 3)^20), expand((x - y)^20), 'q'), evalb(expand(q*(x - y)^20) = expand((x - y)^40*(10^50*x + 3)^20));
+p := expand((1 + x^3 + y^2 + z + u + v)^11): p2 := expand(p*(p + 3)): try timelimit(0.3, divide(p2, p)) catch: lasterror end try; divide(x^2 - 4, x + 2);
+# Divisors of products with a factor in common.
+seed := 4711: rnd := proc(n) global seed; seed := irem(seed*16807, 2147483647); irem(seed, n) end proc:
+poly := proc(vars, terms, degree) local k, v; add((rnd(199) - 99)*mul(v^rnd(degree + 1), v = vars), k = 1 .. terms) end proc:
+count := 0:
+for k to 60 do
+  vars := [x, y, z, u, v][1 .. 1 + irem(k, 3)];
+  a, b, c := poly(vars, 6, 4), poly(vars, 5, 4), poly(vars, 4, 3);
+  g := gcd(expand(a*c), expand(b*c));
+  if not divide(g, c/icontent(c)) and c <> 0 or not divide(expand(a*c), g) or not divide(expand(b*c), g) then lprint("gcd", a, b, c, g) else count := count + 1 end if
+end do: count;
+# A sum of many fractions has the value that it had.
+at := [x = 7, y = -3/2, z = 11]:
+for s in [add(1/(x + k), k = 1 .. 40), add((x - k)/((y + k)*(x + y)), k = 1 .. 12), add(k*x^k/(x*y - k)^2, k = 1 .. 8), add(1/((x + k)*(x + k + 1)), k = 1 .. 60), add(1/(x^k - 1), k = 1 .. 12), (x/y + y/z + z/x)^3 - 1/(x*y*z), 1/(1 + 1/(1 + 1/(1 + 1/(x + y))))] do
+  n := normal(s): e := normal(s, expanded): lprint(evalb(subs(at, n) = subs(at, s)), evalb(subs(at, e) = subs(at, s)), evalb(subs(at, numer(s)/denom(s)) = subs(at, s)), gcd(expand(numer(s)), expand(denom(s))))
+end do:
+evalb(normal(add(1/((x + k)*(x + k + 1)), k = 0 .. 99)) = 100/(x*(x + 100))), normal((x^60 - 1)/(x^45 - 1)), normal(add(1/(x + k), k = 1 .. 5) - add(1/(x + k), k = 1 .. 5));
