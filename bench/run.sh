@@ -30,6 +30,7 @@ echo
 "$(dirname "$0")/hardware.sh" "$build"
 "$(dirname "$0")/collections.sh" "$build"
 "$(dirname "$0")/library.sh" "$build"
+"$(dirname "$0")/files.sh" "$build"
 echo
 "$(dirname "$0")/external.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then

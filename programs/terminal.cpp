@@ -10,6 +10,7 @@
 #include "help.h"
 #include "interrupt.h"
 #include "line_editor.h"
+#include "render.h"
 #include "session/interface.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -98,6 +99,7 @@ bool askForLine() {
   takeInterrupt();  // what ran is over
   for (;;) {
     typedLength = typedPosition = 0;
+    finishOutputLine();
     switch (editLine(defaultNerinVariables.prompt, typed, typedLength)) {
       case LineStatus::end: typedLength = 0; return false;
       case LineStatus::interrupted:

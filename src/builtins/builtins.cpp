@@ -10,7 +10,6 @@
 #include "algebra/polynomials/indeterminates.h"
 #include "algebra/polynomials/integer_polynomials.h"
 #include "algebra/polynomials/normal.h"
-#include "builtins/iolib.h"
 #include "builtins/name_builtins.h"
 #include "builtins/operator_builtins.h"
 #include "builtins/raw_objects.h"
@@ -42,6 +41,9 @@
 #include "external/call_external.h"
 #include "external/define_external.h"
 #include "external/float_library.h"
+#include "files/iolib.h"
+#include "files/redirection.h"
+#include "files/shell_commands.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "frame/output_builtins.h"
@@ -121,7 +123,7 @@ constexpr Builtin builtins[] = {
     {"alias",                   simplified,  builtin::alias},
     {"anames",                  simplified,  builtin::anames},
     {"and",                     simplified,  builtin::andOperator},
-    {"appendto",                simplified,  nullptr},
+    {"appendto",                simplified,  builtin::appendto},
     {"array",                   simplified,  builtin::array},
     {"assemble",                simplified,  builtin::assemble},
     {"assigned",                unevaluated, builtin::assigned},
@@ -230,7 +232,7 @@ constexpr Builtin builtins[] = {
     {"setattribute",            simplified,  builtin::setattribute},
     {"sign",                    simplified,  builtin::sign},
     {"sort",                    simplified,  builtin::sort},
-    {"ssystem",                 simplified,  nullptr},
+    {"ssystem",                 simplified,  builtin::ssystem},
     {"stop",                    simplified,  builtin::quit},
     {"streamcall",              unevaluated, builtin::streamcall},
     {"subs",                    simplified,  builtin::subs},
@@ -251,7 +253,7 @@ constexpr Builtin builtins[] = {
     {"unbind",                  simplified,  builtin::unbind},
     {"union",                   simplified,  builtin::unionOperator},
     {"userinfo",                unevaluated, builtin::userinfo},
-    {"writeto",                 simplified,  nullptr},
+    {"writeto",                 simplified,  builtin::writeto},
 };
 static_assert(std::size(builtins) == lastBuiltin - firstBuiltin + 1);
 
@@ -303,8 +305,11 @@ DAG callBuiltin(int number, DAG form, DAG self) {
 }
 
 DAG unevaluatedCall(const BuiltinCall& call) {
-  if (call.arguments == call.form[2]) return call.form;
+  // What was called may have been a parameter, which means nothing outside its procedure.
+  DAG head = isName(call.form[1]) ? call.form[1] : call.self;
+  if (call.arguments == call.form[2] && head == call.form[1]) return call.form;
   DAG form = CopyAlg(call.form);
+  form[1] = head;
   form[2] = call.arguments;
   return form;
 }

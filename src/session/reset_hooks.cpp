@@ -10,6 +10,8 @@
 #include "eval/walk/walk_memory.h"
 #include "external/call_external.h"
 #include "external/libraries.h"
+#include "files/file_access.h"
+#include "files/file_table.h"
 #include "hardware/hardware_frame.h"
 #include "library/archive/archive_files.h"
 #include "library/archive/member_io.h"
@@ -35,6 +37,8 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeNative},
     {HookMoment::initialised, initializeLibrary},
     {HookMoment::initialised, initializeRTables},
+    {HookMoment::initialised, InitializeIOLibrary},
+    {HookMoment::initialised, forgetHeldLines},
     {HookMoment::initialised, ResetModRand},
     {HookMoment::initialised, initializeExternalLibraries},
     {HookMoment::initialised, initializeExternalCalls},
@@ -48,12 +52,14 @@ constexpr HookRow hookRows[] = {
     {HookMoment::everyStatement, resetExternalCalls},
     {HookMoment::throwAway, CloseExternalLibraries},
     {HookMoment::throwAway, CloseAllRepositories},
+    {HookMoment::throwAway, CleanUpIOLibrary},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::throwAway, FlushDotMFileCache},
     {HookMoment::throwAway, forgetDirectoryContents},
     {HookMoment::startFiles, ResetSimplifier},
     {HookMoment::startFiles, InitializeHelp},
     {HookMoment::stop, UnloadModules},
+    {HookMoment::exitProcess, CleanUpIOLibrary},
     {HookMoment::exitProcess, FlushDotMFileCache},
     {HookMoment::exitProcess, CloseExternalLibraries},
 };

@@ -283,6 +283,9 @@ TEST(Terminal, SessionsPromptAndGoOn) {
   EXPECT_EQ(session.seen().find("12321"), std::string::npos) << session.seen();
   session.type("?seq\r");
   ASSERT_TRUE(session.shows("seq")) << session.seen();
+  // The prompt begins a line of its own.
+  session.type("printf(\"half a %s\", line);\r");
+  ASSERT_TRUE(session.shows("half a line\r\n")) << session.seen();
   session.type("40 + 2;\r");
   ASSERT_TRUE(session.shows("42\r\n")) << session.seen();
   session.type("quit(3)\r;\r");
