@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "debug/debugger.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "help.h"
@@ -49,7 +50,7 @@ ssize_t readSource(char* buffer, std::size_t size) {
   for (;;) {
     ssize_t got = read(source, buffer, size);
     if (got >= 0 || errno != EINTR) return got;
-    if (takeInterrupt() && programWaits) interruptProgram();
+    if (takeInterrupt() && programWaits && !interruptsWait()) interruptProgram();
   }
 }
 
@@ -162,12 +163,15 @@ DAG readUserLine(const char* prompt) {
   const char* line;
   std::size_t length;
   if (isatty(STDIN_FILENO) == 0) prompt = "";
-  switch (plainLine(prompt, line, length)) {
-    case LineStatus::line: return strinstall(line);
-    case LineStatus::interrupted: interruptProgram();
-    case LineStatus::end: break;
+  for (;;) {
+    switch (plainLine(prompt, line, length)) {
+      case LineStatus::line: return strinstall(line);
+      case LineStatus::interrupted:
+        if (!interruptsWait()) interruptProgram();
+        continue;  // in the debugger's dialogue the line alone is dropped
+      case LineStatus::end: return null;
+    }
   }
-  return null;
 }
 
 void closeStatements() {

@@ -1,5 +1,6 @@
 #include "builtins/builtins.h"
 
+#include "algebra/differentiation/diff.h"
 #include "algebra/modular/modular_expressions.h"
 #include "algebra/modular/selectors.h"
 #include "algebra/polynomials/coefficients.h"
@@ -10,10 +11,13 @@
 #include "algebra/polynomials/indeterminates.h"
 #include "algebra/polynomials/integer_polynomials.h"
 #include "algebra/polynomials/normal.h"
+#include "algebra/series/expansion.h"
 #include "builtins/name_builtins.h"
 #include "builtins/operator_builtins.h"
 #include "builtins/raw_objects.h"
 #include "debug/debugger.h"
+#include "debug/debugopts.h"
+#include "debug/statement_trace.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/evaluation_builtins.h"
 #include "eval/evaluate/known_values.h"
@@ -83,7 +87,7 @@ constexpr Builtin builtins[] = {
     {"||",                      simplified,  builtin::catenate},
     {"^",                       simplified,  builtin::powerOperator},
     {"CopySign",                simplified,  builtin::CopySign},
-    {"DEBUG",                   simplified,  builtin::DEBUG_},
+    {"DEBUG",                   unevaluated, builtin::DEBUG_},
     {"Default0",                simplified,  builtin::Default0},
     {"DefaultOverflow",         simplified,  builtin::DefaultOverflow},
     {"DefaultUnderflow",        simplified,  builtin::DefaultUnderflow},
@@ -114,7 +118,7 @@ constexpr Builtin builtins[] = {
     {"Scale10",                 simplified,  builtin::Scale10},
     {"Scale2",                  simplified,  builtin::Scale2},
     {"SearchText",              members,     builtin::SearchText},
-    {"TRACE",                   unevaluated, nullptr},
+    {"TRACE",                   unevaluated, builtin::TRACE},
     {"ToInert",                 neverCalled, nullptr},
     {"Unordered",               simplified,  builtin::Unordered},
     {"abs",                     simplified,  builtin::abs},
@@ -137,11 +141,11 @@ constexpr Builtin builtins[] = {
     {"conjugate",               simplified,  builtin::conjugate},
     {"convert",                 simplified,  builtin::convert},
     {"crinterp",                neverCalled, nullptr},
-    {"debugopts",               simplified,  nullptr},
+    {"debugopts",               unevaluated, builtin::debugopts},
     {"define_external",         simplified,  builtin::define_external},
     {"degree",                  simplified,  builtin::degree},
     {"denom",                   simplified,  builtin::denom},
-    {"diff",                    simplified,  nullptr},
+    {"diff",                    simplified,  builtin::diff},
     {"disassemble",             simplified,  builtin::disassemble},
     {"divide",                  simplified,  builtin::divide},
     {"$",                       simplified,  builtin::dollar},
@@ -172,7 +176,7 @@ constexpr Builtin builtins[] = {
     {"indets",                  simplified,  builtin::indets},
     {"indices",                 simplified,  builtin::indices},
     {"intersect",               simplified,  builtin::intersectOperator},
-    {"int/series",              simplified,  nullptr},
+    {"int/series",              simplified,  builtin::intSeries},
     {"iolib",                   simplified,  builtin::iolib},
     {"iquo",                    members,     builtin::iquo},
     {"irem",                    members,     builtin::irem},
@@ -206,7 +210,7 @@ constexpr Builtin builtins[] = {
     {"numer",                   simplified,  builtin::numer},
     {"op",                      members,     builtin::op},
     {"or",                      simplified,  builtin::orOperator},
-    {"order",                   simplified,  nullptr},
+    {"order",                   simplified,  builtin::order},
     {"parse",                   simplified,  builtin::parse},
     {"pointto",                 simplified,  builtin::pointto},
     {"print",                   simplified,  builtin::print},
@@ -228,7 +232,7 @@ constexpr Builtin builtins[] = {
     {"select",                  simplified,  builtin::select},
     {"selectremove",            simplified,  builtin::selectremove},
     {"seq",                     unevaluated, builtin::seq},
-    {"series",                  simplified,  nullptr},
+    {"series",                  simplified,  builtin::series},
     {"setattribute",            simplified,  builtin::setattribute},
     {"sign",                    simplified,  builtin::sign},
     {"sort",                    simplified,  builtin::sort},
@@ -240,7 +244,7 @@ constexpr Builtin builtins[] = {
     {"substring",               members,     builtin::substring},
     {"system",                  simplified,  builtin::system_},
     {"table",                   simplified,  builtin::table},
-    {"taylor",                  simplified,  nullptr},
+    {"taylor",                  simplified,  builtin::taylor},
     {"tcoeff",                  simplified,  builtin::tcoeff},
     {"time",                    unevaluated, builtin::time},
     {"timelimit",               unevaluated, builtin::timelimit},

@@ -1,6 +1,8 @@
 #include "session/reset_hooks.h"
 
 #include "algebra/modular/modular_polynomials.h"
+#include "debug/debugger.h"
+#include "debug/statement_trace.h"
 #include "eval/procedures/modules.h"
 #include "eval/simplify/simplify.h"
 #include "eval/structure/substitute.h"
@@ -39,6 +41,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeRTables},
     {HookMoment::initialised, InitializeIOLibrary},
     {HookMoment::initialised, forgetHeldLines},
+    {HookMoment::everyStatement, ResetDebugger},
     {HookMoment::initialised, ResetModRand},
     {HookMoment::initialised, initializeExternalLibraries},
     {HookMoment::initialised, initializeExternalCalls},
@@ -53,6 +56,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::throwAway, CloseExternalLibraries},
     {HookMoment::throwAway, CloseAllRepositories},
     {HookMoment::throwAway, CleanUpIOLibrary},
+    {HookMoment::throwAway, CleanUpDebugger},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::throwAway, FlushDotMFileCache},
     {HookMoment::throwAway, forgetDirectoryContents},
@@ -60,6 +64,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::startFiles, InitializeHelp},
     {HookMoment::stop, UnloadModules},
     {HookMoment::exitProcess, CleanUpIOLibrary},
+    {HookMoment::stop, SaveTraceInformation},
     {HookMoment::exitProcess, FlushDotMFileCache},
     {HookMoment::exitProcess, CloseExternalLibraries},
 };
