@@ -80,12 +80,15 @@ int readLine(char* buffer, int size) {
   return count;
 }
 
-/// Serves a help line; true when `line` was one.
-bool servedHelp(const char* line) {
+/// Serves a help line; true when `line` was one. A statement that shows what is asked for takes its place.
+bool servedHelp(const char*& line, std::size_t& length) {
   const char* mark = firstnonblank(line);
   if (*mark != '?') return false;
-  showHelp(mark + 1);
-  return true;
+  const char* statement = showHelp(mark + 1);
+  if (statement == nullptr) return true;
+  line = statement;
+  length = std::strlen(statement);
+  return false;
 }
 
 /// Whether a typed line begins or continues a statement: blank lines, comments and shell commands
@@ -110,7 +113,7 @@ bool askForLine() {
       case LineStatus::line: break;
     }
     if (!atStatementStart) return true;
-    if (servedHelp(typed)) continue;
+    if (servedHelp(typed, typedLength)) continue;
     if (holdsStatement(typed)) atStatementStart = false;
     return true;
   }
