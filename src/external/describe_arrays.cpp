@@ -150,11 +150,20 @@ void writeRefusal() {
   AppendToC("korelKernelVec->error(\"external function received an ARRAY with incorrect settings\");\n");
 }
 
+// A finite number that float[4] can't hold is refused as a single one is.
+void writeNarrowing() {
+  AppendToC("for( i=0; i<n; ++i ) {\n");
+  AppendToC("f[i] = (FLOAT32) d[i];\n");
+  AppendToC("if( f[i] - f[i] != 0 && d[i] - d[i] == 0 )\n");
+  AppendToC("    korelKernelVec->korelToFloat32(korelKernelVec->toKorelFloat(d[i]));\n");
+  AppendToC("}\n");
+}
+
 void writeFloat32Data() {
   AppendToC("{\nFLOAT64 *d = (FLOAT64*) korelKernelVec->rtableData(m);\n");
   AppendToC("M_INT i, n = korelKernelVec->rtableNumElements(m);\n");
   AppendToC("FLOAT32 *f = (FLOAT32*) korelKernelVec->alloc(n*sizeof(FLOAT32)+1);\n");
-  AppendToC("for( i=0; i<n; ++i ) f[i] = (FLOAT32) d[i];\n");
+  writeNarrowing();
   AppendToC("return( f );\n}\n");
 }
 
@@ -196,7 +205,8 @@ void writeFloat32Copies(Node* node) {
   AppendFormatToC("\nstatic void %s_FILL( FLOAT32 *f, ALGEB m )\n{\n", typeName(node));
   AppendToC("FLOAT64 *d = (FLOAT64*) korelKernelVec->rtableData(m);\n");
   AppendToC("M_INT i, n = korelKernelVec->rtableNumElements(m);\n");
-  AppendToC("for( i=0; i<n; ++i ) f[i] = (FLOAT32) d[i];\n}\n");
+  writeNarrowing();
+  AppendToC("}\n");
 }
 
 // ---- passes

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstdlib>
 
 #include "eval/evaluate/environment_variables.h"
 #include "hardware/compiler.h"
@@ -136,10 +137,16 @@ int Compiler::product(DAG x, int into) {
 // base^exponent.
 int Compiler::factor(DAG base, DAG exponent, int into) {
   const int b = number(base);
-  if (isImmediate(exponent) && immediateValue(exponent) >= 2 && immediateValue(exponent) <= 64) {
+  constexpr int mostSteps = 64;
+  const int n = isImmediate(exponent) ? immediateValue(exponent) : 0;
+  if (n == 2) {
     const int result = target(into);
-    if (immediateValue(exponent) == 2) emit(Op::square, result, b);
-    else emit(Op::wholePower, result, b).tail.d = static_cast<std::uint16_t>(immediateValue(exponent));
+    emit(Op::square, result, b);
+    return result;
+  }
+  if ((n > 2 && n <= mostSteps) || (n < 0 && n >= -mostSteps)) {
+    const int result = target(into);
+    emit(n > 0 ? Op::wholePower : Op::inversePower, result, b).tail.d = static_cast<std::uint16_t>(std::abs(n));
     return result;
   }
   const int e = number(exponent);
@@ -260,6 +267,25 @@ int Compiler::choice(DAG x, int into) {
   return moved(result, into);
 }
 
+// sum(e, i = a..b) and its kin, for a variable of the procedure: a loop that puts the variable back.
+int Compiler::foldOverRange(DAG x, Fold fold, int into) {
+  DAG control = argumentOf(x, 2);
+  auto kept = [this](int reg) { return isConstant(reg) ? reg : moved(reg, temporary()); };
+  const int lowest = kept(number(control[2][1])), highest = kept(number(control[2][2]));
+  const int slot = variable(control[1]), before = moved(slot, temporary());
+  const int total = moved(constant(fold.start), temporary()), counter = moved(lowest, temporary());
+  const Label start = newLabel(), end = newLabel();
+  emitJump(Op::jumpUnlessLessEqual, end, counter, highest);
+  place(start);
+  moved(counter, slot);
+  const int term = number(argumentOf(x, 1));
+  emit(fold.step, total, total, term);
+  emitJump(Op::nextUp, start, counter, constant(1.0), highest);
+  place(end);
+  moved(before, slot);
+  return moved(total, into);
+}
+
 // The procedure is looked for before the arguments are worked out.
 int Compiler::userCall(DAG x, int into) {
   const Word n = countOf(x);
@@ -279,6 +305,15 @@ int Compiler::userCall(DAG x, int into) {
   return moved(result, into);
 }
 
+bool Compiler::isFold(DAG x, Fold& fold) const {
+  if (isForm(x, "sum") || isForm(x, "Sum") || isForm(x, "add")) fold = {0.0, Op::add};
+  else if (isForm(x, "product") || isForm(x, "Product") || isForm(x, "mul")) fold = {1.0, Op::multiply};
+  else return false;
+  if (countOf(x) != 2) return false;
+  DAG control = argumentOf(x, 2);
+  return isTag(control, EQUATION) && isTag(control[2], RANGE) && variable(control[1]) >= 0;
+}
+
 int Compiler::call(DAG x, int into) {
   DAG head = x[1];
   if (isTag(head, LOCAL) || isTag(head, PARAM)) return userCall(x, into);
@@ -286,6 +321,7 @@ int Compiler::call(DAG x, int into) {
   if (const HardwareFunction* f = hardwareFunction(textOf(head))) return functionOfNumbers(*f, x, into);
   if (isForm(x, "evalhf") && countOf(x) == 1) return value(argumentOf(x, 1), into);
   if (isForm(x, "piecewise") || (isForm(x, "if") && countOf(x) == 3)) return choice(x, into);
+  if (Fold fold; isFold(x, fold)) return foldOverRange(x, fold, into);
   return hardwareForm(textOf(head)) != nullptr ? evaluate(x, into) : userCall(x, into);
 }
 
@@ -323,7 +359,8 @@ bool Compiler::mayBeReference(DAG x) const {
           if (mayBeReference(argumentOf(x, i))) return true;
         return false;
       }
-      return !(isForm(x, "sum") || isForm(x, "Sum") || isForm(x, "add") || isForm(x, "product") || isForm(x, "time"));
+      Fold fold;
+      return !isFold(x, fold) && !isForm(x, "time");
     }
     default: return true;
   }

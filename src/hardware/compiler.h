@@ -65,6 +65,12 @@ class Compiler {
   int functionOfNumbers(const struct HardwareFunction& f, DAG x, int into);
   int choice(DAG x, int into);
   int userCall(DAG x, int into);
+  struct Fold {
+    double start;
+    Op step;
+  };
+  bool isFold(DAG x, Fold& fold) const;
+  int foldOverRange(DAG x, Fold fold, int into);
   int evaluate(DAG x, int into);
   /// What an access to an element needs: the array, its view, and the registers of the indices.
   struct Place {

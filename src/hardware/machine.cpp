@@ -58,15 +58,18 @@ void setView(ArrayView& view, double reference, Word rank) {
   refuseIndex();
 }
 
-// Numbers that no integer holds become the least one, which is out of bounds.
-inline std::int64_t truncated(double x) { return _mm_cvttsd_si64(_mm_set_sd(x)); }
+// How far the whole part of `x` lies above `low`. Numbers that no integer holds become the least one; what lies below
+// comes out beyond any extent.
+inline std::uint64_t distanceFrom(std::int64_t low, double x) {
+  return static_cast<std::uint64_t>(_mm_cvttsd_si64(_mm_set_sd(x))) - static_cast<std::uint64_t>(low);
+}
 
 // The element of the array b with the index c, or c and the tail's e.
 inline double* element1(ArrayView* views, const double* R, const Instruction& i) {
   ArrayView& view = views[i.tail.d];
   if (view.bits != std::bit_cast<std::uint64_t>(R[i.b])) [[unlikely]]
     setView(view, R[i.b], 1);
-  const auto offset = static_cast<std::uint64_t>(truncated(R[i.c]) - view.low[0]);
+  const std::uint64_t offset = distanceFrom(view.low[0], R[i.c]);
   if (offset >= view.extent[0]) [[unlikely]]
     refuseIndices(R[i.c], 0.0);
   return view.elements + offset;
@@ -76,8 +79,8 @@ inline double* element2(ArrayView* views, const double* R, const Instruction& i)
   ArrayView& view = views[i.tail.d];
   if (view.bits != std::bit_cast<std::uint64_t>(R[i.b])) [[unlikely]]
     setView(view, R[i.b], 2);
-  const auto first = static_cast<std::uint64_t>(truncated(R[i.c]) - view.low[0]);
-  const auto second = static_cast<std::uint64_t>(truncated(R[i.tail.e]) - view.low[1]);
+  const std::uint64_t first = distanceFrom(view.low[0], R[i.c]);
+  const std::uint64_t second = distanceFrom(view.low[1], R[i.tail.e]);
   if (first >= view.extent[0] || second >= view.extent[1]) [[unlikely]]
     refuseIndices(R[i.c], R[i.tail.e]);
   return view.elements + static_cast<std::int64_t>(first) * view.stride[0] +
@@ -144,6 +147,11 @@ double checkedWholePower(double x, unsigned n) {
   const double result = wholePower(x, n);
   return std::fabs(result) <= DBL_MAX ? result : hfpow(x, n);
 }
+// x^(-n): a zero becomes an infinity, and the error of that.
+double checkedInversePower(double x, unsigned n) {
+  const double result = wholePower(1.0 / x, n);
+  return std::fabs(result) <= DBL_MAX ? result : hfpow(x, -static_cast<double>(n));
+}
 double checkedSquareRoot(double x) { return x < 0 ? hfsqrt(x) : std::sqrt(x); }
 [[noreturn, gnu::noinline]] void refuseDivision() { KernelException("division by zero"); }
 inline double nonZero(double divisor) {
@@ -204,40 +212,33 @@ inline void callProcedure(Activation& at, const Instruction& i) {
 
 inline bool isWithin(double v, double by, double to) { return by < 0 ? v >= to : v <= to; }
 
-// Each operation ends in a jump of its own to the next one: the processor foresees where that leads by where it
-// stands (bench/hardware.sh).
-double execute(Activation& at, const Instruction* i) {
+// Sets up the registers and runs the code. Each operation ends in a jump of its own to the next one: the processor
+// foresees where that leads by where it stands (bench/hardware.sh).
+double runProgram(const CompiledProcedure& compiled, const double* arguments, int count) {
   static const void* const places[] = {
 #define KOREL_OPERATION(name, ...) &&name,
 #include "hardware/operations.def"
 #undef KOREL_OPERATION
   };
-  double* const R = at.R;
-  ArrayView* const views = at.views;
+  checkStack();
+  const Program& p = *compiled.program;
+  const auto size = static_cast<std::size_t>(p.registers + p.constantCount);
+  auto* const R = static_cast<double*>(__builtin_alloca(sizeof(double) * size));
+  auto* const views = static_cast<ArrayView*>(__builtin_alloca(sizeof(ArrayView) * static_cast<std::size_t>(p.views)));
+  for (int k = 0; k < p.parameters; ++k) R[k] = arguments[k];
+  for (int k = 0; k < p.locals; ++k) R[p.parameters + k] = 0.0;
+  for (int k = 0; k < p.constantCount; ++k) R[p.registers + k] = p.constants[k];
+  for (int k = 0; k < p.views; ++k) views[k].bits = noArray;
+  HardwareFrame frame{{}, HFStack, R, R + p.parameters, count, compiled.procedure, p.locals, nullptr, false};
+  HFStack = &frame;
+  Activation at{R, views, p.sites, p.views, hardwareEpoch};
+  const Instruction* i = p.code;
   goto* places[static_cast<int>(i->op)];
 #define KOREL_OPERATION(name, ...) \
   name : { __VA_ARGS__ }           \
   goto* places[static_cast<int>(i->op)];
 #include "hardware/operations.def"
 #undef KOREL_OPERATION
-}
-
-double runProgram(const CompiledProcedure& compiled, const double* arguments, int count) {
-  checkStack();
-  const Program& p = *compiled.program;
-  auto* R =
-      static_cast<double*>(__builtin_alloca(sizeof(double) * static_cast<std::size_t>(p.registers + p.constantCount)));
-  auto* views = static_cast<ArrayView*>(__builtin_alloca(sizeof(ArrayView) * static_cast<std::size_t>(p.views)));
-  for (int i = 0; i < p.parameters; ++i) R[i] = arguments[i];
-  for (int i = 0; i < p.locals; ++i) R[p.parameters + i] = 0.0;
-  for (int i = 0; i < p.constantCount; ++i) R[p.registers + i] = p.constants[i];
-  for (int i = 0; i < p.views; ++i) views[i].bits = noArray;
-  HardwareFrame frame{{}, HFStack, R, R + p.parameters, count, compiled.procedure, p.locals, nullptr, false};
-  HFStack = &frame;
-  Activation activation{R, views, p.sites, p.views, hardwareEpoch};
-  const double result = execute(activation, p.code);
-  HFStack = frame.link;
-  return result;
 }
 
 }  // namespace

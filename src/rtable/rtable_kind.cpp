@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
 #include "eval/statements/boolean.h"
 #include "eval/statements/statements.h"
@@ -12,11 +13,13 @@
 #include "eval/structure/kinds.h"
 #include "eval/walk/measure.h"
 #include "eval/walk/part_walk.h"
+#include "frame/environment_block.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "rtable/block_copy.h"
+#include "rtable/create.h"
 #include "rtable/element_access.h"
 #include "rtable/element_formats.h"
 #include "rtable/element_walks.h"
@@ -240,6 +243,42 @@ DAG RTableModifyIntoCopy(DAG r, DAG (*change)(DAG element, void* state), void* s
     assignElement(copy, index, value);
   });
   return copy ? copy : r;
+}
+
+namespace {
+
+// Sparse storage of software floats keeps its entries in another way than that of objects.
+DAG evalfSparse(DAG r) {
+  RTableSettings settings = CopyRTableSettings(r, true);
+  settings.datatype = dataDag;
+  settings.elementType = ini("sfloat");
+  settings.readOnly = settings.foreign = false;
+  std::int32_t bounds[2 * maxDimensions];
+  std::copy(boundsOf(r), boundsOf(r) + 2 * dimensionsOf(r), bounds);
+  DAG copy = RTableCreate(settings, DAG(), bounds, DataMode::cleared);
+  updategen(copy);
+  forEachEntry(r, [=](const std::int32_t* index) { storeInitial(copy, index, simpl(evalf(selectElement(r, index)))); });
+  return copy;
+}
+
+}  // namespace
+
+DAG evalfRTable(DAG r) {
+  const bool isHardware = datatypeOf(r) == dataFloat64 || datatypeOf(r) == dataComplexFloat64;
+  if (isHardware && environmentWord(envUseHardwareFloats) == ini("true")) return CopyRTable(r);
+  if (storageOf(r) == storageSparse) return evalfSparse(r);
+  DAG copy = CopyRTableWithNewType(r, dataDag);
+  updateFlag(copy, rtableReadOnly, 0);
+  updategen(copy);
+  // Symbols stay among the floats.
+  UpdateRTABLE(copy, rtableElementType, ini("anything").word);
+  forEachEntry(copy, [copy](const std::int32_t* index) {
+    passWork(objectSteps);
+    DAG element = selectElement(copy, index), value = element ? simpl(evalf(element)) : element;
+    if (value != element) assignElement(copy, index, value);
+  });
+  UpdateRTABLE(copy, rtableElementType, ini("sfloat").word);
+  return copy;
 }
 
 // ---- parts, for searches

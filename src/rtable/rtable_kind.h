@@ -22,6 +22,9 @@ DAG elementsOf(DAG rtable);
 
 /// A writable copy whose elements are what `change` makes of those of `r`; `r` itself when none changes.
 DAG RTableModifyIntoCopy(DAG r, DAG (*change)(DAG element, void* state), void* state);
+/// A copy with the floats of the elements. One of hardware floats stays that while `UseHardwareFloats` is true; any
+/// other has the element type `sfloat`.
+DAG evalfRTable(DAG rtable);
 /// The subtype of `rtable` as messages call it: Array, Matrix, Vector.
 DAG rtableWord(DAG rtable);
 

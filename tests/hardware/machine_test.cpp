@@ -179,6 +179,12 @@ TEST(HardwareMachine, FormsAgreeWithTheWalk) {
       "proc(a, b) local x; x := `if`(a < b, hfTwice, a); if x::procedure then x(a) else x end if end",
       "proc(a, b) sum(k^2, k = 1..a) + product(k, k = 1..b) end",
       "proc(a, b) local i; i := 3; sum(i, i = 1..a) + 10*i end",
+      "proc(a, b) local i; i := 3; i := product(i + b, i = 1..3) - add(sum(a*i, a = 1..i), i = 1..4)*mul(i, i = b..2); "
+      "i end",
+      "proc(a, b) sum(a/(3 - b), b = 1..5) end",
+      "proc(a, b) local i; sum(i + hfTable, i = 1..2) end",
+      "proc(a, b) a^(-2) + b^(-3) - (a - 1)^(-5) end",
+      "proc(a, b) (a*1e-200)^(-2) end",
       "proc(a, b) a := a + 1; b := b*a; a*b*nargs end",
       "proc(a, b) type(a, odd) and (b::even or a::foo) end",
       "proc(a, b) args end",

@@ -32,6 +32,7 @@ same := d('same', a::ARRAY(1..n,float[8]), n::integer[4], RETURN::ARRAY(1..n,flo
 gc(): B; evalb(addressof(same(A, 3)) = addressof(A));
 sumf := d('sumf', a::ARRAY(1..n,float[4]), n::integer[4], RETURN::float[4]):
 sumf(A,3), sumf([1,2,3],3);
+sumf([1e39, 1], 2); sumf([Float(infinity), 1], 2);
 sqf := d('sqf', a::REF(ARRAY(1..n,float[4])), n::integer[4]):
 sqf('A',3); A;
 addf := d('addf', a::float[4], b::float[4], RETURN::float[4]): addf(0.1, 0.2); addf(1e39, 0);

@@ -12,6 +12,7 @@
 #include "numbers/complex/complex.h"
 #include "numbers/float/hypergeometric.h"
 #include "numbers/integer/integer.h"
+#include "rtable/rtable_kind.h"
 #include "store/constants.h"
 #include "store/copy_on_change.h"
 #include "store/object_fields.h"
@@ -130,6 +131,7 @@ DAG evalf(DAG x) {
     }
     case SERIES: return withReferences(x, evalf);
     case TABLE: return mapFields(x, tableEntries, 1, evalf);
+    case RTABLE: return evalfRTable(x);
     case HASHTAB: return mapFields(x, 1, 1, evalf);
     case HASH: return mapFields(x, 2, 2, evalfEntry);
     case DCOLON: return evalf(x[1]);
