@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
@@ -264,7 +265,13 @@ class AnyBuiltin : public ::testing::TestWithParam<int> {};
 
 TEST_P(AnyBuiltin, NoCallEndsTheSession) {
   lastStatement = lastStatement == nullptr ? sharedText() : lastStatement;
-  ChildResult result = inChild([] { callInEveryWay(GetParam()); });
+  // Calls that write files do so in a directory of their own.
+  char directory[] = "/tmp/korel_any_XXXXXX";
+  ASSERT_NE(mkdtemp(directory), nullptr);
+  ChildResult result = inChild([&directory] {
+    if (chdir(directory) == 0) callInEveryWay(GetParam());
+  });
+  std::filesystem::remove_all(directory);
   EXPECT_EQ(result.status, 0) << lastStatement << "\n" << result.output;
 }
 // Calls that have ended a session before.

@@ -7,6 +7,7 @@ m := 10^20 + 39: A := modp1(ConvertIn(x^3 + 2*x - 1, x), m); B := modp1(ConvertI
 modp1(ConvertIn(x + 46328, x), 46327), modp1(ConvertIn(x - 1, x), 46329), modp1(ConvertIn(x - 1, x), 46337);
 modp1(ConvertIn(x/2, x), 7); modp1(ConvertIn(x*y, x), 7); modp1(ConvertIn(1/x, x), 7); modp1(ConvertIn(f(x), x), 7); modp1(ConvertIn(x^(2^40), x), 7);
 modp1(ConvertIn([1, 1/2], x), 7); modp1(ConvertIn(x, 3), 7); modp1(ConvertIn(x^n, x), 7); modp1(ConvertIn(sin(x)*x, x), 7);
+modp1(ConvertIn((x/2 + 1/2)*(2*x + 2), x), 7), modp1(ConvertIn((y + 1)*x - y*x, x), 7), modp1(ConvertIn((x^2 + x)/x, x), 7), modp2(ConvertIn((x/2 + y)*(2*x + 2), x, y), 7); modp1(ConvertIn((x + 1)*(y + 1), x), 7);
 # Arithmetic.
 modp1(Add(a), 7), modp1(Add(a, b, a, z), 7), modp1(Add(a, Subtract(a)), 7), modp1(Subtract(a, b), 7), modp1(Subtract(b, a), 7);
 modp1(Multiply(a, b), 7), modp1(Multiply(a, z), 7), modp1(Multiply(Constant(3, x), a), 7), modp1(Multiply(A, B), m);

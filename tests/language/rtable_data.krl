@@ -69,3 +69,8 @@ a := array(1..2, 1..2, [[1, 2], [3, 4]]): b := array(1..2, [5, 6]): E := t -> [s
 c := inner(a, a): c[1, 1], c[1, 2], c[2, 1], c[2, 2]; d := inner(a, b): E(d); d := inner(b, a): E(d); inner(b, b), inner(b, a, b);
 c := T(a): c[1, 2], c[2, 1]; T(array(1..1, 1..1, 1..1)); T(table()); inner(array(1..2, [5]), b); inner(a, array(1..1)); inner(array(1..2, 1..2), a);
 inner(array(1..2, 1..2, 1..2), a);
+
+# Float values, in the format of the hardware where it was theirs.
+F := evalf(Array([1/3, 2])): L(F), ArrayOptions(F, datatype); L(evalf(Array([1/3, x]))), ArrayOptions(evalf(Array([1.5], datatype = float[8])), datatype);
+UseHardwareFloats := false: ArrayOptions(evalf(Array([1.5], datatype = float[8])), datatype); UseHardwareFloats := true:
+L(evalf(rtable(1..3, {2 = 1/3}, storage = sparse))), L(evalf(Array([I/3]))), evalf(rtable(identity, 1..2, 1..2))[1, 1];

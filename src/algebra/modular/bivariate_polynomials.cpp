@@ -63,19 +63,21 @@ DAG m2ResolveIndets(DAG f, DAG given) {
 
 // ---- conversion
 
-DAG m2ConvertIn(DAG f, DAG indeterminates, DAG m, const BivariateMessages& messages) {
+namespace {
+
+// The polynomial, or 0 with the reason why f is none as it stands.
+DAG readBivariate(DAG f, DAG indeterminates, DAG m, PolynomialFault& fault) {
   DAG x = indeterminates[1], y = indeterminates[2];
-  auto degree = [&](DAG variable) {
-    DegreeBound bound = degreeBound(f, variable);
-    if (bound.fault != PolynomialFault::none) KernelException(messages.invalidArguments);
-    if (bound.degree > maxImmediate) KernelException(messages.degreeTooLarge);
-    return bound.degree;
-  };
-  const std::int64_t dx = degree(x), stride = degree(y) + 1;
+  const DegreeBound dx = degreeBound(f, x), dy = degreeBound(f, y);
+  fault = dx.fault != PolynomialFault::none ? dx.fault : dy.fault;
+  if (fault == PolynomialFault::none && std::max(dx.degree, dy.degree) > maxImmediate)
+    fault = PolynomialFault::degreeTooLarge;
+  if (fault != PolynomialFault::none) return DAG();
+  const std::int64_t stride = dy.degree + 1;
   return withModularRing(m, [&](const auto& ring, Workspace& space) {
     Dense<std::remove_cvref_t<decltype(ring)>> all;
-    if (readPolynomial(ring, space, f, x, stride, y, (dx + 1) * stride, all) != PolynomialFault::none)
-      KernelException(messages.notInteger);
+    fault = readPolynomial(ring, space, f, x, stride, y, (dx.degree + 1) * stride, all);
+    if (fault != PolynomialFault::none) return DAG();
     const std::int64_t n = all.degree < 0 ? 0 : all.degree / stride + 1;
     DAG coefficients = newCoefficients(n);
     for (std::int64_t i = 0; i < n; ++i) {
@@ -86,6 +88,19 @@ DAG m2ConvertIn(DAG f, DAG indeterminates, DAG m, const BivariateMessages& messa
     }
     return newBivariate(indeterminates, m, coefficients);
   });
+}
+
+}  // namespace
+
+DAG m2ConvertIn(DAG f, DAG indeterminates, DAG m, const BivariateMessages& messages) {
+  PolynomialFault fault;
+  DAG result = readBivariate(f, indeterminates, m, fault);
+  // Fractions may go when it is multiplied out.
+  if (!result && fault != PolynomialFault::degreeTooLarge)
+    if (DAG expanded = multipliedOut(f); expanded != f) result = readBivariate(expanded, indeterminates, m, fault);
+  if (result) return result;
+  if (fault == PolynomialFault::degreeTooLarge) KernelException(messages.degreeTooLarge);
+  KernelException(fault == PolynomialFault::notInteger ? messages.notInteger : messages.invalidArguments);
 }
 
 DAG m2ConvertOut(DAG a, DAG x, DAG y) {

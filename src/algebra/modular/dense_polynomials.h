@@ -10,8 +10,6 @@
 
 namespace korel {
 
-[[noreturn]] void mInverseError();
-
 template <class R>
 struct Dense {
   typename R::Unit* c = nullptr;

@@ -72,12 +72,18 @@ bool prepareTables(int i, long length) {
   transformPrime(i);
   TransformPrime& prime = primes[i];
   if (prime.tableLength >= length) return true;
-  for (double** table : {&prime.roots, &prime.backRoots}) {
-    auto* grown = static_cast<double*>(std::aligned_alloc(32, static_cast<std::size_t>(length) * sizeof(double)));
-    if (grown == nullptr) return false;
-    std::free(*table);
-    *table = grown;
+  const std::size_t bytes = static_cast<std::size_t>(length) * sizeof(double);
+  auto* roots = static_cast<double*>(std::aligned_alloc(32, bytes));
+  auto* backRoots = static_cast<double*>(std::aligned_alloc(32, bytes));
+  if (roots == nullptr || backRoots == nullptr) {
+    std::free(roots);
+    std::free(backRoots);
+    return false;
   }
+  std::free(prime.roots);
+  std::free(prime.backRoots);
+  prime.roots = roots;
+  prime.backRoots = backRoots;
   for (long half = 1; half < length; half *= 2) {
     const Limb w = powerModulo(prime.root, (Limb{1} << rootOrderBits) / static_cast<Limb>(2 * half), prime.p);
     Limb power = 1;

@@ -1,6 +1,7 @@
 #include "algebra/modular/modular_expressions.h"
 
 #include "algebra/modular/modular_polynomials.h"
+#include "algebra/modular/modular_rings.h"
 #include "eval/simplify/simplify.h"
 #include "eval/structure/map.h"
 #include "frame/environment_block.h"

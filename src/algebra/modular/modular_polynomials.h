@@ -82,7 +82,6 @@ DAG mInterpolate(DAG points, DAG values, DAG x, DAG m);
 
 /// Inverse of a modulo m > 0 as an integer of 0 .. m-1, or 0 if there is none.
 DAG mInverse(DAG a, DAG m);
-[[noreturn]] void mInverseError();
 /// a^n modulo |m|, in 0 .. |m|-1. Errors: "0^0 is undefined", "the modular inverse does not exist".
 DAG mpower(DAG a, DAG n, DAG m);
 /// The least integer that leaves the residues, LISTs of one length. Errors: "list of moduli and residues must be the

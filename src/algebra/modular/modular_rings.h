@@ -19,6 +19,8 @@ inline bool isHardwareModulus(DAG m) { return isImmediate(m) && immediateValue(m
 
 /// Inverse of a modulo m by the extended Euclidean algorithm, or 0 when there is none; a is in 0 .. m-1.
 std::int64_t mInverseHW(std::int64_t a, std::int64_t m);
+/// Error: "the modular inverse does not exist".
+[[noreturn]] void mInverseError();
 
 struct HardwareRing {
   using Unit = Word;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "algebra/modular/modular_polynomials.h"
+#include "algebra/polynomials/expand.h"
 #include "eval/simplify/simplify.h"
 #include "eval/walk/has.h"
 #include "frame/environment.h"
@@ -174,21 +175,47 @@ template PolynomialFault readPolynomial(const HardwareRing&, Workspace&, DAG, DA
 template PolynomialFault readPolynomial(const WideRing&, Workspace&, DAG, DAG, std::int64_t, DAG, std::int64_t,
                                         Dense<WideRing>&);
 
+DAG multipliedOut(DAG f) {
+  bool failed;
+  DAG expanded = KernelTrapError([](DAG x) { return simpl(expand(x)); }, f, failed);
+  return failed ? f : expanded;
+}
+
 // ---- one indeterminate
 
-DAG mConvertIn(DAG f, DAG x, DAG m) {
-  if (isZero(f)) return zeroDense(x, m);
+namespace {
+
+// The dense polynomial, or 0 with the reason why f is none as it stands.
+DAG readDense(DAG f, DAG x, DAG m, PolynomialFault& fault) {
   DegreeBound bound = degreeBound(f, x);
-  if (bound.fault != PolynomialFault::none) KernelException("modp1: invalid arguments");
-  if (bound.degree > maxImmediate) KernelException("modp1: degree too large");
+  fault = bound.fault;
+  if (fault != PolynomialFault::none) return DAG();
+  if (bound.degree > maxImmediate) {
+    fault = PolynomialFault::degreeTooLarge;
+    return DAG();
+  }
   return withModularRing(m, [&](const auto& ring, Workspace& space) {
     Dense<std::remove_cvref_t<decltype(ring)>> a;
-    if (readPolynomial(ring, space, f, x, 1, DAG(), bound.degree, a) != PolynomialFault::none)
-      KernelException("modp1: invalid arguments");
+    fault = readPolynomial(ring, space, f, x, 1, DAG(), bound.degree, a);
+    if (fault != PolynomialFault::none) return DAG();
     DAG result = newDense(x, m, a.degree);
     for (long i = 0; i <= a.degree; ++i) setDenseCoefficient(result, i, ring.integer(ring.at(a.c, i)));
     return finishedDense(result);
   });
+}
+
+}  // namespace
+
+DAG mConvertIn(DAG f, DAG x, DAG m) {
+  if (isZero(f)) return zeroDense(x, m);
+  PolynomialFault fault;
+  DAG result = readDense(f, x, m, fault);
+  if (result) return result;
+  if (fault == PolynomialFault::degreeTooLarge) KernelException("modp1: degree too large");
+  // Fractions and other indeterminates may go when it is multiplied out.
+  if (DAG expanded = multipliedOut(f); expanded != f) result = readDense(expanded, x, m, fault);
+  if (!result) KernelException("modp1: invalid arguments");
+  return result;
 }
 
 DAG mConvertList(DAG list, DAG x, DAG m) {

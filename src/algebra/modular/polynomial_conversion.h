@@ -25,4 +25,7 @@ template <class R>
 PolynomialFault readPolynomial(const R& ring, Workspace& space, DAG f, DAG first, std::int64_t weight, DAG second,
                                std::int64_t bound, Dense<R>& result);
 
+/// `f` expanded, for a second try; f itself where that fails.
+DAG multipliedOut(DAG f);
+
 }  // namespace korel
