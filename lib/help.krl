@@ -39,10 +39,10 @@ end proc:
 `help/description` := proc(name)
   description "help/description(name): the description of a procedure, or an empty text";
   local value;
-  value := traperror(eval(name));
-  if type(eval(value), procedure) and [op(5, eval(value))] <> [] then return op(5, eval(value)) end if;
-  if type(eval(value), procedure) then cat("", name, "(...): a procedure without a description")
-  elif assigned(name) and eval(value) <> name then cat("", name, ": a name that has a value")
+  value := [traperror(eval(name))];
+  if type(value, [procedure]) and [op(5, eval(value[1]))] <> [] then return op(5, eval(value[1])) end if;
+  if type(value, [procedure]) then cat("", name, "(...): a procedure without a description")
+  elif value <> [name] then cat("", name, ": a name that has a value")
   else ""
   end if
 end proc:

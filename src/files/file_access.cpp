@@ -5,6 +5,7 @@
 #include <cstring>
 #include <unistd.h>
 
+#include "debug/debugger.h"
 #include "files/system_errors.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
@@ -38,7 +39,9 @@ HeldLine& heldLineOf(const FileRecord& file) {
 bool requestLine(const FileRecord& file, HeldLine& line) {
   sendCollectedText();
   for (;;) {
+    // In the debugger's dialogue the default input is what the person types there.
     DAG reply = file.descriptor == terminalDescriptor ? sendStream(Stream::READLINE, {})
+                : debuggerActive                      ? sendStream(Stream::DEBUG_READLINE, {cons0})
                                                       : sendStream(Stream::READLINE, {naminstall("default")});
     if (!reply || !isText(reply)) return false;
     if (textOf(reply)[0] == 0) continue;

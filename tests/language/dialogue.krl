@@ -80,3 +80,7 @@ c
 top(5);
 quit
 %; stops(); clearstops(); top(1);
+# What the dialogue reads is what is typed to it, also by the operations on files.
+debugger := proc() local l; l := iolib(2, default); lprint(l); NULL end proc: reads := proc() DEBUG(1); 5 end proc: reads();
+typed to the debugger
+6;
