@@ -30,8 +30,13 @@ echo
 "$(dirname "$0")/hardware.sh" "$build"
 "$(dirname "$0")/collections.sh" "$build"
 "$(dirname "$0")/library.sh" "$build"
+"$(dirname "$0")/rtables.sh" "$build"
+"$(dirname "$0")/files.sh" "$build"
+"$(dirname "$0")/debugger.sh" "$build"
 echo
 "$(dirname "$0")/external.sh" "$build"
+echo
+"$(dirname "$0")/calculus.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then
   echo
   echo 'Printing (of_sink: times as long as the bare sink)'

@@ -5,6 +5,9 @@
   local t, keys, key;
   t := eval(x);
   if type(t, list) then t
+  elif type(t, rtable) then
+    if rtable_num_dims(t) <> 1 then error "the array has %1 dimensions: convert it to `list(list)`", rtable_num_dims(t) end if;
+    [seq(t[key], key = `rtable/ranges`(t))]
   elif type(t, array) then
     if nops([op(2, eval(t))]) <> 1 then error "the array has %1 dimensions: convert it to `list(list)`", nops([op(2, eval(t))]) end if;
     [seq(t[key], key = op(2, eval(t)))]
@@ -27,8 +30,8 @@ end proc:
   description "convert(x, `list(list)`): the rows of an array of two dimensions, or the members of x, as lists";
   local t, i, k, row, ranges;
   t := eval(x);
-  if type(t, array) then
-    ranges := [op(2, eval(t))];
+  if type(t, {array, rtable}) then
+    ranges := [`if`(type(t, rtable), `rtable/ranges`(t), op(2, eval(t)))];
     if nops(ranges) <> 2 then error "array of two dimensions expected, but received one of %1", nops(ranges) end if;
     return [seq([seq(t[i, k], k = ranges[2])], i = ranges[1])]
   end if;

@@ -50,3 +50,44 @@ ilog := proc(x)
   k := evalf('ln'(y)/'ln'(b), 20 + Digits);
   `if`(k < 0, -trunc(-k) - `if`(k = trunc(k), 0, 1), trunc(k))
 end proc:
+
+floor := proc(x)
+  description "floor(x): the greatest integer that is at most x; of an expression whose value isn't known, the call";
+  `rounding/apply`('floor', `rounding/down`, args)
+end proc:
+ceil := proc(x)
+  description "ceil(x): the least integer that is at least x; of an expression whose value isn't known, the call";
+  `rounding/apply`('ceil', proc(y, t) -`rounding/down`(-y, -t) end proc, args)
+end proc:
+round := proc(x)
+  description "round(x): the integer nearest to x, halves away from 0; of an expression whose value isn't known, the call";
+  `rounding/apply`('round', `rounding/nearest`, args)
+end proc:
+frac := proc(x)
+  description "frac(x): what is left of x without its integer part, with the sign of x";
+  `rounding/apply`('frac', proc(y, t) y - t end proc, args)
+end proc:
+
+# Each works on a number, or a real constant, and its integer part.
+`rounding/apply` := proc(f, rule, x)
+  description "rounding/apply(f, rule, x): rule(x, trunc(x)) where x is real and known, else the call f(x)";
+  local t;
+  if nargs <> 3 then error "%1 expects one argument, but received %2", f, nargs - 2 end if;
+  if not type(x, numeric) and `simpl/signum`(x) = FAIL then return 'f'(x) end if;
+  t := trunc(x);
+  if type(t, integer) then rule(x, t)
+  elif f = 'frac' then 'f'(x)
+  elif t = x then t
+  else 'f'(x)
+  end if
+end proc:
+`rounding/down` := proc(x, t)
+  description "rounding/down(x, t): the integer below x, whose integer part is t";
+  if `simpl/signum`(x) = -1 and not (type(x, numeric) and `evalf/exact`(x) = t) then t - 1 else t end if
+end proc:
+`rounding/nearest` := proc(x, t)
+  description "rounding/nearest(x, t): the integer nearest to x, whose integer part is t";
+  local rest;
+  rest := abs(`if`(type(x, numeric), `evalf/exact`(x) - t, evalf(x - t, Digits + 10)));
+  if rest < 1/2 then t else t + `simpl/signum`(x) end if
+end proc:

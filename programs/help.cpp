@@ -1,13 +1,10 @@
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "help.h"
+#include "known_names.h"
 #include "session/getopt.h"
-#include "store/constants.h"
-#include "store/names.h"
-#include "store/objects.h"
-#include "text/read/lexer.h"
-#include "text/read/tokens.h"
 
 namespace korel {
 
@@ -57,29 +54,22 @@ const char* formOf(const char* word) {
   return nullptr;
 }
 
-bool isBuiltin(DAG value) {
-  if (!isObject(value) || !hasTag(value, PROC)) return false;
-  DAG options = value[3];
-  return isObject(options) && hasTag(options, EXPSEQ) && lengthOf(options) > 1 && options[1] == ini("builtin");
-}
-
-/// What the session knows of a name, without making it one.
-const char* stateOf(const char* word) {
-  PairAddress pair = srchname(word);
-  if (pair == notFound) return "no help is known for this name";
-  DAG value = pairValue(pair)[1];
-  if (isBuiltin(value)) return "a built-in procedure";
-  if (!value) return "a name without a value";
-  if (isObject(value) && hasTag(value, PROC)) return "a procedure";
-  return "a name that has a value";
+// The call of the library's `help` for a name, with the names near it, should there be no help.
+const char* callOfHelp(const char* word) {
+  static std::string call;
+  std::string near;
+  constexpr std::size_t mostNames = 5;
+  for (const std::string& name : namesNear(word, mostNames)) near += (near.empty() ? "" : ", ") + name;
+  call = std::string("`help`(\"") + word + "\", \"" + near + "\"):\n";
+  return call.c_str();
 }
 
 }  // namespace
 
-void showHelp(const char* line) {
+const char* showHelp(const char* line) {
   char word[128];
   std::size_t start = std::strspn(line, " \t`");
-  std::size_t length = std::strcspn(line + start, " \t\r\n`;:");
+  std::size_t length = std::strcspn(line + start, " \t\r\n`;:\"\\");
   if (length >= sizeof word) length = sizeof word - 1;
   std::memcpy(word, line + start, length);
   word[length] = '\0';
@@ -91,8 +81,9 @@ void showHelp(const char* line) {
   } else if (const char* form = formOf(word)) {
     std::printf("%s\n", form);
   } else {
-    std::printf("`%s`: %s\n", word, stateOf(word));
+    return callOfHelp(word);
   }
+  return nullptr;
 }
 
 }  // namespace korel

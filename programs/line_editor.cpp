@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <clocale>
@@ -5,9 +6,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
+#include <string>
 #include <unistd.h>
+#include <vector>
 
 #include "interrupt.h"
+#include "known_names.h"
 #include "line_editor.h"
 
 #ifdef KOREL_HAVE_LIBEDIT
@@ -120,6 +124,78 @@ void remember(const char* line) {
   if (historyFile[0] != '\0') ::history(history, &event, H_SAVE, historyFile);
 }
 
+// ---- completion
+
+// What stands in front of the cursor: the beginning of a name, or of a file's name behind a double quote.
+struct Beginning {
+  std::string text;
+  bool isFile;
+};
+Beginning beginningAt(const LineInfo& line) {
+  const std::string before(line.buffer, line.cursor);
+  std::size_t quote = before.npos;
+  for (std::size_t i = 0; i < before.size(); ++i) {
+    if (before[i] == '\\' && quote != before.npos) ++i;
+    else if (before[i] == '"') quote = quote == before.npos ? i : before.npos;
+  }
+  if (quote != before.npos) return {before.substr(quote + 1), true};
+  std::size_t start = before.size();
+  auto isPart = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '/'; };
+  while (start > 0 && isPart(before[start - 1])) --start;
+  // A slash belongs to a name only between backquotes.
+  if (start == 0 || before[start - 1] != '`') {
+    const std::size_t slash = before.rfind('/');
+    if (slash != before.npos && slash >= start) start = slash + 1;
+  }
+  return {before.substr(start), false};
+}
+
+void listInColumns(const std::vector<std::string>& names) {
+  constexpr std::size_t screen = 80;
+  std::size_t width = 0;
+  for (const std::string& name : names) width = std::max(width, name.size() + 2);
+  const std::size_t columns = std::max<std::size_t>(1, screen / width);
+  std::fputs("\n", stdout);
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    const bool ends = (i + 1) % columns == 0 || i + 1 == names.size();
+    const int padding = ends ? 0 : static_cast<int>(width);
+    std::fprintf(stdout, "%-*s%s", padding, names[i].c_str(), ends ? "\n" : "");
+  }
+  std::fflush(stdout);
+}
+
+// Tab: puts in what all names that begin so go on with; typed twice it lists them.
+unsigned char complete(EditLine* lineEditor, int) {
+  static std::string lineBefore;  // at the last Tab that added nothing
+  const LineInfo* line = el_line(lineEditor);
+  const Beginning beginning = beginningAt(*line);
+  if (beginning.text.empty() && !beginning.isFile) return CC_REFRESH_BEEP;
+  const std::vector<std::string> names =
+      beginning.isFile ? filesBeginningWith(beginning.text) : namesBeginningWith(beginning.text);
+  if (names.empty()) return CC_REFRESH_BEEP;
+  std::size_t common = names.front().size();
+  for (const std::string& name : names) {
+    std::size_t equal = 0;
+    while (equal < common && name[equal] == names.front()[equal]) ++equal;
+    common = equal;
+  }
+  std::string rest = names.front().substr(beginning.text.size(), common - beginning.text.size());
+  if (names.size() == 1 && beginning.isFile && names.front().back() != '/') rest += '"';
+  if (!rest.empty()) {
+    if (el_insertstr(lineEditor, rest.c_str()) != 0) return CC_REFRESH_BEEP;
+    line = el_line(lineEditor);
+    lineBefore.assign(line->buffer, line->lastchar);
+    return CC_REFRESH;
+  }
+  std::string now(line->buffer, line->lastchar);
+  if (names.size() == 1 || now != lineBefore) {
+    lineBefore = std::move(now);
+    return CC_REFRESH_BEEP;
+  }
+  listInColumns(names);
+  return CC_REDISPLAY;
+}
+
 bool startEditor() {
   if (editor != nullptr) return true;
   if (!isatty(STDOUT_FILENO)) return false;
@@ -129,6 +205,8 @@ bool startEditor() {
   el_set(editor, EL_EDITOR, "emacs");
   el_set(editor, EL_SIGNAL, 1);  // the terminal is put right around Ctrl-Z and at a hang-up
   el_set(editor, EL_GETCFN, readCharacter);
+  el_set(editor, EL_ADDFN, "korel-complete", "completes names, and files inside strings", complete);
+  el_set(editor, EL_BIND, "^I", "korel-complete", nullptr);
   loadHistory();
   el_source(editor, nullptr);  // the user's own key bindings, ~/.editrc
   return true;

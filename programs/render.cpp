@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <cstring>
 #include <unistd.h>
 
 #include "frame/errors.h"
@@ -32,7 +33,10 @@ void putCharacter(void*, int c) {
   lastPrinted = c;
   putc_unlocked(c, output());
 }
-void putText(const char* text) { std::fputs(text, output()); }
+void putText(const char* text) {
+  if (*text != 0) lastPrinted = static_cast<unsigned char>(text[std::strlen(text) - 1]);
+  std::fputs(text, output());
+}
 void putFailure(void*, const char* text) { std::fprintf(output(), "Output Error: %s", text); }
 
 void endLine() {
@@ -205,6 +209,10 @@ constexpr StreamRow streamRows[] = {
 };
 
 }  // namespace
+
+void finishOutputLine() {
+  if (lastPrinted != '\n' && redirected == nullptr) endLine();
+}
 
 DAG answerMessage(void*, DAG message) {
   if (!isTag(message, FUNCTION) || !isStreamName(message[1])) return null;

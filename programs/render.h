@@ -11,5 +11,7 @@ namespace korel {
 
 /// The result handler of the session: shows `message`, a call of a stream, and gives the reply.
 DAG answerMessage(void* context, DAG message);
+/// Ends a line that the output has left unfinished, so that what is typed next begins one of its own.
+void finishOutputLine();
 
 }  // namespace korel

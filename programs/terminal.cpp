@@ -5,11 +5,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "debug/debugger.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "help.h"
 #include "interrupt.h"
 #include "line_editor.h"
+#include "render.h"
 #include "session/interface.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -48,7 +50,7 @@ ssize_t readSource(char* buffer, std::size_t size) {
   for (;;) {
     ssize_t got = read(source, buffer, size);
     if (got >= 0 || errno != EINTR) return got;
-    if (takeInterrupt() && programWaits) interruptProgram();
+    if (takeInterrupt() && programWaits && !interruptsWait()) interruptProgram();
   }
 }
 
@@ -78,12 +80,15 @@ int readLine(char* buffer, int size) {
   return count;
 }
 
-/// Serves a help line; true when `line` was one.
-bool servedHelp(const char* line) {
+/// Serves a help line; true when `line` was one. A statement that shows what is asked for takes its place.
+bool servedHelp(const char*& line, std::size_t& length) {
   const char* mark = firstnonblank(line);
   if (*mark != '?') return false;
-  showHelp(mark + 1);
-  return true;
+  const char* statement = showHelp(mark + 1);
+  if (statement == nullptr) return true;
+  line = statement;
+  length = std::strlen(statement);
+  return false;
 }
 
 /// Whether a typed line begins or continues a statement: blank lines, comments and shell commands
@@ -98,6 +103,7 @@ bool askForLine() {
   takeInterrupt();  // what ran is over
   for (;;) {
     typedLength = typedPosition = 0;
+    finishOutputLine();
     switch (editLine(defaultNerinVariables.prompt, typed, typedLength)) {
       case LineStatus::end: typedLength = 0; return false;
       case LineStatus::interrupted:
@@ -107,7 +113,7 @@ bool askForLine() {
       case LineStatus::line: break;
     }
     if (!atStatementStart) return true;
-    if (servedHelp(typed)) continue;
+    if (servedHelp(typed, typedLength)) continue;
     if (holdsStatement(typed)) atStatementStart = false;
     return true;
   }
@@ -160,12 +166,15 @@ DAG readUserLine(const char* prompt) {
   const char* line;
   std::size_t length;
   if (isatty(STDIN_FILENO) == 0) prompt = "";
-  switch (plainLine(prompt, line, length)) {
-    case LineStatus::line: return strinstall(line);
-    case LineStatus::interrupted: interruptProgram();
-    case LineStatus::end: break;
+  for (;;) {
+    switch (plainLine(prompt, line, length)) {
+      case LineStatus::line: return strinstall(line);
+      case LineStatus::interrupted:
+        if (!interruptsWait()) interruptProgram();
+        continue;  // in the debugger's dialogue the line alone is dropped
+      case LineStatus::end: return null;
+    }
   }
-  return null;
 }
 
 void closeStatements() {

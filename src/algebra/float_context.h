@@ -4,6 +4,8 @@
 // While an operation on an expression with floats runs, `floatContext` of the innermost environment block is set:
 // what comes out depends on `Digits`, so that nothing is remembered.
 
+#include <cstdint>
+
 #include "eval/evaluate/named_kinds.h"
 #include "eval/procedures/remember.h"
 #include "eval/walk/has.h"
@@ -47,12 +49,12 @@ inline DAG nameOf(Remembering which) {
   constexpr StandardName names[] = {"diff", "expand", "series", "frontend", "divide", "normal"};
   return ini(names[static_cast<int>(which)]);
 }
-/// What the built-in remembers for `key`, or `absent`.
-inline DAG recall(Remembering which, DAG key) { return srchpc(nameOf(which), key); }
-/// Has it remember `value`, valid for any `Digits`; nothing in a float context, nor when a user's definition has taken
-/// the place of the built-in.
-inline void memorize(Remembering which, DAG key, DAG value) {
-  if (Environment->floatContext == 0 && NAMED_PROC(nameOf(which))) pcinsert(nameOf(which), key, value);
+/// What the built-in remembers for `key`, with a stamp of `age` or above; or `absent`.
+inline DAG recall(Remembering which, DAG key, std::int64_t age = timeless) { return srchpc(nameOf(which), key, age); }
+/// Has it remember `value`, valid for any `Digits`, with a stamp; nothing in a float context, nor when a user's
+/// definition has taken the place of the built-in.
+inline void memorize(Remembering which, DAG key, DAG value, std::int64_t stamp = timeless) {
+  if (Environment->floatContext == 0 && NAMED_PROC(nameOf(which))) pcinsert(nameOf(which), key, value, stamp);
 }
 
 }  // namespace korel

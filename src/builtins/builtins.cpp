@@ -1,5 +1,6 @@
 #include "builtins/builtins.h"
 
+#include "algebra/differentiation/diff.h"
 #include "algebra/modular/modular_expressions.h"
 #include "algebra/modular/selectors.h"
 #include "algebra/polynomials/coefficients.h"
@@ -10,11 +11,13 @@
 #include "algebra/polynomials/indeterminates.h"
 #include "algebra/polynomials/integer_polynomials.h"
 #include "algebra/polynomials/normal.h"
-#include "builtins/iolib.h"
+#include "algebra/series/expansion.h"
 #include "builtins/name_builtins.h"
 #include "builtins/operator_builtins.h"
 #include "builtins/raw_objects.h"
 #include "debug/debugger.h"
+#include "debug/debugopts.h"
+#include "debug/statement_trace.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/evaluation_builtins.h"
 #include "eval/evaluate/known_values.h"
@@ -42,6 +45,9 @@
 #include "external/call_external.h"
 #include "external/define_external.h"
 #include "external/float_library.h"
+#include "files/iolib.h"
+#include "files/redirection.h"
+#include "files/shell_commands.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "frame/output_builtins.h"
@@ -81,7 +87,7 @@ constexpr Builtin builtins[] = {
     {"||",                      simplified,  builtin::catenate},
     {"^",                       simplified,  builtin::powerOperator},
     {"CopySign",                simplified,  builtin::CopySign},
-    {"DEBUG",                   simplified,  builtin::DEBUG_},
+    {"DEBUG",                   unevaluated, builtin::DEBUG_},
     {"Default0",                simplified,  builtin::Default0},
     {"DefaultOverflow",         simplified,  builtin::DefaultOverflow},
     {"DefaultUnderflow",        simplified,  builtin::DefaultUnderflow},
@@ -112,7 +118,7 @@ constexpr Builtin builtins[] = {
     {"Scale10",                 simplified,  builtin::Scale10},
     {"Scale2",                  simplified,  builtin::Scale2},
     {"SearchText",              members,     builtin::SearchText},
-    {"TRACE",                   unevaluated, nullptr},
+    {"TRACE",                   unevaluated, builtin::TRACE},
     {"ToInert",                 neverCalled, nullptr},
     {"Unordered",               simplified,  builtin::Unordered},
     {"abs",                     simplified,  builtin::abs},
@@ -121,7 +127,7 @@ constexpr Builtin builtins[] = {
     {"alias",                   simplified,  builtin::alias},
     {"anames",                  simplified,  builtin::anames},
     {"and",                     simplified,  builtin::andOperator},
-    {"appendto",                simplified,  nullptr},
+    {"appendto",                simplified,  builtin::appendto},
     {"array",                   simplified,  builtin::array},
     {"assemble",                simplified,  builtin::assemble},
     {"assigned",                unevaluated, builtin::assigned},
@@ -135,11 +141,11 @@ constexpr Builtin builtins[] = {
     {"conjugate",               simplified,  builtin::conjugate},
     {"convert",                 simplified,  builtin::convert},
     {"crinterp",                neverCalled, nullptr},
-    {"debugopts",               simplified,  nullptr},
+    {"debugopts",               unevaluated, builtin::debugopts},
     {"define_external",         simplified,  builtin::define_external},
     {"degree",                  simplified,  builtin::degree},
     {"denom",                   simplified,  builtin::denom},
-    {"diff",                    simplified,  nullptr},
+    {"diff",                    simplified,  builtin::diff},
     {"disassemble",             simplified,  builtin::disassemble},
     {"divide",                  simplified,  builtin::divide},
     {"$",                       simplified,  builtin::dollar},
@@ -170,7 +176,7 @@ constexpr Builtin builtins[] = {
     {"indets",                  simplified,  builtin::indets},
     {"indices",                 simplified,  builtin::indices},
     {"intersect",               simplified,  builtin::intersectOperator},
-    {"int/series",              simplified,  nullptr},
+    {"int/series",              simplified,  builtin::intSeries},
     {"iolib",                   simplified,  builtin::iolib},
     {"iquo",                    members,     builtin::iquo},
     {"irem",                    members,     builtin::irem},
@@ -204,7 +210,7 @@ constexpr Builtin builtins[] = {
     {"numer",                   simplified,  builtin::numer},
     {"op",                      members,     builtin::op},
     {"or",                      simplified,  builtin::orOperator},
-    {"order",                   simplified,  nullptr},
+    {"order",                   simplified,  builtin::order},
     {"parse",                   simplified,  builtin::parse},
     {"pointto",                 simplified,  builtin::pointto},
     {"print",                   simplified,  builtin::print},
@@ -226,11 +232,11 @@ constexpr Builtin builtins[] = {
     {"select",                  simplified,  builtin::select},
     {"selectremove",            simplified,  builtin::selectremove},
     {"seq",                     unevaluated, builtin::seq},
-    {"series",                  simplified,  nullptr},
+    {"series",                  simplified,  builtin::series},
     {"setattribute",            simplified,  builtin::setattribute},
     {"sign",                    simplified,  builtin::sign},
     {"sort",                    simplified,  builtin::sort},
-    {"ssystem",                 simplified,  nullptr},
+    {"ssystem",                 simplified,  builtin::ssystem},
     {"stop",                    simplified,  builtin::quit},
     {"streamcall",              unevaluated, builtin::streamcall},
     {"subs",                    simplified,  builtin::subs},
@@ -238,7 +244,7 @@ constexpr Builtin builtins[] = {
     {"substring",               members,     builtin::substring},
     {"system",                  simplified,  builtin::system_},
     {"table",                   simplified,  builtin::table},
-    {"taylor",                  simplified,  nullptr},
+    {"taylor",                  simplified,  builtin::taylor},
     {"tcoeff",                  simplified,  builtin::tcoeff},
     {"time",                    unevaluated, builtin::time},
     {"timelimit",               unevaluated, builtin::timelimit},
@@ -251,7 +257,7 @@ constexpr Builtin builtins[] = {
     {"unbind",                  simplified,  builtin::unbind},
     {"union",                   simplified,  builtin::unionOperator},
     {"userinfo",                unevaluated, builtin::userinfo},
-    {"writeto",                 simplified,  nullptr},
+    {"writeto",                 simplified,  builtin::writeto},
 };
 static_assert(std::size(builtins) == lastBuiltin - firstBuiltin + 1);
 
@@ -303,8 +309,11 @@ DAG callBuiltin(int number, DAG form, DAG self) {
 }
 
 DAG unevaluatedCall(const BuiltinCall& call) {
-  if (call.arguments == call.form[2]) return call.form;
+  // What was called may have been a parameter, which means nothing outside its procedure.
+  DAG head = isName(call.form[1]) ? call.form[1] : call.self;
+  if (call.arguments == call.form[2] && head == call.form[1]) return call.form;
   DAG form = CopyAlg(call.form);
+  form[1] = head;
   form[2] = call.arguments;
   return form;
 }

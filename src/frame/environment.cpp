@@ -8,6 +8,7 @@
 #include "session/driver.h"
 #include "store/constants.h"
 #include "store/hash.h"
+#include "store/object_fields.h"
 
 namespace korel {
 
@@ -31,7 +32,7 @@ constexpr std::int64_t unlimitedStackCap = std::int64_t{1} << 30;
 void forgetFloatsUnderOtherHandlers(DAG before, DAG after) {
   if (!before || !after) return;
   if (before[envNumericEventHandlers] == after[envNumericEventHandlers]) return;
-  DAG table = builtrem[evalfTable];
+  DAG table = rememberOf(builtrem[evalfTable]);
   if (isObject(table) && tagOf(table) == HASHTAB) clearhash(table, false);
 }
 

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "debug/debugger.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/known_values.h"
 #include "eval/simplify/simplify.h"
@@ -176,6 +177,7 @@ void keepInName(DAG name, DAG value) {
     switch2(new1(STOP));
     std::abort();  // nobody took the STOP
   }
+  EnterDebugger();
   ErrorLevel = 0;
   jumpOut(jumpError);
 }

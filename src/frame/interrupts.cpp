@@ -4,6 +4,7 @@
 #include <limits>
 #include <sys/resource.h>
 
+#include "debug/debugger.h"
 #include "eval/evaluate/evalf.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
@@ -35,6 +36,7 @@ bool askForInterrupt() {
 }
 
 void jumpback() {
+  if (interruptsWait()) return;
   SpecialError = computationInterrupted;
   KernelException("interrupted");
 }
@@ -92,7 +94,7 @@ bool mustEndOperation() {
   if (SpecialError != noSpecialError || collecting) return false;
   if (Environment == nullptr || Environment->jumpBuffer == nullptr) return false;
   pollInterruptSoon();
-  if (TestInterrupt()) SpecialError = computationInterrupted;
+  if (TestInterrupt() && !interruptsWait()) SpecialError = computationInterrupted;
   else if (isTimeExpired()) SpecialError = timeExpired;
   return SpecialError != noSpecialError;
 }
@@ -131,7 +133,10 @@ DAG builtin::timelimit(const BuiltinCall& call) {
     SpecialError = noSpecialError;
     ResetTypematch();
   }
-  if (ini("lasterror")[1]) jumpOut(jumpError);
+  if (ini("lasterror")[1]) {
+    EnterDebugger();
+    jumpOut(jumpError);
+  }
   return value;
 }
 

@@ -29,7 +29,8 @@ inline bool TestInterrupt() {
   ++interruptCounter;
   return interruptIsDue();
 }
-/// Acts on an interrupt: raises "interrupted" as a special error.
+/// Acts on an interrupt: raises "interrupted" as a special error. Nothing in the dialogue of the debugger, but in a
+/// command.
 void jumpback();
 /// Makes the next `TestInterrupt` poll. A signal handler may call it.
 void pollInterruptSoon();

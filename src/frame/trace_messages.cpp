@@ -1,5 +1,6 @@
 #include "frame/trace_messages.h"
 
+#include "debug/listing.h"
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "store/constants.h"
@@ -82,6 +83,13 @@ void appendException(Pieces& pieces, DAG debug) {
   }
 }
 
+/// A procedure, its arguments and, where one was running, its statement.
+void appendTraceLevel(Pieces& pieces, DAG debug) {
+  pieces.object(debug[2]).text(" called with arguments: ").members(debug[3]);
+  if (lengthOf(debug) > 5 && debug[5] && debug[5] != null)
+    pieces.text("\n").object(StatementAsString(debug[2], debug[4], debug[5]));
+}
+
 /// How a code becomes a stream call.
 struct MessageRow {
   DebugCode code;
@@ -104,7 +112,7 @@ constexpr MessageRow messageRows[] = {
     {debugLocals, diagnostics, -1,
      [](Pieces& p, DAG d) { p.text(" locals defined as: ").members(d[2]); }},
     {debugTraceLevel, diagnostics, -1,
-     [](Pieces& p, DAG d) { p.object(d[2]).text(" called with arguments: ").members(d[3]); }},
+     appendTraceLevel},
     {debugSystemError, Stream::ERROR, 2,
      [](Pieces& p, DAG d) { p.text("System error, ").members(d[2]); }},
     {debugBanner, Stream::LOGO, -1, [](Pieces& p, DAG d) { p.members(d[2]); }},

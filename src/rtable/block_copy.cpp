@@ -1,7 +1,6 @@
 #include "rtable/block_copy.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <limits>
 #include <type_traits>
@@ -39,9 +38,9 @@ bool convertReal(double x, T& to) {
   } else {
     // Powers of two, which doubles hold: the upper one is the first that doesn't fit. NaN fails both tests.
     constexpr double limit = -static_cast<double>(std::numeric_limits<T>::min());
-    if (!(x >= -limit && x < limit) || x != std::trunc(x)) return false;
+    if (!(x >= -limit && x < limit)) return false;
     to = static_cast<T>(x);
-    return true;
+    return static_cast<double>(to) == x;
   }
 }
 
@@ -71,10 +70,14 @@ std::int64_t copyRun(const unsigned char* source, unsigned char* target, std::in
     std::memcpy(target, source, static_cast<std::size_t>(count) * sizeof(T));
     return count;
   }
-  const auto* from = reinterpret_cast<const S*>(source);
-  auto* to = reinterpret_cast<T*>(target);
-  for (std::int64_t i = 0; i < count; ++i)
-    if (!convert(from[i], to[i])) return i;
+  // Behind the index vectors of sparse storage elements stand at multiples of 4 only.
+  for (std::int64_t i = 0; i < count; ++i) {
+    S from;
+    T to;
+    std::memcpy(&from, source + i * static_cast<std::int64_t>(sizeof from), sizeof from);
+    if (!convert(from, to)) return i;
+    std::memcpy(target + i * static_cast<std::int64_t>(sizeof to), &to, sizeof to);
+  }
   return count;
 }
 

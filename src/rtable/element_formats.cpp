@@ -1,5 +1,6 @@
 #include "rtable/element_formats.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -7,6 +8,7 @@
 #include "eval/evaluate/known_values.h"
 #include "eval/simplify/simplify.h"
 #include "eval/types/types.h"
+#include "frame/environment_block.h"
 #include "frame/errors.h"
 #include "hardware/constant_double.h"
 #include "numbers/arithmetic.h"
@@ -55,6 +57,17 @@ bool wholeNumber(DAG x, std::int64_t& value) {
   return isTag(x, HFLOAT) || compcon(x, simpl(NewInteger(value))) == 0;
 }
 
+// The number that a constant such as Pi stands for, with the digits that a double keeps.
+DAG hardwareNumber(DAG x) {
+  if (isNumber(x)) return x;
+  constexpr std::int64_t digitsOfDoubles = 20;
+  EnvironmentChange digits;
+  setDigits(digits, std::max(precisionDigits(), digitsOfDoubles));
+  DAG value = simpl(evalf(x));
+  restoreDigits(digits);
+  return value;
+}
+
 bool convertByObjects(Word datatype, DAG elementType, DAG x, RawElement& element) {
   switch (datatype) {
     case dataDag:
@@ -66,13 +79,13 @@ bool convertByObjects(Word datatype, DAG elementType, DAG x, RawElement& element
     case dataComplexFloat: return splitParts(x, element.parts[0], element.parts[1], realFloat);
     case dataFloat64: {
       if (constantDouble(x, element.real)) return true;
-      DAG number = realNumber(x);
+      DAG number = realNumber(hardwareNumber(x));
       if (number) element.real = FloatValue(number);
       return static_cast<bool>(number);
     }
     default: {
       DAG real, imaginary;
-      if (!splitParts(x, real, imaginary, realNumber)) return false;
+      if (!splitParts(hardwareNumber(x), real, imaginary, realNumber)) return false;
       element.doubles[0] = FloatValue(real);
       element.doubles[1] = FloatValue(imaginary);
       return true;

@@ -171,11 +171,13 @@ DAG convertIndFnArg(DAG f, Word k, const RTableSettings& settings) {
   return simpl(new3(TABLEREF, f[1], simpl(changed)));
 }
 
-DAG withCheckedValue(DAG f, Word k, const RTableSettings& settings) {
-  DAG value = IndexingFunctionArg(f)[k];
+void checkType(DAG value, const RTableSettings& settings) {
   const bool takesAll = settings.datatype == dataDag && settings.elementType == ini("anything");
   if (!takesAll && !RTableType(settings.datatype, settings.elementType, value))
     KernelException("invalid data-type for this kind of %1", subtypeWord(settings.subtype));
+}
+DAG withCheckedValue(DAG f, Word k, const RTableSettings& settings) {
+  checkType(IndexingFunctionArg(f)[k], settings);
   return convertIndFnArg(f, k, settings);
 }
 
@@ -186,7 +188,10 @@ bool isIndexWithin(DAG index, const std::int32_t* bounds) {
 
 DAG checkedConstant(DAG f, const RTableSettings& settings) {
   DAG arguments = IndexingFunctionArg(f);
-  if (memberCount(arguments) > 1) return f;
+  if (memberCount(arguments) > 1) {
+    checkType(arguments, settings);
+    return f;
+  }
   return withCheckedValue(f, 1, settings);
 }
 

@@ -15,6 +15,7 @@
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "numbers/integer/integer.h"
+#include "rtable/block_copy.h"
 #include "rtable/create.h"
 #include "rtable/element_access.h"
 #include "rtable/element_formats.h"
@@ -189,21 +190,51 @@ void fillByList(DAG r, const RTableSettings& s, DAG list) {
 
 // ---- rtables
 
-bool hasSamePlaces(DAG a, DAG b) {
-  if (functionCount(a) != 0 || functionCount(b) != 0 || lengthOf(a) != lengthOf(b)) return false;
-  constexpr Word compared = ~(Word{1} << 20 | Word{1} << 19 | Word{3} << 26);  // but read-only, foreign, subtype
-  if (((rawField(a, rtableFlags) ^ rawField(b, rtableFlags)) & compared) != 0) return false;
-  return a[rtableElementType] == b[rtableElementType] && storageOf(a) != storageSparse &&
-         std::equal(&a[rtableFirstBound], &a[lengthOf(a)], &b[rtableFirstBound]);
+// Rows become columns, in squares that fit the nearer caches.
+template <class T>
+void transposeBlock(const T* from, T* to, std::int64_t rows, std::int64_t columns) {
+  constexpr std::int64_t side = 32;
+  for (std::int64_t i0 = 0; i0 < rows; i0 += side) {
+    passWork(side * columns);
+    for (std::int64_t j0 = 0; j0 < columns; j0 += side)
+      for (std::int64_t i = i0; i < std::min(i0 + side, rows); ++i)
+        for (std::int64_t j = j0; j < std::min(j0 + side, columns); ++j) to[j + columns * i] = from[i + rows * j];
+  }
+}
+
+// Whether the block of `source`, transposed, is that of `r`; done by the size of its elements.
+bool takesTransposedBlock(DAG r, DAG source) {
+  const bool isPlain = functionCount(r) == 0 && functionCount(source) == 0 && storageOf(r) == storageRectangular &&
+                       storageOf(source) == storageRectangular;
+  if (!isPlain || datatypeOf(r) != datatypeOf(source) || r[rtableElementType] != source[rtableElementType])
+    return false;
+  if (rawField(source, rtableData) == 0 || rawField(r, rtableData) == 0 || isCOrder(r) != isCOrder(source))
+    return false;
+  for (Word k = 0; k < 2; ++k)
+    if (lowerBound(r, k) != lowerBound(source, 1 - k) || upperBound(r, k) != upperBound(source, 1 - k)) return false;
+  struct Pair {
+    double parts[2];
+  };
+  const std::int64_t rows = extentOf(source, isCOrder(source)), columns = extentOf(source, !isCOrder(source));
+  auto move = [&]<class T>(T) {
+    transposeBlock(reinterpret_cast<const T*>(dataOf(source)), reinterpret_cast<T*>(dataOf(r)), rows, columns);
+  };
+  switch (rtableElementBytes[datatypeOf(r)]) {
+    case 1: move(std::int8_t{}); break;
+    case 2: move(std::int16_t{}); break;
+    case 4: move(std::int32_t{}); break;
+    case 8: move(std::int64_t{}); break;
+    default: move(Pair{}); break;
+  }
+  if (datatypeOf(r) <= dataComplexFloat) updategens(r);
+  return true;
 }
 
 void fillByRTable(DAG r, const RTableSettings& s, DAG source) {
   if (dimensionsOf(source) != dimensionsOf(r))
     KernelException("specified dimensions do not match initializer dimensions");
-  if (!s.transpose && hasSamePlaces(r, source) && rawField(source, rtableData) != 0) {
-    std::memcpy(dataOf(r), dataOf(source), static_cast<std::size_t>(RTableNumBytes(r)));
-    return;
-  }
+  if (!s.transpose && rawField(source, rtableData) != 0 && hasSamePositions(r, source)) return copyPositions(r, source);
+  if (s.transpose && takesTransposedBlock(r, source)) return;
   if (hasNoPositions(r)) return;
   DAG fill = s.fill;
   if (needsAnotherFill(r, fill) && !hasNoPositions(source)) {
@@ -248,16 +279,15 @@ void initializeRTableData(DAG r, const RTableSettings& s, DAG initializer) {
     fillAll(r, s.fill);
     return rewrite(r);
   }
+  if (storageOf(r) == storageEmpty) return;
   if (isTag(initializer, FUNCTION)) {
     if (!isName(initializer[1])) KernelException("Unrecognized initializer, %1", initializer);
     const bool isFloat = hasText(initializer[1], "frandom");
     if (!isFloat && !hasText(initializer[1], "random"))
       KernelException("cannot handle %1 as an initializer", initializer);
     fillAll(r, s.fill);
-    if (storageOf(r) != storageEmpty) RandomizeRTable(r, initializer[2], isFloat);
-    return;
+    return RandomizeRTable(r, initializer[2], isFloat);
   }
-  if (storageOf(r) == storageEmpty) return;
   switch (tagOf(initializer)) {
     case PROC: return fillByProcedure(r, s, initializer);
     case LIST: return fillByList(r, s, initializer);

@@ -8,6 +8,7 @@
 #include "eval/statements/statements.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
+#include "library/native/native.h"
 #include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "rtable/create.h"
@@ -101,8 +102,7 @@ DAG elementOfProduct(const Factor& a, const Factor& b, std::int64_t i, std::int6
   return simpl(sum);
 }
 
-DAG newProduct(Word subtype, std::int64_t rows, std::int64_t columns) {
-  RTableSettings settings;
+DAG newProduct(RTableSettings settings, Word subtype, std::int64_t rows, std::int64_t columns) {
   settings.subtype = subtype;
   settings.dimensions = subtype == subtypeMatrix ? 2 : 1;
   const auto r = static_cast<std::int32_t>(rows), c = static_cast<std::int32_t>(columns);
@@ -177,6 +177,54 @@ DAG scalarProduct(const Factor& a, const Factor& b, DAG target) {
   }
 }
 
+// ---- floats of the hardware, in their own arithmetic
+
+struct FloatMatrix {
+  double* data;
+  std::int64_t rowStep, columnStep;
+};
+FloatMatrix floatsOf(const Factor& f) {
+  auto* data = reinterpret_cast<double*>(dataOf(f.r));
+  if (f.shape == rowVector) return {data, f.columns, 1};
+  return isCOrder(f.r) && f.shape == matrix ? FloatMatrix{data, f.columns, 1} : FloatMatrix{data, 1, f.rows};
+}
+bool isPlainFloat(DAG r) {
+  return datatypeOf(r) == dataFloat64 && functionCount(r) == 0 && storageOf(r) == storageRectangular &&
+         rawField(r, rtableData) != 0;
+}
+
+// Column by column of the product, each a sum of columns of the first factor.
+DAG productOfFloats(const Factor& a, const Factor& b, Word subtype) {
+  RTableSettings settings;
+  settings.datatype = dataFloat64;
+  DAG product = newProduct(settings, subtype, a.rows, b.columns);
+  if (rawField(product, rtableData) == 0) return product;
+  const FloatMatrix x = floatsOf(a), y = floatsOf(b), z = floatsOf(Factor(product));
+  for (std::int64_t j = 0; j < b.columns; ++j) {
+    passWork(a.rows * a.columns);
+    double* to = z.data + j * z.columnStep;
+    for (std::int64_t k = 0; k < a.columns; ++k) {
+      const double factor = y.data[k * y.rowStep + j * y.columnStep];
+      const double* from = x.data + k * x.columnStep;
+      if (x.rowStep == 1 && z.rowStep == 1)
+        for (std::int64_t i = 0; i < a.rows; ++i) to[i] += factor * from[i];
+      else
+        for (std::int64_t i = 0; i < a.rows; ++i) to[i * z.rowStep] += factor * from[i * x.rowStep];
+    }
+  }
+  return product;
+}
+
+// The factors of a product that there is. Errors: those of their shapes and sizes.
+void checkFactors(DAG first, DAG second) {
+  if (!isTag(first, RTABLE) || !isTag(second, RTABLE)) KernelException("Matrix or Vector expected");
+  if (subtypeOf(first) == subtypeArray || subtypeOf(second) == subtypeArray) refuseArrays(first);
+}
+void checkShapes(const Factor& a, const Factor& b) {
+  if (const char* refusal = refusals[a.shape][b.shape]) KernelException(refusal);
+  checkSizes(a, b);
+}
+
 }  // namespace
 
 DAG builtin::mvMultiply(const BuiltinCall& call) {
@@ -184,22 +232,33 @@ DAG builtin::mvMultiply(const BuiltinCall& call) {
   if (given > 3) KernelException("too many arguments");
   if (given < 2) KernelException("too few arguments");
   DAG first = valueBehind(call.arguments[1]), second = valueBehind(call.arguments[2]);
-  if (!isTag(first, RTABLE) || !isTag(second, RTABLE)) KernelException("Matrix or Vector expected");
-  if (subtypeOf(first) == subtypeArray || subtypeOf(second) == subtypeArray) refuseArrays(first);
+  checkFactors(first, second);
   DAG target = given == 3 ? call.arguments[3] : DAG();
   if (target && !isName(target) && !isTag(target, RTABLE)) KernelException("invalid type of result argument");
   const Factor a(first), b(second);
-  if (const char* refusal = refusals[a.shape][b.shape]) KernelException(refusal);
-  checkSizes(a, b);
+  checkShapes(a, b);
   if (a.shape == rowVector && b.shape == columnVector) return scalarProduct(a, b, target);
   const Word subtype = subtypeOfProduct(a, b);
   const bool isStored = isTag(target, RTABLE);
   if (isStored) checkTarget(target, subtype, a.rows, b.columns);
-  DAG product = newProduct(subtype, a.rows, b.columns);
+  DAG product = newProduct(RTableSettings(), subtype, a.rows, b.columns);
   fillProduct(product, a, b);
   if (isStored) return storeProduct(target, product);
   if (target) assign(target, product);
   return product;
+}
+
+// rtable/times(a, b): as mvMultiply, but two factors of hardware floats have a product of such.
+DAG native::rtableTimes(const BuiltinCall& call) {
+  if (argumentCount(call) != 2) wrongParameters(call);
+  DAG first = call.arguments[1], second = call.arguments[2];
+  checkFactors(first, second);
+  const Factor a(first), b(second);
+  checkShapes(a, b);
+  const bool isScalar = a.shape == rowVector && b.shape == columnVector;
+  if (!isPlainFloat(first) || !isPlainFloat(second)) return builtin::mvMultiply(call);
+  DAG product = productOfFloats(a, b, isScalar ? Word{subtypeColumnVector} : subtypeOfProduct(a, b));
+  return isScalar ? RTableDataOffsetToDag(product, 0) : product;
 }
 
 }  // namespace korel

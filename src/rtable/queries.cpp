@@ -313,7 +313,7 @@ DAG RTableOp(std::int64_t n, DAG r) {
   const bool isArray = subtypeOf(r) == subtypeArray;
   if (isArray && n == 1) return indexingFunctions(r);
   switch (isArray ? n : n + 1) {
-    case 2: return isArray ? ranges(r) : upperBounds(r);
+    case 2: return singleMember(isArray ? ranges(r) : upperBounds(r));
     case 3: return nonZeroEquations(r);
     case 4: return GetRTableOptionList(r, false, !isArray);
     default: improperSelector();

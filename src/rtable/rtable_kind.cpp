@@ -16,7 +16,6 @@
 #include "frame/environment_block.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
-#include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "rtable/block_copy.h"
 #include "rtable/create.h"
@@ -124,7 +123,7 @@ DAG mapElements(const OperandWalk& walk, DAG r) {
     DAG element = selectElement(r, index);
     if (!element) return;
     ++evaluationLevel;
-    DAG value = simpl(walk(element));
+    DAG value = singleMember(simpl(walk(element)));
     --evaluationLevel;
     updategen(value);
     if (selects && value == null) value = emptyCell(r);
@@ -245,39 +244,48 @@ DAG RTableModifyIntoCopy(DAG r, DAG (*change)(DAG element, void* state), void* s
   return copy ? copy : r;
 }
 
+// ---- float values
+
 namespace {
 
-// Sparse storage of software floats keeps its entries in another way than that of objects.
-DAG evalfSparse(DAG r) {
-  RTableSettings settings = CopyRTableSettings(r, true);
-  settings.datatype = dataDag;
-  settings.elementType = ini("sfloat");
-  settings.readOnly = settings.foreign = false;
-  std::int32_t bounds[2 * maxDimensions];
-  std::copy(boundsOf(r), boundsOf(r) + 2 * dimensionsOf(r), bounds);
-  DAG copy = RTableCreate(settings, DAG(), bounds, DataMode::cleared);
-  updategen(copy);
-  forEachEntry(r, [=](const std::int32_t* index) { storeInitial(copy, index, simpl(evalf(selectElement(r, index)))); });
-  return copy;
+// Those of the positions that are kept, in their order.
+DAG floatValues(DAG r) {
+  DAG values = new1(EXPSEQ);
+  forEachEntry(r, [&](const std::int32_t* index) {
+    DAG element = selectElement(r, index);
+    DAG value = element ? simpl(evalf(element)) : cons0;
+    updategen(value);
+    values = Append2(values, value);
+    collectInLoop();
+  });
+  return values;
 }
 
 }  // namespace
 
-DAG evalfRTable(DAG r) {
+DAG RTableEvalf(DAG r) {
+  RTableSettings settings = CopyRTableSettings(r, true);
+  settings.readOnly = settings.foreign = false;
+  updategen(r);
+  DAG values = floatValues(r);
   const bool isHardware = datatypeOf(r) == dataFloat64 || datatypeOf(r) == dataComplexFloat64;
-  if (isHardware && environmentWord(envUseHardwareFloats) == ini("true")) return CopyRTable(r);
-  if (storageOf(r) == storageSparse) return evalfSparse(r);
-  DAG copy = CopyRTableWithNewType(r, dataDag);
-  updateFlag(copy, rtableReadOnly, 0);
+  if (!isHardware || !usesHardwareFloats()) {
+    auto isFloat = [](DAG x) { return RTableType(dataDag, ini("sfloat"), x); };
+    settings.datatype = datatypeOf(r) == dataComplexFloat ? Word{dataComplexFloat} : Word{dataDag};
+    settings.elementType =
+        settings.datatype == dataComplexFloat || everyMember(values, isFloat) ? ini("sfloat") : ini("anything");
+  }
+  std::int32_t bounds[2 * maxDimensions];
+  std::copy(boundsOf(r), boundsOf(r) + 2 * dimensionsOf(r), bounds);
+  DAG copy = RTableCreate(settings, DAG(), bounds, DataMode::cleared);
   updategen(copy);
-  // Symbols stay among the floats.
-  UpdateRTABLE(copy, rtableElementType, ini("anything").word);
-  forEachEntry(copy, [copy](const std::int32_t* index) {
-    passWork(objectSteps);
-    DAG element = selectElement(copy, index), value = element ? simpl(evalf(element)) : element;
-    if (value != element) assignElement(copy, index, value);
+  Word at = 1;
+  forEachEntry(r, [&](const std::int32_t* index) {
+    if (at < lengthOf(values)) assignElement(copy, index, values[at++]);
   });
-  UpdateRTABLE(copy, rtableElementType, ini("sfloat").word);
+  // Symbols stay among the floats. Sparse storage keeps objects and floats in two ways.
+  if (datatypeOf(copy) == dataDag && storageOf(copy) != storageSparse)
+    UpdateRTABLE(copy, rtableElementType, ini("sfloat").word);
   return copy;
 }
 
@@ -318,9 +326,9 @@ bool hasMirroredSign(DAG r) {
 }  // namespace
 
 Parts partsOfRTable(DAG r, bool withNumbers) {
-  const bool hidden = !holdsObjects(r) && !withNumbers;
+  const bool hidden = datatypeOf(r) != dataDag && !withNumbers;
   if (functionCount(r) == 0 && hidden) return {};
-  if (functionCount(r) == 0 && datatypeOf(r) == dataDag && !isKorelSparse(r)) {
+  if (functionCount(r) == 0 && datatypeOf(r) == dataDag && !isKorelSparse(r) && rtableFlag(r, rtableForeign) == 0) {
     if (rawField(r, rtableData) == 0) return {};
     const auto* cells = elementPlace(r, 0);
     const auto at = static_cast<Word>(reinterpret_cast<std::uintptr_t>(cells));
@@ -334,7 +342,7 @@ Parts partsOfRTable(DAG r, bool withNumbers) {
         [](DAG element, void* state) {
           auto& g = *static_cast<Gathered*>(state);
           g.elements = Append2(g.elements, element);
-          if (g.negates) g.elements = Append2(g.elements, simpl(negate(element)));
+          if (g.negates) g.elements = Append2(g.elements, simpl(new3(SUM, element, consm1)));
           return true;
         },
         &gathered);
@@ -396,7 +404,8 @@ void forEachLoopIndex(DAG r, Visit visit) {
 }  // namespace
 
 DAG elementsOf(DAG rtable) {
-  if (functionCount(rtable) == 0 && rawField(rtable, rtableData) == 0) return new2(LIST, new1(EXPSEQ));
+  // A shape without data tells all its elements, and a loop runs over none.
+  if (rawField(rtable, rtableData) == 0) return new2(LIST, new1(EXPSEQ));
   DAG elements = new1(EXPSEQ);
   forEachLoopIndex(rtable, [&](const std::int32_t* index) {
     passWork(objectSteps);

@@ -17,14 +17,14 @@ DAG elementAtIntegers(DAG r, const DAG* index, Word n);
 bool storeAtInteger(DAG r, DAG index, DAG value);
 
 /// What loops over `rtable` run over, as a LIST that nobody else holds, not simplified: the elements that it has now,
-/// the first index fastest; of sparse storage the entries.
+/// the first index fastest; of sparse storage the entries; without data nothing.
 DAG elementsOf(DAG rtable);
 
 /// A writable copy whose elements are what `change` makes of those of `r`; `r` itself when none changes.
 DAG RTableModifyIntoCopy(DAG r, DAG (*change)(DAG element, void* state), void* state);
-/// A copy with the floats of the elements. One of hardware floats stays that while `UseHardwareFloats` is true; any
-/// other has the element type `sfloat`.
-DAG evalfRTable(DAG rtable);
+/// A copy with the float value of each element: in the format of the hardware where `rtable` has it and
+/// `UseHardwareFloats` is true, else with the element type `sfloat` when all values are such.
+DAG RTableEvalf(DAG rtable);
 /// The subtype of `rtable` as messages call it: Array, Matrix, Vector.
 DAG rtableWord(DAG rtable);
 

@@ -3,15 +3,19 @@
 #include <cstring>
 
 #include "eval/evaluate/environment_variables.h"
+#include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "numbers/integer/integer.h"
+#include "rtable/indexing_functions.h"
 #include "rtable/rtable_object.h"
 #include "store/names.h"
 #include "store/objects.h"
 #include "store/vocabulary.h"
 
 namespace korel {
+
+bool usesHardwareFloats() { return Environment->frame->envVars[envUseHardwareFloats] == ini("true"); }
 
 RTableSettings CopyRTableSettings(DAG r, bool keepShape) {
   RTableSettings s;
@@ -137,6 +141,7 @@ constexpr IndexedStorage indexedStorages[] = {
 };
 
 void takeStorage(RTableSettings& s, DAG value) {
+  s.tellsStorage = true;
   DAG base = baseOf(value);
   if (!base) KernelException("unrecognized storage format, %1", value);
   for (const IndexedStorage& row : indexedStorages)
@@ -148,8 +153,6 @@ void takeStorage(RTableSettings& s, DAG value) {
 }
 
 // ---- data type
-
-bool usesHardwareFloats() { return Environment->frame->envVars[envUseHardwareFloats] == ini("true"); }
 
 struct HardwareFormat {
   const char* name;
@@ -252,6 +255,14 @@ bool truthOfOption(const char* name, DAG value) {
 }
 void takeReadOnly(RTableSettings& s, DAG value) { s.readOnly = truthOfOption("readonly", value); }
 void takeTranspose(RTableSettings& s, DAG value) { s.transpose = truthOfOption("transpose", value); }
+// One indexing function, or a list of them: what prints so is read so.
+void takeShape(RTableSettings& s, DAG value) {
+  DAG functions = isTag(value, LIST) ? value[1] : asSequence(value);
+  if (!everyMember(functions, [](DAG f) { return isName(f) || (isTag(f, TABLEREF) && isName(f[1])); }))
+    KernelException("indexing function or list of them expected for shape option");
+  s.functions = simpl(functions);
+  if (!s.tellsStorage && memberCount(functions) > 0) s.storage = StorageImpliedByIndFun(s.functions, &s.b1, &s.b2);
+}
 void takeFill(RTableSettings& s, DAG value) { s.fill = value; }
 void takeAttributes(RTableSettings& s, DAG value) {
   if (!isTag(value, LIST)) KernelException("list expected for right side of %1 option", naminstall("attributes"));
@@ -263,8 +274,9 @@ struct Option {
   void (*take)(RTableSettings& s, DAG value);
 };
 constexpr Option options[] = {
-    {"datatype", takeDatatype}, {"storage", takeStorage},     {"subtype", takeSubtype}, {"order", takeOrder},
-    {"readonly", takeReadOnly}, {"transpose", takeTranspose}, {"fill", takeFill},       {"attributes", takeAttributes},
+    {"datatype", takeDatatype}, {"storage", takeStorage},       {"subtype", takeSubtype},
+    {"order", takeOrder},       {"readonly", takeReadOnly},     {"transpose", takeTranspose},
+    {"fill", takeFill},         {"attributes", takeAttributes}, {"shape", takeShape},
 };
 
 }  // namespace

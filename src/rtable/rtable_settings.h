@@ -14,8 +14,9 @@ struct RTableSettings {
   DAG elementType = ini("anything");
   Word subtype = subtypeArray;
   Word storage = storageRectangular;
-  std::int32_t b1 = -1;  // of a band, or the capacity of sparse storage
-  std::int32_t b2 = -1;  // of a band, or the qualifier of sparse storage
+  bool tellsStorage = false;  // by an option, not by a shape
+  std::int32_t b1 = -1;       // of a band, or the capacity of sparse storage
+  std::int32_t b2 = -1;       // of a band, or the qualifier of sparse storage
   Word order = fortranOrder;
   bool readOnly = false;
   bool foreign = false;
@@ -26,6 +27,8 @@ struct RTableSettings {
   DAG fill = cons0;
 };
 
+/// Whether `float` names the format of the hardware now.
+bool usesHardwareFloats();
 /// All that is told of `r`; without `keepShape` neither its storage nor its functions, and writable.
 RTableSettings CopyRTableSettings(DAG r, bool keepShape);
 /// What an rtable as initializer hands on: format, subtype and order, and that it is sparse.

@@ -220,26 +220,66 @@ void scanByElements(Block& block, Scans& all) {
 
 // ---- blocks of machine numbers
 
-// What all functions of the table ask of a run of numbers, in one pass.
+// What the functions of the table ask of runs of numbers. Each figure has a loop of its own, in lanes that don't wait
+// for each other (bench/rtables.sh, "sum", "maximum").
+struct Wanted {
+  bool total, extremes, nonZero;
+};
+constexpr int lanes = 8;
+
 template <class T>
 struct Figures {
   using Total = std::conditional_t<std::is_same_v<T, double>, double, __int128>;
+  Wanted wanted;
   Total total = 0;
   std::int64_t count = 0, nonZero = 0;
   T largest{}, least{}, largestNonZero{}, leastNonZero{};
 
-  void take(const T* run, std::int64_t n) {
-    if (count == 0 && n > 0) largest = least = *run;
+  void addUp(const T* run, std::int64_t n) {
+    // Sums of integers fit: a run has at most 2^16 of them, and those of 64 bits are added one by one.
+    using Lane = std::conditional_t<std::is_same_v<T, double>, double,
+                                    std::conditional_t<sizeof(T) == 8, __int128, std::int64_t>>;
+    Lane sums[lanes] = {};
+    std::int64_t i = 0;
+    for (; i + lanes <= n; i += lanes)
+      for (int k = 0; k < lanes; ++k) sums[k] += run[i + k];
+    for (; i < n; ++i) sums[0] += run[i];
+    for (Lane sum : sums) total += sum;
+  }
+  void compare(const T* run, std::int64_t n) {
+    if (count == 0) largest = least = run[0];
+    T most[lanes], fewest[lanes];
+    std::fill_n(most, lanes, largest);
+    std::fill_n(fewest, lanes, least);
+    std::int64_t i = 0;
+    for (; i + lanes <= n; i += lanes)
+      for (int k = 0; k < lanes; ++k) {
+        most[k] = most[k] < run[i + k] ? run[i + k] : most[k];
+        fewest[k] = run[i + k] < fewest[k] ? run[i + k] : fewest[k];
+      }
+    for (; i < n; ++i) {
+      most[0] = most[0] < run[i] ? run[i] : most[0];
+      fewest[0] = run[i] < fewest[0] ? run[i] : fewest[0];
+    }
+    for (int k = 0; k < lanes; ++k) {
+      largest = largest < most[k] ? most[k] : largest;
+      least = fewest[k] < least ? fewest[k] : least;
+    }
+  }
+  void compareNonZero(const T* run, std::int64_t n) {
     for (std::int64_t i = 0; i < n; ++i) {
       const T x = run[i];
-      total += x;
-      largest = largest <= x ? x : largest;
-      least = x <= least ? x : least;
       if (x == T{0}) continue;
       if (nonZero++ == 0) largestNonZero = leastNonZero = x;
-      largestNonZero = largestNonZero <= x ? x : largestNonZero;
-      leastNonZero = x <= leastNonZero ? x : leastNonZero;
+      largestNonZero = largestNonZero < x ? x : largestNonZero;
+      leastNonZero = x < leastNonZero ? x : leastNonZero;
     }
+  }
+  void take(const T* run, std::int64_t n) {
+    if (n == 0) return;
+    if (wanted.total) addUp(run, n);
+    if (wanted.extremes) compare(run, n);
+    if (wanted.nonZero) compareNonZero(run, n);
     count += n;
   }
 };
@@ -278,12 +318,23 @@ void answer(const Figures<T>& figures, const ScanFunction& function, Scan& scan)
   if (figures.nonZero > 0 && isCalled("NonZeroMinimum")) scan.value = numberOf(figures.leastNonZero);
 }
 
+Wanted wantedBy(const Scans& all) {
+  Wanted wanted{false, false, false};
+  for (Word i = 0; i < all.count; ++i) {
+    const auto take = all.functions[i]->take;
+    wanted.total |= take == addTerm || take == addNonZero;
+    wanted.extremes |= take == takeLarger || take == takeSmaller;
+    wanted.nonZero |= take != addTerm && take != takeLarger && take != takeSmaller;
+  }
+  return wanted;
+}
+
 template <class T>
 void scanRuns(const Block& block, Scans& all) {
   DAG r = block.r;
   const auto* data = reinterpret_cast<const T*>(dataOf(r));
   const Word n = dimensionsOf(r);
-  Figures<T> figures;
+  Figures<T> figures{wantedBy(all)};
   if (std::equal(block.bounds, block.bounds + 2 * n, boundsOf(r))) {
     constexpr std::int64_t longestRun = 1 << 16;
     for (std::int64_t at = 0, count = rawField(r, rtableCount); at < count; at += longestRun) {

@@ -115,7 +115,7 @@ DAG argumentOf(const Access& a, Word k) { return IndexingFunctionArg(functionOf(
 
 using Transform = DAG (*)(DAG x);
 DAG identityOf(DAG x) { return x; }
-DAG negated(DAG x) { return simpl(negate(x)); }
+DAG negated(DAG x) { return isNumber(x) ? simpl(negate(x)) : simpl(new3(SUM, x, consm1)); }
 DAG conjugated(DAG x) { return simpl(conjugate(x)); }
 DAG negatedConjugate(DAG x) { return negated(conjugated(x)); }
 
@@ -191,7 +191,10 @@ void assignOffDiagonal(Access& a, DAG value) {
 template <Transform transform>
 void assignSymmetric(Access& a, DAG value) {
   if (!onDiagonal(a)) return assignOffDiagonal<transform>(a, value);
-  if (!hasCell(a) && !isZeroValue(value)) KernelException("this shape only permits zero assignments on the diagonal");
+  if (!hasCell(a) && !isZeroValue(value)) {
+    if (baseOf(a.r) == Base::none) KernelException("this shape only permits zero assignments");
+    KernelException("this shape only permits zero assignments on the diagonal");
+  }
   storeIfCell(a, value);
 }
 

@@ -43,7 +43,7 @@ auto keyOf(T x) {
   }
 }
 
-// One pass of counters, one for each value of a byte.
+// One pass of counters, one for each value of a byte (bench/rtables.sh, "sort of 10^6 bytes").
 void countingSort(const std::int8_t* source, std::int8_t* sorted, std::int64_t n) {
   std::int64_t counts[256] = {};
   for (std::int64_t i = 0; i < n; ++i) ++counts[source[i] + 128];

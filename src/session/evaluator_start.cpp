@@ -1,5 +1,6 @@
 #include "session/evaluator_start.h"
 
+#include "debug/debugger.h"
 #include "eval/evaluate/known_values.h"
 #include "eval/procedures/modules.h"
 #include "eval/procedures/scoping.h"
@@ -25,6 +26,7 @@ void initializeEvaluator() {
   registerRoot(&funret);
   registerRootWalker(walkScopes);
   initializeStatements();
+  initializeDebugger();
   initializeKnownValues();
   initializeModules();
   initializeTypeMatch();

@@ -1,6 +1,8 @@
 #include "session/reset_hooks.h"
 
 #include "algebra/modular/modular_polynomials.h"
+#include "debug/debugger.h"
+#include "debug/statement_trace.h"
 #include "eval/procedures/modules.h"
 #include "eval/simplify/simplify.h"
 #include "eval/structure/substitute.h"
@@ -10,6 +12,8 @@
 #include "eval/walk/walk_memory.h"
 #include "external/call_external.h"
 #include "external/libraries.h"
+#include "files/file_access.h"
+#include "files/file_table.h"
 #include "hardware/hardware_frame.h"
 #include "library/archive/archive_files.h"
 #include "library/archive/member_io.h"
@@ -35,6 +39,9 @@ constexpr HookRow hookRows[] = {
     {HookMoment::initialised, initializeNative},
     {HookMoment::initialised, initializeLibrary},
     {HookMoment::initialised, initializeRTables},
+    {HookMoment::initialised, InitializeIOLibrary},
+    {HookMoment::initialised, forgetHeldLines},
+    {HookMoment::everyStatement, ResetDebugger},
     {HookMoment::initialised, ResetModRand},
     {HookMoment::initialised, initializeExternalLibraries},
     {HookMoment::initialised, initializeExternalCalls},
@@ -48,12 +55,16 @@ constexpr HookRow hookRows[] = {
     {HookMoment::everyStatement, resetExternalCalls},
     {HookMoment::throwAway, CloseExternalLibraries},
     {HookMoment::throwAway, CloseAllRepositories},
+    {HookMoment::throwAway, CleanUpIOLibrary},
+    {HookMoment::throwAway, CleanUpDebugger},
     {HookMoment::throwAway, CleanUpSimplifier},
     {HookMoment::throwAway, FlushDotMFileCache},
     {HookMoment::throwAway, forgetDirectoryContents},
     {HookMoment::startFiles, ResetSimplifier},
     {HookMoment::startFiles, InitializeHelp},
     {HookMoment::stop, UnloadModules},
+    {HookMoment::exitProcess, CleanUpIOLibrary},
+    {HookMoment::stop, SaveTraceInformation},
     {HookMoment::exitProcess, FlushDotMFileCache},
     {HookMoment::exitProcess, CloseExternalLibraries},
 };

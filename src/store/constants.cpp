@@ -167,7 +167,7 @@ void initialize(const char* libraryText) {
   buildStandardNames();
   buildNumberObjects();
   buildBuiltins();
-  for (int i = 0; i < rememberingBuiltinCount; ++i) builtrem[i] = null;
+  for (int i = 0; i < rememberingBuiltinCount; ++i) builtrem[i] = ini(rememberingBuiltins[i])[1];
   order1 = simpl(newCall(ini("O"), {cons1}));
   DefTestzero = testzeroProcedure();
   initializeEnvironmentVariables();

@@ -37,7 +37,8 @@ extern DAG DefTestzero;      // default of the environment variable Testzero
 extern DAG builtinOptions;   // EXPSEQ (builtin)
 extern DAG rememberOptions;  // EXPSEQ (builtin, remember)
 constexpr int rememberingBuiltinCount = 8;
-extern DAG builtrem[rememberingBuiltinCount];  // diff expand evalf series readlib frontend divide normal
+// Their procedures, which hold the tables: diff expand evalf series readlib frontend divide normal.
+extern DAG builtrem[rememberingBuiltinCount];
 extern DAG AliasToKorel, KorelToAlias;
 
 /// Builds the tables, constants and standard names, in order; `libraryPath` becomes `libname`.

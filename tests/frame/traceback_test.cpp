@@ -70,7 +70,9 @@ TEST(Traceback, LevelDecidesWhatIsReported) {
   EXPECT_EQ(say("tb_g(1);"), "Error, (in tb_f) bad 3");
   EXPECT_EQ(say("tracelast;"),
             "tb_g called with arguments: 1\n"
+            " #(tb_g,1): tb_f(y+1)\n"
             "tb_f called with arguments: 2\n"
+            " #(tb_f,2): error \"bad %1\", loc\n"
             "Error, (in tb_f) bad 3\n"
             " locals defined as: loc = 3");
   say("printlevel := 2:");
@@ -78,6 +80,7 @@ TEST(Traceback, LevelDecidesWhatIsReported) {
   say("printlevel := 1:");
   EXPECT_EQ(atTwo,
             "tb_g called with arguments: 1\n"
+            " #(tb_g,1): tb_f(y+1)\n"
             "Error, (in tb_f) bad 3\n"
             " locals defined as: loc = 3");
 }

@@ -30,6 +30,8 @@ evalhf(w(infinity, 2)), evalhf(w(infinity, 0)), evalhf(w(infinity, -2)), evalhf(
   evalhf(w(-1, infinity)), evalhf(w(undefined, 0)), evalhf(w(2, undefined));
 evalhf(w(0, 0)); evalhf(w(0, -1)); evalhf(w(-8., 1/3)); evalhf(w(10, 400)); evalhf(w(10, 400.5)); evalhf(w(1e-300, -2));
 evalhf(w(10, 308)), evalhf(w(10., -323));
+# Powers of numbers are judged here, not when the call is read.
+evalhf(0^0); evalhf((-8.0)^(1/3)); evalhf(1 + 2*sin((0.^0)^2)); evalhf((-8)^2*2^(1/2)), evalhf(-8^(1/3)), evalhf(0^2), 0^0;
 # Functions of one number.
 for f in [abs, ceil, csgn, Dirac, floor, frac, Heaviside, round, signum, trunc] do
   print(f, evalhf(f(-2.5)), evalhf(f(-0.3)), evalhf(f(0)), evalhf(f(0.5)), evalhf(f(3))) end do:

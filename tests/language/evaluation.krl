@@ -93,7 +93,7 @@ MPFloat(3);
 MPFloat("a");
 system("exit 3");
 system(3);
-DEBUG();
+debugger := proc() NULL end proc: DEBUG();
 dbg := proc() DEBUG(1); 5 end proc: dbg();
 userinfo(1, test);
 infolevel[test] := 2: userinfo(1, test, "seen", 1 + 1); userinfo(3, test, "unseen");

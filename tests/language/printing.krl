@@ -6,7 +6,7 @@ f(x)(y); f[1](x); (f + g)(1, 2) ; a || b; `a b` || c; m:-x; x::integer; 'a' ; ''
 `a b`; [`a b`, `if`, `x1`, `1x`, `%a`, ``, `a``b`]; "say \"hi\""; "tab\tnew\nline\\"; ["s"];
 lprint(`a b`, "s"); print(`a b`, [1, "s"]); lprint(); print(x + 1, "text");
 # Numbers beside a dot stand in parentheses, and what a postfix operator would take along.
-x::(n!); (x::n)!; (a^2).b; a.2; (2).a; a.(2.5^x); (a*b^2).c; (x^y).z; (a.2).b; (2*a).b; a.(1.5)!; ''a.(2.5)(x)''; <(a = b), c..d>; ''<(a < b)|(c, d)|e>'';
+x::(n!); (x::n)!; (a^2).b; a.2; (2).a; a.(2.5^x); (a*b^2).c; (x^y).z; (a.2).b; (2*a).b; a.(1.5)!; ''a.(2.5)(x)''; ''<(a = b), c..d>''; ''<(a < b)|(c, d)|e>'';
 # A table that its printing procedures change is printed as it was.
 `print/box` := proc(x) global t4; local i; for i to 500 do t4[i] := i end do; boxed(x) end proc: t4 := table([1001 = box(1), 1002 = box(2)]): print(t4); nops([entries(t4)]);
 # A long number that is saved reads back, and so do texts that begin a line with a mark.

@@ -12,4 +12,4 @@ evalf([Array(1..1, [1 + I/3], datatype = complex[8]), 1/3]);
 # Constants are stored with all digits of a double, whatever `Digits` is.
 Digits := 3: K := Array(1..5, [Pi, sqrt(2), -infinity, exp(1)/7, gamma], datatype = float[8]): K[1], K[2], K[3], K[4], K[5];
 C := rtable(constant[Pi], 1..2, datatype = float[8]): C[2]; Digits := 10:
-H[1] := undefined: H[1]; H[1] := x; H[1] := sqrt(-1); H[1] := ln(0);
+H[1] := undefined: H[1]; H[1] := x; H[1] := sqrt(-1);

@@ -125,6 +125,8 @@ T := Array(1..2, 1..3, [[1, 2, 3], [4, 5, 6]]): for v in T do print(v) end do: a
 seq(v, v = rtable(1..10^6, {3 = a}, storage = sparse)), add(v, v = Array(1..0));
 seq(v, v = rtable(triangular[upper], 1..2, 1..2, fill = 5)), seq(v, v = rtable(1..2, 1..2, 5, storage = triangular[upper]));
 
+for v in rtable(identity, 1..2, 1..2) do print(v) end do; add(v, v = rtable(identity, 1..2, 1..2, storage = rectangular));
+
 # Counts.
 S := rtable(1..4, 1..4, storage = sparse[2], datatype = integer[4]): S[1, 1] := 1: S[2, 2] := 2: S[3, 3] := 3:
 seq(rtable_num_elems(S, k), k = [All, NonZero, Stored, NonZeroStored, Bytes, Allocated]);

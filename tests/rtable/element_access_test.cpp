@@ -1,8 +1,10 @@
 // Every storage, format, order, rank and shape against a plain model: a map from index to value, and the rules of one
 // shape each.
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <map>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -15,6 +17,7 @@
 #include "rtable/element_access.h"
 #include "rtable/selection.h"
 #include "store/names.h"
+#include "store/vocabulary.h"
 
 namespace korel::test {
 
@@ -22,42 +25,41 @@ namespace {
 
 using Index = std::vector<std::int32_t>;
 
-// Where a shape has its own say.
-enum class Say { open, zero, one };
-
 struct Model {
   std::string shape;  // "" for none
   bool symmetric = false;
   int sign = 1;  // of the mirrored element
   std::map<Index, int> cells;
 
-  // What the shape tells of a position, before any storage.
-  Say sayAt(const Index& x) const {
-    const bool diagonal = x.size() < 2 || x[0] == x[1];
+  // What the shape tells of a position, before any storage; nothing where it leaves the element open.
+  std::optional<int> fixedAt(const Index& x) const {
+    const bool diagonal = std::all_of(x.begin(), x.end(), [&](std::int32_t i) { return i == x[0]; });
     const int i = x[0], j = x.size() > 1 ? x[1] : 0;
-    if (shape == "zero") return Say::zero;
-    if (shape == "identity") return diagonal ? Say::one : Say::zero;
-    if (shape == "diagonal") return diagonal ? Say::open : Say::zero;
-    if (shape == "triangular[upper]") return j < i ? Say::zero : Say::open;
-    if (shape == "triangular[lower]") return j > i ? Say::zero : Say::open;
-    if (shape == "triangular[upper,unit]") return diagonal ? Say::one : j < i ? Say::zero : Say::open;
-    if (shape == "triangular[lower,unit]") return diagonal ? Say::one : j > i ? Say::zero : Say::open;
-    if (shape == "Hessenberg[upper]") return j + 1 < i ? Say::zero : Say::open;
-    if (shape == "Hessenberg[lower]") return i + 1 < j ? Say::zero : Say::open;
-    if (shape == "band[1,2]") return i - j > 1 || j - i > 2 ? Say::zero : Say::open;
-    if (shape == "skewsymmetric") return diagonal ? Say::zero : Say::open;
-    return Say::open;
+    auto zeroIf = [](bool outside) { return outside ? std::optional<int>(0) : std::nullopt; };
+    if (shape == "zero") return 0;
+    if (shape == "identity") return diagonal ? 1 : 0;
+    if (shape == "scalar[3]") return diagonal ? 3 : 0;
+    if (shape == "scalar[2,7]") return i == 2 ? 7 : 0;
+    if (shape == "unit[2]") return i == 2 ? 1 : 0;
+    if (shape == "diagonal") return zeroIf(!diagonal);
+    if (shape == "triangular[upper]") return zeroIf(j < i);
+    if (shape == "triangular[lower]") return zeroIf(j > i);
+    if (shape == "triangular[upper,unit]") return diagonal ? 1 : zeroIf(j < i);
+    if (shape == "triangular[lower,unit]") return diagonal ? 1 : zeroIf(j > i);
+    if (shape == "Hessenberg[upper]") return zeroIf(j + 1 < i);
+    if (shape == "Hessenberg[lower]") return zeroIf(i + 1 < j);
+    if (shape == "band[1,2]") return zeroIf(i - j > 1 || j - i > 2);
+    if (shape == "skewsymmetric") return zeroIf(diagonal);
+    if (shape == "symmetric,triangular[upper]") return zeroIf(!diagonal);
+    return std::nullopt;
   }
   int read(const Index& x) const {
-    const Say say = sayAt(x);
-    if (say != Say::open) return say == Say::one;
+    if (auto fixed = fixedAt(x)) return *fixed;
     auto cell = cells.find(x);
     return cell == cells.end() ? 0 : cell->second;
   }
   bool write(const Index& x, int value) {
-    const Say say = sayAt(x);
-    if (say == Say::zero) return value == 0;
-    if (say == Say::one) return value == 1;
+    if (auto fixed = fixedAt(x)) return value == *fixed;
     cells[x] = value;
     if (symmetric && x[0] != x[1]) cells[{x[1], x[0]}] = sign * value;
     return true;
@@ -104,6 +106,31 @@ constexpr Combination combinations[] = {
     {"identity", storageRectangular, 2},
     {"zero", storageEmpty, 2},
     {"zero", storageRectangular, 1},
+    {"zero", storageSparse, 3},
+    {"identity", storageEmpty, 3},
+    {"identity", storageSparse, 2},
+    {"diagonal", storageRectangular, 1},
+    {"diagonal", storageRectangular, 3},
+    {"diagonal", storageDiagonal, 3},
+    {"diagonal", storageSparse, 2},
+    {"scalar[3]", storageEmpty, 2},
+    {"scalar[3]", storageRectangular, 2},
+    {"scalar[3]", storageScalar, 2},
+    {"scalar[3]", storageDiagonal, 2},
+    {"scalar[2,7]", storageEmpty, 1},
+    {"scalar[2,7]", storageRectangular, 1},
+    {"unit[2]", storageEmpty, 1},
+    {"unit[2]", storageRectangular, 1},
+    {"unit[2]", storageSparse, 1},
+    {"hermitian", storageUpper, 2},
+    {"hermitian", storageRectangular, 2},
+    {"hermitian", storageLower, 2},
+    {"symmetric", storageUpperHessenberg, 2},
+    {"skewsymmetric", storageLowerHessenberg, 2},
+    {"triangular[upper]", storageUpperHessenberg, 2},
+    {"band[1,2]", storageSparse, 2},
+    {"Hessenberg[upper]", storageSparse, 2},
+    {"symmetric,triangular[upper]", storageRectangular, 2},
 };
 
 DAG rtableFor(const Combination& combination, Word datatype, Word order, int side) {
@@ -114,7 +141,7 @@ DAG rtableFor(const Combination& combination, Word datatype, Word order, int sid
   settings.dimensions = combination.rank;
   settings.b1 = combination.storage == storageBand ? 1 : -1;
   settings.b2 = combination.storage == storageBand ? 2 : 0;
-  if (combination.shape[0] != 0) settings.functions = simpl(newSequence({valueOf(combination.shape)}));
+  if (combination.shape[0] != 0) settings.functions = simpl(asSequence(valueOf(combination.shape)));
   std::int32_t bounds[2 * maxDimensions];
   for (int k = 0; k < combination.rank; ++k) {
     bounds[2 * k] = 1;
@@ -137,7 +164,7 @@ void agreesWithModel(const Combination& combination, Word datatype, Word order, 
   constexpr int side = 5;
   DAG r = rtableFor(combination, datatype, order, side);
   Model model{combination.shape, false, 1, {}};
-  model.symmetric = model.shape == "symmetric" || model.shape == "skewsymmetric";
+  model.symmetric = model.shape == "symmetric" || model.shape == "hermitian" || model.shape == "skewsymmetric";
   if (model.shape == "skewsymmetric") model.sign = -1;
   auto draw = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
   for (int step = 0; step < 250; ++step) {

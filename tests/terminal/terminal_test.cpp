@@ -12,6 +12,10 @@
 #include <unistd.h>
 #include <vector>
 
+#include "session.h"
+
+using terminal::Session;
+
 namespace {
 
 struct Ended {
@@ -197,73 +201,6 @@ TEST(Terminal, StreamsAreAnswered) {
   unlink(path);
 }
 
-/// A session at a pseudo-terminal, with a home directory that lasts as long as the name is wanted.
-class Session {
- public:
-  explicit Session(const std::string& home = "/nonexistent") {
-    child_ = forkpty(&master_, nullptr, nullptr, nullptr);
-    if (child_ == 0) {
-      setenv("HOME", home.c_str(), 1);
-      setenv("TERM", "dumb", 1);
-      execl(KOREL_PROGRAM, KOREL_PROGRAM, "-s", static_cast<char*>(nullptr));
-      _exit(127);
-    }
-  }
-  ~Session() {
-    if (child_ > 0) {
-      kill(child_, SIGKILL);
-      waitpid(child_, nullptr, 0);
-    }
-    close(master_);
-  }
-  void type(const std::string& text) {
-    EXPECT_EQ(write(master_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-  }
-  /// Waits until `text` has come behind what was waited for before; false after ten seconds.
-  bool shows(const std::string& text) {
-    for (int rounds = 0; rounds < 100; ++rounds) {
-      std::size_t at = seen_.find(text, from_);
-      if (at != std::string::npos) {
-        from_ = at + text.size();
-        return true;
-      }
-      pollfd ready = {master_, POLLIN, 0};
-      if (poll(&ready, 1, 100) <= 0) continue;
-      char buffer[4096];
-      ssize_t n = read(master_, buffer, sizeof buffer);
-      if (n <= 0) break;
-      seen_.append(buffer, static_cast<std::size_t>(n));
-    }
-    return false;
-  }
-  /// Exit status, or -2 when the program still runs after that many tenths of a second.
-  int exitStatus(int tenths = 100) {
-    int status = 0;
-    for (int rounds = 0; rounds < tenths; ++rounds) {
-      if (waitpid(child_, &status, WNOHANG) == child_) {
-        child_ = -1;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-      }
-      pollfd ready = {master_, POLLIN, 0};
-      char buffer[4096];
-      if (poll(&ready, 1, 100) > 0 && (ready.revents & POLLIN) != 0) {
-        ssize_t n = read(master_, buffer, sizeof buffer);
-        if (n > 0) seen_.append(buffer, static_cast<std::size_t>(n));
-      } else {
-        usleep(20000);
-      }
-    }
-    return -2;
-  }
-  const std::string& seen() const { return seen_; }
-
- private:
-  int master_ = -1;
-  pid_t child_ = -1;
-  std::string seen_;
-  std::size_t from_ = 0;
-};
-
 TEST(Terminal, SessionsPromptAndGoOn) {
   Session session;
   ASSERT_TRUE(session.shows("> ")) << session.seen();
@@ -283,6 +220,9 @@ TEST(Terminal, SessionsPromptAndGoOn) {
   EXPECT_EQ(session.seen().find("12321"), std::string::npos) << session.seen();
   session.type("?seq\r");
   ASSERT_TRUE(session.shows("seq")) << session.seen();
+  // The prompt begins a line of its own.
+  session.type("printf(\"half a %s\", line);\r");
+  ASSERT_TRUE(session.shows("half a line\r\n")) << session.seen();
   session.type("40 + 2;\r");
   ASSERT_TRUE(session.shows("42\r\n")) << session.seen();
   session.type("quit(3)\r;\r");
@@ -304,7 +244,11 @@ TEST(Terminal, ResultsAreLaidOutInTwoDimensions) {
       {"y - 2*I*x/z;", "    2*I x\ny - -----\n      z\n"},
       {"x^2 - (1-2*I);", " 2\nx  - 1 + 2*I\n"},
       {"(a . b)^2;", "     2\n(a.b)\n"},
-      {"<1/x, c>;", "<1/x,c>\n"},
+      {"<1/x, c>;", "[1]\n[-]\n[x]\n[ ]\n[c]\n"},
+      {"Matrix([[1, x^2], [a, -33]]);", "[    2 ]\n[1  x  ]\n[      ]\n[a  -33]\n"},
+      {"v := Vector[row]([1, 2, 30]);", "v := [1  2  30]\n"},
+      {"[Vector([1, 2]), x];", "[[1], x]\n[[2]   ]\n"},
+      {"Matrix(20, 3, storage = sparse);", "[20 x 3 Matrix, anything, sparse]\n"},
       {"INTERFACE_SET(prettyprint, 0): x^2;", "x^2\n"},
   };
   Session session;

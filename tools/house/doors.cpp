@@ -10,10 +10,10 @@ namespace house {
 namespace {
 
 // The floors, from the ground up. Rooms of one floor may include each other's headers.
-constexpr std::string_view floors[][4] = {
+constexpr std::string_view floors[][5] = {
     {"store"},    {"frame"},   {"numbers"},
     {"text"},     {"eval"},    {"library"},
-    {"rtable"},   {"algebra"}, {"debug", "external", "hardware", "openmath"},
+    {"rtable"},   {"algebra"}, {"debug", "external", "hardware", "openmath", "files"},
     {"builtins"}, {"session"}, {"client"},
 };
 

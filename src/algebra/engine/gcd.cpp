@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "algebra/engine/quotient.h"
+#include "algebra/engine/sparse_gcd.h"
 #include "eval/simplify/simplify.h"
 #include "numbers/arithmetic.h"
 #include "numbers/integer/integer_functions.h"
@@ -25,7 +26,7 @@ void makePrimitive(IntegerPolynomial& p) {
 
 namespace {
 
-constexpr double longestValue = 400000;  // digits of base 10000
+constexpr double longestValue = 80000;  // digits of base 10000
 constexpr int mostTries = 6;
 
 // The product of the lowest power of each variable in `p`.
@@ -120,14 +121,15 @@ Monomial fieldsIn(const Layout& layout, const IntegerPolynomial& p) {
 
 bool isConstant(const IntegerPolynomial& p) { return p.count == 1 && p.monomials[0] == 0; }
 
-// The divisor of `b` and the coefficients of `a` as a polynomial in the variables of `fields`.
+// The divisor of `start`, unless that has no terms, and the coefficients of `a` as a polynomial in the variables of
+// `fields`.
 bool gcdOfCoefficients(Arena& arena, const Layout& layout, const IntegerPolynomial& a, Monomial fields,
-                       const IntegerPolynomial& b, IntegerPolynomial& result) {
+                       const IntegerPolynomial& start, IntegerPolynomial& result) {
   auto* order = arena.make<std::size_t>(a.count);
   std::iota(order, order + a.count, std::size_t{0});
   std::stable_sort(order, order + a.count,
                    [&](std::size_t i, std::size_t j) { return (a.monomials[i] & fields) > (a.monomials[j] & fields); });
-  result = b;
+  result = start;
   for (std::size_t i = 0; i < a.count && !isConstant(result);) {
     IntegerPolynomial part;
     part.monomials = arena.make<Monomial>(a.count);
@@ -138,12 +140,43 @@ bool gcdOfCoefficients(Arena& arena, const Layout& layout, const IntegerPolynomi
       part.coefficients[part.count++] = a.coefficients[order[i]];
     }
     makePrimitive(part);
-    if (!primitiveGcd(arena, layout, part, result, result)) return false;
+    if (result.count == 0) result = part;
+    else if (!primitiveGcd(arena, layout, part, result, result)) return false;
   }
   return true;
 }
 
 }  // namespace
+
+IntegerPolynomial constantOne(Arena& arena) {
+  IntegerPolynomial one;
+  one.count = 1;
+  one.monomials = arena.makeZero<Monomial>(1);
+  one.coefficients = arena.make<DAG>(1);
+  one.coefficients[0] = cons1;
+  return one;
+}
+
+bool takeContent(Arena& arena, const Layout& layout, IntegerPolynomial& p, Monomial fields,
+                 IntegerPolynomial& content) {
+  if (!gcdOfCoefficients(arena, layout, p, fields, {}, content)) return false;
+  if (isConstant(content)) return true;
+  Polynomial dividend = inLimbs(arena, p), divisor = inLimbs(arena, content), quotient;
+  if (dividend.count == 0 || divisor.count == 0 ||
+      divideExactly(arena, layout, dividend, divisor, quotient) != Division::exact)
+    return false;
+  p = asIntegers(arena, quotient);
+  return true;
+}
+
+IntegerPolynomial productOf(Arena& arena, const Layout& layout, const IntegerPolynomial& a,
+                            const IntegerPolynomial& b) {
+  if (isConstant(a)) return b;
+  Polynomial x = inLimbs(arena, a), y = inLimbs(arena, b);
+  const double bits = bitsOfLargest(a) + bitsOfLargest(b) + std::log2(static_cast<double>(std::min(a.count, b.count)));
+  if (x.count == 0 || y.count == 0 || widthFor(bits) == 0) return {};
+  return asIntegers(arena, multiply(arena, layout, x, y, widthFor(bits)));
+}
 
 bool primitiveGcd(Arena& arena, const Layout& layout, IntegerPolynomial a, IntegerPolynomial b,
                   IntegerPolynomial& result) {
@@ -155,8 +188,8 @@ bool primitiveGcd(Arena& arena, const Layout& layout, IntegerPolynomial a, Integ
   if (Monomial only = fieldsOfA & ~fieldsOfB; only != 0) return gcdOfCoefficients(arena, layout, a, only, b, result);
   if (Monomial only = fieldsOfB & ~fieldsOfA; only != 0) return gcdOfCoefficients(arena, layout, b, only, a, result);
   const Monomial contentOfA = monomialContent(layout, a), contentOfB = monomialContent(layout, b);
-  if (!heuristicGcd(arena, layout, shifted(arena, a, contentOfA, false), shifted(arena, b, contentOfB, false), result))
-    return false;
+  IntegerPolynomial p = shifted(arena, a, contentOfA, false), q = shifted(arena, b, contentOfB, false);
+  if (!heuristicGcd(arena, layout, p, q, result) && !sparseGcd(arena, layout, p, q, result)) return false;
   result = shifted(arena, result, commonMonomial(layout, contentOfA, contentOfB), true);
   return true;
 }

@@ -131,7 +131,7 @@ DAG evalf(DAG x) {
     }
     case SERIES: return withReferences(x, evalf);
     case TABLE: return mapFields(x, tableEntries, 1, evalf);
-    case RTABLE: return evalfRTable(x);
+    case RTABLE: return RTableEvalf(x);
     case HASHTAB: return mapFields(x, 1, 1, evalf);
     case HASH: return mapFields(x, 2, 2, evalfEntry);
     case DCOLON: return evalf(x[1]);

@@ -71,6 +71,11 @@ DAG walkCall(DAG equations, DAG x) {
   return simpl(eval(simpl(changed)));
 }
 
+DAG walkTyped(DAG equations, DAG x) {
+  DAG known = evalextf("eval/", "::", simpl(new3(EXPSEQ, x, equations)));
+  return known != null ? simpl(known) : simpl(walkFields(equations, x, {1, 2}));
+}
+
 DAG walkSum(DAG equations, DAG x) {
   DAG result = walkFields(equations, x, {1, lengthOf(x), 2});
   return result == x ? x : simpl(withListsAdded(result));
@@ -130,7 +135,7 @@ DAG walk(DAG equations, DAG x) {
     case PROD: return walkProduct(equations, x);
     case TABLE: return walkTable(equations, x);
     case RTABLE: return walkRTable(equations, x);
-    case DCOLON: return simpl(walkFields(equations, x, {1, 2}));
+    case DCOLON: return walkTyped(equations, x);
     case ZPPOLY: return subs1(equations, x);
     case SERIES: return simpl(walkFields(equations, x, referenceFields(x)));
     case CATENATE: case POWER: case UNEVAL: case EQUATION: case INEQUAT: case LESSEQ: case LESSTHAN: case AND: case NOT:

@@ -3,6 +3,9 @@
 #include <algorithm>
 
 #include "builtins/builtins.h"
+#include "debug/call_profile.h"
+#include "debug/debugger.h"
+#include "debug/statement_trace.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/known_values.h"
@@ -249,6 +252,7 @@ void checkParameter(DAG declaration, DAG argument, Word position, DAG name) {
   evaluationLevel -= procedureLevels;
   if (matches) return;
   DAG parameter = simpl(newLocalName(textOf(declaredName(declaration))));
+  prtprof(false, name, evaluationLevel);
   DAG shown = byName ? new3(ASSIGN, argument, mvalue(argument)) : argument;
   KernelException("%1 expects its %-2 argument, %3, to be of type %4, but received %5", name,
                   immediate(static_cast<std::int32_t>(position)), parameter, declared, shown);
@@ -375,6 +379,8 @@ DAG runBody(CallState& call) {
       if (!innermost) releaseLocals(call.frame.locals);
       DAG caller = callerName(call.frame);
       leaveFrame(call, innermost);
+      prtprof(false, call.frame.procName, evaluationLevel);
+      if (SpecialError != noSpecialError) EnterDebugger();
       if (call.traced) sendDebug(debugErrorExit, call.frame.procName, ini("lasterror")[1], caller);
       jumpOut(jumpError);
     }
@@ -398,15 +404,29 @@ inline DAG runInFrame(CallState& call) {
   leaveFrame(call, false);
   if (call.traced) [[unlikely]]
     sendDebug(debugExit, call.frame.procName, result, callerName(call.frame));
+  if (optprofile != 0) [[unlikely]]
+    prtprof(false, call.frame.procName, evaluationLevel);
   updategen(result);
   return result;
 }
 
+// What is told of a call before it runs.
+[[gnu::noinline]] void observeEntry(const Callee& callee) {
+  prtprof(true, callee.name, evaluationLevel);
+  if (traceAllMode) instrumentOnEntry(callee.name, callee.procedure);
+}
+inline bool isObserved() { return (optprofile | static_cast<int>(traceAllMode)) != 0; }
+
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
   checkStack();
   DAG proc = callee.procedure;
+  if (isObserved()) [[unlikely]]
+    observeEntry(callee);
   if (lengthOf(paramsOf(proc)) > 1) checkParameters(proc, arguments, callee.name);
-  if (bodyOf(proc) == InertProc) return simpl(new3(FUNCTION, callee.name, arguments));
+  if (bodyOf(proc) == InertProc) {
+    prtprof(false, callee.name, evaluationLevel);
+    return simpl(new3(FUNCTION, callee.name, arguments));
+  }
   CallState call(proc, callee.name, arguments, framePrintLevel(proc));
   DAG result = runInFrame(call);
   if (!isExternalWrapper(proc) && hasOption(proc, ini("remember"))) pcinsert(proc, key, result = simpl(result));
@@ -427,6 +447,8 @@ DAG runPlain(const Callee& callee, DAG a) {
   }
   if (bodyOf(proc) == InertProc) [[unlikely]]
     return runProcedure(callee, simpl(arguments), null);
+  if (isObserved()) [[unlikely]]
+    observeEntry(callee);
   if (typed) checkParameters(proc, arguments, callee.name);
   CallState call(proc, callee.name, arguments, globalPrintLevel());
   DAG result = runInFrame(call);

@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "debug/call_profile.h"
+#include "debug/debugger.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/procedures/procedure_frame.h"
 #include "eval/procedures/scoping.h"
@@ -113,6 +115,8 @@ void runDefinition(ModuleRun& run) {
       recordTraceLevel(run.frame);
       DAG caller = callerName(run.frame);
       leaveModule(run);
+      prtprof(false, run.name, evaluationLevel);
+      if (SpecialError != noSpecialError) EnterDebugger();
       if (run.traced) sendDebug(debugErrorExit, run.name, ini("lasterror")[1], caller);
       jumpOut(jumpError);
     }
@@ -186,6 +190,7 @@ DAG EvaluateModuleDefinition(DAG definition, DAG name) {
   run.definition = definition;
   run.name = name;
   Frame& caller = *Environment->frame;
+  prtprof(true, name, evaluationLevel);
   Frame& frame = run.frame;
   frame.previousFrame = &caller;
   frame.printLevel = framePrintLevel(definition);
@@ -201,6 +206,7 @@ DAG EvaluateModuleDefinition(DAG definition, DAG name) {
   release(frame.locals, lengthOf(frame.locals));
   leaveModule(run);
   if (run.traced) sendDebug(debugExit, name, null, callerName(frame));
+  prtprof(false, name, evaluationLevel);
   updategen(run.module);
   AddModuleToAllModules(run.module);
   return run.module;

@@ -1,5 +1,6 @@
 #include "eval/simplify/simplify.h"
 
+#include "algebra/series/simplify_series.h"
 #include "eval/evaluate/evalf.h"
 #include "eval/procedures/procedures.h"
 #include "eval/procedures/scoping.h"
@@ -304,12 +305,6 @@ DAG simplModularPolynomial(DAG s) {
   } else {
     simplifyOperands(s, 1);
   }
-  return makeUnique(s);
-}
-
-DAG simplseries(DAG s) {
-  s[1] = simpl(s[1]);
-  for (Word i = 2; i < lengthOf(s); i += 2) s[i] = simpl(s[i]);
   return makeUnique(s);
 }
 

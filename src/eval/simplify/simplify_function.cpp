@@ -234,9 +234,61 @@ DAG expandInline(DAG s, DAG procedure) {
   return SimplifyMaybeBind(expanded, false);
 }
 
+// ---- powers that `evalhf` judges by its own rules
+
+// Whether the power of two numbers is an error on doubles, while exact arithmetic gives it a value.
+bool isErrorOnDoubles(DAG base, DAG exponent) {
+  if (!isNumeric(base) || !isNumeric(exponent)) return false;
+  return isZero(base) ? isZero(exponent) : consneg(base) && !isInteger(exponent);
+}
+DAG powerCall(DAG base, DAG exponent) { return new3(FUNCTION, ini("^"), new3(EXPSEQ, base, exponent)); }
+
+// Nothing but numbers and their sums, products and powers: no name that a binding could replace.
+bool isNumericTree(DAG x) {
+  if (isNumeric(x)) return true;
+  if (!isAmong(x, TagSet{SUM, PROD, POWER})) return false;
+  checkStack();
+  for (Word i = 1; i < lengthOf(x); ++i)
+    if (!isNumericTree(x[i])) return false;
+  return true;
+}
+
+DAG withPowersKept(DAG x);
+
+// The power's parts, simplified in their places when they are numbers; true when it is one to be kept.
+bool isKeptPower(DAG& base, DAG& exponent) {
+  base = withPowersKept(base);
+  exponent = withPowersKept(exponent);
+  if (!isNumericTree(base) || !isNumericTree(exponent)) return false;
+  base = simpl(base);
+  exponent = simpl(exponent);
+  return isErrorOnDoubles(base, exponent);
+}
+
+// The raw argument of `evalhf`, such powers in it as calls of `^`, which stand until they are evaluated.
+DAG withPowersKept(DAG x) {
+  if (!isObject(x) || isSimplified(x)) return x;
+  checkStack();
+  switch (tagOf(x)) {
+    case POWER: return isKeptPower(x[1], x[2]) ? powerCall(x[1], x[2]) : x;
+    case PROD:
+      for (Word i = 1; i < lengthOf(x); i += 2) {
+        if (!isKeptPower(x[i], x[i + 1])) continue;
+        x[i] = powerCall(x[i], x[i + 1]);
+        x[i + 1] = cons1;
+      }
+      return x;
+    case SUM: case FUNCTION: case EXPSEQ:
+      for (Word i = 1; i < lengthOf(x); ++i) x[i] = withPowersKept(x[i]);
+      return x;
+    default: return x;
+  }
+}
+
 }  // namespace
 
 DAG simplFunction(DAG s) {
+  if (s[1] == ini("evalhf")) s[2] = withPowersKept(s[2]);
   if (s[1] == ini("traperror")) s[2] = simplifyUnderTrap(s[2]);
   if (bindingsEnabled && (s[1] == ini("bind") || s[1] == ini("unbind"))) s[2] = simplBindingArguments(s);
   simplifyFields(s);

@@ -1,5 +1,6 @@
 #include "eval/statements/assign.h"
 
+#include "debug/watches.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/known_values.h"
@@ -49,6 +50,7 @@ DAG libnameValue(DAG v) {
 
 void assignName(DAG t, DAG v) {
   if ((controlWord(t) & deferredBit) != 0) RetrieveName(t);
+  watchAssignment(t, v);
   if (isEnvironmentName(t)) {
     assignenv(t, v);
     return;
@@ -196,6 +198,7 @@ void assignRemembered(DAG t, DAG v) {
 bool isProtected(DAG attributes) { return attributes != null && isMember(ini("protected"), attributes); }
 
 bool assignPlainEntry(DAG target, DAG v) {
+  if (watchTable) return false;
   if (!isTag(target, TABLEREF) || !(isImmediate(v) || isAmong(v, plainTags))) return false;
   DAG index = target[2];
   if (!isTag(index, EXPSEQ) || lengthOf(index) < 2) return false;
@@ -232,7 +235,10 @@ DAG assign(DAG t, DAG v) {
       return assign(t[1], v);
     }
     case NAME: assignName(t, v); return v;
-    case TABLEREF: assignTableEntry(t, v); return v;
+    case TABLEREF:
+      watchAssignment(t, v);
+      assignTableEntry(t, v);
+      return v;
     case FUNCTION: assignRemembered(t, v); return v;
     default: KernelException("invalid left hand side in assignment");
   }

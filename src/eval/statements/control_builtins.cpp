@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "debug/debugger.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
 #include "eval/statements/boolean.h"
@@ -41,7 +42,10 @@ DAG builtin::ERROR_(const BuiltinCall& call) {
 DAG builtin::traperror(const BuiltinCall& call) {
   DAG value = korel::traperror(singleMember(call.arguments));
   // Special errors go on: they cannot be trapped.
-  if (SpecialError != noSpecialError) jumpOut(jumpError);
+  if (SpecialError != noSpecialError) {
+    EnterDebugger();
+    jumpOut(jumpError);
+  }
   return value;
 }
 

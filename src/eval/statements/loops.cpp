@@ -1,5 +1,7 @@
 #include "eval/statements/loops.h"
 
+#include "debug/statement_walk.h"
+#include "debug/watches.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/known_values.h"
 #include "eval/simplify/simplify.h"
@@ -171,7 +173,7 @@ void storeVariable(const CountedLoop& loop) {
 
 // The step from one small integer to another in an ordinary variable; false for any other.
 bool stepImmediate(CountedLoop& loop) {
-  if (!loop.ordinary || !isImmediate(loop.by)) return false;
+  if (!loop.ordinary || watchTable || !isImmediate(loop.by)) return false;
   DAG name = loop.variable;
   DAG value = name[1];
   if (!isImmediate(value) || value == consm0 || !isOpenName(name)) return false;
@@ -225,7 +227,7 @@ void runCounted(CountedLoop& loop) {
     fromStep = false;
     if (!stepImmediate(loop)) step(loop);
     evaluationLevel = loop.level;
-    if (evaluationLevel + 1 < gene[gcgen] || collectAlways) evalstat(null, modeInner);
+    if (evaluationLevel + 1 < gene[gcgen] || collectAlways) collectInStatement();
   }
 }
 
@@ -334,10 +336,12 @@ DAG evalgoto(DAG sequence, DAG label) {
   if (!isTag(sequence, STATSEQ)) return DAG();
   DAG value;
   for (Word i = 1, n = lengthOf(sequence); i < n; ++i) {
-    DAG s = sequence[i];
     if (value) {
-      value = evalstat(s, modeInner);
-    } else if (s == label) {
+      value = evalstat(sequence[i], modeInner);
+      continue;
+    }
+    DAG s = statementIn(sequence[i]);
+    if (s == label) {
       value = label;
     } else if (isTag(s, IF)) {
       const Word m = lengthOf(s);

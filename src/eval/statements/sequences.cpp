@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "debug/watches.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/known_values.h"
@@ -207,7 +208,7 @@ void collectAt(Collector& c, DAG variable, DAG value, DAG expression) {
   c.kept[2] = value;
   stepEvaluationClock();
   // The value needs no barrier here: it is held beside the folded number.
-  if (c.ordinary && isOpenName(variable) && value != variable) variable[1] = value;
+  if (c.ordinary && !watchTable && isOpenName(variable) && value != variable) variable[1] = value;
   else assign(variable, value);
   DAG result = eval(expression);
   collect(c, result);

@@ -1,6 +1,10 @@
 #include "eval/statements/statements.h"
 
 #include "builtins/builtins.h"
+#include "debug/debugger.h"
+#include "debug/statement_trace.h"
+#include "debug/statement_walk.h"
+#include "debug/watches.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/known_values.h"
 #include "eval/evaluate/operand.h"
@@ -14,7 +18,6 @@
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "frame/output.h"
-#include "library/library_calls.h"
 #include "library/save.h"
 #include "session/driver.h"
 #include "session/reset_hooks.h"
@@ -25,9 +28,6 @@
 #include "text/read/source.h"
 
 namespace korel {
-
-std::int32_t stepLevel = 0;
-DAG debugArgs = null;
 
 namespace {
 
@@ -53,6 +53,8 @@ void shiftDitto(DAG value) {
 }
 
 [[gnu::noinline]] DAG expressionStatement(DAG s, int mode) {
+  if (isTraced(s)) [[unlikely]]
+    return runTraced(s, mode);
   DAG value = singleMember(simpl(evalOperand(s)));
   if (mode == modeParse || value == null) return value;
   shiftDitto(value);
@@ -63,7 +65,10 @@ void shiftDitto(DAG value) {
 [[gnu::noinline]] DAG statementSequence(DAG s, int mode) {
   DAG value = null;
   int inner = innerMode(mode);
-  for (Word i = 1, n = lengthOf(s); i < n; ++i) value = evalstat(s[i], inner);
+  const Word n = lengthOf(s);
+  if (n == 3 && isBreakPointPair(s)) [[unlikely]]
+    return runBreakPoint(s, inner);
+  for (Word i = 1; i < n; ++i) value = evalstat(s[i], inner);
   return value;
 }
 
@@ -180,7 +185,7 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
 [[gnu::noinline]] DAG assignment(DAG s, int mode) {
   DAG value = evalOperand(s[2]);
   DAG left = s[1];
-  if ((mode == modeInner || mode == modeSilent) && optASSERT != 2 && !isShown(mode)) [[likely]] {
+  if ((mode == modeInner || mode == modeSilent) && optASSERT != 2 && !watchTable && !isShown(mode)) [[likely]] {
     // Outside procedures a value may not hold its target; a plain entry cannot.
     if (DAG name = mode == modeInner ? plainInstance(left) : DAG()) {
       if (!isStorable(value)) value = simpl(value);
@@ -228,21 +233,9 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
 
 // ---- before and behind each statement
 
-// Statements of the top level run at a smaller depth.
-constexpr std::int32_t firstInnerDepth = 3;
-
-// The debugger has its turn before the statement that a step has led to.
-void stopForDebugger(DAG s) {
-  if (evaluationLevel > stepLevel || isTag(s, STATSEQ) || s == null) return;
-  stepLevel = 0;
-  if (evaluationLevel < firstInnerDepth) return;
-  evalsysf("debugger", debugArgs);
-  debugArgs = null;
-}
-
 // What may come between two statements, rarely: the debugger, an interrupt, a time limit.
 [[gnu::noinline]] void attend(DAG s) {
-  if (stepLevel != 0) stopForDebugger(s);
+  if (stepLevel != 0) stopAt(s);
   if (interruptIsDue()) jumpback();
   checkTimeLimit();
 }
@@ -286,18 +279,21 @@ DAG evalstat(DAG s, int mode) {
   return value;
 }
 
-void initializeStatements() {
-  stepLevel = 0;
-  debugArgs = null;
-  registerRoot(&valueInFlight);
-  registerRoot(&debugArgs);
+void initializeStatements() { registerRoot(&valueInFlight); }
+
+void collectInStatement() {
+  // What messages tell of the running statement stays.
+  Frame& frame = *Environment->frame;
+  DAG running = frame.currentStatement;
+  evalstat(null, modeInner);
+  frame.currentStatement = running;
 }
 
 void collectInLoop() {
   // A statement that is still being simplified, before it runs, has no level of its own: the end of a
   // statement in there would release what it is made of.
   if (evaluationLevel < 2) return;
-  if (cused > nextgcgen || evaluationLevel + 1 < gene[gcgen] || collectAlways) evalstat(null, modeInner);
+  if (cused > nextgcgen || evaluationLevel + 1 < gene[gcgen] || collectAlways) collectInStatement();
 }
 
 }  // namespace korel

@@ -1,8 +1,6 @@
 #pragma once
 // The statement interpreter.
 
-#include <cstdint>
-
 #include "store/dag.h"
 
 namespace korel {
@@ -19,11 +17,9 @@ enum StatementMode : int {
 DAG evalstat(DAG statement, int mode);
 /// Registers what the interpreter keeps alive; part of the start.
 void initializeStatements();
-/// Gives the collector its chance in a long loop when its marks have been passed.
+/// Ends an empty statement inside the running one, so that the collector has its turn.
+void collectInStatement();
+/// The same in a long loop when its marks have been passed.
 void collectInLoop();
-
-/// The depth at which the debugger stops before the next statement, 0 for none, and what it is told then.
-extern std::int32_t stepLevel;
-extern DAG debugArgs;
 
 }  // namespace korel

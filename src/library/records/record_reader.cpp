@@ -143,14 +143,9 @@ Word takeNumber(Reading& r) {
   n.objects[++n.count] = DAG();
   return n.count;
 }
-DAG enter(Reading& r, Word number, DAG x) {
-  r.numbers->objects[number] = x;
-  return x;
-}
-
 DAG backReference(Reading& r) {
   std::int64_t number = nextInt(r);
-  // An object that isn't complete is part of itself here, which only names can be.
+  // An object that isn't complete is part of itself here, which only names and rtables can be.
   if (number < 1 || number > r.numbers->count || !r.numbers->objects[number]) failReading(r, "invalid back reference");
   return r.numbers->objects[number];
 }
@@ -538,7 +533,7 @@ DAG recordOfTag(Reading& r, Tag tag, int c) {
     case ZPPOLY: return nextModularPolynomial(r);
     case RTABLE: {
       Word number = takeNumber(r);
-      DAG rtable = nextRtable(r);
+      DAG rtable = nextRtable(r, number);
       return enter(r, number, onLink(r) ? rtable : simpl(rtable));
     }
     default: unexpectedCode(r, tagNumber(tag), c);
@@ -582,6 +577,11 @@ DAG nextRecord(Reading& r) {
   if (code == 0) unexpectedCode(r, code, c);
   if (stackExhausted()) failReading(r, "too many levels of recursion");
   return code < recordTable ? recordOfTag(r, tagFromNumber(code), c) : recordOfCode(r, code, c);
+}
+
+DAG enter(Reading& r, Word number, DAG x) {
+  r.numbers->objects[number] = x;
+  return x;
 }
 
 DAG settled(Reading& r, DAG x) { return onLink(r) ? x : simpl(x); }

@@ -35,11 +35,14 @@ std::int64_t nextInt(Reading& r, int hexDigits = 8);
 Word nextCount(Reading& r, Word most);
 /// The next record's object; 0 for the word 0.
 DAG nextRecord(Reading& r);
+/// Gives the object of a record its number, by which later records refer to it.
+DAG enter(Reading& r, Word number, DAG x);
 /// `x` as a value that others may keep: unique, when what is read is to be simplified.
 DAG settled(Reading& r, DAG x);
 /// What follows the code in the records of an RTABLE and of an earlier version's array of hardware floats
-/// (record_rtables.cpp). Gives a fresh RTABLE.
-DAG nextRtable(Reading& r);
+/// (record_rtables.cpp). Gives a fresh RTABLE; the first enters it under its number before its fields are read, since
+/// its elements may lead back to it.
+DAG nextRtable(Reading& r, Word number);
 DAG nextOldFloatArray(Reading& r);
 
 }  // namespace korel

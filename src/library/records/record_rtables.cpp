@@ -235,10 +235,10 @@ void closeRing(DAG s, DAG functions) {
 
 }  // namespace
 
-DAG nextRtable(Reading& r) {
+DAG nextRtable(Reading& r, Word number) {
   Word n = nextCount(r, 2 * maxDimensions + 9);
   if (n < 7 || n % 2 == 0) failReading(r, "invalid dag length");
-  DAG s = newl2(n, RTABLE);
+  DAG s = enter(r, number, newl2(n, RTABLE));
   s[rtableElementType] = nextRecord(r);
   DAG functions = nextRecord(r);
   s[rtableAttributes] = nextRecord(r);

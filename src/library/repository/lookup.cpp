@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "debug/call_profile.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/known_values.h"
 #include "eval/procedures/modules.h"
@@ -24,6 +25,9 @@ namespace {
 
 constexpr std::size_t longestPath = 1025;
 
+// Reading a member counts as a call one procedure deeper.
+std::int32_t profiledLevel() { return evaluationLevel + 20; }
+
 bool isFound(DAG result) { return result != ini("FAIL"); }
 
 }  // namespace
@@ -43,7 +47,9 @@ void retrieveObject(DAG name, DAG reference) {
   controlWord(reference) &= ~deferredBit;
   const DAG directory = reference[2];
   // The record is that of the reference, which gets value and attributes of the object.
+  prtprof(true, "readstore", profiledLevel());
   const bool found = readFromDirectory(directory, textOf(reference));
+  prtprof(false, "readstore", profiledLevel());
   if (!found) {
     name[1] = DAG();
     name[2] = null;
@@ -58,8 +64,13 @@ void retrieveGlobal(DAG name) {
   DAG entries = valuenv(ini("libname"), true);
   DAG alone[1] = {entries};
   const DAG* entry = isSequence(entries) ? &entries[1] : alone;
-  for (Word i = 0, n = isSequence(entries) ? memberCount(entries) : 1; i < n; ++i)
-    if (isText(entry[i]) && readFromDirectory(entry[i], textOf(name))) return;
+  bool found = false;
+  for (Word i = 0, n = isSequence(entries) ? memberCount(entries) : 1; i < n && !found; ++i) {
+    if (!isText(entry[i])) continue;
+    prtprof(true, "readlib", profiledLevel());
+    found = readFromDirectory(entry[i], textOf(name));
+    prtprof(false, "readlib", profiledLevel());
+  }
 }
 
 void forgetDeferral(const char*) {

@@ -43,8 +43,8 @@ void checkFileName(DAG name) {
   const char* text = textOf(name);
   constexpr std::size_t longestFileName = 250;
   bool isPath = std::strchr(text, '/') != nullptr;
-  bool isFile = text[0] != 0 && std::strlen(text) <= longestFileName && std::strcmp(text, ".") != 0 &&
-                std::strcmp(text, "..") != 0;
+  // The product `.` becomes the file "..m", which is one.
+  bool isFile = text[0] != 0 && std::strlen(text) <= longestFileName && std::strcmp(text, "..") != 0;
   // Names with a slash, such as `evalf/sin`, are files of a folder, or members of an archive, which takes them all.
   if (!isFile || (isPath && (text[0] == '/' || std::strstr(text, "../") != nullptr)))
     KernelException("`%1` cannot be saved into a library: its name is no file name", name);

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "rtable/printed_elements.h"
+#include "session/interface.h"
 #include "text/print/print_object.h"
 
 namespace korel {
@@ -22,6 +24,7 @@ enum class Kind : unsigned char {
   bracket,   // one child between tall brackets: `opening` and its partner
   fraction,  // two children, one over the other
   power,     // two children, the second raised behind the first
+  grid,      // first .. first + count, row after row of `columns` in columns of even width
 };
 
 struct BoxRecord {
@@ -30,6 +33,7 @@ struct BoxRecord {
   int width, height;
   int base;  // the row of the base line, from the top
   int first, count;
+  int columns = 0;
 };
 
 std::vector<BoxRecord> boxes;
@@ -41,6 +45,7 @@ constexpr int deepest = 200;     // nested parts
 constexpr int mostBoxes = 5000;  // beyond them nobody reads a picture
 int depth;
 bool tooMuch;
+bool hasLayout;  // a grid or placeholder, which the plain form doesn't show even on one line
 
 void appendCharacter(void*, int c) { characters.push_back(static_cast<char>(c)); }
 void giveUp(void*, const char*) { tooMuch = true; }
@@ -277,6 +282,67 @@ Box collectionBox(DAG x, char opening) {
   return pending.size() == mark ? plainText(x) : bracketed(rowFrom(mark), opening);
 }
 
+// ---- rtables: rows and columns between tall brackets
+
+constexpr int gridGap = 2;
+
+struct GridSizes {
+  std::vector<int> widths;                // of columns
+  std::vector<std::pair<int, int>> rows;  // above and below the base line, of rows
+};
+GridSizes gridSizes(const BoxRecord& grid) {
+  GridSizes sizes;
+  sizes.widths.assign(static_cast<std::size_t>(grid.columns), 0);
+  sizes.rows.assign(static_cast<std::size_t>(grid.count / grid.columns), {0, 0});
+  for (int i = 0; i < grid.count; ++i) {
+    const BoxRecord& cell = boxes[static_cast<std::size_t>(children[static_cast<std::size_t>(grid.first + i)])];
+    int& width = sizes.widths[static_cast<std::size_t>(i % grid.columns)];
+    auto& [above, below] = sizes.rows[static_cast<std::size_t>(i / grid.columns)];
+    width = std::max(width, cell.width);
+    above = std::max(above, cell.base);
+    below = std::max(below, cell.height - cell.base);
+  }
+  return sizes;
+}
+// Rows of more than one line, such as those of fractions, stand a line apart.
+bool standsApart(const GridSizes& sizes) {
+  return std::any_of(sizes.rows.begin(), sizes.rows.end(), [](auto row) { return row.first + row.second > 1; });
+}
+
+Box gridBox(DAG x, const RTableLayout& layout) {
+  std::size_t mark = pending.size();
+  for (std::int64_t i = 0; i < layout.rows && !tooMuch; ++i)
+    for (std::int64_t j = 0; j < layout.columns && !tooMuch; ++j) pending.push_back(boxOf(gridElement(x, i, j)));
+  BoxRecord grid{Kind::grid, 0, 0, 0, 0, static_cast<int>(children.size()), static_cast<int>(pending.size() - mark)};
+  grid.columns = static_cast<int>(layout.columns);
+  if (tooMuch) grid.count = 0;
+  hasLayout = true;
+  children.insert(children.end(), pending.begin() + static_cast<std::ptrdiff_t>(mark), pending.end());
+  pending.resize(mark);
+  if (grid.count == 0) return addBox(grid);
+  const GridSizes sizes = gridSizes(grid);
+  for (int width : sizes.widths) grid.width += width + gridGap;
+  grid.width -= gridGap;
+  for (auto [above, below] : sizes.rows) grid.height += above + below + standsApart(sizes);
+  grid.height -= standsApart(sizes);
+  grid.base = (grid.height - 1) / 2;
+  return bracketed(addBox(grid), '[');
+}
+
+Box rtableBox(DAG x) {
+  const RTableLayout layout = layoutOf(x, defaultNerinVariables.rtablesize);
+  switch (layout.appearance) {
+    case Appearance::grid: return gridBox(x, layout);
+    case Appearance::placeholder: {
+      char note[noteLength + 1];
+      placeholderNote(x, note);
+      hasLayout = true;
+      return bracketed(textBox(note), '[');
+    }
+    default: return plainText(x);
+  }
+}
+
 Box infixBox(DAG x, const char* operation, int level) {
   std::size_t mark = pending.size();
   pending.push_back(operandBox(x[1], level));
@@ -302,6 +368,7 @@ Box boxOf(DAG x) {
     case FUNCTION: box = isPlainCall(x) ? callBox(x) : plainText(x); break;
     case LIST: box = collectionBox(x, '['); break;
     case SET: box = collectionBox(x, '{'); break;
+    case RTABLE: box = rtableBox(x); break;
     case EQUATION: box = infixBox(x, " = ", bindsRange); break;
     case INEQUAT: box = infixBox(x, " <> ", bindsRange); break;
     case LESSEQ: box = infixBox(x, " <= ", bindsRange); break;
@@ -345,6 +412,24 @@ constexpr BracketShape bracketShapes[] = {
     {'{', "{}", "{}", "{}", "{}"},
 };
 
+void draw(Box which, int top, int column);
+
+// Each cell in the middle of its column, on the base line of its row.
+void drawGrid(const BoxRecord& grid, int top, int column) {
+  const GridSizes sizes = gridSizes(grid);
+  for (int i = 0; i < grid.count; ++i) {
+    const std::size_t row = static_cast<std::size_t>(i / grid.columns),
+                      place = static_cast<std::size_t>(i % grid.columns);
+    const Box cell = children[static_cast<std::size_t>(grid.first + i)];
+    const BoxRecord& record = boxes[static_cast<std::size_t>(cell)];
+    int at = column;
+    for (std::size_t k = 0; k < place; ++k) at += sizes.widths[k] + gridGap;
+    const int base = sizes.rows[row].first;
+    draw(cell, top + base - record.base, at + (sizes.widths[place] - record.width) / 2);
+    if (i % grid.columns == grid.columns - 1) top += base + sizes.rows[row].second + standsApart(sizes);
+  }
+}
+
 void drawBracketSide(const BoxRecord& box, int top, int column, int side) {
   for (const BracketShape& shape : bracketShapes) {
     if (shape.opening != box.opening) continue;
@@ -383,6 +468,7 @@ void draw(Box which, int top, int column) {
       draw(child(1), top + box.base + 1, column + (box.width - record(1).width) / 2);
       break;
     }
+    case Kind::grid: drawGrid(box, top, column); break;
     case Kind::power:
       draw(child(0), top + record(1).height, column);
       draw(child(1), top, column + record(0).width);
@@ -481,7 +567,7 @@ void clear() {
   pending.clear();
   characters.clear();
   depth = 0;
-  tooMuch = false;
+  tooMuch = hasLayout = false;
 }
 
 }  // namespace
@@ -489,7 +575,7 @@ void clear() {
 bool PrettyPrint(DAG object, Sink sink, int width, void* closure) {
   clear();
   Box root = boxOf(object);
-  if (tooMuch || boxes[static_cast<std::size_t>(root)].height == 1) return false;
+  if (tooMuch || (boxes[static_cast<std::size_t>(root)].height == 1 && !hasLayout)) return false;
   std::vector<Box> lines;
   if (!breakIntoLines(root, width, lines)) return false;
   send(lines, sink, closure);

@@ -5,6 +5,7 @@
 #include "numbers/integer/integer.h"
 #include "store/objects.h"
 #include "store/reference_fields.h"
+#include "store/vocabulary.h"
 #include "text/print/print_object.h"
 
 namespace korel {
@@ -26,8 +27,11 @@ void printSeriesPower(DAG variable, std::int32_t exponent) {
   if (exponent < 0) EmitChar(')');
 }
 
+// The order term's coefficient. A front end has it from records, as an object of its own.
+bool isOrderOne(DAG c) { return c == order1 || (isCallOf(c, ini("O")) && singleMember(c[2]) == cons1); }
+
 void printSeriesTerm(DAG variable, DAG coefficient, std::int32_t exponent, bool first) {
-  if (coefficient == order1) {
+  if (isOrderOne(coefficient)) {
     if (!first) EmitChar('+');
     EmitToken("O(");
     printSeriesPower(variable, exponent);
@@ -123,7 +127,7 @@ void printSeries(DAG x, int, int) {
     printSeriesTerm(variable, x[i], static_cast<std::int32_t>(rawField(x, i + 1)), i == 2);
   EmitChar(',');
   printExpansionPoint(variable);
-  if (n >= 4 && x[n - 2] != order1) {
+  if (n >= 4 && !isOrderOne(x[n - 2])) {
     EmitChar(',');
     EmitInteger(static_cast<std::int32_t>(rawField(x, n - 1)));
   }

@@ -77,16 +77,18 @@ void setPrintingState(int flags) {
   printTildes = (flags & printWithTildes) != 0;
   printAddresses = (flags & printWithAddresses) != 0;
   printRtableRefs = (flags & printRtableNumbers) != 0;
-  printDepth = printAtomic = printProcDepth = 0;
-  mProcPrint = printAssignTarget = DAG();
+  printDepth = printAtomic = 0;
+  printAssignTarget = DAG();
   printedHolders = nullptr;
 }
 
-// One printing; a null separator prints `object` as it is.
+// One printing; a null separator prints `object` as it is, as part of `definition` if there is one.
 void printUnderTrap(DAG object, Sink sink, ErrorSink onError, int width, void* closure, int flags,
-                    const char* separator) {
+                    const char* separator, DAG definition = DAG()) {
   InitializeOutput(sink, onError, markBrokenToken, width - 1, closure);
   setPrintingState(flags);
+  mProcPrint = definition;
+  printProcDepth = definition ? 1 : 0;
   std::jmp_buf here;
   std::jmp_buf* previous = returnPoint;
   returnPoint = &here;
@@ -175,6 +177,10 @@ void printParenthesised(DAG x) {
 
 void PrintKorel(DAG object, Sink sink, ErrorSink onError, int width, void* closure, int flags) {
   printUnderTrap(object, sink, onError, width, closure, flags, nullptr);
+}
+
+void PrintKorelWithin(DAG definition, DAG object, Sink sink, ErrorSink onError, void* closure) {
+  printUnderTrap(object, sink, onError, 0, closure, 0, ", ", definition);
 }
 
 void PrintKorelList(DAG sequence, Sink sink, ErrorSink onError, int width, void* closure, int flags,

@@ -30,6 +30,10 @@ void PrintKorel(DAG object, Sink sink, ErrorSink onError, int width, void* closu
 void PrintKorelList(DAG sequence, Sink sink, ErrorSink onError, int width, void* closure, int flags,
                     const char* separator);
 
+/// The same for a statement or expression of the body of `definition`, a PROC or MODDEF, whose variables print by name;
+/// no limit of width.
+void PrintKorelWithin(DAG definition, DAG object, Sink sink, ErrorSink onError, void* closure);
+
 /// True when `text` is no identifier and has to be written in quotes.
 bool NeedsQuotes(const char* text);
 /// Cuts the run of tildes at the end of `text` by a terminator and gives its place, where the

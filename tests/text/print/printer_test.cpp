@@ -364,10 +364,10 @@ TEST(Printer, Rtables) {
   rawField(r, 5) = 2u | 1u << 21 | 4u << 22 | 1u << 26;
   EXPECT_EQ(printed(r),
             "Matrix(2,3,[[1,2,3],[4,5,'']],datatype = anything,storage = rectangular,"
-            "order = C_order)");
+            "order = C_order,shape = [])");
   rawField(r, 5) = 2u | 1u << 20 | 4u << 22;
   EXPECT_EQ(printed(r),
-            "Array(1 .. 2,1 .. 3,[[1,3,5],[2,4,'']],datatype = anything,storage = rectangular,"
+            "Array(1..2,1..3,[[1,3,5],[2,4,'']],datatype = anything,storage = rectangular,"
             "order = Fortran_order,readonly)");
 }
 

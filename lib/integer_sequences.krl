@@ -1,0 +1,200 @@
+# Well-known sequences of integers, and counts of choices.
+
+binomial := proc(n, k)
+  description "binomial(n, k): the coefficient of x^k in (1 + x)^n for integers; for anything else the call";
+  local m, i, r;
+  if nargs <> 2 then error "binomial expects two arguments, but received %1", nargs end if;
+  if not type([n, k], list(integer)) then return 'binomial'(n, k) end if;
+  if k < 0 then return `if`(n < 0 and k <= n, (-1)^(n - k)*binomial(-k - 1, n - k), 0) end if;
+  if n < 0 then return (-1)^k*binomial(k - n - 1, k) end if;
+  if k > n then return 0 end if;
+  m := min(k, n - k);
+  if n <= 32176 then return factorial(n)/(factorial(m)*factorial(n - m)) end if;
+  r := 1;
+  for i to m do r := r*(n - m + i)/i end do;
+  r
+end proc:
+multinomial := proc()
+  description "multinomial(a, b, ...): (a + b + ...)!/(a! b! ...)";
+  local a, r, s;
+  r := 1; s := 0;
+  for a in [args] do
+    if not type(a, nonnegint) then error "integers >= 0 expected, but received %1", a end if;
+    s := s + a; r := r*binomial(s, a)
+  end do;
+  r
+end proc:
+
+# The pair of neighbours at n from those at n/2.
+fibonacci := proc(n::integer)
+  description "fibonacci(n): the n-th number of Fibonacci; fibonacci(1) and fibonacci(2) are 1";
+  `if`(n < 0, (-1)^(n + 1), 1)*`fibonacci/pair`(abs(n))[1]
+end proc:
+`fibonacci/pair` := proc(n)
+  description "fibonacci/pair(n): the list of the numbers of Fibonacci at n and n + 1";
+  local p, c, d;
+  if n = 0 then return [0, 1] end if;
+  p := `fibonacci/pair`(iquo(n, 2));
+  c := p[1]*(2*p[2] - p[1]); d := p[1]^2 + p[2]^2;
+  `if`(irem(n, 2) = 0, [c, d], [d, c + d])
+end proc:
+lucas := proc(n::nonnegint)
+  description "lucas(n): the n-th number of Lucas; lucas(0) is 2, lucas(1) is 1";
+  local p;
+  p := `fibonacci/pair`(n);
+  2*p[2] - p[1]
+end proc:
+
+# The tangent numbers by the recurrence of Brent and Harvey ("Fast computation of Bernoulli, Tangent and Secant numbers",
+# 2011), which adds and multiplies by small numbers only; `up` holds them.
+bernoulli := proc(n::nonnegint)
+  description "bernoulli(n): the n-th number of Bernoulli; bernoulli(1) is -1/2";
+  local k;
+  if n = 0 then 1 elif n = 1 then -1/2 elif irem(n, 2) = 1 then 0
+  else
+    k := n/2;
+    (-1)^(k - 1)*n*`bernoulli/tangent`(k)/(4^k*(4^k - 1))
+  end if
+end proc:
+`bernoulli/tangent` := proc(n)
+  description "bernoulli/tangent(n): the n-th tangent number: 1, 2, 16, 272, ...";
+  local t, k, j;
+  t := table(); t[1] := 1;
+  for k from 2 to n do t[k] := (k - 1)*t[k - 1] end do;
+  for k from 2 to n do
+    for j from k to n do t[j] := (j - k)*t[j - 1] + (j - k + 2)*t[j] end do
+  end do;
+  t[n]
+end proc:
+eulernumber := proc(n::nonnegint)
+  description "eulernumber(n): the n-th number of Euler: 1, 0, -1, 0, 5, 0, -61, ...";
+  local s, k, j, m;
+  if irem(n, 2) = 1 then return 0 end if;
+  m := n/2;
+  if m = 0 then return 1 end if;
+  s := table(); s[0] := 1;
+  for k to m do s[k] := k*s[k - 1] end do;
+  for k to m do
+    for j from k + 1 to m do s[j] := (j - k)*s[j - 1] + (j - k + 1)*s[j] end do
+  end do;
+  (-1)^m*s[m]
+end proc:
+catalannumber := proc(n::nonnegint)
+  description "catalannumber(n): the n-th number of Catalan, binomial(2*n, n)/(n + 1)";
+  binomial(2*n, n)/(n + 1)
+end proc:
+stirling1 := proc(n::nonnegint, k::nonnegint)
+  description "stirling1(n, k): the coefficient of x^k in x*(x - 1)*...*(x - n + 1)";
+  local row, i, j;
+  if k > n then return 0 end if;
+  row := table([seq(j = 0, j = 0 .. n)]); row[0] := 1;
+  for i to n do
+    for j from i by -1 to 1 do row[j] := row[j - 1] - (i - 1)*row[j] end do;
+    row[0] := 0
+  end do;
+  row[k]
+end proc:
+stirling2 := proc(n::nonnegint, k::nonnegint)
+  description "stirling2(n, k): in how many ways n things go into k groups, none of them empty";
+  local i;
+  if k > n then return 0 end if;
+  add((-1)^(k - i)*binomial(k, i)*`if`(i = 0 and n = 0, 1, i^n), i = 0 .. k)/factorial(k)
+end proc:
+bell := proc(n::nonnegint)
+  description "bell(n): in how many ways n things go into groups";
+  local row, i, j, below;
+  row := [1];
+  for i to n do
+    below := table(); below[1] := row[-1];
+    for j to nops(row) do below[j + 1] := below[j] + row[j] end do;
+    row := [seq(below[j], j = 1 .. nops(row) + 1)]
+  end do;
+  row[1]
+end proc:
+
+# Euler's recurrence by the pentagonal numbers.
+partitioncount := proc(n::nonnegint)
+  description "partitioncount(n): in how many ways n is a sum of positive integers, their order being no matter";
+  local p, m, k, s, g;
+  p := table(); p[0] := 1;
+  for m to n do
+    s := 0;
+    for k do
+      g := k*(3*k - 1)/2;
+      if g > m then break end if;
+      s := s + `if`(irem(k, 2) = 1, p[m - g], -p[m - g]);
+      if g + k <= m then s := s + `if`(irem(k, 2) = 1, p[m - g - k], -p[m - g - k]) end if
+    end do;
+    p[m] := s
+  end do;
+  p[n]
+end proc:
+partitions := proc(n::nonnegint)
+  description "partitions(n): the list of all lists of positive integers with sum n, the members of each falling";
+  `partitions/upto`(n, n)
+end proc:
+`partitions/upto` := proc(n, m)
+  description "partitions/upto(n, m): those whose members are at most m";
+  local first, rest, all;
+  if n = 0 then return [[]] end if;
+  all := NULL;
+  for first from min(n, m) by -1 to 1 do
+    all := all, seq([first, op(rest)], rest = `partitions/upto`(n - first, first))
+  end do;
+  [all]
+end proc:
+
+iroot := proc(n::integer, k::posint)
+  description "iroot(n, k): the k-th root of an integer, cut off towards 0";
+  local x, y;
+  if n < 0 then
+    if irem(k, 2) = 0 then error "even root of the negative number %1", n end if;
+    return -iroot(-n, k)
+  end if;
+  if n < 2 or k = 1 then return n end if;
+  x := 2^(iquo(ilog2(n), k) + 1);
+  do
+    y := iquo((k - 1)*x + iquo(n, x^(k - 1)), k);
+    if y >= x then return x end if;
+    x := y
+  end do
+end proc:
+
+contfrac := proc(x, n::posint)
+  description "contfrac(x), contfrac(x, n): the partial quotients of the continued fraction of x as a list, of n of them at most; of a constant like Pi as many as Digits tell";
+  local exact, q, all, limit, low, high, a;
+  if not type(x, numeric) and `simpl/signum`(x) = FAIL then error "real number expected, but received %1", x end if;
+  limit := `if`(nargs > 1, args[2], infinity);
+  all := [];
+  if type(x, numeric) then
+    q := `evalf/exact`(x);
+    while nops(all) < limit do
+      a := floor(q); all := [op(all), a];
+      if q = a then break end if;
+      q := 1/(q - a)
+    end do;
+    return all
+  end if;
+  exact := `evalf/exact`(evalf(x));
+  a := 10^(ilog10(evalf(x)) + 1 - Digits);
+  low := exact - a; high := exact + a;
+  # What both ends agree on belongs to x.
+  while nops(all) < limit do
+    a := floor(low);
+    if floor(high) <> a or low = a or high = a then break end if;
+    all := [op(all), a];
+    low, high := 1/(high - a), 1/(low - a)
+  end do;
+  all
+end proc:
+convergents := proc(a::list(integer))
+  description "convergents([a0, a1, ...]): the list of the fractions a0, a0 + 1/a1, ... of a continued fraction";
+  local p0, p1, q0, q1, all, x;
+  p0, p1, q0, q1 := 0, 1, 1, 0; all := NULL;
+  for x in a do
+    p0, p1 := p1, x*p1 + p0;
+    q0, q1 := q1, x*q1 + q0;
+    all := all, p1/q1
+  end do;
+  [all]
+end proc:

@@ -1,0 +1,205 @@
+# Integers modulo an integer: powers, inverses, roots, orders, logarithms.
+
+powermod := proc(b::integer, e::integer, m::posint)
+  description "powermod(b, e, m): b^e modulo m, in 0 .. m - 1; a negative e takes the inverse of b";
+  local half, odd;
+  if m = 1 then return 0 end if;
+  if e < 0 then return powermod(invmod(b, m), -e, m) end if;
+  if irem(m, 2) = 1 then return `kernel/native`("powermod", b, e, m) end if;
+  # The power of 2 in m by itself, both joined by the Chinese remainders.
+  half := 1; odd := m;
+  while irem(odd, 2) = 0 do odd := iquo(odd, 2); half := 2*half end do;
+  chinese([`residues/power`(b, e, half), `if`(odd = 1, 0, `kernel/native`("powermod", b, e, odd))], [half, odd])
+end proc:
+`residues/power` := proc(b, e, m)
+  description "residues/power(b, e, m): b^e modulo m, by repeated squares";
+  local r, x, k;
+  r := 1; x := irem(b, m); k := e;
+  while k > 0 do
+    if irem(k, 2) = 1 then r := irem(r*x, m) end if;
+    x := irem(x*x, m); k := iquo(k, 2)
+  end do;
+  `residues/positive`(r, m)
+end proc:
+`residues/positive` := proc(r, m)
+  description "residues/positive(r, m): the residue of r in 0 .. m - 1";
+  local s;
+  s := irem(r, m);
+  `if`(s < 0, s + m, s)
+end proc:
+
+gcdex := proc(a::integer, b::integer)
+  description "gcdex(a, b): the list [g, s, t] with g = gcd(a, b) = s*a + t*b";
+  local r0, r1, s0, s1, q;
+  r0 := abs(a); r1 := abs(b); s0 := 1; s1 := 0;
+  while r1 <> 0 do
+    q := iquo(r0, r1);
+    r0, r1 := r1, r0 - q*r1;
+    s0, s1 := s1, s0 - q*s1
+  end do;
+  s0 := `if`(a < 0, -s0, s0);
+  [r0, s0, `if`(b = 0, 0, (r0 - s0*a)/b)]
+end proc:
+ilcm := proc()
+  description "ilcm(a, b, ...): the least common multiple of integers";
+  local r, a;
+  r := 1;
+  for a in [args] do
+    if not type(a, integer) then error "integers expected, but received %1", a end if;
+    if a = 0 then return 0 end if;
+    r := abs(r*a)/igcd(r, a)
+  end do;
+  r
+end proc:
+invmod := proc(a::integer, m::posint)
+  description "invmod(a, m): the inverse of a modulo m";
+  local e;
+  e := gcdex(`residues/positive`(a, m), m);
+  if e[1] <> 1 then error "%1 has no inverse modulo %2", a, m end if;
+  `residues/positive`(e[2], m)
+end proc:
+chinese := proc(r::list(integer), m::list(posint))
+  description "chinese([r1, ...], [m1, ...]): the least number >= 0 that is ri modulo each mi";
+  local x, n, i, e, d;
+  if nops(r) <> nops(m) then error "as many residues as moduli expected, but received %1 and %2", nops(r), nops(m) end if;
+  x := 0; n := 1;
+  for i to nops(r) do
+    e := gcdex(n, m[i]);
+    d := r[i] - x;
+    if irem(d, e[1]) <> 0 then error "no number has the residues %1 modulo %2", r, m end if;
+    x := x + n*`residues/positive`(e[2]*(d/e[1]), m[i]/e[1]);
+    n := n*(m[i]/e[1]);
+    x := `residues/positive`(x, n)
+  end do;
+  x
+end proc:
+
+jacobi := proc(a::integer, n::posint)
+  description "jacobi(a, n): the symbol of Jacobi, n odd: -1, 0 or 1";
+  local x, y, s, t;
+  if irem(n, 2) = 0 then error "odd number expected, but received %1", n end if;
+  x := `residues/positive`(a, n); y := n; s := 1;
+  while x <> 0 do
+    t := 0;
+    while irem(x, 2) = 0 do x := iquo(x, 2); t := t + 1 end do;
+    if irem(t, 2) = 1 and member(irem(y, 8), {3, 5}) then s := -s end if;
+    if irem(x, 4) = 3 and irem(y, 4) = 3 then s := -s end if;
+    x, y := irem(y, x), x
+  end do;
+  `if`(y = 1, s, 0)
+end proc:
+
+# A root modulo a prime by Tonelli and Shanks, modulo its powers by Hensel's lemma, all joined.
+sqrtmod := proc(a::integer, n::posint)
+  description "sqrtmod(a, n): an x in 0 .. n/2 with x^2 = a modulo n; FAIL when there is none";
+  local x, r, f, m, q;
+  x := 0; m := 1;
+  for f in factorint(n) do
+    q := f[1]^f[2];
+    r := `sqrtmod/primepower`(`residues/positive`(a, q), f[1], f[2]);
+    if r = FAIL then return FAIL end if;
+    x := chinese([x, r], [m, q]); m := m*q
+  end do;
+  min(x, n - x)
+end proc:
+`sqrtmod/primepower` := proc(a, p, e)
+  description "sqrtmod/primepower(a, p, e): a root of a modulo p^e; FAIL when there is none";
+  local k, b, x, i;
+  if a = 0 then return 0 end if;
+  k := 0; b := a;
+  while irem(b, p) = 0 do b := iquo(b, p); k := k + 1 end do;
+  if irem(k, 2) = 1 then return FAIL end if;
+  if p = 2 then
+    # Of an odd number modulo 2^i: a root modulo 2^(i - 1), or that and 2^(i - 2).
+    if irem(b - 1, 2^min(e - k, 3)) <> 0 then return FAIL end if;
+    x := 1;
+    for i from 4 to e - k do
+      if irem(x^2 - b, 2^i) <> 0 then x := x + 2^(i - 2) end if
+    end do
+  else
+    x := `sqrtmod/prime`(irem(b, p), p);
+    if x = FAIL then return FAIL end if;
+    for i from 2 to e - k do x := `residues/positive`(x - (x^2 - b)*invmod(2*x, p^i), p^i) end do
+  end if;
+  irem(p^(k/2)*x, p^e)
+end proc:
+`sqrtmod/prime` := proc(a, p)
+  description "sqrtmod/prime(a, p): a root of a modulo an odd prime; FAIL when there is none";
+  local q, s, z, c, r, t, i, b, m;
+  if a = 0 then return 0 end if;
+  if jacobi(a, p) <> 1 then return FAIL end if;
+  q := p - 1; s := 0;
+  while irem(q, 2) = 0 do q := iquo(q, 2); s := s + 1 end do;
+  z := 2;
+  while jacobi(z, p) <> -1 do z := z + 1 end do;
+  c := powermod(z, q, p); r := powermod(a, (q + 1)/2, p); t := powermod(a, q, p); m := s;
+  while t <> 1 do
+    b := t;
+    for i while b <> 1 do b := irem(b*b, p) end do;
+    i := i - 1;
+    b := powermod(c, 2^(m - i - 1), p);
+    m := i; c := irem(b*b, p); r := irem(r*b, p); t := irem(t*c, p)
+  end do;
+  r
+end proc:
+
+ordermod := proc(a::integer, n::posint)
+  description "ordermod(a, n): the least k > 0 with a^k = 1 modulo n, which is coprime to a";
+  local k, f, i;
+  if igcd(a, n) <> 1 then error "%1 and %2 are not coprime", a, n end if;
+  k := carmichael(n);
+  for f in factorint(k) do
+    for i to f[2] while powermod(a, k/f[1], n) = irem(1, n) do k := k/f[1] end do
+  end do;
+  k
+end proc:
+primitiveroot := proc(n::posint)
+  description "primitiveroot(n): the least positive number whose powers are all residues coprime to n; FAIL when there is none";
+  local phi, primes, g, f, p;
+  if n <= 4 then return [0, 1, 2, 3][n] end if;
+  f := factorint(n);
+  if f[1] = [2, 1] then f := f[2 .. -1] end if;
+  if nops(f) > 1 or f[1][1] = 2 then return FAIL end if;
+  phi := totient(n);
+  primes := map2(op, 1, factorint(phi));
+  for g from 2 do
+    if igcd(g, n) = 1 and not member(1, [seq(powermod(g, phi/p, n), p = primes)]) then return g end if
+  end do
+end proc:
+# Pohlig and Hellman's reduction to prime orders, there Shanks's baby steps and giant steps.
+discretelog := proc(b::integer, a::integer, n::posint)
+  description "discretelog(b, a, n): the least k >= 0 with a^k = b modulo n, which is coprime to a; FAIL when there is none";
+  local order, rs, ms, f, q, g, h, x, gamma, i, d, inverse;
+  order := ordermod(a, n);
+  rs := []; ms := [];
+  for f in factorint(order) do
+    q := f[1]^f[2];
+    g := powermod(a, order/q, n); h := powermod(b, order/q, n);
+    gamma := powermod(g, q/f[1], n); inverse := invmod(g, n);
+    x := 0;
+    for i from 0 to f[2] - 1 do
+      d := `discretelog/steps`(powermod(irem(powermod(inverse, x, n)*h, n), f[1]^(f[2] - 1 - i), n), gamma, f[1], n);
+      if d = FAIL then return FAIL end if;
+      x := x + d*f[1]^i
+    end do;
+    rs := [op(rs), x]; ms := [op(ms), q]
+  end do;
+  x := chinese(rs, ms);
+  `if`(powermod(a, x, n) = `residues/positive`(b, n), x, FAIL)
+end proc:
+`discretelog/steps` := proc(b, a, order, n)
+  description "discretelog/steps(b, a, order, n): k < order with a^k = b modulo n, FAIL when there is none";
+  local m, seen, x, j, giant;
+  m := isqrt(order) + 1;
+  seen := table(); x := irem(1, n);
+  for j from 0 to m - 1 do
+    if not assigned(seen[x]) then seen[x] := j end if;
+    x := irem(x*a, n)
+  end do;
+  giant := invmod(x, n); x := `residues/positive`(b, n);
+  for j from 0 to m do
+    if assigned(seen[x]) then return j*m + seen[x] end if;
+    x := irem(x*giant, n)
+  end do;
+  FAIL
+end proc:

@@ -1,0 +1,302 @@
+#include "files/file_access.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <unistd.h>
+
+#include "files/system_errors.h"
+#include "frame/errors.h"
+#include "frame/interrupts.h"
+#include "frame/output.h"
+#include "store/collect/collector.h"
+#include "store/constants.h"
+#include "store/long_string.h"
+#include "store/names.h"
+#include "store/vocabulary.h"
+
+namespace korel {
+
+namespace {
+
+// ---- the front end
+
+// The line that each of the two entries has been sent, and how much of it has been read.
+struct HeldLine {
+  DAG text;
+  std::size_t position;
+  bool endsLine;  // the newline that the line lacks has been delivered
+};
+HeldLine heldLines[2];
+
+HeldLine& heldLineOf(const FileRecord& file) {
+  if (file.descriptor != defaultDescriptor && file.descriptor != terminalDescriptor) notimpl("ReadCharFromFile:1");
+  return heldLines[file.descriptor == defaultDescriptor ? 0 : 1];
+}
+
+// Asks for the next line; false at the end of the input.
+bool requestLine(const FileRecord& file, HeldLine& line) {
+  sendCollectedText();
+  for (;;) {
+    DAG reply = file.descriptor == terminalDescriptor ? sendStream(Stream::READLINE, {})
+                                                      : sendStream(Stream::READLINE, {naminstall("default")});
+    if (!reply || !isText(reply)) return false;
+    if (textOf(reply)[0] == 0) continue;
+    line = {reply, 0, false};
+    return true;
+  }
+}
+
+int nextFromFrontEnd(const FileRecord& file) {
+  HeldLine& line = heldLineOf(file);
+  for (;;) {
+    if (line.text) {
+      const char* at = textOf(line.text) + line.position;
+      if (*at != 0) {
+        ++line.position;
+        return static_cast<unsigned char>(*at);
+      }
+      line.text = DAG();
+      if (line.position > 0 && at[-1] != '\n') return '\n';
+    }
+    if (!requestLine(file, line)) return -1;
+  }
+}
+
+char collected[8192];
+std::size_t collectedSize = 0;
+
+void collect(char c) {
+  if (c == 0) return;  // texts of messages end at a zero
+  collected[collectedSize++] = c;
+  if (collectedSize == sizeof collected - 1) sendCollectedText();
+}
+
+// ---- the system
+
+// After a failed read or write: true when it was interrupted and is to be tried again.
+bool mayTryAgain() {
+  if (errno != EINTR) return false;
+  if (TestInterrupt()) jumpback();
+  return true;
+}
+
+int nextOfStream(std::FILE* stream) {
+  for (;;) {
+    const int c = getc_unlocked(stream);
+    if (c != EOF || ferror(stream) == 0) return c == EOF ? -1 : c;
+    const bool again = mayTryAgain();
+    const int error = errno;
+    clearerr(stream);
+    if (!again) raiseSystemError(error);
+  }
+}
+
+std::size_t readDescriptor(int descriptor, char* bytes, std::size_t n) {
+  std::size_t done = 0;
+  while (done < n) {
+    const ssize_t got = ::read(descriptor, bytes + done, n - done);
+    if (got == 0) break;
+    if (got < 0 && !mayTryAgain()) raiseSystemError();
+    if (got > 0) done += static_cast<std::size_t>(got);
+  }
+  return done;
+}
+
+void writeDescriptor(int descriptor, const char* bytes, std::size_t n) {
+  while (n > 0) {
+    const ssize_t put = ::write(descriptor, bytes, n);
+    if (put < 0) {
+      if (!mayTryAgain()) raiseSystemError();
+      continue;
+    }
+    bytes += put;
+    n -= static_cast<std::size_t>(put);
+  }
+}
+
+[[noreturn]] void cannotRead() { userror("cannot read from this type of file"); }
+
+void streamFailed(std::FILE* stream) {
+  const int error = errno;
+  clearerr(stream);
+  raiseSystemError(error);
+}
+
+}  // namespace
+
+// ---- reading
+
+int ReadCharFromFile(FileRecord& file) {
+  if (file.pushedBack != nothingPushedBack) {
+    const int c = file.pushedBack;
+    file.pushedBack = nothingPushedBack;
+    return c;
+  }
+  switch (file.kind) {
+    case FileKind::stream: case FileKind::process: return nextOfStream(file.stream);
+    case FileKind::raw: case FileKind::pipe: {
+      char c;
+      return readDescriptor(file.descriptor, &c, 1) == 1 ? static_cast<unsigned char>(c) : -1;
+    }
+    case FileKind::direct: return nextFromFrontEnd(file);
+    default: cannotRead();
+  }
+}
+
+void prepareToRead(FileRecord& file) {
+  if (file.wroteLast) std::fseek(file.stream, 0, SEEK_CUR);
+  file.wroteLast = false;
+  file.readLast = file.kind == FileKind::stream && !file.reads;
+}
+
+bool readLine(FileRecord& file, TextBuffer& line) {
+  prepareToRead(file);
+  const bool isStream = file.kind == FileKind::stream || file.kind == FileKind::process;
+  if (isStream && file.pushedBack == nothingPushedBack) {
+    // By the C library, which looks for the newline in its buffer. The space is kept for the next line.
+    static char* space = nullptr;
+    static std::size_t capacity = 0;
+    const ssize_t n = ::getline(&space, &capacity, file.stream);
+    if (n < 0 && ferror(file.stream) == 0) return false;
+    if (n >= 0) {
+      const auto length = static_cast<std::size_t>(n);
+      const std::size_t end = length > 0 && space[length - 1] == '\n' ? length - 1 : length;
+      if (std::memchr(space, 0, end) == nullptr) line.append({space, end});
+      else
+        for (std::size_t i = 0; i < end; ++i)
+          if (space[i] != 0) line.append(space[i]);
+      return true;
+    }
+    if (!mayTryAgain()) streamFailed(file.stream);
+    clearerr(file.stream);
+  }
+  int c = ReadCharFromFile(file);
+  if (c == -1) return false;
+  for (; c != -1 && c != '\n'; c = ReadCharFromFile(file))
+    if (c != 0) line.append(static_cast<char>(c));
+  return true;
+}
+
+std::size_t readBytes(FileRecord& file, char* bytes, std::size_t n) {
+  std::size_t done = 0;
+  if (n > 0 && file.pushedBack != nothingPushedBack) {
+    bytes[done++] = static_cast<char>(file.pushedBack);
+    file.pushedBack = nothingPushedBack;
+  }
+  switch (file.kind) {
+    case FileKind::stream: case FileKind::process:
+      while (done < n) {
+        done += std::fread(bytes + done, 1, n - done, file.stream);
+        if (done == n || ferror(file.stream) == 0) break;
+        if (!mayTryAgain()) streamFailed(file.stream);
+        clearerr(file.stream);
+      }
+      return done;
+    case FileKind::raw: case FileKind::pipe: return done + readDescriptor(file.descriptor, bytes + done, n - done);
+    default: cannotRead();
+  }
+}
+
+// ---- writing
+
+void prepareToWrite(FileRecord& file) {
+  if (file.readLast) setFilePosition(file, filePosition(file));
+  file.readLast = false;
+  file.wroteLast = file.kind == FileKind::stream;
+}
+
+void WriteCharToFile(FileRecord& file, int c) {
+  switch (file.kind) {
+    case FileKind::stream: case FileKind::process:
+      if (putc_unlocked(c, file.stream) == EOF) streamFailed(file.stream);
+      return;
+    case FileKind::direct: return collect(static_cast<char>(c));
+    default: break;
+  }
+  const char byte = static_cast<char>(c);
+  writeToFile(file, &byte, 1);
+}
+
+void writeToFile(FileRecord& file, const char* bytes, std::size_t n) {
+  switch (file.kind) {
+    case FileKind::stream: case FileKind::process:
+      if (fwrite_unlocked(bytes, 1, n, file.stream) != n) streamFailed(file.stream);
+      return;
+    case FileKind::raw: case FileKind::pipe: return writeDescriptor(file.descriptor, bytes, n);
+    case FileKind::direct:
+      for (std::size_t i = 0; i < n; ++i) collect(bytes[i]);
+      return;
+    case FileKind::interface:
+      for (std::size_t i = 0; i < n; ++i)
+        if (bytes[i] != 0) file.collected = AppendToString(file.collected, bytes[i]);
+      return;
+    case FileKind::unused: notimpl("WriteCharToFile");
+  }
+}
+
+void FlushFile(FileRecord& file) {
+  switch (file.kind) {
+    case FileKind::stream: case FileKind::process:
+      if (std::fflush(file.stream) != 0) streamFailed(file.stream);
+      return;
+    case FileKind::direct:
+      sendCollectedText();
+      Msendflush();
+      return;
+    case FileKind::interface: {
+      if (file.collected[0] == 0) return;
+      DAG text = StringToMString(file.collected);
+      file.collected = NewLongString();
+      switch2(new3(FUNCTION, naminstall(textOf(file.name)), new2(EXPSEQ, text)));
+      return;
+    }
+    case FileKind::raw: case FileKind::pipe: return;
+    case FileKind::unused: notimpl("FlushFile");
+  }
+}
+
+void sendCollectedText() {
+  if (collectedSize == 0) return;
+  collected[collectedSize] = 0;
+  collectedSize = 0;  // first: a failure of the front end doesn't send it twice
+  Msendprint(collected);
+}
+
+void sendCollectedTextOnError(const char*) {
+  if (SpecialError == noSpecialError) sendCollectedText();
+  else collectedSize = 0;
+}
+
+void forgetHeldLines() {
+  for (HeldLine& line : heldLines) {
+    line = {};
+    registerRoot(&line.text);
+  }
+  collectedSize = 0;
+}
+
+// ---- positions
+
+std::int64_t filePosition(FileRecord& file) {
+  std::int64_t at = 0;
+  if (file.kind == FileKind::stream) at = std::ftell(file.stream);
+  else at = ::lseek(file.descriptor, 0, SEEK_CUR);
+  if (at < 0) raiseSystemError();
+  return file.pushedBack == nothingPushedBack ? at : at - 1;
+}
+
+void setFilePosition(FileRecord& file, std::int64_t position) {
+  const int whence = position == endOfFile ? SEEK_END : SEEK_SET;
+  const std::int64_t offset = position == endOfFile ? 0 : position;
+  const bool done = file.kind == FileKind::stream ? std::fseek(file.stream, offset, whence) == 0
+                                                  : ::lseek(file.descriptor, offset, whence) >= 0;
+  if (!done) raiseSystemError();
+  file.pushedBack = nothingPushedBack;
+}
+
+void FileSink(void* file, int c) { WriteCharToFile(*static_cast<FileRecord*>(file), c); }
+int nextOfFile(void* file) { return ReadCharFromFile(*static_cast<FileRecord*>(file)); }
+void backToFile(void* file, int c) { pushBackToFile(*static_cast<FileRecord*>(file), c); }
+
+}  // namespace korel

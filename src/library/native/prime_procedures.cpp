@@ -1,0 +1,183 @@
+// Native library procedures on primes and factors.
+
+#include <cmath>
+
+#include "eval/simplify/simplify.h"
+#include "frame/errors.h"
+#include "frame/interrupts.h"
+#include "library/native/native.h"
+#include "numbers/integer/integer.h"
+#include "numbers/primes/factorization.h"
+#include "numbers/primes/montgomery.h"
+#include "numbers/primes/primality.h"
+#include "store/constants.h"
+#include "store/objects.h"
+#include "store/vocabulary.h"
+
+namespace korel {
+
+namespace {
+
+// Vectors end before an error jumps: each work is done by a function that returns when the clock says so.
+
+DAG integerArgument(const BuiltinCall& call, Word i) {
+  if (argumentCount(call) < i || !isInteger(call.arguments[i])) wrongParameters(call);
+  return call.arguments[i];
+}
+
+bool isNegativeInteger(DAG x) { return isImmediate(x) ? immediateValue(x) < 0 : hasTag(x, INTNEG); }
+
+using Neighbour = Answer (*)(const Natural&, Natural&);
+/// The neighbour as an integer; 0 when stopped.
+DAG neighbourOf(DAG n, Neighbour search) {
+  Natural found;
+  if (search(isNegativeInteger(n) ? Natural() : naturalOf(n), found) == Answer::stopped) return DAG();
+  return integerOf(found);
+}
+
+DAG orEnd(DAG x) {
+  if (!x) endOperation();
+  return x;
+}
+
+/// Riemann's estimate of the count of primes up to x, by Gram's series.
+double riemannCount(double x) {
+  const double l = std::log(x);
+  double term = 1, total = 1;
+  for (int k = 1; k < 400; ++k) {
+    term *= l / k;
+    double zeta = 1;
+    for (int j = 2; j < 40 && zeta > 0; ++j) {
+      const double step = std::pow(j, -(k + 1));
+      if (step < 1e-17) break;
+      zeta += step;
+    }
+    if (k == 1) zeta = 1.6449340668482264;
+    total += term / (k * zeta);
+    if (term < 1e-14 * total) break;
+  }
+  return total;
+}
+
+/// A number near the n-th prime: riemannCount of it is n.
+double estimatedPrime(double n) {
+  double low = 2, high = 20 + 2 * n * std::log(n + 2);
+  for (int i = 0; i < 200 && high - low > 0.5; ++i) {
+    const double middle = (low + high) / 2;
+    (riemannCount(middle) < n ? low : high) = middle;
+  }
+  return low;
+}
+
+/// The n-th prime, or 0 when stopped.
+std::int64_t primeNumber(std::int64_t n) {
+  constexpr std::uint32_t tabled = 1 << 20;
+  const auto table = primesBelow(tabled);
+  if (n <= static_cast<std::int64_t>(table.size())) return table[static_cast<std::size_t>(n) - 1];
+  auto x = static_cast<std::int64_t>(estimatedPrime(static_cast<double>(n)));
+  std::int64_t count = primeCount(x);
+  if (count < 0) return 0;
+  // Numbers beyond the estimate are few: to step over them is cheap beside the count.
+  constexpr int testSteps = 2000;
+  if (count >= n) {
+    for (;; --x) {
+      if (!isPrimeLimb(static_cast<Limb>(x))) continue;
+      if (count-- == n) return x;
+      if (isTimeUp(testSteps)) return 0;
+    }
+  }
+  while (count < n) {
+    if (isPrimeLimb(static_cast<Limb>(++x))) ++count;
+    if (isTimeUp(testSteps / 10)) return 0;
+  }
+  return x;
+}
+
+/// A list [prime, exponent] for each; 0 when stopped.
+DAG listOfFactors(DAG n) {
+  std::vector<PrimePower> factors;
+  if (!factorNatural(naturalOf(n), factors)) return DAG();
+  const bool negative = isNegativeInteger(n);
+  DAG all = newl2(static_cast<Word>(factors.size() + negative + 1), EXPSEQ);
+  Word at = 1;
+  auto add = [&all, &at](DAG prime, unsigned exponent) {
+    all[at++] = new2(LIST, new3(EXPSEQ, prime, Newint(static_cast<std::int32_t>(exponent))));
+  };
+  if (negative) add(immediate(-1), 1);
+  for (const PrimePower& factor : factors) add(integerOf(factor.prime), factor.exponent);
+  return new2(LIST, all);
+}
+
+/// base^exponent modulo an odd modulus above 1; 0 when stopped.
+DAG oddPower(DAG base, DAG exponent, DAG modulus) {
+  const MontgomeryModulus m(naturalOf(modulus));
+  Natural x = m.form(naturalOf(base));
+  if (isNegativeInteger(base)) m.subtract(x.data(), Natural(m.limbs()).data(), x.data());
+  const Natural e = naturalOf(exponent);
+  Natural r = m.one();
+  const auto steps = static_cast<std::int64_t>(4 * m.limbs() * m.limbs() + 20);
+  for (std::size_t i = bitLength(e); i-- > 0;) {
+    m.multiply(r.data(), r.data(), r.data());
+    if (bitAt(e, i)) m.multiply(r.data(), r.data(), x.data());
+    if (isTimeUp(steps)) return DAG();
+  }
+  return integerOf(m.valueOf(r));
+}
+
+}  // namespace
+
+// isprime(n): whether the integer is a prime (numbers/primes/primality.h).
+DAG native::isprime(const BuiltinCall& call) {
+  DAG n = integerArgument(call, 1);
+  if (isNegativeInteger(n)) return ini("false");
+  const Answer answer = isPrimeNatural(naturalOf(n));
+  if (answer == Answer::stopped) endOperation();
+  return answer == Answer::yes ? ini("true") : ini("false");
+}
+
+// nextprime(n): the least prime above n; prevprime(n): the greatest one below n > 2.
+DAG native::nextprime(const BuiltinCall& call) { return orEnd(neighbourOf(integerArgument(call, 1), nextPrime)); }
+DAG native::prevprime(const BuiltinCall& call) {
+  DAG n = integerArgument(call, 1);
+  if (isNegativeInteger(n) || (isImmediate(n) && immediateValue(n) < 3))
+    KernelException("there is no prime below %1", n);
+  return orEnd(neighbourOf(n, previousPrime));
+}
+
+// primecount(n): how many primes are at most n. Time grows as n^(3/4), memory as its root.
+DAG native::primecount(const BuiltinCall& call) {
+  std::int64_t n = 0;
+  constexpr std::int64_t limit = 100000000000000;
+  if (!readLongLong(integerArgument(call, 1), n) || n > limit)
+    KernelException("integer up to 10^14 expected, but received %1", call.arguments[1]);
+  const std::int64_t count = primeCount(n);
+  if (count < 0) endOperation();
+  return NewInteger(count);
+}
+
+// ithprime(n): the n-th prime.
+DAG native::ithprime(const BuiltinCall& call) {
+  std::int64_t n = 0;
+  constexpr std::int64_t limit = 1000000000000;
+  if (!readLongLong(integerArgument(call, 1), n) || n < 1 || n > limit)
+    KernelException("integer from 1 to 10^12 expected, but received %1", call.arguments[1]);
+  const std::int64_t prime = primeNumber(n);
+  if (prime == 0) endOperation();
+  return NewInteger(prime);
+}
+
+// factorint(n): the factors of an integer, not 0, as a list of lists [prime, exponent]; -1 comes first for n < 0.
+DAG native::factorint(const BuiltinCall& call) {
+  DAG n = integerArgument(call, 1);
+  if (isZeroImmediate(n)) KernelException("0 has no factors");
+  return orEnd(listOfFactors(n));
+}
+
+// powermod(b, e, m): b^e modulo an odd m > 1, e >= 0.
+DAG native::powermod(const BuiltinCall& call) {
+  DAG e = integerArgument(call, 2), m = integerArgument(call, 3);
+  if (isNegativeInteger(e) || isNegativeInteger(m)) wrongParameters(call);
+  return orEnd(oddPower(integerArgument(call, 1), e, m));
+}
+
+}  // namespace korel

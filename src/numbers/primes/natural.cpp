@@ -1,0 +1,270 @@
+#include "numbers/primes/natural.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_groups.h"
+
+namespace korel {
+
+// ---- conversion
+
+Natural naturalOf(DAG integer) {
+  const std::size_t count = groupCount(integer);
+  std::vector<Group> groups(count);
+  packInteger(integer, groups.data());
+  Natural x;
+  for (std::size_t i = count; i-- > 0;) {
+    DoubleLimb carry = groups[i];
+    for (Limb& limb : x) {
+      carry += DoubleLimb{limb} * groupBase;
+      limb = static_cast<Limb>(carry);
+      carry >>= 64;
+    }
+    if (carry != 0) x.push_back(static_cast<Limb>(carry));
+  }
+  return x;
+}
+
+DAG integerOf(const Natural& x) {
+  Natural rest = x;
+  std::vector<Group> groups;
+  while (!rest.empty()) groups.push_back(divideByLimb(rest, groupBase));
+  if (groups.empty()) return immediate(0);
+  return integerOfGroups(groups.data(), groups.size(), INTPOS);
+}
+
+// ---- shape
+
+void dropZeroLimbs(Natural& x) {
+  while (!x.empty() && x.back() == 0) x.pop_back();
+}
+
+int compareNaturals(const Natural& a, const Natural& b) {
+  if (a.size() != b.size()) return a.size() < b.size() ? -1 : 1;
+  for (std::size_t i = a.size(); i-- > 0;)
+    if (a[i] != b[i]) return a[i] < b[i] ? -1 : 1;
+  return 0;
+}
+
+std::size_t bitLength(const Natural& x) {
+  return x.empty() ? 0 : 64 * x.size() - static_cast<std::size_t>(__builtin_clzll(x.back()));
+}
+
+std::size_t trailingZeros(const Natural& x) {
+  std::size_t i = 0;
+  while (x[i] == 0) ++i;
+  return 64 * i + static_cast<std::size_t>(__builtin_ctzll(x[i]));
+}
+
+double doubleOf(const Natural& x) {
+  double value = 0;
+  for (std::size_t i = x.size(); i-- > 0;) value = value * 0x1p64 + static_cast<double>(x[i]);
+  return value;
+}
+
+// ---- the four operations
+
+Natural sum(const Natural& a, const Natural& b) {
+  const Natural& longer = a.size() >= b.size() ? a : b;
+  const Natural& shorter = a.size() >= b.size() ? b : a;
+  Natural r = longer;
+  Limb carry = 0;
+  for (std::size_t i = 0; i < r.size(); ++i) {
+    const DoubleLimb s = DoubleLimb{r[i]} + (i < shorter.size() ? shorter[i] : 0) + carry;
+    r[i] = static_cast<Limb>(s);
+    carry = static_cast<Limb>(s >> 64);
+  }
+  if (carry != 0) r.push_back(carry);
+  return r;
+}
+
+Natural difference(const Natural& a, const Natural& b) {
+  Natural r = a;
+  Limb borrow = 0;
+  for (std::size_t i = 0; i < r.size(); ++i) {
+    const Limb taken = i < b.size() ? b[i] : 0;
+    const DoubleLimb d = DoubleLimb{r[i]} - taken - borrow;
+    r[i] = static_cast<Limb>(d);
+    borrow = static_cast<Limb>(d >> 64) & 1;
+  }
+  dropZeroLimbs(r);
+  return r;
+}
+
+Natural product(const Natural& a, const Natural& b) {
+  Natural r(a.size() + b.size());
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    Limb carry = 0;
+    for (std::size_t j = 0; j < b.size(); ++j) {
+      const DoubleLimb t = DoubleLimb{a[i]} * b[j] + r[i + j] + carry;
+      r[i + j] = static_cast<Limb>(t);
+      carry = static_cast<Limb>(t >> 64);
+    }
+    r[i + b.size()] = carry;
+  }
+  dropZeroLimbs(r);
+  return r;
+}
+
+Natural scaled(const Natural& a, Limb factor) { return product(a, naturalOfLimb(factor)); }
+
+Natural shiftedLeft(const Natural& a, std::size_t bits) {
+  if (a.empty()) return a;
+  const std::size_t limbs = bits / 64, rest = bits % 64;
+  Natural r(a.size() + limbs + 1);
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    r[i + limbs] |= a[i] << rest;
+    if (rest != 0) r[i + limbs + 1] = a[i] >> (64 - rest);
+  }
+  dropZeroLimbs(r);
+  return r;
+}
+
+Natural shiftedRight(const Natural& a, std::size_t bits) {
+  const std::size_t limbs = bits / 64, rest = bits % 64;
+  if (limbs >= a.size()) return {};
+  Natural r(a.begin() + static_cast<std::ptrdiff_t>(limbs), a.end());
+  for (std::size_t i = 0; rest != 0 && i < r.size(); ++i)
+    r[i] = r[i] >> rest | (i + 1 < r.size() ? r[i + 1] << (64 - rest) : 0);
+  dropZeroLimbs(r);
+  return r;
+}
+
+Limb divideByLimb(Natural& a, Limb b) {
+  Limb rest = 0;
+  for (std::size_t i = a.size(); i-- > 0;) {
+    const DoubleLimb t = DoubleLimb{rest} << 64 | a[i];
+    a[i] = static_cast<Limb>(t / b);
+    rest = static_cast<Limb>(t % b);
+  }
+  dropZeroLimbs(a);
+  return rest;
+}
+
+Limb residue(const Natural& a, Limb b) {
+  Limb rest = 0;
+  for (std::size_t i = a.size(); i-- > 0;) rest = static_cast<Limb>((DoubleLimb{rest} << 64 | a[i]) % b);
+  return rest;
+}
+
+namespace {
+
+/// The quotient limb of the three limbs on top, at most 1 too large.
+Limb estimatedQuotient(Limb top, Limb next, Limb third, Limb divisorTop, Limb divisorNext) {
+  const DoubleLimb two = DoubleLimb{top} << 64 | next;
+  DoubleLimb q = top >= divisorTop ? ~Limb{0} : two / divisorTop;
+  DoubleLimb rest = two - q * divisorTop;
+  while (rest >> 64 == 0 && q * divisorNext > (rest << 64 | third)) {
+    --q;
+    rest += divisorTop;
+  }
+  return static_cast<Limb>(q);
+}
+
+}  // namespace
+
+Natural divide(Natural& a, const Natural& b) {
+  if (compareNaturals(a, b) < 0) return {};
+  if (b.size() == 1) {
+    const Limb rest = divideByLimb(a, b[0]);
+    return std::exchange(a, naturalOfLimb(rest));
+  }
+  const auto shift = static_cast<std::size_t>(__builtin_clzll(b.back()));
+  const Natural d = shiftedLeft(b, shift);
+  Natural r = shiftedLeft(a, shift);
+  const std::size_t n = d.size(), m = std::max(r.size(), a.size()) + 1 - n;
+  r.resize(n + m);
+  Natural q(m);
+  for (std::size_t j = m; j-- > 0;) {
+    Limb digit = estimatedQuotient(r[j + n], r[j + n - 1], r[j + n - 2], d[n - 1], d[n - 2]);
+    Limb borrow = 0, carry = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+      const DoubleLimb t = DoubleLimb{digit} * d[i] + carry;
+      carry = static_cast<Limb>(t >> 64);
+      const DoubleLimb s = DoubleLimb{r[j + i]} - static_cast<Limb>(t) - borrow;
+      r[j + i] = static_cast<Limb>(s);
+      borrow = static_cast<Limb>(s >> 64) & 1;
+    }
+    const DoubleLimb top = DoubleLimb{r[j + n]} - carry - borrow;
+    r[j + n] = static_cast<Limb>(top);
+    if (static_cast<Limb>(top >> 64) != 0) {
+      --digit;
+      Limb over = 0;
+      for (std::size_t i = 0; i < n; ++i) {
+        const DoubleLimb t = DoubleLimb{r[j + i]} + d[i] + over;
+        r[j + i] = static_cast<Limb>(t);
+        over = static_cast<Limb>(t >> 64);
+      }
+      r[j + n] += over;
+    }
+    q[j] = digit;
+  }
+  dropZeroLimbs(q);
+  dropZeroLimbs(r);
+  a = shiftedRight(r, shift);
+  return q;
+}
+
+Natural remainder(Natural a, const Natural& b) {
+  divide(a, b);
+  return a;
+}
+
+// ---- divisors, roots, symbols
+
+Natural greatestCommonDivisor(Natural a, Natural b) {
+  while (!b.empty()) {
+    divide(a, b);
+    std::swap(a, b);
+  }
+  return a;
+}
+
+Natural inverseModulo(const Natural& a, const Natural& m) {
+  // The cofactors alternate in sign: their magnitudes are kept, and the parity of the steps.
+  Natural r0 = m, r1 = remainder(a, m), t0, t1{1};
+  bool negative = false;
+  while (!r1.empty()) {
+    const Natural q = divide(r0, r1);
+    std::swap(r0, r1);
+    Natural t2 = sum(t0, product(q, t1));
+    t0 = std::exchange(t1, std::move(t2));
+    negative = !negative;
+  }
+  return negative ? t0 : difference(m, t0);
+}
+
+Natural truncatedRootOf(const Natural& x, unsigned k) {
+  if (x.empty() || k == 1) return x;
+  // Newton's iteration from above falls until it has arrived.
+  Natural root = shiftedLeft({1}, (bitLength(x) + k - 1) / k);
+  for (;;) {
+    Natural power{1};
+    for (unsigned i = 1; i < k; ++i) power = product(power, root);
+    Natural rest = x;
+    Natural next = sum(scaled(root, k - 1), divide(rest, power));
+    divideByLimb(next, k);
+    if (compareNaturals(next, root) >= 0) return root;
+    root = std::move(next);
+  }
+}
+
+int jacobiSymbol(Natural a, Natural n) {
+  int sign = 1;
+  a = remainder(std::move(a), n);
+  while (!a.empty()) {
+    const std::size_t twos = trailingZeros(a);
+    a = shiftedRight(a, twos);
+    const Limb low = n[0] & 7;
+    if (twos % 2 == 1 && (low == 3 || low == 5)) sign = -sign;
+    if ((a[0] & 3) == 3 && (n[0] & 3) == 3) sign = -sign;
+    std::swap(a, n);
+    a = remainder(std::move(a), n);
+  }
+  return n.size() == 1 && n[0] == 1 ? sign : 0;
+}
+
+}  // namespace korel

@@ -1,0 +1,8 @@
+# Fields: numbers where they read as such, quotes, empty ones, both line ends.
+parsecsv("a,b,\"c,\"\"d\"\"\"\n1,-2.5,1e3\r\n,x y,\n\n12345678901234567890,.5,5.,-0.0"); parsecsv("1,2", ",", text), parsecsv("  1  2 \n 3 4\n\n", " "), parsecsv(""), parsecsv("a;b", ";"), parsecsv("1e,1e5x,-,.,--1,+1,1e999999999999"); parsecsv("\""); parsecsv("\"a\"b"); parsecsv(1); parsecsv("a", "xy"); parsecsv("a", "\"");
+# Written so that other programs, and this one, read the same.
+csvtext([[1, -2, 2.5, .001, 1e-20, 1e20, "a", "a,b", "q\"q", "12", x + 1, x, "", 2^100, 3/4, 1., -.5], []]); parsecsv(%); csvtext([["a b", 1, ""]], " "), csvtext([["a\nb"]]), csvtext([]); csvtext([1]); csvtext(x);
+t := [seq([seq((-1)^i*i^j/2.^j, j = 0..9), cat("t", i, "\"")], i = 1..50)]: evalb(parsecsv(csvtext(t)) = t), evalb(parsecsv(csvtext(t, ";"), ";") = t), evalb(parsecsv(csvtext(t, " "), " ") = t);
+# Files of rows, of columns, of a matrix.
+writecsv("m.csv", rtable(1..2, 1..2, [[1, 2.5], [3, 4]], subtype = Matrix)); readcsv("m.csv"); M := readmatrix("m.csv", ","): writematrix("m.csv", M); readtext("m.csv"); readcolumns("m.csv"); writecolumns("m.csv", [[1, 2, 3], [4, 5, 6]]); readtext("m.csv"); EqualEntries(readmatrix("m.csv"), rtable(1..3, 1..2, [[1, 4], [2, 5], [3, 6]], subtype = Matrix)); writecsv("m.csv", [[1, 2], [3]]); readmatrix("m.csv", ","); writecsv("m.csv", []); readmatrix("m.csv"); removefile("m.csv"); readcsv("m.csv");
+matrixrows(rtable(0..1, 0..1, [[1, 2], [3, 4]])), matrixrows(rtable(1..2, [1, 2])), matrixrows(rtable(1..2, [1, 2], subtype = Vector[row])); writecsv("m.csv", rtable(1..1, 1..1, 1..1));
