@@ -5,6 +5,7 @@
 #include "store/constants.h"
 #include "store/object_fields.h"
 #include "store/standard_names.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -85,8 +86,10 @@ std::int64_t storedElements(const std::int32_t* bounds, Word n, Word storage, st
 }
 
 bool isKorelSparse(DAG rtable) {
-  return rtableFlag(rtable, rtableStorage) == storageSparse && rtableFlag(rtable, rtableDatatype) == dataDag &&
-         rtable[rtableElementType] != ini("sfloat");
+  if (rtableFlag(rtable, rtableStorage) != storageSparse || rtableFlag(rtable, rtableDatatype) != dataDag) return false;
+  // By its text, too: an rtable from before a restart, which a collection still meets, has a name of that time.
+  DAG type = rtable[rtableElementType];
+  return type != ini("sfloat") && !(isTag(type, NAME) && hasText(type, "sfloat"));
 }
 
 }  // namespace korel

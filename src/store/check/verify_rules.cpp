@@ -136,7 +136,8 @@ bool hasGoodLength(DAG s) {
   if (length < rule.least || length > rule.most) return false;
   if (rule.parity != LengthParity::any && (length & 1) != (rule.parity == LengthParity::odd ? 1 : 0)) return false;
   switch (tagOf(s)) {
-    case NAME: case STRING: return isTextLength(s, length);
+    case NAME:
+    case STRING: return isTextLength(s, length);
     case HASHTAB: return ((length - 1) & (length - 2)) == 0;  // a power of 2 of buckets
     case RTABLE: return length == rtableLength(s);
     default: return true;
@@ -184,8 +185,8 @@ constexpr Message invalidChain = {"s=%p, invalid HASH chain", showObject};
 
 bool checkRawFields(DAG s, Finding& finding) {
   switch (tagOf(s)) {
-    case INTNEG: case INTPOS:
-      return isGoodInteger(s) || fail(finding, "s=%p, invalid %s", pointer(s), tagName(tagOf(s)));
+    case INTNEG:
+    case INTPOS: return isGoodInteger(s) || fail(finding, "s=%p, invalid %s", pointer(s), tagName(tagOf(s)));
     case HFLOAT:
       // A double lies at a multiple of 8.
       if ((s.word + 4) % 8 == 0) return true;
@@ -193,7 +194,9 @@ bool checkRawFields(DAG s, Finding& finding) {
       return false;
     case STRING: return rawField(s, 1) == 0 || failWith(finding, invalidComponent, s, 1);
     case SERIES: return checkSeries(s, finding);
-    case LOCAL: case PARAM: case LEXICAL: return checkPosition(s, finding);
+    case LOCAL:
+    case PARAM:
+    case LEXICAL: return checkPosition(s, finding);
     case HASH:
       // The last pair is always empty: scans end there.
       return rawField(s, lengthOf(s) - 2) == 0 || failWith(finding, invalidChain, s, 1);
@@ -244,9 +247,15 @@ bool isMapping(DAG x) { return isName(x) || is(x, MEMBER) || is(x, EQUATION); }
 
 bool isTarget(DAG x) {
   switch (kindOf(x)) {
-    case NAME: case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case FUNCTION: case LOCAL: case PARAM:
-    case LEXICAL:
-      return true;
+    case NAME:
+    case MEMBER:
+    case TABLEREF:
+    case DCOLON:
+    case CATENATE:
+    case FUNCTION:
+    case LOCAL:
+    case PARAM:
+    case LEXICAL: return true;
     default: return false;
   }
 }
@@ -271,23 +280,16 @@ struct KindRule {
 
 constexpr KindRule kindRules[] = {
     // tag   field       when        accepts            message
-    {RATIONAL, everyField, always, isWholeNumber,
-     {"s=%p, ID(s[%ld])=%s, invalid RATIONAL", showObjectIndexKind}},
+    {RATIONAL, everyField, always, isWholeNumber, {"s=%p, ID(s[%ld])=%s, invalid RATIONAL", showObjectIndexKind}},
     {FLOAT, 1, always, isWholeNumber, {"s=%p, ID(s[%ld])=%s, invalid FLOAT", showObjectIndexKind}},
     {FLOAT, 2, always, isFloatExponent, {"s=%p, ID(s[%ld])=%s, invalid FLOAT", showObjectIndexKind}},
-    {COMPLEX, everyField, always, isComplexPart,
-     {"s=%p, ID(s[%ld])=%s, invalid COMPLEX", showObjectIndexKind}},
+    {COMPLEX, everyField, always, isComplexPart, {"s=%p, ID(s[%ld])=%s, invalid COMPLEX", showObjectIndexKind}},
     {MEMBER, 2, always, isName, {"s=%p, unexpected %s member of MEMBER", showObjectKind}},
-    {TABLEREF, 2, simplified, isSequence,
-     {"s=%p, unexpected %s index of TABLEREF", showObjectKind}},
-    {ZPPOLY, 1, always, isIndeterminate,
-     {"s=%p, unexpected %s component %ld of %s", showObjectKindIndexTag}},
-    {ZPPOLY, 2, always, isWholeNumber,
-     {"s=%p, unexpected %s component %ld of %s", showObjectKindIndexTag}},
-    {FUNCTION, 2, always, isSequence,
-     {"s=%p, unexpected %s argument to FUNCTION %s", showObjectKindFunction}},
-    {EXPSEQ, everyField, simplified, isNoSequence,
-     {"s=%p, unexpected EXPSEQ body of EXPSEQ", showObject}},
+    {TABLEREF, 2, simplified, isSequence, {"s=%p, unexpected %s index of TABLEREF", showObjectKind}},
+    {ZPPOLY, 1, always, isIndeterminate, {"s=%p, unexpected %s component %ld of %s", showObjectKindIndexTag}},
+    {ZPPOLY, 2, always, isWholeNumber, {"s=%p, unexpected %s component %ld of %s", showObjectKindIndexTag}},
+    {FUNCTION, 2, always, isSequence, {"s=%p, unexpected %s argument to FUNCTION %s", showObjectKindFunction}},
+    {EXPSEQ, everyField, simplified, isNoSequence, {"s=%p, unexpected EXPSEQ body of EXPSEQ", showObject}},
     {LIST, 1, simplified, isSequence, {"s=%p, unexpected %s body of %s", showObjectKindTag}},
     {SET, 1, simplified, isSequence, {"s=%p, unexpected %s body of %s", showObjectKindTag}},
     {TABLE, 3, simplified, isTable, {"s=%p, unexpected %s table of TABLE", showObjectKind}},
@@ -300,20 +302,15 @@ constexpr KindRule kindRules[] = {
     {PROC, 4, always, isRememberTable, {"s=%p, s[4]=%p invalid PROC remember table", showObjectWord}},
     {PROC, 6, always, isSequence, {"s=%p, s[6]=%p invalid PROC description sequence", showObjectWord}},
     {PROC, 7, always, isSequence, {"s=%p, s[7]=%p invalid PROC global sequence", showObjectWord}},
-    {PROC, 8, always, isLexicalSequence,
-     {"s=%p, s[8]=%p invalid PROC lexical sequence", showObjectWord}},
+    {PROC, 8, always, isLexicalSequence, {"s=%p, s[8]=%p invalid PROC lexical sequence", showObjectWord}},
 
-    {MODDEF, 1, always, isSequence,
-     {"s=%p, s[1]=%p invalid MODDEF parameter sequence", showObjectWord}},
-    {MODDEF, 2, always, isLocalSequence,
-     {"s=%p, s[2]=%p invalid MODDEF local sequence", showObjectWord}},
+    {MODDEF, 1, always, isSequence, {"s=%p, s[1]=%p invalid MODDEF parameter sequence", showObjectWord}},
+    {MODDEF, 2, always, isLocalSequence, {"s=%p, s[2]=%p invalid MODDEF local sequence", showObjectWord}},
     {MODDEF, 3, always, isSequence, {"s=%p, s[3]=%p invalid MODDEF option sequence", showObjectWord}},
     {MODDEF, 4, always, isSequence, {"s=%p, s[4]=%p invalid MODDEF export sequence", showObjectWord}},
-    {MODDEF, 6, always, isSequence,
-     {"s=%p, s[6]=%p invalid MODDEF description sequence", showObjectWord}},
+    {MODDEF, 6, always, isSequence, {"s=%p, s[6]=%p invalid MODDEF description sequence", showObjectWord}},
     {MODDEF, 7, always, isSequence, {"s=%p, s[7]=%p invalid MODDEF global sequence", showObjectWord}},
-    {MODDEF, 8, always, isLexicalSequence,
-     {"s=%p, s[8]=%p invalid MODDEF lexical sequence", showObjectWord}},
+    {MODDEF, 8, always, isLexicalSequence, {"s=%p, s[8]=%p invalid MODDEF lexical sequence", showObjectWord}},
     {MODDEF, 9, always, isDefinitionName, {"s=%p, s[9]=%p invalid MODDEF name", showObjectWord}},
 
     {MODULE, 1, always, isSequence, {"s=%p, unexpected %s exports of MODULE", showObjectKind}},
@@ -385,7 +382,8 @@ bool checkMembers(DAG s, Word i, const MemberRule& rule, Finding& finding) {
 
 bool isKorelSparse(DAG s) {
   Word flags = rawField(s, 5);
-  return (flags >> 28) == 0 && ((flags >> 22) & 0xf) == 0 && !(is(s[2], NAME) && s[2] == ini("sfloat"));
+  return (flags >> 28) == 0 && ((flags >> 22) & 0xf) == 0 &&
+         !(is(s[2], NAME) && std::strcmp(textOf(s[2]), "sfloat") == 0);
 }
 
 // Parts of a complex number that may stand beside each other although their tags differ.
@@ -487,10 +485,11 @@ const Message& hashMessage(DAG chain, Word i) {
 
 bool mayBeAbsent(DAG s, Word i) {
   switch (tagOf(s)) {
-    case NAME: return i == 1;               // unassigned
-    case HASHTAB: case DEBUG: return true;  // an empty bucket; an absent part of a record
-    case RTABLE: return i == 1;             // no data
-    case EXPSEQ: return !isSimplified(s);   // a record, or a sequence under construction
+    case NAME: return i == 1;  // unassigned
+    case HASHTAB:
+    case DEBUG: return true;               // an empty bucket; an absent part of a record
+    case RTABLE: return i == 1;            // no data
+    case EXPSEQ: return !isSimplified(s);  // a record, or a sequence under construction
     default: return false;
   }
 }
@@ -545,7 +544,8 @@ bool checkShape(DAG s, Finding& finding) {
     return fail(finding, "s=%p, ID=%s, LENGTH=%ld, invalid length", pointer(s), name, length);
   if (!hasGoodLength(s)) {
     switch (tagOf(s)) {
-      case INTNEG: case INTPOS: return fail(finding, "s=%p, invalid %s", pointer(s), name);
+      case INTNEG:
+      case INTPOS: return fail(finding, "s=%p, invalid %s", pointer(s), name);
       case NAME: return fail(finding, "s=%p, len=%ld, invalid NAME length", pointer(s), length);
       default: return fail(finding, "s=%p, LENGTH=%ld, invalid %s length", pointer(s), length, name);
     }
