@@ -68,12 +68,15 @@ constexpr CallingExpression callingExpressions[] = {
     {"type/ours", "type(x, ours)", "[x]"},
 };
 
-// The procedure leaves its arguments in a global name and answers with a number.
+// The procedure leaves its arguments in a global name and answers with a number; the debugger, which is asked again after
+// any other answer, with nothing.
 std::string argumentsOf(const CallingExpression& row) {
   FrontEnd frontEnd;
   const std::string quoted = std::string("`") + row.procedure + "`";
   sayTo(frontEnd, "called := 0:");
-  sayTo(frontEnd, (quoted + " := proc() global called; called := [args]; 7 end proc:").c_str());
+  sayTo(frontEnd, (quoted + " := proc() global called; called := [args]; " +
+                   (std::strcmp(row.procedure, "debugger") == 0 ? "NULL" : "7") + " end proc:")
+                      .c_str());
   sayTo(frontEnd, (std::string(row.expression) + ":").c_str());
   std::string result = sayTo(frontEnd, "called;");
   sayTo(frontEnd, (quoted + " := '" + quoted + "':").c_str());
