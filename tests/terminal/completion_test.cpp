@@ -16,8 +16,8 @@ TEST(Completion, CompletesNamesOfEveryKind) {
   ASSERT_TRUE(session.shows("> ")) << session.seen();
   session.type("typemat\t(3, integer);\r");  // a built-in
   ASSERT_TRUE(session.shows("typematch(3, integer);\r\ntrue\r\n")) << session.seen();
-  session.type("revers\t\t");  // two of the library
-  ASSERT_TRUE(session.shows("reverse      reversetext\r\n")) << session.seen();
+  session.type("revers\t\t");  // three of the library
+  ASSERT_TRUE(session.shows("reverse        reverseseries  reversetext\r\n")) << session.seen();
   session.type("t\t(\"ab\");\r");
   ASSERT_TRUE(session.shows("\"ba\"\r\n")) << session.seen();
   session.type("my_long_name := 41:\r");
