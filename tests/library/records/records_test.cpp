@@ -163,7 +163,8 @@ TEST(Records, ProceduresTablesAndModules) {
     EXPECT_EQ(say((std::string("print(") + name + "); eval(" + name + ");").c_str()), shown);
     EXPECT_EQ(written(naminstall(name)), bytes);
   }
-  EXPECT_EQ(say("op(4, eval(p9r));"), "table([(3)=9,(x)=x^2])");
+  // The order of the entries is that of addresses.
+  EXPECT_EQ(say("op(4, eval(p9r))[3], op(4, eval(p9r))[x], nops([indices(op(4, eval(p9r)))]);"), "9, x^2, 2");
   EXPECT_EQ(say("t9[x, y];"), "z");
   const char* fault = checkHeap();
   EXPECT_EQ(fault, nullptr) << fault;
