@@ -136,8 +136,7 @@ bool hasGoodLength(DAG s) {
   if (length < rule.least || length > rule.most) return false;
   if (rule.parity != LengthParity::any && (length & 1) != (rule.parity == LengthParity::odd ? 1 : 0)) return false;
   switch (tagOf(s)) {
-    case NAME:
-    case STRING: return isTextLength(s, length);
+    case NAME: case STRING: return isTextLength(s, length);
     case HASHTAB: return ((length - 1) & (length - 2)) == 0;  // a power of 2 of buckets
     case RTABLE: return length == rtableLength(s);
     default: return true;
@@ -185,8 +184,8 @@ constexpr Message invalidChain = {"s=%p, invalid HASH chain", showObject};
 
 bool checkRawFields(DAG s, Finding& finding) {
   switch (tagOf(s)) {
-    case INTNEG:
-    case INTPOS: return isGoodInteger(s) || fail(finding, "s=%p, invalid %s", pointer(s), tagName(tagOf(s)));
+    case INTNEG: case INTPOS:
+      return isGoodInteger(s) || fail(finding, "s=%p, invalid %s", pointer(s), tagName(tagOf(s)));
     case HFLOAT:
       // A double lies at a multiple of 8.
       if ((s.word + 4) % 8 == 0) return true;
@@ -194,9 +193,7 @@ bool checkRawFields(DAG s, Finding& finding) {
       return false;
     case STRING: return rawField(s, 1) == 0 || failWith(finding, invalidComponent, s, 1);
     case SERIES: return checkSeries(s, finding);
-    case LOCAL:
-    case PARAM:
-    case LEXICAL: return checkPosition(s, finding);
+    case LOCAL: case PARAM: case LEXICAL: return checkPosition(s, finding);
     case HASH:
       // The last pair is always empty: scans end there.
       return rawField(s, lengthOf(s) - 2) == 0 || failWith(finding, invalidChain, s, 1);
@@ -247,15 +244,9 @@ bool isMapping(DAG x) { return isName(x) || is(x, MEMBER) || is(x, EQUATION); }
 
 bool isTarget(DAG x) {
   switch (kindOf(x)) {
-    case NAME:
-    case MEMBER:
-    case TABLEREF:
-    case DCOLON:
-    case CATENATE:
-    case FUNCTION:
-    case LOCAL:
-    case PARAM:
-    case LEXICAL: return true;
+    case NAME: case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case FUNCTION: case LOCAL: case PARAM:
+    case LEXICAL:
+      return true;
     default: return false;
   }
 }
@@ -485,11 +476,10 @@ const Message& hashMessage(DAG chain, Word i) {
 
 bool mayBeAbsent(DAG s, Word i) {
   switch (tagOf(s)) {
-    case NAME: return i == 1;  // unassigned
-    case HASHTAB:
-    case DEBUG: return true;               // an empty bucket; an absent part of a record
-    case RTABLE: return i == 1;            // no data
-    case EXPSEQ: return !isSimplified(s);  // a record, or a sequence under construction
+    case NAME: return i == 1;               // unassigned
+    case HASHTAB: case DEBUG: return true;  // an empty bucket; an absent part of a record
+    case RTABLE: return i == 1;             // no data
+    case EXPSEQ: return !isSimplified(s);   // a record, or a sequence under construction
     default: return false;
   }
 }
@@ -544,8 +534,7 @@ bool checkShape(DAG s, Finding& finding) {
     return fail(finding, "s=%p, ID=%s, LENGTH=%ld, invalid length", pointer(s), name, length);
   if (!hasGoodLength(s)) {
     switch (tagOf(s)) {
-      case INTNEG:
-      case INTPOS: return fail(finding, "s=%p, invalid %s", pointer(s), name);
+      case INTNEG: case INTPOS: return fail(finding, "s=%p, invalid %s", pointer(s), name);
       case NAME: return fail(finding, "s=%p, len=%ld, invalid NAME length", pointer(s), length);
       default: return fail(finding, "s=%p, LENGTH=%ld, invalid %s length", pointer(s), length, name);
     }
