@@ -1,6 +1,7 @@
 #pragma once
 // A session at a pseudo-terminal, for tests that type and watch.
 
+#include <chrono>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <poll.h>
@@ -36,7 +37,9 @@ class Session {
   }
   /// Waits until `text` has come behind what was waited for before; false after ten seconds.
   bool shows(const std::string& text) {
-    for (int rounds = 0; rounds < 100; ++rounds) {
+    // The bound is one of time: an echo may come byte by byte, in any number of reads.
+    auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (std::chrono::steady_clock::now() < end) {
       std::size_t at = seen_.find(text, from_);
       if (at != std::string::npos) {
         from_ = at + text.size();
