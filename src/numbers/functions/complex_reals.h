@@ -17,8 +17,8 @@ struct Complex {
   int reSide = 0, imSide = 0;  // the sign of a part that is 0; 0 for none
 
   Complex() = default;
-  Complex(const Real& a) : re(a) {}                                    // NOLINT: reals are complex numbers
-  Complex(int n) : re(n) {}                                            // NOLINT
+  Complex(const Real& a) : re(a) {}  // NOLINT: reals are complex numbers
+  Complex(int n) : re(n) {}          // NOLINT
   Complex(const Real& a, const Real& b) : re(a), im(b) {}
 };
 
