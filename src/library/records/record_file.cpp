@@ -98,8 +98,8 @@ void readHeader(FileReading& f) {
   }
   if (isPresent || f.numbers.oldVersion) return;
   char text[1400];
-  std::snprintf(text, sizeof text, "`%s` is an incorrect or outdated .m file (%c%c%c%c)", withoutMarks(f.name), shown(c[0]),
-                shown(c[1]), shown(c[2]), shown(c[3]));
+  std::snprintf(text, sizeof text, "`%s` is an incorrect or outdated .m file (%c%c%c%c)", withoutMarks(f.name),
+                shown(c[0]), shown(c[1]), shown(c[2]), shown(c[3]));
   userror(text);
 }
 
