@@ -34,6 +34,7 @@ struct Frame {
   DAG procName;  // the name called
   DAG proc;      // the running PROC
   DAG currentStatement;
+  const DAG* currentPlace = nullptr;  // the field that holds it: equal statements are one object
   DAG ditto1, ditto2, ditto3;  // values of %, %%, %%%
   DAG inCondition;             // `true` while the condition of an `if` is evaluated
   DAG envVars;                 // EXPSEQ of environment variables, shared until one is changed

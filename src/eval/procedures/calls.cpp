@@ -332,6 +332,7 @@ struct CallState {
             .procName = name,
             .proc = proc,
             .currentStatement = bodyOf(proc),
+            .currentPlace = &bodyOf(proc),
             .ditto1 = null,
             .ditto2 = null,
             .ditto3 = null,
