@@ -35,9 +35,9 @@ struct Frame {
   DAG proc;      // the running PROC
   DAG currentStatement;
   const DAG* currentPlace = nullptr;  // the field that holds it: equal statements are one object
-  DAG ditto1, ditto2, ditto3;  // values of %, %%, %%%
-  DAG inCondition;             // `true` while the condition of an `if` is evaluated
-  DAG envVars;                 // EXPSEQ of environment variables, shared until one is changed
+  DAG ditto1, ditto2, ditto3;         // values of %, %%, %%%
+  DAG inCondition;                    // `true` while the condition of an `if` is evaluated
+  DAG envVars;                        // EXPSEQ of environment variables, shared until one is changed
 };
 
 /// What the frame's print level is worth in levels of evaluation: statements and calls at a smaller depth

@@ -1,10 +1,9 @@
 #include "frame/trace_messages.h"
 
-#include "frame/traceback.h"
-
 #include "debug/listing.h"
 #include "frame/errors.h"
 #include "frame/output.h"
+#include "frame/traceback.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
