@@ -98,11 +98,11 @@ end proc:
 end proc:
 `rounding/down` := proc(x, t)
   description "rounding/down(x, t): the integer below x, whose integer part is t";
-  if `simpl/signum`(x) = -1 and not (type(x, numeric) and `evalf/exact`(x) = t) then t - 1 else t end if
+  if `simpl/signum`(x) = -1 and not (type(x, numeric) and `evalf/aid/exact`(x) = t) then t - 1 else t end if
 end proc:
 `rounding/nearest` := proc(x, t)
   description "rounding/nearest(x, t): the integer nearest to x, whose integer part is t";
   local rest;
-  rest := abs(`if`(type(x, numeric), `evalf/exact`(x) - t, evalf(x - t, Digits + 10)));
+  rest := abs(`if`(type(x, numeric), `evalf/aid/exact`(x) - t, evalf(x - t, Digits + 10)));
   if rest < 1/2 then t else t + `simpl/signum`(x) end if
 end proc:
