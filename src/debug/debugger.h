@@ -53,6 +53,7 @@ extern std::int32_t savedStepLevel;
 extern DAG lastLastError, lastLastException;
 /// The statement where the debugger stands, or its wrapper; 0 outside the dialogue.
 extern DAG currentStatement;
+extern const DAG* currentField;  // where it stands, if that is known
 /// `debugopts(interrupt)`: the dialogue and the program end.
 void interruptFromDebugger();
 /// A name that leads to the procedure of `frame`: its own, or `unknown/` and the address, which it is assigned to. 0

@@ -45,6 +45,14 @@ tell("printlevel", "debugopts(interrupt)"); c(4); lasterror; printlevel; "after"
 debugger := proc() lprint(args); NULL end proc:
 debugopts(steplevel = z); debugopts(steplevel = 2^40);
 DEBUG(5); DEBUG(1 > 2); DEBUG(1 < 2); DEBUG(u < v);
+# Equal statements are told apart, whatever form they stand in; a `DEBUG` of the program's own is a statement too.
+same := proc(n) local s, i; s := n; s; if n > 1 then s else s end if; for i to 2 do s end do; try s; error "same" catch: s finally s end try; s; s end proc:
+debugger := proc() lprint(args[-1][3]); debugopts(steplevel = `if`(args[-1][2] = same, 999999999, 0)); NULL end proc:
+debugopts(stopat = [same, 1]); same(2); debugopts(stopat = [same, -1], steplevel = 0); same(2);
+fails := proc(k) local go, j; go := proc(x) if x = 0 then error "zero" end if; x - 1 end proc; go(k); go(k) ; if true then go(k - 1) else go(k - 1) end if; for j to 1 do go(k); go(0) end do; go(0) end proc:
+printlevel := 2: fails(1); fails(3); printlevel := 1:
+debugger := proc() lprint(args); NULL end proc: debugopts(steplevel = 0):
+ask := proc(x) local y; y := x^2; DEBUG(x > 2 and y < 3); DEBUG(not x > 2); DEBUG(a); DEBUG(a = 1); DEBUG([1 > 2]); DEBUG(1 > 2, 3); y end proc: ask(3); ask(1);
 # A profile: values and ditto values stay, the jump of an error goes on, and its time counts.
 debugger := proc() NULL end proc:
 p := proc(n) local k, t; t := 0; for k to n do if k = 2 then next end if; t := t + k; if k = 5 then break end if end do; t; %, t end proc: p(7);

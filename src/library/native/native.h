@@ -26,7 +26,6 @@ DAG unevaluatedNative(const BuiltinCall& call);
 /// `kernel/native`("name", args), or null: who calls the procedure may call the function and leave out the frame. Only
 /// some functions are meant for that (native.cpp lists them).
 /// Most calls of `sin` and its like stand as they are, in each evaluation of what they are part of.
-///.
 NativeFunction directNative(DAG procedure);
 
 /// The number that stands as the body of `kernel/native`, beside those of the table of built-ins.
