@@ -3,19 +3,18 @@
 // What must hold for every input: the reader ends in objects or in one reported failure, and what is read has a
 // record that reads back to the same object. Nothing crashes, hangs or takes memory that the bytes don't account for.
 
-#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
+#include "fuzz_kernel.h"
 #include "library/records/records.h"
 #include "session/driver.h"
-#include "session/statement_reader.h"
-#include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/names.h"
 
 using namespace korel;
+using namespace korel::fuzzing;
 
 namespace {
 
@@ -47,11 +46,7 @@ bool putByte(void*, int c) {
 void ignoreEnd(void*, long) {}
 void ignoreText(void*, long, const char*) {}
 void ignoreFailure(void*, const char*) {}
-DAG ignoreMessage(void*, DAG) { return null; }
 
-std::chrono::steady_clock::time_point began;
-// What is read is simplified: powers of powers are work without end, not a fault.
-int stopAfterASecond(void*) { return std::chrono::steady_clock::now() - began > std::chrono::seconds(1); }
 
 DAG readRecords() {
   RecordNumbers numbers;
@@ -71,20 +66,17 @@ DAG readRecords() {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  char name[] = "korel", skip[] = "-s";
-  char* argv[] = {name, skip, nullptr};
-  if (InitializeKorel(2, argv) != nullptr) std::abort();
-  EvaluateDAG(null, ignoreMessage, nullptr, 0, 0, nullptr);
+  startKernel();
   return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   input = {data, size, 0};
-  began = std::chrono::steady_clock::now();
-  ReadStatement(readRecords, ignoreMessage, stopAfterASecond, nullptr);
+  startClock();
+  run(readRecords);
   // Records assign names: every so often all is given up.
+  collectEvery(64);
   static int inputs = 0;
-  if (++inputs % 64 == 0) gc();
-  if (inputs % 4096 == 0) RestartKorel();
+  if (++inputs % 4096 == 0) RestartKorel();
   return 0;
 }
