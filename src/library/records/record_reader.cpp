@@ -382,17 +382,29 @@ DAG finished(Reading& r, DAG s) {
   return simpl(s);
 }
 
-// Fields `from` to `n` - 1 of an object of `n` words with `tag`, which grows as they arrive.
-DAG nextFields(Reading& r, Tag tag, Word n, Word from = 1) {
-  DAG s = newl2(n < trustedLength ? n : trustedLength, tag);
-  for (Word i = from; i < n; ++i) {
-    DAG field = nextRecord(r);
-    if (i >= lengthOf(s)) {
-      Word more = n - lengthOf(s);
-      s = enlarge(s, more < lengthOf(s) ? more : lengthOf(s));
-    }
-    s[i] = field;
+void keepField(Reading& r, DAG field) {
+  if (r.fieldCount == r.fieldSpace) {
+    std::size_t space = r.fieldSpace == 0 ? 1024 : 2 * r.fieldSpace;
+    auto* fields = static_cast<DAG*>(std::realloc(r.fields, space * sizeof(DAG)));
+    if (fields == nullptr) failReading(r, "ran out of memory");
+    r.fields = fields;
+    r.fieldSpace = space;
   }
+  r.fields[r.fieldCount++] = field;
+}
+
+// The fields of an object of `n` words with `tag`. Those of a long one are put aside until all have arrived.
+DAG nextFields(Reading& r, Tag tag, Word n) {
+  if (n <= trustedLength) {
+    DAG s = newl2(n, tag);
+    for (Word i = 1; i < n; ++i) s[i] = nextRecord(r);
+    return s;
+  }
+  const std::size_t first = r.fieldCount;
+  for (Word i = 1; i < n; ++i) keepField(r, nextRecord(r));
+  DAG s = newl2(n, tag);
+  std::memcpy(&s[1], r.fields + first, (n - 1) * sizeof(DAG));
+  r.fieldCount = first;
   return s;
 }
 
@@ -615,6 +627,7 @@ void reportWarning(void*, long offset, const char* text) { std::fprintf(stderr, 
 void releaseScratch(Reading& r) {
   std::free(r.text);
   std::free(r.block);
+  std::free(r.fields);
   innermost = r.outer;
 }
 // An error of the language passes, or an interrupt: simplification has raised it.

@@ -21,6 +21,8 @@ struct Reading {
   char* text;  // of the name or string being read
   std::size_t textSpace;
   void* block;     // elements of the rtable being read
+  DAG* fields;     // of the long objects being read
+  std::size_t fieldCount, fieldSpace;
   Reading* outer;  // read meanwhile, when simplification loads something
   std::jmp_buf stop;
 };
