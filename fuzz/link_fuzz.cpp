@@ -36,21 +36,13 @@ Bytes* frontEnd;
 bool gotStatement;
 
 
-struct Written {
-  MessageWriter writer;
-  std::size_t at = 0;
-};
-int nextWritten(void* context) {
-  auto* written = static_cast<Written*>(context);
-  return written->at < written->writer.size() ? static_cast<unsigned char>(written->writer.data()[written->at++]) : -1;
-}
-
 void writeAndReadBack(DAG x) {
-  static Written written;
+  static MessageWriter writer;
   static MessageReader reader;
-  written.at = 0;
-  if (!written.writer.compose(x)) return;
-  DAG again = reader.next(nextWritten, &written);
+  if (!writer.compose(x)) return;
+  const auto* bytes = reinterpret_cast<const unsigned char*>(writer.data());
+  ByteSource source{bytes, bytes + writer.size()};
+  DAG again = reader.next(source);
   if (!again && x) std::abort();
 }
 

@@ -18,11 +18,7 @@ using namespace korel::fuzzing;
 
 namespace {
 
-struct Bytes {
-  const std::uint8_t* data;
-  std::size_t size, at;
-};
-Bytes input;
+ByteSource input;
 
 struct Text {
   char* data;
@@ -30,10 +26,7 @@ struct Text {
 };
 Text written;
 
-int nextByte(void* context) {
-  auto* bytes = static_cast<Bytes*>(context);
-  return bytes->at < bytes->size ? bytes->data[bytes->at++] : -1;
-}
+int nextByte(void* source) { return static_cast<ByteSource*>(source)->next(); }
 bool putByte(void*, int c) {
   if (written.size == written.capacity) {
     written.capacity = written.capacity == 0 ? 4096 : 2 * written.capacity;
@@ -51,11 +44,12 @@ void ignoreFailure(void*, const char*) {}
 DAG readRecords() {
   RecordNumbers numbers;
   for (int records = 0; records < 20; ++records) {
-    DAG x = ParseRecord(nextByte, ignoreEnd, ignoreText, ignoreText, 0, nullptr, &input, numbers);
+    DAG x = ParseRecord(input, ignoreEnd, ignoreText, ignoreText, 0, nullptr, nullptr, numbers);
     if (!x) break;
     written.size = 0;
     if (!PrintDotM(x, putByte, ignoreFailure, 79, recordBareName, nullptr, nullptr)) break;
-    Bytes again = {reinterpret_cast<const std::uint8_t*>(written.data), written.size, 0};
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(written.data);
+    ByteSource again{bytes, bytes + written.size};
     DAG y = ParseDotM(nextByte, ignoreEnd, ignoreText, ignoreText, 0, nullptr, &again);
     if (!y) std::abort();
   }
@@ -71,7 +65,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  input = {data, size, 0};
+  input = {data, data + size};
   startClock();
   run(readRecords);
   // Records assign names: every so often all is given up.
