@@ -246,8 +246,8 @@ DAG numericValue(DAG x) {
 }
 
 void printReal(PrintTarget& out, const PrintConversion& c, DAG x) {
-  // Bits are those of the number as it stands, not of its first `Digits` digits.
   const bool bits = c.code == 'y' || c.code == 'Y';
+  // The double nearest to a fraction is no matter of `Digits`.
   if (!bits || !isNumeric(x)) x = numericValue(x);
   if (!isNumeric(x)) refuseNumber();
   if (bits) return printDoubleBits(out, c, FloatValue(x));
