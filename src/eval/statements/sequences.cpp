@@ -182,7 +182,8 @@ void putBack(const SavedVariable& saved) {
   } else {
     name[1] = value == name ? DAG() : value;
   }
-  AllowGC(saved.pair);
+  // Given back at once: the name may be a local that its procedure gives back, and nobody may refer to it then.
+  DisposeProtected(saved.pair);
 }
 void restoreVar(const char*) { putBack(*reinterpret_cast<SavedVariable*>(errorProcParam)); }
 

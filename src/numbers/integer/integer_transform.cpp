@@ -291,9 +291,27 @@ class GroupWriter {
   Group rest_ = 0, unit_ = 1;
 };
 
+// Binary limbs are read in pieces of 48 bits, three limbs as four: sums of 2^27 products stay below the bound.
+constexpr int pieceBits = 48;
+constexpr Group pieceMask = (Group{1} << pieceBits) - 1;
+constexpr std::size_t pieceCount(std::size_t limbs) { return (limbs * 64 + pieceBits - 1) / pieceBits; }
+
+void toPieces(const Group* a, std::size_t n, Group* x) {
+  const std::size_t count = pieceCount(n);
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t limb = i * pieceBits / 64, shift = i * pieceBits % 64;
+    Group piece = a[limb] >> shift;
+    if (shift > 64 - pieceBits && limb + 1 < n) piece |= a[limb + 1] << (64 - shift);
+    x[i] = piece & pieceMask;
+  }
+}
+
+// How operands are read as coefficients and the coefficients of the product written.
+enum Coefficients { wholeGroups, shortGroups, binaryPieces };
+
 /// r = the coefficients' sum, put together from their residues and carried.
 void assemble(Group* r, std::size_t groups, const Group* first, const Group* second, std::size_t count,
-              bool shortCoefficients) {
+              Coefficients kind) {
   const Group p1 = fields[0].prime, p2 = fields[1].prime;
   const Group inverse = powerModulo(p1 % p2, p2 - 2, p2), quotient = shoup(inverse, p2);
   auto coefficient = [&](std::size_t i) {
@@ -301,7 +319,19 @@ void assemble(Group* r, std::size_t groups, const Group* first, const Group* sec
     return first[i] + Wide{p1} * t;
   };
   Wide carry = 0;
-  if (!shortCoefficients) {
+  if (kind == binaryPieces) {
+    std::memset(r, 0, groups * sizeof(Group));
+    for (std::size_t i = 0; i < count || carry != 0; ++i) {
+      if (i < count) carry += coefficient(i);
+      const Group piece = static_cast<Group>(carry) & pieceMask;
+      carry >>= pieceBits;
+      const std::size_t limb = i * pieceBits / 64, shift = i * pieceBits % 64;
+      if (limb < groups) r[limb] |= piece << shift;
+      if (shift > 64 - pieceBits && limb + 1 < groups) r[limb + 1] |= piece >> (64 - shift);
+    }
+    return;
+  }
+  if (kind == wholeGroups) {
     for (std::size_t i = 0; i < groups; ++i) {
       if (i < count) carry += coefficient(i);
       r[i] = takeLowest<groupBase>(carry);
@@ -316,21 +346,21 @@ void assemble(Group* r, std::size_t groups, const Group* first, const Group* sec
   writer.close();
 }
 
-}  // namespace
-
-bool transformProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb) {
-  bool shortCoefficients = std::min(na, nb) > longestOfGroups;
-  bool square = a == b && na == nb;
-  std::size_t ca = shortCoefficients ? shortCount(na) : na;
-  std::size_t cb = shortCoefficients ? shortCount(nb) : nb;
-  std::size_t count = ca + cb - 1;
-  std::size_t length = transformLength(count);
+bool productByTransform(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb, Coefficients kind) {
+  const bool square = a == b && na == nb;
+  auto countFor = [&](std::size_t n) {
+    return kind == wholeGroups ? n : kind == shortGroups ? shortCount(n) : pieceCount(n);
+  };
+  const std::size_t ca = countFor(na), cb = countFor(nb);
+  const std::size_t count = ca + cb - 1;
+  const std::size_t length = transformLength(count);
   if (!prepareTables(isPowerOfTwo(length) ? length : length / 3 * 4)) return false;
   GroupSpace space((square ? 2 : 3) * length, GroupSpace::optional);
   if (space.missing()) return false;
 
   auto load = [&](Group* x, const Group* from, std::size_t n, std::size_t coefficients) {
-    if (shortCoefficients) toShort(from, n, x);
+    if (kind == shortGroups) toShort(from, n, x);
+    else if (kind == binaryPieces) toPieces(from, n, x);
     else std::memcpy(x, from, n * sizeof(Group));
     std::memset(x + coefficients, 0, (length - coefficients) * sizeof(Group));
   };
@@ -347,8 +377,19 @@ bool transformProduct(Group* r, const Group* a, std::size_t na, const Group* b, 
     transformBack(x, length, f);
     finish(x, length, f);
   }
-  assemble(r, na + nb, space, space + length, count, shortCoefficients);
+  assemble(r, na + nb, space, space + length, count, kind);
   return true;
+}
+
+}  // namespace
+
+bool transformProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb) {
+  return productByTransform(r, a, na, b, nb, std::min(na, nb) > longestOfGroups ? shortGroups : wholeGroups);
+}
+
+bool binaryTransformProduct(std::uint64_t* r, const std::uint64_t* a, std::size_t na, const std::uint64_t* b,
+                            std::size_t nb) {
+  return productByTransform(r, a, na, b, nb, binaryPieces);
 }
 
 }  // namespace korel

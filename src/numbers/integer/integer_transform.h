@@ -11,5 +11,8 @@ namespace korel {
 
 /// r = a * b, na + nb groups. False when the memory for it can't be had; r is then untouched.
 bool transformProduct(Group* r, const Group* a, std::size_t na, const Group* b, std::size_t nb);
+/// The same for rows of binary limbs.
+bool binaryTransformProduct(std::uint64_t* r, const std::uint64_t* a, std::size_t na, const std::uint64_t* b,
+                            std::size_t nb);
 
 }  // namespace korel

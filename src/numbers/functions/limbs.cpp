@@ -1,0 +1,383 @@
+#include "numbers/functions/limbs.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "frame/errors.h"
+#include "frame/interrupts.h"
+#include "numbers/integer/integer_transform.h"
+
+namespace korel {
+
+namespace {
+
+// ---- space: chunks that grow, the first of which stays
+
+struct Chunk {
+  Limb* limbs;
+  std::size_t size, used;
+};
+constexpr std::size_t mostChunks = 48;
+constexpr std::size_t firstChunk = 32768;
+// Beyond this the system gets chunks back once the stack is empty.
+constexpr std::size_t keptLimbs = 4 << 20;
+Chunk chunks[mostChunks];
+std::size_t chunkCount = 0, current = 0;
+
+}  // namespace
+
+Limb* limbSpace(std::size_t count) {
+  for (;;) {
+    if (current < chunkCount) {
+      Chunk& c = chunks[current];
+      if (c.size - c.used >= count) {
+        Limb* space = c.limbs + c.used;
+        c.used += count;
+        return space;
+      }
+      if (current + 1 < chunkCount) {
+        chunks[++current].used = 0;
+        continue;
+      }
+    }
+    const std::size_t size = std::max(chunkCount == 0 ? firstChunk : 2 * chunks[chunkCount - 1].size, count);
+    auto* limbs = chunkCount < mostChunks ? static_cast<Limb*>(std::malloc(size * sizeof(Limb))) : nullptr;
+    if (limbs == nullptr) {
+      releaseAllLimbs();
+      KernelException("object too large");
+    }
+    chunks[chunkCount] = {limbs, size, 0};
+    current = chunkCount++;
+  }
+}
+
+LimbMark::LimbMark() : chunk_(current), used_(current < chunkCount ? chunks[current].used : 0) {}
+void LimbMark::release() {
+  if (released_) return;
+  released_ = true;
+  current = chunk_;
+  if (current < chunkCount) chunks[current].used = used_;
+}
+
+void releaseAllLimbs() {
+  while (chunkCount > 1 && chunks[chunkCount - 1].size > keptLimbs) std::free(chunks[--chunkCount].limbs);
+  current = 0;
+  if (chunkCount > 0) chunks[0].used = 0;
+}
+
+void passLimbWork(std::size_t steps) {
+  if (!isTimeUp(static_cast<std::int64_t>(steps))) return;
+  releaseAllLimbs();
+  endOperation();
+}
+
+// ---- linear operations
+
+int compareLimbs(const Limb* a, const Limb* b, std::size_t n) {
+  while (n-- > 0)
+    if (a[n] != b[n]) return a[n] < b[n] ? -1 : 1;
+  return 0;
+}
+
+Limb addLimbs(Limb* r, const Limb* a, const Limb* b, std::size_t n) {
+  Limb carry = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const DoubleLimb t = DoubleLimb{a[i]} + b[i] + carry;
+    r[i] = static_cast<Limb>(t);
+    carry = static_cast<Limb>(t >> 64);
+  }
+  return carry;
+}
+Limb subtractLimbs(Limb* r, const Limb* a, const Limb* b, std::size_t n) {
+  Limb borrow = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const DoubleLimb t = DoubleLimb{a[i]} - b[i] - borrow;
+    r[i] = static_cast<Limb>(t);
+    borrow = static_cast<Limb>(t >> 64) & 1;
+  }
+  return borrow;
+}
+Limb addLimb(Limb* r, std::size_t n, Limb x) {
+  for (std::size_t i = 0; i < n && x != 0; ++i) {
+    r[i] += x;
+    x = r[i] < x ? 1 : 0;
+  }
+  return x;
+}
+Limb subtractLimb(Limb* r, std::size_t n, Limb x) {
+  for (std::size_t i = 0; i < n && x != 0; ++i) {
+    const Limb before = r[i];
+    r[i] -= x;
+    x = before < x ? 1 : 0;
+  }
+  return x;
+}
+void negateLimbs(Limb* r, const Limb* a, std::size_t n) {
+  std::size_t i = 0;
+  for (; i < n && a[i] == 0; ++i) r[i] = 0;
+  if (i < n) {
+    r[i] = 0 - a[i];
+    for (++i; i < n; ++i) r[i] = ~a[i];
+  }
+}
+Limb scaleLimbs(Limb* r, const Limb* a, std::size_t n, Limb f) {
+  Limb carry = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const DoubleLimb t = DoubleLimb{a[i]} * f + carry;
+    r[i] = static_cast<Limb>(t);
+    carry = static_cast<Limb>(t >> 64);
+  }
+  return carry;
+}
+Limb addScaled(Limb* r, const Limb* a, std::size_t n, Limb f) {
+  Limb carry = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const DoubleLimb t = DoubleLimb{a[i]} * f + r[i] + carry;
+    r[i] = static_cast<Limb>(t);
+    carry = static_cast<Limb>(t >> 64);
+  }
+  return carry;
+}
+Limb subtractScaled(Limb* r, const Limb* a, std::size_t n, Limb f) {
+  Limb borrow = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const DoubleLimb t = DoubleLimb{a[i]} * f + borrow;
+    const auto low = static_cast<Limb>(t);
+    borrow = static_cast<Limb>(t >> 64) + static_cast<Limb>(r[i] < low);
+    r[i] -= low;
+  }
+  return borrow;
+}
+
+namespace {
+
+// Division of two limbs by one whose top bit is set, with its reciprocal (Moeller and Granlund, "Improved division
+// by invariant integers", algorithm 4).
+struct Divisor {
+  Limb value, reciprocal;
+  explicit Divisor(Limb normalized)
+      : value(normalized), reciprocal(static_cast<Limb>((DoubleLimb{~normalized} << 64 | ~Limb{0}) / normalized)) {}
+  Limb divide(Limb high, Limb low, Limb& rest) const {
+    const DoubleLimb estimate = DoubleLimb{reciprocal} * high + (DoubleLimb{high} << 64 | low);
+    Limb quotient = static_cast<Limb>(estimate >> 64) + 1;
+    Limb left = low - quotient * value;
+    if (left > static_cast<Limb>(estimate)) {
+      --quotient;
+      left += value;
+    }
+    if (left >= value) [[unlikely]] {
+      ++quotient;
+      left -= value;
+    }
+    rest = left;
+    return quotient;
+  }
+};
+
+}  // namespace
+
+Limb divideLimbs(Limb* r, const Limb* a, std::size_t n, Limb d) {
+  const int shift = __builtin_clzll(d);
+  const Divisor divisor(d << shift);
+  Limb rest = shift == 0 || n == 0 ? 0 : a[n - 1] >> (64 - shift);
+  for (std::size_t i = n; i-- > 0;) {
+    const Limb low = shift == 0 ? a[i] : a[i] << shift | (i == 0 ? 0 : a[i - 1] >> (64 - shift));
+    r[i] = divisor.divide(rest, low, rest);
+  }
+  return rest >> shift;
+}
+
+Limb shiftLimbsUp(Limb* r, const Limb* a, std::size_t n, unsigned k) {
+  if (n == 0) return 0;
+  if (k == 0) {
+    copyLimbs(r, a, n);
+    return 0;
+  }
+  const Limb out = a[n - 1] >> (64 - k);
+  for (std::size_t i = n - 1; i > 0; --i) r[i] = a[i] << k | a[i - 1] >> (64 - k);
+  r[0] = a[0] << k;
+  return out;
+}
+void shiftLimbsDown(Limb* r, const Limb* a, std::size_t n, unsigned k) {
+  if (n == 0) return;
+  if (k == 0) {
+    copyLimbs(r, a, n);
+    return;
+  }
+  for (std::size_t i = 0; i + 1 < n; ++i) r[i] = a[i] >> k | a[i + 1] << (64 - k);
+  r[n - 1] = a[n - 1] >> k;
+}
+
+// ---- products
+
+namespace {
+
+// From here on Karatsuba's three half products and the transform pay.
+constexpr std::size_t karatsubaFrom = 30, transformFrom = 1500;
+// Short enough for the columns below the result to be worth leaving out.
+constexpr std::size_t longestShortProduct = 90;
+
+void schoolRows(Limb* r, const Limb* a, std::size_t na, const Limb* b, std::size_t nb) {
+  r[na] = scaleLimbs(r, a, na, b[0]);
+  for (std::size_t i = 1; i < nb; ++i) r[i + na] = addScaled(r + i, a, na, b[i]);
+}
+
+// Products of different limbs once, doubled, and the squares.
+void schoolSquare(Limb* r, const Limb* a, std::size_t n) {
+  if (n == 1) {
+    const DoubleLimb t = DoubleLimb{a[0]} * a[0];
+    r[0] = static_cast<Limb>(t);
+    r[1] = static_cast<Limb>(t >> 64);
+    return;
+  }
+  r[0] = 0;
+  r[n] = scaleLimbs(r + 1, a + 1, n - 1, a[0]);
+  for (std::size_t i = 1; i + 1 < n; ++i) r[n + i] = addScaled(r + 2 * i + 1, a + i + 1, n - i - 1, a[i]);
+  r[2 * n - 1] = 0;
+  Limb carry = 0, top = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const DoubleLimb square = DoubleLimb{a[i]} * a[i];
+    const Limb low = r[2 * i] << 1 | top, high = r[2 * i + 1] << 1 | r[2 * i] >> 63;
+    top = r[2 * i + 1] >> 63;
+    const DoubleLimb first = DoubleLimb{low} + static_cast<Limb>(square) + carry;
+    const DoubleLimb second = DoubleLimb{high} + static_cast<Limb>(square >> 64) + static_cast<Limb>(first >> 64);
+    r[2 * i] = static_cast<Limb>(first);
+    r[2 * i + 1] = static_cast<Limb>(second);
+    carry = static_cast<Limb>(second >> 64);
+  }
+}
+
+// r = |a - b| for n limbs against m <= n; tells whether a < b.
+bool distance(Limb* r, const Limb* a, std::size_t n, const Limb* b, std::size_t m) {
+  bool below = true;
+  for (std::size_t i = m; i < n && below; ++i) below = a[i] == 0;
+  below = below && compareLimbs(a, b, m) < 0;
+  if (below) {
+    subtractLimbs(r, b, a, m);
+    clearLimbs(r + m, n - m);
+    return true;
+  }
+  const Limb borrow = subtractLimbs(r, a, b, m);
+  copyLimbs(r + m, a + m, n - m);
+  subtractLimb(r + m, n - m, borrow);
+  return false;
+}
+
+void multiplyEqual(Limb* r, const Limb* a, const Limb* b, std::size_t n);
+
+// a0 b0 + x (a0 b0 + a1 b1 - (a0 - a1)(b0 - b1)) + x^2 a1 b1 with the longer halves low.
+void karatsuba(Limb* r, const Limb* a, const Limb* b, std::size_t n) {
+  const std::size_t low = (n + 1) / 2, high = n - low;
+  LimbMark mark;
+  Limb *da = limbSpace(low), *db = limbSpace(low), *middle = limbSpace(2 * low + 1), *across = limbSpace(2 * low);
+  const bool square = a == b;
+  bool negative = distance(da, a, low, a + low, high);
+  if (!square) negative ^= distance(db, b, low, b + low, high);
+  multiplyEqual(across, da, square ? da : db, low);
+  multiplyEqual(r, a, b, low);
+  multiplyEqual(r + 2 * low, a + low, b + low, high);
+  copyLimbs(middle, r, 2 * low);
+  middle[2 * low] = addLimbs(middle, middle, r + 2 * low, 2 * high);
+  if (high < low) middle[2 * low] = addLimb(middle + 2 * high, 2 * low - 2 * high, middle[2 * low]);
+  if (negative && !square) middle[2 * low] += addLimbs(middle, middle, across, 2 * low);
+  else middle[2 * low] -= subtractLimbs(middle, middle, across, 2 * low);
+  const std::size_t room = 2 * n - low, length = std::min(2 * low + 1, room);
+  const Limb carry = addLimbs(r + low, r + low, middle, length);
+  if (room > length) addLimb(r + low + length, room - length, carry);
+}
+
+void multiplyEqual(Limb* r, const Limb* a, const Limb* b, std::size_t n) {
+  if (n >= transformFrom && binaryTransformProduct(r, a, n, b, n)) return;
+  if (n >= karatsubaFrom) {
+    if (n >= 200) passLimbWork(n * 20);
+    karatsuba(r, a, b, n);
+  } else if (a == b) {
+    schoolSquare(r, a, n);
+  } else {
+    schoolRows(r, a, n, b, n);
+  }
+}
+
+}  // namespace
+
+void multiplyLimbs(Limb* r, const Limb* a, std::size_t na, const Limb* b, std::size_t nb) {
+  if (na < nb) {
+    std::swap(a, b);
+    std::swap(na, nb);
+  }
+  if (na == nb) return multiplyEqual(r, a, b, na);
+  if (nb < karatsubaFrom) return schoolRows(r, a, na, b, nb);
+  if (nb >= transformFrom && binaryTransformProduct(r, a, na, b, nb)) return;
+  // The longer operand in pieces of the shorter one's length.
+  LimbMark mark;
+  Limb* part = limbSpace(2 * nb);
+  clearLimbs(r, na + nb);
+  for (std::size_t i = 0; i < na; i += nb) {
+    const std::size_t length = std::min(nb, na - i);
+    multiplyLimbs(part, b, nb, a + i, length);
+    const Limb carry = addLimbs(r + i, r + i, part, nb + length);
+    if (i + nb + length < na + nb) addLimb(r + i + nb + length, na - i - length, carry);
+  }
+}
+
+void multiplyHigh(Limb* r, const Limb* a, const Limb* b, std::size_t n) {
+  LimbMark mark;
+  if (n > longestShortProduct || a == b || n < 4) {
+    Limb* whole = limbSpace(2 * n);
+    multiplyEqual(whole, a, b, n);
+    copyLimbs(r, whole + n, n);
+    return;
+  }
+  // Columns n - 2 and up: what lies below carries at most n units into column n - 1.
+  Limb* columns = limbSpace(n + 2);
+  columns[0] = columns[1] = 0;
+  {
+    // Row 0 reaches the two lowest columns with its two highest limbs.
+    columns[2] = scaleLimbs(columns, a + n - 2, 2, b[0]);
+  }
+  for (std::size_t i = 1; i + 1 < n; ++i) columns[i + 2] = addScaled(columns, a + n - 2 - i, i + 2, b[i]);
+  columns[n + 1] = addScaled(columns + 1, a, n, b[n - 1]);
+  copyLimbs(r, columns + 2, n);
+}
+
+Limb quotientOfLimbs(Limb* q, Limb* a, std::size_t na, const Limb* b, std::size_t nb) {
+  const Divisor top(b[nb - 1]);
+  const Limb next = nb > 1 ? b[nb - 2] : 0;
+  Limb above = 0;
+  if (compareLimbs(a + na - nb, b, nb) >= 0) {
+    subtractLimbs(a + na - nb, a + na - nb, b, nb);
+    above = 1;
+  }
+  // Knuth, vol. 2, 4.3.1, algorithm D.
+  for (std::size_t i = na; i-- > nb;) {
+    passLimbWork(nb);
+    Limb digit, rest;
+    if (a[i] >= top.value) {
+      digit = ~Limb{0};
+      rest = a[i - 1] + top.value;
+      if (rest < top.value) rest = ~Limb{0};
+    } else {
+      digit = top.divide(a[i], a[i - 1], rest);
+    }
+    if (nb > 1 && a[i] < top.value)
+      while (DoubleLimb{digit} * next > (DoubleLimb{rest} << 64 | a[i - 2])) {
+        --digit;
+        rest += top.value;
+        if (rest < top.value) break;
+      }
+    const Limb borrow = subtractScaled(a + i - nb, b, nb, digit);
+    const bool below = a[i] < borrow;
+    a[i] -= borrow;
+    for (bool over = below; over;) {
+      --digit;
+      const Limb carry = addLimbs(a + i - nb, a + i - nb, b, nb);
+      a[i] += carry;
+      over = carry == 0 || a[i] != 0;
+    }
+    q[i - nb] = digit;
+  }
+  return above;
+}
+
+}  // namespace korel

@@ -1,0 +1,130 @@
+// Binary floats from and to the kernel's numbers. Integers change base limb by limb: quadratic, but with a small
+// factor, so that even at 10^5 digits it is little beside the functions.
+
+#include "numbers/functions/real.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "frame/environment_block.h"
+#include "numbers/arithmetic.h"
+#include "numbers/float/float.h"
+#include "numbers/integer/integer.h"
+#include "numbers/integer/integer_groups.h"
+#include "store/objects.h"
+
+namespace korel {
+namespace reals {
+
+namespace {
+
+// A number of an integer row of n limbs.
+Real realOfRow(int sign, const Limb* row, std::size_t n) {
+  while (n > 0 && row[n - 1] == 0) --n;
+  if (n == 0) return {};
+  Real r;
+  r.sign = sign;
+  r.limbs = row;
+  r.size = static_cast<std::uint32_t>(n);
+  const auto shift = static_cast<unsigned>(__builtin_clzll(row[n - 1]));
+  Limb* shifted = limbSpace(n);
+  shiftLimbsUp(shifted, row, n, shift);
+  r.exponent = static_cast<std::int64_t>(n) * 64 - shift;
+  r.limbs = shifted;
+  while (r.limbs[0] == 0) {
+    ++r.limbs;
+    --r.size;
+  }
+  return r;
+}
+
+Real realOfInteger(DAG x) {
+  if (isImmediate(x)) return Real(static_cast<std::int64_t>(immediateValue(x)));
+  const std::size_t count = groupCount(x);
+  Limb* groups = limbSpace(count);
+  packInteger(x, groups);
+  // Each group takes 53.2 bits.
+  Limb* row = limbSpace(count * 5315085 / 6400000 + 2);
+  std::size_t n = 0;
+  for (std::size_t i = count; i-- > 0;) {
+    Limb carry = scaleLimbs(row, row, n, groupBase);
+    carry += addLimb(row, n, groups[i]);
+    if (n == 0) carry = groups[i];
+    if (carry != 0) row[n++] = carry;
+    if (n > 1000) passLimbWork(n);
+  }
+  return realOfRow(isTag(x, INTNEG) ? -1 : 1, row, n);
+}
+
+constexpr int mostFives = 27;
+constexpr std::array<Limb, mostFives + 1> fives = [] {
+  std::array<Limb, mostFives + 1> r{1};
+  for (int i = 1; i <= mostFives; ++i) r[i] = r[i - 1] * 5;
+  return r;
+}();
+
+// 5^n for n >= 0, with all the working precision though the exponent may be large.
+Real powerOfFive(std::int64_t n) {
+  if (n <= mostFives) return Real(static_cast<std::int64_t>(fives[static_cast<std::size_t>(n)]));
+  Precision p(workingLimbs + 1);
+  return power(Real(5), n);
+}
+
+constexpr std::int64_t farthestExponent = std::int64_t{1} << 40;
+
+}  // namespace
+
+Real realOf(DAG number) {
+  if (isTag(number, HFLOAT)) return realOfDouble(FloatValue(number));
+  if (isTag(number, RATIONAL)) return realOfInteger(number[1]) / realOfInteger(number[2]);
+  if (!isSoftFloat(number)) return realOfInteger(number);
+  const Real mantissa = realOfInteger(mantissaOf(number));
+  if (isZero(mantissa)) return mantissa;
+  std::int64_t exponent;
+  if (!readLongLong(exponentOf(number), exponent) || std::abs(exponent) > farthestExponent)
+    exponent = consneg(exponentOf(number)) ? -farthestExponent : farthestExponent;
+  const Real five = powerOfFive(std::abs(exponent));
+  return scaled(exponent < 0 ? mantissa / five : mantissa * five, exponent);
+}
+
+DAG integerOf(const Real& x) {
+  if (x.sign == 0 || x.exponent <= 0) return cons0;
+  const auto bits = static_cast<std::size_t>(x.exponent);
+  const std::size_t n = (bits + 63) / 64;
+  LimbMark mark;
+  Limb* row = limbSpace(n + 1);
+  clearLimbs(row, n);
+  // The row as an integer of n limbs, shifted down to its place.
+  const std::size_t common = std::min<std::size_t>(n, x.size);
+  copyLimbs(row + n - common, x.limbs + x.size - common, common);
+  shiftLimbsDown(row, row, n, static_cast<unsigned>(n * 64 - bits));
+  const Tag sign = x.sign < 0 ? INTNEG : INTPOS;
+  const std::size_t most = bits * 1000 / 53150 + 2;
+  Limb* groups = limbSpace(most);
+  std::size_t count = 0, length = n;
+  for (; length > 0; ++count) {
+    groups[count] = divideLimbs(row, row, length, groupBase);
+    while (length > 0 && row[length - 1] == 0) --length;
+    if (length > 1000) passLimbWork(4 * length);
+  }
+  return integerOfGroups(groups, count, sign);
+}
+
+DAG floatOf(const Real& x) {
+  if (x.sign == 0) return BuildFloat(cons0, cons0);
+  if (std::abs(x.exponent) > farthestExponent)
+    return BuildFloat(x.sign < 0 ? consm1 : cons1, NewInteger(x.exponent < 0 ? -farthestExponent : farthestExponent));
+  constexpr std::int64_t guardDigits = 11;
+  const auto size = static_cast<std::int64_t>(std::floor(static_cast<double>(x.exponent) * 0.30102999566398120));
+  const std::int64_t k = precisionDigits() + guardDigits - size;
+  Precision p(limbsForDigits(precisionDigits() + guardDigits));
+  Real five = powerOfFive(std::abs(k));
+  Real shifted = scaled(k < 0 ? x / five : x * five, k);
+  // A short number comes out whole: 0.5 is 5 * 10^-1.
+  DAG mantissa = integerOf(nearest(shifted));
+  return BuildFloat(mantissa, NewInteger(-k));
+}
+
+}  // namespace reals
+}  // namespace korel
