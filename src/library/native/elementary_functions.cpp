@@ -12,7 +12,6 @@
 #include "frame/environment_block.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
-#include "library/native/elementary_functions.h"
 #include "library/native/fixed_point.h"
 #include "library/native/native.h"
 #include "numbers/arithmetic.h"
@@ -165,8 +164,6 @@ Exact nearOne(int direction, std::int64_t digits) {
   return decimal(addint(powerOfTen(digits + 3), immediate(direction)), -digits - 3);
 }
 
-}  // namespace
-
 Exact expOf(const Exact& x, std::int64_t digits) {
   if (isZero(x)) return decimal(cons1, 0);
   const std::int64_t size = magnitude(x);
@@ -179,16 +176,12 @@ Exact expOf(const Exact& x, std::int64_t digits) {
   return decimal(fixedExp(rest, p), LongLongValue(addint(k, NewInteger(-p))));
 }
 
-namespace {
-
 // The power of ten nearest to x > 0 by the logarithm.
 std::int64_t nearestPowerOfTen(const Exact& x) {
   const std::int64_t size = magnitude(x);
   const double lead = IntegerToDouble(fixed(x, 17 - size));
   return size - 17 + std::llround(std::log10(lead));
 }
-
-}  // namespace
 
 Exact lnOf(Exact x, std::int64_t digits) {
   const std::int64_t k = nearestPowerOfTen(x);
@@ -206,8 +199,6 @@ Exact lnOf(Exact x, std::int64_t digits) {
   if (k != 0) value = addint(value, mulint(NewInteger(k), fixedLn10(p)));
   return decimal(value, -p);
 }
-
-namespace {
 
 struct Reduced {
   SineCosine at;  // of x less a multiple of Pi/2
@@ -275,18 +266,7 @@ Exact arctanOf(const Exact& x, std::int64_t digits) {
   return decimal(difference(fixed(halfPi(direction, digits), p), complement), -p);
 }
 
-}  // namespace
-
-SineAndCosine sineAndCosineOf(const Exact& x, std::int64_t digits) {
-  if (isZero(x)) return {x, decimal(cons1, 0)};
-  if (isTiny(x, digits)) return {x, nearOne(-1, digits)};
-  const Reduced r = reduceByPi(x, digits);
-  DAG sine = r.quarter % 2 == 0 ? r.at.sine : r.at.cosine;
-  DAG cosine = r.quarter % 2 == 0 ? r.at.cosine : r.at.sine;
-  return {decimal(r.quarter >= 2 ? complint(sine) : sine, -r.p),
-          decimal(r.quarter == 1 || r.quarter == 2 ? complint(cosine) : cosine, -r.p)};
-}
-
+// The angle of the point (x, y), not the origin.
 Exact angleOf(const Exact& y, const Exact& x, std::int64_t digits) {
   const int side = isNegative(y) ? -1 : 1;
   if (isZero(x)) return halfPi(side, digits);
@@ -296,8 +276,6 @@ Exact angleOf(const Exact& y, const Exact& x, std::int64_t digits) {
   DAG pi = fixedPi(p);
   return decimal(addint(fixed(angle, p), side < 0 ? complint(pi) : pi), -p);
 }
-
-namespace {
 
 // sqrt(1 - x^2) for |x| <= 1.
 Exact complementOf(const Exact& x, std::int64_t digits) {

@@ -1,63 +1,53 @@
 #pragma once
 // Numbers that know their error: what the special functions are computed with.
 //
-// A `Real` is a number of groups of 16 decimal digits with an exponent, and a bound of how far the true value may lie
-// from it; a `Complex` is two of them. Every operation adds what it loses, so that a result tells how many of its
-// digits hold: cancellation, ill-conditioned arguments and series cut off all show in the bound. Who wants a
-// value computes with some precision, looks at the bound, and computes again with more where it is too wide
-// (`special_functions.cpp`).
+// A special::Real is a binary float of numbers/functions/real.h with a bound of how far the true value may lie from it; a
+// `Complex` is two of them. Every operation adds what it loses, so that a result tells how many of its digits hold:
+// cancellation, ill-conditioned arguments and series cut off all show in the bound. Who wants a value computes
+// with some precision, looks at the bound, and computes again with more where it is too wide
+// (`special_functions.cpp`). What is exact stays exact as far as the precision goes, integers above all.
 //
-// The groups lie in an arena, a stack that is emptied when an evaluation begins. Long loops give back what they
-// don't need with a `Scratch`. A part without groups and without error is an exact zero, which is how a real number
-// stays real.
+// Space and precision are those of the floats: one session, one stack. Long loops give back what they don't need
+// with a `Scratch`. A part that is 0 without error is an exact zero, which is how a real number stays real.
 
 #include <cstdint>
 
 #include "library/native/special/bounds.h"
-#include "numbers/integer/integer_groups.h"
+#include "numbers/functions/limbs.h"
+#include "numbers/functions/real.h"
 #include "store/dag.h"
 
 namespace korel::special {
 
-/// Groups that a result keeps.
-extern std::int64_t workGroups;
-inline std::int64_t workDigits() { return 16 * workGroups; }
+/// The working precision, in limbs and in decimal digits.
+inline std::int64_t workLimbs() { return static_cast<std::int64_t>(reals::workingLimbs); }
+inline double workDigits() { return static_cast<double>(workLimbs()) * digitsPerLimb; }
 
 struct Real {
-  const Group* groups = nullptr;
-  std::int64_t count = 0;  // groups, lowest first; the top one isn't 0
-  std::int64_t exponent = 0;
-  bool negative = false;
+  reals::Real middle;
   Bound error;
 
   Real() = default;
-  Real(std::int64_t n);  // NOLINT: numbers mix with machine integers in formulas
-  Real(int n) : Real(std::int64_t{n}) {}  // NOLINT
+  Real(std::int64_t n) : middle(n) {}  // NOLINT: numbers mix with machine integers in formulas
+  Real(int n) : middle(n) {}           // NOLINT
+  Real(const reals::Real& m, Bound e) : middle(m), error(e) {}
 };
 
 struct Complex {
   Real re, im;
 
   Complex() = default;
-  Complex(const Real& x) : re(x) {}          // NOLINT
-  Complex(std::int64_t n) : re(n) {}         // NOLINT
-  Complex(int n) : re(n) {}                  // NOLINT
+  Complex(const Real& x) : re(x) {}   // NOLINT
+  Complex(std::int64_t n) : re(n) {}  // NOLINT
+  Complex(int n) : re(n) {}           // NOLINT
   Complex(const Real& x, const Real& y) : re(x), im(y) {}
 };
 
-// ---- the arena
-
-/// Gives all numbers back; part of the beginning of an evaluation.
-void emptyArena();
-/// As `emptyArena`, and the memory goes back to the system if it was much.
-void leaveArena();
-Group* allocateGroups(std::int64_t count);
-
-/// The arena as it was when this was made: `keep` gives back everything made since, except for the numbers
-/// named, which move.
+/// The stack of limbs as it was when this was made: `keep` gives back everything taken since, except for the numbers
+/// named, which move. May be repeated.
 class Scratch {
  public:
-  Scratch();
+  Scratch() : place_(limbPlace()) {}
   template <class... Numbers>
   void keep(Numbers&... numbers) const {
     Real* parts[2 * sizeof...(Numbers) + 1];
@@ -73,32 +63,33 @@ class Scratch {
     parts[count++] = &z.im;
   }
   void keepParts(Real** parts, int count) const;
-  std::int64_t mark_;
+  LimbPlace place_;
 };
 
-// ---- numbers in and out
+/// Space for n numbers, which are 0.
+template <class Number>
+Number* numberSpace(std::int64_t n) {
+  static_assert(sizeof(Number) % sizeof(Limb) == 0);
+  auto* numbers = reinterpret_cast<Number*>(limbSpace(static_cast<std::size_t>(n) * (sizeof(Number) / sizeof(Limb))));
+  for (std::int64_t i = 0; i < n; ++i) numbers[i] = Number();
+  return numbers;
+}
 
-/// An integer, RATIONAL or finite float. A fraction is cut to the working precision.
+// ---- numbers in
+
+/// An integer, RATIONAL or finite float, to the working precision.
 Real realOf(DAG number);
 /// The same, and COMPLEX.
 Complex complexOf(DAG number);
 /// The exact value of a double.
-Real realOfDouble(double x);
-/// The middle as a float, rounded to `Digits`.
-DAG roundedFloat(const Real& x);
-/// Middle as mantissa * 10^exponent.
-struct Decimal {
-  DAG mantissa;
-  std::int64_t exponent;
-};
-Decimal decimalOf(const Real& x);
-Real realOfDecimal(DAG mantissa, std::int64_t exponent);
+inline Real realOfDouble(double x) { return {reals::realOfDouble(x), {}}; }
 /// The middle as a double; infinite beyond its range.
 double toDouble(const Real& x);
 
 // ---- size
 
-inline bool isExactZero(const Real& x) { return x.count == 0 && x.error.m == 0; }
+inline bool isExact(const Real& x) { return x.error.m == 0; }
+inline bool isExactZero(const Real& x) { return x.middle.sign == 0 && x.error.m == 0; }
 inline bool isExactZero(const Complex& z) { return isExactZero(z.re) && isExactZero(z.im); }
 inline bool isReal(const Complex& z) { return isExactZero(z.im); }
 Bound middleBound(const Real& x);
@@ -110,10 +101,18 @@ Bound lowerBound(const Complex& z);
 inline bool mayBeZero(const Real& x) { return lowerBound(x).m == 0; }
 inline bool mayBeZero(const Complex& z) { return lowerBound(z).m == 0; }
 /// Sign of the middle: -1, 0 or 1.
-inline int signOf(const Real& x) { return x.count == 0 ? 0 : x.negative ? -1 : 1; }
+inline int signOf(const Real& x) { return x.middle.sign; }
+inline bool isNegative(const Real& x) { return x.middle.sign < 0; }
+/// How many limbs of the middle stand before the point, negative for small numbers: the middle is below 2^(64 top).
+inline std::int64_t topOf(const Real& x) {
+  return x.middle.sign == 0 ? INT64_MIN / 4 : (x.middle.exponent + 63) >> 6;
+}
+inline std::int64_t topOf(const Complex& z) { return topOf(z.re) > topOf(z.im) ? topOf(z.re) : topOf(z.im); }
 /// True when the value is an exact integer that a machine word holds, which goes to n.
 bool isMachineInteger(const Real& x, std::int64_t& n);
 inline bool isMachineInteger(const Complex& z, std::int64_t& n) { return isReal(z) && isMachineInteger(z.re, n); }
+/// True when the value is an exact integer of any size.
+bool isInteger(const Real& x);
 /// The integer nearest to the middle, without error.
 Real nearestInteger(const Real& x);
 
@@ -127,17 +126,23 @@ Real operator+(const Real& a, const Real& b);
 Real operator-(const Real& a, const Real& b);
 Real operator*(const Real& a, const Real& b);
 Real operator/(const Real& a, const Real& b);
-/// By an integer below 10^16.
+/// By a machine integer, not 0 in a quotient.
 Real operator*(const Real& a, std::int64_t n);
 Real operator/(const Real& a, std::int64_t n);
 inline Real operator*(const Real& a, int n) { return a * std::int64_t{n}; }
 inline Real operator/(const Real& a, int n) { return a / std::int64_t{n}; }
 Real sqrt(const Real& x);
 inline Real absolute(Real x) {
-  x.negative = false;
+  if (x.middle.sign < 0) x.middle.sign = 1;
   return x;
 }
-/// Groups below the weight of `lowest` dropped: terms of a sum need no more places than the sum.
+/// x / 2.
+inline Real halved(Real x) {
+  if (x.middle.sign != 0) --x.middle.exponent;
+  x.error = x.error * Bound{0.5, 0};
+  return x;
+}
+/// Limbs below 2^(64 lowest) dropped: terms of a sum need no more places than the sum.
 Real cut(const Real& x, std::int64_t lowest);
 Complex cut(const Complex& z, std::int64_t lowest);
 

@@ -1,203 +1,241 @@
-// The arithmetic of balls: sums, products, quotients and roots of groups, and what each loses.
+// The arithmetic of balls: operations on the middles, and what each loses.
 
 #include <algorithm>
-#include <cstring>
+#include <cmath>
+#include <cstdlib>
 
 #include "library/native/special/ball.h"
+#include "numbers/complex/complex.h"
+#include "numbers/float/float.h"
+#include "numbers/float/hardware_float.h"
+#include "store/objects.h"
 
 namespace korel::special {
 
 namespace {
 
-// One unit of the group of that exponent.
-Bound unit(std::int64_t exponent) { return {1, exponent}; }
+// How far a middle may be off that was cut to the working precision, a few units of its last bit.
+Bound cutError(const reals::Real& x) { return powerOfTwoBound(x.exponent - reals::workingBits() + 3); }
 
-// The number of `count` groups, with zeros above and below them taken off, groups that the error makes worthless
-// dropped, and no more than the working precision kept.
-Real settled(const Group* groups, std::int64_t count, std::int64_t exponent, bool negative, Bound error) {
-  Real x;
-  while (count > 0 && groups[count - 1] == 0) --count;
-  std::int64_t drop = std::max<std::int64_t>(count - workGroups, 0);
-  if (error.m != 0 && !isInfinite(error)) drop = std::max(drop, std::min(count, error.e - 1 - exponent));
-  if (isInfinite(error)) drop = std::max<std::int64_t>(count - 1, 0);
-  if (drop > 0) {
-    bool lost = false;
-    for (std::int64_t i = 0; i < drop && !lost; ++i) lost = groups[i] != 0;
-    groups += drop;
-    count -= drop;
-    exponent += drop;
-    if (lost) error += unit(exponent);
+// A number without the limbs that its error makes worthless.
+Real settled(reals::Real middle, Bound error) {
+  if (error.m == 0 || middle.sign == 0) return {middle, error};
+  if (isInfinite(error)) return {{}, error};
+  // What lies below a 2^64th of the error.
+  const std::int64_t wanted = middle.exponent - 64 * (error.e - 1);
+  if (wanted <= 0) return {{}, error + powerOfTwoBound(middle.exponent)};
+  const std::int64_t limbs = (wanted + 63) / 64;
+  if (static_cast<std::int64_t>(middle.size) > limbs) {
+    middle.limbs += middle.size - limbs;
+    middle.size = static_cast<std::uint32_t>(limbs);
+    error += powerOfTwoBound(middle.exponent - 64 * limbs);
   }
-  while (count > 0 && groups[0] == 0) ++groups, --count, ++exponent;
-  x.error = error;
-  if (count == 0) return x;
-  x.groups = groups;
-  x.count = count;
-  x.exponent = exponent;
-  x.negative = negative;
-  return x;
-}
-
-// Groups of x from exponent `bottom` on, n of them, into `to`; true when something below was cut off.
-bool alignTo(Group* to, std::int64_t n, std::int64_t bottom, const Real& x) {
-  std::fill(to, to + n, 0);
-  const std::int64_t shift = x.exponent - bottom;
-  const std::int64_t skip = std::max<std::int64_t>(-shift, 0);
-  if (skip >= x.count) return true;
-  std::copy(x.groups + skip, x.groups + x.count, to + std::max<std::int64_t>(shift, 0));
-  return skip > 0;
+  return {middle, error};
 }
 
 }  // namespace
 
-Real widened(Real x, Bound more) {
-  if (more.m == 0) return x;
-  return settled(x.groups, x.count, x.exponent, x.negative, x.error + more);
-}
-Complex widened(Complex z, Bound more) { return {widened(z.re, more), isReal(z) ? z.im : widened(z.im, more)}; }
-
-Real operator-(Real x) {
-  x.negative = !x.negative;
-  return x;
-}
-
-Real operator+(const Real& a, const Real& b) {
-  const Bound error = a.error + b.error;
-  if (a.count == 0) return settled(b.groups, b.count, b.exponent, b.negative, error);
-  if (b.count == 0) return settled(a.groups, a.count, a.exponent, a.negative, error);
-  const std::int64_t top = std::max(a.exponent + a.count, b.exponent + b.count) + 1;
-  const std::int64_t bottom = std::max(std::min(a.exponent, b.exponent), top - workGroups - 2);
-  const std::int64_t n = top - bottom;
-  const auto size = static_cast<std::size_t>(n);
-  Group* x = allocateGroups(n);
-  Group* y = allocateGroups(n);
-  Bound lost;
-  if (alignTo(x, n, bottom, a)) lost += unit(bottom);
-  if (alignTo(y, n, bottom, b)) lost += unit(bottom);
-  if (a.negative == b.negative) {
-    addGroups(x, x, size, y, size);
-    return settled(x, n, bottom, a.negative, error + lost);
+void Scratch::keepParts(Real** parts, int count) const {
+  // By way of the top of the stack, above all of them.
+  for (int i = 0; i < count; ++i) {
+    reals::Real& x = parts[i]->middle;
+    Limb* row = limbSpace(x.size);
+    copyLimbs(row, x.limbs, x.size);
+    x.limbs = row;
   }
-  const bool less = compareGroups(x, y, size) < 0;
-  if (less) subtractGroups(x, y, size, x, size);
-  else subtractGroups(x, x, size, y, size);
-  return settled(x, n, bottom, less ? b.negative : a.negative, error + lost);
+  returnToPlace(place_);
+  for (int i = 0; i < count; ++i) {
+    reals::Real& x = parts[i]->middle;
+    Limb* row = limbSpace(x.size);
+    copyLimbs(row, x.limbs, x.size);
+    x.limbs = row;
+  }
 }
-Real operator-(const Real& a, const Real& b) { return a + -b; }
 
 namespace {
 
-// What errors of the factors make of the product.
-Bound productError(const Real& a, const Real& b) {
-  Bound error;
-  if (a.error.m != 0) error += a.error * upperBound(b);
-  if (b.error.m != 0) error += middleBound(a) * b.error;
-  return error;
+Real realOfInteger(DAG n) {
+  const reals::Real middle = reals::realOf(n);
+  if (middle.size <= reals::workingLimbs) return {middle, {}};
+  return {reals::cut(middle), cutError(middle)};
+}
+
+// Exponents of ten beyond this are too many for the middle: such a float is 0 or infinite for all we know.
+constexpr std::int64_t farthestExponent = std::int64_t{1} << 40;
+
+}  // namespace
+
+Real realOf(DAG number) {
+  if (isTag(number, HFLOAT)) number = HFloatToFloat(number);
+  if (isTag(number, RATIONAL)) return realOfInteger(number[1]) / realOfInteger(number[2]);
+  if (!isSoftFloat(number)) return realOfInteger(number);
+  const Real mantissa = realOfInteger(mantissaOf(number));
+  if (isExactZero(mantissa)) return mantissa;
+  const std::int64_t exponent = std::clamp(exponentValue(exponentOf(number)), -farthestExponent, farthestExponent);
+  const Real five = integerPower(Complex(5), std::abs(exponent)).re;
+  Real x = exponent < 0 ? mantissa / five : mantissa * five;
+  x.middle.exponent += exponent;
+  x.error = x.error * powerOfTwoBound(exponent);
+  return x;
+}
+
+Complex complexOf(DAG number) {
+  if (!isComplex(number)) return realOf(number);
+  return {lengthOf(number) == 2 ? Real() : realOf(number[1]), realOf(imaginaryPartOf(number))};
+}
+
+double toDouble(const Real& x) {
+  const double size = doubleOf(middleBound(x));
+  return isNegative(x) ? -size : size;
+}
+
+// ---- size
+
+Bound middleBound(const Real& x) {
+  if (x.middle.sign == 0) return {};
+  const std::int64_t e = x.middle.exponent;
+  const auto top = static_cast<double>(x.middle.limbs[x.middle.size - 1]);
+  return normalBound(std::ldexp(top, static_cast<int>(e & 63) - 64), e >> 6);
+}
+Bound upperBound(const Real& x) {
+  Bound b = middleBound(x);
+  b.m *= roundingUp;
+  return b + x.error;
+}
+Bound lowerBound(const Real& x) {
+  Bound b = middleBound(x);
+  if (x.error.m == 0) return {b.m / roundingUp, b.e};
+  if (b < x.error || isInfinite(x.error)) return {};
+  const std::int64_t apart = b.e - x.error.e;
+  if (apart > 1) return {b.m * (1 - 1e-13), b.e};
+  const double rest = b.m - std::ldexp(x.error.m, apart == 1 ? -64 : 0);
+  return rest <= b.m * 1e-13 ? Bound{} : normalBound(rest * (1 - 1e-13), b.e);
+}
+Bound upperBound(const Complex& z) { return upperBound(z.re) + upperBound(z.im); }
+Bound lowerBound(const Complex& z) { return larger(lowerBound(z.re), lowerBound(z.im)); }
+
+bool isMachineInteger(const Real& x, std::int64_t& n) {
+  n = 0;
+  if (!isExact(x)) return false;
+  if (x.middle.sign == 0) return true;
+  if (x.middle.exponent <= 0 || x.middle.exponent > 53 || x.middle.size > 1) return false;
+  n = reals::wholeNumber(x.middle);
+  return reals::compare(reals::Real(n), x.middle) == 0;
+}
+bool isInteger(const Real& x) {
+  if (!isExact(x)) return false;
+  return x.middle.sign == 0 || reals::compare(reals::floorOf(x.middle), x.middle) == 0;
+}
+
+Real nearestInteger(const Real& x) { return {reals::nearest(x.middle), {}}; }
+
+// ---- real
+
+Real widened(Real x, Bound more) { return more.m == 0 ? x : settled(x.middle, x.error + more); }
+Complex widened(Complex z, Bound more) { return {widened(z.re, more), isReal(z) ? z.im : widened(z.im, more)}; }
+
+Real operator-(Real x) {
+  x.middle.sign = -x.middle.sign;
+  return x;
+}
+
+namespace {
+
+// Where a sum of limbs that lie `apart` bits apart fits whole, it is exact.
+bool isExactSum(const reals::Real& a, const reals::Real& b) {
+  const bool order = a.exponent >= b.exponent;
+  const reals::Real &high = order ? a : b, &low = order ? b : a;
+  const std::int64_t apart = high.exponent - low.exponent;
+  const std::int64_t needed = std::max<std::int64_t>(high.size, (apart + 63) / 64 + low.size);
+  return needed < workLimbs();
 }
 
 }  // namespace
 
+Real operator+(const Real& a, const Real& b) {
+  const Bound error = a.error + b.error;
+  if (a.middle.sign == 0) return settled(b.middle, error);
+  if (b.middle.sign == 0) return settled(a.middle, error);
+  const reals::Real sum = a.middle + b.middle;
+  if (sum.sign == 0 || isExactSum(a.middle, b.middle)) return settled(sum, error);
+  const std::int64_t top = std::max(a.middle.exponent, b.middle.exponent);
+  return settled(sum, error + powerOfTwoBound(top - reals::workingBits() - 62) + cutError(sum));
+}
+Real operator-(const Real& a, const Real& b) { return a + -b; }
+
 Real operator*(const Real& a, const Real& b) {
   if (isExactZero(a) || isExactZero(b)) return {};
-  Bound error = productError(a, b);
-  if (a.count == 0 || b.count == 0) return settled(nullptr, 0, 0, false, error);
-  const std::int64_t n = a.count + b.count;
-  Group* r = allocateGroups(n);
-  const auto na = static_cast<std::size_t>(a.count), nb = static_cast<std::size_t>(b.count);
-  const std::int64_t exponent = a.exponent + b.exponent;
-  const bool negative = a.negative != b.negative;
-  const std::int64_t first = n - workGroups - 3;
-  constexpr std::int64_t longOperand = 200;
-  if (first <= 0 || std::min(a.count, b.count) > longOperand) {
-    multiplyGroups(r, a.groups, na, b.groups, nb);
-    return settled(r, n, exponent, negative, error);
-  }
-  highProduct(r, a.groups, na, b.groups, nb, static_cast<std::size_t>(first));
-  error += normalBound(static_cast<double>(std::min(a.count, b.count) + 1), exponent + first + 1);
-  return settled(r + first, n - first, exponent + first, negative, error);
+  Bound error;
+  if (!isExact(a)) error += a.error * upperBound(b);
+  if (!isExact(b)) error += middleBound(a) * b.error * Bound{roundingUp, 0};
+  if (a.middle.sign == 0 || b.middle.sign == 0) return settled({}, error);
+  const reals::Real product = a.middle * b.middle;
+  if (a.middle.size + b.middle.size > reals::workingLimbs) error += cutError(product);
+  return settled(product, error);
 }
 
 Real operator*(const Real& a, std::int64_t n) {
   if (n == 0 || isExactZero(a)) return {};
-  const std::int64_t size = n < 0 ? -n : n;
-  const Bound error = a.error.m == 0 ? Bound() : a.error * boundOf(static_cast<double>(size));
-  if (a.count == 0) return settled(nullptr, 0, 0, false, error);
-  Group* r = allocateGroups(a.count + 1);
-  r[a.count] = scaleGroups(r, a.groups, static_cast<std::size_t>(a.count), static_cast<Group>(size));
-  return settled(r, a.count + 1, a.exponent, a.negative != (n < 0), error);
+  Bound error = isExact(a) ? Bound() : a.error * boundOf(std::abs(static_cast<double>(n)));
+  const reals::Real product = reals::times(a.middle, n);
+  if (product.sign != 0 && a.middle.size + 1 > reals::workingLimbs) error += cutError(product);
+  return settled(product, error);
 }
+
+namespace {
+
+// Whether a quotient is more than an approximation: shorter than the precision, and its product with b is a.
+bool isExactQuotient(const reals::Real& quotient, const reals::Real& b, const reals::Real& a) {
+  return quotient.size + b.size <= reals::workingLimbs && reals::compare(quotient * b, a) == 0;
+}
+
+}  // namespace
 
 Real operator/(const Real& a, std::int64_t n) {
   if (isExactZero(a)) return {};
-  const std::int64_t size = n < 0 ? -n : n;
-  Bound error = a.error.m == 0 ? Bound() : a.error / boundOf(static_cast<double>(size) / 1.0000000000001);
-  if (a.count == 0) return settled(nullptr, 0, 0, false, error);
-  // No more places than the error leaves.
-  std::int64_t more = std::max<std::int64_t>(workGroups + 1 - a.count, 0);
-  if (error.m != 0) more = std::clamp<std::int64_t>(a.exponent - error.e + 1, 0, more);
-  Group* r = allocateGroups(a.count + more);
-  std::fill(r, r + more, 0);
-  std::copy(a.groups, a.groups + a.count, r + more);
-  if (divideGroupsBy(r, r, static_cast<std::size_t>(a.count + more), static_cast<Group>(size)) != 0)
-    error += unit(a.exponent - more);
-  return settled(r, a.count + more, a.exponent - more, a.negative != (n < 0), error);
+  const Bound below = {std::abs(static_cast<double>(n)) / roundingUp, 0};
+  Bound error = isExact(a) ? Bound() : a.error / normalBound(below.m, 0);
+  if (a.middle.sign == 0) return settled({}, error);
+  const reals::Real quotient = reals::dividedBy(a.middle, n);
+  if (!isExact(a) || !isExactQuotient(quotient, reals::Real(n), a.middle)) error += cutError(quotient);
+  return settled(quotient, error);
 }
 
 Real operator/(const Real& a, const Real& b) {
   if (isExactZero(a)) return {};
   const Bound below = lowerBound(b);
+  if (below.m == 0) return {{}, infiniteBound()};
   Bound error;
-  if (a.error.m != 0) error += a.error / below;
-  if (b.error.m != 0 || below.m == 0) error += middleBound(a) / middleBound(b) * b.error / below;
-  if (below.m == 0) error = Bound{1, 0} / Bound{};
-  if (a.count == 0 || b.count == 0) return settled(nullptr, 0, 0, false, error);
-  // The dividend gets as many groups as make a quotient of the working precision.
-  const std::int64_t n = b.count + workGroups;
-  Group* dividend = allocateGroups(n);
-  const std::int64_t bottom = a.exponent + a.count - n;
-  alignTo(dividend, n, bottom, a);
-  Group* quotient = allocateGroups(workGroups + 1);
-  quotientOfGroups(quotient, dividend, static_cast<std::size_t>(n), b.groups, static_cast<std::size_t>(b.count));
-  const std::int64_t exponent = bottom - b.exponent;
-  // A divisor of one group begins with a group of any size, which magnifies what was cut off the dividend.
-  const bool cutOff = a.count > n;
-  error += Bound{cutOff ? 2.0 : 1.0, exponent + (cutOff && b.count == 1 ? 1 : 0)};
-  return settled(quotient, workGroups + 1, exponent, a.negative != b.negative, error);
+  if (!isExact(a)) error += a.error / below;
+  if (!isExact(b)) error += upperBound(a) / below * b.error / below;
+  if (a.middle.sign == 0) return settled({}, error);
+  const reals::Real quotient = a.middle / b.middle;
+  if (!isExact(a) || !isExact(b) || !isExactQuotient(quotient, b.middle, a.middle)) error += cutError(quotient);
+  return settled(quotient, error);
 }
 
 Real sqrt(const Real& x) {
   if (isExactZero(x)) return {};
-  if (x.count == 0 || x.negative || mayBeZero(x)) {
-    // All that is known is a bound.
-    const Bound up = upperBound(x);
-    return settled(nullptr, 0, 0, false, powerOfTenBound(log10Of(up) / 2 + 1e-9));
-  }
-  // An even exponent, and a top group of a hundredth of the base or more, by squares of powers of ten.
-  const bool odd = ((x.exponent + x.count) & 1) != 0;
-  Group scale = 1;
-  std::int64_t rootScale = odd ? 100000000 : 1;
-  while (x.groups[x.count - 1] * scale < groupBase / 100) scale *= 100, rootScale *= 10;
-  const std::int64_t half = workGroups + 1, n = 2 * half;
-  Group* a = allocateGroups(n);
-  const std::int64_t bottom = x.exponent + x.count - n;
-  bool lost = alignTo(a, n, bottom, x);
-  scaleGroups(a, a, static_cast<std::size_t>(n), scale);
-  Group* s = allocateGroups(half);
-  lost = rootOfGroups(s, a, static_cast<std::size_t>(half)) || lost;
-  const std::int64_t rootExponent = (bottom + (odd ? 1 : 0)) / 2;
-  Bound error;
-  if (lost) error = {2, rootExponent};
-  const Real root = settled(s, half, rootExponent, false, error) / rootScale;
-  return widened(root, x.error / lowerBound(root));
+  const Bound below = lowerBound(x);
+  // All that is known beside 0 is a bound.
+  if (below.m == 0 || isNegative(x)) return settled({}, powerOfTenBound(log10Of(upperBound(x)) / 2 + 1e-9));
+  const reals::Real root = reals::sqrt(x.middle);
+  if (isExact(x) && 2 * root.size <= reals::workingLimbs && reals::compare(root * root, x.middle) == 0) return {root, {}};
+  const Real result = settled(root, cutError(root));
+  return isExact(x) ? result : widened(result, x.error / lowerBound(result));
 }
 
 Real cut(const Real& x, std::int64_t lowest) {
-  const std::int64_t drop = lowest - x.exponent;
-  if (x.count == 0 || drop <= 0) return x;
-  const std::int64_t kept = std::max<std::int64_t>(x.count - drop, 0);
-  Bound error = x.error + unit(lowest);
-  if (kept == 0) return settled(nullptr, 0, 0, false, error);
-  return settled(x.groups + drop, kept, lowest, x.negative, error);
+  const std::int64_t bits = x.middle.exponent - 64 * lowest;
+  if (x.middle.sign == 0) return x;
+  if (bits <= 0) return {{}, x.error + powerOfTwoBound(x.middle.exponent)};
+  const std::int64_t limbs = (bits + 63) / 64, drop = static_cast<std::int64_t>(x.middle.size) - limbs;
+  if (drop <= 0) return x;
+  Real r = x;
+  r.middle.limbs += drop;
+  r.middle.size = static_cast<std::uint32_t>(limbs);
+  r.error = x.error + powerOfTwoBound(x.middle.exponent - 64 * limbs);
+  return r;
 }
 Complex cut(const Complex& z, std::int64_t lowest) { return {cut(z.re, lowest), cut(z.im, lowest)}; }
 

@@ -16,7 +16,7 @@ bool isTooLarge(const Complex& z) { return !(doubleOf(upperBound(z)) < longestSe
 
 bool isLeft(const Complex& z) { return signOf(z.re) < 0; }
 // By which half turn z comes from -z: 1 above the negative axis and on it, -1 below.
-int halfTurn(const Complex& z) { return z.im.negative && z.im.count != 0 ? -1 : 1; }
+int halfTurn(const Complex& z) { return isNegative(z.im) ? -1 : 1; }
 // e^(i Pi x sign)
 Complex turn(const Complex& x, int sign) {
   const Complex c = cosPi(x), s = timesI(sinPi(x));
@@ -75,11 +75,11 @@ Complex psiSum(std::int64_t n, const Complex& z, int sign) {
     const Complex next = term * weight;
     sum = sum + next;
     scratch.keep(term, weight, sum);
-    passGroupWork(20);
+    passLimbWork(20);
     const double ratio = size / (static_cast<double>(k + 1) * static_cast<double>(n + k + 1));
     if (ratio > 0.5) continue;
     const Bound rest = upperBound(next) * boundOf(4) + upperBound(term) * boundOf(8);
-    if (rest < upperBound(sum) * powerOfTenBound(-static_cast<double>(workDigits())) || rest.m == 0)
+    if (rest < upperBound(sum) * powerOfTenBound(-workDigits()) || rest.m == 0)
       return widened(sum, rest);
   }
 }
@@ -92,7 +92,7 @@ Complex polarSum(std::int64_t n, const Complex& z, int sign) {
   for (std::int64_t k = 1; k < n; ++k) {
     term = term * step / (k * (n - k));
     sum = sum + term;
-    passGroupWork(20);
+    passLimbWork(20);
   }
   return sum * integerPower(z / 2, -n);
 }

@@ -1,79 +1,68 @@
 #include "library/native/special/elementary_balls.h"
 
 #include <algorithm>
+#include <cmath>
 
-#include "library/native/elementary_functions.h"
-#include "library/native/fixed_point.h"
-#include "store/constants.h"
+#include "numbers/functions/elementary_reals.h"
 
 namespace korel::special {
 
+int exponentRange = 0;
+
 namespace {
 
-constexpr double twoPi = 6.2832;
-
-Exact middleOf(const Real& x) {
-  const Decimal d = decimalOf(x);
-  return decimal(d.mantissa, d.exponent);
-}
-// A computed value, good to `digits` significant digits, with an error that comes from the argument.
-Real ballOf(const Exact& value, std::int64_t digits, Bound more) {
-  Real x = value.denominator == cons1 ? realOfDecimal(value.numerator, value.exponent)
-                                      : realOfDecimal(value.numerator, value.exponent) / realOfDecimal(value.denominator, 0);
-  const Bound own = middleBound(x) * powerOfTenBound(static_cast<double>(1 - digits));
-  return widened(x, own + more);
-}
-Real constant(DAG (*fixedValue)(std::int64_t p)) {
-  const std::int64_t p = workDigits() + 8;
-  return widened(realOfDecimal(fixedValue(p), -p), powerOfTenBound(static_cast<double>(2 - p)));
+// What an elementary function of the floats may be off by.
+Real ballOf(const reals::Real& value, Bound more) {
+  const Bound own = value.sign == 0 ? Bound() : powerOfTwoBound(value.exponent - reals::workingBits() + 10);
+  return widened(Real(value, {}), own + more);
 }
 // e^r - 1 for a bound r of an error.
 Bound growth(Bound r) {
   const double size = doubleOf(r);
   if (size < 1e-10) return r * boundOf(1 + 1e-9);
-  return size > 600 ? Bound{1, 0} / Bound{} : boundOf(std::expm1(size));
+  return size > 600 ? infiniteBound() : boundOf(std::expm1(size));
 }
 
 }  // namespace
 
-Real pi() { return constant(fixedPi); }
-Real eulerGamma() { return constant(fixedGamma); }
+Real pi() { return ballOf(reals::pi(), {}); }
+Real eulerGamma() { return ballOf(reals::eulerGamma(), {}); }
 
 Real exp(const Real& x) {
   if (isExactZero(x)) return 1;
-  const std::int64_t digits = workDigits() + 4;
-  if (x.count == 0) return widened(1, growth(x.error));
-  const Exact value = expOf(middleOf(x), digits);
-  const Real whole = ballOf(value, digits, {});
-  return x.error.m == 0 ? whole : widened(whole, upperBound(whole) * growth(x.error));
+  if (x.middle.sign == 0) return widened(Real(1), growth(x.error));
+  if (x.middle.exponent > 40) {
+    exponentRange = x.middle.sign;
+    return x.middle.sign < 0 ? Real({}, powerOfTwoBound(-(std::int64_t{1} << 40))) : Real({}, infiniteBound());
+  }
+  const Real whole = ballOf(reals::exp(x.middle), {});
+  return isExact(x) ? whole : widened(whole, upperBound(whole) * growth(x.error));
 }
 
 Real ln(const Real& x) {
   const Bound below = lowerBound(x);
-  if (x.count == 0 || x.negative || below.m == 0) return widened(Real(), Bound{1, 0} / Bound{});
-  const std::int64_t digits = workDigits() + 4;
-  return ballOf(lnOf(middleOf(x), digits), digits, x.error / below);
+  if (below.m == 0 || isNegative(x)) return {{}, infiniteBound()};
+  if (isExact(x) && reals::compare(x.middle, reals::Real(1)) == 0) return {};
+  return ballOf(reals::ln(x.middle), x.error / below);
 }
 
 SineCosineBalls sineCosine(const Real& x) {
-  if (x.count == 0) {
-    Real sine = widened(Real(), x.error), cosine = widened(Real(1), x.error);
-    return {sine, cosine};
-  }
-  const std::int64_t digits = workDigits() + 4;
-  const SineAndCosine at = sineAndCosineOf(middleOf(x), digits);
-  return {ballOf(at.sine, digits, x.error), ballOf(at.cosine, digits, x.error)};
+  if (x.middle.sign == 0) return {widened(Real(), x.error), widened(Real(1), x.error)};
+  reals::Real sine, cosine;
+  reals::sineCosine(x.middle, &sine, &cosine);
+  return {ballOf(sine, x.error), ballOf(cosine, x.error)};
 }
 
 Real argument(const Complex& z) {
-  if (isReal(z) && !mayBeZero(z.re)) return z.re.negative ? pi() : Real();
+  if (isReal(z) && !mayBeZero(z.re)) return isNegative(z.re) ? pi() : Real();
+  constexpr double fullTurn = 6.2832;
   const Bound below = lowerBound(z);
-  if (below.m == 0) return widened(Real(), boundOf(twoPi / 2));
-  const std::int64_t digits = workDigits() + 4;
+  if (below.m == 0) return widened(Real(), boundOf(fullTurn / 2));
+  if (isExactZero(z.re)) return isNegative(z.im) ? -halved(pi()) : halved(pi());
   Bound error = (z.re.error + z.im.error) / below * boundOf(1.6);
-  if (mayBeZero(z.im) && signOf(z.re) < 0) error += boundOf(twoPi);
-  if (isExactZero(z.re) && !mayBeZero(z.im)) return z.im.negative ? -pi() / 2 : pi() / 2;
-  return ballOf(angleOf(middleOf(z.im), middleOf(z.re), digits), digits, error);
+  if (mayBeZero(z.im) && signOf(z.re) < 0) error += boundOf(fullTurn);
+  if (z.im.middle.sign == 0) return widened(isNegative(z.re) ? pi() : Real(), error);
+  return ballOf(reals::angle(z.im.middle, z.re.middle), error);
 }
 
 Real absolute(const Complex& z) {
@@ -96,7 +85,7 @@ Complex ln(const Complex& z) {
     return {ln(-z.re), pi()};
   }
   if (isExactZero(z.re)) return {ln(absolute(z.im)), argument(z)};
-  return {ln(z.re * z.re + z.im * z.im) / 2, argument(z)};
+  return {halved(ln(z.re * z.re + z.im * z.im)), argument(z)};
 }
 
 Complex sqrt(const Complex& z) {
@@ -106,30 +95,43 @@ Complex sqrt(const Complex& z) {
   }
   const Real size = absolute(z);
   if (signOf(z.re) >= 0) {
-    const Real a = sqrt((size + z.re) / 2);
-    return {a, z.im / a / 2};
+    const Real a = sqrt(halved(size + z.re));
+    return {a, halved(z.im / a)};
   }
-  Real b = sqrt((size - z.re) / 2);
+  Real b = sqrt(halved(size - z.re));
   if (mayBeZero(z.im)) b = widened(b, upperBound(b) * boundOf(2));
-  if (z.im.negative) b = -b;
-  return {z.im / b / 2, b};
+  if (isNegative(z.im)) b = -b;
+  return {halved(z.im / b), b};
 }
 
 namespace {
 
+// sinh x and cosh x, the first without cancellation.
+SineCosineBalls hyperbolic(const Real& x) {
+  if (x.middle.sign == 0 || x.middle.exponent > 40) {
+    const Real e = exp(x), inverse = Real(1) / e;
+    return {halved(e - inverse), halved(e + inverse)};
+  }
+  reals::Real sine, cosine;
+  reals::hyperbolicSineCosine(x.middle, &sine, &cosine);
+  const Real even = ballOf(cosine, {});
+  const Bound error = isExact(x) ? Bound() : upperBound(even) * growth(x.error);
+  return {ballOf(sine, error), widened(even, error)};
+}
+
 // sin and cos of a + ib from those of a.
 Complex sineWith(const SineCosineBalls& a, const Real& b) {
   if (isExactZero(b)) return a.sine;
-  const Real e = exp(b), inverse = Real(1) / e;
-  return {a.sine * (e + inverse) / 2, a.cosine * (e - inverse) / 2};
+  const SineCosineBalls h = hyperbolic(b);
+  return {a.sine * h.cosine, a.cosine * h.sine};
 }
 Complex cosineWith(const SineCosineBalls& a, const Real& b) {
   if (isExactZero(b)) return a.cosine;
-  const Real e = exp(b), inverse = Real(1) / e;
-  return {a.cosine * (e + inverse) / 2, -(a.sine * (e - inverse)) / 2};
+  const SineCosineBalls h = hyperbolic(b);
+  return {a.cosine * h.cosine, -(a.sine * h.sine)};
 }
 
-bool isOddInteger(const Real& n) { return n.count > 0 && n.exponent == 0 && (n.groups[0] & 1) != 0; }
+bool isOddInteger(const Real& n) { return n.middle.sign != 0 && !isInteger(halved(n)); }
 
 SineCosineBalls sineCosinePi(const Real& x) {
   const Real whole = nearestInteger(x);
@@ -137,8 +139,8 @@ SineCosineBalls sineCosinePi(const Real& x) {
   SineCosineBalls at;
   if (isExactZero(rest)) {
     at = {Real(), Real(1)};
-  } else if (rest.error.m == 0 && isExactZero(absolute(rest) * 2 - Real(1))) {
-    at = {Real(rest.negative ? -1 : 1), Real()};
+  } else if (isExact(rest) && isExactZero(absolute(rest) * 2 - Real(1))) {
+    at = {Real(isNegative(rest) ? -1 : 1), Real()};
   } else {
     at = sineCosine(pi() * rest);
   }

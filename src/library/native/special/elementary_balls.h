@@ -6,6 +6,9 @@
 
 namespace korel::special {
 
+/// Set to 1 or -1 when an exponential left the range of exponents.
+extern int exponentRange;
+
 Real pi();
 Real eulerGamma();
 Real exp(const Real& x);

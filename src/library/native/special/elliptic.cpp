@@ -25,7 +25,7 @@ MeanSteps meanSteps(const Complex& b0, const Complex& modulusSquared) {
     const Complex difference = (a - b) / 2;
     const Bound apart = upperBound(difference);
     const Complex c = square(difference);
-    if (apart < upperBound(a) * powerOfTenBound(-static_cast<double>(workDigits()) / 2 - 2)) {
+    if (apart < upperBound(a) * powerOfTenBound(-workDigits() / 2 - 2)) {
       // The next mean is off by less than c^2/a.
       const Bound rest = apart * apart / lowerBound(a) * boundOf(2);
       const Complex last = (a + b) / 2;
@@ -65,7 +65,7 @@ Complex ellipticE(const Complex& k) {
 
 namespace {
 
-Bound smallEnough() { return powerOfTenBound(-static_cast<double>(workDigits()) / 6 - 0.5); }
+Bound smallEnough() { return powerOfTenBound(-workDigits() / 6 - 0.5); }
 
 // RF(x, y, z), the integral of 1/2 ((t + x)(t + y)(t + z))^(-1/2) from 0 to infinity.
 Complex carlsonF(Complex x, Complex y, Complex z) {
@@ -91,7 +91,7 @@ Complex carlsonF(Complex x, Complex y, Complex z) {
     z = (z + lambda) / 4;
     scratch.keep(x, y, z);
     if (isInfinite(size) && step > 8) break;
-    passGroupWork(100);
+    passLimbWork(100);
   }
   return unknown();
 }
@@ -142,7 +142,7 @@ Complex carlsonJ(Complex x, Complex y, Complex z, Complex p) {
     p = (p + lambda) / 4;
     scratch.keep(x, y, z, p, delta, sum, weight);
     if (isInfinite(size) && step > 8) break;
-    passGroupWork(200);
+    passLimbWork(200);
   }
   return unknown();
 }

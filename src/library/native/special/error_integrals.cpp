@@ -103,7 +103,7 @@ Complex exponentialIntegral(const Complex& z) {
       const Complex value = exp(z) / z * sum;
       if (isReal(z)) return value.re;
       // Half a turn between ln z and ln(-z), off the real axis.
-      return value + timesI(Complex(z.im.negative ? -pi() : pi()));
+      return value + timesI(Complex(isNegative(z.im) ? -pi() : pi()));
     }
   }
   if (isTooLarge(z)) return giveUp();
@@ -198,9 +198,9 @@ Complex sineIntegral(const Complex& z) {
 Complex cosineIntegral(const Complex& z) {
   if (isExactZero(z.re)) {
     const Complex value = hyperbolicCosineIntegral(absolute(z.im));
-    return {value.re, z.im.negative ? -pi() / 2 : pi() / 2};
+    return {value.re, isNegative(z.im) ? -pi() / 2 : pi() / 2};
   }
-  if (signOf(z.re) < 0) return cosineIntegral(-z) + timesI(Complex(z.im.negative ? -pi() : pi()));
+  if (signOf(z.re) < 0) return cosineIntegral(-z) + timesI(Complex(isNegative(z.im) ? -pi() : pi()));
   Pair e;
   if (turnedE1(z, e)) {
     if (isReal(z)) return -e.plus.re;
@@ -213,7 +213,7 @@ Complex cosineIntegral(const Complex& z) {
 Complex hyperbolicSineIntegral(const Complex& z) {
   if (!isReal(z)) return -timesI(sineIntegral(timesI(z)));
   if (isExactZero(z)) return 0;
-  if (z.re.negative) return -hyperbolicSineIntegral(-z);
+  if (isNegative(z.re)) return -hyperbolicSineIntegral(-z);
   if (isAsymptotic(z)) return (exponentialIntegral(z) + e1(z)) / 2;
   return sineSeries(z, 1);
 }
@@ -224,7 +224,7 @@ Complex hyperbolicCosineIntegral(const Complex& z) {
     const Complex turned = timesI(z);
     return cosineIntegral(turned) + (timesI(Complex(argument(z) - argument(turned))));
   }
-  if (z.re.negative) return hyperbolicCosineIntegral(-z) + timesI(Complex(pi()));
+  if (isNegative(z.re)) return hyperbolicCosineIntegral(-z) + timesI(Complex(pi()));
   if (isAsymptotic(z)) return (exponentialIntegral(z) - e1(z)) / 2;
   return ln(z) + Complex(eulerGamma()) + cosineSeries(z, 1);
 }

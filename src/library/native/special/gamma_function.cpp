@@ -15,94 +15,103 @@ namespace {
 
 // ---- coefficients of Stirling's series
 
-// The longest row of coefficients so far, outside the arena.
+// The longest row of coefficients so far, outside the stack of limbs.
 struct StirlingRow {
   Real* values = nullptr;
-  Group* groups = nullptr;
+  Limb* limbs = nullptr;
   std::int64_t count = 0, precision = 0;
 };
 StirlingRow row;
 
-// The first `n` tangent numbers, 1, 2, 16, 272, ..., each of `width` groups (R. P. Brent and D. Harvey, "Fast
+// The first `n` tangent numbers, 1, 2, 16, 272, ..., each of `width` limbs (R. P. Brent and D. Harvey, "Fast
 // computation of Bernoulli, Tangent and Secant numbers", 2011).
-Group* tangentNumbers(std::int64_t n, std::int64_t width) {
-  Group* t = allocateGroups(n * width);
-  std::fill(t, t + n * width, 0);
-  std::int64_t* used = reinterpret_cast<std::int64_t*>(allocateGroups(n));
-  t[0] = 1;
-  used[0] = 1;
-  const auto number = [&](std::int64_t i) { return t + i * width; };
-  const auto size = [](std::int64_t m) { return static_cast<std::size_t>(m); };
-  for (std::int64_t i = 1; i < n; ++i) {
+Limb* tangentNumbers(std::size_t n, std::size_t width) {
+  Limb* t = limbSpace(n * width);
+  clearLimbs(t, n * width);
+  Limb* used = limbSpace(n);
+  const auto number = [&](std::size_t i) { return t + i * width; };
+  t[0] = used[0] = 1;
+  for (std::size_t i = 1; i < n; ++i) {
     used[i] = used[i - 1];
-    const Group carry = scaleGroups(number(i), number(i - 1), size(used[i - 1]), static_cast<Group>(i));
+    const Limb carry = scaleLimbs(number(i), number(i - 1), used[i - 1], i);
     if (carry != 0) number(i)[used[i]++] = carry;
   }
-  Group* other = allocateGroups(width);
-  for (std::int64_t k = 1; k < n; ++k) {
-    for (std::int64_t j = k; j < n; ++j) {
+  for (std::size_t k = 1; k < n; ++k) {
+    for (std::size_t j = k; j < n; ++j) {
       // t[j] = (j - k) t[j - 1] + (j - k + 2) t[j]
-      std::int64_t m = std::max(used[j], used[j - 1]);
-      const Group carry = scaleGroups(number(j), number(j), size(m), static_cast<Group>(j - k + 2));
-      std::fill(other, other + m, 0);
-      Group above = j == k ? 0 : scaleGroups(other, number(j - 1), size(used[j - 1]), static_cast<Group>(j - k));
-      if (used[j - 1] < m) other[used[j - 1]] = above, above = 0;
-      const Group last = addGroups(number(j), number(j), size(m), other, size(m)) + carry + above;
-      if (last != 0) number(j)[m++] = last;
+      std::size_t m = std::max(used[j], used[j - 1]);
+      Limb carry = scaleLimbs(number(j), number(j), m, j - k + 2);
+      if (j > k) {
+        const Limb more = addScaled(number(j), number(j - 1), used[j - 1], j - k);
+        carry += used[j - 1] == m ? more : addLimb(number(j) + used[j - 1], m - used[j - 1], more);
+      }
+      if (carry != 0) number(j)[m++] = carry;
       used[j] = m;
     }
-    passGroupWork(size((n - k) * used[k]));
+    passLimbWork((n - k) * used[k]);
   }
   return t;
 }
 
+// The number of an integer row.
+Real numberOfRow(const Limb* limbs, std::size_t n) {
+  while (limbs[n - 1] == 0) --n;
+  const auto shift = static_cast<unsigned>(__builtin_clzll(limbs[n - 1]));
+  Limb* shifted = limbSpace(n);
+  shiftLimbsUp(shifted, limbs, n, shift);
+  Real x;
+  x.middle.sign = 1;
+  x.middle.exponent = static_cast<std::int64_t>(64 * n) - shift;
+  x.middle.size = static_cast<std::uint32_t>(n);
+  x.middle.limbs = shifted;
+  return x;
+}
+
 void keepRow(const Real* values, std::int64_t count, std::int64_t precision) {
-  auto* kept = static_cast<Real*>(std::malloc(static_cast<std::size_t>(count) * sizeof(Real)));
-  auto* groups = static_cast<Group*>(std::malloc(static_cast<std::size_t>(count * precision) * sizeof(Group)));
-  if (kept == nullptr || groups == nullptr) {
+  const auto n = static_cast<std::size_t>(count);
+  auto* kept = static_cast<Real*>(std::malloc(n * sizeof(Real)));
+  auto* limbs = static_cast<Limb*>(std::malloc(n * static_cast<std::size_t>(precision) * sizeof(Limb)));
+  if (kept == nullptr || limbs == nullptr) {
     std::free(kept);
-    std::free(groups);
+    std::free(limbs);
     return;
   }
-  Group* at = groups;
-  for (std::int64_t i = 0; i < count; ++i) {
+  Limb* at = limbs;
+  for (std::size_t i = 0; i < n; ++i) {
     kept[i] = values[i];
-    std::memcpy(at, values[i].groups, static_cast<std::size_t>(values[i].count) * sizeof(Group));
-    kept[i].groups = at;
-    at += values[i].count;
+    copyLimbs(at, values[i].middle.limbs, values[i].middle.size);
+    kept[i].middle.limbs = at;
+    at += values[i].middle.size;
   }
   std::free(row.values);
-  std::free(row.groups);
-  row = {kept, groups, count, precision};
+  std::free(row.limbs);
+  row = {kept, limbs, count, precision};
 }
 
 void computeRow(std::int64_t count) {
-  const std::int64_t n = count + count / 4 + 8, before = workGroups;
-  const std::int64_t precision = std::max(before + before / 8, row.precision);
+  const std::int64_t n = count + count / 4 + 8;
+  const std::int64_t precision = std::max(workLimbs() + workLimbs() / 8, row.precision);
   // t(n) < (2n)!
-  const double digits = 2.0 * static_cast<double>(n) * std::log10(2.0 * static_cast<double>(n)) + 20;
-  const auto width = static_cast<std::int64_t>(digits / 16) + 2;
-  const Group* tangents = tangentNumbers(n, width);
-  auto* values = reinterpret_cast<Real*>(allocateGroups(n * static_cast<std::int64_t>(sizeof(Real) / sizeof(Group) + 1)));
-  const Scratch scratch;
-  workGroups = precision;
+  const double bits = 2.0 * static_cast<double>(n) * std::log2(2.0 * static_cast<double>(n)) + 20;
+  const auto width = static_cast<std::size_t>(bits / 64) + 2;
+  const Limb* tangents = tangentNumbers(static_cast<std::size_t>(n), width);
+  auto* values = numberSpace<Real>(n);
+  const reals::Precision longer(static_cast<std::size_t>(precision));
   Real four(1);
   for (std::int64_t k = 1; k <= n; ++k) {
     four = four * 4;
-    Real t;
-    t.groups = tangents + (k - 1) * width;
-    t.count = static_cast<std::int64_t>(significantGroups(t.groups, static_cast<std::size_t>(width)));
-    t.negative = k % 2 == 0;
-    values[k - 1] = t / (2 * k - 1) / (four * (four - Real(1)));
+    Real t = numberOfRow(tangents + static_cast<std::size_t>(k - 1) * width, width);
+    if (t.middle.size > reals::workingLimbs) t = cut(t, topOf(t) - precision + 1);
+    t = t / (2 * k - 1) / (four * (four - Real(1)));
+    values[k - 1] = k % 2 == 0 ? -t : t;
   }
   keepRow(values, n, precision);
-  workGroups = before;
 }
 
 // ---- Stirling's series
 
 // How large |z| is to be for the series to reach the working precision soon.
-double stirlingRadius() { return 0.6 * static_cast<double>(workDigits()) + 6; }
+double stirlingRadius() { return 0.6 * workDigits() + 6; }
 
 // How many steps up z needs.
 std::int64_t stepsUp(const Complex& z) {
@@ -119,11 +128,11 @@ Complex stirlingSum(const Complex& z, int order) {
   Complex power = order == 0 ? inverse : ratio, sum(0);
   const Bound size = upperBound(absolute(z)), right = lowerBound(absolute(z) + z.re);
   const double angle = std::max(1.0, doubleOf(size * boundOf(2) / right));  // sec^2 of half the argument
-  const auto guess = static_cast<std::int64_t>(0.55 * static_cast<double>(workDigits())) + 10;
+  const auto guess = static_cast<std::int64_t>(0.55 * workDigits()) + 10;
   const Scratch scratch;
-  Bound before = Bound{1, 0} / Bound{};
+  Bound before = infiniteBound();
   double more = 1;
-  const std::int64_t lowest = -workGroups - 1;
+  const std::int64_t lowest = -workLimbs() - 1;
   for (std::int64_t k = 1;; ++k) {
     const Real coefficient = stirlingCoefficient(k, guess);
     Complex term = power * coefficient;
@@ -133,9 +142,9 @@ Complex stirlingSum(const Complex& z, int order) {
     if (bound.m == 0 || bound.e < lowest || !(bound < before) || k > 40 * guess) return widened(sum, bound * boundOf(2));
     before = bound;
     sum = sum + cut(term, lowest);
-    power = cut(power * ratio, lowest - 2 - coefficient.exponent - coefficient.count);
+    power = cut(power * ratio, lowest - 2 - topOf(coefficient));
     scratch.keep(sum, power);
-    passGroupWork(10);
+    passLimbWork(10);
   }
 }
 
@@ -157,7 +166,7 @@ Complex risingProduct(const Complex& z, std::int64_t n) {
     for (int i = 0; i < 3 && k + 1 < n; ++i) factor = factor * (z + Real(++k));
     product = product * factor;
     scratch.keep(product);
-    passGroupWork(20);
+    passLimbWork(20);
   }
   return product;
 }
@@ -171,31 +180,30 @@ Real turnsOfProduct(const Complex& z, std::int64_t n, const Complex& product) {
   double sum = 0;
   for (std::int64_t k = 0; k < n; ++k) sum += std::atan2(im, re + static_cast<double>(k));
   const double one = toDouble(argument(product));
-  return Real(std::llround((sum - one) / 6.283185307179586));
+  return Real(static_cast<std::int64_t>(std::llround((sum - one) / 6.283185307179586)));
 }
 
 }  // namespace
 
 Real stirlingCoefficient(std::int64_t k, std::int64_t count) {
-  if (k > row.count || workGroups > row.precision) {
+  if (k > row.count || workLimbs() > row.precision) {
     const Scratch scratch;
     computeRow(std::max({k, count, row.count}));
     scratch.keep();
   }
-  Real c = row.values[k - 1];
-  if (c.count <= workGroups) return c;
-  return cut(c, c.exponent + c.count - workGroups);
+  const Real c = row.values[k - 1];
+  return static_cast<std::int64_t>(c.middle.size) <= workLimbs() ? c : cut(c, topOf(c) - workLimbs() + 1);
 }
 
 Real factorialBall(std::int64_t n) { return n < 2 ? Real(1) : risingProduct(Complex(1), n).re; }
 
 bool isPole(const Complex& z) {
-  return isReal(z) && z.re.error.m == 0 && z.re.exponent >= 0 && (z.re.count == 0 || z.re.negative);
+  return isReal(z) && signOf(z.re) <= 0 && isInteger(z.re);
 }
 
 Complex gamma(const Complex& z) {
   std::int64_t n;
-  if (isMachineInteger(z, n) && n > 0 && n < 40 * workGroups + 100) return factorialBall(n - 1);
+  if (isMachineInteger(z, n) && n > 0 && n < 40 * workLimbs()) return factorialBall(n - 1);
   if (isLeft(z)) return Complex(pi()) / (sinPi(z) * gamma(Complex(1) - z));
   const std::int64_t steps = stepsUp(z);
   const Complex up = exp(stirlingLn(z + Real(steps)));
@@ -219,12 +227,12 @@ Complex lnGamma(const Complex& z) {
       return {ln(pi() / absolute(sinPi(z).re)) - other.re, pi() * whole};
     }
     // ln sin(Pi z) as the continuous function of the upper half plane
-    const Complex upper = z.im.negative ? conjugate(z) : z, twice = upper * 2;
+    const Complex upper = isNegative(z.im) ? conjugate(z) : z, twice = upper * 2;
     const Real size = exp(-(pi() * twice.im));
     const Complex turn = {cosPi(Complex(twice.re)).re * size, sinPi(Complex(twice.re)).re * size};
     const Complex sine = ln(Complex(1) - turn) - timesI(upper - Real(1) / 2) * pi() - ln(Real(2));
-    const Complex result = Complex(ln(pi())) - sine - (z.im.negative ? conjugate(other) : other);
-    return z.im.negative ? conjugate(result) : result;
+    const Complex result = Complex(ln(pi())) - sine - (isNegative(z.im) ? conjugate(other) : other);
+    return isNegative(z.im) ? conjugate(result) : result;
   }
   const std::int64_t steps = stepsUp(z);
   const Complex up = stirlingLn(z + Real(steps));
@@ -243,7 +251,7 @@ Complex digamma(const Complex& z) {
   for (std::int64_t k = 0; k < steps; ++k) {
     value = value - Complex(1) / (z + Real(k));
     scratch.keep(value);
-    passGroupWork(20);
+    passLimbWork(20);
   }
   return value;
 }
@@ -254,10 +262,8 @@ namespace {
 // -(1 + c^2).
 Complex cotangentDerivative(std::int64_t n, const Complex& c) {
   const Scratch scratch;
-  const std::int64_t space = (n + 3) * static_cast<std::int64_t>(sizeof(Real) / sizeof(Group));
-  Real* p = reinterpret_cast<Real*>(allocateGroups(2 * space));
-  Real* next = p + n + 3;
-  for (std::int64_t i = 0; i < n + 3; ++i) p[i] = next[i] = Real();
+  Real* p = numberSpace<Real>(n + 3);
+  Real* next = numberSpace<Real>(n + 3);
   p[1] = 1;
   for (std::int64_t m = 1; m <= n; ++m) {
     for (std::int64_t i = 0; i <= m + 1; ++i) {
@@ -267,7 +273,7 @@ Complex cotangentDerivative(std::int64_t n, const Complex& c) {
       next[i] = value;
     }
     std::swap(p, next);
-    passGroupWork(static_cast<std::size_t>(20 * m));
+    passLimbWork(static_cast<std::size_t>(20 * m));
   }
   Complex value(0);
   for (std::int64_t i = n + 1; i >= 0; --i) value = value * c + p[i];

@@ -44,10 +44,10 @@ Point step(const Parameters& f, const Complex& z0, const Complex& h, const Point
     value = value + now;
     derivative = derivative + now * (k + 2);
     scratch.keep(before, now, value, derivative);
-    passGroupWork(50);
+    passLimbWork(50);
     const Bound left = larger(upperBound(before), upperBound(now)) * boundOf(4 * static_cast<double>(k + 2));
     if (static_cast<double>(k) > parameters &&
-        left < upperBound(value) * powerOfTenBound(-static_cast<double>(workDigits()) - 1))
+        left < upperBound(value) * powerOfTenBound(-workDigits() - 1))
       return {widened(value, left), widened(derivative, left) / h};
     if (k > 1000000) return {giveUp(), unknown()};
   }
@@ -63,7 +63,7 @@ Point walk(const Parameters& f, Complex z0, const Complex& z1, Point at) {
     // A short number as the share of the way, so that the points between are short as well.
     const Real share = realOfDouble(std::floor(reach / length * 65536) / 65536);
     Complex h = rest * share;
-    if (share.count == 0) h = rest * realOfDouble(reach / length);
+    if (isExactZero(share)) h = rest * realOfDouble(reach / length);
     h.re.error = h.im.error = {};
     at = step(f, z0, h, at);
     z0 = z0 + h;
@@ -163,7 +163,7 @@ Complex recurrence(std::int64_t n, const Complex& zeroth, const Complex& first, 
     before = now;
     now = after;
     scratch.keep(before, now);
-    passGroupWork(50);
+    passLimbWork(50);
   }
   return now;
 }
@@ -254,7 +254,7 @@ Complex jacobiP(const Complex& n, const Complex& a, const Complex& b, const Comp
     for (std::int64_t i = 1; i <= k; ++i) right = right * (b + Real(degree - k + i)) / i;
     sum = sum + left * right * integerPower(low, k) * integerPower(high, degree - k);
     scratch.keep(sum);
-    passGroupWork(static_cast<std::size_t>(50 * degree));
+    passLimbWork(static_cast<std::size_t>(50 * degree));
   }
   return sum;
 }

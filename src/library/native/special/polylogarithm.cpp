@@ -25,7 +25,7 @@ Complex powerSum(const Complex& s, const Complex& z) {
   const double growth = std::max(0.0, -toDouble(s.re));
   const Scratch scratch;
   for (std::int64_t k = 2;; ++k) {
-    powerOfZ = cut(powerOfZ * z, -workGroups - 2 - static_cast<std::int64_t>(growth * std::log10(static_cast<double>(k)) / 16));
+    powerOfZ = cut(powerOfZ * z, -workLimbs() - 2 - static_cast<std::int64_t>(growth * std::log2(static_cast<double>(k)) / 64));
     Complex term;
     if (whole && order >= 0 && order * std::log10(static_cast<double>(k)) < 15) {
       std::int64_t divisor = 1;
@@ -36,11 +36,11 @@ Complex powerSum(const Complex& s, const Complex& z) {
     }
     sum = sum + term;
     scratch.keep(powerOfZ, sum);
-    passGroupWork(20);
+    passLimbWork(20);
     const Bound left = upperBound(term) * boundOf(8);
     // The ratio is at most 0.6 (1 + 1/k)^growth.
     const bool settles = growth / static_cast<double>(k) < 0.3;
-    if (settles && left < upperBound(sum) * powerOfTenBound(-static_cast<double>(workDigits()))) {
+    if (settles && left < upperBound(sum) * powerOfTenBound(-workDigits())) {
       sum = widened(sum, left);
       return sum;
     }
@@ -77,7 +77,7 @@ Complex logarithmicSum(std::int64_t s, const Complex& log) {
         const double rest = std::log10(ratio) * 2 + std::log10(3 / (1 - ratio) + 3);
         const Bound left = upperBound(next) * powerOfTenBound(std::max(rest, -14.0) + (s < 0 ? 1 : 0));
         const bool settled = static_cast<double>(k) > 4.0 * std::abs(static_cast<double>(s));
-        if (settled && left < upperBound(sum) * powerOfTenBound(-static_cast<double>(workDigits()))) {
+        if (settled && left < upperBound(sum) * powerOfTenBound(-workDigits())) {
           sum = widened(sum, left);
           break;
         }
@@ -85,7 +85,7 @@ Complex logarithmicSum(std::int64_t s, const Complex& log) {
     }
     term = term * log / (k + 1);
     scratch.keep(sum, term);
-    passGroupWork(20);
+    passLimbWork(20);
   }
   if (s > 0) return sum;
   return sum + Complex(factorialBall(-s)) * integerPower(-log, s - 1);
@@ -113,7 +113,7 @@ Complex invertedSum(std::int64_t n, const Complex& z) {
   const Complex twoPiI = timesI(Complex(pi() * 2));
   const Complex x = ln(-z) / twoPiI + Complex(Real(1) / 2);
   Complex turned = integerPower(twoPiI, n) / factorialBall(n) * bernoulliPolynomial(n, x);
-  if (isReal(z) && z.re.negative) turned = turned.re;
+  if (isReal(z) && isNegative(z.re)) turned = turned.re;
   return -turned + (n % 2 == 0 ? -inverse : inverse);
 }
 
@@ -169,7 +169,7 @@ Point firstGuess(std::int64_t k, const Complex& z) {
   const Real e = exp(Real(1));
   const Complex apart = z * e + 1;
   const Point p = std::sqrt(2.0 * Point(toDouble(apart.re), toDouble(apart.im)));
-  const bool above = z.im.count == 0 || !z.im.negative;
+  const bool above = !isNegative(z.im);
   const bool lower = k == (above ? -1 : 1);
   if ((k == 0 || lower) && std::abs(p) < 1) {
     const Point q = k == 0 ? p : -p;
@@ -180,7 +180,7 @@ Point firstGuess(std::int64_t k, const Complex& z) {
     return l * (1.0 - std::log(1.0 + l) / (2.0 + l));
   }
   const Complex log = ln(z);
-  if (isReal(z) && z.re.negative && k == -1) {
+  if (isReal(z) && isNegative(z.re) && k == -1) {
     // Real below -1: w = ln(-z) - ln(-w)
     const double first = toDouble(log.re), second = std::log(-first);
     return first - second + second / first;
@@ -193,7 +193,7 @@ Point firstGuess(std::int64_t k, const Complex& z) {
 bool isRealBranch(std::int64_t k, const Complex& z) {
   if (!isReal(z) || (k != 0 && k != -1)) return false;
   if (k == 0 && signOf(z.re) >= 0) return true;
-  return signOf((z * exp(Real(1)) + 1).re) >= 0 && (k == 0 || z.re.negative);
+  return signOf((z * exp(Real(1)) + 1).re) >= 0 && (k == 0 || isNegative(z.re));
 }
 
 // Whether w lies on branch k: w + ln w = ln z + 2 Pi i k, but where both are real and k = -1.
@@ -221,14 +221,14 @@ Complex lambertW(std::int64_t k, const Complex& z) {
     const Bound curvature = upperBound((w + Real(2)) / below);
     const Complex next = w - correction;
     const Bound left = size * size * curvature * boundOf(2);
-    if (doubleOf(size * curvature) < 0.1 && left < upperBound(next) * powerOfTenBound(-static_cast<double>(workDigits()))) {
+    if (doubleOf(size * curvature) < 0.1 && left < upperBound(next) * powerOfTenBound(-workDigits())) {
       if (!isOnBranch(k, next, z)) return giveUp();
       return widened(next, left);
     }
     w = next;
     w.re.error = w.im.error = {};
     scratch.keep(w);
-    passGroupWork(100);
+    passLimbWork(100);
   }
   return unknown();
 }

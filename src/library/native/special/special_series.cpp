@@ -9,7 +9,7 @@ namespace korel::special {
 
 bool hopeless = false;
 
-Complex unknown() { return widened(Real(), Bound{1, 0} / Bound{}); }
+Complex unknown() { return widened(Real(), infiniteBound()); }
 Complex giveUp() {
   hopeless = true;
   return unknown();
@@ -49,13 +49,6 @@ class RatioBound {
   double upper_[most], lower_[most + 1];
 };
 
-std::int64_t topOf(const Complex& z) {
-  std::int64_t top = INT64_MIN / 4;
-  for (const Real* x : {&z.re, &z.im})
-    if (x->count != 0) top = std::max(top, x->exponent + x->count);
-  return top;
-}
-
 }  // namespace
 
 Complex hypergeometricSum(const Complex* a, int p, const Complex* b, int q, const Complex& z) {
@@ -71,11 +64,11 @@ Complex hypergeometricSum(const Complex* a, int p, const Complex* b, int q, cons
     term = term * numerator / denominator;
     if (isExactZero(term)) return sum;
     top = std::max(top, topOf(term));
-    term = cut(term, top - workGroups - 1);
+    term = cut(term, top - workLimbs() - 1);
     sum = sum + term;
     scratch.keep(term, sum);
-    passGroupWork(20);
-    if (topOf(term) > top - workGroups) continue;
+    passLimbWork(20);
+    if (topOf(term) > top - workLimbs()) continue;
     const double ratio = ratios.after(k + 1);
     if (ratio < 0.9999) return widened(sum, upperBound(term) * boundOf(ratio / (1 - ratio)));
   }
@@ -99,7 +92,7 @@ Complex asymptoticSum(const Complex& a1, const Complex& a2, const Complex& w, bo
   const Scratch scratch;
   const Complex inverse = Complex(-1) / w;
   for (std::int64_t k = 0; k < mostTerms; ++k) {
-    const Complex next = cut(term * (a1 + Real(k)) * (a2 + Real(k)) * inverse / (k + 1), -workGroups - 1);
+    const Complex next = cut(term * (a1 + Real(k)) * (a2 + Real(k)) * inverse / (k + 1), -workLimbs() - 1);
     if (isExactZero(next)) {
       reached = true;
       return sum;
@@ -107,19 +100,19 @@ Complex asymptoticSum(const Complex& a1, const Complex& a2, const Complex& w, bo
     const auto n = static_cast<double>(k + 1);
     const double shape = (2 * std::sqrt(n + 2) + 2 * sigma * n) * std::exp(std::min(3 * sigma * sigma * n, 300.0));
     const bool falls = upperBound(next) < upperBound(term);
-    const bool isSmall = topOf(next) <= 1 - workGroups;
+    const bool isSmall = topOf(next) <= 1 - workLimbs();
     if (isSmall || (!falls && n > parameters)) {
       reached = isSmall;
       const Bound left = upperBound(next) * boundOf(factor * shape);
       sum = widened(sum, left);
       // On the negative axis there is more than the series shows, off the real line.
-      if (isReal(w) && w.re.negative) sum.im = widened(sum.im, left);
+      if (isReal(w) && isNegative(w.re)) sum.im = widened(sum.im, left);
       return sum;
     }
     term = next;
     sum = sum + term;
     scratch.keep(term, sum);
-    passGroupWork(20);
+    passLimbWork(20);
   }
   return giveUp();
 }
@@ -127,7 +120,7 @@ Complex asymptoticSum(const Complex& a1, const Complex& a2, const Complex& w, bo
 bool isAsymptotic(const Complex& w) {
   const Bound size = lowerBound(w);
   // The smallest term is about e^-|w|.
-  return doubleOf(size) * 0.4342 > static_cast<double>(workDigits()) + 3;
+  return doubleOf(size) * 0.4342 > workDigits() + 3;
 }
 
 }  // namespace korel::special

@@ -20,10 +20,7 @@ struct Jet {
   std::int64_t n;
 };
 Jet newJet(std::int64_t n) {
-  const auto groups = static_cast<std::int64_t>(sizeof(Complex) / sizeof(Group));
-  Jet jet{reinterpret_cast<Complex*>(allocateGroups((n + 1) * groups)), n};
-  for (std::int64_t i = 0; i <= n; ++i) jet.c[i] = Complex();
-  return jet;
+  return {numberSpace<Complex>(n + 1), n};
 }
 // x (a + t) in place.
 void timesLinear(const Jet& x, const Complex& a) {
@@ -72,9 +69,9 @@ Jet sumOfPowers(const Complex& s, const Complex& a, std::int64_t count, std::int
       term = powerJet(a + Real(k), s, n);
     }
     if (naturals) powers[k + 1] = term.c[0];
-    add(sum, term, -workGroups - 1 + std::max<std::int64_t>(sum.c[0].re.exponent + sum.c[0].re.count, 0));
+    add(sum, term, -workLimbs() - 1 + std::max<std::int64_t>(topOf(sum.c[0]), 0));
     if (!naturals && n == 0) scratch.keep(sum.c[0]);
-    passGroupWork(100);
+    passLimbWork(100);
   }
   return sum;
 }
@@ -84,33 +81,33 @@ Jet sumOfPowers(const Complex& s, const Complex& a, std::int64_t count, std::int
 Jet tail(const Complex& s, const Complex& base, std::int64_t n) {
   Jet factor = powerJet(base, s, n), sum = newJet(n);
   const Complex inverse = Complex(1) / square(base);
-  add(sum, factor, -workGroups - 4);
+  add(sum, factor, -workLimbs() - 4);
   scale(sum, Complex(Real(1) / 2));
   // factor = base^-s (s)_(2k-1) / (base^(2k-1) (2k-2)!), so that its coefficient is B(2k)/(2k(2k-1))
   timesLinear(factor, s);
   scale(factor, Complex(1) / base);
   const double size = doubleOf(upperBound(base)), sigma = toDouble(s.re);
   const double turn = std::abs(toDouble(s.im) * std::atan2(toDouble(base.im), toDouble(base.re)));
-  const auto guess = static_cast<std::int64_t>(0.5 * static_cast<double>(workDigits())) + 10;
+  const auto guess = static_cast<std::int64_t>(0.5 * workDigits()) + 10;
   const double logs = std::log(size) + 3;
-  Bound before = Bound{1, 0} / Bound{};
+  Bound before = infiniteBound();
   for (std::int64_t k = 1;; ++k) {
     Bound largest;
     const Real coefficient = stirlingCoefficient(k, guess);
     for (std::int64_t i = 0; i <= n; ++i) {
       const Complex term = factor.c[i] * coefficient;
       largest = larger(largest, upperBound(term));
-      sum.c[i] = sum.c[i] + cut(term, -workGroups - 4);
+      sum.c[i] = sum.c[i] + cut(term, -workLimbs() - 4);
     }
     timesLinear(factor, s + Real(2 * k - 1));
     timesLinear(factor, s + Real(2 * k));
     scale(factor, inverse / ((2 * k) * (2 * k - 1)));
-    passGroupWork(static_cast<std::size_t>(20 * (n + 1)));
+    passLimbWork(static_cast<std::size_t>(20 * (n + 1)));
     const auto order = static_cast<double>(k);
     const double logPower = std::pow(logs + std::log(2 * order + 2), static_cast<double>(n));
     const double strength = sigma + 2 * order > 1 ? 8 * (1 + (doubleOf(upperBound(s)) + 2 * order) / (sigma + 2 * order - 1)) : 0;
     const Bound left = largest * boundOf(strength * logPower * std::exp(std::min(turn, 600.0)));
-    if (strength != 0 && (left.m == 0 || left.e < -workGroups - 1 || !(largest < before) || k > 20 * guess)) {
+    if (strength != 0 && (left.m == 0 || left.e < -workLimbs() - 1 || !(largest < before) || k > 20 * guess)) {
       for (std::int64_t i = 0; i <= n; ++i) sum.c[i] = widened(sum.c[i], left);
       return sum;
     }
@@ -123,7 +120,7 @@ Jet tail(const Complex& s, const Complex& base, std::int64_t n) {
 Complex hurwitzZeta(const Complex& s, const Complex& a, std::int64_t n) {
   const double size = doubleOf(upperBound(s)), re = toDouble(a.re), im = toDouble(a.im);
   if (n > mostDerivatives || !(size < static_cast<double>(mostPowers))) return giveUp();
-  const double needed = 0.5 * static_cast<double>(workDigits()) + 0.7 * size + 5;
+  const double needed = 0.5 * workDigits() + 0.7 * size + 5;
   double count = std::max(needed - re, 0.0);
   if (re > 1 && std::abs(im) > needed) count = 0;
   if (!(count < static_cast<double>(mostPowers))) return giveUp();
@@ -133,8 +130,8 @@ Complex hurwitzZeta(const Complex& s, const Complex& a, std::int64_t n) {
   // base^(1 - s) / (s - 1)
   Jet integral = powerJet(base, s - Real(1), n);
   overLinear(integral, s - Real(1));
-  add(value, integral, -workGroups - 4);
-  add(value, tail(s, base, n), -workGroups - 4);
+  add(value, integral, -workLimbs() - 4);
+  add(value, tail(s, base, n), -workLimbs() - 4);
   return value.c[n] * Complex(factorialBall(n));
 }
 
@@ -146,7 +143,7 @@ Complex zetaByProduct(const Complex& s) {
   Complex product(1);
   const double sigma = toDouble(s.re);
   const Scratch scratch;
-  const double wanted = static_cast<double>(workDigits());
+  const double wanted = workDigits();
   for (std::int64_t p = 2;; ++p) {
     bool prime = true;
     for (std::int64_t d = 2; d * d <= p && prime; ++d) prime = p % d != 0;
@@ -157,7 +154,7 @@ Complex zetaByProduct(const Complex& s) {
     if (!prime) continue;
     product = product * (Complex(1) - powerJet(Complex(p), s, 0).c[0]);
     scratch.keep(product);
-    passGroupWork(20);
+    passLimbWork(20);
   }
 }
 
@@ -170,7 +167,7 @@ Complex riemannZeta(const Complex& s) {
     const Complex other = Complex(1) - s;
     return power(Complex(pi() * 2), -other) * sinPi(s / 2) * gamma(other) * riemannZeta(other) * 2;
   }
-  const double wanted = static_cast<double>(workDigits());
+  const double wanted = workDigits();
   if (sigma > 1e6 || sigma * std::log10(wanted) > wanted) return zetaByProduct(s);
   return hurwitzZeta(s, Complex(1), 0);
 }

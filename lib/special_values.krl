@@ -1,0 +1,63 @@
+# What the special functions have in common. The values are computed by the kernel, in numbers that know their error
+# (src/library/native/special): to within 0.51 units of the last digit of each part, near zeros and poles too.
+
+`special/float` := proc(f, a::list)
+  description "special/float(f, [x, ...]): the float f(x, ...); the call where it has no value";
+  local y, r;
+  y := map(`evalf/argument`, a);
+  if type(y, list(complex(numeric))) then
+    r := `kernel/native`("special/value", f, op(y));
+    if r <> FAIL then return r end if
+  elif has(y, Float(undefined)) then return Float(undefined)
+  elif has(y, Float(infinity)) or has(y, infinity) then
+    # The value at infinity is an exact one.
+    r := f(op(map(`special/exactinfinity`, a)));
+    if not has(r, f) then return evalf(r) end if
+  end if;
+  `evalf/standing`(f, y)
+end proc:
+`special/exactinfinity` := proc(x)
+  description "special/exactinfinity(x): the exact infinity for a float one, x else";
+  if x = Float(infinity) then infinity elif x = -Float(infinity) then -infinity else x end if
+end proc:
+`special/isfloat` := proc(a::list)
+  description "special/isfloat([x, ...]): whether all are numbers, floats among them, or a float that is none";
+  hastype(a, float) and (type(a, list(complex(numeric))) or hastype(a, {identical(Float(infinity)), identical(-Float(infinity)), identical(Float(undefined))}))
+end proc:
+# Reached by whatever isn't simplified: the last test of all.
+`special/standing` := proc(f, a::list)
+  description "special/standing(f, [x, ...]): the call as it stands; an error for operands that no function of numbers has";
+  local x;
+  for x in a do
+    if type(x, {relation, list, set, range, string, table, procedure, boolean}) then
+      error "%1 expects algebraic expressions, but received %2", f, x
+    end if
+  end do;
+  subsop(0 = f, 'f'(op(a)))
+end proc:
+`special/negative` := proc(x)
+  description "special/negative(x): whether x is written with a minus sign: a negative number, a product with one, a sum of such";
+  local t;
+  if type(x, numeric) then type(x, negative)
+  elif type(x, `*`) then type(op(1, x), negative)
+  elif type(x, `+`) then for t in x do if not `special/negative`(t) then return false end if end do; true
+  elif type(x, complex(numeric)) then type(Re(x), negative) or Re(x) = 0 and type(Im(x), negative)
+  else false
+  end if
+end proc:
+`special/pole` := proc(f, a::list, value)
+  description "special/pole(f, [x, ...], value): the numeric event of a pole of f";
+  NumericEvent(division_by_zero, f, a, value)
+end proc:
+`special/one` := proc(f, n)
+  description "special/one(f, n): the error of a call of f with n arguments in place of one";
+  error "%1 expects one argument, but received %2", f, n
+end proc:
+`special/two` := proc(f, n)
+  description "special/two(f, n): the error of a call of f with n arguments in place of two";
+  error "%1 expects two arguments, but received %2", f, n
+end proc:
+`special/few` := proc(f, n)
+  description "special/few(f, n): the error of a call of f with n arguments in place of one or two";
+  error "%1 expects one or two arguments, but received %2", f, n
+end proc:
