@@ -4,7 +4,9 @@ binomial := proc(n, k)
   description "binomial(n, k): the coefficient of x^k in (1 + x)^n for integers; for anything else the call";
   local m, i, r;
   if nargs <> 2 then error "binomial expects two arguments, but received %1", nargs end if;
-  if not type([n, k], list(integer)) then return 'binomial'(n, k) end if;
+  if not type([n, k], list(integer)) then
+    return `if`(`special/isfloat`([n, k]), `special/float`('binomial', [n, k]), 'binomial'(n, k))
+  end if;
   if k < 0 then return `if`(n < 0 and k <= n, (-1)^(n - k)*binomial(-k - 1, n - k), 0) end if;
   if n < 0 then return (-1)^k*binomial(k - n - 1, k) end if;
   if k > n then return 0 end if;

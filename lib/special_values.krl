@@ -9,10 +9,13 @@
     r := `kernel/native`("special/value", f, op(y));
     if r <> FAIL then return r end if
   elif has(y, Float(undefined)) then return Float(undefined)
-  elif has(y, Float(infinity)) or has(y, infinity) then
+  else
     # The value at infinity is an exact one.
-    r := f(op(map(`special/exactinfinity`, a)));
-    if not has(r, f) then return evalf(r) end if
+    r := map(`special/exactinfinity`, y);
+    if has(r, infinity) then
+      r := f(op(r));
+      if not has(r, f) then return `if`(r = 0, 0., evalf(r)) end if
+    end if
   end if;
   `evalf/standing`(f, y)
 end proc:
@@ -22,7 +25,7 @@ end proc:
 end proc:
 `special/isfloat` := proc(a::list)
   description "special/isfloat([x, ...]): whether all are numbers, floats among them, or a float that is none";
-  hastype(a, float) and (type(a, list(complex(numeric))) or hastype(a, {identical(Float(infinity)), identical(-Float(infinity)), identical(Float(undefined))}))
+  hastype(a, float) and (type(a, list(complex(numeric))) or has(map(`special/exactinfinity`, a), {infinity, Float(undefined)}))
 end proc:
 # Reached by whatever isn't simplified: the last test of all.
 `special/standing` := proc(f, a::list)
@@ -44,20 +47,4 @@ end proc:
   elif type(x, complex(numeric)) then type(Re(x), negative) or Re(x) = 0 and type(Im(x), negative)
   else false
   end if
-end proc:
-`special/pole` := proc(f, a::list, value)
-  description "special/pole(f, [x, ...], value): the numeric event of a pole of f";
-  NumericEvent(division_by_zero, f, a, value)
-end proc:
-`special/one` := proc(f, n)
-  description "special/one(f, n): the error of a call of f with n arguments in place of one";
-  error "%1 expects one argument, but received %2", f, n
-end proc:
-`special/two` := proc(f, n)
-  description "special/two(f, n): the error of a call of f with n arguments in place of two";
-  error "%1 expects two arguments, but received %2", f, n
-end proc:
-`special/few` := proc(f, n)
-  description "special/few(f, n): the error of a call of f with n arguments in place of one or two";
-  error "%1 expects one or two arguments, but received %2", f, n
 end proc:

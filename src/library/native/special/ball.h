@@ -1,7 +1,8 @@
 #pragma once
 // Numbers that know their error: what the special functions are computed with.
 //
-// A special::Real is a binary float of numbers/functions/real.h with a bound of how far the true value may lie from it; a
+// A special::Real is a binary float of numbers/functions/real.h with a bound of how far the true value may lie from
+// it; a
 // `Complex` is two of them. Every operation adds what it loses, so that a result tells how many of its digits hold:
 // cancellation, ill-conditioned arguments and series cut off all show in the bound. Who wants a value computes
 // with some precision, looks at the bound, and computes again with more where it is too wide
@@ -104,9 +105,7 @@ inline bool mayBeZero(const Complex& z) { return lowerBound(z).m == 0; }
 inline int signOf(const Real& x) { return x.middle.sign; }
 inline bool isNegative(const Real& x) { return x.middle.sign < 0; }
 /// How many limbs of the middle stand before the point, negative for small numbers: the middle is below 2^(64 top).
-inline std::int64_t topOf(const Real& x) {
-  return x.middle.sign == 0 ? INT64_MIN / 4 : (x.middle.exponent + 63) >> 6;
-}
+inline std::int64_t topOf(const Real& x) { return x.middle.sign == 0 ? INT64_MIN / 4 : (x.middle.exponent + 63) >> 6; }
 inline std::int64_t topOf(const Complex& z) { return topOf(z.re) > topOf(z.im) ? topOf(z.re) : topOf(z.im); }
 /// True when the value is an exact integer that a machine word holds, which goes to n.
 bool isMachineInteger(const Real& x, std::int64_t& n);

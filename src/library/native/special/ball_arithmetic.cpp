@@ -1,10 +1,11 @@
 // The arithmetic of balls: operations on the middles, and what each loses.
 
+#include "library/native/special/ball.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
-#include "library/native/special/ball.h"
 #include "numbers/complex/complex.h"
 #include "numbers/float/float.h"
 #include "numbers/float/hardware_float.h"
@@ -220,7 +221,8 @@ Real sqrt(const Real& x) {
   // All that is known beside 0 is a bound.
   if (below.m == 0 || isNegative(x)) return settled({}, powerOfTenBound(log10Of(upperBound(x)) / 2 + 1e-9));
   const reals::Real root = reals::sqrt(x.middle);
-  if (isExact(x) && 2 * root.size <= reals::workingLimbs && reals::compare(root * root, x.middle) == 0) return {root, {}};
+  if (isExact(x) && 2 * root.size <= reals::workingLimbs && reals::compare(root * root, x.middle) == 0)
+    return {root, {}};
   const Real result = settled(root, cutError(root));
   return isExact(x) ? result : widened(result, x.error / lowerBound(result));
 }

@@ -60,7 +60,8 @@ bool hankel(const Complex& v, const Complex& z, Hankel& h) {
   return true;
 }
 
-// The sum behind the logarithm in the functions of the second kind of order n: of (sign z^2/4)^k/(k! (n + k)!), each times
+// The sum behind the logarithm in the functions of the second kind of order n: of (sign z^2/4)^k/(k! (n + k)!), each
+// times
 // Psi(k + 1) + Psi(n + k + 1).
 Complex psiSum(std::int64_t n, const Complex& z, int sign) {
   const Complex step = square(z) * sign / 4;
@@ -79,8 +80,7 @@ Complex psiSum(std::int64_t n, const Complex& z, int sign) {
     const double ratio = size / (static_cast<double>(k + 1) * static_cast<double>(n + k + 1));
     if (ratio > 0.5) continue;
     const Bound rest = upperBound(next) * boundOf(4) + upperBound(term) * boundOf(8);
-    if (rest < upperBound(sum) * powerOfTenBound(-workDigits()) || rest.m == 0)
-      return widened(sum, rest);
+    if (rest < upperBound(sum) * powerOfTenBound(-workDigits()) || rest.m == 0) return widened(sum, rest);
   }
 }
 
@@ -207,9 +207,7 @@ Complex twoThirdsPower(const Complex& z) { return z * sqrt(z) * 2 / 3; }
 bool isLargeForAiry(const Complex& z) { return isAsymptotic(twoThirdsPower(z) * 2); }
 
 // e^(Pi i k/3)
-Complex sixthTurn(int k) {
-  return integerPower(turn(Complex(Real(1) / 3), k > 0 ? 1 : -1), std::abs(k));
-}
+Complex sixthTurn(int k) { return integerPower(turn(Complex(Real(1) / 3), k > 0 ? 1 : -1), std::abs(k)); }
 
 // For |arg z| <= 2/3 Pi.
 bool rightAiry(const Complex& z, bool derivative, Complex& value) {
@@ -225,7 +223,7 @@ bool rightAiry(const Complex& z, bool derivative, Complex& value) {
 bool isNearNegativeAxis(const Complex& z) {
   const double re = toDouble(z.re), im = toDouble(z.im);
   if (std::isinf(re) || std::isinf(im)) return signOf(z.re) < 0;
-  return std::abs(std::atan2(im, re)) > 2.0;
+  return std::abs(std::atan2(im, re)) > 2.1;
 }
 
 Complex airy(const Complex& z, bool derivative);

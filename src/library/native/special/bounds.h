@@ -65,9 +65,7 @@ inline Bound powerOfTenBound(double x) {
   const double whole = std::floor(x / digitsPerLimb);
   return normalBound(std::pow(10.0, x - digitsPerLimb * whole) * (1 + 1e-9), static_cast<std::int64_t>(whole));
 }
-inline Bound powerOfTwoBound(std::int64_t k) {
-  return {std::ldexp(1.0, static_cast<int>(k & 63)), k >> 6};
-}
+inline Bound powerOfTwoBound(std::int64_t k) { return {std::ldexp(1.0, static_cast<int>(k & 63)), k >> 6}; }
 inline Bound infiniteBound() { return {std::numeric_limits<double>::infinity(), 0}; }
 /// The bound as a double, infinite or 0 where it leaves that range.
 inline double doubleOf(Bound a) {

@@ -50,9 +50,7 @@ Complex arithmeticGeometricMean(const Complex& a, const Complex& b) {
   return a * meanSteps(ratio, Complex(0)).mean;
 }
 
-Complex ellipticK(const Complex& k) {
-  return Complex(pi()) / (meanSteps(sqrt(complementOf(k)), Complex(0)).mean * 2);
-}
+Complex ellipticK(const Complex& k) { return Complex(pi()) / (meanSteps(sqrt(complementOf(k)), Complex(0)).mean * 2); }
 
 Complex ellipticE(const Complex& k) {
   const Complex complement = complementOf(k);
@@ -122,8 +120,8 @@ Complex carlsonJ(Complex x, Complex y, Complex z, Complex p) {
       const Complex e2 = u * v + u * w + v * w - square(q) * 3, product = u * v * w;
       const Complex e3 = product + e2 * q * 2 + square(q) * q * 4;
       const Complex e4 = (product * 2 + e2 * q + square(q) * q * 3) * q, e5 = product * square(q);
-      const Complex series = Complex(1) - e2 * 3 / 14 + e3 / 6 + square(e2) * 9 / 88 - e4 * 3 / 22 -
-                             e2 * e3 * 9 / 52 + e5 * 3 / 26;
+      const Complex series =
+          Complex(1) - e2 * 3 / 14 + e3 / 6 + square(e2) * 9 / 88 - e4 * 3 / 22 - e2 * e3 * 9 / 52 + e5 * 3 / 26;
       const Complex last = weight * series / (a * sqrt(a));
       const Complex value = last + sum * 6;
       const Bound cube = size * size * size, error = cube * cube * upperBound(last) * boundOf(3);

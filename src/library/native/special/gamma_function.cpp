@@ -139,7 +139,8 @@ Complex stirlingSum(const Complex& z, int order) {
     if (order != 0) term = term * (2 * k - 1);
     more = std::min(more * angle, 1e300);
     const Bound bound = upperBound(term) * boundOf(more * 1.001);
-    if (bound.m == 0 || bound.e < lowest || !(bound < before) || k > 40 * guess) return widened(sum, bound * boundOf(2));
+    if (bound.m == 0 || bound.e < lowest || !(bound < before) || k > 40 * guess)
+      return widened(sum, bound * boundOf(2));
     before = bound;
     sum = sum + cut(term, lowest);
     power = cut(power * ratio, lowest - 2 - topOf(coefficient));
@@ -197,9 +198,7 @@ Real stirlingCoefficient(std::int64_t k, std::int64_t count) {
 
 Real factorialBall(std::int64_t n) { return n < 2 ? Real(1) : risingProduct(Complex(1), n).re; }
 
-bool isPole(const Complex& z) {
-  return isReal(z) && signOf(z.re) <= 0 && isInteger(z.re);
-}
+bool isPole(const Complex& z) { return isReal(z) && signOf(z.re) <= 0 && isInteger(z.re); }
 
 Complex gamma(const Complex& z) {
   std::int64_t n;

@@ -17,7 +17,9 @@ constexpr double longestSeries = 100000;
 
 double sizeOf(const Complex& z) { return std::hypot(toDouble(z.re), toDouble(z.im)); }
 
-bool endsSeries(const Complex* a, int p) { return std::any_of(a, a + p, [](const Complex& x) { return isPole(x); }); }
+bool endsSeries(const Complex* a, int p) {
+  return std::any_of(a, a + p, [](const Complex& x) { return isPole(x); });
+}
 
 // ---- 2F1 along a path, from Taylor series of its differential equation
 
@@ -28,7 +30,9 @@ struct Parameters {
   Complex a, b, c;
 };
 
-// Value and derivative at z0 + h from those at z0; |h| is at most half the distance from z0 to 0 and 1.
+// Value and derivative at z0 + h from those at z0; |h| is at most a third of the distance from z0 to 0 and 1, so
+// that the
+// errors of the terms fall as well.
 Point step(const Parameters& f, const Complex& z0, const Complex& h, const Point& at) {
   const Complex lead = z0 * (Complex(1) - z0), slope = Complex(1) - z0 * 2;
   const Complex base = f.c - (f.a + f.b + 1) * z0;
@@ -46,8 +50,10 @@ Point step(const Parameters& f, const Complex& z0, const Complex& h, const Point
     scratch.keep(before, now, value, derivative);
     passLimbWork(50);
     const Bound left = larger(upperBound(before), upperBound(now)) * boundOf(4 * static_cast<double>(k + 2));
+    // As the terms fall, their errors come to the fore in the end.
+    const bool isKnown = !mayBeZero(before) || !mayBeZero(now);
     if (static_cast<double>(k) > parameters &&
-        left < upperBound(value) * powerOfTenBound(-workDigits() - 1))
+        (!isKnown || left < upperBound(value) * powerOfTenBound(-workDigits() - 1)))
       return {widened(value, left), widened(derivative, left) / h};
     if (k > 1000000) return {giveUp(), unknown()};
   }
@@ -58,7 +64,7 @@ Point walk(const Parameters& f, Complex z0, const Complex& z1, Point at) {
   for (int steps = 0; steps < 5000; ++steps) {
     const Complex rest = z1 - z0;
     if (isExactZero(rest)) return at;
-    const double reach = 0.5 * std::min(sizeOf(z0), sizeOf(Complex(1) - z0)), length = sizeOf(rest);
+    const double reach = 0.3 * std::min(sizeOf(z0), sizeOf(Complex(1) - z0)), length = sizeOf(rest);
     if (length <= reach * 1.05) return step(f, z0, rest, at);
     // A short number as the share of the way, so that the points between are short as well.
     const Real share = realOfDouble(std::floor(reach / length * 65536) / 65536);
@@ -192,17 +198,15 @@ Complex legendreP(const Complex& n, const Complex& x) {
 Complex chebyshevT(const Complex& n, const Complex& x) {
   std::int64_t degree;
   if (!isDegree(n, degree)) return atHalf(-n, n, Complex(Real(1) / 2), x);
-  return recurrence(degree, Complex(1), x, [&](std::int64_t, const Complex& now, const Complex& before) {
-    return x * now * 2 - before;
-  });
+  return recurrence(degree, Complex(1), x,
+                    [&](std::int64_t, const Complex& now, const Complex& before) { return x * now * 2 - before; });
 }
 
 Complex chebyshevU(const Complex& n, const Complex& x) {
   std::int64_t degree;
   if (!isDegree(n, degree)) return (n + 1) * atHalf(-n, n + Real(2), Complex(Real(3) / 2), x);
-  return recurrence(degree, Complex(1), x * 2, [&](std::int64_t, const Complex& now, const Complex& before) {
-    return x * now * 2 - before;
-  });
+  return recurrence(degree, Complex(1), x * 2,
+                    [&](std::int64_t, const Complex& now, const Complex& before) { return x * now * 2 - before; });
 }
 
 Complex hermiteH(const Complex& n, const Complex& x) {
@@ -242,7 +246,8 @@ Complex gegenbauerC(const Complex& n, const Complex& a, const Complex& x) {
 Complex jacobiP(const Complex& n, const Complex& a, const Complex& b, const Complex& x) {
   std::int64_t degree;
   if (!isDegree(n, degree)) return shiftedBinomial(n, a) * atHalf(-n, a + b + n + 1, a + 1, x);
-  // The finite sum of binomial(n + a, n - k) binomial(n + b, k) ((x - 1)/2)^k ((x + 1)/2)^(n - k) holds for all a and b.
+  // The finite sum of binomial(n + a, n - k) binomial(n + b, k) ((x - 1)/2)^k ((x + 1)/2)^(n - k) holds for all a
+  // and b.
   const Complex first = (a + 1) + (a + b + Real(2)) * (x - 1) / 2;
   if (degree <= 1) return degree == 0 ? Complex(1) : first;
   const Complex low = (x - 1) / 2, high = (x + 1) / 2;

@@ -25,7 +25,8 @@ Complex powerSum(const Complex& s, const Complex& z) {
   const double growth = std::max(0.0, -toDouble(s.re));
   const Scratch scratch;
   for (std::int64_t k = 2;; ++k) {
-    powerOfZ = cut(powerOfZ * z, -workLimbs() - 2 - static_cast<std::int64_t>(growth * std::log2(static_cast<double>(k)) / 64));
+    powerOfZ = cut(powerOfZ * z,
+                   -workLimbs() - 2 - static_cast<std::int64_t>(growth * std::log2(static_cast<double>(k)) / 64));
     Complex term;
     if (whole && order >= 0 && order * std::log10(static_cast<double>(k)) < 15) {
       std::int64_t divisor = 1;
@@ -57,7 +58,8 @@ Complex zetaAt(std::int64_t n) {
   return -(stirlingCoefficient(k, static_cast<std::int64_t>(3 * workDigits())) * (2 * k - 1));
 }
 
-// gamma(1 - s)(-L)^(s - 1) + sum of zeta(s - k) L^k/k! for z = e^L and an integer s; for s > 0 the pole of gamma and that of
+// gamma(1 - s)(-L)^(s - 1) + sum of zeta(s - k) L^k/k! for z = e^L and an integer s; for s > 0 the pole of gamma and
+// that of
 // zeta make a logarithm.
 Complex logarithmicSum(std::int64_t s, const Complex& log) {
   Complex sum(0), term(1);
@@ -117,7 +119,8 @@ Complex invertedSum(std::int64_t n, const Complex& z) {
   return -turned + (n % 2 == 0 ? -inverse : inverse);
 }
 
-// Any order: gamma(1 - s)/(2 Pi)^(1 - s) (i^(1 - s) zeta(1 - s, x) + i^(s - 1) zeta(1 - s, 1 - x)), x = 1/2 + ln(-z)/(2 Pi i).
+// Any order: gamma(1 - s)/(2 Pi)^(1 - s) (i^(1 - s) zeta(1 - s, x) + i^(s - 1) zeta(1 - s, 1 - x)), x = 1/2 +
+// ln(-z)/(2 Pi i).
 Complex byHurwitz(const Complex& s, const Complex& z) {
   const Complex other = Complex(1) - s, twoPiI = timesI(Complex(pi() * 2));
   const Complex x = ln(-z) / twoPiI + Complex(Real(1) / 2);
@@ -164,6 +167,12 @@ namespace {
 
 using Point = std::complex<double>;
 
+bool isRealBranch(std::int64_t k, const Complex& z) {
+  if (!isReal(z) || (k != 0 && k != -1)) return false;
+  if (k == 0 && signOf(z.re) >= 0) return true;
+  return signOf((z * exp(Real(1)) + 1).re) >= 0 && (k == 0 || isNegative(z.re));
+}
+
 // Where Newton's iteration begins.
 Point firstGuess(std::int64_t k, const Complex& z) {
   const Real e = exp(Real(1));
@@ -180,7 +189,7 @@ Point firstGuess(std::int64_t k, const Complex& z) {
     return l * (1.0 - std::log(1.0 + l) / (2.0 + l));
   }
   const Complex log = ln(z);
-  if (isReal(z) && isNegative(z.re) && k == -1) {
+  if (k == -1 && isRealBranch(k, z)) {
     // Real below -1: w = ln(-z) - ln(-w)
     const double first = toDouble(log.re), second = std::log(-first);
     return first - second + second / first;
@@ -188,12 +197,6 @@ Point firstGuess(std::int64_t k, const Complex& z) {
   const Point first(toDouble(log.re), toDouble(log.im) + 2 * 3.141592653589793 * static_cast<double>(k));
   const Point second = std::log(first);
   return first - second + second / first;
-}
-
-bool isRealBranch(std::int64_t k, const Complex& z) {
-  if (!isReal(z) || (k != 0 && k != -1)) return false;
-  if (k == 0 && signOf(z.re) >= 0) return true;
-  return signOf((z * exp(Real(1)) + 1).re) >= 0 && (k == 0 || isNegative(z.re));
 }
 
 // Whether w lies on branch k: w + ln w = ln z + 2 Pi i k, but where both are real and k = -1.

@@ -89,8 +89,8 @@ Complex asymptoticSum(const Complex& a1, const Complex& a2, const Complex& w, bo
   const double factor = 2 * alpha * std::exp(exponent);
   const double parameters = 1 + doubleOf(upperBound(a1)) + doubleOf(upperBound(a2));
   Complex term(1), sum(1);
-  const Scratch scratch;
   const Complex inverse = Complex(-1) / w;
+  const Scratch scratch;
   for (std::int64_t k = 0; k < mostTerms; ++k) {
     const Complex next = cut(term * (a1 + Real(k)) * (a2 + Real(k)) * inverse / (k + 1), -workLimbs() - 1);
     if (isExactZero(next)) {

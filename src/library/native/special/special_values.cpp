@@ -30,6 +30,8 @@ constexpr int mostArguments = 24;
 // Digits that the result is to hold beyond those wanted: the final rounding is half a unit by itself.
 constexpr double surplus = 2.3;
 
+// Below this power of ten no float has a name.
+constexpr double leastExponent = -2.2e9;
 // Digits beyond which no more precision is tried.
 double mostDigits(double wanted) { return 40 * wanted + 20000; }
 // A part that is so much smaller than the other is none.
@@ -54,7 +56,7 @@ struct Task {
   int count, upper;  // of a hypergeometric function: arguments are the upper and lower parameters, and z
 };
 
-enum class Outcome { value, pole, none };
+enum class Outcome { value, pole, overflow, underflow, none };
 
 Outcome evaluateOnce(const Task& task, Complex& value, int& sign) {
   Complex a[mostArguments];
@@ -79,8 +81,10 @@ Outcome evaluate(const Task& task, Complex& value, int& sign) {
     reals::workingLimbs = reals::limbsForDigits(static_cast<std::int64_t>(digits));
     const Outcome outcome = evaluateOnce(task, value, sign);
     if (outcome != Outcome::value) return outcome;
-    if (special::hopeless || (special::exponentRange != 0 && special::isInfinite(special::upperBound(value))))
-      return Outcome::none;
+    if (special::exponentRange > 0 && special::isInfinite(special::upperBound(value))) return Outcome::overflow;
+    if (special::exponentRange < 0 && special::log10Of(special::upperBound(value)) < leastExponent)
+      return Outcome::underflow;
+    if (special::hopeless) return Outcome::none;
     dropVanishing(value.re, value.im, wanted);
     dropVanishing(value.im, value.re, wanted);
     const double lack = std::max(lackOf(value.re, wanted), lackOf(value.im, wanted));
@@ -99,20 +103,21 @@ DAG floatOfParts(const Complex& value) {
   return new3(COMPLEX, re, im);
 }
 
-DAG resultOf(const BuiltinCall& call, const Task& task, DAG name, DAG operands) {
+DAG resultOf(const Task& task, DAG name, DAG operands) {
   Complex value;
   int sign = 0;
   const Outcome outcome = evaluate(task, value, sign);
   DAG result;
   if (outcome == Outcome::value) result = floatOfParts(value);
-  const int range = special::exponentRange;
   releaseAllLimbs();
-  static_cast<void>(call);
   if (outcome == Outcome::value) return result;
-  if (outcome == Outcome::none && range <= 0) return ini("FAIL");
-  DAG infinite = sign < 0 ? consfminf : consfinf;
-  DAG sequence = new4(EXPSEQ, name, new2(LIST, operands), infinite);
-  return TriggerNumericEvent(outcome == Outcome::pole ? divisionByZero : overflowEvent, sequence, DAG(), DAG(), DAG(), false);
+  if (outcome == Outcome::none) return ini("FAIL");
+  DAG limit = outcome == Outcome::underflow ? consf0 : sign < 0 ? consfminf : consfinf;
+  DAG sequence = new4(EXPSEQ, name, new2(LIST, operands), limit);
+  const int event = outcome == Outcome::pole       ? divisionByZero
+                    : outcome == Outcome::overflow ? overflowEvent
+                                                   : underflowEvent;
+  return TriggerNumericEvent(event, sequence, DAG(), DAG(), DAG(), false);
 }
 
 bool isFiniteNumber(DAG x) {
@@ -130,17 +135,18 @@ bool isFiniteNumber(DAG x) {
 DAG native::specialValue(const BuiltinCall& call) {
   const Word count = argumentCount(call);
   if (count < 2 || !isText(call.arguments[1]) || count - 1 > mostArguments) wrongParameters(call);
-  const Task task{special::specialFunction(textOf(call.arguments[1]), static_cast<int>(count) - 1),
-                  &call.arguments[2], static_cast<int>(count) - 1, 0};
+  const Task task{special::specialFunction(textOf(call.arguments[1]), static_cast<int>(count) - 1), &call.arguments[2],
+                  static_cast<int>(count) - 1, 0};
   if (task.function == nullptr) return ini("FAIL");
   for (int i = 0; i < task.count; ++i)
     if (!isFiniteNumber(task.arguments[i])) return ini("FAIL");
-  return resultOf(call, task, call.arguments[1], copysub(call.arguments, 1, count - 1));
+  return resultOf(task, call.arguments[1], copysub(call.arguments, 1, count - 1));
 }
 
 // special/hypergeom([a, ...], [b, ...], z): the float of a hypergeometric function; FAIL as above.
 DAG native::specialHypergeom(const BuiltinCall& call) {
-  if (argumentCount(call) != 3 || !isTag(call.arguments[1], LIST) || !isTag(call.arguments[2], LIST)) wrongParameters(call);
+  if (argumentCount(call) != 3 || !isTag(call.arguments[1], LIST) || !isTag(call.arguments[2], LIST))
+    wrongParameters(call);
   DAG upper = call.arguments[1], lower = call.arguments[2];
   const Word p = memberCount(upper[1]), q = memberCount(lower[1]);
   if (p + q + 1 > mostArguments) return ini("FAIL");
@@ -151,7 +157,7 @@ DAG native::specialHypergeom(const BuiltinCall& call) {
   numbers[count++] = call.arguments[3];
   for (int i = 0; i < count; ++i)
     if (!isFiniteNumber(numbers[i])) return ini("FAIL");
-  return resultOf(call, {nullptr, numbers, count, static_cast<int>(p)}, naminstall("hypergeom"), call.arguments);
+  return resultOf({nullptr, numbers, count, static_cast<int>(p)}, naminstall("hypergeom"), call.arguments);
 }
 
 }  // namespace korel

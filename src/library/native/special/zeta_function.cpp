@@ -19,9 +19,7 @@ struct Jet {
   Complex* c;
   std::int64_t n;
 };
-Jet newJet(std::int64_t n) {
-  return {numberSpace<Complex>(n + 1), n};
-}
+Jet newJet(std::int64_t n) { return {numberSpace<Complex>(n + 1), n}; }
 // x (a + t) in place.
 void timesLinear(const Jet& x, const Complex& a) {
   for (std::int64_t i = x.n; i >= 0; --i) x.c[i] = i == 0 ? x.c[i] * a : x.c[i] * a + x.c[i - 1];
@@ -63,8 +61,8 @@ Jet sumOfPowers(const Complex& s, const Complex& a, std::int64_t count, std::int
       std::int64_t prime = 2;
       while (prime * prime <= k + 1 && (k + 1) % prime != 0) ++prime;
       term = newJet(0);
-      term.c[0] = prime * prime <= k + 1 ? powers[prime] * powers[(k + 1) / prime]
-                                         : powerJet(Complex(k + 1), s, 0).c[0];
+      term.c[0] =
+          prime * prime <= k + 1 ? powers[prime] * powers[(k + 1) / prime] : powerJet(Complex(k + 1), s, 0).c[0];
     } else {
       term = powerJet(a + Real(k), s, n);
     }
@@ -105,7 +103,8 @@ Jet tail(const Complex& s, const Complex& base, std::int64_t n) {
     passLimbWork(static_cast<std::size_t>(20 * (n + 1)));
     const auto order = static_cast<double>(k);
     const double logPower = std::pow(logs + std::log(2 * order + 2), static_cast<double>(n));
-    const double strength = sigma + 2 * order > 1 ? 8 * (1 + (doubleOf(upperBound(s)) + 2 * order) / (sigma + 2 * order - 1)) : 0;
+    const double strength =
+        sigma + 2 * order > 1 ? 8 * (1 + (doubleOf(upperBound(s)) + 2 * order) / (sigma + 2 * order - 1)) : 0;
     const Bound left = largest * boundOf(strength * logPower * std::exp(std::min(turn, 600.0)));
     if (strength != 0 && (left.m == 0 || left.e < -workLimbs() - 1 || !(largest < before) || k > 20 * guess)) {
       for (std::int64_t i = 0; i <= n; ++i) sum.c[i] = widened(sum.c[i], left);
