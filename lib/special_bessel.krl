@@ -26,8 +26,8 @@ end proc:
     if v < 0 then return s^v*f(-v, x)
     elif `special/negative`(x) then return (-1)^v*f(v, -x)
     end if
-  elif v = 1/2 then return `if`(s < 0, sin(x), sinh(x))*(2/(Pi*x))^(1/2)
-  elif v = -1/2 then return `if`(s < 0, cos(x), cosh(x))*(2/(Pi*x))^(1/2)
+  elif v = 1/2 then return `if`(s < 0, sin(x), sinh(x))*2^(1/2)/(Pi*x)^(1/2)
+  elif v = -1/2 then return `if`(s < 0, cos(x), cosh(x))*2^(1/2)/(Pi*x)^(1/2)
   end if;
   `special/standing`(f, a)
 end proc:
@@ -50,11 +50,11 @@ end proc:
   elif x = infinity then return 0
   elif f = 'BesselY' then
     if type(v, negint) then return (-1)^v*f(-v, x)
-    elif v = 1/2 then return -cos(x)*(2/(Pi*x))^(1/2)
-    elif v = -1/2 then return sin(x)*(2/(Pi*x))^(1/2)
+    elif v = 1/2 then return -cos(x)*2^(1/2)/(Pi*x)^(1/2)
+    elif v = -1/2 then return sin(x)*2^(1/2)/(Pi*x)^(1/2)
     end if
   elif `special/negative`(v) then return f(-v, x)
-  elif v = 1/2 then return exp(-x)*(Pi/(2*x))^(1/2)
+  elif v = 1/2 then return exp(-x)*Pi^(1/2)/(2*x)^(1/2)
   end if;
   `special/standing`(f, a)
 end proc:
