@@ -1,5 +1,5 @@
 # Absolute values, parts and conjugates of expressions that are no numbers. Names without a value may stand for any
-# complex number.
+# complex number that the assumptions about them allow.
 
 # The sign is read off two evaluations of different precision that agree.
 `simpl/signum` := proc(x)
@@ -19,6 +19,8 @@ end proc:
   local t, p, u, v, rest;
   if type(x, numeric) then [x, 0]
   elif type(x, complex(numeric)) then [Re(x), Im(x)]
+  elif `kernel/native`("known", x, real) then [x, 0]
+  elif `kernel/native`("known", x, imaginary) then [0, -I*x]
   elif type(x, `+`) then
     p := map(`simpl/parts`, [op(x)]);
     [add(t[1], t = p), add(t[2], t = p)]
@@ -68,12 +70,15 @@ end proc:
   if nargs <> 1 or not type(x, algebraic) then return 'abs'(args) end if;
   sign := `simpl/signum`(x);
   if sign <> FAIL then sign*x
+  elif `kernel/native`("known", x, nonnegative) then x
+  elif `kernel/native`("known", x, nonpositive) then -x
   elif type(x, complex(rational)) then (Re(x)^2 + Im(x)^2)^(1/2)
   elif type(x, `*`) then
     # Constants come out.
     inside, outside := 1, 1;
     for t in op(x) do
-      if type(t, complex(numeric)) or `simpl/signum`(t) <> FAIL then outside := outside*abs(t) else inside := inside*t end if
+      if type(t, complex(numeric)) or `simpl/signum`(t) <> FAIL or `kernel/native`("known", t, nonnegative) or
+        `kernel/native`("known", t, nonpositive) then outside := outside*abs(t) else inside := inside*t end if
     end do;
     `if`(type(inside, `*`), outside*'abs'(inside), outside*abs(inside))
   elif type(x, `+`) and type([seq(op(1, t), t = x)], list(negative)) then 'abs'(-x)

@@ -10,7 +10,7 @@
   end if;
   if type(x, float) then
     if not type(x, numeric) then return `if`(type(x, identical(Float(undefined))), undefined, SFloatMantissa(x)*infinity) end if;
-    whole := `evalf/exact`(x);
+    whole := `evalf/aid/exact`(x);
     if nargs > 1 and precision = 'exact' or type(whole, integer) then return whole end if;
     n := `if`(nargs > 1, precision, Digits);
     half := 10^(ilog10(x) + 1 - n)/2;

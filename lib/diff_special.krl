@@ -2,66 +2,66 @@
 # closed form, the call stays.
 `diff/erf` := proc(u, x)
   description "diff/erf(u, x): the derivative of the error function of u";
-  if nargs = 2 then 2*exp(-u^2)/Pi^(1/2)*diff(u, x) else `diff/staying`('erf'(args[1..-2]), args[-1]) end if
+  if nargs = 2 then 2*exp(-u^2)/Pi^(1/2)*diff(u, x) else `diff/aid/staying`('erf'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/erfc` := proc(u, x)
   description "diff/erfc(u, x): the derivative of the complementary error function of u";
-  if nargs = 2 then -2*exp(-u^2)/Pi^(1/2)*diff(u, x) else `diff/staying`('erfc'(args[1..-2]), args[-1]) end if
+  if nargs = 2 then -2*exp(-u^2)/Pi^(1/2)*diff(u, x) else `diff/aid/staying`('erfc'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/erfi` := proc(u, x)
   description "diff/erfi(u, x): the derivative of the imaginary error function of u";
-  if nargs = 2 then 2*exp(u^2)/Pi^(1/2)*diff(u, x) else `diff/staying`('erfi'(args[1..-2]), args[-1]) end if
+  if nargs = 2 then 2*exp(u^2)/Pi^(1/2)*diff(u, x) else `diff/aid/staying`('erfi'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/lnGAMMA` := proc(u, x)
   description "diff/lnGAMMA(u, x): the derivative of the logarithm of the gamma function of u";
-  if nargs = 2 then Psi(u)*diff(u, x) else `diff/staying`('lnGAMMA'(args[1..-2]), args[-1]) end if
+  if nargs = 2 then Psi(u)*diff(u, x) else `diff/aid/staying`('lnGAMMA'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/factorial` := proc(u, x)
   description "diff/factorial(u, x): the derivative of the factorial of u";
-  if nargs = 2 then factorial(u)*Psi(u + 1)*diff(u, x) else `diff/staying`('factorial'(args[1..-2]), args[-1]) end if
+  if nargs = 2 then factorial(u)*Psi(u + 1)*diff(u, x) else `diff/aid/staying`('factorial'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/Si` := proc(u, x)
   description "diff/Si(u, x): the derivative of the sine integral of u";
-  if nargs = 2 then sin(u)/u*diff(u, x) else `diff/staying`('Si'(args[1..-2]), args[-1]) end if
+  if nargs = 2 then sin(u)/u*diff(u, x) else `diff/aid/staying`('Si'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/Ci` := proc(u, x)
   description "diff/Ci(u, x): the derivative of the cosine integral of u";
-  if nargs = 2 then cos(u)/u*diff(u, x) else `diff/staying`('Ci'(args[1..-2]), args[-1]) end if
+  if nargs = 2 then cos(u)/u*diff(u, x) else `diff/aid/staying`('Ci'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/Li` := proc(u, x)
   description "diff/Li(u, x): the derivative of the logarithmic integral of u";
-  if nargs = 2 then 1/ln(u)*diff(u, x) else `diff/staying`('Li'(args[1..-2]), args[-1]) end if
+  if nargs = 2 then 1/ln(u)*diff(u, x) else `diff/aid/staying`('Li'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/dilog` := proc(u, x)
   description "diff/dilog(u, x): the derivative of the dilogarithm of u";
-  if nargs = 2 then ln(u)/(1 - u)*diff(u, x) else `diff/staying`('dilog'(args[1..-2]), args[-1]) end if
+  if nargs = 2 then ln(u)/(1 - u)*diff(u, x) else `diff/aid/staying`('dilog'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/LambertW` := proc(u, x)
   description "diff/LambertW(u, x): the derivative of Lambert's W function of u";
-  if nargs = 2 then LambertW(u)/(u*(1 + LambertW(u)))*diff(u, x) else `diff/staying`('LambertW'(args[1..-2]), args[-1]) end if
+  if nargs = 2 then LambertW(u)/(u*(1 + LambertW(u)))*diff(u, x) else `diff/aid/staying`('LambertW'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/Heaviside` := proc(u, x)
   description "diff/Heaviside(u, x): the derivative of the unit step of u";
-  if nargs = 2 then Dirac(u)*diff(u, x) else `diff/staying`('Heaviside'(args[1..-2]), args[-1]) end if
+  if nargs = 2 then Dirac(u)*diff(u, x) else `diff/aid/staying`('Heaviside'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/GAMMA` := proc(a, u, x)
   description "diff/GAMMA(u, x), diff/GAMMA(a, u, x): the derivative of the gamma function, or of the upper incomplete one";
   if nargs = 2 then GAMMA(a)*Psi(a)*diff(a, u)
-  elif has(a, x) then `diff/staying`('GAMMA'(a, u), x)
+  elif has(a, x) then `diff/aid/staying`('GAMMA'(a, u), x)
   else -u^(a - 1)*exp(-u)*diff(u, x)
   end if
 end proc:
 `diff/Psi` := proc(n, u, x)
   description "diff/Psi(u, x), diff/Psi(n, u, x): the derivative of the digamma function, or of the n-th polygamma function";
   if nargs = 2 then Psi(1, n)*diff(n, u)
-  elif has(n, x) then `diff/staying`('Psi'(n, u), x)
+  elif has(n, x) then `diff/aid/staying`('Psi'(n, u), x)
   else Psi(n + 1, u)*diff(u, x)
   end if
 end proc:
 `diff/Zeta` := proc(n, u, x)
   description "diff/Zeta(u, x), diff/Zeta(n, u, x): the derivative of the zeta function, or of its n-th derivative";
   if nargs = 2 then Zeta(1, n)*diff(n, u)
-  elif has(n, x) then `diff/staying`('Zeta'(n, u), x)
+  elif has(n, x) then `diff/aid/staying`('Zeta'(n, u), x)
   else Zeta(n + 1, u)*diff(u, x)
   end if
 end proc:
@@ -76,13 +76,13 @@ end proc:
 `diff/Ei` := proc(n, u, x)
   description "diff/Ei(u, x), diff/Ei(n, u, x): the derivative of the exponential integral Ei(u), or of E_n(u)";
   if nargs = 2 then exp(n)/n*diff(n, u)
-  elif has(n, x) then `diff/staying`('Ei'(n, u), x)
+  elif has(n, x) then `diff/aid/staying`('Ei'(n, u), x)
   else -Ei(n - 1, u)*diff(u, x)
   end if
 end proc:
 `diff/polylog` := proc(n, u, x)
   description "diff/polylog(n, u, x): the derivative of the polylogarithm of index n";
-  if has(n, x) then `diff/staying`('polylog'(n, u), x)
+  if has(n, x) then `diff/aid/staying`('polylog'(n, u), x)
   else polylog(n - 1, u)/u*diff(u, x)
   end if
 end proc:
@@ -90,25 +90,25 @@ end proc:
 # Bessel functions by their recurrences (Abramowitz and Stegun, 9.1.27 and 9.6.26).
 `diff/BesselJ` := proc(v, u, x)
   description "diff/BesselJ(v, u, x): the derivative of the Bessel function J of order v";
-  if has(v, x) then `diff/staying`('BesselJ'(v, u), x)
+  if has(v, x) then `diff/aid/staying`('BesselJ'(v, u), x)
   else (-BesselJ(v + 1, u) + v*BesselJ(v, u)/u)*diff(u, x)
   end if
 end proc:
 `diff/BesselY` := proc(v, u, x)
   description "diff/BesselY(v, u, x): the derivative of the Bessel function Y of order v";
-  if has(v, x) then `diff/staying`('BesselY'(v, u), x)
+  if has(v, x) then `diff/aid/staying`('BesselY'(v, u), x)
   else (-BesselY(v + 1, u) + v*BesselY(v, u)/u)*diff(u, x)
   end if
 end proc:
 `diff/BesselI` := proc(v, u, x)
   description "diff/BesselI(v, u, x): the derivative of the modified Bessel function I of order v";
-  if has(v, x) then `diff/staying`('BesselI'(v, u), x)
+  if has(v, x) then `diff/aid/staying`('BesselI'(v, u), x)
   else (BesselI(v + 1, u) + v*BesselI(v, u)/u)*diff(u, x)
   end if
 end proc:
 `diff/BesselK` := proc(v, u, x)
   description "diff/BesselK(v, u, x): the derivative of the modified Bessel function K of order v";
-  if has(v, x) then `diff/staying`('BesselK'(v, u), x)
+  if has(v, x) then `diff/aid/staying`('BesselK'(v, u), x)
   else (-BesselK(v + 1, u) + v*BesselK(v, u)/u)*diff(u, x)
   end if
 end proc:

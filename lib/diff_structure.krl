@@ -3,28 +3,28 @@
 # Integrals and sums: (e, y, x), or (e, y = a..b, x).
 `diff/int` := proc(e, range, x)
   description "diff/int(e, y, x), diff/int(e, y = a..b, x): the derivative of an integral, by its variable, a parameter or its bounds";
-  `diff/integral`('int', args)
+  `diff/aid/integral`('int', args)
 end proc:
 `diff/Int` := proc(e, range, x)
   description "diff/Int(e, y, x), diff/Int(e, y = a..b, x): the derivative of an integral that is not evaluated";
-  `diff/integral`('Int', args)
+  `diff/aid/integral`('Int', args)
 end proc:
-`diff/integral` := proc(f, e, range, x)
-  description "diff/integral(f, e, y, x), diff/integral(f, e, y = a..b, x): the derivative of f(e, ...), an integral (Leibniz)";
+`diff/aid/integral` := proc(f, e, range, x)
+  description "diff/aid/integral(f, e, y, x), diff/aid/integral(f, e, y = a..b, x): the derivative of f(e, ...), an integral (Leibniz)";
   local y, inner;
-  if nargs <> 4 then return `diff/staying`('f'(op(2..nargs - 1, [args])), args[nargs]) end if;
+  if nargs <> 4 then return `diff/aid/staying`('f'(op(2..nargs - 1, [args])), args[nargs]) end if;
   if range = x then return e end if;
   y := `if`(type(range, `=`), lhs(range), range);
   # The variable of integration hides an x of the same name.
   inner := `if`(y = x, 0, diff(e, x));
   if inner <> 0 then inner := f(inner, range) end if;
   if not type(range, `=`) then inner
-  elif not type(rhs(range), `..`) then `diff/staying`('f'(e, range), x)
-  else inner + `diff/bound`(e, y, op(2, rhs(range)), x) - `diff/bound`(e, y, op(1, rhs(range)), x)
+  elif not type(rhs(range), `..`) then `diff/aid/staying`('f'(e, range), x)
+  else inner + `diff/aid/bound`(e, y, op(2, rhs(range)), x) - `diff/aid/bound`(e, y, op(1, rhs(range)), x)
   end if
 end proc:
-`diff/bound` := proc(e, y, a, x)
-  description "diff/bound(e, y, a, x): what a bound a of an integral over y adds to its derivative";
+`diff/aid/bound` := proc(e, y, a, x)
+  description "diff/aid/bound(e, y, a, x): what a bound a of an integral over y adds to its derivative";
   local slope;
   slope := diff(a, x);
   if slope = 0 then 0 else eval(subs(y = a, e))*slope end if
@@ -32,34 +32,34 @@ end proc:
 
 `diff/sum` := proc(e, range, x)
   description "diff/sum(e, k, x), diff/sum(e, k = a..b, x): the derivative of a sum, term by term; it stays where x bounds it";
-  `diff/termwise`('sum', args)
+  `diff/aid/termwise`('sum', args)
 end proc:
 `diff/Sum` := proc(e, range, x)
   description "diff/Sum(e, k, x), diff/Sum(e, k = a..b, x): the derivative of a sum that is not evaluated";
-  `diff/termwise`('Sum', args)
+  `diff/aid/termwise`('Sum', args)
 end proc:
-`diff/termwise` := proc(f, e, range, x)
-  description "diff/termwise(f, e, k, x), diff/termwise(f, e, k = a..b, x): the derivative of f(e, ...), a sum";
+`diff/aid/termwise` := proc(f, e, range, x)
+  description "diff/aid/termwise(f, e, k, x), diff/aid/termwise(f, e, k = a..b, x): the derivative of f(e, ...), a sum";
   local inner;
   if nargs <> 4 or range = x or type(range, `=`) and (lhs(range) = x or has(rhs(range), x)) then
-    return `diff/staying`('f'(op(2..nargs - 1, [args])), args[nargs])
+    return `diff/aid/staying`('f'(op(2..nargs - 1, [args])), args[nargs])
   end if;
   inner := diff(e, x);
   if inner = 0 then 0 else f(inner, range) end if
 end proc:
 `diff/product` := proc(e, range, x)
   description "diff/product(e, k = a..b, x): the derivative of a product of factors that depend on x";
-  `diff/factorwise`('product', 'sum', args)
+  `diff/aid/factorwise`('product', 'sum', args)
 end proc:
 `diff/Product` := proc(e, range, x)
   description "diff/Product(e, k = a..b, x): the derivative of a product that is not evaluated";
-  `diff/factorwise`('Product', 'Sum', args)
+  `diff/aid/factorwise`('Product', 'Sum', args)
 end proc:
-`diff/factorwise` := proc(f, g, e, range, x)
-  description "diff/factorwise(f, g, e, k = a..b, x): the derivative of the product f(e, ...) by way of the sum g of logarithmic derivatives";
+`diff/aid/factorwise` := proc(f, g, e, range, x)
+  description "diff/aid/factorwise(f, g, e, k = a..b, x): the derivative of the product f(e, ...) by way of the sum g of logarithmic derivatives";
   local inner;
   if nargs <> 5 or range = x or type(range, `=`) and (lhs(range) = x or has(rhs(range), x)) then
-    return `diff/staying`('f'(op(3..nargs - 1, [args])), args[nargs])
+    return `diff/aid/staying`('f'(op(3..nargs - 1, [args])), args[nargs])
   end if;
   inner := diff(e, x);
   if inner = 0 then 0 else f(e, range)*g(inner/e, range) end if
@@ -75,27 +75,37 @@ end proc:
 end proc:
 `diff/max` := proc()
   description "diff/max(a, b, ..., x): the derivative of the largest of expressions, a case distinction";
-  `diff/extreme`(max, (a, b) -> b <= a, [op(1..nargs - 1, [args])], args[nargs])
+  `diff/aid/extreme`(max, (a, b) -> b <= a, [op(1..nargs - 1, [args])], args[nargs])
 end proc:
 `diff/min` := proc()
   description "diff/min(a, b, ..., x): the derivative of the least of expressions, a case distinction";
-  `diff/extreme`(min, (a, b) -> a <= b, [op(1..nargs - 1, [args])], args[nargs])
+  `diff/aid/extreme`(min, (a, b) -> a <= b, [op(1..nargs - 1, [args])], args[nargs])
 end proc:
-`diff/extreme` := proc(f, before, a::list, x)
-  description "diff/extreme(f, before, [a, b, ...], x): the derivative of the first member by the order before, f being that member";
+`diff/aid/extreme` := proc(f, before, a::list, x)
+  description "diff/aid/extreme(f, before, [a, b, ...], x): the derivative of the first member by the order before, f being that member";
   local rest;
   if nops(a) = 1 then return diff(a[1], x) end if;
   rest := [op(2..nops(a), a)];
-  piecewise(before(a[1], f(op(rest))), diff(a[1], x), `diff/extreme`(f, before, rest, x))
+  piecewise(before(a[1], f(op(rest))), diff(a[1], x), `diff/aid/extreme`(f, before, rest, x))
 end proc:
 
 # f(y, x) = 0 gives y' = -f_x/f_y.
 `diff/RootOf` := proc(e, x)
   description "diff/RootOf(e, x): the derivative of a root of e in _Z";
   local root;
-  if nargs <> 2 then return `diff/staying`('RootOf'(op(1..nargs - 1, [args])), args[nargs]) end if;
+  if nargs <> 2 then return `diff/aid/staying`('RootOf'(op(1..nargs - 1, [args])), args[nargs]) end if;
   root := RootOf(e);
   -subs(_Z = root, diff(e, x)/diff(e, _Z))
+end proc:
+
+# An order term in a power of x - a loses one order.
+`diff/O` := proc(u, x)
+  description "diff/O(u, x): the derivative of O(u), for a power u of x - a";
+  local b, n;
+  if type(u, `^`) then b, n := op(u) else b := u; n := 1 end if;
+  if nargs = 2 and type(n, rational) and degree(b, x) = 1 and coeff(b, x, 1) = 1 then 'O'(b^(n - 1))
+  else `diff/aid/staying`('O'(args[1..nargs - 1]), args[nargs])
+  end if
 end proc:
 
 # Functions without a rule of their own. D(f) is the derivative of f, D[i](f) the one by its i-th argument.
@@ -108,10 +118,10 @@ end proc:
   if f = 'diff' or f = 'D' then return FAIL end if;
   held := select(has, [seq(i = args[i], i = 1..n)], x);
   if nops(held) = 1 and rhs(held[1]) = x then return FAIL end if;
-  add(`diff/partial`(f, lhs(i), n)(args[1..n])*diff(rhs(i), x), i = held)
+  add(`diff/aid/partial`(f, lhs(i), n)(args[1..n])*diff(rhs(i), x), i = held)
 end proc:
-`diff/partial` := proc(f, i, n)
-  description "diff/partial(f, i, n): the derivative of the function f of n arguments by the i-th, in the notation of D";
+`diff/aid/partial` := proc(f, i, n)
+  description "diff/aid/partial(f, i, n): the derivative of the function f of n arguments by the i-th, in the notation of D";
   if n > 1 then 'D'[i](f) else 'D'(f) end if
 end proc:
 
@@ -120,31 +130,31 @@ end proc:
   description "diff/@@(e, x): the derivative of e, a call (f@@n)(u) of a function repeated n times";
   local f, n, u;
   f, n := op(op(0, e));
-  if nops(e) <> 1 or not type(n, integer) then return `diff/staying`(e, x) end if;
+  if nops(e) <> 1 or not type(n, integer) then return `diff/aid/staying`(e, x) end if;
   u := op(e);
-  `diff/repeated`(f, n, u)*diff(u, x)
+  `diff/aid/repeated`(f, n, u)*diff(u, x)
 end proc:
-`diff/repeated` := proc(f, n, u)
-  description "diff/repeated(f, n, u): the derivative at u of f applied n times";
+`diff/aid/repeated` := proc(f, n, u)
+  description "diff/aid/repeated(f, n, u): the derivative at u of f applied n times";
   local k, t;
   t := u;
   if n >= 0 then
     k := 1;
     to n do
-      k := k*`diff/at`(f, t);
+      k := k*`diff/aid/at`(f, t);
       t := f(t)
     end do
   else
     k := 1;
-    for t from -1 to n by -1 do k := k/`diff/at`(f, (f@@t)(u)) end do
+    for t from -1 to n by -1 do k := k/`diff/aid/at`(f, (f@@t)(u)) end do
   end if;
   k
 end proc:
-`diff/at` := proc(f, u)
-  description "diff/at(f, u): the value at u of the derivative of the function f";
+`diff/aid/at` := proc(f, u)
+  description "diff/aid/at(f, u): the value at u of the derivative of the function f";
   local t, slope;
   slope := diff(f(t), t);
-  if has(slope, 'diff') then `diff/partial`(f, 1, 1)(u) else eval(subs(t = u, slope)) end if
+  if has(slope, 'diff') then `diff/aid/partial`(f, 1, 1)(u) else eval(subs(t = u, slope)) end if
 end proc:
 
 # Coefficients that hold x, and whose derivatives do: x times such a derivative weighs as much as the coefficient.
@@ -154,6 +164,6 @@ end proc:
   v := op(0, s);
   shift := v - x;
   if has(shift, x) then error "cannot differentiate series" end if;
-  `series/fromterms`(v, [seq(op([`if`(op(2*i - 1, s) = O(1), O(1),
+  `series/aid/fromterms`(v, [seq(op([`if`(op(2*i - 1, s) = O(1), O(1),
     op(2*i, s)*op(2*i - 1, s) + v*diff(op(2*i - 1, s), x)), op(2*i, s) - 1]), i = 1..nops(s)/2)])
 end proc:

@@ -169,7 +169,7 @@ contfrac := proc(x, n::posint)
   limit := `if`(nargs > 1, args[2], infinity);
   all := [];
   if type(x, numeric) then
-    q := `evalf/exact`(x);
+    q := `evalf/aid/exact`(x);
     while nops(all) < limit do
       a := floor(q); all := [op(all), a];
       if q = a then break end if;
@@ -177,7 +177,7 @@ contfrac := proc(x, n::posint)
     end do;
     return all
   end if;
-  exact := `evalf/exact`(evalf(x));
+  exact := `evalf/aid/exact`(evalf(x));
   a := 10^(ilog10(evalf(x)) + 1 - Digits);
   low := exact - a; high := exact + a;
   # What both ends agree on belongs to x.

@@ -3,12 +3,12 @@
 # indeterminate stands in the polynomials, calls that take one stay as they are.
 
 # [x, alpha]: the one indeterminate and the one RootOf, each as a list that may be empty; NULL where there are more.
-`mod/setting` := proc(a::list, given::list)
+`mod/aid/setting` := proc(a::list, given::list)
   local found, roots, inner, names;
-  found := `kernel/native`("mod/variables", op(a), op(given));
+  found := `kernel/native`("mod/aid/variables", op(a), op(given));
   roots := select(type, found, specfunc(anything, RootOf));
   if nops(roots) > 1 then return NULL end if;
-  inner := `kernel/native`("mod/variables", seq(op(t), t = roots));
+  inner := `kernel/native`("mod/aid/variables", seq(op(t), t = roots));
   names := remove(member, remove(type, found, specfunc(anything, RootOf)), inner);
   if given <> [] and type(given[1], name) then
     if names minus {given[1]} <> {} then return NULL end if;
@@ -19,18 +19,18 @@
 end proc:
 
 # The dense polynomial in y that RootOf(f) is a root of.
-`mod/minimal` := proc(alpha, y, p)
+`mod/aid/minimal` := proc(alpha, y, p)
   local f, v;
   f := op(1, alpha);
   if type(f, equation) then f := op(1, f) - op(2, f) end if;
-  v := `kernel/native`("mod/variables", f);
+  v := `kernel/native`("mod/aid/variables", f);
   if nops(v) <> 1 then error "RootOf of a polynomial in one variable expected, but received %1", alpha end if;
   modp1(ConvertIn(subs(v[1] = y, f), y), p)
 end proc:
 
 # What came out of a selector, as an expression.
-`mod/shown` := proc(r, p)
-  if type(r, list) then map(`mod/shown`, r, p)
+`mod/aid/shown` := proc(r, p)
+  if type(r, list) then map(`mod/aid/shown`, r, p)
   elif type(r, modp2) then evalgf1(ConvertOut(r), p)
   elif type(r, zppoly) then modp1(ConvertOut(r), p)
   else r
@@ -38,22 +38,22 @@ end proc:
 end proc:
 
 # The selector f on polynomials in x; `field` is the list of the RootOf, if there is one. An operand [n] is the integer n.
-`mod/run` := proc(f, a::list, x, field::list, p)
+`mod/aid/run` := proc(f, a::list, x, field::list, p)
   local y, e, t, r;
   if field = [] then
-    return `mod/shown`(modp1(f(seq(`if`(type(t, list), op(t), ConvertIn(modp(t, p), x)), t = a)), p), p)
+    return `mod/aid/shown`(modp1(f(seq(`if`(type(t, list), op(t), ConvertIn(modp(t, p), x)), t = a)), p), p)
   end if;
-  e := `mod/minimal`(op(field), y, p);
+  e := `mod/aid/minimal`(op(field), y, p);
   r := seq(`if`(type(t, list), op(t), evalgf1(ConvertIn(subs(op(field) = y, modp(t, p)), x, y), p)), t = a);
-  subs(y = op(field), `mod/shown`(`kernel/native`("evalgf1/run", convert(f, string), r, e, p), p))
+  subs(y = op(field), `mod/aid/shown`(`kernel/native`("evalgf1/aid/run", convert(f, string), r, e, p), p))
 end proc:
 
 # The same for calls that find their indeterminate; NULL where there are several.
-`mod/ask` := proc(f, a::list, given::list, p)
+`mod/aid/ask` := proc(f, a::list, given::list, p)
   local s, x;
-  s := `mod/setting`(remove(type, a, list), given);
+  s := `mod/aid/setting`(remove(type, a, list), given);
   if s = NULL then return NULL end if;
-  `mod/run`(f, a, op(1, [op(s[1]), x]), s[2], p)
+  `mod/aid/run`(f, a, op(1, [op(s[1]), x]), s[2], p)
 end proc:
 
 # ---- division
@@ -62,7 +62,7 @@ end proc:
   description "Quo(a, b, x) mod p, Quo(a, b, x, 'r') mod p: the quotient of polynomials in x; the remainder is assigned";
   local p, q;
   p := args[nargs];
-  q := `mod/divided`(a, b, x, p);
+  q := `mod/aid/divided`(a, b, x, p);
   if q = NULL then return NULL end if;
   if nargs = 5 then r := q[2] mod p end if;
   q[1] mod p
@@ -72,7 +72,7 @@ end proc:
   description "Rem(a, b, x) mod p, Rem(a, b, x, 'q') mod p: the remainder of polynomials in x; the quotient is assigned";
   local p, r;
   p := args[nargs];
-  r := `mod/divided`(a, b, x, p);
+  r := `mod/aid/divided`(a, b, x, p);
   if r = NULL then return NULL end if;
   if nargs = 5 then q := r[1] mod p end if;
   r[2] mod p
@@ -82,7 +82,7 @@ end proc:
   description "Divide(a, b) mod p, Divide(a, b, 'q') mod p: whether b divides a; the quotient is assigned if it does";
   local p, r;
   p := args[nargs];
-  r := `mod/divided`(a, b, NULL, p);
+  r := `mod/aid/divided`(a, b, NULL, p);
   if r = NULL then return NULL end if;
   if r[2] <> 0 then return false end if;
   if nargs = 4 then q := r[1] mod p end if;
@@ -90,15 +90,15 @@ end proc:
 end proc:
 
 # [quotient, remainder]
-`mod/divided` := proc(a, b)
+`mod/aid/divided` := proc(a, b)
   local p, s, x, q, r;
   p := args[nargs];
-  s := `mod/setting`([a, b], [args[3 .. nargs - 1]]);
+  s := `mod/aid/setting`([a, b], [args[3 .. nargs - 1]]);
   if s = NULL then return NULL end if;
   x := op(1, [op(s[1]), x]);
-  if s[2] <> [] then return `mod/run`('Divide', [a, b], x, s[2], p) end if;
+  if s[2] <> [] then return `mod/aid/run`('Divide', [a, b], x, s[2], p) end if;
   q := modp1(Quo(ConvertIn(modp(a, p), x), ConvertIn(modp(b, p), x), 'r'), p);
-  `mod/shown`([q, r], p)
+  `mod/aid/shown`([q, r], p)
 end proc:
 
 # ---- greatest common divisors and resultants
@@ -107,9 +107,9 @@ end proc:
   description "Gcd(a, b) mod p, Gcd(a, b, 'u', 'v') mod p: the monic greatest common divisor; the cofactors are assigned";
   local p, g, over;
   p := args[nargs];
-  g := `mod/ask`('Gcd', [a, b], [], p);
+  g := `mod/aid/ask`('Gcd', [a, b], [], p);
   if g = NULL then return NULL end if;
-  over := proc(c, g, p) `if`(g = 0, c, `mod/divided`(c, g, p)[1]) mod p end;
+  over := proc(c, g, p) `if`(g = 0, c, `mod/aid/divided`(c, g, p)[1]) mod p end;
   if nargs > 3 then u := over(a, g, p) end if;
   if nargs > 4 then v := over(b, g, p) end if;
   g mod p
@@ -119,28 +119,28 @@ end proc:
   description "Lcm(a, b) mod p: the monic least common multiple of polynomials";
   local p, g, q;
   p := args[nargs];
-  g := `mod/ask`('Gcd', [a, b], [], p);
+  g := `mod/aid/ask`('Gcd', [a, b], [], p);
   if g = NULL then return NULL end if;
   if g = 0 then return 0 end if;
-  q := `mod/divided`(a, g, p)[1];
-  q := `mod/ask`('Multiply', [q, b], [], p);
-  `mod/monic`(q, p) mod p
+  q := `mod/aid/divided`(a, g, p)[1];
+  q := `mod/aid/ask`('Multiply', [q, b], [], p);
+  `mod/aid/monic`(q, p) mod p
 end proc:
 
 # a divided by its leading coefficient: the greatest common divisor with zero.
-`mod/monic` := proc(a, p) `mod/ask`('Gcd', [a, 0], [], p) end proc:
+`mod/aid/monic` := proc(a, p) `mod/aid/ask`('Gcd', [a, 0], [], p) end proc:
 
 `mod/Gcdex` := proc(a, b, x, s, t)
   description "Gcdex(a, b, x, 's', 't') mod p: the monic greatest common divisor g; s*a + t*b = g";
   local p, c, g, u, v;
   p := args[nargs];
-  c := `mod/setting`([a, b], [x]);
+  c := `mod/aid/setting`([a, b], [x]);
   if c = NULL then return NULL end if;
   if c[2] = [] then
     g := modp1(Gcdex(ConvertIn(modp(a, p), x), ConvertIn(modp(b, p), x), 'u', 'v'), p);
-    g := `mod/shown`([g, u, v], p)
+    g := `mod/aid/shown`([g, u, v], p)
   else
-    g := `mod/run`('Gcdex', [a, b], x, c[2], p)
+    g := `mod/aid/run`('Gcdex', [a, b], x, c[2], p)
   end if;
   if nargs > 4 then s := g[2] mod p end if;
   if nargs > 5 then t := g[3] mod p end if;
@@ -150,14 +150,14 @@ end proc:
 `mod/Resultant` := proc(a, b, x, p)
   description "Resultant(a, b, x) mod p: the resultant of polynomials in x";
   local r;
-  r := `mod/ask`('Resultant', [a, b], [x], p);
+  r := `mod/aid/ask`('Resultant', [a, b], [x], p);
   if r = NULL then NULL else r mod p end if
 end proc:
 
 `mod/Discrim` := proc(a, x, p)
   description "Discrim(a, x) mod p: the discriminant of a polynomial in x";
   local d, n, lead, c;
-  c := `mod/setting`([a], [x]);
+  c := `mod/aid/setting`([a], [x]);
   if c = NULL or c[2] <> [] then return NULL end if;
   d := modp1(ConvertIn(modp(a, p), x), p);
   n := modp1(Degree(d), p);
@@ -174,10 +174,10 @@ end proc:
   local result, square, k;
   result := 1; square := a; k := n;
   while k > 0 do
-    if irem(k, 2) = 1 then result := `mod/ask`('Multiply', [result, square], [], p) end if;
+    if irem(k, 2) = 1 then result := `mod/aid/ask`('Multiply', [result, square], [], p) end if;
     if result = NULL then return NULL end if;
     k := iquo(k, 2);
-    if k > 0 then square := `mod/ask`('Multiply', [square, square], [], p) end if;
+    if k > 0 then square := `mod/aid/ask`('Multiply', [square, square], [], p) end if;
     if square = NULL then return NULL end if
   end do;
   result mod p
@@ -187,7 +187,7 @@ end proc:
   description "Powmod(a, n, b) mod p, Powmod(a, n, b, x) mod p: a^n modulo b; a negative n asks for the inverse of a";
   local p, s, x, base, k;
   p := args[nargs];
-  s := `mod/setting`([a, b], [args[4 .. nargs - 1]]);
+  s := `mod/aid/setting`([a, b], [args[4 .. nargs - 1]]);
   if s = NULL then return NULL end if;
   x := op(1, [op(s[1]), x]);
   base := a; k := n;
@@ -195,16 +195,16 @@ end proc:
     if `mod/Gcdex`(a, b, x, 'base', p) <> 1 then error "the modular inverse does not exist" end if;
     k := -n
   end if;
-  `mod/run`('Powmod', [base, [k], b], x, s[2], p) mod p
+  `mod/aid/run`('Powmod', [base, [k], b], x, s[2], p) mod p
 end proc:
 
 `mod/Expand` := proc(a, p)
   description "Expand(a) mod p: the polynomial multiplied out, RootOf in it reduced";
   local s, x;
-  s := `mod/setting`([a], []);
+  s := `mod/aid/setting`([a], []);
   if s = NULL then return expand(a) mod p end if;
   x := op(1, [op(s[1]), x]);
-  if s[2] <> [] then `mod/run`('Add', [a, 0], x, s[2], p) mod p
+  if s[2] <> [] then `mod/aid/run`('Add', [a, 0], x, s[2], p) mod p
   else modp1(ConvertOut(ConvertIn(modp(a, p), x)), p) mod p
   end if
 end proc:
@@ -212,38 +212,38 @@ end proc:
 `mod/Normal` := proc(a, p)
   description "Normal(a) mod p: a rational function in lowest terms, its denominator monic";
   local f, n, d, g;
-  f := `mod/fraction`(a, p);
+  f := `mod/aid/fraction`(a, p);
   if f = NULL then return NULL end if;
   n, d := op(f);
-  g := `mod/ask`('Gcd', [n, d], [], p);
+  g := `mod/aid/ask`('Gcd', [n, d], [], p);
   if d = 0 then error "division by zero" end if;
-  n := `mod/divided`(n, g, p)[1]; d := `mod/divided`(d, g, p)[1];
-  g := `mod/monic`(d, p);
-  n := `mod/ask`('Multiply', [n, `mod/divided`(g, d, p)[1]], [], p);
+  n := `mod/aid/divided`(n, g, p)[1]; d := `mod/aid/divided`(d, g, p)[1];
+  g := `mod/aid/monic`(d, p);
+  n := `mod/aid/ask`('Multiply', [n, `mod/aid/divided`(g, d, p)[1]], [], p);
   (n mod p)/(g mod p)
 end proc:
 
 # [numerator, denominator] of a rational function in one indeterminate, not in lowest terms.
-`mod/fraction` := proc(a, p)
+`mod/aid/fraction` := proc(a, p)
   local r, t, f, one;
   one := proc(b, e, p)
     local f;
-    f := `mod/fraction`(b, p);
+    f := `mod/aid/fraction`(b, p);
     if e < 0 then f := [f[2], f[1]] end if;
     map(`mod/Power`, f, abs(e), p)
   end;
-  if `mod/setting`([a], []) = NULL then return NULL end if;
+  if `mod/aid/setting`([a], []) = NULL then return NULL end if;
   if type(a, `+`) then
     r := [0, 1];
     for t in [op(a)] do
-      f := `mod/fraction`(t, p);
+      f := `mod/aid/fraction`(t, p);
       r := [`mod/Expand`(r[1]*f[2] + r[2]*f[1], p), `mod/Expand`(r[2]*f[2], p)]
     end do;
     r
   elif type(a, `*`) then
     r := [1, 1];
     for t in [op(a)] do
-      f := `mod/fraction`(t, p);
+      f := `mod/aid/fraction`(t, p);
       r := [`mod/Expand`(r[1]*f[1], p), `mod/Expand`(r[2]*f[2], p)]
     end do;
     r
@@ -256,10 +256,10 @@ end proc:
   description "Eval(a, x = c) mod p: the value of a polynomial at c";
   local s, x, y, m, r;
   x := op(1, e);
-  s := `mod/setting`([a, op(2, e)], [x]);
+  s := `mod/aid/setting`([a, op(2, e)], [x]);
   if s = NULL then return NULL end if;
   if s[2] = [] then return modp1(Eval(ConvertIn(modp(a, p), x), modp(op(2, e), p)), p) mod p end if;
-  `mod/divided`(a, x - op(2, e), x, p)[2] mod p
+  `mod/aid/divided`(a, x - op(2, e), x, p)[2] mod p
 end proc:
 
 `mod/Interp` := proc(points::list, values::list, x::name, p)

@@ -2,36 +2,36 @@
 # determinants.
 
 # f(a) with the RootOf that is named, if it isn't in the polynomial itself.
-`mod/factored` := proc(f, a, more::list, p)
+`mod/aid/factored` := proc(f, a, more::list, p)
   local s, x, given;
   given := select(type, more, name);
-  s := `mod/setting`([a, op(remove(type, more, name))], given);
+  s := `mod/aid/setting`([a, op(remove(type, more, name))], given);
   if s = NULL then return NULL end if;
-  `mod/run`(f, [a], op(1, [op(s[1]), x]), s[2], p)
+  `mod/aid/run`(f, [a], op(1, [op(s[1]), x]), s[2], p)
 end proc:
 
 `mod/Sqrfree` := proc(a)
   description "Sqrfree(a) mod p: [leading coefficient, [[square-free factor, multiplicity], ...]]";
   local r;
-  r := `mod/factored`('Sqrfree', a, [args[2 .. nargs - 1]], args[nargs]);
-  if r = NULL then NULL else `mod/numbered`(r, args[nargs]) end if
+  r := `mod/aid/factored`('Sqrfree', a, [args[2 .. nargs - 1]], args[nargs]);
+  if r = NULL then NULL else `mod/aid/numbered`(r, args[nargs]) end if
 end proc:
 
 `mod/DistDeg` := proc(a)
   description "DistDeg(a, x) mod p: [[product of the factors of degree d, d], ...] of a square-free polynomial";
   local r, t;
-  r := `mod/factored`('DistDeg', a, [args[2 .. nargs - 1]], args[nargs]);
+  r := `mod/aid/factored`('DistDeg', a, [args[2 .. nargs - 1]], args[nargs]);
   if r = NULL then NULL else [seq([t[1] mod args[nargs], t[2]], t = r)] end if
 end proc:
 
 `mod/Factors` := proc(a)
   description "Factors(a) mod p, Factors(a, alpha) mod p: [leading coefficient, [[irreducible factor, multiplicity], ...]], over the field of the RootOf alpha";
   local r;
-  r := `mod/factored`('Factors', a, [args[2 .. nargs - 1]], args[nargs]);
-  if r = NULL then NULL else `mod/numbered`(r, args[nargs]) end if
+  r := `mod/aid/factored`('Factors', a, [args[2 .. nargs - 1]], args[nargs]);
+  if r = NULL then NULL else `mod/aid/numbered`(r, args[nargs]) end if
 end proc:
 
-`mod/numbered` := proc(r, p)
+`mod/aid/numbered` := proc(r, p)
   local t;
   [r[1] mod p, [seq([t[1] mod p, t[2]], t = r[2])]]
 end proc:
@@ -45,56 +45,56 @@ end proc:
 
 `mod/Irreduc` := proc(a)
   description "Irreduc(a) mod p, Irreduc(a, alpha) mod p: whether the polynomial is irreducible";
-  `mod/factored`('Irreduc', a, [args[2 .. nargs - 1]], args[nargs])
+  `mod/aid/factored`('Irreduc', a, [args[2 .. nargs - 1]], args[nargs])
 end proc:
 
 `mod/Roots` := proc(a)
   description "Roots(a) mod p, Roots(a, alpha) mod p: [[root, multiplicity], ...]";
   local r, t;
-  r := `mod/factored`('Roots', a, [args[2 .. nargs - 1]], args[nargs]);
+  r := `mod/aid/factored`('Roots', a, [args[2 .. nargs - 1]], args[nargs]);
   if r = NULL then NULL else [seq([t[1] mod args[nargs], t[2]], t = r)] end if
 end proc:
 
 `mod/Primitive` := proc(a, p)
   description "Primitive(a) mod p: whether the powers of a root of the irreducible polynomial make all elements but 0";
   local s, x, d, n, order, q;
-  s := `mod/setting`([a], []);
+  s := `mod/aid/setting`([a], []);
   if s = NULL or s[1] = [] or s[2] <> [] then return NULL end if;
   x := op(s[1]);
   d := modp1(ConvertIn(modp(a, p), x), p);
   if not modp1(Irreduc(d), p) or modp1(Coeff(d, 0), p) = 0 then return false end if;
   n := modp1(Degree(d), p);
   order := p^n - 1;
-  for q in `mod/primes`(order) do
+  for q in `mod/aid/primes`(order) do
     if modp1(IsOne(Powmod(Shift(One(x), 1), iquo(order, q), d)), p) then return false end if
   end do;
   true
 end proc:
 
 # The set of the primes that divide n > 0: trial division, then Pollard's method of random walks.
-`mod/primes` := proc(n)
+`mod/aid/primes` := proc(n)
   local m, d, found, y, z, g, c, k;
   m := n; found := {};
   for d in [2, 3, 5, seq(6*k + 1, k = 1 .. 1700), seq(6*k + 5, k = 0 .. 1700)] while m > 1 do
     if irem(m, d) = 0 then
-      if d = 2 or `mod/isprime`(d) then found := found union {d} end if;
+      if d = 2 or `mod/aid/isprime`(d) then found := found union {d} end if;
       while irem(m, d) = 0 do m := iquo(m, d) end do
     end if
   end do;
   if m = 1 then return found end if;
-  if `mod/isprime`(m) then return found union {m} end if;
+  if `mod/aid/isprime`(m) then return found union {m} end if;
   for c do
     y := 2; z := 2; g := 1;
     while g = 1 do
       y := modp(y^2 + c, m); z := modp(modp(z^2 + c, m)^2 + c, m);
       g := igcd(y - z, m)
     end do;
-    if g <> m then return found union `mod/primes`(g) union `mod/primes`(iquo(m, g)) end if
+    if g <> m then return found union `mod/aid/primes`(g) union `mod/aid/primes`(iquo(m, g)) end if
   end do
 end proc:
 
 # The walk of primes down from n + 2 begins at an odd n.
-`mod/isprime` := proc(n)
+`mod/aid/isprime` := proc(n)
   local d;
   if n < 1010 then
     for d from 2 while d^2 <= n do if irem(n, d) = 0 then return false end if end do;

@@ -4,7 +4,7 @@
   description "simpl/trunc(x): the integer part of an expression, toward 0";
   local y, n, whole;
   if nargs <> 1 then return 'trunc'(args) end if;
-  if type(x, function) and op(0, x) = 'trunc' and nops(x) = 1 then return x end if;
+  if type(x, function) and op(0, x) = 'trunc' and nops(x) = 1 or `kernel/native`("known", x, integer) then return x end if;
   if `simpl/signum`(x) <> FAIL then
     # Digits enough for the integer part; a value this close to an integer stays open.
     n := 20 + max(0, ilog10(evalf(x)));
@@ -73,7 +73,7 @@ end proc:
   description "rounding/apply(f, rule, x): rule(x, trunc(x)) where x is real and known, else the call f(x)";
   local t;
   if nargs <> 3 then error "%1 expects one argument, but received %2", f, nargs - 2 end if;
-  if not type(x, numeric) and `simpl/signum`(x) = FAIL then return 'f'(x) end if;
+  if not type(x, numeric) and `simpl/signum`(x) = FAIL then return `rounding/symbolic`(f, x) end if;
   t := trunc(x);
   if type(t, integer) then rule(x, t)
   elif f = 'frac' then 'f'(x)
@@ -81,13 +81,28 @@ end proc:
   else 'f'(x)
   end if
 end proc:
+# What assumptions about names tell.
+`rounding/symbolic` := proc(f, x)
+  description "rounding/symbolic(f, x): f(x) for an expression x whose value isn't known: integers in it come out";
+  local t, whole, rest, n;
+  if `kernel/native`("known", x, integer) then return `if`(f = 'frac', 0, x) end if;
+  if f = 'floor' or f = 'ceil' then
+    if type(x, `+`) then
+      whole, rest := selectremove(t -> `kernel/native`("known", t, integer), x);
+      if whole <> 0 then return whole + f(rest) end if
+    end if;
+    n := `kernel/native`("knownfloor", `if`(f = 'floor', x, -x));
+    if n <> FAIL then return `if`(f = 'floor', n, -n) end if
+  end if;
+  'f'(x)
+end proc:
 `rounding/down` := proc(x, t)
   description "rounding/down(x, t): the integer below x, whose integer part is t";
-  if `simpl/signum`(x) = -1 and not (type(x, numeric) and `evalf/exact`(x) = t) then t - 1 else t end if
+  if `simpl/signum`(x) = -1 and not (type(x, numeric) and `evalf/aid/exact`(x) = t) then t - 1 else t end if
 end proc:
 `rounding/nearest` := proc(x, t)
   description "rounding/nearest(x, t): the integer nearest to x, whose integer part is t";
   local rest;
-  rest := abs(`if`(type(x, numeric), `evalf/exact`(x) - t, evalf(x - t, Digits + 10)));
+  rest := abs(`if`(type(x, numeric), `evalf/aid/exact`(x) - t, evalf(x - t, Digits + 10)));
   if rest < 1/2 then t else t + `simpl/signum`(x) end if
 end proc:

@@ -4,18 +4,18 @@
 `series/exp` := proc(u, x)
   description "series/exp(u, x): the series of the exponential of u";
   local s, c, e, k;
-  s := `series/argument`(u, x);
-  if s = FAIL or `series/lowest`(s) < 0 or `series/onlyorder`(s) then return FAIL end if;
-  c := `series/constant`(s);
-  e := `kernel/native`("series/exp", `series/withoutconstant`(s), `series/terms`());
-  if not has(c, x) then return `series/times`(`series/value`('exp', c), e) end if;
+  s := `series/aid/argument`(u, x);
+  if s = FAIL or `series/aid/lowest`(s) < 0 or `series/aid/onlyorder`(s) then return FAIL end if;
+  c := `series/aid/constant`(s);
+  e := `kernel/native`("series/exp", `series/aid/withoutconstant`(s), `series/aid/terms`());
+  if not has(c, x) then return `series/aid/times`(`series/aid/value`('exp', c), e) end if;
   # exp(k*ln(x) + c) is x^k times exp(c).
-  k := `series/logarithms`(c, x);
+  k := `series/aid/logarithms`(c, x);
   if k = FAIL then return FAIL end if;
-  `series/shifted`(`series/times`(`series/value`('exp', c - k*ln(x)), e), k)
+  `series/aid/shifted`(`series/aid/times`(`series/aid/value`('exp', c - k*ln(x)), e), k)
 end proc:
-`series/logarithms` := proc(c, x)
-  description "series/logarithms(c, x): the integer k for which c - k*ln(x) is free of x, or FAIL";
+`series/aid/logarithms` := proc(c, x)
+  description "series/aid/logarithms(c, x): the integer k for which c - k*ln(x) is free of x, or FAIL";
   local t, k;
   k := 0;
   for t in `if`(type(c, `+`), [op(c)], [c]) do
@@ -31,22 +31,22 @@ end proc:
 `series/ln` := proc(u, x)
   description "series/ln(u, x): the series of the natural logarithm of u; a zero or pole of u gives a coefficient in ln(x)";
   local s, c, v, q;
-  s := `series/argument`(u, x);
+  s := `series/aid/argument`(u, x);
   if s = FAIL then return FAIL end if;
-  if nops(s) = 0 or `series/isorder`(op(1, s)) then error "no series of %1: the expansion of its argument gives no term", 'ln'(u) end if;
+  if nops(s) = 0 or `series/aid/isorder`(op(1, s)) then error "no series of %1: the expansion of its argument gives no term", 'ln'(u) end if;
   c, v := op(1..2, s);
-  q := `series/argument`(`kernel/native`("series/derivative", s)/s, x);
+  q := `series/aid/argument`(`kernel/native`("series/aid/derivative", s)/s, x);
   if not type(q, series) then return FAIL end if;
-  if v <> 0 then q := `series/argument`(q - v/x, x) end if;
-  `kernel/native`("series/integral", q, `series/value`('ln', c) + v*ln(x))
+  if v <> 0 then q := `series/aid/argument`(q - v/x, x) end if;
+  `kernel/native`("series/aid/integral", q, `series/aid/value`('ln', c) + v*ln(x))
 end proc:
 `series/log` := proc(u, x)
   description "series/log(u, x), series/log[b](u, x): the series of the logarithm of u, to the base b";
-  if type(procname, indexed) then `series/argument`(ln(u)/ln(op(procname)), x) else `series/argument`(ln(u), x) end if
+  if type(procname, indexed) then `series/aid/argument`(ln(u)/ln(op(procname)), x) else `series/aid/argument`(ln(u), x) end if
 end proc:
 `series/log10` := proc(u, x)
   description "series/log10(u, x): the series of the common logarithm of u";
-  `series/argument`(ln(u)/ln(10), x)
+  `series/aid/argument`(ln(u)/ln(10), x)
 end proc:
 `series/sqrt` := proc(u, x)
   description "series/sqrt(u, x): the series of the square root of u";
@@ -54,174 +54,174 @@ end proc:
 end proc:
 
 # ---- circular and hyperbolic functions
-`series/sincos` := proc(u, x, t)
-  description "series/sincos(u, x, t): [c, sin(w), cos(w)] with u = c + w for t = -1, [c, sinh(w), cosh(w)] for t = 1; FAIL at a pole";
+`series/aid/sincos` := proc(u, x, t)
+  description "series/aid/sincos(u, x, t): [c, sin(w), cos(w)] with u = c + w for t = -1, [c, sinh(w), cosh(w)] for t = 1; FAIL at a pole";
   local s;
-  s := `series/argument`(u, x);
-  if s = FAIL or `series/lowest`(s) < 0 or `series/onlyorder`(s) then return FAIL end if;
-  if has(`series/constant`(s), x) then return FAIL end if;
-  [`series/constant`(s), `kernel/native`("series/sincos", `series/withoutconstant`(s), `series/terms`(), t)]
+  s := `series/aid/argument`(u, x);
+  if s = FAIL or `series/aid/lowest`(s) < 0 or `series/aid/onlyorder`(s) then return FAIL end if;
+  if has(`series/aid/constant`(s), x) then return FAIL end if;
+  [`series/aid/constant`(s), `kernel/native`("series/aid/sincos", `series/aid/withoutconstant`(s), `series/aid/terms`(), t)]
 end proc:
 `series/sin` := proc(u, x)
   description "series/sin(u, x): the series of the sine of u";
   local p;
-  p := `series/sincos`(u, x, -1);
+  p := `series/aid/sincos`(u, x, -1);
   if p = FAIL then FAIL elif p[1] = 0 then p[2]
-  else `series/argument`(`series/value`('sin', p[1])*p[3] + `series/value`('cos', p[1])*p[2], x)
+  else `series/aid/argument`(`series/aid/value`('sin', p[1])*p[3] + `series/aid/value`('cos', p[1])*p[2], x)
   end if
 end proc:
 `series/cos` := proc(u, x)
   description "series/cos(u, x): the series of the cosine of u";
   local p;
-  p := `series/sincos`(u, x, -1);
+  p := `series/aid/sincos`(u, x, -1);
   if p = FAIL then FAIL elif p[1] = 0 then p[3]
-  else `series/argument`(`series/value`('cos', p[1])*p[3] - `series/value`('sin', p[1])*p[2], x)
+  else `series/aid/argument`(`series/aid/value`('cos', p[1])*p[3] - `series/aid/value`('sin', p[1])*p[2], x)
   end if
 end proc:
 `series/sinh` := proc(u, x)
   description "series/sinh(u, x): the series of the hyperbolic sine of u";
   local p;
-  p := `series/sincos`(u, x, 1);
+  p := `series/aid/sincos`(u, x, 1);
   if p = FAIL then FAIL elif p[1] = 0 then p[2]
-  else `series/argument`(`series/value`('sinh', p[1])*p[3] + `series/value`('cosh', p[1])*p[2], x)
+  else `series/aid/argument`(`series/aid/value`('sinh', p[1])*p[3] + `series/aid/value`('cosh', p[1])*p[2], x)
   end if
 end proc:
 `series/cosh` := proc(u, x)
   description "series/cosh(u, x): the series of the hyperbolic cosine of u";
   local p;
-  p := `series/sincos`(u, x, 1);
+  p := `series/aid/sincos`(u, x, 1);
   if p = FAIL then FAIL elif p[1] = 0 then p[3]
-  else `series/argument`(`series/value`('cosh', p[1])*p[3] + `series/value`('sinh', p[1])*p[2], x)
+  else `series/aid/argument`(`series/aid/value`('cosh', p[1])*p[3] + `series/aid/value`('sinh', p[1])*p[2], x)
   end if
 end proc:
 # (t + tan(w))/(1 - t*tan(w)) with t = tan(c); where sin(c) and cos(c) are numbers, the quotient of the two.
 `series/tan` := proc(u, x)
   description "series/tan(u, x): the series of the tangent of u";
-  `series/tangent`(u, x, -1, 'tan', 'sin', 'cos')
+  `series/aid/tangent`(u, x, -1, 'tan', 'sin', 'cos')
 end proc:
 `series/tanh` := proc(u, x)
   description "series/tanh(u, x): the series of the hyperbolic tangent of u";
-  `series/tangent`(u, x, 1, 'tanh', 'sinh', 'cosh')
+  `series/aid/tangent`(u, x, 1, 'tanh', 'sinh', 'cosh')
 end proc:
-`series/tangent` := proc(u, x, t, f, g, h)
-  description "series/tangent(u, x, t, f, g, h): the series of f(u) = g(u)/h(u), with f the tangent of the kind t, -1 or 1";
+`series/aid/tangent` := proc(u, x, t, f, g, h)
+  description "series/aid/tangent(u, x, t, f, g, h): the series of f(u) = g(u)/h(u), with f the tangent of the kind t, -1 or 1";
   local p, a, b;
-  p := `series/sincos`(u, x, t);
+  p := `series/aid/sincos`(u, x, t);
   if p = FAIL then return FAIL end if;
-  if p[1] = 0 then return `series/argument`(p[2]/p[3], x) end if;
-  a, b := `series/value`(g, p[1]), `series/value`(h, p[1]);
+  if p[1] = 0 then return `series/aid/argument`(p[2]/p[3], x) end if;
+  a, b := `series/aid/value`(g, p[1]), `series/aid/value`(h, p[1]);
   if has([a, b], g) or has([a, b], h) then
     a := f(p[1]);
-    `series/argument`((a*p[3] + p[2])/(p[3] + t*a*p[2]), x)
-  else `series/argument`((a*p[3] + b*p[2])/(b*p[3] + t*a*p[2]), x)
+    `series/aid/argument`((a*p[3] + p[2])/(p[3] + t*a*p[2]), x)
+  else `series/aid/argument`((a*p[3] + b*p[2])/(b*p[3] + t*a*p[2]), x)
   end if
 end proc:
 `series/cot` := proc(u, x)
   description "series/cot(u, x): the series of the cotangent of u";
-  `series/argument`(1/tan(u), x)
+  `series/aid/argument`(1/tan(u), x)
 end proc:
 `series/sec` := proc(u, x)
   description "series/sec(u, x): the series of the secant of u";
-  `series/argument`(1/cos(u), x)
+  `series/aid/argument`(1/cos(u), x)
 end proc:
 `series/csc` := proc(u, x)
   description "series/csc(u, x): the series of the cosecant of u";
-  `series/argument`(1/sin(u), x)
+  `series/aid/argument`(1/sin(u), x)
 end proc:
 `series/coth` := proc(u, x)
   description "series/coth(u, x): the series of the hyperbolic cotangent of u";
-  `series/argument`(1/tanh(u), x)
+  `series/aid/argument`(1/tanh(u), x)
 end proc:
 `series/sech` := proc(u, x)
   description "series/sech(u, x): the series of the hyperbolic secant of u";
-  `series/argument`(1/cosh(u), x)
+  `series/aid/argument`(1/cosh(u), x)
 end proc:
 `series/csch` := proc(u, x)
   description "series/csch(u, x): the series of the hyperbolic cosecant of u";
-  `series/argument`(1/sinh(u), x)
+  `series/aid/argument`(1/sinh(u), x)
 end proc:
 
 # ---- their inverses: integrals of algebraic functions
-`series/integrated` := proc(f, s, slope)
-  description "series/integrated(f, s, slope): the series of f(s), whose derivative is slope(s)*s', for a series s; FAIL where the slope has a pole";
+`series/aid/integrated` := proc(f, s, slope)
+  description "series/aid/integrated(f, s, slope): the series of f(s), whose derivative is slope(s)*s', for a series s; FAIL where the slope has a pole";
   local c, q, x;
   x := op(0, s);
-  c := `series/constant`(s);
-  if `series/lowest`(s) < 0 or `series/onlyorder`(s) or has(c, x) then return FAIL end if;
-  q := `series/argument`(slope(s)*`kernel/native`("series/derivative", s), x);
-  if not type(q, series) or `series/lowest`(q) < 0 then return FAIL end if;
-  `kernel/native`("series/integral", q, `series/value`(f, c))
+  c := `series/aid/constant`(s);
+  if `series/aid/lowest`(s) < 0 or `series/aid/onlyorder`(s) or has(c, x) then return FAIL end if;
+  q := `series/aid/argument`(slope(s)*`kernel/native`("series/aid/derivative", s), x);
+  if not type(q, series) or `series/aid/lowest`(q) < 0 then return FAIL end if;
+  `kernel/native`("series/aid/integral", q, `series/aid/value`(f, c))
 end proc:
-`series/inverse` := proc(f, u, x, slope)
-  description "series/inverse(f, u, x, slope): the series in x of f(u), whose derivative is slope(u)*u'; FAIL where there is none";
+`series/aid/inverse` := proc(f, u, x, slope)
+  description "series/aid/inverse(f, u, x, slope): the series in x of f(u), whose derivative is slope(u)*u'; FAIL where there is none";
   local s;
-  s := `series/argument`(u, x);
-  if s = FAIL then FAIL else `series/integrated`(f, s, slope) end if
+  s := `series/aid/argument`(u, x);
+  if s = FAIL then FAIL else `series/aid/integrated`(f, s, slope) end if
 end proc:
 `series/arcsin` := proc(u, x)
   description "series/arcsin(u, x): the series of the arc sine of u";
-  `series/inverse`('arcsin', u, x, s -> (1 - s^2)^(-1/2))
+  `series/aid/inverse`('arcsin', u, x, s -> (1 - s^2)^(-1/2))
 end proc:
 `series/arccos` := proc(u, x)
   description "series/arccos(u, x): the series of the arc cosine of u";
-  `series/inverse`('arccos', u, x, s -> -(1 - s^2)^(-1/2))
+  `series/aid/inverse`('arccos', u, x, s -> -(1 - s^2)^(-1/2))
 end proc:
 `series/arcsinh` := proc(u, x)
   description "series/arcsinh(u, x): the series of the area hyperbolic sine of u";
-  `series/inverse`('arcsinh', u, x, s -> (1 + s^2)^(-1/2))
+  `series/aid/inverse`('arcsinh', u, x, s -> (1 + s^2)^(-1/2))
 end proc:
 `series/arccosh` := proc(u, x)
   description "series/arccosh(u, x): the series of the area hyperbolic cosine of u";
-  `series/inverse`('arccosh', u, x, s -> (s - 1)^(-1/2)*(s + 1)^(-1/2))
+  `series/aid/inverse`('arccosh', u, x, s -> (s - 1)^(-1/2)*(s + 1)^(-1/2))
 end proc:
 `series/arctanh` := proc(u, x)
   description "series/arctanh(u, x): the series of the area hyperbolic tangent of u";
-  `series/inverse`('arctanh', u, x, s -> 1/(1 - s^2))
+  `series/aid/inverse`('arctanh', u, x, s -> 1/(1 - s^2))
 end proc:
 # At a pole the functions of the reciprocal, which is 0 there.
 `series/arctan` := proc(u, v, x)
   description "series/arctan(u, x), series/arctan(u, v, x): the series of the arc tangent of u, or of the angle of (v, u) where v > 0";
   local s;
-  if nargs = 3 then return `series/argument`(arctan(u/v), x) end if;
-  s := `series/argument`(u, v);
+  if nargs = 3 then return `series/aid/argument`(arctan(u/v), x) end if;
+  s := `series/aid/argument`(u, v);
   if s = FAIL then FAIL
-  elif `series/lowest`(s) < 0 then `series/argument`(`series/value`('signum', op(1, s))*Pi/2 - arctan(1/s), v)
-  else `series/integrated`('arctan', s, t -> 1/(1 + t^2))
+  elif `series/aid/lowest`(s) < 0 then `series/aid/argument`(`series/aid/value`('signum', op(1, s))*Pi/2 - arctan(1/s), v)
+  else `series/aid/integrated`('arctan', s, t -> 1/(1 + t^2))
   end if
 end proc:
 `series/arccot` := proc(u, x)
   description "series/arccot(u, x): the series of the arc cotangent of u";
-  `series/argument`(Pi/2 - arctan(u), x)
+  `series/aid/argument`(Pi/2 - arctan(u), x)
 end proc:
 `series/arccoth` := proc(u, x)
   description "series/arccoth(u, x): the series of the area hyperbolic cotangent of u";
   local s;
-  s := `series/argument`(u, x);
+  s := `series/aid/argument`(u, x);
   if s = FAIL then FAIL
-  elif `series/lowest`(s) < 0 then `series/argument`(arctanh(1/s), x)
-  else `series/integrated`('arccoth', s, t -> 1/(1 - t^2))
+  elif `series/aid/lowest`(s) < 0 then `series/aid/argument`(arctanh(1/s), x)
+  else `series/aid/integrated`('arccoth', s, t -> 1/(1 - t^2))
   end if
 end proc:
 `series/arcsec` := proc(u, x)
   description "series/arcsec(u, x): the series of the arc secant of u";
-  `series/argument`(arccos(1/u), x)
+  `series/aid/argument`(arccos(1/u), x)
 end proc:
 `series/arccsc` := proc(u, x)
   description "series/arccsc(u, x): the series of the arc cosecant of u";
-  `series/argument`(arcsin(1/u), x)
+  `series/aid/argument`(arcsin(1/u), x)
 end proc:
 `series/arcsech` := proc(u, x)
   description "series/arcsech(u, x): the series of the area hyperbolic secant of u";
-  `series/argument`(arccosh(1/u), x)
+  `series/aid/argument`(arccosh(1/u), x)
 end proc:
 `series/arccsch` := proc(u, x)
   description "series/arccsch(u, x): the series of the area hyperbolic cosecant of u";
-  `series/argument`(arcsinh(1/u), x)
+  `series/aid/argument`(arcsinh(1/u), x)
 end proc:
 
 # ---- sizes, of real variables
-`series/signof` := proc(s)
-  description "series/signof(s): the sign of the series s beside 0, which holds signum of its variable when the leading exponent is odd";
+`series/aid/signof` := proc(s)
+  description "series/aid/signof(s): the sign of the series s beside 0, which holds signum of its variable when the leading exponent is odd";
   local c, k;
   c := op(1, s);
   k := `simpl/signum`(c);
@@ -231,12 +231,12 @@ end proc:
 `series/abs` := proc(u, x)
   description "series/abs(u, x): the series of the absolute value of u, real for real x";
   local s;
-  s := `series/argument`(u, x);
-  if s = FAIL or nops(s) = 0 or `series/isorder`(op(1, s)) then s else `series/times`(`series/signof`(s), s) end if
+  s := `series/aid/argument`(u, x);
+  if s = FAIL or nops(s) = 0 or `series/aid/isorder`(op(1, s)) then s else `series/aid/times`(`series/aid/signof`(s), s) end if
 end proc:
 `series/signum` := proc(u, x)
   description "series/signum(u, x): the sign of u beside 0";
   local s;
-  s := `series/argument`(u, x);
-  if s = FAIL or nops(s) = 0 or `series/isorder`(op(1, s)) then FAIL else `series/fromterms`(x, [`series/signof`(s), 0]) end if
+  s := `series/aid/argument`(u, x);
+  if s = FAIL or nops(s) = 0 or `series/aid/isorder`(op(1, s)) then FAIL else `series/aid/fromterms`(x, [`series/aid/signof`(s), 0]) end if
 end proc:

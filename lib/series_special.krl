@@ -2,33 +2,33 @@
 
 `series/erf` := proc(u, x)
   description "series/erf(u, x): the series of the error function of u";
-  `series/inverse`('erf', u, x, s -> 2*exp(-s^2)/Pi^(1/2))
+  `series/aid/inverse`('erf', u, x, s -> 2*exp(-s^2)/Pi^(1/2))
 end proc:
 `series/erfc` := proc(u, x)
   description "series/erfc(u, x): the series of the complementary error function of u";
-  `series/inverse`('erfc', u, x, s -> -2*exp(-s^2)/Pi^(1/2))
+  `series/aid/inverse`('erfc', u, x, s -> -2*exp(-s^2)/Pi^(1/2))
 end proc:
 `series/erfi` := proc(u, x)
   description "series/erfi(u, x): the series of the imaginary error function of u";
-  `series/inverse`('erfi', u, x, s -> 2*exp(s^2)/Pi^(1/2))
+  `series/aid/inverse`('erfi', u, x, s -> 2*exp(s^2)/Pi^(1/2))
 end proc:
 `series/Si` := proc(u, x)
   description "series/Si(u, x): the series of the sine integral of u";
-  `series/inverse`('Si', u, x, s -> sin(s)/s)
+  `series/aid/inverse`('Si', u, x, s -> sin(s)/s)
 end proc:
 `series/dilog` := proc(u, x)
   description "series/dilog(u, x): the series of the dilogarithm of u";
-  `series/inverse`('dilog', u, x, s -> ln(s)/(1 - s))
+  `series/aid/inverse`('dilog', u, x, s -> ln(s)/(1 - s))
 end proc:
 
 # W(w) = w - w^2 + 3/2 w^3 - ..., the inverse of w*exp(w) (Lagrange).
 `series/LambertW` := proc(u, x)
   description "series/LambertW(u, x): the series of Lambert's W function of u";
   local s, w, k;
-  s := `series/argument`(u, x);
+  s := `series/aid/argument`(u, x);
   if s = FAIL or nops(s) = 0 or op(2, s) <= 0 then return `series/function`('LambertW'(u), x) end if;
   w := s;
-  `series/composed`([0, seq((-k)^(k - 1)/k!, k = 1..`series/powersneeded`(w))], w, true)
+  `series/aid/composed`([0, seq((-k)^(k - 1)/k!, k = 1..`series/aid/powersneeded`(w))], w, true)
 end proc:
 
 # ---- the gamma function and its logarithmic derivatives
@@ -36,55 +36,55 @@ end proc:
   description "series/GAMMA(u, x): the series of the gamma function of u, also at its poles; series/GAMMA(a, u, x): that of the incomplete one";
   local s, c;
   if nargs = 3 then return `series/function`('GAMMA'(u, v), x) end if;
-  s := `series/argument`(u, v);
-  if s = FAIL or `series/lowest`(s) < 0 or `series/onlyorder`(s) then return FAIL end if;
-  c := `series/constant`(s);
-  if type(c, nonposint) then `series/moreterms`(`series/gammapole`, 2, v, u, v, c) else `series/gammaat`(s, c) end if
+  s := `series/aid/argument`(u, v);
+  if s = FAIL or `series/aid/lowest`(s) < 0 or `series/aid/onlyorder`(s) then return FAIL end if;
+  c := `series/aid/constant`(s);
+  if type(c, nonposint) then `series/aid/moreterms`(`series/aid/gammapole`, 2, v, u, v, c) else `series/aid/gammaat`(s, c) end if
 end proc:
-`series/gammapole` := proc(u, v, c)
-  description "series/gammapole(u, v, c): the series in v of GAMMA(u), the constant term c of u being a pole";
+`series/aid/gammapole` := proc(u, v, c)
+  description "series/aid/gammapole(u, v, c): the series in v of GAMMA(u), the constant term c of u being a pole";
   local s, k, product;
-  s := `series/argument`(u, v);
+  s := `series/aid/argument`(u, v);
   # GAMMA(s) = GAMMA(s - c + 1)/(s*(s + 1)*...*(s - c))
   product := s;
-  for k to -c do product := `series/argument`(product*(s + k), v) end do;
-  s := `series/argument`(s - c + 1, v);
-  `series/argument`(`series/gammaat`(s, 1)/product, v)
+  for k to -c do product := `series/aid/argument`(product*(s + k), v) end do;
+  s := `series/aid/argument`(s - c + 1, v);
+  `series/aid/argument`(`series/aid/gammaat`(s, 1)/product, v)
 end proc:
 # GAMMA(c + w) = GAMMA(c)*exp(Psi(c)*w + Psi(1, c)*w^2/2 + ...)
-`series/gammaat` := proc(s, c)
-  description "series/gammaat(s, c): the series of GAMMA(s), s being a series with the constant term c, no pole";
+`series/aid/gammaat` := proc(s, c)
+  description "series/aid/gammaat(s, c): the series of GAMMA(s), s being a series with the constant term c, no pole";
   local w, g;
-  w := `series/withoutconstant`(s);
-  g := `series/loggamma`(c, w);
-  `series/times`(`series/value`('GAMMA', c), `kernel/native`("series/exp", g, `series/terms`()))
+  w := `series/aid/withoutconstant`(s);
+  g := `series/aid/loggamma`(c, w);
+  `series/aid/times`(`series/aid/value`('GAMMA', c), `kernel/native`("series/exp", g, `series/aid/terms`()))
 end proc:
-`series/loggamma` := proc(c, w)
-  description "series/loggamma(c, w): the series of ln(GAMMA(c + w)/GAMMA(c))";
+`series/aid/loggamma` := proc(c, w)
+  description "series/aid/loggamma(c, w): the series of ln(GAMMA(c + w)/GAMMA(c))";
   local k;
-  `series/composed`([0, seq(`series/polygamma`(k - 1, c)/k!, k = 1..`series/powersneeded`(w))], w, true)
+  `series/aid/composed`([0, seq(`series/aid/polygamma`(k - 1, c)/k!, k = 1..`series/aid/powersneeded`(w))], w, true)
 end proc:
-`series/polygamma` := proc(n, c)
-  description "series/polygamma(n, c): Psi(n, c), in terms of gamma and Zeta for a natural number c";
+`series/aid/polygamma` := proc(n, c)
+  description "series/aid/polygamma(n, c): Psi(n, c), in terms of gamma and Zeta for a natural number c";
   local k;
   if not type(c, posint) then `if`(n = 0, Psi(c), Psi(n, c))
   elif n = 0 then -gamma + add(1/k, k = 1..c - 1)
-  else (-1)^(n + 1)*n!*(`series/zeta`(n + 1) - add(1/k^(n + 1), k = 1..c - 1))
+  else (-1)^(n + 1)*n!*(`series/aid/zeta`(n + 1) - add(1/k^(n + 1), k = 1..c - 1))
   end if
 end proc:
-`series/zeta` := proc(n)
-  description "series/zeta(n): Zeta(n), for even n in terms of Pi (Euler)";
-  if irem(n, 2) = 1 then Zeta(n) else (-1)^(n/2 + 1)*`series/bernoulli`(n)*(2*Pi)^n/(2*n!) end if
+`series/aid/zeta` := proc(n)
+  description "series/aid/zeta(n): Zeta(n), for even n in terms of Pi (Euler)";
+  if irem(n, 2) = 1 then Zeta(n) else (-1)^(n/2 + 1)*`series/aid/bernoulli`(n)*(2*Pi)^n/(2*n!) end if
 end proc:
-`series/bernoulli` := proc(n)
+`series/aid/bernoulli` := proc(n)
   option remember;
-  description "series/bernoulli(n): the n-th Bernoulli number";
+  description "series/aid/bernoulli(n): the n-th Bernoulli number";
   local k, b, sum;
   if n = 0 then return 1 elif n = 1 then return -1/2 elif irem(n, 2) = 1 then return 0 end if;
   # sum(binomial(n + 1, k)*B(k), k = 0..n) = 0
   b, sum := 1, 0;
   for k from 0 to n - 1 do
-    sum := sum + b*`series/bernoulli`(k);
+    sum := sum + b*`series/aid/bernoulli`(k);
     b := b*(n + 1 - k)/(k + 1)
   end do;
   -sum/(n + 1)
@@ -92,30 +92,30 @@ end proc:
 `series/lnGAMMA` := proc(u, x)
   description "series/lnGAMMA(u, x): the series of the logarithm of the gamma function of u";
   local s, c, g;
-  s := `series/argument`(u, x);
-  if s = FAIL or `series/lowest`(s) < 0 or `series/onlyorder`(s) then return FAIL end if;
-  c := `series/constant`(s);
-  if type(c, nonposint) then return `series/argument`(ln(GAMMA(s)), x) end if;
-  `series/argument`(`series/value`('lnGAMMA', c) + `series/loggamma`(c, `series/withoutconstant`(s)), x)
+  s := `series/aid/argument`(u, x);
+  if s = FAIL or `series/aid/lowest`(s) < 0 or `series/aid/onlyorder`(s) then return FAIL end if;
+  c := `series/aid/constant`(s);
+  if type(c, nonposint) then return `series/aid/argument`(ln(GAMMA(s)), x) end if;
+  `series/aid/argument`(`series/aid/value`('lnGAMMA', c) + `series/aid/loggamma`(c, `series/aid/withoutconstant`(s)), x)
 end proc:
 `series/Psi` := proc(n, u, x)
   description "series/Psi(u, x), series/Psi(n, u, x): the series of the digamma function of u, or of a polygamma function";
   local s, c, w, k;
   if nargs = 2 then return `series/Psi`(0, n, u) end if;
   if not type(n, nonnegint) then return `series/function`('Psi'(n, u), x) end if;
-  s := `series/argument`(u, x);
-  if s = FAIL or `series/lowest`(s) < 0 or `series/onlyorder`(s) then return FAIL end if;
-  c := `series/constant`(s);
-  if type(c, nonposint) then return `series/moreterms`(`series/psipole`, 2, x, n, u, x, c) end if;
-  w := `series/withoutconstant`(s);
-  `series/composed`([seq(`series/polygamma`(n + k, c)/k!, k = 0..`series/powersneeded`(w))], w, true)
+  s := `series/aid/argument`(u, x);
+  if s = FAIL or `series/aid/lowest`(s) < 0 or `series/aid/onlyorder`(s) then return FAIL end if;
+  c := `series/aid/constant`(s);
+  if type(c, nonposint) then return `series/aid/moreterms`(`series/aid/psipole`, 2, x, n, u, x, c) end if;
+  w := `series/aid/withoutconstant`(s);
+  `series/aid/composed`([seq(`series/aid/polygamma`(n + k, c)/k!, k = 0..`series/aid/powersneeded`(w))], w, true)
 end proc:
-`series/psipole` := proc(n, u, x, c)
-  description "series/psipole(n, u, x, c): the series in x of Psi(n, u), the constant term c of u being a pole";
+`series/aid/psipole` := proc(n, u, x, c)
+  description "series/aid/psipole(n, u, x, c): the series in x of Psi(n, u), the constant term c of u being a pole";
   local s, k;
-  s := `series/argument`(u, x);
+  s := `series/aid/argument`(u, x);
   # Psi(n, s) = Psi(n, s - c + 1) - (-1)^n n! (1/s^(n + 1) + 1/(s + 1)^(n + 1) + ...)
-  `series/argument`(`series/Psi`(n, `series/argument`(s - c + 1, x), x) - (-1)^n*n!*add(1/(s + k)^(n + 1), k = 0..-c), x)
+  `series/aid/argument`(`series/Psi`(n, `series/aid/argument`(s - c + 1, x), x) - (-1)^n*n!*add(1/(s + k)^(n + 1), k = 0..-c), x)
 end proc:
 `series/factorial` := proc(u, x)
   description "series/factorial(u, x): the series of the factorial of u";

@@ -4,6 +4,7 @@
 
 #include "frame/errors.h"
 #include "frame/streams.h"
+#include "library/assumptions/assumed_name.h"
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
 #include "render.h"
@@ -11,6 +12,7 @@
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 #include "terminal.h"
 #include "text/print/message.h"
 #include "text/print/pretty_print.h"
@@ -53,17 +55,21 @@ void leaveBrokenLine() {
   if (stopped && lastPrinted != '\n') endLine();
 }
 
+/// Names under assumption show their tilde. Without any, a tilde is a character of a name that `lprint` would leave
+/// out as well.
+bool showsTildes() { return defaultNerinVariables.showassumed == 1 && assumptionsWereMade(); }
+
 /// Objects as results show them, broken at the screen's width.
-void putValues(DAG sequence) {
-  PrintKorelList(sequence, putCharacter, putFailure, defaultNerinVariables.screenwidth, nullptr, printBareOutermost,
-                 ", ");
+void putValues(DAG sequence, bool withTildes = false) {
+  PrintKorelList(sequence, putCharacter, putFailure, defaultNerinVariables.screenwidth, nullptr,
+                 printBareOutermost | (withTildes ? printWithTildes : 0), ", ");
 }
 /// The same as one would write them by hand, for a person at a terminal; false when plain text does.
 bool putPretty(DAG sequence) {
   static const bool seen = isatty(STDOUT_FILENO) != 0;
   if (!seen || redirected != nullptr || defaultNerinVariables.prettyprint == 0) return false;
   int width = defaultNerinVariables.screenwidth;
-  return PrettyPrint(sequence, putCharacter, width > 0 ? width - 1 : 999999, nullptr);
+  return PrettyPrint(sequence, putCharacter, width > 0 ? width - 1 : 999999, nullptr, showsTildes());
 }
 /// Objects as messages show them: nothing quoted, on one line.
 void putPieces(DAG sequence) { PrintKorelList(sequence, putCharacter, putFailure, 0, nullptr, printBare, ""); }
@@ -71,7 +77,6 @@ void putPieces(DAG sequence) { PrintKorelList(sequence, putCharacter, putFailure
 // ---- arguments
 
 DAG argument(DAG arguments, Word n) { return n < lengthOf(arguments) ? arguments[n] : DAG(); }
-bool isText(DAG x) { return isObject(x) && (hasTag(x, NAME) || hasTag(x, STRING)); }
 double numberOf(DAG x) { return x && isNumeric(x) ? FloatValue(x) : 0.0; }
 
 // ---- one function a stream: shows its message and gives the reply
@@ -81,10 +86,20 @@ DAG valuesOf(DAG arguments) {
   return isSequence ? arguments[1] : arguments;
 }
 
+/// A line that tells about which names in a result something is assumed.
+void putAssumedNames(DAG values) {
+  DAG names = assumedNamesIn(values);
+  if (isEmptySequence(names)) return;
+  putText("with assumptions on ");
+  putValues(names);
+  endLine();
+}
+
 DAG showResult(DAG arguments) {
   DAG values = valuesOf(arguments);
-  if (!putPretty(values)) putValues(values);
+  if (!putPretty(values)) putValues(values, showsTildes());
   endLine();
+  if (defaultNerinVariables.showassumed == 2 && assumptionsWereMade()) putAssumedNames(values);
   return null;
 }
 
@@ -174,11 +189,16 @@ DAG redirect(DAG arguments) {
   DAG file = argument(arguments, 1);
   DAG mode = argument(arguments, 2);
   std::fflush(output());
+  // The line that the output has left unfinished waits for its end while another one goes to a file.
+  static int lastOnTerminal;
   if (redirected != nullptr) std::fclose(redirected);
+  else lastOnTerminal = lastPrinted;
   redirected = nullptr;
+  lastPrinted = lastOnTerminal;
   if (!isText(file)) return ini("true");
   bool appends = mode == ini("true") || (isImmediate(mode) && immediateValue(mode) != 0);
   redirected = std::fopen(textOf(file), appends ? "a" : "w");
+  if (redirected != nullptr) lastPrinted = '\n';
   return redirected != nullptr ? ini("true") : ini("false");
 }
 

@@ -135,7 +135,7 @@ DAG native::modularRoots(const BuiltinCall& call) {
   });
 }
 
-// mod/variables(a, ...): the names and calls that the expressions are made of, as a set.
+// mod/aid/variables(a, ...): the names and calls that the expressions are made of, as a set.
 DAG native::modularVariables(const BuiltinCall& call) {
   DAG list = simpl(new2(LIST, call.arguments));
   return simpl(new2(SET, simpl(indeterminates(list))));

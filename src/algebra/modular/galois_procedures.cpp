@@ -1,7 +1,7 @@
 // Native library procedures: polynomials over GF(p^k), as bivariate dense polynomials in x and y modulo an irreducible
 // polynomial in y.
 //
-// One procedure runs them all: `kernel/native`("evalgf1/run", name, operands..., e, p), where e is the polynomial in y.
+// One procedure runs them all: `kernel/native`("evalgf1/aid/run", name, operands..., e, p), e the polynomial in y.
 // Operands are polynomials in x and y, elements of the field (polynomials in y), and integers, as the table says.
 
 #include <algorithm>

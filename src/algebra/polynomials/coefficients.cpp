@@ -87,12 +87,6 @@ DAG coefficientOf(const Wanted& wanted, DAG p) {
   }
 }
 
-// Real or imaginary part: the coefficients of I in a number.
-DAG coefficientOfImaginaryUnit(DAG number, DAG n) {
-  if (n == cons0) return lengthOf(number) == 3 ? number[1] : cons0;
-  return n == cons1 ? number[lengthOf(number) - 1] : cons0;
-}
-
 // A fresh name takes the place of what is no name.
 DAG coefficientOfExpression(DAG p, DAG x, DAG n) {
   DAG name = simpl(newLocalName("O"));
@@ -100,11 +94,40 @@ DAG coefficientOfExpression(DAG p, DAG x, DAG n) {
   return coefficientOf({name, n}, renamed);
 }
 
+// Real or imaginary part: the coefficients of I in a number.
+DAG partOfNumber(DAG number, DAG n) {
+  if (n == cons0) return lengthOf(number) == 3 ? number[1] : cons0;
+  return n == cons1 ? number[lengthOf(number) - 1] : cons0;
+}
+
+// The position of a factor that alone holds I, and is a number; 0 when there is none.
+Word complexFactor(DAG product) {
+  Word at = 0;
+  for (Word i = 1; i < lengthOf(product); i += 2) {
+    if (isTag(product[i], COMPLEX) && product[i + 1] == cons1 && at == 0) at = i;
+    else if (has(product[i], sqrtm1) || has(product[i + 1], sqrtm1)) return 0;
+  }
+  return at;
+}
+
+// I stands in numbers, where no name can take its place.
+DAG coefficientOfImaginaryUnit(DAG p, DAG n) {
+  if (isTag(p, COMPLEX)) return partOfNumber(p, n);
+  if (!has(p, sqrtm1)) return n == cons0 ? p : cons0;
+  if (isTag(p, SUM)) {
+    DAG sum = CopyAlg(p);
+    for (Word i = 1; i < lengthOf(p); i += 2) sum[i] = coefficientOfImaginaryUnit(p[i], n);
+    return simpl(sum);
+  }
+  if (isTag(p, PROD))
+    if (Word at = complexFactor(p)) return simpl(NewPROD(partOfNumber(p[at], n), simpl(copydel(p, at - 1, 2))));
+  return coefficientOfExpression(p, sqrtm1, n);
+}
+
 }  // namespace
 
 DAG coeff(DAG p, DAG x, DAG n) {
   if (p == x) return n == cons1 ? cons1 : cons0;
-  if (x == sqrtm1 && isTag(p, COMPLEX)) return coefficientOfImaginaryUnit(p, n);
   if (isTag(p, RTABLE)) {
     DAG operands[2] = {x, n};
     return simpl(MapFunction({[](DAG element, void* state) {
@@ -115,6 +138,7 @@ DAG coeff(DAG p, DAG x, DAG n) {
                              p));
   }
   if (isNameOrIndexed(x)) return coefficientOf({x, n}, p);
+  if (x == sqrtm1) return coefficientOfImaginaryUnit(p, n);
   if (!has(p, x)) return n == cons0 ? p : cons0;
   return coefficientOfExpression(p, x, n);
 }

@@ -259,6 +259,7 @@ DAG builtin::series(const BuiltinCall& call) { return seritayl(call); }
 DAG builtin::taylor(const BuiltinCall& call) {
   DAG result = seritayl(call);
   DAG x = call.arguments[2];
+  if (isTag(x, EQUATION) && has(x[2], ini("infinity"))) return result;
   if (!isTaylor(result, isTag(x, EQUATION) ? x[1] : x))
     KernelException("does not have a taylor expansion, try series()");
   return result;

@@ -119,7 +119,7 @@ DAG inverseOf(std::int32_t n) { return n == 1 ? cons1 : simpl(new3(RATIONAL, con
 
 }  // namespace
 
-// series/object(x, [c0, e0, c1, e1, ...]): c0*x^e0 + c1*x^e1 + ..., sorted; O(1) as a coefficient makes an order term.
+// object(x, [c0, e0, c1, e1, ...]): c0*x^e0 + c1*x^e1 + ..., sorted; O(1) as a coefficient makes an order term.
 DAG native::seriesObject(const BuiltinCall& call) {
   if (argumentCount(call) != 2 || !isTag(call.arguments[2], LIST)) wrongParameters(call);
   DAG members = asSequence(call.arguments[2][1]);
@@ -134,7 +134,7 @@ DAG native::seriesObject(const BuiltinCall& call) {
   return sortpol(result, noTruncation);
 }
 
-// series/derivative(s): each c*x^e becomes e*c*x^(e - 1).
+// derivative(s): each c*x^e becomes e*c*x^(e - 1).
 DAG native::seriesDerivative(const BuiltinCall& call) {
   DAG s = seriesArgument(call, 1);
   SeriesBuilder result(variableOf(s), seriesPairCount(s));
@@ -146,7 +146,7 @@ DAG native::seriesDerivative(const BuiltinCall& call) {
   return simpl(result.finish());
 }
 
-// series/integral(s, c): the series with the derivative s and the constant term c, to `Order` terms. Terms of 1/x have
+// integral(s, c): the series with the derivative s and the constant term c, to `Order` terms. Terms of 1/x have
 // no place in it.
 DAG native::seriesIntegral(const BuiltinCall& call) {
   DAG s = seriesArgument(call, 1);
@@ -177,7 +177,7 @@ DAG native::seriesExp(const BuiltinCall& call) {
   return seriesOfRow(variableOf(s), e, 0, true);
 }
 
-// series/sincos(s, n, t): sin(s) and cos(s) to n terms for t = -1, sinh(s) and cosh(s) for t = 1, of a series without
+// sincos(s, n, t): sin(s) and cos(s) to n terms for t = -1, sinh(s) and cosh(s) for t = 1, of a series without
 // constant term. sin' = s' cos, cos' = t s' sin.
 DAG native::seriesSincos(const BuiltinCall& call) {
   DAG s = seriesArgument(call, 1);

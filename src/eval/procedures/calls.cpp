@@ -47,6 +47,7 @@ bool isExternalWrapper(DAG proc) { return beginsWith(optionsOf(proc), ini("call_
 bool isBuiltin(DAG proc) { return isBuiltinProcedure(proc) && beginsWith(optionsOf(proc), ini("builtin")); }
 // A call of it has nothing to look up and nothing to store.
 bool isPlain(DAG proc) { return optionsOf(proc) == null && rememberOf(proc) == null; }
+bool isPlainExternal(DAG proc) { return isExternalWrapper(proc) && rememberOf(proc) == null; }
 
 // ---- finding the procedure
 
@@ -212,7 +213,7 @@ DAG runPlain(const Callee& callee, DAG a);
       sendDebug(debugBuiltin, callee.name, evparloc(a));
     return callBuiltin(immediateValue(bodyOf(proc)), x, callee.name);
   }
-  if (isPlain(proc) && !callee.index && isTag(a, EXPSEQ)) return runPlain(callee, a);
+  if ((isPlain(proc) || isPlainExternal(proc)) && !callee.index && isTag(a, EXPSEQ)) return runPlain(callee, a);
   DAG arguments = evalArguments(proc, a);
   DAG value = remembered(callee, arguments);
   if (value != absent) return value;
@@ -229,6 +230,7 @@ DAG evalFunction(DAG x) {
     DAG proc = name[1];
     if (isPlain(proc)) return runPlain({proc, name, DAG()}, x[2]);
     if (isBuiltin(proc) && lengthOf(optionsOf(proc)) == 2) return callBuiltin(immediateValue(bodyOf(proc)), x, name);
+    if (isPlainExternal(proc)) return runPlain({proc, name, DAG()}, x[2]);  // bench/external.sh
   }
   return evalOtherCall(x);
 }
@@ -332,6 +334,7 @@ struct CallState {
             .procName = name,
             .proc = proc,
             .currentStatement = bodyOf(proc),
+            .currentPlace = &bodyOf(proc),
             .ditto1 = null,
             .ditto2 = null,
             .ditto3 = null,
@@ -433,7 +436,7 @@ DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
   return finishCall(call, result);
 }
 
-// The call of a procedure without options and remembered values.
+// The call of a procedure without remembered values, and without options or of external code.
 DAG runPlain(const Callee& callee, DAG a) {
   DAG proc = callee.procedure;
   const bool typed = hasTypes(paramsOf(proc));

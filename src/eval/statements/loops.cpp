@@ -36,6 +36,7 @@ struct Loop {
   DAG variable;
   DAG condition;  // the `while` part, `true` when absent
   DAG body;
+  const DAG* bodyField;
   int mode;
   std::int32_t level;  // depth at the loop statement
   bool guarded;        // has a jump buffer of its own
@@ -222,6 +223,7 @@ void runCounted(CountedLoop& loop) {
       evaluationLevel = loop.level;
       if (!hasRound(loop)) return;
       evaluationLevel = loop.level + branchLevels;
+      standAt(*loop.bodyField);
       loop.value = evalstat(loop.body, loop.mode);
     }
     fromStep = false;
@@ -250,6 +252,7 @@ void runOver(ContainerLoop& loop) {
     if (loop.mode >= 0 && showsMembers(*Environment->frame))
       sendStream(Stream::RESULT, {new3(ASSIGN, simpl(loop.variable), x)});
     if (!conditionHolds(loop)) return;
+    standAt(*loop.bodyField);
     loop.value = evalstat(loop.body, loop.mode);
     evaluationLevel = loop.level + branchLevels;
   }
@@ -269,6 +272,7 @@ DAG forfrom(DAG s, int mode) {
   checkVariable(loop.variable);
   loop.condition = s[loopWhile];
   loop.body = s[loopBody];
+  loop.bodyField = &s[loopBody];
   loop.mode = mode;
   loop.characters = isCharacterString(loop.from) && isCharacterString(loop.to);
   if (!checkBounds(loop)) {
@@ -298,6 +302,7 @@ DAG forin(DAG s, int mode) {
   checkVariable(loop.variable);
   loop.condition = s[containerLoopWhile];
   loop.body = s[containerLoopBody];
+  loop.bodyField = &s[containerLoopBody];
   loop.mode = mode;
   loop.count = elementCount(loop.container);
   loop.index = 0;
@@ -337,6 +342,7 @@ DAG evalgoto(DAG sequence, DAG label) {
   DAG value;
   for (Word i = 1, n = lengthOf(sequence); i < n; ++i) {
     if (value) {
+      standAt(sequence[i]);
       value = evalstat(sequence[i], modeInner);
       continue;
     }

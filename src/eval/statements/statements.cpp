@@ -68,7 +68,10 @@ void shiftDitto(DAG value) {
   const Word n = lengthOf(s);
   if (n == 3 && isBreakPointPair(s)) [[unlikely]]
     return runBreakPoint(s, inner);
-  for (Word i = 1; i < n; ++i) value = evalstat(s[i], inner);
+  for (Word i = 1; i < n; ++i) {
+    standAt(s[i]);
+    value = evalstat(s[i], inner);
+  }
   return value;
 }
 
@@ -112,7 +115,11 @@ inline Word branchOf(DAG s) {
 [[gnu::noinline]] DAG ifStatement(DAG s, int mode) {
   evaluationLevel += branchLevels;
   const Word branch = branchOf(s);
-  DAG value = branch != 0 ? evalstat(s[branch], innerMode(mode)) : null;
+  DAG value = null;
+  if (branch != 0) {
+    standAt(s[branch]);
+    value = evalstat(s[branch], innerMode(mode));
+  }
   evaluationLevel -= branchLevels;
   return value;
 }
@@ -236,6 +243,7 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
 // What may come between two statements, rarely: the debugger, an interrupt, a time limit.
 [[gnu::noinline]] void attend(DAG s) {
   if (stepLevel != 0) stopAt(s);
+  if (debuggerWanted != 0) DropEverythingAndEnterDebugger();
   if (interruptIsDue()) jumpback();
   checkTimeLimit();
 }

@@ -201,7 +201,9 @@ Opened lockMember(const ArchivePlace& place, ArchivePair& pair, const char* memb
   char block[largestBlock];
   IndexPlace at = findMember(pair, member, block, true);
   const std::int64_t blocks = blockCount(pair);
-  if (at.searched >= longestChain || at.searched > blocks / 2) {
+  // An index of one or two blocks is full before so many are: `create` and `reindex` make none so small.
+  const bool isFull = at.result == Lookup::full && blocks <= 2;
+  if (!isFull && (at.searched >= longestChain || at.searched > blocks / 2)) {
     closePair(pair);
     FlushDotMFileCache();
     rebuildArchiveIndex(place.directory);

@@ -8,6 +8,7 @@
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "store/constants.h"
+#include "store/hash.h"
 #include "store/names.h"
 #include "store/object_fields.h"
 #include "store/objects.h"
@@ -55,6 +56,7 @@ void initializeNative() {
   setSimplified(proc);
   name[1] = proc;
   controlWord(name) &= ~deferredBit;
+  hashinsert(name.word, name, AllIniNames);  // no name of the user's
 }
 
 }  // namespace korel

@@ -75,7 +75,7 @@ void noteFailure(void* context, long offset, const char* text) {
   std::snprintf(f.failure, sizeof f.failure, "%s", text);
 }
 void noteEnd(void* context, long offset) { noteFailure(context, offset, "unexpected end of file"); }
-void warn(void*, long, const char* text) { KernelWarning(2, text); }
+void warn(void*, long, const char* text) { KernelWarning(2, withoutMarks(text)); }
 
 void abandonReading(const char*) {
   auto& f = *reinterpret_cast<FileReading*>(errorProcParam);
@@ -90,7 +90,7 @@ void readHeader(FileReading& f) {
   int c[headerLength];
   for (int& byte : c) byte = ReadByte();
   bool isPresent = true;
-  for (int i = 0; i < headerLength; ++i) isPresent = isPresent && c[i] == presentHeader[i];
+  for (int i = 0; i < 4; ++i) isPresent = isPresent && c[i] == presentHeader[i];
   for (const char* older : olderHeaders) {
     bool matches = true;
     for (int i = 0; i < 4; ++i) matches = matches && c[i] == older[i];
@@ -98,8 +98,8 @@ void readHeader(FileReading& f) {
   }
   if (isPresent || f.numbers.oldVersion) return;
   char text[1400];
-  std::snprintf(text, sizeof text, "`%s` is an incorrect or outdated .m file (%c%c%c%c)", f.name, shown(c[0]),
-                shown(c[1]), shown(c[2]), shown(c[3]));
+  std::snprintf(text, sizeof text, "`%s` is an incorrect or outdated .m file (%c%c%c%c)", withoutMarks(f.name),
+                shown(c[0]), shown(c[1]), shown(c[2]), shown(c[3]));
   userror(text);
 }
 

@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <numeric>
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/known_values.h"
@@ -12,6 +13,7 @@
 #include "library/records/record_reading.h"
 #include "library/records/records.h"
 #include "library/repository/repository.h"
+#include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "store/check/verify_rules.h"
 #include "store/generations.h"
@@ -233,7 +235,9 @@ void assignRead(Reading& r, DAG name, bool isTop) {
   DAG value = nextRecord(r);
   DAG attribute = isTop ? nextRecord(r) : DAG();
   if (onLink(r) || isEnvironmentName(name)) return;
-  if (value) {
+  if (value == name) {
+    name[1] = DAG();  // as it is when it has none
+  } else if (value) {
     value = settled(r, value);
     updategen(value);
     name[1] = value;
@@ -347,10 +351,19 @@ void requireWellFormed(Reading& r, DAG s) {
   if (!good) failReading(r, "syntax error while reading file");
 }
 
+// A fraction is in lowest terms, whoever wrote it.
+DAG lowestTerms(Reading& r, DAG s) {
+  if (isZero(s[2])) failReading(r, "syntax error while reading file");
+  const bool isLowest = isImmediate(s[1]) && isImmediate(s[2]) && immediateValue(s[2]) > 1 &&
+                        std::gcd(immediateValue(s[1]), immediateValue(s[2])) == 1;
+  return simpl(isLowest ? s : mul(s[1], power(s[2], -1)));
+}
+
 // The unique object of what has been read whole, its parts being settled. Procedures and statements were in their
 // final form when they were written: their names are positions already.
 DAG finished(Reading& r, DAG s) {
   requireWellFormed(r, s);
+  if (hasTag(s, RATIONAL)) return lowestTerms(r, s);
   if (hasTag(s, TABLE) && !isTag(s[tableEntries], HASHTAB)) failReading(r, "syntax error while reading file");
   if (onLink(r)) return hasTag(s, EXPSEQ) && lengthOf(s) == 1 ? null : s;
   switch (tagOf(s)) {

@@ -8,6 +8,7 @@
 #include "library/records/record_writing.h"
 #include "library/records/records.h"
 #include "library/repository/repository.h"
+#include "numbers/float/hardware_float.h"
 #include "numbers/integer/integer.h"
 #include "store/collect/collector.h"
 #include "store/hash.h"
@@ -282,6 +283,10 @@ void putObject(Writing& w, DAG x) {
       return putRtable(w, x);
     }
     case CONTROL: putCode(w, recordControl); return putFields(w, x, 1, n);
+    case HFLOAT:
+      // A double has no record. The other end of the link is sent its value, which is all that it shows of it.
+      if (w.numbers == &linkNumbers) return putObject(w, HFloatToFloat(x));
+      [[fallthrough]];
     default: {
       char text[64];
       std::snprintf(text, sizeof text, "unexpected DAG type: %ld", static_cast<long>(number));

@@ -116,9 +116,11 @@ Box powerBox(Box base, Box exponent) {
 
 Box boxOf(DAG x);
 
+int textFlags = 0;  // of PrintFlag
+
 Box plainText(DAG x) {
   int first = static_cast<int>(characters.size());
-  PrintKorel(x, appendCharacter, giveUp, 0, nullptr, 0);
+  PrintKorel(x, appendCharacter, giveUp, 0, nullptr, textFlags);
   return textFrom(first);
 }
 
@@ -572,8 +574,9 @@ void clear() {
 
 }  // namespace
 
-bool PrettyPrint(DAG object, Sink sink, int width, void* closure) {
+bool PrettyPrint(DAG object, Sink sink, int width, void* closure, bool withTildes) {
   clear();
+  textFlags = withTildes ? printWithTildes : 0;
   Box root = boxOf(object);
   if (tooMuch || (boxes[static_cast<std::size_t>(root)].height == 1 && !hasLayout)) return false;
   std::vector<Box> lines;

@@ -14,6 +14,7 @@ namespace korel {
 /// Sends `object`, an EXPSEQ standing for its members, in lines of at most `width` characters to `sink`,
 /// with a line end after all but the last. False, with nothing sent, when one line of the plain form
 /// says the same (nothing in it is raised or stacked), or when some part is too wide or too deep.
-bool PrettyPrint(DAG object, Sink sink, int width, void* closure);
+/// Names print with their tildes if `withTildes`.
+bool PrettyPrint(DAG object, Sink sink, int width, void* closure, bool withTildes = false);
 
 }  // namespace korel

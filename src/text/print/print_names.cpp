@@ -127,10 +127,13 @@ void printText(DAG nameOrString) {
   if (quoted) {
     printQuoted(text, length, isString ? '"' : '`');
   } else {
-    BreakBeforeWord(characterCount(text, length));
+    // A tilde at the end stays with its name.
+    BreakBeforeWord(characterCount(text, printTildes ? std::strlen(text) : length));
     ++printAtomic;
-    for (std::size_t i = 0; i < length; ++i) EmitChar(static_cast<unsigned char>(text[i]));
+    for (std::size_t i = 0; text[i] != '\0' && (i < length || printTildes); ++i)
+      EmitChar(static_cast<unsigned char>(text[i]));
     --printAtomic;
+    return;
   }
   if (printTildes && text[length] != '\0') EmitToken(text + length);
 }
