@@ -61,8 +61,8 @@ end proc:
 `evalf/hypergeom` := proc(a, b, z)
   description "evalf/hypergeom(a, b, z): the hypergeometric function as a float; the call where it has no value";
   local p, q, y, r;
-  p, q := `hypergeom/reduced`(map(`evalf/argument`, a), map(`evalf/argument`, b));
-  y := `evalf/argument`(z);
+  p, q := `hypergeom/reduced`(map(`special/argument`, a), map(`special/argument`, b));
+  y := `special/argument`(z);
   if type([op(p), op(q), y], list(complex(numeric))) then
     if y = 0 then return 1. end if;
     if hastype(`hypergeom/whole`(q), nonposint) and not `hypergeom/ends`(`hypergeom/whole`(p), `hypergeom/whole`(q)) then
@@ -76,5 +76,5 @@ end proc:
 `hypergeom/whole` := proc(a::list)
   description "hypergeom/whole(a): the list with integers in the place of floats that are whole numbers";
   local x;
-  [seq(`if`(type(x, float) and type(`evalf/exact`(x), integer), `evalf/exact`(x), x), x = a)]
+  [seq(`if`(type(x, float) and type(`special/exact`(x), integer), `special/exact`(x), x), x = a)]
 end proc:

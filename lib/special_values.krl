@@ -4,7 +4,7 @@
 `special/float` := proc(f, a::list)
   description "special/float(f, [x, ...]): the float f(x, ...); the call where it has no value";
   local y, r;
-  y := map(`evalf/argument`, a);
+  y := map(`special/argument`, a);
   if type(y, list(complex(numeric))) then
     r := `kernel/native`("special/value", f, op(y));
     if r <> FAIL then return r end if
@@ -17,7 +17,7 @@
       if not has(r, f) then return `if`(r = 0, 0., evalf(r)) end if
     end if
   end if;
-  `evalf/standing`(f, y)
+  `special/call`(f, y)
 end proc:
 `special/exactinfinity` := proc(x)
   description "special/exactinfinity(x): the exact infinity for a float one, x else";
@@ -47,4 +47,20 @@ end proc:
   elif type(x, complex(numeric)) then type(Re(x), negative) or Re(x) = 0 and type(Im(x), negative)
   else false
   end if
+end proc:
+# What stands before the point costs as many digits behind it.
+`special/argument` := proc(x)
+  description "special/argument(x): x itself where it is a number, else its numeric value with guard digits";
+  local y;
+  if type(x, complex(numeric)) then return x end if;
+  y := evalf(x);
+  if y <> x and type(y, complex(numeric)) then evalf(x, Digits + 10 + max(0, ilog10(Re(y)), ilog10(Im(y)))) else y end if
+end proc:
+`special/exact` := proc(y)
+  description "special/exact(y): the rational number equal to a real number";
+  if type(y, rational) then y else SFloatMantissa(y)*10^SFloatExponent(y) end if
+end proc:
+`special/call` := proc(f, a::list)
+  description "special/call(f, [x, ...]): the call f(x, ...), not evaluated";
+  subsop(0 = f, 'f'(op(a)))
 end proc:
