@@ -173,8 +173,8 @@ void storeVariable(const CountedLoop& loop) {
 
 // The step from one small integer to another in an ordinary variable; false for any other.
 bool stepImmediate(CountedLoop& loop) {
-  if (!loop.ordinary || watchTable || !isImmediate(loop.by)) return false;
   DAG name = loop.variable;
+  if (!loop.ordinary || !isImmediate(loop.by) || !isUnwatched(name)) return false;
   DAG value = name[1];
   if (!isImmediate(value) || value == consm0 || !isOpenName(name)) return false;
   std::int32_t next = (static_cast<std::int32_t>(value.word) >> 1) + immediateValue(loop.by);
