@@ -1,8 +1,8 @@
 #pragma once
 // Names under watch, and errors at which the debugger is to stop.
 //
-// `watchTable` holds global names and lists [procedure name, local name]. The short cuts of assignment are closed to the
-// names in it, so that their values pass `watchAssignment`.
+// `watchTable` holds global names and lists [procedure name, local name]. The short cuts of assignment are closed to
+// the names in it, so that their values pass `watchAssignment`.
 
 #include "store/dag.h"
 
