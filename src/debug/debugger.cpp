@@ -371,11 +371,27 @@ void EnterDebugger() {
   debugger(simpl(newSequence({report})));
 }
 
+volatile std::sig_atomic_t debuggerWanted = 0;
+
+void enterDebuggerSoon() {
+  debuggerWanted = 1;
+  pollInterruptSoon();
+}
+
 void DropEverythingAndEnterDebugger() {
+  if (evaluationLevel < firstInnerDepth) return;
+  debuggerWanted = 0;
+  if (debuggerActive) return;
+  // Input 0 is the terminal from now on; where there is none it stays what it was.
+  const int terminal = open("/dev/tty", O_RDWR);
+  if (terminal < 0) return;
+  if (terminal != STDIN_FILENO) {
+    dup2(terminal, STDIN_FILENO);
+    close(terminal);
+  }
   signalPending = true;
-  close(STDIN_FILENO);
-  if (open("/dev/tty", O_RDWR) < 0) return;
   EnterDebugger();
+  signalPending = false;
 }
 
 // ---- start and reset
@@ -391,6 +407,7 @@ void ResetDebugger() {
   stepLevel = 0;
   debugArgs = null;
   debuggerActive = commandRuns = interruptPending = signalPending = false;
+  debuggerWanted = 0;
   currentStatement = wrapperRunning = DAG();
   currentField = nullptr;
 }

@@ -17,7 +17,7 @@ x := 'x': s := 's':
 debugopts(stopat = [f, -3]); debugopts(stopat = [f, 99]); debugopts(stopat = [f, 2^40]); debugopts(stopat = [f, 0]); debugopts(stopat = [f, -99]); debugopts(stopat = [f]); debugopts(stopat = [f, a]); debugopts(stopat = f); debugopts(stopat); debugopts(stopat = [1, 2]); debugopts(stopat = [nosuch, 1]); debugopts(stopat = [nops, 1]); debugopts(stopat = [debugger, 1]);
 debugopts(nosuch); debugopts(nosuch = 1); debugopts(1); debugopts(); debugopts(steplevel, statcount = one);
 # Procedures by entry, by member, without a name; recursion; a local of the same name as a global.
-T := table(): T[1] := proc() 1; 2 end proc: debugopts(stopat = ['T[1]', 2]); T[1](); m := module() export e; e := proc(a) a; a + 1 end proc end module: debugopts(stopat = [m:-e, 2]); m:-e(5); debugopts(stopat = ['m:-e', -2]); m:-e(5); debugopts(stopat = ['m:-no', 1]);
+T := table(): T[1] := proc() 1; 2 end proc: debugopts(stopat = ['T[1]', 2]); T[1](); m := module() export e; e := proc(a) a; a + 1 end proc end module: debugopts(stopat = [m:-e, 2]); m:-e(5); debugopts(stopat = ['m:-e', -2]); m:-e(5); debugopts(stopat = ['m:-no', 1]); alias1 := 'alias2': alias2 := 'w2': w2 := proc() 1; 2 end proc: debugopts(stopat = ['alias1', 2]); w2(); debugopts(stopat = [alias1, -2]); alias1 := 'alias1': debugopts(statcount = 'alias1');
 maker := proc(k) proc(a) a*k; DEBUG("in", a); a + k end proc end proc: quiet := eval(debugger): debugger := proc() lprint(args[1 .. 2], substring(args[3][2], 1 .. 8), args[3][3]); NULL end proc: maker(2)(3); debugger := eval(quiet):
 fact := proc(n) if n = 0 then 1 else n*fact(n - 1) end if end proc: debugopts(stopat = [fact, 3, n < 3]); fact(4); debugopts(stopat = [fact, -3]);
 # Watches: plain, by short cuts, in loops and `seq`, indexed, through `assign`, of locals by procedure.
@@ -60,6 +60,7 @@ debugopts(traceproc = p); p(7); p(1); calls := proc(v, r) local k; [seq(v[k, 1],
 debugopts(traceproc = p); p(1): calls(`TRACE/p`, 10); debugopts(stopat = [p, 2]); debugopts(traceproc = [p, false]); debugopts(stopat = [p, 2]); show([p, 2]); p(7): calls(`TRACE/p`, 10);
 q := proc(n) 1; error "two" end proc: debugopts(traceproc = q); q(1); q(2); traperror(q(3)); calls(`TRACE/q`, 3);
 debugopts(traceproc = true); debugopts(traceproc); lazy := proc() 1; 2 end proc: lazy(); lazy(); calls(`TRACE/lazy`, 3); debugopts(traceproc = lazy); debugopts(traceproc = false); debugopts(traceproc);
+own := Array(1..3, 1..3, datatype = integer[4]): TRACE(own, -1, 3 + 4), TRACE('own', 2, 5); [seq(own[k, 1], k = 1..3)]; TRACE(own, 3, 1); own := Array(1..3, 1..3): TRACE('own', 1, 1);
 TRACE(1, 2, 3); TRACE(`TRACE/q`, 0, 3); TRACE(`TRACE/q`, 9, 3); TRACE(`TRACE/q`, a, 3); TRACE(`TRACE/q`, 1); TRACE(`TRACE/q`, 2, 3 + 4); debugopts(traceproc = nops); debugopts(traceproc = nosuch);
 j := proc(n) if n = 1 then goto(two) end if; "one"; two; "done" end proc: j(1), j(2); debugopts(traceproc = j); j(1), j(2);
 # `restart` forgets the tables.

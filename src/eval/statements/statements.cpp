@@ -243,6 +243,7 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
 // What may come between two statements, rarely: the debugger, an interrupt, a time limit.
 [[gnu::noinline]] void attend(DAG s) {
   if (stepLevel != 0) stopAt(s);
+  if (debuggerWanted != 0) DropEverythingAndEnterDebugger();
   if (interruptIsDue()) jumpback();
   checkTimeLimit();
 }
