@@ -11,6 +11,7 @@
 #include "frame/errors.h"
 #include "library/native/elementary_rows.h"
 #include "library/native/exact_expressions.h"
+#include "library/native/fixed_point.h"
 #include "library/native/native.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
@@ -160,18 +161,24 @@ DAG floatResult(const Complex& z, bool real) {
   return new3(COMPLEX, BuildFloat(a.mantissa, NewInteger(a.exponent)), im);
 }
 
+// Exactly 1 or -1; floats are compared with all their digits.
+bool isUnit(DAG part) {
+  const double size = std::fabs(FloatValue(part));
+  if (size < 0.5 || size > 2) return false;
+  if (isTag(part, HFLOAT)) part = HFloatToFloat(part);
+  if (isSoftFloat(part)) part = simpl(floatrat(part));
+  return part == cons1 || part == consm1;
+}
+
 // Whether the value at the number is a division by zero, exactly.
 bool isPole(Elementary f, DAG x) {
   switch (f) {
     case Elementary::ln: case Elementary::cot: case Elementary::csc: case Elementary::coth: case Elementary::csch:
     case Elementary::arcsec: case Elementary::arccsc: case Elementary::arcsech: case Elementary::arccsch:
       return isZero(x);
-    case Elementary::arctanh: case Elementary::arccoth:
-      return isZero(imaginaryOf(x)) && compcon(absalg(realPartOf(x)), cons1) == 0;
-    case Elementary::arctan:
-      return isComplex(x) && isZero(realPartOf(x)) && compcon(absalg(imaginaryOf(x)), cons1) == 0;
-    case Elementary::arccot:
-      return isComplex(x) && isZero(realPartOf(x)) && compcon(absalg(imaginaryOf(x)), cons1) == 0;
+    case Elementary::arctanh: case Elementary::arccoth: return isZero(imaginaryOf(x)) && isUnit(realPartOf(x));
+    case Elementary::arctan: case Elementary::arccot:
+      return isComplex(x) && isZero(realPartOf(x)) && isUnit(imaginaryOf(x));
     default: return false;
   }
 }
@@ -201,8 +208,14 @@ DAG poleOf(DAG name, DAG x, DAG standard) {
 DAG floatAt(Elementary f, DAG x) {
   const ElementaryRow& row = rowOf(f);
   if (isPole(f, x)) return floatPole(f, x);
-  if (f == Elementary::sqrt && !isComplex(x) && !consneg(x)) return evalfsqrt(x);
   const std::int64_t digits = requireDigits();
+  // The kernel's root rounds its argument first.
+  if (f == Elementary::sqrt && !isComplex(x) && !consneg(x)) {
+    DAG whole = isTag(x, HFLOAT) ? x : isSoftFloat(x) ? mantissaOf(x) : x;
+    if (isTag(whole, HFLOAT) || (isInteger(whole) && ilength(whole) <= digits)) return evalfsqrt(x);
+  }
+  // A constant: one series of rational numbers.
+  if (f == Elementary::exp && x == cons1) return rounded(decimal(fixedE(digits + 10), -digits - 10));
   RealSession session(digits);
   std::size_t more = 0;
   Complex z = readNumber(x, more, row.ofReciprocal);
