@@ -153,6 +153,21 @@ bool isOnUnit(DAG x) {
   return simpl(add(mul(re, re), mul(im, im))) == cons1;
 }
 
+// The real part of a number, or of its reciprocal, and the square of its size differ from 1 by 2^-bits at least where they
+// differ: they are quotients of integers of no more than that length.
+std::int64_t separationBits(DAG x) {
+  std::int64_t digits = 0;
+  for (DAG part : {realPartOf(x), imaginaryOf(x)}) {
+    if (isTag(part, HFLOAT)) part = HFloatToFloat(part);
+    if (isSoftFloat(part)) digits += ilength(mantissaOf(part)) + std::abs(exponentValue(exponentOf(part)));
+    else if (isTag(part, RATIONAL)) digits += ilength(part[1]) + ilength(part[2]);
+    else digits += ilength(part);
+  }
+  return 128 + 14 * digits;
+}
+// In limbs: what an argument is read to at most.
+constexpr std::size_t longestRead = 1 << 18;
+
 DAG floatResult(const Complex& z, bool real) {
   if (real && z.im.sign == 0) return reals::floatOf(z.re);
   const reals::Decimal a = reals::decimalOf(z.re), b = reals::decimalOf(z.im);
@@ -227,10 +242,12 @@ DAG floatAt(Elementary f, DAG x) {
     for (;;) {
       const std::int64_t lost = bitsLost(row, z, workingLimbs + more);
       if (lost >= 0 && lost <= static_cast<std::int64_t>(more) * 64) break;
-      if (lost < 0 && row.care == Care::besideOne && !exactOne) {
-        exactOne = isOnUnit(x);
-        if (exactOne) break;
+      if (lost < 0 && row.care == Care::besideOne) {
+        exactOne = !exactOne && isOnUnit(x);
+        // Where the digits tell that two numbers differ at all, they do so within the bound.
+        if (exactOne || static_cast<std::int64_t>(workingLimbs + more) * 64 > separationBits(x)) break;
       }
+      if (workingLimbs + more > longestRead) KernelException("the argument of %1 is too close to a pole", nameOf(f));
       more = lost < 0 ? 2 * more + workingLimbs : static_cast<std::size_t>(lost + 63) / 64;
       z = readNumber(x, more, row.ofReciprocal);
     }
