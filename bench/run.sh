@@ -37,6 +37,8 @@ echo
 "$(dirname "$0")/external.sh" "$build"
 "$(dirname "$0")/polynomials.sh" "$build"
 echo
+"$(dirname "$0")/elementary.sh" "$build"
+echo
 "$(dirname "$0")/calculus.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then
   echo
