@@ -344,8 +344,9 @@ end proc:
   elif symbol = "set1.set" then return {op(x)}
   elif member(symbol, ["interval1.interval", "interval1.integer_interval", "interval1.interval_cc"]) then return x[1]..x[2]
   elif member(symbol, ["linalg1.vector_selector", "linalg1.matrix_selector"]) then return x[-1][op(x[1..-2])]
-  elif symbol = "minmax1.max" then return max(`if`(nops(x) = 1, op(x[1]), op(x)))
-  elif symbol = "minmax1.min" then return min(`if`(nops(x) = 1, op(x[1]), op(x)))
+  elif member(symbol, ["minmax1.max", "minmax1.min"]) then
+    # Of a set, or of the operands themselves.
+    if nops(x) = 1 then return cat(``, name)(op(x[1])) end if
   elif symbol = "logic1.equivalent" then return not `xor`(op(x))
   elif symbol = "set1.notin" then return not `in`(op(x))
   elif symbol = "set1.size" then return nops(x[1])
