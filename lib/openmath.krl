@@ -10,13 +10,17 @@ end proc:
 
 parseopenmath := proc(s::{string, symbol})
   description "parseopenmath(s): the expression that the text of an OpenMath object stands for";
-  local text, end_, tree;
+  local text, last, tree;
   text := trimtext(s);
-  # A declaration and what else comes before the object are passed over.
-  while beginstext("<?", text) or beginstext("<!", text) do
-    end_ := searchtext(`if`(beginstext("<!--", text), "-->", ">"), text);
-    if end_ = 0 then error "no element in the text" end if;
-    text := trimtext(cat("", substring(text, end_ + `if`(beginstext("<!--", text), 3, 1)..-1)))
+  # Instructions, comments and a document type before the object are passed over.
+  do
+    if beginstext("<?", text) then
+      last := searchtext("?>", text) + 1;
+      if last = 1 then error "no element in the text" end if
+    elif beginstext("<!", text) then last := sscanf(text, "%M%n")[2]
+    else break
+    end if;
+    text := trimtext(cat("", substring(text, last + 1..-1)))
   end do;
   tree := sscanf(text, "%2M");
   if tree = 0 or tree = [] then error "no element in the text" end if;
@@ -132,6 +136,14 @@ end proc:
     return 'OM_OMA'(`openmath/apply`("calculus1", "diff", `openmath/lambda`([op(2, x)], op(1, x))), `openmath/tree`(op(2, x)))
   end if;
   if type(x, function) and op(0, x) = 'int' and nops(x) = 2 then return `openmath/integral`(op(x)) end if;
+  if type(x, function) and nops(x) = 2 and `openmath/binds`(op(2, x)) then
+    if member(op(0, x), ['sum', 'product']) and type(op([2, 2], x), range) then return `openmath/series`(op(0, x), op(x)) end if;
+    if op(0, x) = 'limit' then return `openmath/limit`(op(x)) end if
+  end if;
+  if type(x, function) and member(op(0, x), ['max', 'min']) then
+    return `openmath/apply`("minmax1", cat("", op(0, x)), `openmath/tree`({op(x)}))
+  end if;
+  if type(x, function) and op(0, x) = 'piecewise' then return `openmath/pieces`(op(x)) end if;
   `openmath/operator`(x, symbols)
 end proc:
 
@@ -165,6 +177,28 @@ end proc:
     return 'OM_OMA'(`openmath/apply`("calculus1", "int", `openmath/lambda`([x], f)), `openmath/tree`(x))
   end if;
   `openmath/apply`("calculus1", "defint", `openmath/tree`(op(2, x)), `openmath/lambda`([op(1, x)], f))
+end proc:
+
+`openmath/binds` := proc(x)
+  description "openmath/binds(x): true for an equation whose left side is a variable";
+  type(x, `=`) and type(op(1, x), symbol)
+end proc:
+
+`openmath/series` := proc(name, f, x)
+  description "openmath/series(name, f, x = a..b): the element of a sum or product over a range of integers";
+  `openmath/apply`("arith1", cat("", name), `openmath/apply`("interval1", "integer_interval", `openmath/tree`(op([2, 1], x)), `openmath/tree`(op([2, 2], x))), `openmath/lambda`([op(1, x)], f))
+end proc:
+
+`openmath/limit` := proc(f, x)
+  description "openmath/limit(f, x = a): the element of a limit";
+  `openmath/apply`("limit1", "limit", `openmath/tree`(op(2, x)), `openmath/symbol`("limit1", "both_sides"), `openmath/lambda`([op(1, x)], f))
+end proc:
+
+`openmath/pieces` := proc()
+  description "openmath/pieces(condition, value, ..., otherwise): the element of a function in pieces";
+  local k;
+  `openmath/apply`("piece1", "piecewise", seq(`openmath/apply`("piece1", "piece", `openmath/tree`(args[2*k]), `openmath/tree`(args[2*k - 1])), k = 1..iquo(nargs, 2)),
+    `if`(irem(nargs, 2) = 1, `openmath/apply`("piece1", "otherwise", `openmath/tree`(args[nargs])), NULL))
 end proc:
 
 `openmath/array` := proc(x)
@@ -252,10 +286,13 @@ end proc:
 # A symbol or anything else applied to operands.
 `openmath/application` := proc(head, operands)
   description "openmath/application(head, operands): the value of an application";
-  local cd, name, names, inner;
+  local cd, name, names, inner, piece;
   if type(head, function) and op(0, head) = 'OM_OMS' then
     cd, name := `openmath/attribute`(head, "cd"), `openmath/attribute`(head, "name");
     names := `openmath/from`();
+    if cd = "arith1" and member(name, ["sum", "product"]) then return `openmath/overlambda`(cat(``, name), operands[2], fromopenmath(operands[1])) end if;
+    if cd = "limit1" and name = "limit" then return `openmath/overlambda`('limit', operands[3], fromopenmath(operands[1])) end if;
+    if cd = "piece1" and name = "piecewise" then return 'piecewise'(seq(`openmath/piece`(op(piece)), piece = operands)) end if;
     if cd = "calculus1" and name = "defint" then return `openmath/overlambda`('int', operands[2], fromopenmath(operands[1])) end if;
     if assigned(names[cd, name]) then return `openmath/call`(names[cd, name], map(fromopenmath, operands)) end if;
     return `openmath/special`(cd, name, map(fromopenmath, operands))
@@ -271,11 +308,16 @@ end proc:
 end proc:
 
 `openmath/overlambda` := proc(name, lambda, at)
-  description "openmath/overlambda(name, lambda, x): diff or int of a function of one variable";
+  description "openmath/overlambda(name, lambda, x): diff, int, sum, product or limit of a function of one variable";
   local v, body;
   v, body := fromopenmath(op(1, op(2, lambda))), fromopenmath(op(3, lambda));
-  if type(at, range) then return `openmath/call`(name, [body, v = at]) end if;
+  if type(at, range) or name = 'limit' then return `openmath/call`(name, [body, v = at]) end if;
   `openmath/call`(name, [subs(v = at, body), at])
+end proc:
+
+`openmath/piece` := proc(symbol)
+  description "openmath/piece(symbol, value, condition), openmath/piece(symbol, value): the condition and value of a piece, the value of what is left";
+  `if`(nargs > 2, fromopenmath(args[3]), NULL), fromopenmath(args[2])
 end proc:
 
 `openmath/call` := proc(f, operands)
@@ -302,6 +344,12 @@ end proc:
   elif symbol = "set1.set" then return {op(x)}
   elif member(symbol, ["interval1.interval", "interval1.integer_interval", "interval1.interval_cc"]) then return x[1]..x[2]
   elif member(symbol, ["linalg1.vector_selector", "linalg1.matrix_selector"]) then return x[-1][op(x[1..-2])]
+  elif member(symbol, ["minmax1.max", "minmax1.min"]) then
+    # Of a set, or of the operands themselves.
+    if nops(x) = 1 then return cat(``, name)(op(x[1])) end if
+  elif symbol = "logic1.equivalent" then return not `xor`(op(x))
+  elif symbol = "set1.notin" then return not `in`(op(x))
+  elif symbol = "set1.size" then return nops(x[1])
   elif symbol = "linalg2.matrixrow" then return x
   elif symbol = "linalg2.matrix" then return rtable(1..nops(x), 1..nops(x[1]), x, 'subtype' = 'Matrix')
   elif symbol = "linalg2.vector" then return rtable(1..nops(x), x, 'subtype' = 'Vector'['column'])

@@ -75,18 +75,22 @@ void hide(DAG table) {
 // What is left of a weak table is alive on its own account and has been reached, so that only the words of
 // the table itself are marked. Gives the number of pairs that stay, and adds the words of the chains to `words`.
 //
-// Chains that have lost all their pairs stay for the next ones. When memory has run out they go: strewn over the
-// whole heap, they would leave no large block (tests/language/out_of_memory.krl).
-std::int64_t sweepWeakTable(DAG table, std::int64_t& words) {
+// Chains that have lost all their pairs stay for the next ones. They go when memory has run out, and when a table that
+// was widened for many has few left: strewn over the whole heap, they would leave no large block
+// (tests/language/out_of_memory.krl), and every collection would walk the small ones between them.
+std::int64_t sweepWeakTable(DAG table, std::int64_t count, std::int64_t& words) {
+  const Word buckets = isObject(table) ? lengthOf(table) - 1 : 0;
+  constexpr Word wide = 8192;
+  const bool dropEmpty = memoryRanOut || (!shortCollection && buckets >= wide && count < buckets / 4);
   std::int64_t kept = 0;
   forEachChain(table, [&](DAG& chain) {
     words += lengthOf(chain) + 1;
     // The values lie all over the heap: their control words are under way before they are asked for.
-    for (Word i = 2; i < lengthOf(chain); i += 2)
+    for (Word i = 2; i < lengthOf(chain) && rawField(chain, i - 1) != 0; i += 2)
       __builtin_prefetch(reinterpret_cast<const void*>(std::uintptr_t{chain[i].word} - sizeof(Word)));
     Word used = dropPairs(chain, [](PairAddress pair) { return !isAliveOrPlain(pairValue(pair)); });
     kept += used;
-    if (used == 0 && memoryRanOut) chain = DAG();
+    if (used == 0 && dropEmpty) chain = DAG();
     else keepLabelled(chain);
   });
   if (isObject(table)) keepLabelled(table);
@@ -137,9 +141,9 @@ void sweepRememberTables() {
 
 std::int64_t sweepWeakTables() {
   std::int64_t words = 0;
-  simpltabCount = sweepWeakTable(simpltab, words);
-  sweepWeakTable(nametab, words);
-  strtabCount = sweepWeakTable(strtab, words);
+  simpltabCount = sweepWeakTable(simpltab, simpltabCount, words);
+  sweepWeakTable(nametab, 0, words);
+  strtabCount = sweepWeakTable(strtab, strtabCount, words);
   return words;
 }
 
