@@ -5,7 +5,7 @@ rewritten := proc() local line; save x, "w.m"; iolib(2, "w.m"); line := iolib(2,
 refused := proc(text, header) try readRecord(args) catch: op(2..-1, [lastexception]) end try end proc:
 written(5), written(-12345), written(1/2), written(1.5), written(2*I), written("a {b}\n"), written([a, a + 1, a + 1]), written(f(a)), written('''a'''), written({}), written(2^100);
 readRecord("I\"x\"\"&6\"\n"), readRecord("\n\n I\"x\n\"\" &\n6\""), readRecord("I\"x\"\"&6\",\nI\"y\"\"'6\"\n"), y, readRecord("I\"x\"\"&6\"", "K5R4\n"), readRecord("I\"x\"\"&6\"", "K5R5\r");
-refused("I\"x\"\"&6\"", "K6R1\n"), refused("", "K"), refused(""), refused("I\"x\"\""), refused("I\"x]6\""), refused("I\"xf6\""), refused("I\"xF*6\""), refused("I\"x\"!6\""), refused("I\"x7!6\""), refused("I\"x6jjjjjjjjjz6\""), refused("I\"x6{6\""), refused("I\"x\"\"_6\""), refused("I\"x#\"\"#\"\"!6\"");
+refused("I\"x\"\"&6\"", "K6R1\n"), refused("", "K"), refused(""), refused("I\"x\"\""), refused("I\"x]6\""), refused("I\"xf6\""), refused("I\"xF*6\""), refused("I\"x\"!6\""), refused("I\"x7!6\""), refused("I\"x6jjjjjjjjjz6\""), refused("I\"x6{6\""), refused("I\"x\"\"_6\""), refused("I\"x#\"\"#\"\"!6\""), refused("I\"xN\"\"\"6\""), refused("I\"x7#E$!6\"");
 # Fractions come in lowest terms, and a name that is its own value has none.
 readRecord("I\"x#\"\"#\"\"%6\""), readRecord("I\"x#\"\"%!\"#6\""), readRecord("I\"x%\"xG6\"");
 # What earlier versions wrote.
