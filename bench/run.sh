@@ -45,3 +45,5 @@ if [ -x "$build/bin/printer_bench" ]; then
   echo 'Printing (of_sink: times as long as the bare sink)'
   "$build/bin/printer_bench" --benchmark_min_time=0.1 2>/dev/null
 fi
+echo
+"$(dirname "$0")/number_theory.sh" "$build"
