@@ -31,4 +31,4 @@ run(cat(first, "h(1): debugopts(traceproc = true): h(1), h(2); restart; ", first
 run(cat(first, "h(1): debugopts(traceproc = true): h(1), h(2); quit"));
 map(t -> t[1], iolib(31, "list", libname[1])); `TRACE/h`[1, 1], `TRACE/h`[3, 1];
 run(cat(first, "h(1): debugopts(traceproc = true): h(1), h(2); `TRACE/h`[1, 1]; quit"));
-run(cat("libname := \"", dir, "la\", \"", dir, "lt\", libname: h(1): debugopts(traceproc = true): h(1), h(2); quit"));
+run(cat(first, "h(1): debugopts(traceproc = true): h(1), h(2); system(\"rm -r lt\"): quit"));
