@@ -38,6 +38,50 @@ end proc:
   [seq(`convert/list`(row), row = `convert/list`(t))]
 end proc:
 
+`convert/listlist` := proc(x)
+  description "convert(x, listlist): as convert(x, `list(list)`)";
+  `convert/list(list)`(x)
+end proc:
+
+# The elements of an array come along with their bounds, or from 1 on where these have none.
+`convert/Array` := proc(x)
+  description "convert(x, Array): the elements of a list, table, array, Matrix or Vector as an Array of the same bounds";
+  Array(eval(x), args[2..-1])
+end proc:
+
+`convert/Matrix` := proc(x)
+  description "convert(x, Matrix): the elements of a list of rows or an array of two dimensions as a Matrix";
+  `convert/linear`('Matrix', 2, args)
+end proc:
+
+`convert/Vector` := proc(x)
+  description "convert(x, Vector): the elements of a list, or of an array of one dimension, as a column Vector";
+  `convert/linear`('Vector'['column'], 1, args)
+end proc:
+
+`convert/linear` := proc(kind, rank, x)
+  description "convert/linear(kind, rank, x, options): the elements of x, whatever its bounds, as a Matrix or Vector";
+  local t, n, range;
+  t := eval(x);
+  if not type(t, {array, rtable}) then return kind(t, args[4..-1]) end if;
+  n := [`if`(type(t, rtable), `rtable/ranges`(t), op(2, eval(t)))];
+  if nops(n) <> rank then error "array of %1 dimensions expected, but received one of %2", rank, nops(n) end if;
+  kind(seq(op(2, range) - op(1, range) + 1, range = n), `if`(rank = 1, `convert/list`(t), `convert/list(list)`(t)), args[4..-1])
+end proc:
+
+`convert/array` := proc(x)
+  description "convert(x, array): the elements of a list, Array, Matrix or Vector as an array that is a table";
+  local t, i, k, n, result;
+  t := eval(x);
+  if not type(t, rtable) then return `if`(type(t, array), eval(t), array(t)) end if;
+  n := [`rtable/ranges`(t)];
+  if nops(n) > 2 then error "array of one or two dimensions expected, but received one of %1", nops(n) end if;
+  result := array(op(n));
+  if nops(n) = 1 then for i in seq(i, i = n[1]) do result[i] := t[i] end do
+  else for i in seq(i, i = n[1]) do for k in seq(k, k = n[2]) do result[i, k] := t[i, k] end do end do end if;
+  eval(result)
+end proc:
+
 `convert/string` := proc(x)
   description "convert(x, string): the text of a name, or of an expression as it prints";
   `kernel/native`("objecttext", x)

@@ -70,7 +70,8 @@ end proc:
     if type(item, list) and nops(item) > 0 and item[1] = 'DEBUGWATCH' and nops(item) >= 2 then
       `debugger/say`(`kernel/native`("debugger/assignment", item))
     elif type(item, list) and nops(item) > 1 and item[1] = 'DEBUGERROR' then
-      INTERFACE_EXCEPT(debugopts('lastexception'))
+      # A program that a signal has stopped may have no error.
+      if debugopts('lastexception') <> `(none)` then INTERFACE_EXCEPT(debugopts('lastexception')) end if
     else
       INTERFACE_RESULT(item)
     end if

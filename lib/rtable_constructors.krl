@@ -165,6 +165,6 @@ end proc:
   head := op(0, r);
   if head = 'Array' then size := rtable_indfns(r), op(2, r) else size := op(1, r) end if;
   settings := op(`if`(head = 'Array', 4, 3), r);
-  if rtable_indfns(r) = NULL and rtable_num_elems(r) <= 100 then size := size, op(`if`(head = 'Array', 3, 2), r) end if;
+  if rtable_indfns(r) = NULL and rtable_num_elems(r) <= 100 and rtable_options(r, 'storage') <> 'scalar' then size := size, op(`if`(head = 'Array', 3, 2), r) end if;
   subs('f' = head, 'f'(size, settings))
 end proc:

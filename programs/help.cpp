@@ -10,76 +10,56 @@ namespace korel {
 
 namespace {
 
-constexpr const char* overview =
-    "A statement ends with `;`, which shows its result, or with `:`, which doesn't.\n"
-    "%  %%  %%%    the last three results\n"
-    "x := a        assignment; x := 'x' takes it back\n"
-    "# ...         a comment\n"
-    "!command      runs a command of the shell\n"
-    "?name         help on a reserved word, a procedure or a name; ?korel the switches\n"
-    "Ctrl-C        interrupts the running statement, or drops the one being typed\n"
-    "quit          ends the session, as Ctrl-D does; quit(n) with exit status n\n";
+constexpr const char* startPage =
+    "End a statement with `;` to see its value, with `:` not to. Exact numbers and formulas stay exact.\n"
+    "  2^100;  7/3 - 1;  factorint(2^67 - 1);     numbers of any size\n"
+    "  evalf(Pi, 50);  evalf(sqrt(2));            their values to as many digits as you like\n"
+    "  expand((x + 1)^3);  diff(sin(x), x);       formulas\n"
+    "  a := 5;  a := 'a';  f := x -> x^2;  f(3);  names, and how to free one; functions\n"
+    "  seq(i^2, i = 1..5);  [3, 1, 2];  %;        sequences, lists, the last result\n"
+    "?name shows the page about a name, ?topics all subjects, ?lists the names of one.\n"
+    "Tab completes what is begun; twice, it lists what there is. The arrow keys bring old lines back.\n"
+    "Ctrl-C interrupts the running statement, or drops the one being typed. !command runs a shell command.\n"
+    "quit or Ctrl-D ends the session. ?korel shows the switches of the program.\n";
 
-// Each word leads to the form in which it stands; several words share one form.
-struct StatementForm {
-  const char* words;  // separated by blanks, one on either end
-  const char* form;
-};
-constexpr StatementForm statementForms[] = {
-    {" if then elif else fi ", "if C then S elif C then S ... else S end if"},
-    {" for from by to while do od ", "for x from a by b to c while C do S end do"},
-    {" in ", "for x in e while C do S end do"},
-    {" break next ", "break and next: leave the innermost loop, or go on with its next round"},
-    {" proc local global option options description ",
-     "proc (parameters) local a, b; global c; option o; description \"text\"; S end proc"},
-    {" module export ", "module () local a; export b; S end module"},
-    {" return ", "return e: leaves the running procedure with that value"},
-    {" error ", "error \"message with %1\", parameter, ...: raises an error"},
-    {" try catch finally ", "try S catch \"message\", ...: S finally S end try"},
-    {" use ", "use a = b, m:-c in S end use"},
-    {" read ", "read \"file\": runs the statements of a file"},
-    {" save ", "save a, b, \"file\": writes assignments that give the names their values again"},
-    {" quit done stop ", "quit, done, stop: ends the session; quit(n) with exit status n"},
-    {" and or not ", "a and b, a or b, not a"},
-    {" union minus intersect ", "s union t, s minus t, s intersect t: of sets"},
-    {" mod ", "a mod n"},
-    {" end ", "end, end if, end do, end proc, ...: closes a statement"},
-};
-
-const char* formOf(const char* word) {
-  char padded[40];
-  if (std::snprintf(padded, sizeof padded, " %s ", word) >= static_cast<int>(sizeof padded)) return nullptr;
-  for (const StatementForm& row : statementForms)
-    if (std::strstr(row.words, padded) != nullptr) return row.form;
-  return nullptr;
+// A text as it is written inside of a string.
+std::string escaped(const std::string& text) {
+  std::string all;
+  for (char c : text) {
+    if (c == '"' || c == '\\') all += '\\';
+    all += c;
+  }
+  return all;
 }
 
 // The call of the library's `help` for a name, with the names near it, should there be no help.
-const char* callOfHelp(const char* word) {
+const char* callOfHelp(const std::string& word) {
   static std::string call;
   std::string near;
   constexpr std::size_t mostNames = 5;
   for (const std::string& name : namesNear(word, mostNames)) near += (near.empty() ? "" : ", ") + name;
-  call = std::string("`help`(\"") + word + "\", \"" + near + "\"):\n";
+  call = "`help`(\"" + escaped(word) + "\", \"" + escaped(near) + "\"):\n";
   return call.c_str();
+}
+
+// The word asked for: up to a blank, without quotes around it and without the end of a statement, as long as that
+// leaves something.
+std::string wordOf(const char* line) {
+  std::string word(line + std::strspn(line, " \t"));
+  word.resize(std::strcspn(word.c_str(), " \t\r\n"));
+  while (word.size() > 1 && (word.back() == ';' || word.back() == '`' || word.back() == '"')) word.pop_back();
+  if (word.size() > 1 && (word[0] == '`' || word[0] == '"')) word.erase(0, 1);
+  return word == ";" ? "" : word;
 }
 
 }  // namespace
 
 const char* showHelp(const char* line) {
-  char word[128];
-  std::size_t start = std::strspn(line, " \t`");
-  std::size_t length = std::strcspn(line + start, " \t\r\n`;:\"\\");
-  if (length >= sizeof word) length = sizeof word - 1;
-  std::memcpy(word, line + start, length);
-  word[length] = '\0';
-
-  if (length == 0) {
-    std::fputs(overview, stdout);
-  } else if (std::strcmp(word, "korel") == 0) {
+  const std::string word = wordOf(line);
+  if (word.empty()) {
+    std::fputs(startPage, stdout);
+  } else if (word == "korel") {
     std::printf("korelTTY [switches] [file]\n%s", switchTable());
-  } else if (const char* form = formOf(word)) {
-    std::printf("%s\n", form);
   } else {
     return callOfHelp(word);
   }

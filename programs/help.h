@@ -3,9 +3,8 @@
 
 namespace korel {
 
-/// Writes what is known about the word that `line` begins with: a topic or a reserved word; without a word, how
-/// the terminal is used. Null; or, for the name of a procedure, the statement that shows the help of the library. Its
-/// text stays valid until the next call.
+/// Writes how to begin when `line` holds no word, and the switches of the program for `korel`; null then. For any other
+/// word, the statement that shows its page in the library's help. Its text stays valid until the next call.
 const char* showHelp(const char* line);
 
 }  // namespace korel

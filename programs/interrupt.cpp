@@ -3,6 +3,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "debug/debugger.h"
 #include "frame/interrupts.h"
 #include "interrupt.h"
 #include "line_editor.h"
@@ -22,6 +23,7 @@ void mark(int signal) {
   // A slow statement is followed by few others: the next one asks.
   pollInterruptSoon();
 }
+void stopProgram(int) { enterDebuggerSoon(); }
 }  // namespace
 
 void catchInterrupts() {
@@ -31,6 +33,9 @@ void catchInterrupts() {
   action.sa_flags = 0;  // no restart: whoever waits for input has to learn of it
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
+  action.sa_handler = stopProgram;
+  action.sa_flags = SA_RESTART;
+  sigaction(SIGUSR1, &action, nullptr);
 }
 
 bool waitForInput(int descriptor) {

@@ -1,6 +1,6 @@
 #pragma once
-// Signals leave a mark, which the running statement or the reader of a line takes: Ctrl-C ends the statement, and
-// SIGTERM the program.
+// Signals leave a mark, which the running statement or the reader of a line takes: Ctrl-C ends the statement, SIGTERM
+// the program, and SIGUSR1 stops it in the dialogue of the debugger.
 
 namespace korel {
 

@@ -189,11 +189,16 @@ DAG redirect(DAG arguments) {
   DAG file = argument(arguments, 1);
   DAG mode = argument(arguments, 2);
   std::fflush(output());
+  // The line that the output has left unfinished waits for its end while another one goes to a file.
+  static int lastOnTerminal;
   if (redirected != nullptr) std::fclose(redirected);
+  else lastOnTerminal = lastPrinted;
   redirected = nullptr;
+  lastPrinted = lastOnTerminal;
   if (!isText(file)) return ini("true");
   bool appends = mode == ini("true") || (isImmediate(mode) && immediateValue(mode) != 0);
   redirected = std::fopen(textOf(file), appends ? "a" : "w");
+  if (redirected != nullptr) lastPrinted = '\n';
   return redirected != nullptr ? ini("true") : ini("false");
 }
 

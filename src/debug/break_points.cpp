@@ -4,6 +4,7 @@
 
 #include "debug/statement_walk.h"
 #include "eval/evaluate/evaluate.h"
+#include "eval/procedures/modules.h"
 #include "eval/procedures/procedures.h"
 #include "eval/procedures/scoping.h"
 #include "eval/simplify/simplify.h"
@@ -20,11 +21,27 @@ bool isOfDebugger(DAG name) {
   return std::strncmp(text, whole, n) == 0 && (text[n] == '\0' || text[n] == '/');
 }
 
+namespace {
+
+// The name behind a member of a module that exports it, or 0.
+DAG exportedName(DAG member) {
+  if (member[1] == null) return member[2];
+  DAG module = simpl(eval(member[1]));
+  if (isTag(module, NAME)) module = mvalue(module);
+  DAG instance = isTag(module, MODULE) ? exportInstance(module, member[2]) : DAG();
+  return instance ? declaredName(instance) : DAG();
+}
+
+}  // namespace
+
 DAG debuggableProcedure(DAG name) {
-  if (isTag(name, MEMBER)) name = evalname(name);
-  if (!isNameOrIndexed(name)) KernelException("procedure name expected");
+  if (isTag(name, MEMBER)) name = exportedName(name);
+  if (!name || !isNameOrIndexed(name)) KernelException("procedure name expected");
   DAG procedure = mvalue(name);
-  if (isTag(procedure, UNEVAL)) procedure = mvalue(procedure[1]);
+  if (isTag(procedure, UNEVAL)) procedure = procedure[1];
+  // The value may be another name, of a name in turn; a circle has no procedure.
+  constexpr int longestChain = 100;
+  for (int i = 0; i < longestChain && isNameOrIndexed(procedure); ++i) procedure = mvalue(procedure);
   if (!isTag(procedure, PROC)) KernelException("procedure name expected");
   if (hasOption(procedure, ini("builtin"))) KernelException("cannot debug built-in functions");
   if (isTag(name, NAME) && hasText(name, "debugger")) KernelException("cannot debug the debugger");

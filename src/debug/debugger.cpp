@@ -33,6 +33,7 @@ DAG debugArgs = null;
 bool debuggerActive = false;
 std::int32_t savedStepLevel = 0;
 DAG lastLastError, lastLastException, currentStatement;
+const DAG* currentField = nullptr;
 
 namespace {
 
@@ -65,8 +66,9 @@ void stopAt(DAG s) {
     stepLevel = 0;
     return;
   }
-  // A `DEBUG` in front of a statement is no place to stop at, nor is the body of a module.
-  if (isCallOf(s, ini("DEBUG")) || isTag(Environment->frame->proc, MODDEF)) return;
+  // The `DEBUG` of a break point is no place to stop at, nor is the body of a module.
+  const bool guards = wrapperRunning && isBreakPoint(wrapperRunning) && wrapperRunning[1] == s;
+  if (guards || isTag(Environment->frame->proc, MODDEF)) return;
   // Of a traced statement only the whole.
   if (wrapperRunning && isTraced(wrapperRunning) && wrapperRunning[2][3] == s) return;
   stepLevel = 0;
@@ -182,6 +184,7 @@ struct Dialogue {
   Frame* frame;
   DAG saved;
   DAG outerStatement;  // of the dialogue around this one
+  const DAG* outerField;
   DAG wrapper;
   bool outerActive, outerCommand;
   std::int32_t number;
@@ -198,13 +201,13 @@ void begin(Dialogue& d) {
   d.outerActive = debuggerActive;
   d.outerCommand = commandRuns;
   d.outerStatement = currentStatement;
+  d.outerField = currentField;
   d.wrapper = wrapperRunning;
   evalTimeLimit = 0;
   debuggerActive = true;
   commandRuns = false;
-  // Of two places with the same statement, that whose wrapper runs.
-  const bool inWrapper = d.wrapper && statementIn(d.wrapper) == statementIn(frame.currentStatement);
-  currentStatement = inWrapper ? d.wrapper : firstStatement(frame.currentStatement);
+  currentStatement = firstStatement(frame.currentStatement);
+  currentField = frame.currentPlace;
   wrapperRunning = DAG();
   d.saved = newSequence({frame.ditto1, frame.ditto2, frame.ditto3, valueOfName("lasterror"),
                          valueOfName("lastexception"), valueOfName("printlevel"), currentStatement});
@@ -229,6 +232,7 @@ void end(Dialogue& d, bool keepErrors) {
   stepEvaluationClock();
   AllowGC(d.saved);
   currentStatement = d.outerStatement;
+  currentField = d.outerField;
   wrapperRunning = d.wrapper;
   debuggerActive = d.outerActive && !interruptPending;
   commandRuns = d.outerCommand;
@@ -237,11 +241,7 @@ void end(Dialogue& d, bool keepErrors) {
 // Finds the number of the current statement; false when it has none.
 bool locate(Dialogue& d) {
   StatementPlace place;
-  if (!placeOfStatement(d.frame->proc, currentStatement, place)) {
-    // A wrapper that a jump has left says nothing of this procedure.
-    currentStatement = firstStatement(d.frame->currentStatement);
-    if (!placeOfStatement(d.frame->proc, currentStatement, place)) return false;
-  }
+  if (!placeOfStatement(d.frame->proc, currentStatement, currentField, place)) return false;
   d.number = place.number;
   return true;
 }
@@ -371,11 +371,27 @@ void EnterDebugger() {
   debugger(simpl(newSequence({report})));
 }
 
+volatile std::sig_atomic_t debuggerWanted = 0;
+
+void enterDebuggerSoon() {
+  debuggerWanted = 1;
+  pollInterruptSoon();
+}
+
 void DropEverythingAndEnterDebugger() {
+  if (evaluationLevel < firstInnerDepth) return;
+  debuggerWanted = 0;
+  if (debuggerActive) return;
+  // Input 0 is the terminal from now on; where there is none it stays what it was.
+  const int terminal = open("/dev/tty", O_RDWR);
+  if (terminal < 0) return;
+  if (terminal != STDIN_FILENO) {
+    dup2(terminal, STDIN_FILENO);
+    close(terminal);
+  }
   signalPending = true;
-  close(STDIN_FILENO);
-  if (open("/dev/tty", O_RDWR) < 0) return;
   EnterDebugger();
+  signalPending = false;
 }
 
 // ---- start and reset
@@ -391,7 +407,9 @@ void ResetDebugger() {
   stepLevel = 0;
   debugArgs = null;
   debuggerActive = commandRuns = interruptPending = signalPending = false;
+  debuggerWanted = 0;
   currentStatement = wrapperRunning = DAG();
+  currentField = nullptr;
 }
 
 void CleanUpDebugger() {

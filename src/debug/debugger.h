@@ -9,6 +9,7 @@
 // A stop is armed by a depth: the next statement that is no deeper stops. `DEBUG` arms its own depth, a watch or a
 // step any.
 
+#include <csignal>
 #include <cstdint>
 
 #include "frame/builtin_call.h"
@@ -38,7 +39,10 @@ DAG enterWrapper(DAG wrapper);
 void debugger(DAG arguments);
 /// The same for the error that `lasterror` holds, when the error table asks for it.
 void EnterDebugger();
-/// For a signal: enters the dialogue on the terminal, whatever runs.
+/// A signal handler may call it: the next statement of a procedure stops.
+void enterDebuggerSoon();
+extern volatile std::sig_atomic_t debuggerWanted;
+/// For that signal: enters the dialogue on the terminal, whatever runs. Nothing without a terminal, or in the dialogue.
 void DropEverythingAndEnterDebugger();
 
 /// True inside the dialogue where an interrupt has to wait: anywhere but in a command.
@@ -53,6 +57,7 @@ extern std::int32_t savedStepLevel;
 extern DAG lastLastError, lastLastException;
 /// The statement where the debugger stands, or its wrapper; 0 outside the dialogue.
 extern DAG currentStatement;
+extern const DAG* currentField;  // where it stands, if that is known
 /// `debugopts(interrupt)`: the dialogue and the program end.
 void interruptFromDebugger();
 /// A name that leads to the procedure of `frame`: its own, or `unknown/` and the address, which it is assigned to. 0

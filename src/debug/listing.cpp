@@ -194,7 +194,7 @@ void addHead(Listing& l, DAG name) {
 
 Listing newListing(DAG name, DAG procedure, std::int32_t first, std::int32_t last) {
   StatementPlace place;
-  const bool stands = currentStatement && placeOfStatement(procedure, currentStatement, place);
+  const bool stands = currentStatement && placeOfStatement(procedure, currentStatement, currentField, place);
   return {procedure, first, last, stands ? place.number : 0, traceVectorShown(name, procedure), NewLongString()};
 }
 
@@ -267,9 +267,9 @@ DAG statementLine(DAG procedure, const StatementPlace& place) {
   return StringToMString(text);
 }
 
-DAG StatementAsString(DAG name, DAG procedure, DAG statement) {
+DAG StatementAsString(DAG name, DAG procedure, DAG statement, const DAG* field) {
   StatementPlace place;
-  if (!isDefinition(procedure) || !statement || !placeOfStatement(procedure, statement, place))
+  if (!isDefinition(procedure) || !statement || !placeOfStatement(procedure, statement, field, place))
     return naminstall(" #unknown");
   const DAG function = ConvertToName(name, false);
   Listing l{procedure, 0, 0, 0, DAG(), NewLongString()};

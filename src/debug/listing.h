@@ -28,7 +28,7 @@ DAG listingOf(DAG name, DAG procedure, std::int32_t first, std::int32_t last);
 DAG statementListing(DAG name, DAG procedure, std::int32_t number);
 
 /// What messages tell of the statement of a running procedure or module: the name ` #(f,3): text`, or ` #unknown`.
-DAG StatementAsString(DAG name, DAG procedure, DAG statement);
+DAG StatementAsString(DAG name, DAG procedure, DAG statement, const DAG* field = nullptr);
 /// The text of the statement at `place`, on one line and with its inner statements left out, as a STRING.
 DAG statementLine(DAG procedure, const StatementPlace& place);
 /// The whole text of a statement of `procedure`, on one line and with its variables by name, as a NAME.

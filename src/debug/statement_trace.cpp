@@ -38,11 +38,16 @@ enum Column : Word { callsColumn, millisecondsColumn, wordsColumn };
 bool isTraceVector(DAG x) {
   return isTag(x, RTABLE) && dimensionsOf(x) == 2 && lowerBound(x, 0) == 1 && lowerBound(x, 1) == 1 &&
          upperBound(x, 1) == static_cast<std::int32_t>(columns) && datatypeOf(x) == dataInteger32 &&
-         storageOf(x) == storageRectangular && rtableFlag(x, rtableOrder) == cOrder && dataOf(x) != nullptr;
+         storageOf(x) == storageRectangular && dataOf(x) != nullptr;
 }
+// As `InstrumentProcedure` makes it; one of a person's own may be in the other order.
+bool isOwnVector(DAG x) { return isTraceVector(x) && rtableFlag(x, rtableOrder) == cOrder; }
 
-std::int32_t* rowOf(DAG vector, std::int32_t row) {
-  return reinterpret_cast<std::int32_t*>(dataOf(vector)) + static_cast<std::ptrdiff_t>(columns) * row;
+std::int32_t& counter(DAG vector, std::int32_t row, Column column) {
+  const std::ptrdiff_t rows = upperBound(vector, 0);
+  const bool byRow = rtableFlag(vector, rtableOrder) == cOrder;
+  auto* first = reinterpret_cast<std::int32_t*>(dataOf(vector));
+  return first[byRow ? std::ptrdiff_t{columns} * row + column : rows * column + row];
 }
 
 DAG vectorName(DAG name) {
@@ -106,9 +111,9 @@ struct Costs {
   std::int64_t time = milliseconds(), words = wordsUsed();
 };
 
-void addCosts(std::int32_t* row, const Costs& before, const Costs& after) {
-  row[millisecondsColumn] += static_cast<std::int32_t>(after.time - before.time);
-  row[wordsColumn] += static_cast<std::int32_t>(after.words - before.words);
+void addCosts(DAG vector, std::int32_t row, const Costs& before, const Costs& after) {
+  counter(vector, row, millisecondsColumn) += static_cast<std::int32_t>(after.time - before.time);
+  counter(vector, row, wordsColumn) += static_cast<std::int32_t>(after.words - before.words);
 }
 
 // The statement may have changed what the vector's name stands for.
@@ -116,14 +121,13 @@ void bookCosts(const TracedCall& call, const Costs& before) {
   DAG vector = call.vectorName[1];
   if (!vector || !isTraceVector(vector) || call.number >= upperBound(vector, 0)) return;
   const Costs after;
-  addCosts(rowOf(vector, call.number), before, after);
-  if (call.countsForAll) addCosts(rowOf(vector, 0), before, after);
+  addCosts(vector, call.number, before, after);
+  if (call.countsForAll) addCosts(vector, 0, before, after);
 }
 
 DAG runCounted(const TracedCall& call, DAG wrapper, DAG statement, int mode) {
-  std::int32_t* row = rowOf(call.vectorName[1], call.number);
-  if (call.number == 1) ++rowOf(call.vectorName[1], 0)[callsColumn];
-  ++row[callsColumn];
+  if (call.number == 1) ++counter(call.vectorName[1], 0, callsColumn);
+  ++counter(call.vectorName[1], call.number, callsColumn);
   const Costs before;
   std::jmp_buf buffer;
   EnvironmentBlock block;
@@ -195,7 +199,7 @@ void instrument(DAG name, DAG procedure) {
   if (wrapper.count == 0) return;
   if (isDeferred(vector)) RetrieveName(vector);
   const std::int32_t rows = wrapper.count + 1;
-  if (!vector[1] || !isTraceVector(vector[1]) || upperBound(vector[1], 0) != rows) {
+  if (!vector[1] || !isOwnVector(vector[1]) || upperBound(vector[1], 0) != rows) {
     vector[1] = newTraceVector(rows);
     updategens(vector[1]);
     stepEvaluationClock();
@@ -226,11 +230,11 @@ DAG traceVectorShown(DAG name, DAG procedure) {
   StatementPlace place;
   if (!placeOfNumber(procedure, 1, place) || !isTraced(place.wrapped())) return DAG();
   DAG vector = vectorName(name)[1];
-  const bool fits = vector && isTraceVector(vector) && upperBound(vector, 0) == countStatements(procedure) + 1;
+  const bool fits = vector && isOwnVector(vector) && upperBound(vector, 0) == countStatements(procedure) + 1;
   return fits ? vector : DAG();
 }
 
-const std::int32_t* traceRow(DAG vector, std::int32_t row) { return rowOf(vector, row); }
+const std::int32_t* traceRow(DAG vector, std::int32_t row) { return &counter(vector, row, callsColumn); }
 
 // ---- at the end of a run
 

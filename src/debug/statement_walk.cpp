@@ -48,8 +48,9 @@ struct Counter {
 struct Finder {
   std::int32_t number;
   DAG statement;
+  const DAG* field;  // the place that is preferred, or null
   StatementPlace* found;
-  bool done = false;
+  bool isFound = false, done = false;
   std::int32_t count = 0;
 
   bool matches(const StatementPlace& place) const {
@@ -58,8 +59,10 @@ struct Finder {
   }
   bool enter(const StatementPlace& place) {
     if (!done && matches(place)) {
-      *found = place;
-      done = true;
+      const bool isPreferred = field == nullptr || &place.holder[place.field] == field;
+      if (!isFound || isPreferred) *found = place;
+      isFound = true;
+      done = isPreferred;
     }
     return !done;
   }
@@ -76,15 +79,15 @@ std::int32_t statementsIn(DAG holder, Word field) {
 }
 
 bool placeOfNumber(DAG procedure, std::int32_t number, StatementPlace& place) {
-  Finder finder{number, DAG(), &place};
+  Finder finder{number, DAG(), nullptr, &place};
   walkBody(finder, procedure, procBody, 0);
-  return finder.done;
+  return finder.isFound;
 }
 
-bool placeOfStatement(DAG procedure, DAG statement, StatementPlace& place) {
-  Finder finder{0, statement, &place};
+bool placeOfStatement(DAG procedure, DAG statement, const DAG* field, StatementPlace& place) {
+  Finder finder{0, statement, field, &place};
   walkBody(finder, procedure, procBody, 0);
-  return finder.done;
+  return finder.isFound;
 }
 
 void replaceStatement(const StatementPlace& place, DAG x) {

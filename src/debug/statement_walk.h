@@ -102,9 +102,9 @@ inline std::int32_t countStatements(DAG procedure) { return statementsIn(procedu
 
 /// The place of statement `number`; false when there is none.
 bool placeOfNumber(DAG procedure, std::int32_t number, StatementPlace& place);
-/// The place where `statement`, or it as a wrapper, stands; false when nowhere. Expressions are shared: of two places
-/// that hold the same one, the first is found.
-bool placeOfStatement(DAG procedure, DAG statement, StatementPlace& place);
+/// The place where `statement`, or it as a wrapper, stands; false when nowhere. Equal statements are one object: of
+/// several places that at the address `field`, or the first.
+bool placeOfStatement(DAG procedure, DAG statement, const DAG* field, StatementPlace& place);
 /// Puts a wrapper, or a bare statement, in a place.
 void replaceStatement(const StatementPlace& place, DAG x);
 

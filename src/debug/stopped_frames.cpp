@@ -78,6 +78,7 @@ DAG evaluateIn(Frame& frame, const char* text) {
   statement = nerintokorel(statement);
   if (isDefinition(frame.proc)) statement = SimplifyMaybeBind(simplfnc(statement, frame.proc, null), false);
   const DAG running = frame.currentStatement;
+  const DAG* const place = frame.currentPlace;
   std::jmp_buf buffer;
   EnvironmentBlock block;
   EnvironmentBlock* previous = enterEnvironment(block, buffer);
@@ -87,6 +88,7 @@ DAG evaluateIn(Frame& frame, const char* text) {
     Environment = &block;
     RestoreEnvironment(previous);
     frame.currentStatement = running;
+    frame.currentPlace = place;
     // The jump would end the procedure of the library that has called.
     if (code == jumpReturn || code == jumpBreak) KernelException("return, break, or next out of context");
     jumpOut(static_cast<JumpCode>(code));
@@ -94,6 +96,7 @@ DAG evaluateIn(Frame& frame, const char* text) {
   DAG value = runStatement(frame, statement);
   RestoreEnvironment(previous);
   frame.currentStatement = running;
+  frame.currentPlace = place;
   updategens(value);
   // Until the dialogue puts them back, the ditto values are those of commands.
   if (&frame == stoppedFrame(0) && value != null) {
@@ -135,7 +138,8 @@ DAG native::debuggerCalls(const BuiltinCall&) {
     StatementPlace place;
     const DAG definition = isDefinition(f->proc) ? f->proc : DAG();
     const DAG statement = f == frame && currentStatement ? currentStatement : f->currentStatement;
-    const bool found = definition && statement && placeOfStatement(definition, statement, place);
+    const DAG* field = f == frame && currentField != nullptr ? currentField : f->currentPlace;
+    const bool found = definition && statement && placeOfStatement(definition, statement, field, place);
     DAG name = f->previousFrame == nullptr ? null : f->procName;
     DAG text = found                            ? statementLine(definition, place)
                : statement && statement != null ? ConvertToString(statementName(definition, statement))

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "rtable/rtable_object.h"
 #include "store/constants.h"
@@ -11,13 +12,18 @@ namespace korel {
 
 ExternalCall* innermostCall = nullptr;
 
+ExternalCall* callWithBlock(ALGEB x) {
+  ExternalCall* call = innermostCall;
+  while (call != nullptr && reinterpret_cast<ALGEB*>(x) != call->block) call = call->outer;
+  return call;
+}
+
 DAG fromC(ALGEB x) {
   const auto address = reinterpret_cast<std::uintptr_t>(x);
   if (address == 0) return null;
   if (address == static_cast<Word>(address)) return DAG(static_cast<Word>(address));
-  for (ExternalCall* call = innermostCall; call != nullptr; call = call->outer)
-    if (reinterpret_cast<ALGEB*>(x) == call->block) return call->arguments;
-  return null;
+  ExternalCall* call = callWithBlock(x);
+  return call != nullptr ? call->arguments = simpl(call->arguments) : null;
 }
 
 // ---- blocks of the heap

@@ -20,12 +20,14 @@ namespace korel {
 /// A running call of external code. The records form a chain, the innermost first.
 struct ExternalCall {
   ALGEB* block;   // what C takes for the argument sequence
-  DAG arguments;  // the sequence itself
+  DAG arguments;  // the sequence itself, a simplified one once C has asked for it
   ExternalCall* outer;
 };
 extern ExternalCall* innermostCall;
 
 inline ALGEB toC(DAG x) { return reinterpret_cast<ALGEB>(std::uintptr_t{x.word}); }
+/// The running call whose arguments C takes for the array at `x`, or null.
+ExternalCall* callWithBlock(ALGEB x);
 /// The object that C means; a null pointer stands for the empty sequence.
 DAG fromC(ALGEB x);
 

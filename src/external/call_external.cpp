@@ -163,6 +163,8 @@ using KernelFunction = ALGEB (*)(MKernelVector kv, ALGEB arguments);
   userror(message);
 }
 
+}  // namespace
+
 DAG CallExternal(void* wrapper, void* external, bool returnsValue, DAG arguments) {
   prepareForFaults();
   CallState state;
@@ -202,8 +204,6 @@ DAG CallExternal(void* wrapper, void* external, bool returnsValue, DAG arguments
   if (pollWanted != 0 && TestInterrupt()) jumpback();
   return value;
 }
-
-}  // namespace
 
 void resetExternalCalls() {
   innermostCall = nullptr;
@@ -250,7 +250,10 @@ DAG builtin::call_external(const BuiltinCall& call) {
   if (!isTag(given[4], PARAM) || rawField(given[4], 1) != argsParameter)
     userror("`args` expected for fourth parameter of call_external");
   if (secureMode) userror("system calls are disabled");
-  return CallExternal(wrapper, external, returns == ini("true"), asSequence(evparloc(given[4])));
+  // C looks at the arguments one by one: those of a procedure need no place among the simplified objects.
+  const Frame& frame = *Environment->frame;
+  DAG arguments = isTag(frame.proc, PROC) ? frame.args : evparloc(given[4]);
+  return CallExternal(wrapper, external, returns == ini("true"), asSequence(arguments));
 }
 
 }  // namespace korel

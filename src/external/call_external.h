@@ -20,6 +20,10 @@ void registerWrapper(void* wrapper, const void* statics);
 /// Forgets all wrappers, before their libraries are closed.
 void forgetWrappers();
 
+/// Calls `external`, by its wrapper unless that is null, with an EXPSEQ of arguments; its value, or the empty sequence
+/// when none is expected. Errors: those of the call, and those of a fault (`builtin::call_external`).
+DAG CallExternal(void* wrapper, void* external, bool returnsValue, DAG arguments);
+
 /// No external code is running any more: after a jump to the top.
 void resetExternalCalls();
 /// Part of the start.

@@ -162,6 +162,7 @@ ALGEB toKorelExpressionSequence(int count, ...) {
 }
 
 M_INT numArgs(ALGEB sequence) {
+  if (const ExternalCall* call = callWithBlock(sequence)) return memberCount(call->arguments);
   DAG x = fromC(sequence);
   return isSequence(x) ? memberCount(x) : 1;
 }

@@ -34,9 +34,10 @@ struct Frame {
   DAG procName;  // the name called
   DAG proc;      // the running PROC
   DAG currentStatement;
-  DAG ditto1, ditto2, ditto3;  // values of %, %%, %%%
-  DAG inCondition;             // `true` while the condition of an `if` is evaluated
-  DAG envVars;                 // EXPSEQ of environment variables, shared until one is changed
+  const DAG* currentPlace = nullptr;  // the field that holds it: equal statements are one object
+  DAG ditto1, ditto2, ditto3;         // values of %, %%, %%%
+  DAG inCondition;                    // `true` while the condition of an `if` is evaluated
+  DAG envVars;                        // EXPSEQ of environment variables, shared until one is changed
 };
 
 /// What the frame's print level is worth in levels of evaluation: statements and calls at a smaller depth

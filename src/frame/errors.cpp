@@ -120,8 +120,19 @@ int countMarks(const char* text) {
   return marks;
 }
 
-namespace {
+const char* withoutMarks(const char* text) {
+  if (std::strchr(text, '%') == nullptr) return text;
+  DAG doubled = newl2(textLength(static_cast<Word>(2 * std::strlen(text))), BINARY);
+  char* to = textOf(doubled);
+  for (; *text != '\0'; ++text) {
+    *to++ = *text;
+    if (*text == '%') *to++ = '%';
+  }
+  *to = '\0';
+  return textOf(doubled);
+}
 
+namespace {
 
 /// How many places the parameters of `text` take: one a mark; with %0 all that were given.
 Word parameterPlaces(const char* text, const DAG* parameters, int count) {
@@ -264,17 +275,23 @@ Conversion firstConversion(const char* format) {
   return {at, at};
 }
 
+const char* asPartOfMessage(const char* value) { return withoutMarks(value); }
+long asPartOfMessage(long value) { return value; }
+
 template <class Value>
 [[noreturn]] void raiseFormatted(const char* format, Value value) {
   // The text can be as long as a file name: it is built in the store, which an error cannot leak.
-  auto formatted = [value](const char* pattern) {
+  auto formatted = [&value](const char* pattern) {
     int characters = std::snprintf(nullptr, 0, pattern, value);
     DAG buffer = newl2(textLength(static_cast<Word>(characters)), BINARY);
     std::snprintf(textOf(buffer), static_cast<std::size_t>(characters) + 1, pattern, value);
     return buffer;
   };
   if (Environment == nullptr || hasErrorProc()) {
-    if (Environment != nullptr) KernelException(textOf(formatted(format)));
+    if (Environment != nullptr) {
+      value = asPartOfMessage(value);
+      KernelException(textOf(formatted(format)));
+    }
     static char text[1024];
     std::snprintf(text, sizeof text, format, value);
     KernelException(text);

@@ -85,5 +85,7 @@ DAG KernelTrapError(DAG (*f)(DAG), DAG argument, bool& failed);
 
 /// Parameter marks of a message: how many parameters it takes; -1 when it holds %0.
 int countMarks(const char* text);
+/// `text` to be part of a message, with its percent signs doubled where it has any: it holds no mark.
+const char* withoutMarks(const char* text);
 
 }  // namespace korel

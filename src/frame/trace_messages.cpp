@@ -3,6 +3,7 @@
 #include "debug/listing.h"
 #include "frame/errors.h"
 #include "frame/output.h"
+#include "frame/traceback.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -87,7 +88,7 @@ void appendException(Pieces& pieces, DAG debug) {
 void appendTraceLevel(Pieces& pieces, DAG debug) {
   pieces.object(debug[2]).text(" called with arguments: ").members(debug[3]);
   if (lengthOf(debug) > 5 && debug[5] && debug[5] != null)
-    pieces.text("\n").object(StatementAsString(debug[2], debug[4], debug[5]));
+    pieces.text("\n").object(StatementAsString(debug[2], debug[4], debug[5], reportedPlace));
 }
 
 /// How a code becomes a stream call.

@@ -16,12 +16,15 @@ std::int32_t ErrorLevel = 0;
 DAG TraceBackArgs[maxTraceLevels], TraceBackFunctname[maxTraceLevels], TraceBackProc[maxTraceLevels],
     TraceBackStat[maxTraceLevels];
 DAG TraceBackCurrstat, TraceBackCurrproc, TraceBackLocals;
+const DAG* reportedPlace = nullptr;
 
 namespace {
 
 // The store refers to objects that a collection may take: it is good until the mark moves.
 std::int64_t recordedMark = -1;
 DAG recordedException;
+
+const DAG* tracePlace[maxTraceLevels];  // where each of the statements stands
 
 bool collectedSince() { return nextgc != recordedMark; }
 
@@ -67,6 +70,7 @@ bool recordTraceLevel(const Frame& frame) {
   TraceBackFunctname[level] = simpl(frame.procName);
   TraceBackProc[level] = frame.proc;
   TraceBackStat[level] = frame.currentStatement;
+  tracePlace[level] = frame.currentPlace;
   return level == 0;
 }
 
@@ -83,6 +87,7 @@ void TraceBack(std::int32_t level) {
   if (collectedSince()) KernelException("traceback information for last error is no longer available");
   // The reader of a message may run statements of its own: a collection there ends the report.
   for (int i = ErrorLevel - 1; level > 1 && i >= 0 && !collectedSince(); --i) {
+    reportedPlace = tracePlace[i];
     sendDebug(debugTraceLevel, TraceBackFunctname[i], TraceBackArgs[i], TraceBackProc[i], TraceBackStat[i]);
     if (level == 2) break;
   }

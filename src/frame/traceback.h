@@ -11,6 +11,8 @@ extern std::int32_t ErrorLevel;  // recorded levels
 extern DAG TraceBackArgs[maxTraceLevels], TraceBackFunctname[maxTraceLevels], TraceBackProc[maxTraceLevels],
     TraceBackStat[maxTraceLevels];
 extern DAG TraceBackCurrstat, TraceBackCurrproc, TraceBackLocals;
+/// The field in which the statement of the level stands that is being reported; only its address is good.
+extern const DAG* reportedPlace;
 
 /// Tells the collector what to keep of the store; part of the start.
 void initializeTraceback();

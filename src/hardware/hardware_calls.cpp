@@ -63,7 +63,7 @@ bool isVarForm(DAG x) {
 
 DAG calleeOf(DAG head) {
   DAG procedure = procedureBehind(head);
-  if (isBuiltinProcedure(procedure) || hasOption(procedure, ini("builtin")))
+  if (hasOption(procedure, ini("builtin")))
     KernelException("unable to evaluate built-in function `%1` in evalhf", head);
   if (lexicalsOf(procedure) != null) KernelException("lexical scoping is not supported in evalhf");
   if (rememberOf(procedure) != null || hasOption(procedure, ini("remember")))

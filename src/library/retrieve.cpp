@@ -54,13 +54,6 @@ namespace {
 constexpr std::size_t longestName = 1087;  // base and suffix together stay below
 constexpr std::size_t longestPath = 1024;
 
-DAG assignedName(const char* text) {
-  PairAddress pair = srchname(text);
-  if (pair == notFound) return DAG();
-  DAG name = pairValue(pair);
-  return name[1] ? name : DAG();
-}
-
 // What to do about a member of the library path that is no text.
 enum class BadEntry { endsTheSearch, isAnError };
 
@@ -79,7 +72,7 @@ bool searchDirectories(const char* text, DAG directories, BadEntry badEntry, boo
     if (std::strlen(textOf(entry)) + std::strlen(text) + 3 > longestPath)
       KernelException("readlib file name would be longer than %1 characters",
                       immediate(static_cast<std::int32_t>(longestPath)));
-    if (readFromDirectory(entry, text)) return true;
+    if (readFromDirectory(entry, text, profiledLibrary)) return true;
   }
   return false;
 }
@@ -100,8 +93,8 @@ DAG nameInLibrary(const char* base, const char* suffix) {
   }
   bool stopped = false;
   if (searchDirectories(text, valuenv(ini("libname"), true), BadEntry::endsTheSearch, stopped)) {
-    DAG name = assignedName(text);
-    return name ? name : null;
+    pair = srchname(text);
+    return pair != notFound ? pairValue(pair) : null;
   }
   if (!stopped) noteMissed(naminstall(text));
   return null;

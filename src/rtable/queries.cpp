@@ -67,7 +67,8 @@ std::int64_t wholeCountOf(DAG r) {
 }
 
 std::int64_t nonZeroCount(DAG r) {
-  if (functionCount(r) == 0) return storageOf(r) == storageScalar ? nonZeroPositions(r) : nonZeroEntries(r);
+  if (functionCount(r) == 0 && storageOf(r) == storageScalar) return nonZeroStoredCount(r) * wholeCountOf(r);
+  if (functionCount(r) == 0) return nonZeroEntries(r);
   if (functionCount(r) > 1) return nonZeroPositions(r);
   DAG function = r[rtableFunctions][1], arguments = IndexingFunctionArg(function);
   auto ifNonZero = [](DAG value, std::int64_t count) { return isZeroValue(value) ? 0 : count; };

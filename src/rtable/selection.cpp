@@ -83,6 +83,7 @@ DAG expandedList(DAG r, Word k, DAG members) {
       Bounds bounds = getRangeBounds(r, k, members[i]);
       count += std::int64_t{bounds.upper} - bounds.lower + 1;
     } else if (isInteger(members[i])) {
+      countedWithin(r, k, members[i]);
       ++count;
     } else {
       badIndex(r);
@@ -116,19 +117,25 @@ Span spanOf(DAG r, Word k, DAG member) {
   badIndex(r);
 }
 
+// Indices that are no integers keep their dimension.
+Word rankOfSelection(DAG r, DAG index) {
+  Word rank = dimensionsOf(r);
+  if (memberCount(index) > rank) KernelException("number of indices exceeds rank");
+  for (Word k = 1; k < lengthOf(index); ++k)
+    if (isInteger(index[k])) --rank;
+  return rank;
+}
+
 }  // namespace
 
 void expandIndex(DAG r, DAG index, Selection& s) {
   const Word given = memberCount(index);
   s.dimensions = dimensionsOf(r);
-  if (given > s.dimensions) KernelException("number of indices exceeds rank");
+  s.rank = rankOfSelection(r, index);
   if (given < s.dimensions && subtypeOf(r) == subtypeMatrix) KernelException("Matrix requires two indices");
   if (given < s.dimensions && subtypeOf(r) != subtypeArray) KernelException("Vector requires one index");
-  s.rank = 0;
-  for (Word k = 0; k < s.dimensions; ++k) {
+  for (Word k = 0; k < s.dimensions; ++k)
     s.spans[k] = k < given ? spanOf(r, k, index[k + 1]) : Span{false, lowerBound(r, k), upperBound(r, k), DAG()};
-    if (!s.spans[k].isSingle) ++s.rank;
-  }
 }
 
 namespace {
@@ -220,33 +227,36 @@ DAG SelectFromRTable(DAG r, DAG index) {
 
 namespace {
 
-// Cuts the selection to the size of `block`; whether anything was cut.
-bool cutToBlock(Selection& s, DAG block) {
-  bool cut = false;
+void assignToAll(DAG r, const Selection& s, DAG value) {
+  forEachSelected(s, [&](const std::int32_t* index, std::int32_t*) { assignElement(r, index, value); });
+}
+
+// Cuts the selection to the size of `block`, dimension by dimension; what it selected is zero then.
+void cutToBlock(DAG r, Selection& s, DAG block) {
+  const Selection whole = s;
+  bool isFilled = false;
   for (Word k = 0, at = 0; k < s.dimensions; ++k) {
     Span& span = s.spans[k];
     if (span.isSingle) continue;
     const std::int64_t extent = extentOf(block, at++);
     if (span.count() < extent) KernelException("number of indices does not match rank");
     if (span.count() == extent) continue;
-    cut = true;
+    if (!isFilled) assignToAll(r, whole, RTableZero(r));
+    isFilled = true;
     if (span.list) span.list = copysub(span.list, 0, static_cast<Word>(extent));
     else span.upper = static_cast<std::int32_t>(span.lower + extent - 1);
   }
-  return cut;
 }
 
-void assignToAll(DAG r, const Selection& s, DAG value) {
-  forEachSelected(s, [&](const std::int32_t* index, std::int32_t*) { assignElement(r, index, value); });
-}
-
-void assignBlock(DAG r, Selection& s, DAG block) {
-  if (dimensionsOf(block) != s.rank) KernelException("rank of left hand side does not match rank of right hand side");
-  Selection whole = s;
-  if (cutToBlock(s, block)) assignToAll(r, whole, RTableZero(r));
-  forEachSelected(s, [&](const std::int32_t* index, std::int32_t* place) {
+void assignBlock(DAG r, DAG index, DAG block) {
+  if (dimensionsOf(block) != rankOfSelection(r, index))
+    KernelException("rank of left hand side does not match rank of right hand side");
+  Selection s;
+  expandIndex(r, index, s);
+  cutToBlock(r, s, block);
+  forEachSelected(s, [&](const std::int32_t* at, std::int32_t* place) {
     for (Word k = 0; k < s.rank; ++k) place[k] += lowerBound(block, k);
-    if (DAG value = selectElement(block, place)) assignElement(r, index, value);
+    if (DAG value = selectElement(block, place)) assignElement(r, at, value);
   });
 }
 
@@ -262,10 +272,10 @@ void AssignToRTable(DAG r, DAG index, DAG value) {
     readElementIndex(r, index, numbers, a);
     return assignElement(a, value);
   }
+  if (isTag(value, RTABLE)) return assignBlock(r, index, value);
   Selection selection;
   expandIndex(r, index, selection);
-  if (isTag(value, RTABLE)) assignBlock(r, selection, value);
-  else assignToAll(r, selection, value);
+  assignToAll(r, selection, value);
 }
 
 DAG RTableNormalizeIndex(DAG r, DAG index) {

@@ -20,6 +20,25 @@ bool isStoredPosition(DAG r, const std::int32_t* index) {
   }
 }
 
+Columns columnsOfRow(DAG r, std::int32_t i) {
+  // Beside the diagonal, to the left and to the right; a triangle goes on to the edge.
+  std::int64_t left = 0, right = 0;
+  constexpr std::int64_t edge = INT32_MAX;
+  switch (storageOf(r)) {
+    case storageDiagonal: break;
+    case storageBand: left = tailOf(r, 2), right = tailOf(r, 1); break;
+    case storageUpper: right = edge; break;
+    case storageStrictUpper: left = -1, right = edge; break;
+    case storageUpperHessenberg: left = 1, right = edge; break;
+    case storageLower: left = edge; break;
+    case storageStrictLower: left = edge, right = -1; break;
+    case storageLowerHessenberg: left = edge, right = 1; break;
+    default: left = right = edge; break;
+  }
+  return {static_cast<std::int32_t>(std::max<std::int64_t>(lowerBound(r, 1), i - left)),
+          static_cast<std::int32_t>(std::min<std::int64_t>(upperBound(r, 1), i + right))};
+}
+
 namespace {
 
 struct Keys {

@@ -41,7 +41,7 @@ constexpr int classOf(Word n) { return n < 19 ? 12 : n < 35 ? 13 : n < 141 ? 14 
 
 // A list of thousands of blocks that are all a little too small would be walked at every request; what
 // fits stands near the head, or a larger block does as well.
-constexpr int mostProbes = 64;
+constexpr int mostProbes = 8;
 
 // First block of class `c` that fits `n` exactly or can be split, unlinked; 0 for none near the head.
 Word takeFromClass(int c, Word n) {

@@ -166,7 +166,7 @@ void unregister(TableIndex& record) {
   }
 }
 
-TableIndex* find(DAG table) {
+[[gnu::always_inline]] inline TableIndex* find(DAG table) {
   if (latest != nullptr && latest->table == table.word) return latest;
   if (registered == 0) return nullptr;
   TableIndex& record = recordOf(registry, registryMask, table.word);

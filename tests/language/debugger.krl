@@ -17,7 +17,7 @@ x := 'x': s := 's':
 debugopts(stopat = [f, -3]); debugopts(stopat = [f, 99]); debugopts(stopat = [f, 2^40]); debugopts(stopat = [f, 0]); debugopts(stopat = [f, -99]); debugopts(stopat = [f]); debugopts(stopat = [f, a]); debugopts(stopat = f); debugopts(stopat); debugopts(stopat = [1, 2]); debugopts(stopat = [nosuch, 1]); debugopts(stopat = [nops, 1]); debugopts(stopat = [debugger, 1]);
 debugopts(nosuch); debugopts(nosuch = 1); debugopts(1); debugopts(); debugopts(steplevel, statcount = one);
 # Procedures by entry, by member, without a name; recursion; a local of the same name as a global.
-T := table(): T[1] := proc() 1; 2 end proc: debugopts(stopat = ['T[1]', 2]); T[1](); m := module() export e; e := proc(a) a; a + 1 end proc end module: debugopts(stopat = [m:-e, 2]); m:-e(5); debugopts(stopat = ['m:-e', -2]); m:-e(5); debugopts(stopat = ['m:-no', 1]);
+T := table(): T[1] := proc() 1; 2 end proc: debugopts(stopat = ['T[1]', 2]); T[1](); m := module() export e; e := proc(a) a; a + 1 end proc end module: debugopts(stopat = [m:-e, 2]); m:-e(5); debugopts(stopat = ['m:-e', -2]); m:-e(5); debugopts(stopat = ['m:-no', 1]); alias1 := 'alias2': alias2 := 'w2': w2 := proc() 1; 2 end proc: debugopts(stopat = ['alias1', 2]); w2(); debugopts(stopat = [alias1, -2]); alias1 := 'alias1': debugopts(statcount = 'alias1');
 maker := proc(k) proc(a) a*k; DEBUG("in", a); a + k end proc end proc: quiet := eval(debugger): debugger := proc() lprint(args[1 .. 2], substring(args[3][2], 1 .. 8), args[3][3]); NULL end proc: maker(2)(3); debugger := eval(quiet):
 fact := proc(n) if n = 0 then 1 else n*fact(n - 1) end if end proc: debugopts(stopat = [fact, 3, n < 3]); fact(4); debugopts(stopat = [fact, -3]);
 # Watches: plain, by short cuts, in loops and `seq`, indexed, through `assign`, of locals by procedure.
@@ -45,6 +45,19 @@ tell("printlevel", "debugopts(interrupt)"); c(4); lasterror; printlevel; "after"
 debugger := proc() lprint(args); NULL end proc:
 debugopts(steplevel = z); debugopts(steplevel = 2^40);
 DEBUG(5); DEBUG(1 > 2); DEBUG(1 < 2); DEBUG(u < v);
+# Equal statements are told apart, whatever form they stand in; a `DEBUG` of the program's own is a statement too.
+same := proc(n) local s, i; s := n; s; if n > 1 then s else s end if; for i to 2 do s end do; try s; error "same" catch: s finally s end try; s; s end proc:
+debugger := proc() lprint(args[-1][3]); debugopts(steplevel = `if`(args[-1][2] = same, 999999999, 0)); NULL end proc:
+debugopts(stopat = [same, 1]); same(2); debugopts(stopat = [same, -1], steplevel = 0); same(2);
+fails := proc(k) local go, j; go := proc(x) if x = 0 then error "zero" end if; x - 1 end proc; go(k); go(k) ; if true then go(k - 1) else go(k - 1) end if; for j to 1 do go(k); go(0) end do; go(0) end proc:
+printlevel := 2: fails(1); fails(3); printlevel := 1:
+debugger := proc() lprint(args); NULL end proc: debugopts(steplevel = 0):
+ask := proc(x) local y; y := x^2; DEBUG(x > 2 and y < 3); DEBUG(not x > 2); DEBUG(a); DEBUG(a = 1); DEBUG([1 > 2]); DEBUG(1 > 2, 3); y end proc: ask(3); ask(1);
+# A break point that is set or taken away while its loop runs, also where it is the only statement in there.
+late := proc(n) local i, s; s := 0; for i to n do s := s + i end do; for i in [1, 2, 3] do s := s + i end do; s end proc:
+debugger := proc() lprint(args); if args[-1][3] = 2 then debugopts(steplevel = 999999999) else debugopts(steplevel = 0, stopat = [late, 3], stopat = [late, 5]) end if; NULL end proc:
+debugopts(stopat = [late, 2]); late(3); debugopts(stopat = [late, -2], stopat = [late, -3]);
+debugger := proc() lprint(args); debugopts(stopat = [late, -args[-1][3]]); NULL end proc: late(3); late(3); debugger := proc() lprint(args); NULL end proc:
 # A profile: values and ditto values stay, the jump of an error goes on, and its time counts.
 debugger := proc() NULL end proc:
 p := proc(n) local k, t; t := 0; for k to n do if k = 2 then next end if; t := t + k; if k = 5 then break end if end do; t; %, t end proc: p(7);
@@ -52,6 +65,7 @@ debugopts(traceproc = p); p(7); p(1); calls := proc(v, r) local k; [seq(v[k, 1],
 debugopts(traceproc = p); p(1): calls(`TRACE/p`, 10); debugopts(stopat = [p, 2]); debugopts(traceproc = [p, false]); debugopts(stopat = [p, 2]); show([p, 2]); p(7): calls(`TRACE/p`, 10);
 q := proc(n) 1; error "two" end proc: debugopts(traceproc = q); q(1); q(2); traperror(q(3)); calls(`TRACE/q`, 3);
 debugopts(traceproc = true); debugopts(traceproc); lazy := proc() 1; 2 end proc: lazy(); lazy(); calls(`TRACE/lazy`, 3); debugopts(traceproc = lazy); debugopts(traceproc = false); debugopts(traceproc);
+own := Array(1..3, 1..3, datatype = integer[4]): TRACE(own, -1, 3 + 4), TRACE('own', 2, 5); [seq(own[k, 1], k = 1..3)]; TRACE(own, 3, 1); own := Array(1..3, 1..3): TRACE('own', 1, 1);
 TRACE(1, 2, 3); TRACE(`TRACE/q`, 0, 3); TRACE(`TRACE/q`, 9, 3); TRACE(`TRACE/q`, a, 3); TRACE(`TRACE/q`, 1); TRACE(`TRACE/q`, 2, 3 + 4); debugopts(traceproc = nops); debugopts(traceproc = nosuch);
 j := proc(n) if n = 1 then goto(two) end if; "one"; two; "done" end proc: j(1), j(2); debugopts(traceproc = j); j(1), j(2);
 # `restart` forgets the tables.

@@ -63,3 +63,5 @@ evalhf(even(100)), evalhf(even(101));
 # Evaluation within evaluation: a printing procedure of the user's runs one of its own.
 `print/shown` := proc(x) evalhf(fib(10)); [x, %] end: f := proc(x) local i; for i to 2 do print(i) end do; x*2 end: evalhf(f(21));
 timelimit(0.05, evalhf((proc() do end do end)()));
+# A body may be a number; a remember table is refused by that name, whatever the body.
+evalhf(proc() 3 end()), evalhf(proc() -0.5 end() + 1); g := proc() option remember; 3 end: evalhf(g());

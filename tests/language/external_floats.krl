@@ -14,3 +14,6 @@ f("text", "1.250"); f("text", "nonsense");
 f("digits", 30), f("digits", 5); f("digits", 0); Digits;
 f("rounding", 3), f("rounding", 2), f("rounding", 0); f("rounding", 7);
 Digits := 10: f("loop", 200000); f("warning");
+f("print", "%.2f|%a", 3.14159, x^2), f("print", "%5d,%s", 17, "a text that is longer"); f("print", "%q", 1, 2);
+f("scan", "12 0.25 rest", "%d %f"); [f("scan", "none", "%d")]; [f("file", 7, 2.5, x^2 + 1)];
+MPFloat("libsecond.so", args_); MPFloat("libsecond.so", args_);

@@ -12,7 +12,7 @@ sprintf("%.2f %.2f %.1f %.0f %.0f %.0f %.1f", 2.675, 1.005, .25, .5, 1.5, 2.5, 9
 sprintf("%g %g %g %G %g %g %g %g", 1.5, 1e20, 1e-10, 1e-10, 100000, 1000000, 123456.5, .0001), sprintf("%.3g %.3g %.0g %g %g", 999.5, 1234, 25, 0, 1e-5), sprintf("%08.2f|%-8.2f|%+8.2f|% .2f|%08.2f", 3.14159, 3.14159, 3.14159, 3.14159, -3.14159);
 sprintf("%e %f", 1e2000000000, .5e-30), sprintf("%.30f", 1/3), sprintf("%f", 10^25), sprintf("%.5f", evalf(Pi, 40)), sprintf("%.3f", Float(123456, -5)), sprintf("%f %f %f", Pi, sqrt(2), 1/3);
 sprintf("%e|%f|%g|%8f|%-8f|%+f|%+f|% f|%08f", infinity, -infinity, Float(undefined), Float(infinity), Float(infinity), Float(infinity), Float(undefined), Float(infinity), -Float(infinity));
-h := rtable(1..2, [1.5, -.1], datatype = float[8])[1]: sprintf("%f %e %g %10.3f|%-10.2f|%+.1f|%010.3f|%.60f", h, h, h, h, h, h, h, h), sprintf("%y %Y %20y|%y", 1.0, Pi, -2, Float(infinity)); sprintf("%y", x);
+h := rtable(1..2, [1.5, -.1], datatype = float[8])[1]: sprintf("%f %e %g %10.3f|%-10.2f|%+.1f|%010.3f|%.60f", h, h, h, h, h, h, h, h), sprintf("%y %Y %20y|%y", 1.0, Pi, -2, Float(infinity)); sprintf("%y", x); sprintf("%y %y", 1/3, evalf(1/3));
 # Complex numbers: both parts by one conversion.
 sprintf("%Zd %z,d %Zf %.2z;e %Zg %Zd %zxd", 3 + 4*I, 3 - 4*I, 1.5 - 2*I, I, 1/2 - I/3, 3, 5), sprintf("%+6.2Zf|%z y|%zxY", 1.25 + 2.5*I, 1, 2 + I), sprintf("%Zf", sqrt(-2.)); sprintf("%zZd", 3); sprintf("%Zz,d", 3); sprintf("%z,Zd", 3); sprintf("%f", 3 + I); sprintf("%d", 3 + I); sprintf("%Zd", 1.5 + I); sprintf("%Zd", x); sprintf("%Zf", x);
 # Expressions.
@@ -20,3 +20,5 @@ sprintf("%a|%A|%q|%Q|%a", x + `a b`, `a b`, 1, 2, x), sprintf("%q|%a", x, `a b`)
 evalb(sscanf(sprintf("%m", [x^2 + 1, "s", 2^100, 1.5]), "%m") = [[x^2 + 1, "s", 2^100, 1.5]]);
 # Far beyond a line.
 length(sprintf("%100000d", 3)), length(sprintf("%.100000f", 1/3)), length(sprintf("%s%s", cat(a$10000), "b")), fprintf(default, "%s\n", "abc"), length(sprintf("%d", 10^10000)), sprintf(cat("%d"$50), $1..50);
+# All digits count for the bits of a number.
+printf("%y %y %y %Y\n", 3.141592653589793, 1/3, 10^20 + 1, -0.);

@@ -42,3 +42,8 @@ map(L, NullSpace(Matrix([[1, 2, 3], [2, 4, 6]]))), NullSpace(M), Rank(Matrix([[1
 CharacteristicPolynomial(M, x), VectorNorm(V), VectorNorm(V, 2), VectorNorm(V, 1), MatrixNorm(M), MatrixNorm(M, 1), MatrixNorm(M, Frobenius);
 DotProduct(V, V), L(CrossProduct(<1, 0, 0>, <0, 1, 0>));
 Inverse(Matrix([[1, 2], [2, 4]])); LinearSolve(Matrix([[1, 1], [1, 1]]), V); LinearSolve(M, <1, 2, 3>); Determinant(Matrix(2, 3)); MatrixNorm(M, 3); CrossProduct(V, V);
+
+# Other forms.
+t := array(0..1, 2..3, [[1, 2], [3, 4]]): L(convert(t, Matrix)), convert(M, listlist), convert(t, Array), L(convert(array(2..3, [p, q]), Vector)), L(convert([5, 6], Vector));
+u := convert(M, array): evalb(convert(u, listlist) = convert(M, listlist)), L(convert(Array(0..1, [3, 4]), Vector, datatype = float[8])), L(convert(V, Vector)), convert([[1]], Array);
+convert(M, Vector); convert(V, Matrix); convert({1}, Array); convert(Array(1..1, 1..1, 1..1), array);

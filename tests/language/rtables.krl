@@ -112,6 +112,8 @@ Z := Array(): Z[] := 4: Z[], Z;
 y := 'y': E := Array(1..3, [y]): E[2] := NULL: y := 5: E[1], E[2], E[3]; y := 'y': E[1];
 G := Array(1..2, [x -> x^2, table([1 = 2])]): G[1](3), G[2][1]; Array(1..1)[1];
 
+# Ranks are compared before any index is looked at; a block that is too small for one dimension was cut for those before.
+M[1..9] := V; M[9] := V[1..2]; M[9, 1..2] := M[1..1, 1..1]; B := Array(1..2, 1..3, fill = 7): B[1..2, 1..2] := Array(1..1, 1..3); B; B[[9, x], 1];
 # One array for all who hold it; a procedure changes its caller's.
 C := A: C[0] := changed: A[0]; p := proc(X) X[0] := inside end proc: p(A): A[0];
 f := map(x -> x^2, Array([1, 2, 3])); select(x -> x > 1, f); map(x -> x + 1, rtable(symmetric, [[1, 2], [2, 3]]));
@@ -147,3 +149,10 @@ rtable_options(Q, storage = sparse); rtable_options(Q, order = up); rtable_optio
 rtable_options(Q, subtype = Tensor); rtable_options(Q, attributes = 3); rtable_options(Q, foo); rtable_options(Q, 3);
 rtable_options(Array(1..2), subtype = Matrix); ArrayOptions(Q); ArrayOptions(Array(1..2), subtype); ArrayOptions(x);
 K := Array(5..6, {5 = a}, storage = sparse): rtable_options(K, subtype = Vector[column]): K[1], K[2], op(2, K);
+
+# Storage of a few cells is made, counted and shown at once, whatever it spans.
+rtable_num_elems(rtable(diagonal, 1..10^5, 1..10^5, fill = 2), NonZero), rtable_num_elems(rtable(1..10^5, 1..10^5, 1, storage = band[1, 0]), NonZero);
+R := rtable(1..10^9, 1..10^9, 3, storage = scalar): R, rtable_num_elems(R, NonZero); seq(v, v = rtable(1..2, 1..3, (i, j) -> 10*i + j, storage = Hessenberg[upper]));
+for s in [band[1, 2], triangular[upper], triangular[upper, strict], Hessenberg[upper], triangular[lower], triangular[lower, strict], Hessenberg[lower], diagonal] do
+  print(s, seq([seq(v, v = rtable(1..n[1], 1..n[2], (i, j) -> 10*i + j, storage = s))], n = [[2, 4], [4, 2], [3, 3], [1, 1]]))
+end do:

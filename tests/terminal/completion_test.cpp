@@ -41,6 +41,28 @@ TEST(Completion, CompletesFilesInStrings) {
   unlink(path.c_str());
 }
 
+// A person finds a procedure by its subject, completes its name, reads its page and uses it.
+TEST(Completion, WhatHelpShowsIsUsed) {
+  Session session;
+  ASSERT_TRUE(session.shows("> ")) << session.seen();
+  session.type("?topics\r");
+  ASSERT_TRUE(session.shows("primes             Primes and factors\r\n")) << session.seen();
+  session.type("?primes\r");
+  ASSERT_TRUE(session.shows("isprime   nextprime   prevprime")) << session.seen();
+  session.type("?nextpr\t\r");
+  ASSERT_TRUE(session.shows("> nextprime(100), nextprime(10^20);\r\n    101, 100000000000000000039\r\n"))
+      << session.seen();
+  session.type("nextpr\t(1000);\r");
+  ASSERT_TRUE(session.shows("1009\r\n")) << session.seen();
+  session.type("?||\r");
+  ASSERT_TRUE(session.shows("a || b\r\n")) << session.seen();
+  session.type("?:=\r");
+  ASSERT_TRUE(session.shows("takes the value back")) << session.seen();
+  session.type("double := proc(x) description \"double(x): twice x\"; 2*x end proc:\r");
+  session.type("?double\r");
+  ASSERT_TRUE(session.shows("  twice x\r\n")) << session.seen();
+}
+
 TEST(Completion, HelpShowsCallsAndGuesses) {
   Session session;
   ASSERT_TRUE(session.shows("> ")) << session.seen();

@@ -60,4 +60,23 @@ TEST(Debugger, InterruptsEndCommandsAndNotTheDialogue) {
   ASSERT_TRUE(session.shows("Warning, computation interrupted")) << session.seen();
 }
 
+// `kill -USR1` stops a program at its next statement; at the prompt it is for nobody.
+TEST(Debugger, StopsAtASignal) {
+  Session session;
+  ASSERT_TRUE(session.shows("> ")) << session.seen();
+  session.signal(SIGUSR1);
+  converse(session,
+           {{"f := proc() local i; for i do i end do end proc:", "> "}, {"g := proc() 1; 2 end proc: g();", "2\r\n"}});
+  session.type("f();\r");
+  usleep(300000);
+  session.signal(SIGUSR1);
+  ASSERT_TRUE(session.shows("DBG> ")) << session.seen();
+  converse(session, {{"evalb(i > 1000)", "true\r\nDBG> "}});
+  session.type("c\r");
+  usleep(100000);
+  session.signal(SIGUSR1);
+  ASSERT_TRUE(session.shows("DBG> ")) << session.seen();
+  converse(session, {{"quit", "Warning, computation interrupted"}, {"1 + 1;", "2\r\n"}});
+}
+
 }  // namespace

@@ -35,6 +35,7 @@ class Session {
   void type(const std::string& text) {
     EXPECT_EQ(write(master_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
   }
+  void signal(int number) { EXPECT_EQ(kill(child_, number), 0); }
   /// Waits until `text` has come behind what was waited for before; false after ten seconds.
   bool shows(const std::string& text) {
     // The bound is one of time: an echo may come byte by byte, in any number of reads.

@@ -285,16 +285,17 @@ PrimeSystem makeSystem(const WideRing& ring, Workspace& space, int count) {
 void residues(double* x, long places, const Limb* a, long n, const PrimeSystem& s, int j) {
   const Limb p = transformPrime(j).p;
   const int shift = __builtin_clzll(p);
-  const Limb normal = p << shift, reciprocal = reciprocalOf(normal);
+  const LimbDivisor divisor(p << shift);
   const Limb* powers = s.powers + j * s.limbs;
   for (long i = 0; i < n; ++i) {
     DoubleLimb sum = 0;
     for (long t = 0; t < s.limbs; ++t) sum += DoubleLimb{a[i * s.limbs + t]} * powers[t];
     // Two steps of division; the sum is below 2^114 times the count of limbs, at most 2^6.
     const auto high = static_cast<Limb>(sum >> 64), low = static_cast<Limb>(sum);
-    Limb rest = divideLimbs(high >> (64 - shift), high << shift, normal, reciprocal).rest >> shift;
-    rest = divideLimbs(rest << shift | low >> (64 - shift), low << shift, normal, reciprocal).rest >> shift;
-    x[i] = centered(rest, p);
+    Limb rest;
+    divisor.divide(high >> (64 - shift), high << shift, rest);
+    divisor.divide(rest | low >> (64 - shift), low << shift, rest);
+    x[i] = centered(rest >> shift, p);
   }
   std::fill(x + n, x + places, 0.0);
   passWork(n * s.limbs);

@@ -46,46 +46,13 @@ void HardwareRing::dot(Unit* r, const Unit* x, const Unit* y, long n) const {
 
 namespace {
 
-inline Limb addLimbs(Limb* r, const Limb* a, const Limb* b, long n) {
-  Limb carry = 0;
-  for (long i = 0; i < n; ++i) {
-    DoubleLimb t = DoubleLimb{a[i]} + b[i] + carry;
-    r[i] = static_cast<Limb>(t);
-    carry = static_cast<Limb>(t >> 64);
-  }
-  return carry;
-}
-inline Limb subtractLimbs(Limb* r, const Limb* a, const Limb* b, long n) {
-  Limb borrow = 0;
-  for (long i = 0; i < n; ++i) {
-    DoubleLimb t = DoubleLimb{a[i]} - b[i] - borrow;
-    r[i] = static_cast<Limb>(t);
-    borrow = static_cast<Limb>(t >> 64) & 1;
-  }
-  return borrow;
-}
-inline bool isBelow(const Limb* a, const Limb* b, long n) {
-  for (long i = n - 1; i >= 0; --i)
-    if (a[i] != b[i]) return a[i] < b[i];
-  return false;
-}
-
 // sum += x * y, of k limbs each; the sum has 2k + 1.
 template <long fixed>
 inline void addProduct(Limb* sum, const Limb* x, const Limb* y, long variable) {
   const long k = fixed != 0 ? fixed : variable;
   for (long i = 0; i < k; ++i) {
-    const Limb factor = x[i];
-    Limb carry = 0;
-    for (long j = 0; j < k; ++j) {
-      DoubleLimb t = DoubleLimb{factor} * y[j] + sum[i + j] + carry;
-      sum[i + j] = static_cast<Limb>(t);
-      carry = static_cast<Limb>(t >> 64);
-    }
-    for (long j = i + k; carry != 0; ++j) {
-      sum[j] += carry;
-      carry = static_cast<Limb>(sum[j] < carry);
-    }
+    const Limb carry = addScaled(sum + i, y, static_cast<std::size_t>(k), x[i]);
+    addLimb(sum + i + k, static_cast<std::size_t>(k + 1 - i), carry);
   }
 }
 template <long fixed>
@@ -96,14 +63,16 @@ void sumProducts(Limb* sum, const Limb* x, const Limb* y, long n, long k) {
 }  // namespace
 
 void WideRing::add(Unit* r, const Unit* a, const Unit* b) const {
-  if (addLimbs(r, a, b, width) != 0 || !isBelow(r, modulus.modulus, width)) subtractLimbs(r, r, modulus.modulus, width);
+  const auto n = static_cast<std::size_t>(width);
+  if (addLimbs(r, a, b, n) != 0 || compareLimbs(r, modulus.modulus, n) >= 0) subtractLimbs(r, r, modulus.modulus, n);
 }
 void WideRing::subtract(Unit* r, const Unit* a, const Unit* b) const {
-  if (subtractLimbs(r, a, b, width) != 0) addLimbs(r, r, modulus.modulus, width);
+  const auto n = static_cast<std::size_t>(width);
+  if (subtractLimbs(r, a, b, n) != 0) addLimbs(r, r, modulus.modulus, n);
 }
 void WideRing::negate(Unit* r, const Unit* a) const {
   if (isZero(a)) clear(r, 1);
-  else subtractLimbs(r, modulus.modulus, a, width);
+  else subtractLimbs(r, modulus.modulus, a, static_cast<std::size_t>(width));
 }
 
 void WideRing::dot(Unit* r, const Unit* x, const Unit* y, long n) const {

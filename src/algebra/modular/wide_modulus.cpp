@@ -9,6 +9,12 @@
 
 namespace korel {
 
+namespace {
+long significant(const Limb* x, long count) {
+  return static_cast<long>(significantLimbs(x, static_cast<std::size_t>(count)));
+}
+}  // namespace
+
 // ---- decimal groups and limbs
 
 long limbsFor(DAG integer) {
@@ -29,18 +35,15 @@ void limbsOfInteger(DAG integer, Limb* limbs, long count) {
   packInteger(integer, group);
   long used = 0;
   for (long g = groups - 1; g >= 0; --g) {
-    Limb carry = group[g];
-    for (long i = 0; i < used; ++i) {
-      DoubleLimb t = DoubleLimb{limbs[i]} * groupBase + carry;
-      limbs[i] = static_cast<Limb>(t);
-      carry = static_cast<Limb>(t >> 64);
-    }
+    const auto n = static_cast<std::size_t>(used);
+    Limb carry = scaleLimbs(limbs, limbs, n, groupBase);
+    carry += addLimb(limbs, n, group[g]);
     if (carry != 0) limbs[used++] = carry;
   }
 }
 
 DAG integerOfLimbs(const Limb* limbs, long count) {
-  while (count > 0 && limbs[count - 1] == 0) --count;
+  count = significant(limbs, count);
   if (count == 0) return cons0;
   if (count == 1 && limbs[0] <= static_cast<Limb>(maxImmediate)) return immediate(static_cast<std::int32_t>(limbs[0]));
   Workspace space;
@@ -48,18 +51,9 @@ DAG integerOfLimbs(const Limb* limbs, long count) {
   std::memcpy(rest, limbs, static_cast<std::size_t>(count) * sizeof(Limb));
   auto* group = space.take<Group>(static_cast<std::size_t>(count) * 2);
   long groups = 0;
-  constexpr int shift = __builtin_clzll(groupBase);
-  constexpr Limb normal = groupBase << shift;
-  constexpr Limb reciprocal = static_cast<Limb>((DoubleLimb{~normal} << 64 | ~Limb{0}) / normal);
   while (count > 0) {
-    Limb above = 0;  // the remainder so far, shifted left
-    for (long i = count - 1; i >= 0; --i) {
-      LimbQuotient part = divideLimbs(above | rest[i] >> (64 - shift), rest[i] << shift, normal, reciprocal);
-      rest[i] = part.quotient;
-      above = part.rest;
-    }
-    group[groups++] = above >> shift;
-    while (count > 0 && rest[count - 1] == 0) --count;
+    group[groups++] = divideLimbs(rest, rest, static_cast<std::size_t>(count), groupBase);
+    count = significant(rest, count);
   }
   return integerOfGroups(group, static_cast<std::size_t>(groups), INTPOS);
 }
@@ -70,53 +64,18 @@ namespace {
 
 // x, of count + 1 limbs, modulo the k limbs of `normal`, whose top bit is set; the quotient's count - k + 1 limbs go to
 // q unless that is null.
-void divideByNormal(Limb* x, long count, const Limb* normal, long k, Limb reciprocal, Limb* q) {
-  const Limb top = normal[k - 1];
+void divideByNormal(Limb* x, long count, const Limb* normal, long k, const LimbDivisor& top, Limb* q) {
   for (long j = count - k; j >= 0; --j) {
-    const Limb high = x[j + k];
-    if (q != nullptr) q[j] = 0;
-    if (high == 0 && x[j + k - 1] < top) continue;
-    Limb estimate = high >= top ? ~Limb{0} : divideLimbs(high, x[j + k - 1], top, reciprocal).quotient;
-    Limb carry = 0;
-    for (long i = 0; i < k; ++i) {
-      DoubleLimb product = DoubleLimb{estimate} * normal[i] + carry;
-      auto low = static_cast<Limb>(product);
-      carry = static_cast<Limb>(product >> 64) + static_cast<Limb>(x[j + i] < low);
-      x[j + i] -= low;
-    }
-    while (high < carry) {  // the estimate was too large, by 2 at most
-      --estimate;
-      Limb sum = 0;
-      for (long i = 0; i < k; ++i) {
-        DoubleLimb t = DoubleLimb{x[j + i]} + normal[i] + sum;
-        x[j + i] = static_cast<Limb>(t);
-        sum = static_cast<Limb>(t >> 64);
-      }
-      carry -= sum;
-    }
-    x[j + k] = 0;
-    if (q != nullptr) q[j] = estimate;
+    const Limb digit = quotientLimb(x + j, normal, static_cast<std::size_t>(k), top);
+    if (q != nullptr) q[j] = digit;
   }
 }
 
-// Shifts `count` limbs left by fewer than 64 places; gives what leaves on top.
 Limb shiftLeft(Limb* r, const Limb* x, long count, int shift) {
-  if (shift == 0) {
-    if (r != x) std::memmove(r, x, static_cast<std::size_t>(count) * sizeof(Limb));
-    return 0;
-  }
-  const Limb over = x[count - 1] >> (64 - shift);
-  for (long i = count - 1; i > 0; --i) r[i] = x[i] << shift | x[i - 1] >> (64 - shift);
-  r[0] = x[0] << shift;
-  return over;
+  return shiftLimbsUp(r, x, static_cast<std::size_t>(count), static_cast<unsigned>(shift));
 }
 void shiftRight(Limb* r, const Limb* x, long count, int shift) {
-  for (long i = 0; i < count; ++i)
-    r[i] = shift == 0 ? x[i] : x[i] >> shift | (i + 1 < count ? x[i + 1] << (64 - shift) : 0);
-}
-long significant(const Limb* x, long count) {
-  while (count > 0 && x[count - 1] == 0) --count;
-  return count;
+  shiftLimbsDown(r, x, static_cast<std::size_t>(count), static_cast<unsigned>(shift));
 }
 
 }  // namespace
@@ -132,12 +91,12 @@ WideModulus::WideModulus(DAG m, Workspace& space) {
   auto* shifted = space.take<Limb>(static_cast<std::size_t>(room));
   shiftLeft(shifted, plain, room, shift);
   normal = shifted;
-  reciprocal = reciprocalOf(shifted[room - 1]);
+  top = LimbDivisor(shifted[room - 1]);
 }
 
 void WideModulus::reduce(Limb* r, Limb* x, long count) const {
   x[count] = shiftLeft(x, x, count, shift);
-  divideByNormal(x, count, normal, limbs, reciprocal, nullptr);
+  divideByNormal(x, count, normal, limbs, top, nullptr);
   shiftRight(r, x, limbs, shift);
 }
 
@@ -148,14 +107,7 @@ void WideModulus::residueOf(Limb* r, DAG x) const {
   limbsOfInteger(x, all, count);
   reduce(r, all, count);
   if (!consneg(x)) return;
-  Limb any = 0, borrow = 0;
-  for (long i = 0; i < limbs; ++i) any |= r[i];
-  if (any == 0) return;
-  for (long i = 0; i < limbs; ++i) {
-    DoubleLimb t = DoubleLimb{modulus[i]} - r[i] - borrow;
-    r[i] = static_cast<Limb>(t);
-    borrow = static_cast<Limb>(t >> 64) & 1;
-  }
+  if (significant(r, limbs) != 0) subtractLimbs(r, modulus, r, static_cast<std::size_t>(limbs));
 }
 
 // ---- inverses
@@ -250,20 +202,14 @@ void divisionStep(EuclidState& e, Limb* spare) {
   const int shift = __builtin_clzll(e.small[k - 1]);
   shiftLeft(normal, e.small, k, shift);
   x[n] = shiftLeft(x, e.large, n, shift);
-  divideByNormal(x, n, normal, k, reciprocalOf(normal[k - 1]), q);
+  divideByNormal(x, n, normal, k, LimbDivisor(normal[k - 1]), q);
   std::fill(e.large, e.large + e.count, 0);
   shiftRight(e.large, x, k, shift);
   std::swap(e.large, e.small);
   // before + q * latest
   std::memcpy(spare, e.before, static_cast<std::size_t>(e.room) * sizeof(Limb));
-  for (long i = 0; i <= n - k; ++i) {
-    Limb carry = 0;
-    for (long j = 0; i + j < e.room; ++j) {
-      DoubleLimb t = DoubleLimb{q[i]} * e.latest[j] + spare[i + j] + carry;
-      spare[i + j] = static_cast<Limb>(t);
-      carry = static_cast<Limb>(t >> 64);
-    }
-  }
+  for (long i = 0; i <= n - k && i < e.room; ++i)
+    addScaled(spare + i, e.latest, static_cast<std::size_t>(e.room - i), q[i]);
   std::swap(e.before, e.latest);
   std::memcpy(e.latest, spare, static_cast<std::size_t>(e.room) * sizeof(Limb));
   e.latestIsNegative = !e.latestIsNegative;
@@ -290,16 +236,9 @@ bool WideModulus::invert(Limb* r, const Limb* a) const {
   if (significant(e.large, k) != 1 || e.large[0] != 1) return false;
   // `before` belongs to the last remainder that is not zero; its sign is the other one.
   const bool negative = !e.latestIsNegative;
-  Limb borrow = 0;
-  for (long i = 0; i < k; ++i) {
-    if (!negative) {
-      r[i] = e.before[i];
-      continue;
-    }
-    DoubleLimb t = DoubleLimb{modulus[i]} - e.before[i] - borrow;
-    r[i] = static_cast<Limb>(t);
-    borrow = static_cast<Limb>(t >> 64) & 1;
-  }
+  const auto n = static_cast<std::size_t>(k);
+  if (negative) subtractLimbs(r, modulus, e.before, n);
+  else copyLimbs(r, e.before, n);
   return true;
 }
 

@@ -137,14 +137,14 @@ struct Base {
 };
 
 // A table hides behind its name.
-Base revealTable(Base base) {
+[[gnu::always_inline]] inline Base revealTable(Base base) {
   if (!isName(base.value)) return base;
   DAG stored = valuenv(base.value, false);
   if (isTag(stored, TABLE)) base = {stored, base.value, base.evaluated};
   return base;
 }
 
-Base evaluatedBase(DAG x) {
+[[gnu::always_inline]] inline Base evaluatedBase(DAG x) {
   Base base{DAG(), DAG(), true};
   base.value = simpl(eval(x, &base.name));
   return revealTable(base);

@@ -68,7 +68,10 @@ void shiftDitto(DAG value) {
   const Word n = lengthOf(s);
   if (n == 3 && isBreakPointPair(s)) [[unlikely]]
     return runBreakPoint(s, inner);
-  for (Word i = 1; i < n; ++i) value = evalstat(s[i], inner);
+  for (Word i = 1; i < n; ++i) {
+    standAt(s[i]);
+    value = evalstat(s[i], inner);
+  }
   return value;
 }
 
@@ -112,7 +115,11 @@ inline Word branchOf(DAG s) {
 [[gnu::noinline]] DAG ifStatement(DAG s, int mode) {
   evaluationLevel += branchLevels;
   const Word branch = branchOf(s);
-  DAG value = branch != 0 ? evalstat(s[branch], innerMode(mode)) : null;
+  DAG value = null;
+  if (branch != 0) {
+    standAt(s[branch]);
+    value = evalstat(s[branch], innerMode(mode));
+  }
   evaluationLevel -= branchLevels;
   return value;
 }
@@ -185,9 +192,9 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
 [[gnu::noinline]] DAG assignment(DAG s, int mode) {
   DAG value = evalOperand(s[2]);
   DAG left = s[1];
-  if ((mode == modeInner || mode == modeSilent) && optASSERT != 2 && !watchTable && !isShown(mode)) [[likely]] {
+  if ((mode == modeInner || mode == modeSilent) && optASSERT != 2 && !isShown(mode)) [[likely]] {
     // Outside procedures a value may not hold its target; a plain entry cannot.
-    if (DAG name = mode == modeInner ? plainInstance(left) : DAG()) {
+    if (DAG name = mode == modeInner ? plainInstance(left) : DAG(); name && isUnwatched(name)) {
       if (!isStorable(value)) value = simpl(value);
       if (value != name && !isTag(value, EXPSEQ)) {
         shiftDitto(value);
@@ -236,6 +243,7 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
 // What may come between two statements, rarely: the debugger, an interrupt, a time limit.
 [[gnu::noinline]] void attend(DAG s) {
   if (stepLevel != 0) stopAt(s);
+  if (debuggerWanted != 0) DropEverythingAndEnterDebugger();
   if (interruptIsDue()) jumpback();
   checkTimeLimit();
 }

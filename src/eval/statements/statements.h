@@ -1,6 +1,7 @@
 #pragma once
 // The statement interpreter.
 
+#include "frame/environment.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -15,6 +16,8 @@ enum StatementMode : int {
 
 /// Runs one statement, one level deeper, with the collector's bookkeeping after it; gives its value.
 DAG evalstat(DAG statement, int mode);
+/// The field from which the running frame takes its next statement: that tells equal ones apart.
+inline void standAt(const DAG& field) { Environment->frame->currentPlace = &field; }
 /// Registers what the interpreter keeps alive; part of the start.
 void initializeStatements();
 /// Ends an empty statement inside the running one, so that the collector has its turn.

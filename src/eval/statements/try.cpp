@@ -31,13 +31,14 @@ struct TryState {
 
 // Runs one part under a jump buffer of its own. False when it ended by an error, which is then in the
 // two names.
-bool runPart(TryState& t, DAG part) {
+bool runPart(TryState& t, const DAG& part) {
   std::jmp_buf buffer;
   t.block.jumpBuffer = &buffer;
   int code = ::_setjmp(buffer);
   if (code == 0) {
     Environment = &t.block;
     evaluationLevel = t.level;
+    standAt(part);
     t.value = evalstat(part, t.mode);
     clearLastError();
     return true;
@@ -63,15 +64,15 @@ bool runPart(TryState& t, DAG part) {
   }
 }
 
-// The statements of the first catch clause for the exception, or 0.
-DAG catchSequence(DAG statement, DAG exception) {
+// The field with the statements of the first catch clause for the exception, or null.
+const DAG* catchSequence(DAG statement, DAG exception) {
   for (Word i = tryFirstCatch, end = catchEnd(statement); i < end; i += 2)
-    if (CatchPrefix(statement[i], exception[2])) return statement[i + 1];
-  return DAG();
+    if (CatchPrefix(statement[i], exception[2])) return &statement[i + 1];
+  return nullptr;
 }
 
 // Runs a part in which errors are trapped. False when it ended by one.
-bool runTrapped(TryState& t, DAG part) {
+bool runTrapped(TryState& t, const DAG& part) {
   ++trapSet;
   const bool clean = runPart(t, part);
   --trapSet;
@@ -81,12 +82,12 @@ bool runTrapped(TryState& t, DAG part) {
 // Runs the catch clause for the exception there is. True when there was one, and it ended without another error.
 bool runCatch(TryState& t) {
   DAG exception = ini("lastexception")[1];
-  DAG sequence = catchSequence(t.statement, exception);
-  if (!sequence) return false;
+  const DAG* sequence = catchSequence(t.statement, exception);
+  if (sequence == nullptr) return false;
   t.saved = exception;
   updategen(t.saved);
   forgetTraceLevels();
-  return runTrapped(t, sequence);
+  return runTrapped(t, *sequence);
 }
 
 void setErrorNames(DAG error, DAG exception) {
@@ -103,7 +104,11 @@ void runFinally(TryState& t, bool clean) {
     updategen(error);
     updategen(exception);
   }
-  if (hasFinally(t.statement)) t.value = evalstat(t.statement[lengthOf(t.statement) - 1], t.mode);
+  if (hasFinally(t.statement)) {
+    const DAG& part = t.statement[lengthOf(t.statement) - 1];
+    standAt(part);
+    t.value = evalstat(part, t.mode);
+  }
   if (clean) return;
   setErrorNames(error, exception);
   jumpOut(jumpError);

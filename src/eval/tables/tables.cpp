@@ -80,13 +80,9 @@ DAG lookUpDirectly(DAG index, DAG table) {
   return pair == notFound ? absent : pairValue(pair);
 }
 
-void storeDirectly(DAG index, DAG table, DAG value) {
-  DAG key = tableKey(index);
-  checkBounds(key, table, EntryUse::store);
-  storeEntry(key, table, value);
-}
+namespace {
 
-void storeEntry(DAG key, DAG table, DAG value) {
+[[gnu::always_inline]] inline void store(DAG key, DAG table, DAG value) {
   DAG entries = table[tableEntries];
   updategen(key);
   updategen(value);
@@ -94,6 +90,16 @@ void storeEntry(DAG key, DAG table, DAG value) {
   hashunique(key.word, value, entries);
   updategen(entries);
   updategen(entries[bucketIndex(key.word, lengthOf(entries))]);
+}
+
+}  // namespace
+
+void storeEntry(DAG key, DAG table, DAG value) { store(key, table, value); }
+
+void storeDirectly(DAG index, DAG table, DAG value) {
+  DAG key = tableKey(index);
+  if (isArrayTable(table)) checkBounds(key, table, EntryUse::store);
+  store(key, table, value);
 }
 
 namespace {

@@ -86,6 +86,19 @@ bool fitsPath(const ArchivePlace& place) {
          static_cast<std::size_t>(longestArchivePath);
 }
 
+[[noreturn]] void noArchive(const ArchivePlace& place) {
+  KernelException("there is no existing archive in \"%1\"", strinstall(place.directory));
+}
+
+bool hasFile(const ArchivePlace& place, ArchiveFile file) {
+  char path[longestArchivePath];
+  archivePath(place, file, path);
+  return ::access(path, R_OK) == 0;
+}
+bool hasArchive(const ArchivePlace& place) {
+  return hasFile(place, ArchiveFile::index) && hasFile(place, ArchiveFile::data);
+}
+
 DAG runCommand(const CommandRow& row, const ArchivePlace& place, DAG arguments) {
   MarchRun run{place, arguments, row.name, ArchivePair(), -1, -1, -1, nullptr};
   PushParamErrorProc(cleanUpRun, &run);
@@ -105,7 +118,7 @@ DAG March(DAG arguments) {
   DAG rest = commandArguments(arguments, place);
   const CommandRow* row = rowOf(textOf(arguments[1]));
   if (row == nullptr) KernelException("unrecognized march command %1", arguments[1]);
-  if (!fitsPath(place)) KernelException("there is no existing archive in \"%1\"", arguments[2]);
+  if (!fitsPath(place) || (row->run != marchCreate && !hasArchive(place))) noArchive(place);
   return runCommand(*row, place, rest);
 }
 
@@ -114,27 +127,12 @@ void rebuildArchiveIndex(const char* directory) { runCommand(*rowOf("reindex"), 
 
 // ---- steps shared by commands
 
-namespace {
-
-[[noreturn]] void noArchive(const MarchRun& run) {
-  KernelException("there is no existing archive in \"%1\"", strinstall(run.place.directory));
-}
-
-bool hasFile(const MarchRun& run, ArchiveFile file) {
-  char path[longestArchivePath];
-  archivePath(run.place, file, path);
-  return ::access(path, R_OK) == 0;
-}
-
-}  // namespace
-
 void openArchive(MarchRun& run) {
-  if (!hasFile(run, ArchiveFile::index) || !hasFile(run, ArchiveFile::data) || !openForReading(run.place, run.pair))
-    noArchive(run);
+  if (!hasArchive(run.place) || !openForReading(run.place, run.pair)) noArchive(run.place);
 }
 
 void openArchiveForChange(MarchRun& run, const char* failure) {
-  if (!hasFile(run, ArchiveFile::index) || !hasFile(run, ArchiveFile::data)) noArchive(run);
+  if (!hasArchive(run.place)) noArchive(run.place);
   for (;;) {
     if (!openForWriting(run.place, run.pair)) KernelException(failure);
     if (lockWhole(run.place, run.pair)) return;

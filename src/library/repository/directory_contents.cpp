@@ -82,6 +82,7 @@ bool addMembers(Contents& c) {
   if (cached == nullptr) return true;
   ArchivePair pair = *cached;
   const std::int64_t size = fileSize(pair.index);
+  if (size % pair.blockSize() != 0 || size == 0) return false;  // damaged: whoever looks a member up is told
   auto* index = static_cast<char*>(std::malloc(static_cast<std::size_t>(size) + 1));
   bool good = index != nullptr && readAt(pair.index, index, size, 0) == size;
   for (std::int64_t at = 0; good && at + pair.entrySize <= size; at += pair.entrySize) {

@@ -32,12 +32,23 @@ bool isFound(DAG result) { return result != ini("FAIL"); }
 
 }  // namespace
 
-bool readFromDirectory(DAG directory, const char* name) {
-  if (std::strlen(textOf(directory)) + std::strlen(name) + 3 >= longestPath) return false;
+namespace {
+
+bool readMember(DAG directory, const char* name) {
   if (!mayHoldMember(textOf(directory), name)) return false;
   char path[2 * longestPath + 8];
   std::snprintf(path, sizeof path, "%s/%s.m", textOf(directory), name);
   return isFound(ReadDotMFile(path, true, OpenRepository(directory)));
+}
+
+}  // namespace
+
+bool readFromDirectory(DAG directory, const char* name, const char* profiled) {
+  if (std::strlen(textOf(directory)) + std::strlen(name) + 3 >= longestPath) return false;
+  prtprof(true, profiled, profiledLevel());
+  const bool found = readMember(directory, name);
+  prtprof(false, profiled, profiledLevel());
+  return found;
 }
 
 namespace {
@@ -47,10 +58,7 @@ void retrieveObject(DAG name, DAG reference) {
   controlWord(reference) &= ~deferredBit;
   const DAG directory = reference[2];
   // The record is that of the reference, which gets value and attributes of the object.
-  prtprof(true, "readstore", profiledLevel());
-  const bool found = readFromDirectory(directory, textOf(reference));
-  prtprof(false, "readstore", profiledLevel());
-  if (!found) {
+  if (!readFromDirectory(directory, textOf(reference), profiledStore)) {
     name[1] = DAG();
     name[2] = null;
     return;
@@ -65,12 +73,8 @@ void retrieveGlobal(DAG name) {
   DAG alone[1] = {entries};
   const DAG* entry = isSequence(entries) ? &entries[1] : alone;
   bool found = false;
-  for (Word i = 0, n = isSequence(entries) ? memberCount(entries) : 1; i < n && !found; ++i) {
-    if (!isText(entry[i])) continue;
-    prtprof(true, "readlib", profiledLevel());
-    found = readFromDirectory(entry[i], textOf(name));
-    prtprof(false, "readlib", profiledLevel());
-  }
+  for (Word i = 0, n = isSequence(entries) ? memberCount(entries) : 1; i < n && !found; ++i)
+    found = isText(entry[i]) && readFromDirectory(entry[i], textOf(name), profiledStore);
 }
 
 void forgetDeferral(const char*) {

@@ -13,8 +13,11 @@ namespace korel {
 void RetrieveName(DAG name);
 inline bool isDeferred(DAG name) { return (controlWord(name) & deferredBit) != 0; }
 
-/// Reads the member `name` of `directory`, a text, as part of that repository; false when there is none.
-bool readFromDirectory(DAG directory, const char* name);
+/// Reads the member `name` of `directory`, a text, as part of that repository; false when there is none. The profile
+/// shows it as a call of `profiled`: a name that is looked at, or a procedure that is called by name.
+constexpr const char* profiledStore = "readstore";
+constexpr const char* profiledLibrary = "readlib";
+bool readFromDirectory(DAG directory, const char* name, const char* profiled);
 
 /// Attaches the library: puts the directories called `update` in front of those that they stand beside.
 void initializeLibrary();

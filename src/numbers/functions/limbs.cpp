@@ -52,6 +52,12 @@ Limb* limbSpace(std::size_t count) {
   }
 }
 
+LimbPlace limbPlace() { return {current, current < chunkCount ? chunks[current].used : 0}; }
+void returnToPlace(const LimbPlace& place) {
+  current = place.chunk;
+  if (current < chunkCount) chunks[current].used = place.used;
+}
+
 LimbMark::LimbMark() : chunk_(current), used_(current < chunkCount ? chunks[current].used : 0) {}
 void LimbMark::release() {
   if (released_) return;
@@ -70,143 +76,6 @@ void passLimbWork(std::size_t steps) {
   if (!isTimeUp(static_cast<std::int64_t>(steps))) return;
   releaseAllLimbs();
   endOperation();
-}
-
-// ---- linear operations
-
-int compareLimbs(const Limb* a, const Limb* b, std::size_t n) {
-  while (n-- > 0)
-    if (a[n] != b[n]) return a[n] < b[n] ? -1 : 1;
-  return 0;
-}
-
-Limb addLimbs(Limb* r, const Limb* a, const Limb* b, std::size_t n) {
-  Limb carry = 0;
-  for (std::size_t i = 0; i < n; ++i) {
-    const DoubleLimb t = DoubleLimb{a[i]} + b[i] + carry;
-    r[i] = static_cast<Limb>(t);
-    carry = static_cast<Limb>(t >> 64);
-  }
-  return carry;
-}
-Limb subtractLimbs(Limb* r, const Limb* a, const Limb* b, std::size_t n) {
-  Limb borrow = 0;
-  for (std::size_t i = 0; i < n; ++i) {
-    const DoubleLimb t = DoubleLimb{a[i]} - b[i] - borrow;
-    r[i] = static_cast<Limb>(t);
-    borrow = static_cast<Limb>(t >> 64) & 1;
-  }
-  return borrow;
-}
-Limb addLimb(Limb* r, std::size_t n, Limb x) {
-  for (std::size_t i = 0; i < n && x != 0; ++i) {
-    r[i] += x;
-    x = r[i] < x ? 1 : 0;
-  }
-  return x;
-}
-Limb subtractLimb(Limb* r, std::size_t n, Limb x) {
-  for (std::size_t i = 0; i < n && x != 0; ++i) {
-    const Limb before = r[i];
-    r[i] -= x;
-    x = before < x ? 1 : 0;
-  }
-  return x;
-}
-void negateLimbs(Limb* r, const Limb* a, std::size_t n) {
-  std::size_t i = 0;
-  for (; i < n && a[i] == 0; ++i) r[i] = 0;
-  if (i < n) {
-    r[i] = 0 - a[i];
-    for (++i; i < n; ++i) r[i] = ~a[i];
-  }
-}
-Limb scaleLimbs(Limb* r, const Limb* a, std::size_t n, Limb f) {
-  Limb carry = 0;
-  for (std::size_t i = 0; i < n; ++i) {
-    const DoubleLimb t = DoubleLimb{a[i]} * f + carry;
-    r[i] = static_cast<Limb>(t);
-    carry = static_cast<Limb>(t >> 64);
-  }
-  return carry;
-}
-Limb addScaled(Limb* r, const Limb* a, std::size_t n, Limb f) {
-  Limb carry = 0;
-  for (std::size_t i = 0; i < n; ++i) {
-    const DoubleLimb t = DoubleLimb{a[i]} * f + r[i] + carry;
-    r[i] = static_cast<Limb>(t);
-    carry = static_cast<Limb>(t >> 64);
-  }
-  return carry;
-}
-Limb subtractScaled(Limb* r, const Limb* a, std::size_t n, Limb f) {
-  Limb borrow = 0;
-  for (std::size_t i = 0; i < n; ++i) {
-    const DoubleLimb t = DoubleLimb{a[i]} * f + borrow;
-    const auto low = static_cast<Limb>(t);
-    borrow = static_cast<Limb>(t >> 64) + static_cast<Limb>(r[i] < low);
-    r[i] -= low;
-  }
-  return borrow;
-}
-
-namespace {
-
-// Division of two limbs by one whose top bit is set, with its reciprocal (Moeller and Granlund, "Improved division
-// by invariant integers", algorithm 4).
-struct Divisor {
-  Limb value, reciprocal;
-  explicit Divisor(Limb normalized)
-      : value(normalized), reciprocal(static_cast<Limb>((DoubleLimb{~normalized} << 64 | ~Limb{0}) / normalized)) {}
-  Limb divide(Limb high, Limb low, Limb& rest) const {
-    const DoubleLimb estimate = DoubleLimb{reciprocal} * high + (DoubleLimb{high} << 64 | low);
-    Limb quotient = static_cast<Limb>(estimate >> 64) + 1;
-    Limb left = low - quotient * value;
-    if (left > static_cast<Limb>(estimate)) {
-      --quotient;
-      left += value;
-    }
-    if (left >= value) [[unlikely]] {
-      ++quotient;
-      left -= value;
-    }
-    rest = left;
-    return quotient;
-  }
-};
-
-}  // namespace
-
-Limb divideLimbs(Limb* r, const Limb* a, std::size_t n, Limb d) {
-  const int shift = __builtin_clzll(d);
-  const Divisor divisor(d << shift);
-  Limb rest = shift == 0 || n == 0 ? 0 : a[n - 1] >> (64 - shift);
-  for (std::size_t i = n; i-- > 0;) {
-    const Limb low = shift == 0 ? a[i] : a[i] << shift | (i == 0 ? 0 : a[i - 1] >> (64 - shift));
-    r[i] = divisor.divide(rest, low, rest);
-  }
-  return rest >> shift;
-}
-
-Limb shiftLimbsUp(Limb* r, const Limb* a, std::size_t n, unsigned k) {
-  if (n == 0) return 0;
-  if (k == 0) {
-    copyLimbs(r, a, n);
-    return 0;
-  }
-  const Limb out = a[n - 1] >> (64 - k);
-  for (std::size_t i = n - 1; i > 0; --i) r[i] = a[i] << k | a[i - 1] >> (64 - k);
-  r[0] = a[0] << k;
-  return out;
-}
-void shiftLimbsDown(Limb* r, const Limb* a, std::size_t n, unsigned k) {
-  if (n == 0) return;
-  if (k == 0) {
-    copyLimbs(r, a, n);
-    return;
-  }
-  for (std::size_t i = 0; i + 1 < n; ++i) r[i] = a[i] >> k | a[i + 1] << (64 - k);
-  r[n - 1] = a[n - 1] >> k;
 }
 
 // ---- products
@@ -342,40 +211,15 @@ void multiplyHigh(Limb* r, const Limb* a, const Limb* b, std::size_t n) {
 }
 
 Limb quotientOfLimbs(Limb* q, Limb* a, std::size_t na, const Limb* b, std::size_t nb) {
-  const Divisor top(b[nb - 1]);
-  const Limb next = nb > 1 ? b[nb - 2] : 0;
+  const LimbDivisor top(b[nb - 1]);
   Limb above = 0;
   if (compareLimbs(a + na - nb, b, nb) >= 0) {
     subtractLimbs(a + na - nb, a + na - nb, b, nb);
     above = 1;
   }
-  // Knuth, vol. 2, 4.3.1, algorithm D.
-  for (std::size_t i = na; i-- > nb;) {
+  for (std::size_t i = na - nb; i-- > 0;) {
     passLimbWork(nb);
-    Limb digit, rest;
-    if (a[i] >= top.value) {
-      digit = ~Limb{0};
-      rest = a[i - 1] + top.value;
-      if (rest < top.value) rest = ~Limb{0};
-    } else {
-      digit = top.divide(a[i], a[i - 1], rest);
-    }
-    if (nb > 1 && a[i] < top.value)
-      while (DoubleLimb{digit} * next > (DoubleLimb{rest} << 64 | a[i - 2])) {
-        --digit;
-        rest += top.value;
-        if (rest < top.value) break;
-      }
-    const Limb borrow = subtractScaled(a + i - nb, b, nb, digit);
-    const bool below = a[i] < borrow;
-    a[i] -= borrow;
-    for (bool over = below; over;) {
-      --digit;
-      const Limb carry = addLimbs(a + i - nb, a + i - nb, b, nb);
-      a[i] += carry;
-      over = carry == 0 || a[i] != 0;
-    }
-    q[i - nb] = digit;
+    q[i] = quotientLimb(a + i, b, nb, top);
   }
   return above;
 }

@@ -43,20 +43,7 @@ Natural MontgomeryModulus::valueOf(const Natural& form) const {
 
 void MontgomeryModulus::reduceOnce(Limb* r, Limb top) const {
   const std::size_t n = limbs();
-  if (top == 0) {
-    std::size_t i = n;
-    while (i-- > 0)
-      if (r[i] != modulus_[i]) {
-        if (r[i] < modulus_[i]) return;
-        break;
-      }
-  }
-  Limb borrow = 0;
-  for (std::size_t i = 0; i < n; ++i) {
-    const DoubleLimb d = DoubleLimb{r[i]} - modulus_[i] - borrow;
-    r[i] = static_cast<Limb>(d);
-    borrow = static_cast<Limb>(d >> 64) & 1;
-  }
+  if (top != 0 || compareLimbs(r, modulus_.data(), n) >= 0) subtractLimbs(r, r, modulus_.data(), n);
 }
 
 // Product and reduction limb by limb (Koc, Acar and Kaliski, "Analyzing and comparing Montgomery multiplication
@@ -90,30 +77,10 @@ void MontgomeryModulus::multiply(Limb* r, const Limb* a, const Limb* b) const {
   std::copy(t, t + n, r);
 }
 
-void MontgomeryModulus::add(Limb* r, const Limb* a, const Limb* b) const {
-  Limb carry = 0;
-  for (std::size_t i = 0; i < limbs(); ++i) {
-    const DoubleLimb s = DoubleLimb{a[i]} + b[i] + carry;
-    r[i] = static_cast<Limb>(s);
-    carry = static_cast<Limb>(s >> 64);
-  }
-  reduceOnce(r, carry);
-}
+void MontgomeryModulus::add(Limb* r, const Limb* a, const Limb* b) const { reduceOnce(r, addLimbs(r, a, b, limbs())); }
 
 void MontgomeryModulus::subtract(Limb* r, const Limb* a, const Limb* b) const {
-  Limb borrow = 0;
-  for (std::size_t i = 0; i < limbs(); ++i) {
-    const DoubleLimb d = DoubleLimb{a[i]} - b[i] - borrow;
-    r[i] = static_cast<Limb>(d);
-    borrow = static_cast<Limb>(d >> 64) & 1;
-  }
-  if (borrow == 0) return;
-  Limb carry = 0;
-  for (std::size_t i = 0; i < limbs(); ++i) {
-    const DoubleLimb s = DoubleLimb{r[i]} + modulus_[i] + carry;
-    r[i] = static_cast<Limb>(s);
-    carry = static_cast<Limb>(s >> 64);
-  }
+  if (subtractLimbs(r, a, b, limbs()) != 0) addLimbs(r, r, modulus_.data(), limbs());
 }
 
 Natural MontgomeryModulus::power(const Natural& base, const Natural& exponent) const {

@@ -17,13 +17,9 @@ Natural naturalOf(DAG integer) {
   packInteger(integer, groups.data());
   Natural x;
   for (std::size_t i = count; i-- > 0;) {
-    DoubleLimb carry = groups[i];
-    for (Limb& limb : x) {
-      carry += DoubleLimb{limb} * groupBase;
-      limb = static_cast<Limb>(carry);
-      carry >>= 64;
-    }
-    if (carry != 0) x.push_back(static_cast<Limb>(carry));
+    Limb carry = scaleLimbs(x.data(), x.data(), x.size(), groupBase);
+    carry += addLimb(x.data(), x.size(), groups[i]);
+    if (carry != 0) x.push_back(carry);
   }
   return x;
 }
@@ -38,15 +34,11 @@ DAG integerOf(const Natural& x) {
 
 // ---- shape
 
-void dropZeroLimbs(Natural& x) {
-  while (!x.empty() && x.back() == 0) x.pop_back();
-}
+void dropZeroLimbs(Natural& x) { x.resize(significantLimbs(x.data(), x.size())); }
 
 int compareNaturals(const Natural& a, const Natural& b) {
   if (a.size() != b.size()) return a.size() < b.size() ? -1 : 1;
-  for (std::size_t i = a.size(); i-- > 0;)
-    if (a[i] != b[i]) return a[i] < b[i] ? -1 : 1;
-  return 0;
+  return compareLimbs(a.data(), b.data(), a.size());
 }
 
 std::size_t bitLength(const Natural& x) {
@@ -71,40 +63,23 @@ Natural sum(const Natural& a, const Natural& b) {
   const Natural& longer = a.size() >= b.size() ? a : b;
   const Natural& shorter = a.size() >= b.size() ? b : a;
   Natural r = longer;
-  Limb carry = 0;
-  for (std::size_t i = 0; i < r.size(); ++i) {
-    const DoubleLimb s = DoubleLimb{r[i]} + (i < shorter.size() ? shorter[i] : 0) + carry;
-    r[i] = static_cast<Limb>(s);
-    carry = static_cast<Limb>(s >> 64);
-  }
+  Limb carry = addLimbs(r.data(), r.data(), shorter.data(), shorter.size());
+  carry = addLimb(r.data() + shorter.size(), r.size() - shorter.size(), carry);
   if (carry != 0) r.push_back(carry);
   return r;
 }
 
 Natural difference(const Natural& a, const Natural& b) {
   Natural r = a;
-  Limb borrow = 0;
-  for (std::size_t i = 0; i < r.size(); ++i) {
-    const Limb taken = i < b.size() ? b[i] : 0;
-    const DoubleLimb d = DoubleLimb{r[i]} - taken - borrow;
-    r[i] = static_cast<Limb>(d);
-    borrow = static_cast<Limb>(d >> 64) & 1;
-  }
+  const Limb borrow = subtractLimbs(r.data(), r.data(), b.data(), b.size());
+  subtractLimb(r.data() + b.size(), r.size() - b.size(), borrow);
   dropZeroLimbs(r);
   return r;
 }
 
 Natural product(const Natural& a, const Natural& b) {
   Natural r(a.size() + b.size());
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    Limb carry = 0;
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const DoubleLimb t = DoubleLimb{a[i]} * b[j] + r[i + j] + carry;
-      r[i + j] = static_cast<Limb>(t);
-      carry = static_cast<Limb>(t >> 64);
-    }
-    r[i + b.size()] = carry;
-  }
+  for (std::size_t i = 0; i < a.size(); ++i) r[i + b.size()] = addScaled(&r[i], b.data(), b.size(), a[i]);
   dropZeroLimbs(r);
   return r;
 }
@@ -115,10 +90,7 @@ Natural shiftedLeft(const Natural& a, std::size_t bits) {
   if (a.empty()) return a;
   const std::size_t limbs = bits / 64, rest = bits % 64;
   Natural r(a.size() + limbs + 1);
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    r[i + limbs] |= a[i] << rest;
-    if (rest != 0) r[i + limbs + 1] = a[i] >> (64 - rest);
-  }
+  r.back() = shiftLimbsUp(&r[limbs], a.data(), a.size(), static_cast<unsigned>(rest));
   dropZeroLimbs(r);
   return r;
 }
@@ -127,19 +99,13 @@ Natural shiftedRight(const Natural& a, std::size_t bits) {
   const std::size_t limbs = bits / 64, rest = bits % 64;
   if (limbs >= a.size()) return {};
   Natural r(a.begin() + static_cast<std::ptrdiff_t>(limbs), a.end());
-  for (std::size_t i = 0; rest != 0 && i < r.size(); ++i)
-    r[i] = r[i] >> rest | (i + 1 < r.size() ? r[i + 1] << (64 - rest) : 0);
+  shiftLimbsDown(r.data(), r.data(), r.size(), static_cast<unsigned>(rest));
   dropZeroLimbs(r);
   return r;
 }
 
 Limb divideByLimb(Natural& a, Limb b) {
-  Limb rest = 0;
-  for (std::size_t i = a.size(); i-- > 0;) {
-    const DoubleLimb t = DoubleLimb{rest} << 64 | a[i];
-    a[i] = static_cast<Limb>(t / b);
-    rest = static_cast<Limb>(t % b);
-  }
+  const Limb rest = divideLimbs(a.data(), a.data(), a.size(), b);
   dropZeroLimbs(a);
   return rest;
 }
@@ -149,22 +115,6 @@ Limb residue(const Natural& a, Limb b) {
   for (std::size_t i = a.size(); i-- > 0;) rest = static_cast<Limb>((DoubleLimb{rest} << 64 | a[i]) % b);
   return rest;
 }
-
-namespace {
-
-/// The quotient limb of the three limbs on top, at most 1 too large.
-Limb estimatedQuotient(Limb top, Limb next, Limb third, Limb divisorTop, Limb divisorNext) {
-  const DoubleLimb two = DoubleLimb{top} << 64 | next;
-  DoubleLimb q = top >= divisorTop ? ~Limb{0} : two / divisorTop;
-  DoubleLimb rest = two - q * divisorTop;
-  while (rest >> 64 == 0 && q * divisorNext > (rest << 64 | third)) {
-    --q;
-    rest += divisorTop;
-  }
-  return static_cast<Limb>(q);
-}
-
-}  // namespace
 
 Natural divide(Natural& a, const Natural& b) {
   if (compareNaturals(a, b) < 0) return {};
@@ -178,30 +128,8 @@ Natural divide(Natural& a, const Natural& b) {
   const std::size_t n = d.size(), m = std::max(r.size(), a.size()) + 1 - n;
   r.resize(n + m);
   Natural q(m);
-  for (std::size_t j = m; j-- > 0;) {
-    Limb digit = estimatedQuotient(r[j + n], r[j + n - 1], r[j + n - 2], d[n - 1], d[n - 2]);
-    Limb borrow = 0, carry = 0;
-    for (std::size_t i = 0; i < n; ++i) {
-      const DoubleLimb t = DoubleLimb{digit} * d[i] + carry;
-      carry = static_cast<Limb>(t >> 64);
-      const DoubleLimb s = DoubleLimb{r[j + i]} - static_cast<Limb>(t) - borrow;
-      r[j + i] = static_cast<Limb>(s);
-      borrow = static_cast<Limb>(s >> 64) & 1;
-    }
-    const DoubleLimb top = DoubleLimb{r[j + n]} - carry - borrow;
-    r[j + n] = static_cast<Limb>(top);
-    if (static_cast<Limb>(top >> 64) != 0) {
-      --digit;
-      Limb over = 0;
-      for (std::size_t i = 0; i < n; ++i) {
-        const DoubleLimb t = DoubleLimb{r[j + i]} + d[i] + over;
-        r[j + i] = static_cast<Limb>(t);
-        over = static_cast<Limb>(t >> 64);
-      }
-      r[j + n] += over;
-    }
-    q[j] = digit;
-  }
+  const LimbDivisor top(d.back());
+  for (std::size_t j = m; j-- > 0;) q[j] = quotientLimb(&r[j], d.data(), n, top);
   dropZeroLimbs(q);
   dropZeroLimbs(r);
   a = shiftedRight(r, shift);

@@ -6,15 +6,13 @@
 // once, work on limbs, and convert back. Vectors are without zero limbs on top; zero is the empty vector. Nothing
 // here raises: callers look at the clock themselves and clean up (frame/interrupts.h).
 
-#include <cstdint>
 #include <vector>
 
+#include "numbers/limbs/limb_rows.h"
 #include "store/dag.h"
 
 namespace korel {
 
-using Limb = std::uint64_t;
-using DoubleLimb = unsigned __int128;
 using Natural = std::vector<Limb>;
 
 /// The magnitude of an integer in either form.

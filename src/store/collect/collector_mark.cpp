@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "store/collect/collector_phases.h"
+#include "store/constants.h"
 #include "store/reference_fields.h"
 
 namespace korel {
@@ -44,7 +45,8 @@ void count(DAG s) {
 }
 
 inline void enlist(DAG x) {
-  if (tagOf(x) <= INTPOS) {  // integers refer to nothing
+  // Integers refer to nothing, and most strings neither, having no attributes.
+  if (tagOf(x) <= INTPOS || (hasTag(x, STRING) && x[2] == null)) {
     count(x);
     return;
   }

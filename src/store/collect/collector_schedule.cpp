@@ -40,7 +40,7 @@ bool isShortEnough() { return !fullWanted && shortSinceFull < shortInARow && wor
 // Walking the heap costs as much for a few dead objects as for many, and what has not been released cannot die,
 // but for what an earlier collection reached: the walk of a large heap pays when as much is expected to be dead
 // as lives, that of a small one when half an interval is (bench/programs/sequences.krl, strings.krl). Waiting is for
-// programs that build something large. Where collections find a fifth of what is alive to be dead, or a full one
+// programs that build something large. Where collections find a quarter of what is alive to be dead, or a full one
 // might, and where the user has told the interval, each takes place when it is due.
 bool canCollectionWait() {
   constexpr int mostGenerations = 960;  // each interval takes two thirds of the labels that are left
@@ -67,7 +67,7 @@ void recordOutcome(const CollectionOutcome& c) {
   const auto released = static_cast<double>(std::max<std::int64_t>(c.released, 1));
   deadShare = std::clamp(static_cast<double>(wret) / released, 0.5, 1.0);
   if (!c.isShort) adaptToFull(c);
-  gaveLittle = wret < wordsInUse() / 5;
+  gaveLittle = wret < wordsInUse() / 4;
   // Programs that build something find next to nothing, and ask less and less often.
   if (!gaveLittle) wantedAt = 8;
   else if (!c.isShort && fullWanted) wantedAt = std::max<std::int64_t>(wantedAt / 2, 1);

@@ -246,9 +246,11 @@ DAG numericValue(DAG x) {
 }
 
 void printReal(PrintTarget& out, const PrintConversion& c, DAG x) {
-  x = numericValue(x);
+  const bool bits = c.code == 'y' || c.code == 'Y';
+  // The double nearest to a fraction is no matter of `Digits`.
+  if (!bits || !isNumeric(x)) x = numericValue(x);
   if (!isNumeric(x)) refuseNumber();
-  if (c.code == 'y' || c.code == 'Y') return printDoubleBits(out, c, FloatValue(x));
+  if (bits) return printDoubleBits(out, c, FloatValue(x));
   if (isTag(x, HFLOAT)) return printDouble(out, c, hfloatValue(x));
   TextBuffer space;
   if (isInteger(x)) return printDecimal(out, c, decimalOf(x, 0, space));

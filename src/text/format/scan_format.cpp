@@ -2,12 +2,14 @@
 
 #include <cstring>
 
+#include "eval/evaluate/evalf.h"
 #include "eval/simplify/simplify.h"
 #include "files/formatted_rtables.h"
 #include "frame/errors.h"
 #include "frame/output.h"
 #include "library/records/records.h"
 #include "numbers/complex/complex.h"
+#include "numbers/complex/complex_forms.h"
 #include "numbers/integer/integer.h"
 #include "openmath/openmath.h"
 #include "store/append.h"
@@ -167,7 +169,11 @@ const CodeRow& rowOf(char code) {
 
 DAG complexOf(DAG real, DAG imaginary) {
   if (!isNumeric(real) || !isNumeric(imaginary)) partMissing();
-  return simpl(new3(COMPLEX, real, imaginary));
+  if (isFloatNumber(real) != isFloatNumber(imaginary)) {
+    real = simpl(evalf(real));
+    imaginary = simpl(evalf(imaginary));
+  }
+  return complexNormalForm(new3(COMPLEX, real, imaginary));
 }
 
 // The real part has been read.

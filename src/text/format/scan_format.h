@@ -57,7 +57,7 @@ struct ScanConversion {
   int width = 0;  // the most characters; 0: no limit
   ComplexMark complex;
   char code = 0;
-  bool wanted[256] = {};  // of `[`: the characters of the set
+  bool wanted[256];  // of `[`, which alone writes them: the characters of the set
 };
 
 enum class ScanState : unsigned char { done, mismatch, ended };
