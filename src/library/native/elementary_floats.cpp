@@ -153,8 +153,8 @@ bool isOnUnit(DAG x) {
   return simpl(add(mul(re, re), mul(im, im))) == cons1;
 }
 
-// The real part of a number, or of its reciprocal, and the square of its size differ from 1 by 2^-bits at least where they
-// differ: they are quotients of integers of no more than that length.
+// The real part of a number, or of its reciprocal, and the square of its size differ from 1 by 2^-bits at least where
+// they differ: they are quotients of integers of no more than that length.
 std::int64_t separationBits(DAG x) {
   std::int64_t digits = 0;
   for (DAG part : {realPartOf(x), imaginaryOf(x)}) {
