@@ -25,7 +25,9 @@ ln(1), ln(exp(1)), ln(exp(-3/2)), ln(exp(x)), ln(exp(2*I)), ln(exp(4*I)), ln(32)
 log[2](1024), log[3](1/81), log[4](8), log10(10^6), log(x), log[b](x), log[2](5.), log10(2.), log[10](0.001);
 # Roots.
 sqrt(0), sqrt(1), sqrt(12), sqrt(3/4), sqrt(-12), sqrt(10^40), sqrt(2*10^41), sqrt(3^101), sqrt(x), sqrt(4*x), sqrt(-9*x*y), sqrt(x^2), sqrt(Pi^2), sqrt(2*I), sqrt(-I), sqrt(5 + 12*I), sqrt(1 + I);
-root(81, 4), root(48, 4), root(64, 4), root(-27, 3), root(2/9, 3), root[3](x), root(x, 0.5), surd(-27, 3), surd(-32, 5), surd(16, 4), surd(-16, 4), surd(x, 3), surd(-8., 3), surd(-Pi, 3), root(2^200*3, 100);
+root(81, 4), root(48, 4), root(64, 4), root(-27, 3), root(2/9, 3), root[3](x), root(x, 0.5), surd(-27, 3), surd(-32, 5), surd(16, 4), surd(-16, 4), surd(x, 3), surd(-8., 3), surd(-Pi, 3), root(2^200*3, 100), root(8, -3), surd(-8, -3), root(7, 1), sqrt(exp(4));
+arctan(3, -3), arctan(-1, sqrt(3)), arctan(2., -1), arctan(0, -2), arctan(x, 2), arctan(1, I), arctan(y, x), arccosh(sqrt(2)/2), arccosh(-1/2);
+arcsin(1. + 0.3*I), arcsec(0.1 + 0.3*I), arcsec(0.5 + 0.5*I), arccos(-1. + 1e-5*I), arctanh(1. + 1e-20*I), arccoth(0.5 + 0.5*I);
 sqrt(1000000007^2*1000000009), sqrt(2^127 - 1), root((2^61 - 1)^3*5, 3)/root(5, 3);
 # What is known of a name is used.
 assume(p > 0); assume(r, real): interface(showassumed = 0):

@@ -3,6 +3,7 @@
 // is known after a look at a tag or two.
 
 #include <cmath>
+#include <cstdlib>
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evalf.h"
@@ -165,11 +166,11 @@ DAG exactAngle(DAG y, DAG x) {
     if (isKnown(y, Property::negative)) return negativeOf(half);
     return DAG();
   }
+  if (!isKnown(x, Property::positive) && !isKnown(x, Property::negative)) return DAG();
   DAG ratio = productOf(y, powerOf(x, consm1));
   DAG value = exactAt(Elementary::arctan, ratio);
   if (!value) value = callOf(Elementary::arctan, ratio);
   if (isKnown(x, Property::positive)) return value;
-  if (!isKnown(x, Property::negative)) return DAG();
   if (isKnown(y, Property::positive)) return sumOf(value, pi);
   if (isKnown(y, Property::negative)) return sumOf(value, negativeOf(pi));
   return DAG();
@@ -270,7 +271,7 @@ DAG principalRoot(DAG x, std::int32_t n) {
   return exactRoot(x, static_cast<unsigned>(n));
 }
 
-// The degree of a root: the index, or the second argument. Another one than an integer from 2 on in a word gives 0.
+// The degree of a root: the index, or the second argument; 0 for another one than an integer of moderate size.
 std::int32_t degreeOf(const BuiltinCall& call, DAG& degree) {
   degree = indexOf(call, argumentCount(call) == 2 ? call.arguments[2] : DAG());
   if (!degree || argumentCount(call) > (isTag(call.self, TABLEREF) ? 1u : 2u))
@@ -280,7 +281,7 @@ std::int32_t degreeOf(const BuiltinCall& call, DAG& degree) {
   if (degree == cons0) return poleOf(call.self, degree, ini("undefined")), 0;
   if (!isImmediate(degree) || degree == consm0) return 0;
   const std::int32_t n = immediateValue(degree);
-  return n >= 1 && n <= 1000000 ? n : 0;
+  return n != 0 && std::abs(n) <= 1000000 ? n : 0;
 }
 
 }  // namespace
@@ -290,8 +291,9 @@ DAG native::root(const BuiltinCall& call) {
   if (argumentCount(call) == 0) onlyArgument(call);
   const std::int32_t n = degreeOf(call, degree);
   DAG x = call.arguments[1];
-  if (n == 1) return x;
-  return n > 1 ? principalRoot(x, n) : powerOf(x, powerOf(degree, consm1));
+  if (n == 0) return powerOf(x, powerOf(degree, consm1));
+  DAG value = std::abs(n) == 1 ? x : principalRoot(x, std::abs(n));
+  return n < 0 ? powerOf(value, consm1) : value;
 }
 
 // The real root of odd degree of a real number, the principal one of anything else.
@@ -301,11 +303,12 @@ DAG native::surd(const BuiltinCall& call) {
   const std::int32_t n = degreeOf(call, degree);
   DAG x = call.arguments[1];
   if (n == 0) return DAG();
-  if (n == 1) return x;
-  if (n % 2 != 0 && ((isRealNumber(x) && consneg(x)) || isKnown(x, Property::negative)))
-    return negativeOf(principalRoot(negativeOf(x), n));
-  if (isFiniteNumber(x) || isKnown(x, Property::nonnegative)) return principalRoot(x, n);
-  return DAG();
+  const std::int32_t size = std::abs(n);
+  DAG value = size == 1 ? x : DAG();
+  if (size > 1 && size % 2 != 0 && ((isRealNumber(x) && consneg(x)) || isKnown(x, Property::negative)))
+    value = negativeOf(principalRoot(negativeOf(x), size));
+  else if (size > 1 && (isFiniteNumber(x) || isKnown(x, Property::nonnegative))) value = principalRoot(x, size);
+  return value && n < 0 ? powerOf(value, consm1) : value;
 }
 DAG native::evalfSurd(const BuiltinCall& call) {
   if (argumentCount(call) != 2) return standing("surd", call.arguments);

@@ -425,10 +425,9 @@ DAG exactAt(Elementary f, DAG x) {
     if (DAG value = atSumWithPi(f, x)) return value;
   }
   if (isTag(x, FUNCTION)) return isBetween(f, E::sin, E::csch) ? ofInverse(f, x) : inverseOfFunction(f, x);
-  if (f == E::arccosh && isRationalNumber(x)) {
-    DAG angle = inverseCircular(E::arccos, absalg(x));
-    if (!angle) return DAG();
-    return productOf(sqrtm1, consneg(x) ? sumOf(ini("Pi"), productOf(consm1, angle)) : angle);
+  if (f == E::arccosh && isSurdLike(x)) {
+    DAG angle = inverseCircular(E::arccos, x);
+    return angle ? productOf(sqrtm1, angle) : DAG();
   }
   return atImaginary(f, x);
 }

@@ -228,6 +228,11 @@ DAG exactRoot(DAG x, unsigned n) {
   }
   if (isTag(x, PROD))
     if (DAG value = rootOfProduct(x, n)) return value;
+  if (isTag(x, FUNCTION) && isName(x[1]) && hasText(x[1], "exp") && isSequence(x[2]) && memberCount(x[2]) == 1 &&
+      isKnown(x[2][1], Property::real)) {
+    DAG part = productOf(degree, x[2][1]), value = exactAt(Elementary::exp, part);
+    return value ? value : callOf(Elementary::exp, part);
+  }
   return powerOf(x, degree);
 }
 
@@ -319,7 +324,8 @@ DAG exactExp(DAG x) {
     rest = sumOf(rest, negativeOf(productOf(x[i + 1], x[i])));
   }
   if (factor == cons1) return DAG();
-  DAG value = rest == cons0 ? cons1 : exactAt(Elementary::exp, rest);
+  const bool isFloat = isFloatValue(rest) && isFiniteNumber(rest);
+  DAG value = rest == cons0 ? cons1 : isFloat ? simpl(floatAt(Elementary::exp, rest)) : exactAt(Elementary::exp, rest);
   return productOf(factor, value ? value : callOf(Elementary::exp, rest));
 }
 

@@ -131,6 +131,7 @@ Real cut(Real x) {
 
 Real keep(const Real& x, LimbMark& mark) {
   mark.release();
+  if (x.size == 0) return x;
   Real r = x;
   Limb* row = limbSpace(x.size);
   copyLimbs(row, x.limbs, x.size);
@@ -143,12 +144,14 @@ void keepAll(Real* x, std::size_t count, LimbMark& mark) {
   for (std::size_t i = 0; i < count; ++i) all += x[i].size;
   Limb* row = limbSpace(all);
   for (std::size_t i = 0; i < count; ++i) {
+    if (x[i].size == 0) continue;
     copyLimbs(row, x[i].limbs, x[i].size);
     x[i].limbs = row;
     row += x[i].size;
   }
   mark.release();
   for (std::size_t i = 0; i < count; ++i) {
+    if (x[i].size == 0) continue;
     row = limbSpace(x[i].size);
     copyLimbs(row, x[i].limbs, x[i].size);
     x[i].limbs = row;
