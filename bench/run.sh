@@ -37,9 +37,13 @@ echo
 "$(dirname "$0")/external.sh" "$build"
 "$(dirname "$0")/polynomials.sh" "$build"
 echo
+"$(dirname "$0")/elementary.sh" "$build"
+echo
 "$(dirname "$0")/calculus.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then
   echo
   echo 'Printing (of_sink: times as long as the bare sink)'
   "$build/bin/printer_bench" --benchmark_min_time=0.1 2>/dev/null
 fi
+echo
+"$(dirname "$0")/number_theory.sh" "$build"

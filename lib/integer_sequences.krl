@@ -84,18 +84,25 @@ end proc:
 # factor*n!*L(s)/(c*Pi)^s where L(s) is the product of 1/(1 - character(p)/p^s) over the primes p: an integer.
 `bernoulli/nearest` := proc(factor, n, s, c, character)
   description "bernoulli/nearest(factor, n, s, c, character): the integer nearest to factor*n!*L(s)/(c*Pi)^s, which is one";
-  local digits, p, value, fine;
+  local digits, p, product, needed;
   digits := trunc(evalf(('ln'(factor) + (n + 1)*'ln'(n) - n - s*'ln'(c*Pi))/'ln'(10), 20)) + 3;
   # Each of the s products of the power may lose half a unit; what is left is off by 10^(-8) at most.
   Digits := max(digits, 1) + length(s) + 10;
-  value := evalf(factor*factorial(n))/evalf(c*Pi)^s;
-  fine := 1.0*10^(-Digits - 2);
+  product := 1.0;
   p := 2;
-  while 1.0*p^(-s) > fine do
-    value := value/(1 - character(p)*(1.0*p)^(-s));
+  do
+    # p^(-s) changes the last digits only, and as many of it are needed.
+    needed := Digits + 3 - trunc(s*evalf('ln'(p)/'ln'(10), 15));
+    if needed < 1 then break end if;
+    if character(p) <> 0 then product := product - character(p)*`bernoulli/small`(product, p, s, needed) end if;
     p := nextprime(p)
   end do;
-  round(value)
+  round(evalf(factor*factorial(n))/(evalf(c*Pi)^s*product))
+end proc:
+`bernoulli/small` := proc(x, p, s, digits)
+  description "bernoulli/small(x, p, s, digits): x/p^s to so many digits";
+  Digits := digits;
+  x*(1.0*p)^(-s)
 end proc:
 
 # The tangent numbers by the recurrence of Brent and Harvey ("Fast computation of Bernoulli, Tangent and Secant numbers",
@@ -158,9 +165,36 @@ bell := proc(n::nonnegint)
   row[1]
 end proc:
 
-# Euler's recurrence by the pentagonal numbers.
+# The series of Rademacher with Selberg's sums (Johansson, "Efficient implementation of the Hardy-Ramanujan-Rademacher
+# formula", 2012): so many terms that the rest is below 1/4, each to as many digits as it has before the point.
 partitioncount := proc(n::nonnegint)
   description "partitioncount(n): in how many ways n is a sum of positive integers, their order being no matter";
+  local terms, k, whole, total;
+  if n < 60 then return `partitioncount/small`(n) end if;
+  terms := 32;
+  while evalhf(1.12/terms^(1/2) + 0.0593*(terms/(n - 1))^(1/2)*exp(2.5651*n^(1/2)/terms)/2) > 0.25 do
+    terms := terms + 1 + iquo(terms, 16)
+  end do;
+  whole := trunc(2.5651*isqrt(n)/2.3025) + 2;
+  Digits := whole + length(n) + 12;
+  total := 0;
+  for k to terms do total := total + `partitioncount/term`(n, k, 12 + length(n) + iquo(whole, k)) end do;
+  round(4*total/(24*n - 1))
+end proc:
+`partitioncount/term` := proc(n, k, digits)
+  description "partitioncount/term(n, k, digits): the k-th term of the series for n to so many digits";
+  local l, c, e, s;
+  # Each of them with the sign of its cosine.
+  s := [seq(`if`(irem(iquo(l*(3*l + 1), 2) + n, k) = 0, `if`(irem(l, 2) = 0, 6*l + 1, -6*l - 1), NULL), l = 0..2*k - 1)];
+  if s = [] then return 0 end if;
+  Digits := digits;
+  c := evalf(Pi*(24*n - 1)^(1/2)/(6*k));
+  e := evalf('exp'(c));
+  add(`if`(l > 0, 1, -1)*evalf('cos'(Pi*l/(6*k))), l = s)*((e + 1/e)/2 - (e - 1/e)/(2*c))
+end proc:
+# Euler's recurrence by the pentagonal numbers.
+`partitioncount/small` := proc(n)
+  description "partitioncount/small(n): partitioncount(n) by a table of all up to n";
   local p, m, k, s, g;
   p := table(); p[0] := 1;
   for m to n do

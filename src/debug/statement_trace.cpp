@@ -13,6 +13,7 @@
 #include "eval/statements/statements.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
+#include "library/repository/directory_contents.h"
 #include "library/repository/lookup.h"
 #include "library/repository/repository.h"
 #include "numbers/integer/integer.h"
@@ -192,6 +193,21 @@ struct Wrapper {
 
 bool isRepositoryReference(DAG x) { return isText(x) && isMember(x, asSequence(ini("libname")[1])); }
 
+// The directory of `libname` in which the procedure of a global name lies, or `null`. Nothing is written into the
+// system's own library, which is known by the debugger in it.
+DAG repositoryOf(DAG name) {
+  const PairAddress pair = isTag(name, NAME) ? srchname(textOf(name)) : notFound;
+  if (pair == notFound || pairValue(pair) != name) return null;
+  DAG directories = asSequence(ini("libname")[1]);
+  for (Word i = 1, n = lengthOf(directories); i < n; ++i) {
+    if (!isText(directories[i])) continue;
+    const char* directory = textOf(directories[i]);
+    if (mayHoldMember(directory, textOf(name)))
+      return mayHoldMember(directory, "debugger") ? DAG(null) : directories[i];
+  }
+  return null;
+}
+
 void instrument(DAG name, DAG procedure) {
   DAG vector = vectorName(name);
   Wrapper wrapper{vector};
@@ -204,7 +220,11 @@ void instrument(DAG name, DAG procedure) {
     updategens(vector[1]);
     stepEvaluationClock();
   }
-  if (traceAllMode && isTag(name, NAME) && isRepositoryReference(name[2])) vector[2] = name[2];
+  if (!traceAllMode) return;
+  if (DAG directory = repositoryOf(name); directory != null) {
+    vector[2] = directory;
+    updategen(directory);
+  }
 }
 
 }  // namespace
@@ -250,8 +270,8 @@ void SaveTraceInformation() {
   bool failed = false;
   KernelTrapError(
       [](DAG list) {
-        DAG directories = asSequence(ini("libname")[1]);
-        if (!SaveInRepository(list, memberCount(list), directories[1])) KernelException("no such repository");
+        for (Word i = 1; i < lengthOf(list); ++i)
+          if (!SaveInRepository(new2(EXPSEQ, list[i]), 1, list[i][2])) KernelException("no such repository");
         return null;
       },
       found, failed);

@@ -82,10 +82,12 @@ constexpr InfoOption infoOptions[] = {{"Raw", RTableRawCopy}, {"RawVector", RTab
 }  // namespace
 
 DAG builtin::rtableInfo(const BuiltinCall& call) {
-  if (argumentCount(call) < 2) KernelException("too few arguments");
-  DAG r = call.arguments[1], option = call.arguments[2];
+  if (argumentCount(call) == 0) KernelException("too few arguments");
+  DAG r = call.arguments[1];
   if (isName(r)) r = valuenv(r, false);
   if (!isTag(r, RTABLE)) KernelException("rtable expected as first argument");
+  if (argumentCount(call) < 2) KernelException("too few arguments");
+  DAG option = call.arguments[2];
   if (!isText(option)) KernelException("name or string expected as second argument");
   for (const InfoOption& row : infoOptions)
     if (hasText(option, row.name)) return row.answer(r);

@@ -131,13 +131,16 @@ DAG rtableArgument(DAG arguments) {
 
 DAG builtin::rtable_num_elems(const BuiltinCall& call) {
   if (argumentCount(call) > 2) KernelException("too many arguments");
+  const CountSelector* selected = nullptr;
+  if (argumentCount(call) == 2) {
+    DAG selector = call.arguments[2];
+    if (!isText(selector)) KernelException("name or string expected");
+    for (const CountSelector& row : countSelectors)
+      if (hasText(selector, row.name)) selected = &row;
+    if (selected == nullptr) KernelException("invalid argument %1", selector);
+  }
   DAG r = rtableArgument(call.arguments);
-  if (argumentCount(call) == 1) return integerOf(storedCount(r));
-  DAG selector = call.arguments[2];
-  if (!isText(selector)) KernelException("name or string expected");
-  for (const CountSelector& row : countSelectors)
-    if (hasText(selector, row.name)) return integerOf(row.count(r));
-  KernelException("invalid argument %1", selector);
+  return integerOf(selected == nullptr ? storedCount(r) : selected->count(r));
 }
 
 DAG builtin::rtable_num_dims(const BuiltinCall& call) {

@@ -25,6 +25,8 @@ same("bell", [seq(bell(n), n = 0..45)], [seq(add(s2[n, k], k = 0..n), n = 0..45)
 c := [1]: for n to 120 do c := [op(c), add(c[i]*c[n + 1 - i], i = 1..n)] end do: same("catalannumber", [seq(catalannumber(n), n = 0..120)], c);
 q := array(1..201, [1, seq(0, i = 1..200)]): for m to 200 do for n from m to 200 do q[n + 1] := q[n + 1] + q[n - m + 1] end do end do:
 same("partitioncount", [seq(partitioncount(n), n = 0..200)], convert(q, list)); {seq(nops(partitions(n)) - q[n + 1], n = 0..18)};
+# Of more by congruences of Ramanujan, and by the recurrence once.
+{seq(modp(partitioncount(5*n + 4), 5), n = 30..90), seq(modp(partitioncount(7*n + 5), 7), n = 30..90), seq(modp(partitioncount(11*n + 6), 11), n = 100..150)}, partitioncount(1501) - `partitioncount/small`(1501), modp(partitioncount(10^5), 10^10);
 # Functions of divisors by brute force.
 count := proc(n) local k; add(`if`(igcd(k, n) = 1, 1, 0), k = 1..n) end proc:
 same("totient", [seq(totient(n), n = 1..250)], [seq(count(n), n = 1..250)]);

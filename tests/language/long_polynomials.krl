@@ -44,3 +44,8 @@ for s in [add(1/(x + k), k = 1 .. 40), add((x - k)/((y + k)*(x + y)), k = 1 .. 1
   n := normal(s): e := normal(s, expanded): lprint(evalb(subs(at, n) = subs(at, s)), evalb(subs(at, e) = subs(at, s)), evalb(subs(at, numer(s)/denom(s)) = subs(at, s)), gcd(expand(numer(s)), expand(denom(s))))
 end do:
 evalb(normal(add(1/((x + k)*(x + k + 1)), k = 0 .. 99)) = 100/(x*(x + 100))), normal((x^60 - 1)/(x^45 - 1)), normal(add(1/(x + k), k = 1 .. 5) - add(1/(x + k), k = 1 .. 5));
+# Divisors with coefficients of hundreds of digits.
+c := expand((3 + x)^200 - 5): evalb(gcd(expand(((1 + x)^200 + 3)*c), expand(((2 - x)^200 + x)*c)) = c);
+c := expand((x + 10^10*y)^6 + z^6): evalb(gcd(expand(((10^30*x + y + z)^8 + 3)*c), expand(((2 - x + 2*y - 10^20*z)^8 + x)*c)) = c);
+# Digits of long numbers.
+p := genpoly(3^20000, 10, x): nops(p), evalb(subs(x = 10, p) = 3^20000);

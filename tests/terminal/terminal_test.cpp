@@ -87,6 +87,27 @@ TEST(Terminal, PipesAndFiles) {
   EXPECT_NE(loud.output.find("memory used="), std::string::npos);
 }
 
+// Arrays of every format and storage that one process saves are equal to those that another one makes.
+TEST(Terminal, ArraysPassFromProcessToProcess) {
+  char path[] = "/tmp/korel_arrays_XXXXXX.m";
+  close(mkstemps(path, 2));
+  const std::string text =
+      "all := [seq(seq(seq(rtable(1..4, 1..3, (i, j) -> 10*i - j, storage = s, datatype = d, order = o),"
+      " o = [Fortran_order, C_order]), s = [sparse, sparse[upper], diagonal, band[1, 2], rectangular,"
+      " triangular[upper], triangular[lower, strict], Hessenberg[upper], Hessenberg[lower], scalar, empty]),"
+      " d = [anything, integer[1], integer[2], integer[4], integer[8], float[8], complex[8], sfloat,"
+      " complex(sfloat), integer]),"
+      " rtable(symmetric, 1..3, 1..3, (i, j) -> x^(i + j)), rtable(unit[2], 1..3), rtable()]:";
+  const std::string file = std::string("\"") + path + "\"";
+  EXPECT_EQ(run("-q", text + " save all, " + file + "; nops(all);").output, "223\n");
+  EXPECT_EQ(run("-q", text + " mine := all: read " + file +
+                          ": {seq(evalb(mine[k] = all[k] and [rtable_options(mine[k])] = [rtable_options(all[k])]),"
+                          " k = 1..nops(all))}, EqualEntries(mine[1], all[2]);")
+                .output,
+            "{true}, true\n");
+  unlink(path);
+}
+
 // A front end keeps one process and two pipes: each answer comes before the next statement is sent,
 // an interrupt ends the running statement, and one that comes too late does nothing. A file's run
 // ends with the statement that was interrupted.

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <numeric>
 
+#include "algebra/engine/image_gcd.h"
 #include "algebra/engine/quotient.h"
-#include "algebra/engine/sparse_gcd.h"
 #include "eval/simplify/simplify.h"
 #include "numbers/arithmetic.h"
 #include "numbers/integer/integer_functions.h"
@@ -13,9 +13,8 @@
 namespace korel::engine {
 
 bool isDivisor(Arena& arena, const Layout& layout, const IntegerPolynomial& divisor, const IntegerPolynomial& p) {
-  Polynomial d = inLimbs(arena, divisor), a = inLimbs(arena, p), quotient;
-  if (d.count == 0 || a.count == 0) return false;
-  return divideExactly(arena, layout, a, d, quotient) == Division::exact;
+  IntegerPolynomial quotient;
+  return quotientOfIntegers(arena, layout, p, divisor, quotient);
 }
 
 void makePrimitive(IntegerPolynomial& p) {
@@ -26,7 +25,8 @@ void makePrimitive(IntegerPolynomial& p) {
 
 namespace {
 
-constexpr double longestValue = 80000;  // digits of base 10000
+constexpr double longestValue = 80000;  // digits of base 10000, of the heuristic method
+constexpr double longestProduct = 4e6;
 constexpr int mostTries = 6;
 
 // The product of the lowest power of each variable in `p`.
@@ -82,6 +82,20 @@ bool divisorFromValue(Arena& arena, const Layout& layout, const Box& box, const 
     if (candidate.count == 0 && lowest == most) break;  // too long for the degrees
   }
   return false;
+}
+
+// Steps of the dense method by images against those of the divisor of two integers, which are as many as the square of
+// their digits; the dense method has more to prepare.
+bool imagesAreFaster(const Layout& layout, const IntegerPolynomial& a, const IntegerPolynomial& b) {
+  constexpr double stepsForDigits = 0.04, toPrepare = 20000, bitsOfPrime = 30;
+  std::int64_t highest[mostVariables], highestOfB[mostVariables];
+  highestExponents(layout, {a.count, a.monomials, nullptr, 1}, highest);
+  highestExponents(layout, {b.count, b.monomials, nullptr, 1}, highestOfB);
+  for (int v = 0; v < layout.count; ++v) highest[v] = std::max(highest[v], highestOfB[v]);
+  const double bits = std::max(bitsOfLargest(a), bitsOfLargest(b));
+  const double digits = Box(layout, highest).places() * static_cast<double>(digitsForBits(bits + 2) + 1);
+  const double primes = std::min(bitsOfLargest(a), bitsOfLargest(b)) / bitsOfPrime + 1;
+  return toPrepare + primes * denseGcdSteps(layout, a, b) < stepsForDigits * digits * digits;
 }
 
 // Of polynomials without a monomial factor.
@@ -161,11 +175,9 @@ bool takeContent(Arena& arena, const Layout& layout, IntegerPolynomial& p, Monom
                  IntegerPolynomial& content) {
   if (!gcdOfCoefficients(arena, layout, p, fields, {}, content)) return false;
   if (isConstant(content)) return true;
-  Polynomial dividend = inLimbs(arena, p), divisor = inLimbs(arena, content), quotient;
-  if (dividend.count == 0 || divisor.count == 0 ||
-      divideExactly(arena, layout, dividend, divisor, quotient) != Division::exact)
-    return false;
-  p = asIntegers(arena, quotient);
+  IntegerPolynomial quotient;
+  if (!quotientOfIntegers(arena, layout, p, content, quotient)) return false;
+  p = quotient;
   return true;
 }
 
@@ -174,8 +186,18 @@ IntegerPolynomial productOf(Arena& arena, const Layout& layout, const IntegerPol
   if (isConstant(a)) return b;
   Polynomial x = inLimbs(arena, a), y = inLimbs(arena, b);
   const double bits = bitsOfLargest(a) + bitsOfLargest(b) + std::log2(static_cast<double>(std::min(a.count, b.count)));
-  if (x.count == 0 || y.count == 0 || widthFor(bits) == 0) return {};
-  return asIntegers(arena, multiply(arena, layout, x, y, widthFor(bits)));
+  if (x.count != 0 && y.count != 0 && widthFor(bits) != 0)
+    return asIntegers(arena, multiply(arena, layout, x, y, widthFor(bits)));
+  std::int64_t highest[mostVariables], highestOfB[mostVariables];
+  highestExponents(layout, {a.count, a.monomials, nullptr, 1}, highest);
+  highestExponents(layout, {b.count, b.monomials, nullptr, 1}, highestOfB);
+  for (int v = 0; v < layout.count; ++v) highest[v] += highestOfB[v];
+  Box box(layout, highest);
+  const std::int64_t digits = digitsForBits(bits + 2);
+  if (box.places() * static_cast<double>(digits) > longestProduct) return {};
+  DAG value = simpl(mul(valueAtPower(arena, box, a, digits), valueAtPower(arena, box, b, digits)));
+  PowerSum sum = fromValue(arena, value, digits);
+  return inBox(arena, box, sum, sum.exponents[0]);
 }
 
 bool primitiveGcd(Arena& arena, const Layout& layout, IntegerPolynomial a, IntegerPolynomial b,
@@ -189,7 +211,10 @@ bool primitiveGcd(Arena& arena, const Layout& layout, IntegerPolynomial a, Integ
   if (Monomial only = fieldsOfB & ~fieldsOfA; only != 0) return gcdOfCoefficients(arena, layout, b, only, a, result);
   const Monomial contentOfA = monomialContent(layout, a), contentOfB = monomialContent(layout, b);
   IntegerPolynomial p = shifted(arena, a, contentOfA, false), q = shifted(arena, b, contentOfB, false);
-  if (!heuristicGcd(arena, layout, p, q, result) && !sparseGcd(arena, layout, p, q, result)) return false;
+  const bool imagesFirst = imagesAreFaster(layout, p, q);
+  if (!(imagesFirst && gcdByImages(arena, layout, p, q, result)) && !heuristicGcd(arena, layout, p, q, result) &&
+      (imagesFirst || !gcdByImages(arena, layout, p, q, result)))
+    return false;
   result = shifted(arena, result, commonMonomial(layout, contentOfA, contentOfB), true);
   return true;
 }

@@ -9,8 +9,8 @@ namespace korel::engine {
 /// none of the methods here comes to an end.
 ///
 /// Variables that only one polynomial has are taken away first. Then the heuristic method: the divisor of the values at
-/// a power of ten, tried as a divisor (Char, Geddes and Gonnet, "GCDHEU"). Where values would be too long, the
-/// sparse modular method (sparse_gcd.h).
+/// a power of ten, tried as a divisor (Char, Geddes and Gonnet, "GCDHEU"). Where values would be long, the methods by
+/// images modulo primes (image_gcd.h).
 bool primitiveGcd(Arena& arena, const Layout& layout, IntegerPolynomial a, IntegerPolynomial b,
                   IntegerPolynomial& result);
 

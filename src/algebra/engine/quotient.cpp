@@ -4,7 +4,10 @@
 #include <cmath>
 
 #include "algebra/engine/product.h"
+#include "eval/simplify/simplify.h"
 #include "frame/interrupts.h"
+#include "numbers/arithmetic.h"
+#include "store/constants.h"
 
 namespace korel::engine {
 
@@ -274,6 +277,51 @@ Division divideExactly(Arena& arena, const Layout& layout, const Polynomial& a, 
     if (outcome != Division::tooWide) return outcome;
   }
   return Division::tooWide;
+}
+
+// ---- long coefficients, by way of the values at a power of ten
+
+namespace {
+
+// Factors of a polynomial have coefficients whose product is below e^(sum of degrees) times the largest of its own
+// (Gelfond): what is longer is no quotient, and what is not cannot mix with its neighbours in the product.
+bool quotientOfValues(Arena& arena, const Layout& layout, const IntegerPolynomial& a, const IntegerPolynomial& b,
+                      IntegerPolynomial& quotient) {
+  constexpr double longestValue = 4e6, bitsOfE = 1.4427;
+  std::int64_t highest[mostVariables], highestOfB[mostVariables], highestOfQuotient[mostVariables];
+  highestExponents(layout, {a.count, a.monomials, nullptr, 1}, highest);
+  highestExponents(layout, {b.count, b.monomials, nullptr, 1}, highestOfB);
+  double bits = bitsOfLargest(a) + 2;
+  for (int v = 0; v < layout.count; ++v) bits += bitsOfE * static_cast<double>(highest[v]) + 1;
+  Box box(layout, highest);
+  const std::int64_t digits =
+      digitsForBits(std::max(bits, bitsOfLargest(b)) + std::log2(static_cast<double>(b.count)) + 2);
+  if (box.places() * static_cast<double>(digits) > longestValue) return false;
+  DAG q, rest = rem(valueAtPower(arena, box, a, digits), valueAtPower(arena, box, b, digits), &q);
+  if (simpl(rest) != cons0) return false;
+  PowerSum sum = fromValue(arena, simpl(q), digits);
+  if (sum.count == 0) return false;
+  quotient = inBox(arena, box, sum, sum.exponents[0]);
+  if (quotient.count == 0 || bitsOfLargest(quotient) + bitsOfLargest(b) > bits + 2) return false;
+  highestExponents(layout, {quotient.count, quotient.monomials, nullptr, 1}, highestOfQuotient);
+  for (int v = 0; v < layout.count; ++v)
+    if (highestOfQuotient[v] + highestOfB[v] > highest[v]) return false;
+  return true;
+}
+
+}  // namespace
+
+bool quotientOfIntegers(Arena& arena, const Layout& layout, const IntegerPolynomial& a, const IntegerPolynomial& b,
+                        IntegerPolynomial& quotient) {
+  Polynomial dividend = inLimbs(arena, a), divisor = inLimbs(arena, b), q;
+  if (dividend.count != 0 && divisor.count != 0) {
+    switch (divideExactly(arena, layout, dividend, divisor, q)) {
+      case Division::inexact: return false;
+      case Division::tooWide: break;
+      case Division::exact: quotient = asIntegers(arena, q); return true;
+    }
+  }
+  return quotientOfValues(arena, layout, a, b, quotient);
 }
 
 }  // namespace korel::engine

@@ -1,7 +1,7 @@
 #pragma once
 // Exact division.
 
-#include "algebra/engine/polynomial.h"
+#include "algebra/engine/integer_polynomial.h"
 
 namespace korel::engine {
 
@@ -10,5 +10,10 @@ enum class Division { exact, inexact, tooWide };
 /// limbs. `b` is not zero.
 Division divideExactly(Arena& arena, const Layout& layout, const Polynomial& a, const Polynomial& b,
                        Polynomial& quotient);
+
+/// The same for integers of the kernel, of any length. False when `b` doesn't divide `a`, and when the box that the
+/// degrees of `a` span is too large.
+bool quotientOfIntegers(Arena& arena, const Layout& layout, const IntegerPolynomial& a, const IntegerPolynomial& b,
+                        IntegerPolynomial& quotient);
 
 }  // namespace korel::engine

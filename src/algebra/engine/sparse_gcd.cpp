@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "algebra/engine/gcd.h"
 #include "algebra/engine/modular_arithmetic.h"
 #include "eval/simplify/simplify.h"
 #include "frame/interrupts.h"
@@ -16,30 +15,16 @@ namespace {
 
 // ---- operands modulo a prime
 
-// A polynomial with its exponents taken apart: `count` rows of the main variable's exponent and the others'.
+// Coefficients modulo the prime beside the exponents.
 struct ModularPolynomial {
   std::size_t count;
-  std::int32_t* exponents;
+  const ExponentRows* rows;
   Residue* coefficients;
-  std::int64_t highest[mostVariables];  // by position in the order of variables
-};
 
-// The order in which the variables are looked at: the main one first, then those that come back one by one.
-struct Order {
-  int count = 0;
-  int variables[mostVariables];  // numbers of the layout
-  const std::int32_t* row(const ModularPolynomial& p, std::size_t i) const { return p.exponents + i * count; }
+  std::int64_t highest(int k) const { return rows->highest[k]; }
 };
-
-ModularPolynomial takeApart(Arena& arena, const Layout& layout, const Order& order, const IntegerPolynomial& p) {
-  ModularPolynomial result{p.count, arena.make<std::int32_t>(p.count * order.count), arena.make<Residue>(p.count), {}};
-  for (std::size_t i = 0; i < p.count; ++i)
-    for (int k = 0; k < order.count; ++k) {
-      const std::int64_t e = exponentIn(layout.variables[order.variables[k]], p.monomials[i]);
-      result.exponents[i * order.count + k] = static_cast<std::int32_t>(e);
-      result.highest[k] = std::max(result.highest[k], e);
-    }
-  return result;
+ModularPolynomial modularPolynomial(Arena& arena, const ExponentRows& rows) {
+  return {rows.count, &rows, arena.make<Residue>(rows.count)};
 }
 void reduceCoefficients(const Modulus& m, const IntegerPolynomial& p, ModularPolynomial& to) {
   for (std::size_t i = 0; i < p.count; ++i) to.coefficients[i] = m.of(p.coefficients[i]);
@@ -55,20 +40,16 @@ struct Skeleton {
 
 class SparseGcd {
  public:
-  SparseGcd(Arena& arena, const Layout& layout, const IntegerPolynomial& a, const IntegerPolynomial& b, Order order,
-            std::uint64_t seed)
-      : arena_(arena), layout_(layout), order_(order), integersA_(a), integersB_(b), seed_(seed) {
-    a_ = takeApart(arena, layout, order, a);
-    b_ = takeApart(arena, layout, order, b);
+  SparseGcd(const ImageProblem& problem, std::uint64_t seed)
+      : arena_(problem.arena), problem_(problem), order_(problem.order), seed_(seed) {
+    a_ = modularPolynomial(arena_, problem.rowsOfA);
+    b_ = modularPolynomial(arena_, problem.rowsOfB);
+    leading_ = modularPolynomial(arena_, problem.rowsOfLeading);
   }
 
   bool find(IntegerPolynomial& result);
 
  private:
-  // The divisor of the leading coefficients in the main variable, which the images take for their own.
-  bool findLeading();
-  IntegerPolynomial leadingCoefficient(const IntegerPolynomial& p, const ModularPolynomial& parts) const;
-
   void usePrime(Residue prime);
   Residue random() {
     seed_ = seed_ * 6364136223846793005u + 1442695040888963407u;
@@ -80,6 +61,8 @@ class SparseGcd {
   // The image at the point of the power tables in `image_`; false when the point is of no use.
   bool takeImage();
   bool probeDegrees();
+  // p in variable k alone, at the values of the power tables.
+  DensePolynomial imageIn(int k, const ModularPolynomial& p) const;
 
   bool firstSkeleton(Skeleton& skeleton);
   bool addVariable(int k, const Residue* point, Skeleton& skeleton);
@@ -93,14 +76,11 @@ class SparseGcd {
   const std::int32_t* row(const Skeleton& skeleton, std::size_t i) const {
     return skeleton.exponents + i * order_.count;
   }
-  bool tryDivisor(const Skeleton& skeleton, const DAG* coefficients, IntegerPolynomial& result);
 
   Arena& arena_;
-  const Layout& layout_;
-  Order order_;
-  const IntegerPolynomial &integersA_, &integersB_;
-  ModularPolynomial a_, b_, leading_{};
-  IntegerPolynomial integersLeading_;
+  const ImageProblem& problem_;
+  const VariableOrder& order_;
+  ModularPolynomial a_, b_, leading_;
   Modulus m_{0};
   std::uint64_t seed_;
   Residue* powers_[mostVariables] = {};  // powers of the value that stands for each variable
@@ -112,15 +92,15 @@ class SparseGcd {
 
 void SparseGcd::usePrime(Residue prime) {
   m_.prime = prime;
-  reduceCoefficients(m_, integersA_, a_);
-  reduceCoefficients(m_, integersB_, b_);
-  reduceCoefficients(m_, integersLeading_, leading_);
+  reduceCoefficients(m_, problem_.a, a_);
+  reduceCoefficients(m_, problem_.b, b_);
+  reduceCoefficients(m_, problem_.leading, leading_);
 }
 
 // ---- images
 
 void SparseGcd::setPowers(int k, Residue value) {
-  const std::int64_t highest = std::max({a_.highest[k], b_.highest[k], degrees_[k]});
+  const std::int64_t highest = std::max({a_.highest(k), b_.highest(k), degrees_[k]});
   if (powers_[k] == nullptr) powers_[k] = arena_.make<Residue>(2 * highest + 2);
   powers_[k][0] = 1;
   for (std::int64_t e = 1; e <= highest; ++e) powers_[k][e] = m_.multiply(powers_[k][e - 1], value);
@@ -134,57 +114,28 @@ Residue SparseGcd::valueOf(const std::int32_t* row, int from) const {
 }
 
 DensePolynomial SparseGcd::substitute(const ModularPolynomial& p, Residue* space) const {
-  std::fill_n(space, p.highest[0] + 1, Residue{0});
+  std::fill_n(space, p.highest(0) + 1, Residue{0});
   for (std::size_t i = 0; i < p.count; ++i) {
-    const std::int32_t* exponents = order_.row(p, i);
+    const std::int32_t* exponents = p.rows->row(i);
     space[exponents[0]] = m_.add(space[exponents[0]], m_.multiply(p.coefficients[i], valueOf(exponents, 1)));
   }
-  std::int64_t degree = p.highest[0];
+  std::int64_t degree = p.highest(0);
   while (degree >= 0 && space[degree] == 0) --degree;
   return {degree, space};
 }
 
 bool SparseGcd::takeImage() {
-  passWork(static_cast<std::int64_t>(a_.count + b_.count) * 2 * order_.count + a_.highest[0] * b_.highest[0]);
+  passWork(static_cast<std::int64_t>(a_.count + b_.count) * 2 * order_.count + a_.highest(0) * b_.highest(0));
   DensePolynomial x = substitute(a_, spaceA_), y = substitute(b_, spaceB_);
   // Where a leading coefficient vanishes the divisor may be of too high a degree.
-  if (x.degree != a_.highest[0] || y.degree != b_.highest[0]) return false;
+  if (x.degree != a_.highest(0) || y.degree != b_.highest(0)) return false;
   Residue leading = 0;
   for (std::size_t i = 0; i < leading_.count; ++i)
-    leading = m_.add(leading, m_.multiply(leading_.coefficients[i], valueOf(order_.row(leading_, i), 1)));
+    leading = m_.add(leading, m_.multiply(leading_.coefficients[i], valueOf(leading_.rows->row(i), 1)));
   if (leading == 0) return false;
   image_ = gcdInPlace(m_, x, y);
   for (std::int64_t j = 0; j <= image_.degree; ++j)
     image_.coefficients[j] = m_.multiply(image_.coefficients[j], leading);
-  return true;
-}
-
-// ---- the leading coefficient
-
-IntegerPolynomial SparseGcd::leadingCoefficient(const IntegerPolynomial& p, const ModularPolynomial& parts) const {
-  IntegerPolynomial result;
-  result.monomials = arena_.make<Monomial>(p.count);
-  result.coefficients = arena_.make<DAG>(p.count);
-  const Variable& main = layout_.variables[order_.variables[0]];
-  for (std::size_t i = 0; i < p.count; ++i) {
-    if (order_.row(parts, i)[0] != parts.highest[0]) continue;
-    result.monomials[result.count] = p.monomials[i] - (static_cast<Monomial>(parts.highest[0]) << main.shift);
-    result.coefficients[result.count++] = p.coefficients[i];
-  }
-  return result;
-}
-
-bool SparseGcd::findLeading() {
-  IntegerPolynomial x = leadingCoefficient(integersA_, a_), y = leadingCoefficient(integersB_, b_);
-  DAG content = simpl(igcd(contentOf(x), contentOf(y)));
-  makePrimitive(x);
-  makePrimitive(y);
-  if (!primitiveGcd(arena_, layout_, x, y, integersLeading_)) return false;
-  auto* scaled = arena_.make<DAG>(integersLeading_.count);
-  for (std::size_t i = 0; i < integersLeading_.count; ++i)
-    scaled[i] = simpl(mul(content, integersLeading_.coefficients[i]));
-  integersLeading_.coefficients = scaled;
-  leading_ = takeApart(arena_, layout_, order_, integersLeading_);
   return true;
 }
 
@@ -300,63 +251,36 @@ bool SparseGcd::addVariable(int k, const Residue* point, Skeleton& skeleton) {
 
 // Degrees of the divisor in each variable, by images in that variable alone.
 bool SparseGcd::probeDegrees() {
+  for (int v = 0; v < order_.count; ++v) setPowers(v, random());
   for (int k = 1; k < order_.count; ++k) {
-    Order other = order_;
-    std::swap(other.variables[0], other.variables[k]);
-    SparseGcd probe(arena_, layout_, integersA_, integersB_, other, random());
-    probe.m_ = m_;
-    reduceCoefficients(m_, integersA_, probe.a_);
-    reduceCoefficients(m_, integersB_, probe.b_);
-    probe.spaceA_ = arena_.make<Residue>(probe.a_.highest[0] + 1);
-    probe.spaceB_ = arena_.make<Residue>(probe.b_.highest[0] + 1);
-    for (int v = 1; v < order_.count; ++v) probe.setPowers(v, probe.random());
-    DensePolynomial x = probe.substitute(probe.a_, probe.spaceA_), y = probe.substitute(probe.b_, probe.spaceB_);
-    if (x.degree != probe.a_.highest[0] || y.degree != probe.b_.highest[0]) return false;
-    degrees_[k] = gcdInPlace(m_, x, y).degree + leading_.highest[k];
+    DensePolynomial x = imageIn(k, a_), y = imageIn(k, b_);
+    if (x.degree != a_.highest(k) || y.degree != b_.highest(k)) return false;
+    degrees_[k] = gcdInPlace(m_, x, y).degree + leading_.highest(k);
+    arena_.free(x.coefficients);
+    arena_.free(y.coefficients);
   }
   return true;
+}
+DensePolynomial SparseGcd::imageIn(int k, const ModularPolynomial& p) const {
+  auto* image = arena_.makeZero<Residue>(p.highest(k) + 1);
+  for (std::size_t i = 0; i < p.count; ++i) {
+    const std::int32_t* row = p.rows->row(i);
+    Residue value = p.coefficients[i];
+    for (int v = 0; v < order_.count; ++v)
+      if (v != k && row[v] != 0) value = m_.multiply(value, powers_[v][row[v]]);
+    image[row[k]] = m_.add(image[row[k]], value);
+  }
+  std::int64_t degree = p.highest(k);
+  while (degree >= 0 && image[degree] == 0) --degree;
+  return {degree, image};
 }
 
 // ---- the whole
 
-bool SparseGcd::tryDivisor(const Skeleton& skeleton, const DAG* coefficients, IntegerPolynomial& result) {
-  IntegerPolynomial candidate;
-  candidate.monomials = arena_.make<Monomial>(skeleton.count);
-  candidate.coefficients = arena_.make<DAG>(skeleton.count);
-  struct Term {
-    Monomial monomial;
-    DAG coefficient;
-  };
-  auto* terms = arena_.make<Term>(skeleton.count);
-  for (std::size_t i = 0; i < skeleton.count; ++i) {
-    Monomial monomial = 0;
-    for (int k = 0; k < order_.count; ++k)
-      monomial |= static_cast<Monomial>(row(skeleton, i)[k]) << layout_.variables[order_.variables[k]].shift;
-    terms[i] = {monomial, coefficients[i]};
-  }
-  std::sort(terms, terms + skeleton.count, [](const Term& x, const Term& y) { return x.monomial > y.monomial; });
-  for (std::size_t i = 0; i < skeleton.count; ++i) {
-    if (terms[i].coefficient == cons0) continue;
-    candidate.monomials[candidate.count] = terms[i].monomial;
-    candidate.coefficients[candidate.count++] = terms[i].coefficient;
-  }
-  if (candidate.count == 0) return false;
-  const Variable& main = layout_.variables[order_.variables[0]];
-  const Monomial field = ((Monomial{1} << main.bits) - 1) << main.shift;
-  makePrimitive(candidate);
-  IntegerPolynomial content;
-  if (!takeContent(arena_, layout_, candidate, field, content)) return false;
-  if (!isDivisor(arena_, layout_, candidate, integersA_) || !isDivisor(arena_, layout_, candidate, integersB_))
-    return false;
-  result = candidate;
-  return true;
-}
-
 bool SparseGcd::find(IntegerPolynomial& result) {
   constexpr int mostPrimes = 60;
-  if (!findLeading()) return false;
-  spaceA_ = arena_.make<Residue>(a_.highest[0] + 1);
-  spaceB_ = arena_.make<Residue>(b_.highest[0] + 1);
+  spaceA_ = arena_.make<Residue>(a_.highest(0) + 1);
+  spaceB_ = arena_.make<Residue>(b_.highest(0) + 1);
   Residue prime = primeBelow(Residue{1} << 61);
   usePrime(prime);
   if (!probeDegrees()) return false;
@@ -383,7 +307,7 @@ bool SparseGcd::find(IntegerPolynomial& result) {
   for (std::size_t i = 0; i < skeleton.count; ++i)
     integers[i] = simpl(imod(integerOf(skeleton.coefficients[i]), modulus, true));
   for (int k = 0; k < mostPrimes; ++k) {
-    if (tryDivisor(skeleton, integers, result)) return true;
+    if (takeCandidate(problem_, skeleton.exponents, integers, skeleton.count, result)) return true;
     prime = primeBelow(prime);
     usePrime(prime);
     if (!solveImage(skeleton, order_.count, residues)) return false;
@@ -404,40 +328,9 @@ bool SparseGcd::find(IntegerPolynomial& result) {
 
 }  // namespace
 
-bool sparseGcd(Arena& arena, const Layout& layout, const IntegerPolynomial& a, const IntegerPolynomial& b,
-               IntegerPolynomial& result) {
-  // The main variable: that with the fewest terms in the shorter leading coefficient.
-  std::int64_t highest[mostVariables], highestOfB[mostVariables];
-  highestExponents(layout, {a.count, a.monomials, nullptr, 1}, highest);
-  highestExponents(layout, {b.count, b.monomials, nullptr, 1}, highestOfB);
-  auto leadingTerms = [&](const IntegerPolynomial& p, int v, std::int64_t top) {
-    std::size_t n = 0;
-    for (std::size_t i = 0; i < p.count; ++i) n += exponentIn(layout.variables[v], p.monomials[i]) == top;
-    return n;
-  };
-  Order order;
-  std::size_t fewest = SIZE_MAX;
-  for (int v = 0; v < layout.count; ++v) {
-    if (highest[v] == 0 && highestOfB[v] == 0) continue;
-    order.variables[order.count++] = v;
-    const std::size_t n = std::min(leadingTerms(a, v, highest[v]), leadingTerms(b, v, highestOfB[v]));
-    if (n >= fewest) continue;
-    fewest = n;
-    std::swap(order.variables[0], order.variables[order.count - 1]);
-  }
-  if (order.count == 0) return false;
-  // Contents in the main variable apart: what is left has its leading coefficient's divisors in the images.
-  const Variable& main = layout.variables[order.variables[0]];
-  const Monomial field = ((Monomial{1} << main.bits) - 1) << main.shift;
-  IntegerPolynomial contentA, contentB, content, p = a, q = b;
-  if (!takeContent(arena, layout, p, field, contentA) || !takeContent(arena, layout, q, field, contentB)) return false;
-  if (!primitiveGcd(arena, layout, contentA, contentB, content)) return false;
-  IntegerPolynomial found;
+bool sparseGcd(const ImageProblem& problem, IntegerPolynomial& result) {
   for (std::uint64_t attempt = 0; attempt < 3; ++attempt)
-    if (SparseGcd(arena, layout, p, q, order, 88172645463325252u + attempt).find(found)) {
-      result = productOf(arena, layout, content, found);
-      return result.count != 0;
-    }
+    if (SparseGcd(problem, 88172645463325252u + attempt).find(result)) return true;
   return false;
 }
 

@@ -11,6 +11,7 @@
 #include "frame/errors.h"
 #include "library/native/elementary_rows.h"
 #include "library/native/exact_expressions.h"
+#include "library/native/fixed_point.h"
 #include "library/native/native.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
@@ -152,6 +153,21 @@ bool isOnUnit(DAG x) {
   return simpl(add(mul(re, re), mul(im, im))) == cons1;
 }
 
+// The real part of a number, or of its reciprocal, and the square of its size differ from 1 by 2^-bits at least where
+// they differ: they are quotients of integers of no more than that length.
+std::int64_t separationBits(DAG x) {
+  std::int64_t digits = 0;
+  for (DAG part : {realPartOf(x), imaginaryOf(x)}) {
+    if (isTag(part, HFLOAT)) part = HFloatToFloat(part);
+    if (isSoftFloat(part)) digits += ilength(mantissaOf(part)) + std::abs(exponentValue(exponentOf(part)));
+    else if (isTag(part, RATIONAL)) digits += ilength(part[1]) + ilength(part[2]);
+    else digits += ilength(part);
+  }
+  return 128 + 14 * digits;
+}
+// In limbs: what an argument is read to at most.
+constexpr std::size_t longestRead = 1 << 18;
+
 DAG floatResult(const Complex& z, bool real) {
   if (real && z.im.sign == 0) return reals::floatOf(z.re);
   const reals::Decimal a = reals::decimalOf(z.re), b = reals::decimalOf(z.im);
@@ -160,18 +176,24 @@ DAG floatResult(const Complex& z, bool real) {
   return new3(COMPLEX, BuildFloat(a.mantissa, NewInteger(a.exponent)), im);
 }
 
+// Exactly 1 or -1; floats are compared with all their digits.
+bool isUnit(DAG part) {
+  const double size = std::fabs(FloatValue(part));
+  if (size < 0.5 || size > 2) return false;
+  if (isTag(part, HFLOAT)) part = HFloatToFloat(part);
+  if (isSoftFloat(part)) part = simpl(floatrat(part));
+  return part == cons1 || part == consm1;
+}
+
 // Whether the value at the number is a division by zero, exactly.
 bool isPole(Elementary f, DAG x) {
   switch (f) {
     case Elementary::ln: case Elementary::cot: case Elementary::csc: case Elementary::coth: case Elementary::csch:
     case Elementary::arcsec: case Elementary::arccsc: case Elementary::arcsech: case Elementary::arccsch:
       return isZero(x);
-    case Elementary::arctanh: case Elementary::arccoth:
-      return isZero(imaginaryOf(x)) && compcon(absalg(realPartOf(x)), cons1) == 0;
-    case Elementary::arctan:
-      return isComplex(x) && isZero(realPartOf(x)) && compcon(absalg(imaginaryOf(x)), cons1) == 0;
-    case Elementary::arccot:
-      return isComplex(x) && isZero(realPartOf(x)) && compcon(absalg(imaginaryOf(x)), cons1) == 0;
+    case Elementary::arctanh: case Elementary::arccoth: return isZero(imaginaryOf(x)) && isUnit(realPartOf(x));
+    case Elementary::arctan: case Elementary::arccot:
+      return isComplex(x) && isZero(realPartOf(x)) && isUnit(imaginaryOf(x));
     default: return false;
   }
 }
@@ -201,8 +223,14 @@ DAG poleOf(DAG name, DAG x, DAG standard) {
 DAG floatAt(Elementary f, DAG x) {
   const ElementaryRow& row = rowOf(f);
   if (isPole(f, x)) return floatPole(f, x);
-  if (f == Elementary::sqrt && !isComplex(x) && !consneg(x)) return evalfsqrt(x);
   const std::int64_t digits = requireDigits();
+  // The kernel's root rounds its argument first.
+  if (f == Elementary::sqrt && !isComplex(x) && !consneg(x)) {
+    DAG whole = isTag(x, HFLOAT) ? x : isSoftFloat(x) ? mantissaOf(x) : x;
+    if (isTag(whole, HFLOAT) || (isInteger(whole) && ilength(whole) <= digits)) return evalfsqrt(x);
+  }
+  // A constant: one series of rational numbers.
+  if (f == Elementary::exp && x == cons1) return rounded(decimal(fixedE(digits + 10), -digits - 10));
   RealSession session(digits);
   std::size_t more = 0;
   Complex z = readNumber(x, more, row.ofReciprocal);
@@ -214,10 +242,12 @@ DAG floatAt(Elementary f, DAG x) {
     for (;;) {
       const std::int64_t lost = bitsLost(row, z, workingLimbs + more);
       if (lost >= 0 && lost <= static_cast<std::int64_t>(more) * 64) break;
-      if (lost < 0 && row.care == Care::besideOne && !exactOne) {
-        exactOne = isOnUnit(x);
-        if (exactOne) break;
+      if (lost < 0 && row.care == Care::besideOne) {
+        exactOne = !exactOne && isOnUnit(x);
+        // Where the digits tell that two numbers differ at all, they do so within the bound.
+        if (exactOne || static_cast<std::int64_t>(workingLimbs + more) * 64 > separationBits(x)) break;
       }
+      if (workingLimbs + more > longestRead) KernelException("the argument of %1 is too close to a pole", nameOf(f));
       more = lost < 0 ? 2 * more + workingLimbs : static_cast<std::size_t>(lost + 63) / 64;
       z = readNumber(x, more, row.ofReciprocal);
     }

@@ -158,16 +158,19 @@ bool isSurdLike(DAG x) {
   if (!isTag(x, SUM) && !isTag(x, PROD)) return false;
   DAG base = x[1];
   while (isTag(base, SUM) || isTag(base, PROD)) base = base[1];
-  return isImmediate(base);
+  return isRationalNumber(base);
 }
 
-// The angle in 0 .. Pi/2 whose `column` is x, as a multiple of Pi, or 0. x isn't negative.
+// The angle in -Pi/2 .. Pi/2 whose `column` is x, as a multiple of Pi, or 0.
 DAG turnsOf(Surd AngleRow::*column, DAG x) {
   if (!isSurdLike(x)) return DAG();
+  DAG opposite = negativeOf(x);
   for (const AngleRow& row : angles) {
     if (column == &AngleRow::tangent && row.place == quarterTurn) continue;
     if (column == &AngleRow::cosecant && row.place == 0) continue;
-    if (valueOf(row.*column) == x) return quotientOf(row.place, 2 * quarterTurn);
+    DAG value = valueOf(row.*column);
+    if (value == x) return quotientOf(row.place, 2 * quarterTurn);
+    if (value == opposite) return quotientOf(-row.place, 2 * quarterTurn);
   }
   return DAG();
 }
@@ -343,11 +346,6 @@ bool isNegated(DAG x) {
 DAG byParity(Elementary f, DAG x) {
   if (!isNegated(x)) return DAG();
   const Parity parity = rowOf(f).parity;
-  if (f == E::arccos || f == E::arccot || f == E::arcsec) {
-    // A call is left alone: the difference from Pi says no more.
-    DAG opposite = inverseCircular(f, negativeOf(x));
-    return opposite ? sumOf(ini("Pi"), negativeOf(opposite)) : DAG();
-  }
   if (parity == Parity::none) return DAG();
   DAG opposite = valueOrCall(f, negativeOf(x));
   return parity == Parity::even ? opposite : negativeOf(opposite);
@@ -411,11 +409,11 @@ DAG atEnd(Elementary f, DAG x) {
 DAG exactAt(Elementary f, DAG x) {
   if (isImmediate(x))
     if (DAG value = atPoint(f, x)) return value;
-  if (isName(x)) {
+  if (isName(x) && f != E::sqrt) {
     if (x == ini("Pi") && isBetween(f, E::sin, E::csc)) return atMultipleOfPi(f, cons1);
     return x == ini("infinity") || x == ini("undefined") ? atEnd(f, x) : DAG();
   }
-  if (isExactMinusInfinity(x)) return atEnd(f, x);
+  if (isExactMinusInfinity(x) && f != E::sqrt) return atEnd(f, x);
   if (f == E::exp) return exactExp(x);
   if (f == E::ln) return exactLn(x);
   if (f == E::sqrt) return exactRoot(x, 2);

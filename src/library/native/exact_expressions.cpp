@@ -73,6 +73,8 @@ namespace {
 constexpr unsigned trialBound = 10000;
 // In limbs: beyond, numbers are not divided by small primes, and beyond, the rest isn't tested for powers.
 constexpr std::size_t longestTrial = 1000, longestPowerTest = 64;
+// A rest of so many limbs takes some milliseconds to be factored.
+constexpr std::size_t shortRest = 2;
 
 // What leaves an n-th root of a natural number, and what stays below it.
 struct RootParts {
@@ -102,7 +104,7 @@ bool factorsForRoot(Natural rest, std::vector<PrimePower>& factors) {
     if (k > 0) factors.push_back({naturalOfLimb(p), k});
   }
   if (rest.size() == 1 && rest[0] == 1) return true;
-  if (rest.size() <= 1) {
+  if (rest.size() <= shortRest) {
     std::vector<PrimePower> others;
     if (!factorNatural(rest, others)) return false;
     for (PrimePower& factor : others) factors.push_back(std::move(factor));

@@ -55,5 +55,7 @@ DAG fixedPi(std::int64_t p);
 DAG fixedLn10(std::int64_t p);
 DAG fixedGamma(std::int64_t p);
 DAG fixedCatalan(std::int64_t p);
+/// exp(1)
+DAG fixedE(std::int64_t p);
 
 }  // namespace korel

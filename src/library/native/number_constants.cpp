@@ -162,7 +162,27 @@ DAG computeGamma(std::int64_t p) {
   return difference(ratio, mulint(integer(a), ln2));
 }
 
-Kept keptPi, keptLn10, keptGamma, keptCatalan;
+// e = sum of 1/k!, with p = 1 and q = k: the sum over first < k <= last times (first + 1)...last.
+struct ExpPart {
+  DAG q, t;
+};
+ExpPart expPart(std::int64_t first, std::int64_t last) {
+  if (last - first == 1) return {integer(last), cons1};
+  checkStack();
+  const std::int64_t middle = (first + last) / 2;
+  ExpPart left = expPart(first, middle), right = expPart(middle, last);
+  passWork(10);
+  return {mulint(left.q, right.q), sum(mulint(left.t, right.q), right.t)};
+}
+DAG computeE(std::int64_t p) {
+  // Terms until k! outgrows 10^p.
+  std::int64_t terms = 10;
+  while (std::lgamma(static_cast<double>(terms)) < static_cast<double>(p + 2) * ln10) terms += terms / 8 + 1;
+  ExpPart s = expPart(0, terms);
+  return sum(powerOfTen(p), dividedBy(shift10p(s.t, p), s.q));
+}
+
+Kept keptPi, keptLn10, keptGamma, keptCatalan, keptE;
 
 DAG valueOf(const BuiltinCall& call, DAG (*constantAt)(std::int64_t p)) {
   if (argumentCount(call) != 0) wrongParameters(call);
@@ -176,6 +196,7 @@ DAG fixedPi(std::int64_t p) { return constant(keptPi, p, computePi); }
 DAG fixedLn10(std::int64_t p) { return constant(keptLn10, p, computeLn10); }
 DAG fixedGamma(std::int64_t p) { return constant(keptGamma, p, computeGamma); }
 DAG fixedCatalan(std::int64_t p) { return constant(keptCatalan, p, computeCatalan); }
+DAG fixedE(std::int64_t p) { return constant(keptE, p, computeE); }
 
 DAG native::evalfPi(const BuiltinCall& call) { return valueOf(call, fixedPi); }
 DAG native::evalfGamma(const BuiltinCall& call) { return valueOf(call, fixedGamma); }

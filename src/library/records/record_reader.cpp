@@ -234,10 +234,15 @@ constexpr TagSet freeTags = {EXPSEQ,   LIST, SET, UNEVAL, NOT,    EQUATION, INEQ
 // On the link so does an assignment: what stands on its left is looked at when it is carried out.
 constexpr TagSet freeOnLink = freeTags | TagSet{ASSIGN};
 
-bool hasAbsentField(DAG s) {
+// What objects hold that are no values: nothing but the object that they belong to leads to them.
+bool isInward(DAG x) {
+  constexpr TagSet inwardTags = {HASHTAB, CONTROL, DEBUG};
+  return x && !isImmediate(x) && inwardTags.contains(tagOf(x));
+}
+bool hasOnlyValues(DAG s) {
   for (Word i = 1, n = lengthOf(s); i < n; ++i)
-    if (!s[i]) return true;
-  return false;
+    if (!s[i] || isInward(s[i])) return false;
+  return true;
 }
 bool hasNumericMultiples(DAG s) {
   Word n = lengthOf(s);
@@ -249,9 +254,9 @@ bool hasNumericMultiples(DAG s) {
 
 void requireWellFormed(Reading& r, DAG s) {
   Tag tag = tagOf(s);
-  bool good = (onLink(r) ? freeOnLink : freeTags).contains(tag) ? !hasAbsentField(s)
-              : pairTags.contains(tag)                          ? !hasAbsentField(s) && hasNumericMultiples(s)
-              : tag == FUNCTION                                 ? !hasAbsentField(s) && isSequence(s[2])
+  bool good = (onLink(r) ? freeOnLink : freeTags).contains(tag) ? hasOnlyValues(s)
+              : pairTags.contains(tag)                          ? hasOnlyValues(s) && hasNumericMultiples(s)
+              : tag == FUNCTION                                 ? hasOnlyValues(s) && isSequence(s[2])
                                                                 : isWellFormed(s);
   if (!good) failReading(r, "syntax error while reading file");
 }
@@ -369,7 +374,7 @@ DAG nextHashTable(Reading& r) {
   DAG table = newhashtab(n - 1);
   for (Word i = 0; i < pairs; ++i) {
     DAG key = nextRecord(r), value = nextRecord(r);
-    if (!key || !value) failReading(r, "syntax error while reading file");
+    if (!key || !value || isInward(key) || isInward(value)) failReading(r, "syntax error while reading file");
     key = simpl(key);
     hashinsert(key.word, simpl(value), table);
   }
@@ -514,7 +519,10 @@ DAG enter(Reading& r, Word number, DAG x) {
   return x;
 }
 
-DAG settled(Reading& r, DAG x) { return onLink(r) ? x : simpl(x); }
+DAG settled(Reading& r, DAG x) {
+  if (isInward(x)) failReading(r, "syntax error while reading file");
+  return onLink(r) ? x : simpl(x);
+}
 
 // ---- calls
 

@@ -17,7 +17,7 @@ namespace {
 // ---- what has been computed is kept
 
 // The longest value so far, outside the stack. Shorter ones stay, since numbers in use may point to them; as each is
-// half as long again as the one before, they are little.
+// longer than the one before by a part of it, they are little.
 struct Kept {
   Kept* before;
   Real value;
@@ -26,7 +26,8 @@ struct Kept {
 
 Real constant(Kept*& kept, Real (*compute)()) {
   if (kept == nullptr || kept->limbs < workingLimbs) {
-    const std::size_t limbs = workingLimbs + workingLimbs / 2 + 2;
+    // Somewhat more than asked for, so that a growing precision doesn't compute anew at each step.
+    const std::size_t limbs = workingLimbs + (workingLimbs < 60 ? workingLimbs / 2 : workingLimbs / 16) + 2;
     auto* next = static_cast<Kept*>(std::malloc(sizeof(Kept)));
     auto* row = static_cast<Limb*>(std::malloc((limbs + 3) * sizeof(Limb)));
     if (next == nullptr || row == nullptr) {

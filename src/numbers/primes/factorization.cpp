@@ -247,7 +247,7 @@ Answer anyDivisor(const Natural& n, Natural& divisor) {
     return Answer::yes;
   }
   const int digits = digitsOf(n);
-  const std::uint32_t first = digits < 30 ? 300 : 2000;
+  const std::uint32_t first = digits < 46 ? 300 : 2000;
   Answer answer = pMinusOneDivisor(n, 10 * first, divisor);
   if (answer != Answer::no) return answer;
   Limb sigma = 6;
