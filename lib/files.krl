@@ -39,9 +39,10 @@ end proc:
 
 # ---- lines and bytes
 
-readline := proc(file::{string, symbol, integer})
+# Called once a line: the kernel checks what it is given.
+readline := proc(file)
   description "readline(file), readline(): the next line of the file, or of the input; 0 at the end";
-  iolib(2, `if`(nargs = 0, 'default', file))
+  if nargs = 0 then iolib(2, 'default') else iolib(2, file) end if
 end proc:
 
 writeline := proc()
