@@ -1,6 +1,7 @@
 #include "rtable/products.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "eval/evaluate/environment_variables.h"
 #include "eval/simplify/simplify.h"
@@ -14,6 +15,7 @@
 #include "rtable/create.h"
 #include "rtable/element_access.h"
 #include "rtable/element_formats.h"
+#include "rtable/indexing_functions.h"
 #include "rtable/rtable_object.h"
 #include "store/generations.h"
 #include "store/names.h"
@@ -110,8 +112,57 @@ DAG newProduct(RTableSettings settings, Word subtype, std::int64_t rows, std::in
   return RTableCreate(settings, DAG(), bounds, DataMode::cleared);
 }
 
+// ---- small integers, in machine arithmetic
+
+// The elements of `lines` rows (or columns) one after the other; the largest magnitude, or -1 when one is no small
+// integer.
+std::int64_t readSmallIntegers(const Factor& f, bool byRows, std::int32_t* to) {
+  const std::int64_t lines = byRows ? f.rows : f.columns, length = byRows ? f.columns : f.rows;
+  std::int64_t largest = 0;
+  for (std::int64_t line = 1; line <= lines; ++line)
+    for (std::int64_t k = 1; k <= length; ++k) {
+      DAG x = byRows ? f.at(line, k) : f.at(k, line);
+      if (!isImmediate(x) || (isZeroImmediate(x) && x != cons0)) return -1;
+      *to++ = immediateValue(x);
+      largest = std::max<std::int64_t>(largest, std::abs(std::int64_t{immediateValue(x)}));
+    }
+  return largest;
+}
+
+// False, with nothing stored, when an element is no small integer or a sum might not fit (bench/rtables.sh, "product of
+// exact 100 by 100").
+bool fillBySmallIntegers(DAG product, const Factor& a, const Factor& b) {
+  const std::int64_t n = a.columns, words = (a.rows + b.columns) * n;
+  if (words == 0 || words >= maxLength) return false;
+  // A procedure of the user might have the scratch collected.
+  if (HasNonKernelIndFun(a.r) || HasNonKernelIndFun(b.r)) return false;
+  DAG scratch = newl2(static_cast<Word>(words) + 1, BINARY);
+  auto* rows = reinterpret_cast<std::int32_t*>(&scratch[1]);
+  std::int32_t* columns = rows + a.rows * n;
+  const std::int64_t largestOfA = readSmallIntegers(a, true, rows);
+  const std::int64_t largestOfB = largestOfA < 0 ? -1 : readSmallIntegers(b, false, columns);
+  constexpr double mostSum = 9e18;
+  const bool fits =
+      largestOfB >= 0 &&
+      static_cast<double>(largestOfA) * static_cast<double>(largestOfB) * static_cast<double>(n) < mostSum;
+  for (std::int64_t i = 0; fits && i < a.rows; ++i) {
+    passWork(n * b.columns);
+    for (std::int64_t j = 0; j < b.columns; ++j) {
+      const std::int32_t *row = rows + i * n, *column = columns + j * n;
+      std::int64_t sum = 0;
+      for (std::int64_t k = 0; k < n; ++k) sum += std::int64_t{row[k]} * column[k];
+      const auto at = static_cast<std::int32_t>(i + 1), across = static_cast<std::int32_t>(j + 1);
+      const std::int32_t index[] = {subtypeOf(product) == subtypeRowVector ? across : at, across};
+      assignElement(product, index, simpl(NewInteger(sum)));
+    }
+  }
+  release(scratch, lengthOf(scratch));
+  return fits;
+}
+
 void fillProduct(DAG product, const Factor& a, const Factor& b) {
   updategen(product);
+  if (fillBySmallIntegers(product, a, b)) return;
   for (std::int64_t i = 1; i <= a.rows; ++i) {
     for (std::int64_t j = 1; j <= b.columns; ++j) {
       const auto row = static_cast<std::int32_t>(i), column = static_cast<std::int32_t>(j);

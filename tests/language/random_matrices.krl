@@ -30,6 +30,15 @@ end do:
 P := Matrix(5, 2, (i, j) -> w()) . Matrix(2, 6, (i, j) -> w()): Rank(P), byImages(P)[1], evalb(byImages(P) = byElimination(P)), Determinant(Matrix(2, 2, (i, j) -> p1*(i + 3*j))) + 3*p1^2;
 Determinant(Matrix([[p1, 0], [0, p2]]))/p1/p2, Rank(Matrix([[p1, p1*p2], [1, p2]])), Rank(Matrix([[p1, 0], [0, p1]])), `linearalgebra/reduced`(Matrix([[x]]), 1), Rank(Matrix(3, 0)), Rank(Matrix(2));
 
+# Products of small integers, of those that outgrow a word, and of others, against sums.
+bySums := (a, b) -> Matrix(op(1, a)[1], op(1, b)[2], (i, j) -> add(a[i, k]*b[k, j], k = 1..op(1, a)[2])):
+for f in [(i, j) -> u(), (i, j) -> u()*2^26, (i, j) -> u()*(2^29 - i), (i, j) -> w(), (i, j) -> u()/v(), (i, j) -> `if`(i = j, x, u())] do
+  for k to 12 do
+    m := v(): P := Matrix(v(), m, f): Q := Matrix(m, v(), f):
+    if not (same(P . Q, bySums(P, Q)) and same(mvMultiply(P, Q), bySums(P, Q))) then print(L(P), L(Q)) end if
+  end do
+end do:
+
 # Floats against exact arithmetic.
 P := Matrix(12, 12, random(-99..99)): F := rtable(P, datatype = float[8]): e := MatrixNorm(Inverse(F) - map(evalf, Inverse(P))): evalb(e < 1e-6);
 evalb(abs(Determinant(F)/Determinant(P) - 1) < 1e-8), ArrayOptions(Array(F . F), datatype), rtable_is_zero(F . F - P . P); G := 2*F: rtable_is_zero(F + F - G), ArrayOptions(Array(G), datatype);
