@@ -65,6 +65,18 @@ TEST(Collector, TablesAreWeak) {
   EXPECT_NE(srchname("weakkept"), notFound);
 }
 
+// A table that many strings have widened leaves no chains strewn over the heap when they are gone.
+TEST(Collector, ManyDeadStringsLeaveNoChains) {
+  sayAll({"l := [seq(cat(\"dead\", i), i = 1..300000)]:", "l := 0:", "for i to 300000 do h(i) end do:"});
+  for (int i = 0; i < 3; ++i) say("gc();");
+  const Word buckets = lengthOf(strtab) - 1;
+  Word chains = 0;
+  for (Word bucket = 1; bucket <= buckets; ++bucket) chains += strtab[bucket] ? 1 : 0;
+  EXPECT_GE(buckets, 8192u);
+  EXPECT_LT(chains, buckets / 4);
+  EXPECT_EQ(heapFault(), "");
+}
+
 TEST(Collector, ProtectionKeepsAnObjectAndAllBelow) {
   DAG inner = new2(LIST, newSequence({Newint(2000000000)}));
   DAG outer = new2(UNEVAL, inner);
