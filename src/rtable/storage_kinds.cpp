@@ -85,11 +85,4 @@ std::int64_t storedElements(const std::int32_t* bounds, Word n, Word storage, st
   return count > largestCount ? -2 : static_cast<std::int64_t>(count);
 }
 
-bool isKorelSparse(DAG rtable) {
-  if (rtableFlag(rtable, rtableStorage) != storageSparse || rtableFlag(rtable, rtableDatatype) != dataDag) return false;
-  // By its text, too: an rtable from before a restart, which a collection still meets, has a name of that time.
-  DAG type = rtable[rtableElementType];
-  return type != ini("sfloat") && !(isTag(type, NAME) && hasText(type, "sfloat"));
-}
-
 }  // namespace korel

@@ -46,8 +46,6 @@ constexpr Word maxDimensions = 63;
 /// -2 when the count doesn't fit.
 std::int64_t storedElements(const std::int32_t* bounds, Word n, Word storage, std::int32_t b1, std::int32_t b2);
 
-/// Sparse storage whose entries stand in a HASHTAB of objects, not in vectors of indices and values.
-bool isKorelSparse(DAG rtable);
 /// Words behind the bounds: 2 for sparse and band storage, else none.
 constexpr Word tailLength(Word storage) { return storage == storageSparse || storage == storageBand ? 2 : 0; }
 

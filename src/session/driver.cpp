@@ -407,7 +407,7 @@ DAG ReadStatement(DAG (*reader)(), ResultHandler resultCB, InterruptHandler inte
 // ---- restart and stop
 
 const char* RestartKorel() {
-  runHooks(HookMoment::stop);
+  runHooks(HookMoment::restart);
   if (driver.depth > 0) ::_longjmp(driver.restart, 1);
   return startStore(true);
 }

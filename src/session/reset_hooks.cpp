@@ -62,6 +62,7 @@ constexpr HookRow hookRows[] = {
     {HookMoment::throwAway, forgetDirectoryContents},
     {HookMoment::startFiles, ResetSimplifier},
     {HookMoment::startFiles, InitializeHelp},
+    {HookMoment::restart, UnloadModules},
     {HookMoment::stop, UnloadModules},
     {HookMoment::exitProcess, CleanUpIOLibrary},
     {HookMoment::stop, SaveTraceInformation},

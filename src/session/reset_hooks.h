@@ -13,7 +13,8 @@ enum class HookMoment : std::uint8_t {
   throwAway,       // before a restart drops the tables
   initialised,     // the store is ready, nothing has been read yet
   startFiles,      // before the start files are read
-  stop,            // before a restart or the end of the run, while objects can be evaluated
+  restart,         // before a restart, while objects can be evaluated
+  stop,            // the same before the end of the run
   exitProcess,     // the process is about to end
 };
 

@@ -5,6 +5,8 @@
 // either may be assigned. The accessors of procedures serve module definitions as well: the fields that both
 // have stand at the same places.
 
+#include <cstring>
+
 #include "store/constants.h"
 #include "store/dag.h"
 #include "store/objects.h"
@@ -139,6 +141,14 @@ constexpr RTableFlag rtableDimensions{0, 6}, rtableForeign{19, 1}, rtableReadOnl
     rtableStorage{22, 4}, rtableSubtype{26, 2}, rtableDatatype{28, 4};
 inline Word rtableFlag(DAG rtable, RTableFlag part) {
   return (rawField(rtable, rtableFlags) >> part.shift) & ((Word{1} << part.width) - 1);
+}
+/// Sparse storage whose entries stand in a HASHTAB of objects, not in vectors of indices and values. The element type
+/// counts by its text: an rtable from before a restart, which a collection still meets, has a name of that time.
+inline bool isKorelSparse(DAG rtable) {
+  constexpr Word sparse = 0, objects = 0;
+  if (rtableFlag(rtable, rtableStorage) != sparse || rtableFlag(rtable, rtableDatatype) != objects) return false;
+  DAG type = rtable[rtableElementType];
+  return !(isObject(type) && hasTag(type, NAME) && std::strcmp(textOf(type), "sfloat") == 0);
 }
 /// Where the data of `rtable`, which are no table of objects, begin; null without data. Foreign ones may lie beyond the
 /// reach of a word: theirs leads to a cell with the address, inside a BINARY object from its second word on.

@@ -24,3 +24,11 @@ iolib(31, "create", "ar", 1, prefix = "other", suffix = ".old"), iolib(31, "rein
 dir := cat(currentdir(), "/"): system("mkdir la lb"): libname := cat(dir, "la"), cat(dir, "lb"), libname: iolib(31, "create", cat(dir, "lb"), 10):
 pair := proc() local c; c := 0; proc() c := c + 1 end proc, proc() c end proc end proc: up, now := pair(): up(): m := module() local p; export q; p := 7; q := proc() p := p + 1 end proc end module: f := 1: save f, up, now, m, libname[2]; f := 2: save f, libname[1]; map(t -> t[1], iolib(31, "list", libname[2])); save f, up, libname[2]; map(t -> t[1], iolib(31, "list", libname[2])); save Digits, nosuch, libname[1]; save nosuch, libname[2]; save libname, libname[1]; save 3, libname[1];
 restart; dir := cat(currentdir(), "/"): libname := cat(dir, "la"), cat(dir, "lb"), libname: f, up(), up(), now(), m:-q(), m:-q(); kernelopts(unread = 'f'); libname := libname[2..-1]: f; libname := cat(dir, "la"), libname: kernelopts(unread = 'f'); f; readlib(nosuch, libname[1]); readlib(nosuch2, 3); libname := 'libname'; libname := [1]; libname := 3, 4; libname := 5;
+# Counts of instrumented procedures of the library are saved at the end of a run, not by a restart.
+restart; dir := cat(currentdir(), "/"): run := proc(text) local line; iolib(9, "run.krl", "%s", text); iolib(7, "run.krl"); system(cat(substring(kernelLibrary, 1..-4), "bin/korelTTY -q -s < run.krl > run.out 2>&1")); do line := iolib(2, "run.out"); if line = 0 then break end if; print(line) end do; iolib(7, "run.out"); iolib(8, "run.out") end proc: kernelLibrary := libname:
+system("mkdir lt"): iolib(31, "create", "lt", 10): first := cat("libname := \"", dir, "lt\", libname: "): h := proc(x) local y; y := x; y + 1 end proc: libname := cat(dir, "lt"), libname: setattribute(h, cat(dir, "lt")): save h, libname[1];
+run(cat(first, "h(1): debugopts(traceproc = true): h(1), h(2); restart; ", first, "map(t -> t[1], iolib(31, \"list\", libname[1]));"));
+run(cat(first, "h(1): debugopts(traceproc = true): h(1), h(2); quit"));
+map(t -> t[1], iolib(31, "list", libname[1])); `TRACE/h`[1, 1], `TRACE/h`[3, 1];
+run(cat(first, "h(1): debugopts(traceproc = true): h(1), h(2); `TRACE/h`[1, 1]; quit"));
+run(cat("libname := \"", dir, "la\", \"", dir, "lt\", libname: h(1): debugopts(traceproc = true): h(1), h(2); quit"));

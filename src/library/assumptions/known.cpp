@@ -141,7 +141,6 @@ Facts powerOf(DAG base, DAG exponent, Budget& budget) {
 
 // ---- functions
 
-constexpr Range upFromZero{0, HUGE_VAL};
 constexpr Range positiveReals{0, HUGE_VAL, true, false};
 
 Facts ifReal(const Facts& a, Range range, unsigned flags = isRealFact) {

@@ -8,6 +8,7 @@
 #include "store/check/verify.h"
 #include "store/constants.h"
 #include "store/hash.h"
+#include "store/object_fields.h"
 #include "store/objects.h"
 #include "store/reference_fields.h"
 #include "store/standard_names.h"
@@ -371,12 +372,6 @@ bool checkMembers(DAG s, Word i, const MemberRule& rule, Finding& finding) {
 
 // ---- the whole
 
-bool isKorelSparse(DAG s) {
-  Word flags = rawField(s, 5);
-  return (flags >> 28) == 0 && ((flags >> 22) & 0xf) == 0 &&
-         !(is(s[2], NAME) && std::strcmp(textOf(s[2]), "sfloat") == 0);
-}
-
 // Parts of a complex number that may stand beside each other although their tags differ.
 bool isExactPart(DAG x) {
   Tag kind = kindOf(x);
@@ -495,7 +490,7 @@ Word nextReferenceField(DAG s, Word i) {
 Word nextField(DAG s, Word i) {
   switch (tagOf(s)) {
     case RTABLE:
-      if (i == 0 && isKorelSparse(s)) return 1;
+      if (i == 0 && kindOf(s[rtableElementType]) != NOTAG && isKorelSparse(s)) return 1;
       return nextReferenceField(s, i);
     case HASH: {
       // A key of 0 ends the pairs in use.
