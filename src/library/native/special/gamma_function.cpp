@@ -157,8 +157,35 @@ Complex stirlingLn(const Complex& z) {
   return (z - half) * ln(z) - z + halfLnTwoPi() + stirlingSum(z, 0);
 }
 
+// The same for a real z > 0: each factor adds the relative error of z, and each product its own.
+Real risingReal(const Real& z, std::int64_t n) {
+  const LimbPlace place = limbPlace();
+  reals::Real product = z.middle, factor = z.middle;
+  const reals::Real one(1);
+  for (std::int64_t k = 1; k < n; ++k) {
+    factor = factor + one;
+    product = product * factor;
+    if (k % 64 == 0) {
+      // What has been taken goes back, but for the two numbers.
+      Real both[2] = {{product, {}}, {factor, {}}};
+      Scratch(place).keep(both[0], both[1]);
+      product = both[0].middle;
+      factor = both[1].middle;
+      passLimbWork(static_cast<std::size_t>(64 * workLimbs() * workLimbs()));
+    }
+  }
+  const Bound size = middleBound({product, {}}), each = powerOfTwoBound(5 - reals::workingBits());
+  Bound error = size * each * boundOf(static_cast<double>(n));
+  if (!isExact(z)) error += size * (z.error / lowerBound(z)) * boundOf(1.01 * static_cast<double>(n));
+  return widened(Real(product, {}), error);
+}
+
 // z (z + 1) ... (z + n - 1)
 Complex risingProduct(const Complex& z, std::int64_t n) {
+  if (isReal(z) && signOf(z.re) > 0 && n > 2) {
+    const Bound relative = z.re.error / lowerBound(z.re);
+    if (doubleOf(relative) * static_cast<double>(n) < 0.01) return risingReal(z.re, n);
+  }
   Complex product(1);
   const Scratch scratch;
   for (std::int64_t k = 0; k < n; ++k) {
