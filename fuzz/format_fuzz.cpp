@@ -3,13 +3,12 @@
 // What must hold for every input: each ends in text, values, or one error. Nothing crashes, hangs or takes memory that
 // the format doesn't ask for; widths are cut to three digits, since a longer one is no fault.
 
-#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
+#include "fuzz_kernel.h"
 #include "session/driver.h"
-#include "session/statement_reader.h"
 #include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/names.h"
@@ -19,15 +18,13 @@
 #include "text/read/source.h"
 
 using namespace korel;
+using namespace korel::fuzzing;
 
 namespace {
 
 char format[4096], input[4096];
 DAG arguments;
 
-std::chrono::steady_clock::time_point began;
-int stopAfterASecond(void*) { return std::chrono::steady_clock::now() - began > std::chrono::seconds(1); }
-DAG ignoreMessage(void*, DAG) { return null; }
 void drop(void*, int) {}
 
 DAG print() {
@@ -67,10 +64,8 @@ DAG evaluateArguments() { return arguments; }
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  char name[] = "korel", skip[] = "-s", secure[] = "-z";
-  char* argv[] = {name, skip, secure, nullptr};
-  if (InitializeKorel(3, argv) != nullptr) std::abort();
-  ReadStatement(makeArguments, ignoreMessage, nullptr, nullptr);
+  startKernel({"-z"});
+  run(makeArguments);
   DAG list = EvaluateDAG(evaluateArguments(), ignoreMessage, nullptr, 0, 0, nullptr);
   if (!list) std::abort();
   arguments = list[1];
@@ -89,10 +84,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t rest = n < size ? size - n - 1 : 0;
   std::memcpy(input, data + size - rest, rest);
   input[rest] = 0;
-  began = std::chrono::steady_clock::now();
-  ReadStatement(print, ignoreMessage, stopAfterASecond, nullptr);
-  ReadStatement(scan, ignoreMessage, stopAfterASecond, nullptr);
-  static int inputs = 0;
-  if (++inputs % 256 == 0) gc();
+  startClock();
+  run(print);
+  run(scan);
+  collectEvery(256);
   return 0;
 }

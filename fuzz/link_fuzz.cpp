@@ -4,20 +4,18 @@
 // ends the reading; nothing crashes, hangs or takes memory that the bytes don't account for. What has been written
 // reads back. Statements are not run.
 
-#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
 #include "frame/output.h"
-#include "session/driver.h"
+#include "fuzz_kernel.h"
 #include "session/link/pipe_client.h"
-#include "session/statement_reader.h"
-#include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/objects.h"
 
 using namespace korel;
+using namespace korel::fuzzing;
 
 namespace {
 
@@ -36,27 +34,15 @@ class Bytes : public KL_BaseClient {
 
 Bytes* frontEnd;
 bool gotStatement;
-std::chrono::steady_clock::time_point began;
 
-DAG ignoreMessage(void*, DAG) { return null; }
-// Powers of powers are work without end, not a fault.
-int stopAfterASecond(void*) { return std::chrono::steady_clock::now() - began > std::chrono::seconds(1); }
-
-struct Written {
-  MessageWriter writer;
-  std::size_t at = 0;
-};
-int nextWritten(void* context) {
-  auto* written = static_cast<Written*>(context);
-  return written->at < written->writer.size() ? static_cast<unsigned char>(written->writer.data()[written->at++]) : -1;
-}
 
 void writeAndReadBack(DAG x) {
-  static Written written;
+  static MessageWriter writer;
   static MessageReader reader;
-  written.at = 0;
-  if (!written.writer.compose(x)) return;
-  DAG again = reader.next(nextWritten, &written);
+  if (!writer.compose(x)) return;
+  const auto* bytes = reinterpret_cast<const unsigned char*>(writer.data());
+  ByteSource source{bytes, bytes + writer.size()};
+  DAG again = reader.next(source);
   if (!again && x) std::abort();
 }
 
@@ -74,23 +60,18 @@ DAG receive() {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  char name[] = "korel", skip[] = "-s";
-  char* argv[] = {name, skip, nullptr};
-  if (InitializeKorel(2, argv) != nullptr) std::abort();
-  EvaluateDAG(null, ignoreMessage, nullptr, 0, 0, nullptr);
+  startKernel();
   return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Bytes bytes(data, size);
   frontEnd = &bytes;
-  began = std::chrono::steady_clock::now();
+  startClock();
   Args arguments;
   // The first byte tells whether arguments come first.
   if (size > 0 && data[0] == 'a') (void)bytes.receiveKernelArgs(arguments);
-  for (int statements = 0; statements < 20 && !bytes.isClosed(); ++statements)
-    ReadStatement(receive, ignoreMessage, stopAfterASecond, nullptr);
-  static int inputs = 0;
-  if (++inputs % 64 == 0) gc();
+  for (int statements = 0; statements < 20 && !bytes.isClosed(); ++statements) run(receive);
+  collectEvery(64);
   return 0;
 }

@@ -10,9 +10,7 @@
 #include "frame/environment.h"
 #include "frame/errors.h"
 #include "frame/output.h"
-#include "session/driver.h"
-#include "session/statement_reader.h"
-#include "store/collect/collector.h"
+#include "fuzz_kernel.h"
 #include "store/constants.h"
 #include "store/long_string.h"
 #include "store/objects.h"
@@ -20,12 +18,12 @@
 #include "text/read/source.h"
 
 using namespace korel;
+using namespace korel::fuzzing;
 
 namespace {
 
 const char* sourceText;
 
-DAG ignoreMessage(void*, DAG) { return null; }
 void ignoreError(void*, const char*) {}
 
 char* printed(DAG x, int flags) {
@@ -70,10 +68,7 @@ void boundNumbers(char* text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  char name[] = "korel", skip[] = "-s";
-  char* argv[] = {name, skip, nullptr};
-  if (InitializeKorel(2, argv) != nullptr) std::abort();
-  EvaluateDAG(null, ignoreMessage, nullptr, 0, 0, nullptr);
+  startKernel();
   return 0;
 }
 
@@ -84,8 +79,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   text[size] = 0;
   boundNumbers(text);
   sourceText = text;
-  ReadStatement(roundTrip, ignoreMessage, nullptr, nullptr);
-  static int inputs = 0;
-  if (++inputs % 64 == 0) gc();
+  startClock();
+  run(roundTrip);
+  collectEvery(64);
   return 0;
 }

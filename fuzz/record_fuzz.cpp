@@ -3,27 +3,22 @@
 // What must hold for every input: the reader ends in objects or in one reported failure, and what is read has a
 // record that reads back to the same object. Nothing crashes, hangs or takes memory that the bytes don't account for.
 
-#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
+#include "fuzz_kernel.h"
 #include "library/records/records.h"
 #include "session/driver.h"
-#include "session/statement_reader.h"
-#include "store/collect/collector.h"
 #include "store/constants.h"
 #include "store/names.h"
 
 using namespace korel;
+using namespace korel::fuzzing;
 
 namespace {
 
-struct Bytes {
-  const std::uint8_t* data;
-  std::size_t size, at;
-};
-Bytes input;
+ByteSource input;
 
 struct Text {
   char* data;
@@ -31,10 +26,7 @@ struct Text {
 };
 Text written;
 
-int nextByte(void* context) {
-  auto* bytes = static_cast<Bytes*>(context);
-  return bytes->at < bytes->size ? bytes->data[bytes->at++] : -1;
-}
+int nextByte(void* source) { return static_cast<ByteSource*>(source)->next(); }
 bool putByte(void*, int c) {
   if (written.size == written.capacity) {
     written.capacity = written.capacity == 0 ? 4096 : 2 * written.capacity;
@@ -47,20 +39,17 @@ bool putByte(void*, int c) {
 void ignoreEnd(void*, long) {}
 void ignoreText(void*, long, const char*) {}
 void ignoreFailure(void*, const char*) {}
-DAG ignoreMessage(void*, DAG) { return null; }
 
-std::chrono::steady_clock::time_point began;
-// What is read is simplified: powers of powers are work without end, not a fault.
-int stopAfterASecond(void*) { return std::chrono::steady_clock::now() - began > std::chrono::seconds(1); }
 
 DAG readRecords() {
   RecordNumbers numbers;
   for (int records = 0; records < 20; ++records) {
-    DAG x = ParseRecord(nextByte, ignoreEnd, ignoreText, ignoreText, 0, nullptr, &input, numbers);
+    DAG x = ParseRecord(input, ignoreEnd, ignoreText, ignoreText, 0, nullptr, nullptr, numbers);
     if (!x) break;
     written.size = 0;
     if (!PrintDotM(x, putByte, ignoreFailure, 79, recordBareName, nullptr, nullptr)) break;
-    Bytes again = {reinterpret_cast<const std::uint8_t*>(written.data), written.size, 0};
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(written.data);
+    ByteSource again{bytes, bytes + written.size};
     DAG y = ParseDotM(nextByte, ignoreEnd, ignoreText, ignoreText, 0, nullptr, &again);
     if (!y) std::abort();
   }
@@ -71,20 +60,17 @@ DAG readRecords() {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  char name[] = "korel", skip[] = "-s";
-  char* argv[] = {name, skip, nullptr};
-  if (InitializeKorel(2, argv) != nullptr) std::abort();
-  EvaluateDAG(null, ignoreMessage, nullptr, 0, 0, nullptr);
+  startKernel();
   return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  input = {data, size, 0};
-  began = std::chrono::steady_clock::now();
-  ReadStatement(readRecords, ignoreMessage, stopAfterASecond, nullptr);
+  input = {data, data + size};
+  startClock();
+  run(readRecords);
   // Records assign names: every so often all is given up.
+  collectEvery(64);
   static int inputs = 0;
-  if (++inputs % 64 == 0) gc();
-  if (inputs % 4096 == 0) RestartKorel();
+  if (++inputs % 4096 == 0) RestartKorel();
   return 0;
 }

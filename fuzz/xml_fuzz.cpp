@@ -7,14 +7,13 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "fuzz_kernel.h"
 #include "openmath/openmath.h"
-#include "session/driver.h"
-#include "session/statement_reader.h"
-#include "store/collect/collector.h"
 #include "store/constants.h"
 #include "text/format/text_buffer.h"
 
 using namespace korel;
+using namespace korel::fuzzing;
 
 namespace {
 
@@ -30,7 +29,6 @@ int nextByte(void* context) {
   return bytes->at < bytes->size ? static_cast<unsigned char>(bytes->data[bytes->at++]) : -1;
 }
 void ignoreFailure(void*, int, const char*) {}
-DAG ignoreMessage(void*, DAG) { return null; }
 
 DAG readAndWrite() {
   DAG tree = ParseOpenMath(nextByte, nullptr, ignoreFailure, flags, &input);
@@ -51,10 +49,7 @@ DAG readAndWrite() {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  char name[] = "korel", skip[] = "-s";
-  char* argv[] = {name, skip, nullptr};
-  if (InitializeKorel(2, argv) != nullptr) std::abort();
-  EvaluateDAG(null, ignoreMessage, nullptr, 0, 0, nullptr);
+  startKernel();
   return 0;
 }
 
@@ -62,8 +57,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (size == 0) return 0;
   flags = data[0] & 7;
   input = {reinterpret_cast<const char*>(data) + 1, size - 1, 0};
-  ReadStatement(readAndWrite, ignoreMessage, nullptr, nullptr);
-  static int inputs = 0;
-  if (++inputs % 256 == 0) gc();
+  startClock();
+  run(readAndWrite);
+  collectEvery(256);
   return 0;
 }

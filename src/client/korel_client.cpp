@@ -224,6 +224,13 @@ int KorelProcess::ReadCh() {
   return c;
 }
 
+DAG KorelProcess::receiveDAG() {
+  if (stream_ == nullptr) return DAG();
+  DAG x = receiveMessage();
+  if (stream_->isClosed()) status_ = serverDead;
+  return x;
+}
+
 int KorelProcess::Write(const char* data, std::size_t n) {
   if (stream_ == nullptr) return -1;
   int failed = stream_->Write(data, n);

@@ -58,10 +58,12 @@ class KorelProcess : public KL_Base {
 
   int m_interrupt() override;
   int query() override;
+  DAG receiveDAG() override;
   int ReadCh() override;
   int Write(const char* data, std::size_t n) override;
 
  private:
+  PipeStream* pipes() override { return stream_.get(); }
   bool startProcess();
   void noteDeath();
   void takeStartError();

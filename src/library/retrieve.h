@@ -11,7 +11,7 @@ namespace korel {
 
 /// Marks every name without value and attributes, so that a new library is asked for it.
 void deferNames();
-/// The name `base``suffix` when it has a value, loaded from the library if need be; else `null`.
+/// The name `base``suffix` when it has a value, or a file of the library for it; else `null`.
 DAG nameInLibrary(const char* base, const char* suffix);
 
 /// Asks each of `directories`, a text or an EXPSEQ of texts, for a file with the value of the name

@@ -68,41 +68,6 @@ DAG BuildRequiredNameSeq(DAG name) {
   return simpl(names);
 }
 
-// ---- what a file of records can't keep
-
-namespace {
-
-// A local of a procedure or module that has a value: in a file it is its text alone, a global name.
-bool isLost(DAG x) {
-  if (!isName(x) || (!x[1] && (controlWord(x) & deferredBit) == 0)) return false;
-  PairAddress pair = srchname(textOf(x));
-  return pair == notFound || pairValue(pair) != x;
-}
-
-void enterPart(DAG x) {
-  if (!isImmediate(x) && entered.insert(x.word, 0) == WordMap::added) waiting.push_back(x);
-}
-
-// The locals that the values of `names` hold, for what sharing them would be lost.
-DAG lostNames(DAG names) {
-  waiting.clear();
-  required.clear();
-  for (Word i = 1; i < lengthOf(names); ++i)
-    if (isName(names[i]) && names[i][1]) enterPart(names[i][1]);
-  while (!waiting.empty()) {
-    DAG object = waiting.back();
-    waiting.pop_back();
-    if (isLost(object)) required.push_back(object);
-    if (!isName(object)) forEachPart(object, enterPart);
-  }
-  entered.clear();
-  DAG lost = newl2(static_cast<Word>(required.size() + 1), EXPSEQ);
-  for (std::size_t i = 0; i < required.size(); ++i) lost[static_cast<Word>(i + 1)] = required[i];
-  return lost;
-}
-
-}  // namespace
-
 // ---- assignments as text
 
 namespace {
@@ -200,8 +165,7 @@ DAG saveStatement(DAG s) {
     WriteSourceFile(file, names);
     return null;
   }
-  DAG lost = lostNames(names);
-  WriteDotMFile(path, names, nullptr);
+  DAG lost = WriteDotMFile(path, names, nullptr);
   for (Word i = 1; i < lengthOf(lost); ++i)
     KernelWarning(2, "the local name `%1` will be a global name in `%2`", lost[i], file);
   return null;

@@ -103,6 +103,16 @@ int ReadByte() {
   return static_cast<unsigned char>(*s.at++);
 }
 
+bool ReadPiece(const unsigned char*& at, const unsigned char*& end) {
+  if (reading == nullptr) return false;  // closed by an error
+  ReadState& s = *reading;
+  if (s.at == s.end && !fillBuffer(s)) return false;
+  at = reinterpret_cast<const unsigned char*>(s.at);
+  end = reinterpret_cast<const unsigned char*>(s.end);
+  s.at = s.end;
+  return true;
+}
+
 void DeallocRead() {
   ReadState* s = reading;
   if (s == nullptr) return;
@@ -325,6 +335,19 @@ bool WriteByte(int c) {
   if (writing.descriptor < 0) return false;
   if (writing.used == writing.space && !flushBuffer()) return false;
   writing.buffer[writing.used++] = static_cast<char>(c);
+  return true;
+}
+
+bool WriteBytes(const char* bytes, std::size_t n) {
+  if (writing.descriptor < 0) return false;
+  while (n > 0) {
+    if (writing.used == writing.space && !flushBuffer()) return false;
+    const std::size_t piece = n < writing.space - writing.used ? n : writing.space - writing.used;
+    std::memcpy(writing.buffer + writing.used, bytes, piece);
+    writing.used += piece;
+    bytes += piece;
+    n -= piece;
+  }
   return true;
 }
 

@@ -17,6 +17,9 @@ constexpr std::size_t readPiece = 4096;
 bool AllocRead(const char* name, char* buffer, std::size_t size);
 /// The next byte, or -1 at the end. Error: "unable to read file or pipe".
 int ReadByte();
+/// What has been read and not been taken yet, or the next piece; false at the end. The bytes lie in the caller's
+/// buffer.
+bool ReadPiece(const unsigned char*& at, const unsigned char*& end);
 void DeallocRead();
 /// The next `AllocRead` reports no error when it fails.
 void ReadFailOK();
@@ -24,8 +27,9 @@ void ReadFailOK();
 /// Opens `name` for `WriteByte`. Error: "could not open `%s` for writing", and those of archives. A plain file is
 /// written beside its place, which it takes at the end.
 void AllocWrite(const char* name, char* buffer, std::size_t size);
-/// False when the byte could not be written.
+/// False when the byte, or one of the bytes, could not be written.
 bool WriteByte(int c);
+bool WriteBytes(const char* bytes, std::size_t n);
 /// Writes what is left, and the entry of a member; a third of waste in the data packs the archive.
 /// Errors: "could not flush .m file", "could not update library archive index".
 void DeallocWrite();

@@ -66,9 +66,10 @@ struct FileReading {
   char failure[600];
   RecordNumbers numbers;
   Aside aside;
+  ByteSource source;
 };
 
-int nextByte(void*) { return ReadByte(); }
+bool nextPiece(ByteSource& source) { return ReadPiece(source.at, source.end); }
 void noteFailure(void* context, long offset, const char* text) {
   auto& f = *static_cast<FileReading*>(context);
   f.failedAt = offset + headerLength;
@@ -88,7 +89,7 @@ char shown(int c) { return c >= 32 && c < 127 ? static_cast<char>(c) : ' '; }
 
 void readHeader(FileReading& f) {
   int c[headerLength];
-  for (int& byte : c) byte = ReadByte();
+  for (int& byte : c) byte = f.source.next();
   bool isPresent = true;
   for (int i = 0; i < 4; ++i) isPresent = isPresent && c[i] == presentHeader[i];
   for (const char* older : olderHeaders) {
@@ -106,7 +107,7 @@ void readHeader(FileReading& f) {
 // Passes over what stands between two records; false at the end of the file.
 bool skipSeparator(FileReading& f) {
   for (;;) {
-    int c = ReadByte();
+    int c = f.source.next();
     if (c < 0) return false;
     ++f.numbers.offset;
     if (c >= 32 && c < 127) return true;
@@ -117,7 +118,7 @@ void readRecords(FileReading& f, RepositoryDesc* repository) {
   int flags = recordKeepNumbers;
   do {
     f.failure[0] = 0;
-    ParseRecord(nextByte, noteEnd, noteFailure, warn, flags, repository, &f, f.numbers);
+    ParseRecord(f.source, noteEnd, noteFailure, warn, flags, repository, &f, f.numbers);
     if (f.failure[0] != 0)
       KernelException("at offset %1 in `%2`, %3", NewInteger(f.failedAt), strinstall(f.name), strinstall(f.failure));
     flags = recordKeepNumbers | recordContinueNumbers;
@@ -131,7 +132,7 @@ struct FileWriting {
   char text[128];
 };
 
-bool putByte(void*, int c) { return WriteByte(c); }
+bool putBytes(void*, const char* bytes, std::size_t n) { return WriteBytes(bytes, n); }
 void noteWriteFailure(void* context, const char* text) {
   auto& f = *static_cast<FileWriting*>(context);
   std::snprintf(f.text, sizeof f.text, "%s", text);
@@ -151,7 +152,7 @@ void writeRecords(DAG list, RepositoryDesc* repository, FileWriting& f) {
   int flags = recordKeepNumbers;
   for (Word i = 0; i < count; ++i, flags = recordKeepNumbers | recordContinueNumbers) {
     if (i > 0 && (!WriteByte(',') || !WriteByte('\n'))) return noteWriteFailure(&f, "could not write to file");
-    if (!PrintDotM(objects[i], putByte, noteWriteFailure, lineWidth, flags, repository, &f)) return;
+    if (!PrintRecord(objects[i], putBytes, noteWriteFailure, lineWidth, flags, repository, &f)) return;
   }
   if (!WriteByte('\n')) noteWriteFailure(&f, "could not write to file");
 }
@@ -167,7 +168,7 @@ DAG ReadDotMFile(const char* name, bool quiet, RepositoryDesc* repository) {
   char buffer[readPiece];
   if (quiet) ReadFailOK();
   if (!AllocRead(name, buffer, sizeof buffer)) return ini("FAIL");
-  FileReading f{name, 0, "", RecordNumbers(), putAside()};
+  FileReading f{name, 0, "", RecordNumbers(), putAside(), ByteSource{.more = nextPiece}};
   PushParamErrorProc(abandonReading, &f);
   readHeader(f);
   readRecords(f, repository);
@@ -178,13 +179,14 @@ DAG ReadDotMFile(const char* name, bool quiet, RepositoryDesc* repository) {
   return null;
 }
 
-void WriteDotMFile(const char* name, DAG list, RepositoryDesc* repository) {
+DAG WriteDotMFile(const char* name, DAG list, RepositoryDesc* repository) {
   char buffer[4096];
   AllocWrite(name, buffer, sizeof buffer);
   PushErrorProc(abandonWriting);
   forgetWrittenNumbers();
   FileWriting f;
   writeRecords(list, repository, f);
+  DAG locals = localsWrittenAsNames();
   forgetWrittenNumbers();
   PopErrorProc();
   if (f.failure != nullptr) {
@@ -192,6 +194,7 @@ void WriteDotMFile(const char* name, DAG list, RepositoryDesc* repository) {
     userror(f.failure);
   }
   DeallocWrite();
+  return locals;
 }
 
 }  // namespace korel

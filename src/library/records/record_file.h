@@ -15,8 +15,9 @@ struct RepositoryDesc;
 /// What a file assigns before the error stays assigned.
 DAG ReadDotMFile(const char* name, bool quiet, RepositoryDesc* repository);
 /// Writes `list`, a NAME or an EXPSEQ of objects, into the file `name`. Errors: those of `AllocWrite` and
-/// `DeallocWrite`, and the text of what could not be written. The file stays as it was then.
-void WriteDotMFile(const char* name, DAG list, RepositoryDesc* repository);
+/// `DeallocWrite`, and the text of what could not be written. The file stays as it was then. Gives the EXPSEQ of the
+/// locals of which the file holds no more than the name.
+DAG WriteDotMFile(const char* name, DAG list, RepositoryDesc* repository);
 
 /// True for a name that ends in ".m".
 bool isRecordFileName(const char* name);

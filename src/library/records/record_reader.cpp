@@ -32,103 +32,8 @@ namespace {
 // The reading that is innermost; those around it wait for what simplification loads.
 Reading* innermost = nullptr;
 
-constexpr int linkEnd = 1;
 // Records claim their lengths before their data arrive: objects are made this long at first.
 constexpr Word trustedLength = 64;
-
-bool onLink(const Reading& r) { return (r.flags & recordOnLink) != 0; }
-
-[[noreturn]] void endReading(Reading& r) { ::_longjmp(r.stop, 1); }
-
-}  // namespace
-
-void failReading(Reading& r, const char* text) {
-  r.failed(r.context, r.numbers->offset, text);
-  endReading(r);
-}
-
-// ---- bytes, numbers, text
-
-int next(Reading& r) {
-  for (;;) {
-    int c = r.getch(r.context);
-    if (c < 0) {
-      r.ended(r.context, r.numbers->offset);
-      endReading(r);
-    }
-    ++r.numbers->offset;
-    if (c >= 33 && c < 127) return c;
-    if (c == linkEnd && onLink(r)) {
-      r.numbers->sawLinkEnd = true;
-      failReading(r, "syntax error while reading file");
-    }
-  }
-}
-
-std::int64_t nextInt(Reading& r, int hexDigits) {
-  int c = next(r);
-  bool negative = c == '~';
-  if (negative) c = next(r);
-  std::uint64_t value = 0;
-  if (c >= 33 && c <= 33 + largestShortInt) {
-    value = static_cast<std::uint64_t>(c - 33);
-  } else {
-    for (int shift = 0;; shift += 4, c = next(r)) {
-      bool last = c >= firstLastHexDigit && c < firstLastHexDigit + 16;
-      bool digit = c >= firstHexDigit && c < firstHexDigit + 16;
-      if (!last && !digit) failReading(r, "invalid character in short integer encoding");
-      if (shift >= 4 * hexDigits) failReading(r, "short integer too large for this system");
-      value |= static_cast<std::uint64_t>(c - (last ? firstLastHexDigit : firstHexDigit)) << shift;
-      if (last) break;
-    }
-  }
-  return static_cast<std::int64_t>(negative ? 0 - value : value);
-}
-
-Word nextCount(Reading& r, Word most) {
-  std::int64_t n = nextInt(r);
-  if (n < 0 || n > most) failReading(r, "invalid dag length");
-  return static_cast<Word>(n);
-}
-
-namespace {
-
-// The length of an object, at least `least`.
-Word nextLength(Reading& r, Word least) {
-  Word n = nextCount(r, maxLength);
-  if (n < least) failReading(r, "invalid dag length");
-  return n;
-}
-
-void growText(Reading& r, std::size_t space) {
-  auto* text = static_cast<char*>(std::realloc(r.text, space));
-  if (text == nullptr) failReading(r, "ran out of memory");
-  r.text = text;
-  r.textSpace = space;
-}
-
-// A text of its own, until the next one.
-const char* nextText(Reading& r) {
-  Word n = nextCount(r, maxLength);
-  for (Word i = 0;; ++i) {
-    if (i + 1 >= r.textSpace) growText(r, r.textSpace == 0 ? 256 : 2 * r.textSpace);
-    if (i == n) {
-      r.text[i] = 0;
-      return r.text;
-    }
-    int c = next(r);
-    if (c == '~') {
-      c = ' ';
-    } else if (c == '|') {
-      std::int64_t byte = nextInt(r);
-      if (byte < 1 || byte > 255) failReading(r, "syntax error while reading file");
-      c = static_cast<int>(byte);
-    } else if (c >= 123) {
-      failReading(r, "syntax error while reading file");
-    }
-    r.text[i] = static_cast<char>(c);
-  }
-}
 
 // ---- numbers of objects
 
@@ -382,17 +287,29 @@ DAG finished(Reading& r, DAG s) {
   return simpl(s);
 }
 
-// Fields `from` to `n` - 1 of an object of `n` words with `tag`, which grows as they arrive.
-DAG nextFields(Reading& r, Tag tag, Word n, Word from = 1) {
-  DAG s = newl2(n < trustedLength ? n : trustedLength, tag);
-  for (Word i = from; i < n; ++i) {
-    DAG field = nextRecord(r);
-    if (i >= lengthOf(s)) {
-      Word more = n - lengthOf(s);
-      s = enlarge(s, more < lengthOf(s) ? more : lengthOf(s));
-    }
-    s[i] = field;
+void keepField(Reading& r, DAG field) {
+  if (r.fieldCount == r.fieldSpace) {
+    std::size_t space = r.fieldSpace == 0 ? 1024 : 2 * r.fieldSpace;
+    auto* fields = static_cast<DAG*>(std::realloc(r.fields, space * sizeof(DAG)));
+    if (fields == nullptr) failReading(r, "ran out of memory");
+    r.fields = fields;
+    r.fieldSpace = space;
   }
+  r.fields[r.fieldCount++] = field;
+}
+
+// The fields of an object of `n` words with `tag`. Those of a long one are put aside until all have arrived.
+DAG nextFields(Reading& r, Tag tag, Word n) {
+  if (n <= trustedLength) {
+    DAG s = newl2(n, tag);
+    for (Word i = 1; i < n; ++i) s[i] = nextRecord(r);
+    return s;
+  }
+  const std::size_t first = r.fieldCount;
+  for (Word i = 1; i < n; ++i) keepField(r, nextRecord(r));
+  DAG s = newl2(n, tag);
+  std::memcpy(&s[1], r.fields + first, (n - 1) * sizeof(DAG));
+  r.fieldCount = first;
   return s;
 }
 
@@ -604,6 +521,28 @@ DAG settled(Reading& r, DAG x) { return onLink(r) ? x : simpl(x); }
 namespace {
 
 int getFromStandardInput(void*) { return std::fgetc(stdin); }
+
+// Bytes that a function gives, one at a time: none is taken before it is wanted.
+struct SingleBytes {
+  ByteSource source;
+  GetByte getch;
+  void* context;
+  unsigned char byte = 0;
+
+  SingleBytes(GetByte get, void* of) : getch(get != nullptr ? get : getFromStandardInput), context(of) {
+    source.more = more;
+    source.context = this;
+  }
+  static bool more(ByteSource& source) {
+    auto* self = static_cast<SingleBytes*>(source.context);
+    int c = self->getch(self->context);
+    if (c < 0) return false;
+    self->byte = static_cast<unsigned char>(c);
+    source.at = &self->byte;
+    source.end = source.at + 1;
+    return true;
+  }
+};
 void reportEnd(void*, long offset) {
   std::fprintf(stderr, "Input Error at %ld: %s\n", offset, "unexpected end of input");
 }
@@ -615,6 +554,7 @@ void reportWarning(void*, long offset, const char* text) { std::fprintf(stderr, 
 void releaseScratch(Reading& r) {
   std::free(r.text);
   std::free(r.block);
+  std::free(r.fields);
   innermost = r.outer;
 }
 // An error of the language passes, or an interrupt: simplification has raised it.
@@ -623,9 +563,9 @@ void releaseScratchOnError(const char*) { releaseScratch(*reinterpret_cast<Readi
 // Numbers that `recordKeepNumbers` keeps between the calls of `ParseDotM`.
 RecordNumbers keptNumbers;
 
-Reading newReading(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn, void* context) {
+Reading newReading(ByteSource& source, ReadEnd ended, ReadMessage failed, ReadMessage warn, void* context) {
   Reading r{};
-  r.getch = getch != nullptr ? getch : getFromStandardInput;
+  r.source = &source;
   r.ended = ended != nullptr ? ended : reportEnd;
   r.failed = failed != nullptr ? failed : reportFailure;
   r.warn = warn != nullptr ? warn : reportWarning;
@@ -641,9 +581,9 @@ void releaseNumbers(RecordNumbers& numbers) {
   numbers = RecordNumbers();
 }
 
-DAG ParseRecord(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn, int flags,
+DAG ParseRecord(ByteSource& source, ReadEnd ended, ReadMessage failed, ReadMessage warn, int flags,
                 RepositoryDesc* repository, void* context, RecordNumbers& numbers) {
-  Reading r = newReading(getch, ended, failed, warn, context);
+  Reading r = newReading(source, ended, failed, warn, context);
   r.flags = flags;
   r.repository = repository;
   r.numbers = &numbers;
@@ -662,14 +602,16 @@ DAG ParseDotM(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn
   if ((flags & recordContinueNumbers) == 0) releaseNumbers(keptNumbers);
   RecordNumbers numbers = keptNumbers;
   keptNumbers = RecordNumbers();
-  DAG x = ParseRecord(getch, ended, failed, warn, flags, repository, context, numbers);
+  SingleBytes bytes(getch, context);
+  DAG x = ParseRecord(bytes.source, ended, failed, warn, flags, repository, context, numbers);
   if ((flags & recordKeepNumbers) != 0) keptNumbers = numbers;
   else releaseNumbers(numbers);
   return x;
 }
 
 std::int64_t ParseINT(GetByte getch, ReadEnd ended, ReadMessage failed, void* context) {
-  Reading r = newReading(getch, ended, failed, nullptr, context);
+  SingleBytes bytes(getch, context);
+  Reading r = newReading(bytes.source, ended, failed, nullptr, context);
   RecordNumbers numbers;
   r.numbers = &numbers;
   if (_setjmp(r.stop) != 0) return -1;

@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <cstring>
+#include <vector>
 
 #include "frame/environment.h"
 #include "frame/errors.h"
@@ -24,9 +25,11 @@ namespace korel {
 struct WrittenNumbers {
   ObjectNumbers puttab;
   std::int32_t last = 0;
+  std::vector<DAG> locals;  // that are names to whoever reads them
 
   void forget() {
     puttab.clear();
+    locals.clear();
     last = 0;
   }
 };
@@ -50,12 +53,16 @@ void failWriting(Writing& w, const char* text) {
   ::_longjmp(w.stop, 1);
 }
 
-void put(Writing& w, int c) {
-  if (!w.putch(w.context, c)) failWriting(w, "could not write to file");
-  if (w.width > 0 && ++w.column == w.width) {
-    if (!w.putch(w.context, '\n')) failWriting(w, "could not write to file");
-    w.column = 0;
-  }
+void flush(Writing& w) {
+  const auto n = static_cast<std::size_t>(w.at - w.bytes);
+  w.at = w.bytes;
+  if (n > 0 && !w.putBytes(w.context, w.bytes, n)) failWriting(w, "could not write to file");
+}
+
+void breakLine(Writing& w) {
+  *w.at = '\n';
+  if (++w.at == w.end) flush(w);
+  w.column = 0;
 }
 
 namespace {
@@ -173,9 +180,17 @@ bool putReference(Writing& w, DAG name) {
   return true;
 }
 
+// A local of a procedure or module that has a value, which its text alone doesn't tell.
+bool isLost(DAG name) {
+  if (!name[1] && (controlWord(name) & deferredBit) == 0) return false;
+  PairAddress pair = srchname(textOf(name));
+  return pair == notFound || pairValue(pair) != name;
+}
+
 void putName(Writing& w, DAG name) {
   if (putReference(w, name)) return;
   if (w.depth > 1) {
+    if (w.numbers == &fileNumbers && isLost(name)) fileNumbers.locals.push_back(name);
     putNamed(w, tagNumber(NAME), name);
     putCode(w, recordZero);
     return;
@@ -324,26 +339,62 @@ void putRecord(Writing& w, DAG x) {
 namespace {
 
 bool putToStandardOutput(void*, int c) { return std::fputc(c, stdout) != EOF; }
+
+// A function that takes one byte at a time, as the taker of pieces.
+struct SingleBytes {
+  PutByte putch;
+  WriteFailure failed;
+  void* context;
+};
+bool putSingly(void* single, const char* bytes, std::size_t n) {
+  auto* s = static_cast<SingleBytes*>(single);
+  for (std::size_t i = 0; i < n; ++i)
+    if (!s->putch(s->context, static_cast<unsigned char>(bytes[i]))) return false;
+  return true;
+}
+void failSingly(void* single, const char* text) {
+  auto* s = static_cast<SingleBytes*>(single);
+  s->failed(s->context, text);
+}
 void reportOnStandardError(void*, const char* text) { std::fprintf(stderr, "Output Error: %s\n", text); }
 
 void leaveWriting(const char*) { --writingCalls; }
 
-Writing newWriting(PutByte putch, WriteFailure failed, int width, void* context) {
-  Writing w{};
-  w.putch = putch != nullptr ? putch : putToStandardOutput;
-  w.failed = failed != nullptr ? failed : reportOnStandardError;
-  w.width = width;
+void begin(Writing& w, PutBytes putBytes, WriteFailure failed, int width, void* context) {
+  w.putBytes = putBytes;
+  w.failed = failed;
+  w.width = width > 0 ? width : INT64_MAX;
   w.context = context;
-  return w;
+  w.column = w.depth = w.flags = 0;
+  w.repository = nullptr;
+  w.at = w.bytes;
+  w.end = w.bytes + sizeof w.bytes;
+}
+SingleBytes singly(PutByte putch, WriteFailure failed, void* context) {
+  return {putch != nullptr ? putch : putToStandardOutput, failed != nullptr ? failed : reportOnStandardError, context};
 }
 
 }  // namespace
 
 void forgetWrittenNumbers() { fileNumbers.forget(); }
 
+DAG localsWrittenAsNames() {
+  const std::vector<DAG>& locals = fileNumbers.locals;
+  DAG all = newl2(static_cast<Word>(locals.size() + 1), EXPSEQ);
+  for (std::size_t i = 0; i < locals.size(); ++i) all[static_cast<Word>(i + 1)] = locals[i];
+  return all;
+}
+
 bool PrintDotM(DAG x, PutByte putch, WriteFailure failed, int width, int flags, RepositoryDesc* repository,
                void* context) {
-  Writing w = newWriting(putch, failed, width, context);
+  SingleBytes single = singly(putch, failed, context);
+  return PrintRecord(x, putSingly, failSingly, width, flags, repository, &single);
+}
+
+bool PrintRecord(DAG x, PutBytes putBytes, WriteFailure failed, int width, int flags, RepositoryDesc* repository,
+                 void* context) {
+  Writing w;
+  begin(w, putBytes, failed, width, context);
   w.flags = flags;
   w.repository = repository;
   w.numbers = (flags & recordOnLink) != 0 ? &linkNumbers : &fileNumbers;
@@ -354,7 +405,10 @@ bool PrintDotM(DAG x, PutByte putch, WriteFailure failed, int width, int flags, 
   ++writingCalls;
   PushStateKeeper(leaveWriting, nullptr);  // a reference may load its object first
   const bool written = _setjmp(w.stop) == 0;
-  if (written) putRecord(w, x);
+  if (written) {
+    putRecord(w, x);
+    flush(w);
+  }
   PopErrorProc();
   --writingCalls;
   if (!keeps) w.numbers->forget();
@@ -362,9 +416,12 @@ bool PrintDotM(DAG x, PutByte putch, WriteFailure failed, int width, int flags, 
 }
 
 bool PrintINT(std::int64_t value, PutByte putch, WriteFailure failed, int width, void* context) {
-  Writing w = newWriting(putch, failed, width, context);
+  SingleBytes single = singly(putch, failed, context);
+  Writing w;
+  begin(w, putSingly, failSingly, width, &single);
   if (_setjmp(w.stop) != 0) return false;
   putInt(w, value);
+  flush(w);
   return true;
 }
 

@@ -10,6 +10,7 @@
 // The reader trusts nothing: each count and code is checked, long records are allocated as their data arrive, and
 // every object is held against the catalogue (store/check/verify_rules.h) before anything else looks at it.
 
+#include <cstddef>
 #include <cstdint>
 
 #include "store/dag.h"
@@ -29,8 +30,9 @@ enum RecordFlags : int {
 
 // ---- writing
 
-/// Takes one byte; false when it could not be written.
+/// Takes one byte, or `n`; false when they could not be written.
 using PutByte = bool (*)(void* context, int c);
+using PutBytes = bool (*)(void* context, const char* bytes, std::size_t n);
 using WriteFailure = void (*)(void* context, const char* text);
 
 /// Writes the record of `x`, broken into lines of `width` characters unless that is 0. With a repository, names
@@ -39,15 +41,31 @@ using WriteFailure = void (*)(void* context, const char* text);
 /// Null functions: the standard output, and a line "Output Error: %s" on the standard error stream.
 bool PrintDotM(DAG x, PutByte putch, WriteFailure failed, int width, int flags, RepositoryDesc* repository,
                void* context);
+/// The same, the bytes being given in pieces.
+bool PrintRecord(DAG x, PutBytes putBytes, WriteFailure failed, int width, int flags, RepositoryDesc* repository,
+                 void* context);
 /// Writes one Int.
 bool PrintINT(std::int64_t value, PutByte putch, WriteFailure failed, int width, void* context);
 /// Forgets the numbers that earlier calls have kept.
 void forgetWrittenNumbers();
+/// EXPSEQ of the locals with values that these calls have written as names: whoever reads them gets global ones.
+DAG localsWrittenAsNames();
 
 // ---- reading
 
 /// The next byte, or -1 at the end.
 using GetByte = int (*)(void* context);
+/// Bytes as they come, in pieces.
+struct ByteSource {
+  const unsigned char* at = nullptr;
+  const unsigned char* end = nullptr;
+  /// Brings the next piece; false at the end. Null: there is none.
+  bool (*more)(ByteSource& source) = nullptr;
+  void* context = nullptr;
+
+  /// The next byte, or -1 at the end.
+  int next() { return at != end || (more != nullptr && more(*this)) ? *at++ : -1; }
+};
 /// The data ended in the midst of a record, `offset` bytes from where the first read began.
 using ReadEnd = void (*)(void* context, long offset);
 using ReadMessage = void (*)(void* context, long offset, const char* text);
@@ -67,8 +85,9 @@ struct RecordNumbers {
   bool oldVersion = false;  // the file is of an earlier version, with other spellings of some names
   bool sawLinkEnd = false;  // the byte 1 that ends a record on the link has been taken
 };
-/// As `ParseDotM`, on numbers of the caller's, to be given back by `releaseNumbers`.
-DAG ParseRecord(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn, int flags,
+/// As `ParseDotM`, from pieces and on numbers of the caller's, to be given back by `releaseNumbers`. What follows the
+/// record stays in the source.
+DAG ParseRecord(ByteSource& source, ReadEnd ended, ReadMessage failed, ReadMessage warn, int flags,
                 RepositoryDesc* repository, void* context, RecordNumbers& numbers);
 void releaseNumbers(RecordNumbers& numbers);
 

@@ -127,31 +127,6 @@ DAG KL_Base::sendForReply(DAG dag) { return sendDAG(dag) == 0 ? receiveDAG() : D
 
 // ---- bytes
 
-int KL_Base::sendString(const char* s) { return Write(s, std::strlen(s) + 1); }
-
-int KL_Base::receiveString(char* buffer, int size) {
-  for (int i = 0; i < size; ++i) {
-    int c = ReadCh();
-    if (c < 0) return -1;
-    buffer[i] = static_cast<char>(c);
-    if (c == 0) return i;
-  }
-  return size;
-}
-
-int KL_Base::sendFlush() {
-  const char flush = linkFlush;
-  return Write(&flush, 1);
-}
-int KL_Base::receiveFlush() { return ReadCh() == linkFlush ? 0 : -1; }
-
-DAG KL_Base::receiveDAG() { return reader_.next(KL_SReadNextChar, this); }
-
-int KL_Base::sendDAG(DAG dag) {
-  if (!writer_.compose(dag)) return -1;
-  return Write(writer_.data(), writer_.size());
-}
-
 int KL_SReadNextChar(void* link) { return static_cast<KL_Base*>(link)->ReadCh(); }
 bool KL_SWriteNextChar(void* link, int c) {
   const char byte = static_cast<char>(c);

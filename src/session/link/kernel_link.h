@@ -48,12 +48,12 @@ enum KernelErrorCode : int {
   systemError = 5,
 };
 
-class KL_Base {
+class KL_Base : public LinkEnd {
  public:
   explicit KL_Base(const ServerSpec& spec) : spec_(spec) {}
   KL_Base(const KL_Base&) = delete;
   KL_Base& operator=(const KL_Base&) = delete;
-  virtual ~KL_Base();
+  ~KL_Base() override;
 
   /// The last failure as text: the kernel's own words where it has left any. Until the next call.
   virtual const char* getErrorText();
@@ -68,18 +68,10 @@ class KL_Base {
   virtual DAG sendForReply(DAG dag);
   /// Asks the running statement to stop: 1, or 0 when nothing runs or it has been asked already.
   virtual int m_interrupt() = 0;
-  virtual int sendString(const char* s);
-  /// Bytes up to a NUL, which is stored as well, or `size` of them; how many came before the NUL, -1 at the end.
-  virtual int receiveString(char* buffer, int size);
-  virtual int sendFlush();
-  virtual int receiveFlush();
-  virtual DAG receiveDAG();
-  virtual int sendDAG(DAG dag);
-  const char* unsendable() const { return writer_.failure(); }
+  virtual DAG receiveDAG() { return receiveMessage(); }
+  virtual int sendDAG(DAG dag) { return sendMessage(dag); }
   /// Whether a message is there, or about to come.
   virtual int query() = 0;
-  virtual int ReadCh() = 0;
-  virtual int Write(const char* data, std::size_t n) = 0;
 
   int kError() const { return kError_; }
   int osError() const { return osError_; }
@@ -100,10 +92,6 @@ class KL_Base {
   int osError_ = 0;
   int spare_ = 0;
   char* errorText_ = nullptr;  // taken on first use
-
- private:
-  MessageReader reader_;
-  MessageWriter writer_;
 };
 
 /// The codec's ways to the bytes of a `KL_Base`.

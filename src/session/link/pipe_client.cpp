@@ -15,24 +15,6 @@ KL_BaseClient* thisClient = nullptr;
 
 // ---- bytes
 
-int KL_BaseClient::sendString(const char* s) { return Write(s, std::strlen(s) + 1); }
-
-int KL_BaseClient::receiveString(char* buffer, int size) {
-  for (int i = 0; i < size; ++i) {
-    int c = ReadCh();
-    if (c < 0) return -1;
-    buffer[i] = static_cast<char>(c);
-    if (c == 0) return i;
-  }
-  return size;
-}
-
-int KL_BaseClient::sendFlush() {
-  const char flush = linkFlush;
-  return Write(&flush, 1);
-}
-int KL_BaseClient::receiveFlush() { return ReadCh() == linkFlush ? 0 : -1; }
-
 int KL_CReadNextChar(void* client) { return static_cast<KL_BaseClient*>(client)->ReadCh(); }
 bool KL_CWriteNextChar(void* client, int c) {
   const char byte = static_cast<char>(c);
@@ -96,13 +78,6 @@ DAG KL_BaseClient::getNextDAGFromNerin() {
   if (c < 0) return DAG();
   flag_ = c != 0;
   return receiveDAG();
-}
-
-DAG KL_BaseClient::receiveDAG() { return reader_.next(KL_CReadNextChar, this); }
-
-int KL_BaseClient::sendDAG(DAG dag) {
-  if (!writer_.compose(dag)) return -1;
-  return Write(writer_.data(), writer_.size());
 }
 
 // ---- pipes

@@ -14,17 +14,8 @@
 namespace korel {
 
 /// A front end that is reached by bytes.
-class KL_BaseClient {
+class KL_BaseClient : public LinkEnd {
  public:
-  virtual ~KL_BaseClient() = default;
-  virtual int ReadCh() = 0;
-  virtual int Write(const char* data, std::size_t n) = 0;
-  virtual int sendString(const char* s);
-  /// As `KL_Base::receiveString`.
-  virtual int receiveString(char* buffer, int size);
-  virtual int sendFlush();
-  virtual int receiveFlush();
-
   virtual bool isClosed() const = 0;
   /// The arguments of the kernel, appended to `args`; 0, or not 0 on failure. From now on this client is `thisClient`.
   int receiveKernelArgs(Args& args);
@@ -32,10 +23,9 @@ class KL_BaseClient {
   DAG getNextDAGFromNerin();
   int resultsWanted() const { return flag_; }
   /// The next reply; 0 when it can't be read.
-  DAG receiveDAG();
+  DAG receiveDAG() { return receiveMessage(); }
   /// 0, or -1 when the message doesn't get through. One that has no record isn't sent: `unsendable()` tells why.
-  int sendDAG(DAG dag);
-  const char* unsendable() const { return writer_.failure(); }
+  int sendDAG(DAG dag) { return sendMessage(dag); }
   int errorKind() const { return errorKind_; }
   int status() const { return status_; }
 
@@ -46,9 +36,6 @@ class KL_BaseClient {
 
  private:
   int receiveArgument(Args& args);
-
-  MessageReader reader_;
-  MessageWriter writer_;
 };
 
 class KL_PipeClient : public KL_BaseClient {
@@ -64,6 +51,8 @@ class KL_PipeClient : public KL_BaseClient {
   const char* fileName() const { return fileName_; }
 
  private:
+  PipeStream* pipes() override { return &stream_; }
+
   PipeStream stream_;
   char* fileName_ = nullptr;
 };

@@ -39,6 +39,20 @@ bool PipeStream::fill() {
   return false;
 }
 
+bool PipeStream::nextPiece(ByteSource& source) {
+  auto* self = static_cast<PipeStream*>(source.context);
+  self->input_.clear();  // all of it has been used
+  const bool filled = self->fill();
+  source.at = reinterpret_cast<const unsigned char*>(self->input_.begin());
+  source.end = reinterpret_cast<const unsigned char*>(self->input_.end());
+  return filled;
+}
+ByteSource PipeStream::source() {
+  return {reinterpret_cast<const unsigned char*>(input_.begin()), reinterpret_cast<const unsigned char*>(input_.end()),
+          nextPiece, this};
+}
+void PipeStream::passTo(const ByteSource& source) { input_.passTo(reinterpret_cast<const char*>(source.at)); }
+
 int PipeStream::NoBufferingWrite(const char* data, std::size_t n) {
   while (n > 0) {
     ssize_t written = write(writeEnd_, data, n);
@@ -77,9 +91,9 @@ void passEnd(void*, long) {}
 void passFailure(void*, long, const char*) {}
 
 /// Takes bytes up to the flush; false when they end first.
-bool passMessage(GetByte getch, void* context) {
+bool passMessage(ByteSource& source) {
   for (;;) {
-    int c = getch(context);
+    int c = source.next();
     if (c == linkFlush) return true;
     if (c < 0) return false;
   }
@@ -87,31 +101,33 @@ bool passMessage(GetByte getch, void* context) {
 
 }  // namespace
 
-DAG MessageReader::next(GetByte getch, void* context) {
-  if (inMessage_ && !passMessage(getch, context)) return DAG();
+DAG MessageReader::next(ByteSource& source) {
+  if (inMessage_ && !passMessage(source)) return DAG();
   inMessage_ = true;
   numbers_.sawLinkEnd = false;
-  DAG x = ParseRecord(getch, passEnd, passFailure, passFailure, recordOnLink, nullptr, context, numbers_);
+  DAG x = ParseRecord(source, passEnd, passFailure, passFailure, recordOnLink, nullptr, nullptr, numbers_);
   if (!x) {
-    if (numbers_.sawLinkEnd || passMessage(getch, context)) inMessage_ = false;
+    if (numbers_.sawLinkEnd || passMessage(source)) inMessage_ = false;
     return DAG();
   }
-  int c = getch(context);
-  if (c == linkFlush || passMessage(getch, context)) inMessage_ = false;
+  int c = source.next();
+  if (c == linkFlush || passMessage(source)) inMessage_ = false;
   return c == linkFlush ? x : DAG();
 }
 
 MessageWriter::~MessageWriter() { std::free(data_); }
 
-bool MessageWriter::put(int c) {
-  if (size_ == capacity_) {
+bool MessageWriter::put(const char* bytes, std::size_t n) {
+  if (size_ + n > capacity_) {
     std::size_t capacity = capacity_ == 0 ? 4096 : 2 * capacity_;
+    while (capacity < size_ + n) capacity *= 2;
     auto* grown = static_cast<char*>(std::realloc(data_, capacity));
     if (grown == nullptr) return false;
     data_ = grown;
     capacity_ = capacity;
   }
-  data_[size_++] = static_cast<char>(c);
+  std::memcpy(data_ + size_, bytes, n);
+  size_ += n;
   return true;
 }
 
@@ -125,12 +141,70 @@ bool MessageWriter::compose(DAG x) {
   }
   size_ = 0;
   failure_ = nullptr;
-  auto put = [](void* writer, int c) { return static_cast<MessageWriter*>(writer)->put(c); };
+  auto put = [](void* writer, const char* bytes, std::size_t n) {
+    return static_cast<MessageWriter*>(writer)->put(bytes, n);
+  };
   auto fail = [](void* writer, const char* text) { static_cast<MessageWriter*>(writer)->fail(text); };
   constexpr int flags = recordBareName | recordOnLink;
-  if (PrintDotM(x, put, fail, 0, flags, nullptr, this) && this->put(linkFlush)) return true;
+  constexpr char flush = linkFlush;
+  if (PrintRecord(x, put, fail, 0, flags, nullptr, this) && this->put(&flush, 1)) return true;
   if (failure_ == nullptr) failure_ = "ran out of memory";
   return false;
 }
+
+// ---- the two ends
+
+int LinkEnd::sendString(const char* s) { return Write(s, std::strlen(s) + 1); }
+
+int LinkEnd::receiveString(char* buffer, int size) {
+  for (int i = 0; i < size; ++i) {
+    int c = ReadCh();
+    if (c < 0) return -1;
+    buffer[i] = static_cast<char>(c);
+    if (c == 0) return i;
+  }
+  return size;
+}
+
+int LinkEnd::sendFlush() {
+  const char flush = linkFlush;
+  return Write(&flush, 1);
+}
+int LinkEnd::receiveFlush() { return ReadCh() == linkFlush ? 0 : -1; }
+
+namespace {
+
+/// The bytes of an end without pipes, one at a time.
+struct EndBytes {
+  LinkEnd* end;
+  unsigned char byte;
+  static bool more(ByteSource& source) {
+    auto* self = static_cast<EndBytes*>(source.context);
+    int c = self->end->ReadCh();
+    if (c < 0) return false;
+    self->byte = static_cast<unsigned char>(c);
+    source.at = &self->byte;
+    source.end = source.at + 1;
+    return true;
+  }
+};
+
+}  // namespace
+
+DAG LinkEnd::receiveMessage() {
+  PipeStream* stream = pipes();
+  if (stream == nullptr) {
+    EndBytes bytes{this, 0};
+    ByteSource source{nullptr, nullptr, EndBytes::more, &bytes};
+    return reader_.next(source);
+  }
+  // An error on the way leaves the bytes where they are: up to the flush they are passed over then.
+  ByteSource source = stream->source();
+  DAG x = reader_.next(source);
+  stream->passTo(source);
+  return x;
+}
+
+int LinkEnd::sendMessage(DAG dag) { return writer_.compose(dag) ? Write(writer_.data(), writer_.size()) : -1; }
 
 }  // namespace korel

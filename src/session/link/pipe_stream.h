@@ -42,6 +42,13 @@ class CBuf {
   std::size_t size() const { return static_cast<std::size_t>(write_ - read_); }
   std::size_t space() const { return static_cast<std::size_t>(base_ + capacity_ - write_); }
   void clear() { read_ = write_ = base_; }
+  /// The bytes that are there, and how far somebody has got with them.
+  const char* begin() const { return read_; }
+  const char* end() const { return write_; }
+  void passTo(const char* at) {
+    read_ += at - read_;
+    if (read_ == write_) clear();
+  }
   /// The bytes that are there, ended by a NUL.
   char* buf() {
     *write_ = 0;
@@ -73,6 +80,9 @@ class PipeStream {
   /// 0, or -1. What is written goes out when the buffer is full and at each flush byte.
   int Write(const char* data, std::size_t n);
   bool hasInput() const { return !input_.isEmpty(); }
+  /// The same bytes in pieces; `passTo` takes those that have been used.
+  ByteSource source();
+  void passTo(const ByteSource& source);
   bool isClosed() const { return closed_; }
   /// Nothing is read or written from now on.
   void shut() { closed_ = true; }
@@ -85,6 +95,7 @@ class PipeStream {
 
  private:
   bool fill();
+  static bool nextPiece(ByteSource& source);
   int NoBufferingWrite(const char* data, std::size_t n);
 
   int readEnd_, writeEnd_;
@@ -97,7 +108,7 @@ class PipeStream {
 class MessageReader {
  public:
   /// The next message's object, its flush taken; 0 when the record is bad, or the bytes end.
-  DAG next(GetByte getch, void* context);
+  DAG next(ByteSource& source);
   /// The bytes come from another source from now on.
   void startAnew() { inMessage_ = false; }
   ~MessageReader() { releaseNumbers(numbers_); }
@@ -116,13 +127,40 @@ class MessageWriter {
   const char* data() const { return data_; }
   std::size_t size() const { return size_; }
   const char* failure() const { return failure_; }
-  bool put(int c);
+  bool put(const char* bytes, std::size_t n);
   void fail(const char* text) { failure_ = text; }
 
  private:
   char* data_ = nullptr;
   std::size_t size_ = 0, capacity_ = 0;
   const char* failure_ = nullptr;
+};
+
+// ---- the two ends
+
+/// What both ends of a link do with its bytes.
+class LinkEnd {
+ public:
+  virtual ~LinkEnd() = default;
+  virtual int ReadCh() = 0;
+  /// 0, or -1. So are the results of the other ways to send and receive.
+  virtual int Write(const char* data, std::size_t n) = 0;
+  virtual int sendString(const char* s);
+  /// Bytes up to a NUL, which is stored as well, or `size` of them; how many came before the NUL, -1 at the end.
+  virtual int receiveString(char* buffer, int size);
+  virtual int sendFlush();
+  virtual int receiveFlush();
+  const char* unsendable() const { return writer_.failure(); }
+
+ protected:
+  /// The next message, from the pipes where there are any, else by `ReadCh`; 0 when it can't be read.
+  DAG receiveMessage();
+  /// 0, or -1 when the message doesn't get through. One that has no record isn't sent: `unsendable()` tells why.
+  int sendMessage(DAG dag);
+  virtual PipeStream* pipes() { return nullptr; }
+
+  MessageReader reader_;
+  MessageWriter writer_;
 };
 
 }  // namespace korel
