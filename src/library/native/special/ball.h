@@ -49,7 +49,6 @@ struct Complex {
 class Scratch {
  public:
   Scratch() : place_(limbPlace()) {}
-  explicit Scratch(const LimbPlace& place) : place_(place) {}
   template <class... Numbers>
   void keep(Numbers&... numbers) const {
     Real* parts[2 * sizeof...(Numbers) + 1];
