@@ -19,7 +19,7 @@ import mpmath
 from mpmath import mp, mpc, mpf
 
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
-PROGRAM = os.environ.get("KOREL", os.path.join(ROOT, "build/release/bin/korelTTY"))
+PROGRAM = os.environ.get("KOREL_PROGRAM", os.path.join(ROOT, "build/release/bin/korelTTY"))
 
 
 def real(low, high, places=6):
