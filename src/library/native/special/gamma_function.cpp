@@ -143,8 +143,9 @@ Real realStirlingSum(const Real& z, int order) {
     const std::int64_t size = term.middle.exponent;
     if (size < -64 * full || size > before || k > 40 * guess) {
       // Each of k terms is off by about so many units of its last bits, and by what z is off.
-      Bound error = powerOfTwoBound(size + 1) + powerOfTwoBound(6 - 64 * full) * boundOf(static_cast<double>(k) * (static_cast<double>(k) + 2));
-      if (!isExact(z)) error += middleBound(sum) * (z.error / lowerBound(z)) * boundOf(2.0 * static_cast<double>(k) + 2);
+      const auto n = static_cast<double>(k);
+      Bound error = powerOfTwoBound(size + 1) + powerOfTwoBound(6 - 64 * full) * boundOf(n * (n + 2));
+      if (!isExact(z)) error += middleBound(sum) * (z.error / lowerBound(z)) * boundOf(2 * n + 2);
       return widened(sum, error);
     }
     before = size;
