@@ -40,6 +40,7 @@ echo
 "$(dirname "$0")/elementary.sh" "$build"
 echo
 "$(dirname "$0")/calculus.sh" "$build"
+"$(dirname "$0")/special.sh" "$build"
 if [ -x "$build/bin/printer_bench" ]; then
   echo
   echo 'Printing (of_sink: times as long as the bare sink)'

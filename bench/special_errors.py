@@ -19,7 +19,7 @@ import mpmath
 from mpmath import mp, mpc, mpf
 
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
-PROGRAM = os.environ.get("KOREL", os.path.join(ROOT, "build/release/bin/korelTTY"))
+PROGRAM = os.environ.get("KOREL_PROGRAM", os.path.join(ROOT, "build/release/bin/korelTTY"))
 
 
 def real(low, high, places=6):
@@ -102,6 +102,13 @@ def number(text):
     return mpc(text[0], text[1]) if isinstance(text, tuple) else mpf(text)
 
 
+def shortened(text, digits):
+    """An argument with as many digits as a sum of its parts keeps."""
+    if isinstance(text, tuple):
+        return tuple(shortened(t, digits) for t in text)
+    return text if len(text) <= digits else "%.*e" % (digits - 1, float(text))
+
+
 def call(name, arguments):
     texts = ["(%s)+(%s)*I" % a if isinstance(a, tuple) else a for a in arguments]
     if name == "hypergeom":
@@ -159,9 +166,8 @@ def survey(entry, digits, count, rng):
         arguments = [m if isinstance(m, str) else m(rng) for m in makers]
         if i % 2 == 1:
             arguments = [(a, real(-6, 6)(rng)) if c else a for a, c in zip(arguments, complexes)]
-        cases.append(arguments)
-    with mp.workdps(digits):
-        calls = [call(name, c) for c in cases]
+        cases.append([shortened(a, digits) for a in arguments] if digits < 8 else arguments)
+    calls = [call(name, c) for c in cases]
     printed = run(digits, calls)
     if len(printed) != len(calls):
         return "%-12s %4d  printed %d lines for %d calls" % (name, digits, len(printed), len(calls)), mpf("inf")

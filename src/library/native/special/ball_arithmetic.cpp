@@ -96,7 +96,7 @@ Bound middleBound(const Real& x) {
   if (x.middle.sign == 0) return {};
   const std::int64_t e = x.middle.exponent;
   const auto top = static_cast<double>(x.middle.limbs[x.middle.size - 1]);
-  return normalBound(std::ldexp(top, static_cast<int>(e & 63) - 64), e >> 6);
+  return normalBound(top * powerOfTwo((e & 63) - 64), e >> 6);
 }
 Bound upperBound(const Real& x) {
   Bound b = middleBound(x);
@@ -109,7 +109,7 @@ Bound lowerBound(const Real& x) {
   if (b < x.error || isInfinite(x.error)) return {};
   const std::int64_t apart = b.e - x.error.e;
   if (apart > 1) return {b.m * (1 - 1e-13), b.e};
-  const double rest = b.m - std::ldexp(x.error.m, apart == 1 ? -64 : 0);
+  const double rest = b.m - x.error.m * (apart == 1 ? powerOfTwo(-64) : 1);
   return rest <= b.m * 1e-13 ? Bound{} : normalBound(rest * (1 - 1e-13), b.e);
 }
 Bound upperBound(const Complex& z) { return upperBound(z.re) + upperBound(z.im); }

@@ -4,6 +4,7 @@
 // A bound is m * 2^(64e) with 1 <= m < 2^64, or 0, or infinite. Every operation rounds away from zero by more than
 // a double loses, so that a bound computed from upper bounds is one again.
 
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -19,10 +20,13 @@ struct Bound {
   std::int64_t e = 0;
 };
 
+/// 2^k for |k| below 1000.
+inline double powerOfTwo(std::int64_t k) { return std::bit_cast<double>(static_cast<std::uint64_t>(1023 + k) << 52); }
+
 inline Bound normalBound(double m, std::int64_t e) {
   if (m == 0) return {};
   if (!std::isfinite(m)) return {std::numeric_limits<double>::infinity(), 0};
-  while (m >= limbSize) m /= limbSize, ++e;
+  while (m >= limbSize) m *= powerOfTwo(-64), ++e;
   while (m < 1) m *= limbSize, --e;
   return {m, e};
 }
@@ -39,7 +43,7 @@ inline Bound operator+(Bound a, Bound b) {
   if (isInfinite(b) || a.m == 0) return b;
   if (a.e < b.e) std::swap(a, b);
   const std::int64_t apart = a.e - b.e;
-  const double small = apart > 2 ? 1e-16 : std::ldexp(b.m, static_cast<int>(-64 * apart));
+  const double small = apart > 2 ? 1e-16 : b.m * powerOfTwo(-64 * apart);
   return normalBound((a.m + small) * roundingUp, a.e);
 }
 inline Bound operator*(Bound a, Bound b) {
@@ -65,13 +69,13 @@ inline Bound powerOfTenBound(double x) {
   const double whole = std::floor(x / digitsPerLimb);
   return normalBound(std::pow(10.0, x - digitsPerLimb * whole) * (1 + 1e-9), static_cast<std::int64_t>(whole));
 }
-inline Bound powerOfTwoBound(std::int64_t k) { return {std::ldexp(1.0, static_cast<int>(k & 63)), k >> 6}; }
+inline Bound powerOfTwoBound(std::int64_t k) { return {powerOfTwo(k & 63), k >> 6}; }
 inline Bound infiniteBound() { return {std::numeric_limits<double>::infinity(), 0}; }
 /// The bound as a double, infinite or 0 where it leaves that range.
 inline double doubleOf(Bound a) {
   if (a.m == 0 || isInfinite(a)) return a.m;
-  if (a.e > 15) return std::numeric_limits<double>::infinity();
-  return a.e < -16 ? 0 : std::ldexp(a.m, static_cast<int>(64 * a.e));
+  if (a.e > 14) return std::numeric_limits<double>::infinity();
+  return a.e < -15 ? 0 : a.m * powerOfTwo(64 * a.e);
 }
 
 }  // namespace korel::special

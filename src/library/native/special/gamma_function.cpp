@@ -122,8 +122,43 @@ std::int64_t stepsUp(const Complex& z) {
   return re >= needed ? 0 : static_cast<std::int64_t>(std::ceil(needed - re));
 }
 
+// The sum below for a real z in plain floats.
+Real realStirlingSum(const Real& z, int order) {
+  const auto full = static_cast<std::int64_t>(reals::workingLimbs);
+  const auto guess = static_cast<std::int64_t>(0.3 * workDigits()) + 8;
+  stirlingCoefficient(1, guess);
+  const reals::Real inverse = reals::Real(1) / z.middle, ratio = inverse * inverse;
+  const Scratch scratch;
+  Real power(order == 0 ? inverse : ratio, {}), sum;
+  std::int64_t before = INT64_MAX, limbs = full, k = 1;
+  for (;; ++k) {
+    const Real coefficient = stirlingCoefficient(k, guess);
+    Real term;
+    {
+      const reals::Precision shorter(static_cast<std::size_t>(limbs));
+      term.middle = power.middle * coefficient.middle;
+      if (order != 0) term.middle = reals::times(term.middle, 2 * k - 1);
+      power.middle = power.middle * ratio;
+    }
+    const std::int64_t size = term.middle.exponent;
+    if (size < -64 * full || size > before || k > 40 * guess) {
+      // Each of k terms is off by about so many units of its last bits, and by what z is off.
+      const auto n = static_cast<double>(k);
+      Bound error = powerOfTwoBound(size + 1) + powerOfTwoBound(6 - 64 * full) * boundOf(n * (n + 2));
+      if (!isExact(z)) error += middleBound(sum) * (z.error / lowerBound(z)) * boundOf(2 * n + 2);
+      return widened(sum, error);
+    }
+    before = size;
+    sum.middle = sum.middle + term.middle;
+    limbs = std::clamp<std::int64_t>(full + 1 + ((size + 63) >> 6), 1, full);
+    scratch.keep(sum, power);
+    passLimbWork(static_cast<std::size_t>(3 * limbs * limbs));
+  }
+}
+
 // sum of c(k) (2k - 1)^order / z^(2k - 1), Re z > 0: order 0 for the logarithm, 1 for Psi (then over z^2k).
 Complex stirlingSum(const Complex& z, int order) {
+  if (isReal(z) && doubleOf(z.re.error / lowerBound(z.re)) < 1e-15) return realStirlingSum(z.re, order);
   const Complex inverse = Complex(1) / z, ratio = square(inverse);
   Complex power = order == 0 ? inverse : ratio, sum(0);
   const Bound size = upperBound(absolute(z)), right = lowerBound(absolute(z) + z.re);
@@ -157,8 +192,36 @@ Complex stirlingLn(const Complex& z) {
   return (z - half) * ln(z) - z + halfLnTwoPi() + stirlingSum(z, 0);
 }
 
+// The same for a real z > 0: each factor adds the relative error of z, and each product its own.
+Real risingReal(const Real& z, std::int64_t n) {
+  const reals::Real one(1);
+  const Scratch scratch;
+  reals::Real product = z.middle, factor = z.middle;
+  for (std::int64_t k = 1; k < n; ++k) {
+    factor = factor + one;
+    product = product * factor;
+    if (k % 64 == 0) {
+      // What has been taken goes back, but for the two numbers.
+      Real both[2] = {{product, {}}, {factor, {}}};
+      scratch.keep(both[0], both[1]);
+      product = both[0].middle;
+      factor = both[1].middle;
+      passLimbWork(static_cast<std::size_t>(64 * workLimbs() * workLimbs()));
+    }
+  }
+  const Bound size = middleBound({product, {}}), each = powerOfTwoBound(5 - reals::workingBits());
+  // Each step up cuts the factor anew.
+  Bound error = size * each * boundOf(static_cast<double>(n) * static_cast<double>(n));
+  if (!isExact(z)) error += size * (z.error / lowerBound(z)) * boundOf(1.01 * static_cast<double>(n));
+  return widened(Real(product, {}), error);
+}
+
 // z (z + 1) ... (z + n - 1)
 Complex risingProduct(const Complex& z, std::int64_t n) {
+  if (isReal(z) && signOf(z.re) > 0 && n > 2) {
+    const Bound relative = z.re.error / lowerBound(z.re);
+    if (doubleOf(relative) * static_cast<double>(n) < 0.01) return risingReal(z.re, n);
+  }
   Complex product(1);
   const Scratch scratch;
   for (std::int64_t k = 0; k < n; ++k) {
@@ -193,7 +256,7 @@ Real stirlingCoefficient(std::int64_t k, std::int64_t count) {
     scratch.keep();
   }
   const Real c = row.values[k - 1];
-  return static_cast<std::int64_t>(c.middle.size) <= workLimbs() ? c : cut(c, topOf(c) - workLimbs() + 1);
+  return static_cast<std::int64_t>(c.middle.size) <= workLimbs() ? c : cut(c, topOf(c) - workLimbs());
 }
 
 Real factorialBall(std::int64_t n) { return n < 2 ? Real(1) : risingProduct(Complex(1), n).re; }
@@ -218,6 +281,8 @@ Complex reciprocalGamma(const Complex& z) {
 }
 
 Complex lnGamma(const Complex& z) {
+  std::int64_t n;
+  if (isMachineInteger(z, n) && (n == 1 || n == 2)) return 0;
   if (isLeft(z)) {
     const Complex other = lnGamma(Complex(1) - z);
     if (isReal(z)) {

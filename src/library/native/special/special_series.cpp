@@ -51,9 +51,65 @@ class RatioBound {
 
 }  // namespace
 
+namespace {
+
+// Whether the sum of real numbers may go without a bound for each step: parameters are exact and short, or positive.
+bool isPlain(const Complex& x) {
+  if (!isReal(x)) return false;
+  return isExact(x.re) ? x.re.middle.size <= 2 || signOf(x.re) > 0 : signOf(x.re) > 0 && !mayBeZero(x.re);
+}
+Bound relativeError(const Real& x) { return isExact(x) ? Bound() : x.error / lowerBound(x); }
+
+// The sum for real numbers, in plain floats: a term is off by the relative errors of all steps before it. Terms that
+// have become small are cut, as far as the sum allows.
+Complex realSum(const Complex* a, int p, const Complex* b, int q, const Real& z) {
+  const auto full = static_cast<std::int64_t>(reals::workingLimbs);
+  Bound input = relativeError(z);
+  for (int i = 0; i < p; ++i) input += relativeError(a[i].re);
+  for (int i = 0; i < q; ++i) input += relativeError(b[i].re);
+  const RatioBound ratios(a, p, b, q, z);
+  const Bound steps = boundOf(4.0 * (p + q) + 8);
+  Bound relative, error;
+  const Scratch scratch;
+  Real term(1), sum(1);
+  std::int64_t top = 1, limbs = full;
+  for (std::int64_t k = 0; k < mostTerms; ++k) {
+    {
+      const reals::Precision shorter(static_cast<std::size_t>(limbs));
+      reals::Real numerator = z.middle, denominator(k + 1);
+      for (int i = 0; i < p; ++i) numerator = numerator * (a[i].re.middle + reals::Real(k));
+      for (int i = 0; i < q; ++i) denominator = denominator * (b[i].re.middle + reals::Real(k));
+      term.middle = term.middle * numerator / denominator;
+    }
+    if (term.middle.sign == 0) break;
+    relative += input + steps * powerOfTwoBound(3 - 64 * limbs);
+    error += middleBound(term) * relative;
+    sum.middle = sum.middle + term.middle;
+    top = std::max({top, term.middle.exponent, sum.middle.exponent});
+    limbs = std::clamp<std::int64_t>(full + 1 - ((top - term.middle.exponent) >> 6), 1, full);
+    error += powerOfTwoBound(top - 64 * full + 2);
+    if ((k & 15) == 15) {
+      scratch.keep(term, sum);
+      passLimbWork(static_cast<std::size_t>(32 * limbs * (p + q + 2)));
+    }
+    if (top - term.middle.exponent < 64 * full) continue;
+    const double ratio = ratios.after(k + 1);
+    if (ratio < 0.9999) {
+      error += (middleBound(term) * boundOf(1.01)) * boundOf(ratio / (1 - ratio));
+      break;
+    }
+  }
+  return widened(sum, error);
+}
+
+}  // namespace
+
 Complex hypergeometricSum(const Complex* a, int p, const Complex* b, int q, const Complex& z) {
   Complex term(1), sum(1);
   if (isExactZero(z)) return sum;
+  if (isReal(z) && !mayBeZero(z.re) && doubleOf(relativeError(z.re)) < 1e-15 && std::all_of(a, a + p, isPlain) &&
+      std::all_of(b, b + q, isPlain))
+    return realSum(a, p, b, q, z.re);
   const RatioBound ratios(a, p, b, q, z);
   const Scratch scratch;
   std::int64_t top = 1;
