@@ -72,10 +72,32 @@ for formats in 'float[8] integer[4] float64 int32' 'integer[2] float[8] int16 fl
 a = np.full(1000000, 5).astype(np.$3)" "a.astype(np.$4)" numpy
 done
 row 'copy of 10^6 floats' 20 "$floats" 'rtable(F)' "$floats_py" 'a.copy()' numpy
+# Beside the C library's own copy of a block, into memory that has been touched.
+if command -v cc >/dev/null; then
+  scratch=$(mktemp -d)
+  cat > "$scratch/copy.c" <<'END'
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <time.h>
+int main(void) {
+  enum { bytes = 8000000, rounds = 200 };
+  char *from = malloc(bytes), *to = malloc(bytes);
+  memset(from, 1, bytes), memset(to, 1, bytes);
+  clock_t start = clock();
+  for (int k = 0; k < rounds; ++k) from[k] = (char)k, memcpy(to, from, bytes), from[k] = to[bytes - 1 - k];
+  printf("%g\n", (double)(clock() - start) / CLOCKS_PER_SEC / rounds);
+  return to[7] == 99;
+}
+END
+  cc -O2 -o "$scratch/copy" "$scratch/copy.c" &&
+    print_row 'copy of 10^6 floats' "$(korel_time "$floats" 'rtable(F)' 50)" "$(fastest "$scratch/copy" '')" memcpy
+  rm -rf "$scratch"
+fi
 
 # Exact matrices, beside PARI.
 if command -v gp >/dev/null; then
-  pari_time() { fastest 'gp -q' "$1
+  pari_time() { fastest 'gp -q -s 100000000' "$1
 gettime(); for(i = 1, $3, $2); print(gettime()/1000./$3)"; }
   exact='M := Matrix(100, 100, random(-99..99)):'
   exact_gp='M = matrix(100, 100, i, j, random(199) - 99);'
@@ -85,6 +107,13 @@ gettime(); for(i = 1, $3, $2); print(gettime()/1000./$3)"; }
   print_row 'determinant of exact 30 by 30' "$(korel_time "$exact" 'Determinant(M)' 3)" \
       "$(pari_time "$exact_gp" 'matdet(M)' 20)" PARI
   print_row 'inverse of exact 30 by 30' "$(korel_time "$exact" 'Inverse(M)' 1)" "$(pari_time "$exact_gp" 'M^-1' 20)" PARI
+  exact='M := Matrix(100, 100, random(-99..99)): V := Vector(100, i -> i):'
+  exact_gp='M = matrix(100, 100, i, j, random(199) - 99); V = vector(100, i, i)~;'
+  print_row 'determinant of exact 100 by 100' "$(korel_time "$exact" 'Determinant(M)' 10)" \
+      "$(pari_time "$exact_gp" 'matdet(M)' 10)" PARI
+  print_row 'solution of exact 100 by 100' "$(korel_time "$exact" 'LinearSolve(M, V)' 10)" \
+      "$(pari_time "$exact_gp" 'matsolve(M, V)' 10)" PARI
+  print_row 'inverse of exact 100 by 100' "$(korel_time "$exact" 'Inverse(M)' 3)" "$(pari_time "$exact_gp" 'M^-1' 3)" PARI
 fi
 
 # What an element holds, by format.

@@ -92,7 +92,7 @@ end proc:
 `convert/positional` := proc(n::integer, b::posint)
   description "convert/positional(n, b): the text of n in base b";
   local digits, names, d;
-  names := "0123456789ABCDEF";
+  names := "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
   digits := `convert/base`(abs(n), b);
   if digits = [] then "0" else cat(`if`(n < 0, "-", ""), jointext([seq(names[d + 1], d = reverse(digits))])) end if
 end proc:

@@ -112,3 +112,43 @@ end proc:
   else (-BesselK(v + 1, u) + v*BesselK(v, u)/u)*diff(u, x)
   end if
 end proc:
+
+# Airy's functions, whose second derivative is x times themselves.
+`diff/AiryAi` := proc(n, u, x)
+  description "diff/AiryAi(u, x), diff/AiryAi(n, u, x): the derivative of Airy's function of u, or of its n-th derivative";
+  if nargs = 2 then AiryAi(1, n)*diff(n, u)
+  elif has(n, x) then `diff/staying`('AiryAi'(n, u), x)
+  else AiryAi(n + 1, u)*diff(u, x)
+  end if
+end proc:
+`diff/AiryBi` := proc(n, u, x)
+  description "diff/AiryBi(u, x), diff/AiryBi(n, u, x): the derivative of Airy's second function of u, or of its n-th derivative";
+  if nargs = 2 then AiryBi(1, n)*diff(n, u)
+  elif has(n, x) then `diff/staying`('AiryBi'(n, u), x)
+  else AiryBi(n + 1, u)*diff(u, x)
+  end if
+end proc:
+`diff/Shi` := proc(u, x)
+  description "diff/Shi(u, x): the derivative of the hyperbolic sine integral of u";
+  if nargs = 2 then sinh(u)/u*diff(u, x) else `diff/staying`('Shi'(args[1..-2]), args[-1]) end if
+end proc:
+`diff/Chi` := proc(u, x)
+  description "diff/Chi(u, x): the derivative of the hyperbolic cosine integral of u";
+  if nargs = 2 then cosh(u)/u*diff(u, x) else `diff/staying`('Chi'(args[1..-2]), args[-1]) end if
+end proc:
+# Elliptic integrals by the modulus and by the sine of the amplitude (Byrd and Friedman, 710).
+`diff/EllipticK` := proc(k, x)
+  description "diff/EllipticK(k, x): the derivative of the complete elliptic integral of the first kind";
+  (EllipticE(k)/(k*(1 - k^2)) - EllipticK(k)/k)*diff(k, x)
+end proc:
+`diff/EllipticE` := proc(z, k, x)
+  description "diff/EllipticE(k, x), diff/EllipticE(z, k, x): the derivative of an elliptic integral of the second kind";
+  if nargs = 2 then (EllipticE(z) - EllipticK(z))/z*diff(z, k)
+  else (1 - k^2*z^2)^(1/2)/(1 - z^2)^(1/2)*diff(z, x) + (EllipticE(z, k) - EllipticF(z, k))/k*diff(k, x)
+  end if
+end proc:
+`diff/EllipticF` := proc(z, k, x)
+  description "diff/EllipticF(z, k, x): the derivative of the elliptic integral of the first kind";
+  diff(z, x)/((1 - z^2)^(1/2)*(1 - k^2*z^2)^(1/2)) + (EllipticE(z, k)/(k*(1 - k^2)) - EllipticF(z, k)/k
+    - k*z*(1 - z^2)^(1/2)/((1 - k^2)*(1 - k^2*z^2)^(1/2)))*diff(k, x)
+end proc:

@@ -1,10 +1,10 @@
 # Well-known sequences of integers, and counts of choices.
 
 binomial := proc(n, k)
-  description "binomial(n, k): the coefficient of x^k in (1 + x)^n for integers; for anything else the call";
+  description "binomial(n, k): the coefficient of x^k in (1 + x)^n, for numbers; for anything else the call";
   local m, i, r;
   if nargs <> 2 then error "binomial expects two arguments, but received %1", nargs end if;
-  if not type([n, k], list(integer)) then return 'binomial'(n, k) end if;
+  if not type([n, k], list(integer)) then return `binomial/general`(n, k) end if;
   if k < 0 then return `if`(n < 0 and k <= n, (-1)^(n - k)*binomial(-k - 1, n - k), 0) end if;
   if n < 0 then return (-1)^k*binomial(k - n - 1, k) end if;
   if k > n then return 0 end if;
@@ -13,6 +13,30 @@ binomial := proc(n, k)
   r := 1;
   for i to m do r := r*(n - m + i)/i end do;
   r
+end proc:
+`binomial/general` := proc(n, k)
+  description "binomial/general(n, k): the binomial coefficient of what isn't two integers";
+  local i, r, value;
+  if type(k, integer) and type(n, complex(numeric)) then
+    # By its definition, with digits to spare for floats.
+    if k < 0 then return `if`(hastype([n], float), 0., 0) end if;
+    if hastype([n], float) then Digits := Digits + length(k) + 3 end if;
+    r := 1;
+    for i to k do r := r*(n - k + i)/i end do;
+    return `binomial/rounded`(r, `if`(hastype([n], float), length(k) + 3, 0))
+  end if;
+  if type(n, complex(numeric)) and type(k, complex(numeric)) and hastype([n, k], float) then
+    Digits := Digits + 10;
+    value := evalf('GAMMA'(n + 1)/('GAMMA'(k + 1)*'GAMMA'(n - k + 1)));
+    if type(value, complex(numeric)) then return `binomial/rounded`(value, 10) end if
+  end if;
+  if k = 0 then 1 elif k = 1 or n - k = 1 then n elif n = k then 1 else 'binomial'(n, k) end if
+end proc:
+`binomial/rounded` := proc(x, spare)
+  description "binomial/rounded(x, spare): a float without the digits to spare that it was computed to";
+  if spare = 0 then return x end if;
+  Digits := Digits - spare;
+  1.0*x
 end proc:
 multinomial := proc()
   description "multinomial(a, b, ...): (a + b + ...)!/(a! b! ...)";
@@ -45,17 +69,37 @@ lucas := proc(n::nonnegint)
   2*p[2] - p[1]
 end proc:
 
-# The tangent numbers by the recurrence of Brent and Harvey ("Fast computation of Bernoulli, Tangent and Secant numbers",
-# 2011), which adds and multiplies by small numbers only; `up` holds them.
+# Of small n by tangent numbers; of larger ones by the value 2*n!*Zeta(n)/(2*Pi)^n, rounded to the denominator that von
+# Staudt and Clausen tell.
 bernoulli := proc(n::nonnegint)
   description "bernoulli(n): the n-th number of Bernoulli; bernoulli(1) is -1/2";
-  local k;
-  if n = 0 then 1 elif n = 1 then -1/2 elif irem(n, 2) = 1 then 0
-  else
-    k := n/2;
-    (-1)^(k - 1)*n*`bernoulli/tangent`(k)/(4^k*(4^k - 1))
-  end if
+  local k, d, denominator;
+  if n = 0 then return 1 elif n = 1 then return -1/2 elif irem(n, 2) = 1 then return 0 end if;
+  k := n/2;
+  if n < 60 then return (-1)^(k - 1)*n*`bernoulli/tangent`(k)/(4^k*(4^k - 1)) end if;
+  denominator := mul(`if`(isprime(d + 1), d + 1, 1), d = divisors(n));
+  (-1)^(k - 1)*`bernoulli/nearest`(2*denominator, n, n, 2, x -> 1)/denominator
 end proc:
+
+# factor*n!*L(s)/(c*Pi)^s where L(s) is the product of 1/(1 - character(p)/p^s) over the primes p: an integer.
+`bernoulli/nearest` := proc(factor, n, s, c, character)
+  description "bernoulli/nearest(factor, n, s, c, character): the integer nearest to factor*n!*L(s)/(c*Pi)^s, which is one";
+  local digits, p, value, fine;
+  digits := trunc(evalf(('ln'(factor) + (n + 1)*'ln'(n) - n - s*'ln'(c*Pi))/'ln'(10), 20)) + 3;
+  # Each of the s products of the power may lose half a unit; what is left is off by 10^(-8) at most.
+  Digits := max(digits, 1) + length(s) + 10;
+  value := evalf(factor*factorial(n))/evalf(c*Pi)^s;
+  fine := 1.0*10^(-Digits - 2);
+  p := 2;
+  while 1.0*p^(-s) > fine do
+    value := value/(1 - character(p)*(1.0*p)^(-s));
+    p := nextprime(p)
+  end do;
+  round(value)
+end proc:
+
+# The tangent numbers by the recurrence of Brent and Harvey ("Fast computation of Bernoulli, Tangent and Secant numbers",
+# 2011), which adds and multiplies by small numbers only.
 `bernoulli/tangent` := proc(n)
   description "bernoulli/tangent(n): the n-th tangent number: 1, 2, 16, 272, ...";
   local t, k, j;
@@ -72,6 +116,8 @@ eulernumber := proc(n::nonnegint)
   if irem(n, 2) = 1 then return 0 end if;
   m := n/2;
   if m = 0 then return 1 end if;
+  # The value is 2*n!*L(n + 1)/(Pi/2)^(n + 1), with the characters 1 and -1 of primes that are 1 and 3 modulo 4.
+  if n >= 60 then return (-1)^m*`bernoulli/nearest`(2, n, n + 1, 1/2, p -> mods(p, 4)*irem(p, 2)) end if;
   s := table(); s[0] := 1;
   for k to m do s[k] := k*s[k - 1] end do;
   for k to m do

@@ -124,6 +124,16 @@ end proc:
   [row - 1, sign, [pivots]]
 end proc:
 
+# Integers and fractions have a faster way, by machine arithmetic.
+`linearalgebra/reduced` := proc(w::Matrix, columns::nonnegint)
+  description "linearalgebra/reduced(w, columns): brings a Matrix of integers and fractions to reduced row echelon form in place, with pivots in the first columns; the list of these, or FAIL when w has other elements";
+  `kernel/native`("linearalgebra/reduced", w, columns)
+end proc:
+`linearalgebra/determinant` := proc(a::Matrix)
+  description "linearalgebra/determinant(a): the determinant of a Matrix of integers and fractions, FAIL when it has other elements";
+  `kernel/native`("linearalgebra/determinant", a)
+end proc:
+
 `linearalgebra/floats` := proc(a)
   description "linearalgebra/floats(a): whether an element of the rtable is a float";
   hastype(a, 'float')
@@ -149,6 +159,9 @@ end proc:
 `linearalgebra/reduce` := proc(w, columns, floats)
   description "linearalgebra/reduce(w, columns, floats): brings w to reduced row echelon form in place, with pivots in the first columns; the list of these";
   local result, rank, pivots, k, i, j, p, q, n;
+  result := `linearalgebra/reduced`(w, columns);
+  if result <> FAIL then return result end if;
+  if floats then Digits := Digits + 5 end if;
   result := `linearalgebra/eliminate`(w, columns, floats);
   rank, pivots, n := result[1], result[3], ColumnCount(w);
   for k from rank to 1 by -1 do
@@ -161,20 +174,24 @@ end proc:
       end if
     end do
   end do;
+  if floats then for i to rank do for j to n do w[i, j] := evalf[Digits - 5](w[i, j]) end do end do end if;
   pivots
 end proc:
 
 Rank := proc(a::Matrix)
   description "Rank(a): the number of linearly independent rows";
-  local w;
+  local w, pivots;
   w := `linearalgebra/copy`(a);
-  `linearalgebra/eliminate`(w, ColumnCount(w), `linearalgebra/floats`(a))[1]
+  pivots := `linearalgebra/reduced`(w, ColumnCount(w));
+  `if`(pivots <> FAIL, nops(pivots), `linearalgebra/eliminate`(w, ColumnCount(w), `linearalgebra/floats`(a))[1])
 end proc:
 
 Determinant := proc(a::Matrix)
   description "Determinant(a): the determinant of a square Matrix";
   local w, n, result, i, floats;
   `linearalgebra/square`(a);
+  result := `linearalgebra/determinant`(a);
+  if result <> FAIL then return result end if;
   n, floats := RowCount(a), `linearalgebra/floats`(a);
   if n = 0 then return 1 end if;
   w := `linearalgebra/copy`(a);

@@ -2,24 +2,10 @@
 
 powermod := proc(b::integer, e::integer, m::posint)
   description "powermod(b, e, m): b^e modulo m, in 0 .. m - 1; a negative e takes the inverse of b";
-  local half, odd;
-  if m = 1 then return 0 end if;
-  if e < 0 then return powermod(invmod(b, m), -e, m) end if;
-  if irem(m, 2) = 1 then return `kernel/native`("powermod", b, e, m) end if;
-  # The power of 2 in m by itself, both joined by the Chinese remainders.
-  half := 1; odd := m;
-  while irem(odd, 2) = 0 do odd := iquo(odd, 2); half := 2*half end do;
-  chinese([`residues/power`(b, e, half), `if`(odd = 1, 0, `kernel/native`("powermod", b, e, odd))], [half, odd])
-end proc:
-`residues/power` := proc(b, e, m)
-  description "residues/power(b, e, m): b^e modulo m, by repeated squares";
-  local r, x, k;
-  r := 1; x := irem(b, m); k := e;
-  while k > 0 do
-    if irem(k, 2) = 1 then r := irem(r*x, m) end if;
-    x := irem(x*x, m); k := iquo(k, 2)
-  end do;
-  `residues/positive`(r, m)
+  if m = 1 then 0 elif e = 0 then 1
+  elif e < 0 then `kernel/native`("powermod", invmod(b, m), -e, m)
+  else `kernel/native`("powermod", b, e, m)
+  end if
 end proc:
 `residues/positive` := proc(r, m)
   description "residues/positive(r, m): the residue of r in 0 .. m - 1";
@@ -28,17 +14,14 @@ end proc:
   `if`(s < 0, s + m, s)
 end proc:
 
+# The least s in size is an inverse modulo b/g, which the kernel knows how to take.
 gcdex := proc(a::integer, b::integer)
   description "gcdex(a, b): the list [g, s, t] with g = gcd(a, b) = s*a + t*b";
-  local r0, r1, s0, s1, q;
-  r0 := abs(a); r1 := abs(b); s0 := 1; s1 := 0;
-  while r1 <> 0 do
-    q := iquo(r0, r1);
-    r0, r1 := r1, r0 - q*r1;
-    s0, s1 := s1, s0 - q*s1
-  end do;
-  s0 := `if`(a < 0, -s0, s0);
-  [r0, s0, `if`(b = 0, 0, (r0 - s0*a)/b)]
+  local g, s;
+  if b = 0 then return [abs(a), sign(a), 0] elif a = 0 then return [abs(b), 0, sign(b)] end if;
+  g := igcd(a, b);
+  s := mods(1/(a/g), abs(b)/g);
+  [g, s, (g - s*a)/b]
 end proc:
 ilcm := proc()
   description "ilcm(a, b, ...): the least common multiple of integers";
@@ -53,10 +36,8 @@ ilcm := proc()
 end proc:
 invmod := proc(a::integer, m::posint)
   description "invmod(a, m): the inverse of a modulo m";
-  local e;
-  e := gcdex(`residues/positive`(a, m), m);
-  if e[1] <> 1 then error "%1 has no inverse modulo %2", a, m end if;
-  `residues/positive`(e[2], m)
+  if igcd(a, m) <> 1 then error "%1 has no inverse modulo %2", a, m end if;
+  `if`(m = 1, 0, modp(1/a, m))
 end proc:
 chinese := proc(r::list(integer), m::list(posint))
   description "chinese([r1, ...], [m1, ...]): the least number >= 0 that is ri modulo each mi";
@@ -76,17 +57,8 @@ end proc:
 
 jacobi := proc(a::integer, n::posint)
   description "jacobi(a, n): the symbol of Jacobi, n odd: -1, 0 or 1";
-  local x, y, s, t;
   if irem(n, 2) = 0 then error "odd number expected, but received %1", n end if;
-  x := `residues/positive`(a, n); y := n; s := 1;
-  while x <> 0 do
-    t := 0;
-    while irem(x, 2) = 0 do x := iquo(x, 2); t := t + 1 end do;
-    if irem(t, 2) = 1 and member(irem(y, 8), {3, 5}) then s := -s end if;
-    if irem(x, 4) = 3 and irem(y, 4) = 3 then s := -s end if;
-    x, y := irem(y, x), x
-  end do;
-  `if`(y = 1, s, 0)
+  `kernel/native`("jacobi", `residues/positive`(a, n), n)
 end proc:
 
 # A root modulo a prime by Tonelli and Shanks, modulo its powers by Hensel's lemma, all joined.

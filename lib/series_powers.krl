@@ -8,7 +8,7 @@
   end if;
   b, n := op(p);
   if has(n, x) then
-    return `series/aid/argument`(exp(n*ln(b)), x)
+    return `series/exp`(n*ln(b), x)
   end if;
   s := `series/aid/argument`(b, x);
   if s = FAIL then return FAIL end if;

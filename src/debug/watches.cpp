@@ -102,9 +102,7 @@ DAG tableAsList(DAG table) { return simpl(new2(LIST, table ? table : null)); }
 
 // ---- assignments
 
-namespace {
-
-bool isWatched(DAG name) {
+bool isInWatchTable(DAG name) {
   DAG procedure = Environment->frame->procName;
   for (Word i = 1, n = lengthOf(watchTable); i < n; ++i) {
     DAG entry = watchTable[i];
@@ -114,13 +112,11 @@ bool isWatched(DAG name) {
   return false;
 }
 
-}  // namespace
-
 void watchAssignmentInForce(DAG target, DAG value) {
   if (evaluationLevel < firstInnerDepth || interruptsWait()) return;
   DAG name = target;
   while (isTag(name, TABLEREF)) name = name[1];
-  if (!isTag(name, NAME) || !isWatched(name)) return;
+  if (!isTag(name, NAME) || !isInWatchTable(name)) return;
   DAG report = newSequence({naminstall("DEBUGWATCH"), target, value});
   armStop(everyDepth, simpl(newSequence({simpl(new2(LIST, simpl(report)))})));
 }

@@ -1,8 +1,8 @@
 #pragma once
 // Names under watch, and errors at which the debugger is to stop.
 //
-// `watchTable` holds global names and lists [procedure name, local name]. While there is one, the short cuts of
-// assignment are closed, so that every value passes `watchAssignment`.
+// `watchTable` holds global names and lists [procedure name, local name]. The short cuts of assignment are closed to
+// the names in it, so that their values pass `watchAssignment`.
 
 #include "store/dag.h"
 
@@ -17,6 +17,10 @@ inline void watchAssignment(DAG target, DAG value) {
   if (watchTable) [[unlikely]]
     watchAssignmentInForce(target, value);
 }
+
+/// Whether the table holds `name`, as a global name or as a local of the running procedure.
+bool isInWatchTable(DAG name);
+inline bool isUnwatched(DAG name) { return !watchTable || !isInWatchTable(name); }
 
 /// Whether the error table holds traperror["text"].
 bool trappedMember(DAG text);

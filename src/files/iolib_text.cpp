@@ -52,12 +52,26 @@ DAG native::filelines(const BuiltinCall& call) {
   FileRecord& file = lookUpFile(call.arguments, 1, FileUse::reading);
   prepareToRead(file);
   Members lines;
-  for (;;) {
-    TextBuffer line;
-    passWork(50);
-    if (!readLine(file, line)) return lines.list();
-    lines.append(line.string());
+  // Lines are looked up in the table of strings some lines late, when what the look will read is on its way.
+  constexpr int batch = 32;
+  TextBuffer texts;  // one behind the other, each with a zero at its end
+  std::size_t begin[batch];
+  Word hash[batch];
+  for (bool more = true; more;) {
+    texts.clear();
+    int n = 0;
+    for (; n < batch; ++n) {
+      passWork(50);
+      begin[n] = texts.size();
+      more = readLine(file, texts);
+      if (!more) break;
+      texts.append(0);
+      hash[n] = hashstring(texts.bytes() + begin[n]);
+      prefetchString(hash[n]);
+    }
+    for (int i = 0; i < n; ++i) lines.append(stringhashunique(hash[i], texts.bytes() + begin[i], strtab));
   }
+  return lines.list();
 }
 
 DAG iolib::writeLines(const IolibCall& call) {

@@ -32,10 +32,10 @@ DAG realNumber(DAG x) {
   return isNumeric(value) ? value : DAG();
 }
 
-// The real float that `x` stands for, or 0.
+// The real float that `x` stands for, with `Digits` digits at most, or 0.
 DAG realFloat(DAG x) {
   DAG number = realNumber(x);
-  return !number || isFloatNumber(number) ? number : simpl(evalf(number));
+  return number ? simpl(evalf(number)) : number;
 }
 
 bool splitParts(DAG x, DAG& real, DAG& imaginary, DAG (*numberOf)(DAG x)) {

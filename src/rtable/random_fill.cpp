@@ -72,17 +72,37 @@ Draw readArguments(DAG arguments, bool isFloat) {
   return draw;
 }
 
-DAG drawnValue(const Draw& draw) {
-  if (draw.isFloat) return simpl(HardwareToSoftwareFloat(draw.least + draw.width * floatDraw()));
+double drawnFloat(const Draw& draw) { return draw.least + draw.width * floatDraw(); }
+std::int64_t drawnInteger(const Draw& draw) {
   const std::uint64_t drawn = integerDraw();
-  if (!draw.hasRange) return simpl(NewInteger(static_cast<std::int64_t>(drawn)));
+  if (!draw.hasRange) return static_cast<std::int64_t>(drawn);
   // A range of all 64-bit integers has no count that fits; every draw lies within it.
   const std::uint64_t count = static_cast<std::uint64_t>(draw.high) - static_cast<std::uint64_t>(draw.low) + 1;
-  const std::uint64_t step = count == 0 ? drawn : drawn % count;
-  return simpl(NewInteger(static_cast<std::int64_t>(static_cast<std::uint64_t>(draw.low) + step)));
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(draw.low) + (count == 0 ? drawn : drawn % count));
+}
+DAG drawnValue(const Draw& draw) {
+  return simpl(draw.isFloat ? HardwareToSoftwareFloat(drawnFloat(draw)) : NewInteger(drawnInteger(draw)));
 }
 
 bool skips(const Draw& draw) { return draw.density != 1 && floatDraw() > draw.density; }
+
+// Numbers go straight into a block of their own kind: an integer that fits, a double.
+void storeDrawn(DAG r, std::int64_t at, const Draw& draw) {
+  const Word datatype = datatypeOf(r);
+  RawElement element;
+  if (draw.isFloat && datatype == dataFloat64) {
+    element.real = drawnFloat(draw);
+    return storeRaw(r, at, element);
+  }
+  if (draw.isFloat || datatype < dataInteger8 || datatype > dataInteger64)
+    return RTableSetDagToDataOffset(r, at, drawnValue(draw));
+  const int spare = 64 - 8 * rtableElementBytes[datatype];
+  const std::int64_t value = drawnInteger(draw);
+  element.integer64 = value;
+  const bool fits = static_cast<std::int64_t>(static_cast<std::uint64_t>(value) << spare) >> spare == value;
+  if (fits) storeRaw(r, at, element);
+  else RTableSetDagToDataOffset(r, at, simpl(NewInteger(value)));
+}
 
 }  // namespace
 
@@ -93,7 +113,7 @@ void RandomizeRTable(DAG r, DAG arguments, bool isFloat) {
   if (storageOf(r) != storageSparse && functionCount(r) == 0) {
     for (std::int64_t at = rawField(r, rtableCount); at-- > 0;) {
       passWork(objectSteps);
-      if (!skips(draw)) RTableSetDagToDataOffset(r, at, drawnValue(draw));
+      if (!skips(draw)) storeDrawn(r, at, draw);
     }
     return;
   }

@@ -104,6 +104,13 @@ DAG stringhashunique(Word k, const char* text, DAG table) {
   return newTextIn(table, s);
 }
 
+void prefetchString(Word k) {
+  DAG chain = strtab[bucketIndex(k, lengthOf(strtab))];
+  if (!chain) return;
+  constexpr int lines = 5, words = 16;  // of the cache; chains hold thirty pairs
+  for (int line = 0; line < lines; ++line) __builtin_prefetch(&chain[words * line]);
+}
+
 DAG strnaminstall(const char* text, Tag tag) { return stringhashunique(hashstring(text), text, tableOf(tag)); }
 DAG naminstall(const char* text) { return strnaminstall(text, NAME); }
 DAG strinstall(const char* text) { return strnaminstall(text, STRING); }

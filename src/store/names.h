@@ -18,6 +18,8 @@ extern DAG AllIniNames;                          // 512 buckets: the names in us
 
 /// The unique object of `text` in `table` (nametab or strtab), whose hash is `k`.
 DAG stringhashunique(Word k, const char* text, DAG table);
+/// Has the memory fetched that a look for the string with hash `k` will read.
+void prefetchString(Word k);
 /// The unique NAME (tag NAME) or STRING (any other tag) of `text`.
 DAG strnaminstall(const char* text, Tag tag);
 DAG naminstall(const char* text);

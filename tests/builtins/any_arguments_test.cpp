@@ -55,6 +55,14 @@ constexpr const char* preparation[] = {
     "nested := x: to 500 do nested := f(nested)^2 + 1 end do:",
     "long := [seq(k, k = 1..1000)]:",
     "withAttribute := setattribute([x, y], first, second):",
+    "matrix := rtable(1..2, 1..2, [[1, 2], [x, 4]], subtype = Matrix):",
+    "vector := rtable(1..3, [1, 2.5, y], subtype = Vector[column], order = C_order):",
+    "floats := rtable(-1..1, [1, 2, 3], datatype = float[8]):",
+    "bytes := rtable(1..4, [1, 2, 3, 4], datatype = integer[1], readonly):",
+    "complexFloats := rtable(1..2, [1. + 2.*I, 3.], datatype = complex[8]):",
+    "sparse := rtable(1..3, 1..3, {(1, 2) = 5, (3, 1) = x}, storage = sparse):",
+    "symmetric := rtable(symmetric, 1..2, 1..2, [[1, 2], [2, 3]]):",
+    "dense := modp1(ConvertIn(x^2 + 3*x + 1, x), 7): bigDense := modp1(ConvertIn(x^2 + 3*x + 1, x), 10^20 + 39):",
 };
 
 constexpr const char* operands[] = {
@@ -91,6 +99,10 @@ constexpr const char* operands[] = {
     "double", "eval(double)", "plain", "failing", "unknown", "proc(a::integer, b) local c; c := a; c end proc",
     "holder", "eval(holder)", "holder:-e", "holder:-g", "eval(`if`)", "eval(seq)", "thismodule", "args", "nargs",
     "procname",
+    // arrays and dense polynomials
+    "matrix", "vector", "floats", "bytes", "complexFloats", "sparse", "symmetric", "rtable()", "rtable(1..0)",
+    "rtable(1..2, 1..2, 1..2)", "matrix = vector", "[matrix, floats]", "float[8]", "storage = sparse",
+    "datatype = integer[4]", "subtype = Matrix", "dense", "bigDense", "HFloat(1.5)",
 };
 constexpr int operandCount = std::size(operands);
 constexpr int placeOf(std::string_view operand) {

@@ -19,7 +19,7 @@ c := [coeffs(p, [x, y], 't')]; [t]; add(c[k]*t[k], k = 1 .. nops(c)) - p; [coeff
 coeffs(0, x), coeffs(7, x, 't'), t, coeffs(x, x, 't'), t, coeffs(y, x, 't'), t, coeffs(z*x + 3*x + 1, x), coeffs(g(y)*x + x/2, x);
 coeffs((x + 1)^2, x); coeffs(x^(1/2), x); coeffs(1/x + 1, x); coeffs(g(x), x); coeffs(x, x, x + 1);
 # The imaginary unit as the variable: it stands in numbers, too.
-seq([coeff(p, I, 0), coeff(p, I, 1), coeff(p, I, 2)], p = [x + I*y + 3 + 4*I, (1 + 6*I)*x, 5*I, 2/3, (x + I*y)*(a + I)]);
+seq([coeff(p, I, 0), coeff(p, I, 1), coeff(p, I, 2)], p = [x + I*y + 3 + 4*I, (1 + 6*I)*x, 5*I, 2/3]), evalb([seq(coeff((x + I*y)*(a + I), I, k), k = 0..2)] = [a*x, x + a*y, y]);
 # Degrees.
 degree(0, x), ldegree(0, x), degree(0., x), ldegree(0., x), degree(5), degree(x^2*y^3 + x^4, [x, y]), degree(x^2*y^3 + x^4, {x, y}), degree(x^2*y^3 + x^4), ldegree(x^2*y^3 + x^4, x), degree((x^2 + 1)^3*(x + y), x), degree((x^2 + 1)^3*(x + y), [x, y]), degree("x", x);
 degree(sin(x), x), degree(sin(y), x), degree(x^(-2), x), ldegree(x^(-2) + x, x), degree(1/(x + 1), x), degree(x^(1/2), x), degree(y^(1/2)*x, x), degree(x^n, x), degree(x^n, y), degree(a[x], x), degree(x::integer, x), degree(sin(x)^3 + x, sin(x));

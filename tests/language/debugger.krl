@@ -53,6 +53,11 @@ fails := proc(k) local go, j; go := proc(x) if x = 0 then error "zero" end if; x
 printlevel := 2: fails(1); fails(3); printlevel := 1:
 debugger := proc() lprint(args); NULL end proc: debugopts(steplevel = 0):
 ask := proc(x) local y; y := x^2; DEBUG(x > 2 and y < 3); DEBUG(not x > 2); DEBUG(a); DEBUG(a = 1); DEBUG([1 > 2]); DEBUG(1 > 2, 3); y end proc: ask(3); ask(1);
+# A break point that is set or taken away while its loop runs, also where it is the only statement in there.
+late := proc(n) local i, s; s := 0; for i to n do s := s + i end do; for i in [1, 2, 3] do s := s + i end do; s end proc:
+debugger := proc() lprint(args); if args[-1][3] = 2 then debugopts(steplevel = 999999999) else debugopts(steplevel = 0, stopat = [late, 3], stopat = [late, 5]) end if; NULL end proc:
+debugopts(stopat = [late, 2]); late(3); debugopts(stopat = [late, -2], stopat = [late, -3]);
+debugger := proc() lprint(args); debugopts(stopat = [late, -args[-1][3]]); NULL end proc: late(3); late(3); debugger := proc() lprint(args); NULL end proc:
 # A profile: values and ditto values stay, the jump of an error goes on, and its time counts.
 debugger := proc() NULL end proc:
 p := proc(n) local k, t; t := 0; for k to n do if k = 2 then next end if; t := t + k; if k = 5 then break end if end do; t; %, t end proc: p(7);

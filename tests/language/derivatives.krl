@@ -20,7 +20,7 @@ seq(diff(f(x), x), f = [exp, ln, sqrt, sin, cos, tan, cot, sec, csc]);
 seq(diff(f(x), x), f = [sinh, cosh, tanh, coth, sech, csch, log, log10]);
 seq(diff(f(x), x), f = [arcsin, arccos, arctan, arccot, arcsec, arccsc, arcsinh, arccosh, arctanh, arccoth, arcsech, arccsch]);
 seq(diff(f(x), x), f = [abs, signum, floor, ceil, round, trunc, frac, Re, Im, conjugate]);
-diff(sin(2*x), x), diff(exp(x^2), x), diff(log[2](x), x), diff(arctan(y, x), x), diff(arctan(x), y), diff(sin(x, y), x), diff(exp(), x), diff(sin(cos(exp(x))), x);
+diff(sin(2*x), x), diff(exp(x^2), x), diff(log[2](x), x), diff(arctan(y, x), x), diff(arctan(x), y), diff('sin'(x, y), x), diff('exp'(), x), diff(sin(cos(exp(x))), x);
 # Special functions.
 seq(diff(f(x), x), f = [erf, erfc, erfi, GAMMA, lnGAMMA, Psi, factorial, Si, Ci, Li, Ei, dilog, LambertW, Zeta, Heaviside]);
 diff(GAMMA(a, x), x), diff(GAMMA(x, a), x), diff(Psi(2, x^2), x), diff(BesselJ(0, x), x), diff(BesselK(n, 2*x), x), diff(BesselJ(x, 1), x), diff(polylog(2, x), x), diff(binomial(x, 3), x), diff(Beta(x, y), y);

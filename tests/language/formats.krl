@@ -20,3 +20,5 @@ sprintf("%a|%A|%q|%Q|%a", x + `a b`, `a b`, 1, 2, x), sprintf("%q|%a", x, `a b`)
 evalb(sscanf(sprintf("%m", [x^2 + 1, "s", 2^100, 1.5]), "%m") = [[x^2 + 1, "s", 2^100, 1.5]]);
 # Far beyond a line.
 length(sprintf("%100000d", 3)), length(sprintf("%.100000f", 1/3)), length(sprintf("%s%s", cat(a$10000), "b")), fprintf(default, "%s\n", "abc"), length(sprintf("%d", 10^10000)), sprintf(cat("%d"$50), $1..50);
+# All digits count for the bits of a number.
+printf("%y %y %y %Y\n", 3.141592653589793, 1/3, 10^20 + 1, -0.);

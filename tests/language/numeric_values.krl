@@ -21,7 +21,7 @@ check := proc(n) local f, x, bad;
     if f = exp or f = sinh or f = cosh then x := x/10^6 end if;
     if evalf(evalf(f(x), n + 25), n) <> evalf(f(x), n) then bad := bad, f(x) end if
   end do end do;
-  for x in [2, 1/3, 1 + 1/10^12, 10^40] do
+  for x in [2, 1/3, 1 + 1/10^12, 10^40 + 1] do
     Digits := n;
     if abs(evalf(exp(ln(x))/x, n + 15) - 1) > 10^(-n) then bad := bad, ln(x) end if;
     if abs(evalf(sin(x)^2 + cos(x)^2, n + 15) - 1) > 10^(-n) then bad := bad, sin(x) end if;
@@ -41,8 +41,8 @@ evalf(2^(1/2)), 2^0.5, (-8.)^(1/3), I^0.5, (1. + I)^(1/2), 2.0^I, (-2.0)^(1/2), 
 evalf(exp(1 + I)), evalf(exp(Pi*I/3)), evalf(ln(-1)), evalf(ln(1 + I)), evalf(ln(0.6 + 0.8*I)), evalf(sin(1 + I)), evalf(cos(1 + I)), evalf(tan(1 + I)), evalf(arcsin(2)), evalf(arccos(2)), evalf(arctan(1 + I)), evalf(sinh(I)), evalf(arccosh(1/2)), evalf(arctanh(2)), evalf(coth(1 + I)), evalf(sqrt(-2)), evalf(sqrt(I));
 evalf(arctan(1, -1)), evalf(arctan(-1, -1)), evalf(arctan(1, 0)), evalf(arctan(0, -2)), evalf(arctan(0, 1)), evalf(arctan(0, 0)), evalf(cot(1)), evalf(sec(1)), evalf(csc(1)), evalf(sech(1)), evalf(csch(1)), evalf(sqrt(2)), evalf(sqrt(4));
 # Ends, poles, and what has no value.
-evalf(exp(infinity)), evalf(exp(-infinity)), evalf(arctan(infinity)), evalf(arctan(-infinity)), evalf(ln(infinity)), evalf(tanh(-infinity)), evalf(sin(infinity)), evalf(exp(undefined)), evalf(ln(undefined)), Float(undefined)^0.5; evalf(ln(0)); evalf(arctanh(1)); (0.)^(-1/2);
-evalf(exp(x)), evalf(exp(x + 1/3)), evalf(sec(x)), evalf(sqrt(x)), evalf(arctan(x, 1)), evalf(exp(1, 2)), evalf(exp());
+evalf(exp(infinity)), evalf(exp(-infinity)), evalf(arctan(infinity)), evalf(arctan(-infinity)), evalf(ln(infinity)), evalf(tanh(-infinity)), evalf(sin(infinity)), evalf(exp(undefined)), evalf(ln(undefined)), Float(undefined)^0.5; ln(0.); arctanh(1.); evalf(ln(0)); evalf(arctanh(1)); (0.)^(-1/2);
+evalf(exp(x)), evalf(exp(x + 1/3)), evalf(sec(x)), evalf(sqrt(x)), evalf(arctan(x, 1)), evalf('exp'(1, 2)), evalf('exp'());
 evalf((exp@@2)(1)), evalf((sin@cos)(1)), evalf((f@@(-1))(x));
 # Another precision, another rounding.
 Rounding := -infinity: evalf(exp(2)), evalf(cos(1/10^30)), evalf(exp(1/10^30)); Rounding := infinity: evalf(exp(3)), evalf(cos(1/10^40)), evalf(exp(1/10^40)); Rounding := nearest: evalf(exp(2), 15), evalf(exp(3), 15);

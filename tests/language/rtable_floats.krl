@@ -13,3 +13,6 @@ evalf([Array(1..1, [1 + I/3], datatype = complex[8]), 1/3]);
 Digits := 3: K := Array(1..5, [Pi, sqrt(2), -infinity, exp(1)/7, gamma], datatype = float[8]): K[1], K[2], K[3], K[4], K[5];
 C := rtable(constant[Pi], 1..2, datatype = float[8]): C[2]; Digits := 10:
 H[1] := undefined: H[1]; H[1] := x; H[1] := sqrt(-1);
+# Software floats are rounded to Digits when they are stored.
+A := rtable(1..2, [1.23456789012345, 1/3], datatype = sfloat): A[1], A[2]; Digits := 4: A[1] := Pi: A[2] := 2.71828: A[1], A[2]; Digits := 10:
+rtable(rtable(1..1, [1/3], datatype = float[8]), datatype = sfloat)[1], rtable(1..1, [1.23456789012345 + I], datatype = complex(sfloat))[1];

@@ -249,6 +249,8 @@ TEST(Terminal, ResultsAreLaidOutInTwoDimensions) {
       {"v := Vector[row]([1, 2, 30]);", "v := [1  2  30]\n"},
       {"[Vector([1, 2]), x];", "[[1], x]\n[[2]   ]\n"},
       {"Matrix(20, 3, storage = sparse);", "[20 x 3 Matrix, anything, sparse]\n"},
+      // Lines end between terms.
+      {"expand((alphabeta + gammadelta)^5);", "gammadelta  +\n\n            2           3"},
       {"INTERFACE_SET(prettyprint, 0): x^2;", "x^2\n"},
   };
   Session session;

@@ -1,4 +1,4 @@
-// Native library procedures: factors and roots of dense polynomials over a prime field.
+// Native library procedures: factors and roots of dense polynomials over a prime field; powers of integers.
 //
 // Each is called with a dense polynomial and the modulus. Factors are monic and come in order: by degree, then by
 // coefficients from the top.
@@ -13,6 +13,7 @@
 #include "library/native/native.h"
 #include "numbers/arithmetic.h"
 #include "store/names.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -139,6 +140,12 @@ DAG native::modularRoots(const BuiltinCall& call) {
 DAG native::modularVariables(const BuiltinCall& call) {
   DAG list = simpl(new2(LIST, call.arguments));
   return simpl(new2(SET, simpl(indeterminates(list))));
+}
+
+// powermod(b, e, m): b^e modulo m > 0, for a negative e with an inverse of b; what `&^` gives under `mod` as well.
+DAG native::powermod(const BuiltinCall& call) {
+  if (argumentCount(call) != 3 || !everyMember(call.arguments, isInteger)) wrongParameters(call);
+  return mpower(call.arguments[1], call.arguments[2], call.arguments[3]);
 }
 
 }  // namespace korel

@@ -81,6 +81,7 @@ DAG exprod(DAG a, DAG b) {
   b = asSum(b);
   if (isBigProduct(lengthOf(a), lengthOf(b))) return evalsysf("expand/bigprod", newSequence({simpl(a), simpl(b)}));
   if (isTag(a, COMPLEX) && isTag(b, COMPLEX)) return simpl(cxmul(a, b));
+  if (isTag(a, COMPLEX) && isTag(b, COMPLEX)) return NewPROD(a, b);
   if (isTag(b, COMPLEX)) return timesComplex(a, b);
   if (isTag(a, COMPLEX)) return timesComplex(b, a);
   return timesSum(a, b);
@@ -90,6 +91,7 @@ DAG productByTerms(DAG a, DAG b) {
   constexpr std::int64_t mostPairs = 1 << 20;  // of a sum before like terms are merged
   a = asSum(a);
   b = asSum(b);
+  if (isTag(a, COMPLEX) && isTag(b, COMPLEX)) return NewPROD(a, b);
   if (isTag(b, COMPLEX)) return timesComplex(a, b);
   if (isTag(a, COMPLEX)) return timesComplex(b, a);
   const auto rows = static_cast<Word>(std::max<std::int64_t>(1, mostPairs / lengthOf(b)));

@@ -21,23 +21,57 @@ namespace korel {
 
 namespace {
 
+// The terms d_i x^i under construction, and the base with its powers b^(2^k).
+struct Digits {
+  static constexpr int mostPowers = 40;
+  DAG b, x;
+  DAG sum;
+  DAG powers[mostPowers];
+  int known;
+
+  DAG power(int k) {
+    for (; known <= k; ++known) powers[known] = known == 0 ? b : simpl(mul(powers[known - 1], powers[known - 1]));
+    return powers[k];
+  }
+  void put(DAG digit, std::int64_t i) {
+    if (digit == cons0) return;
+    DAG term = i == 0 ? digit : i == 1 ? x : simpl(new3(PROD, x, NewInteger(i)));
+    sum = Append3(sum, term, i == 0 ? cons1 : digit);
+  }
+};
+
+/// Puts the 2^k lowest digits of `n`, which stand from position `at` on; what is left of `n` above them.
+///
+/// The lower half depends on the residue of n alone: it is taken apart by itself, and its carry joins the quotient.
+DAG putDigits(Digits& digits, DAG n, int k, std::int64_t at) {
+  if (n == cons0) return n;
+  passWork(objectSteps);
+  DAG quotient;
+  if (k == 0) {
+    DAG digit = simpl(imod(n, digits.b, true));
+    digits.put(digit, at);
+    rem(add(n, negate(digit)), digits.b, &quotient);
+    return simpl(quotient);
+  }
+  DAG low = simpl(rem(n, digits.power(k - 1), &quotient));
+  DAG carry = putDigits(digits, low, k - 1, at);
+  return putDigits(digits, simpl(add(quotient, carry)), k - 1, at + (std::int64_t{1} << (k - 1)));
+}
+
 // Digits d_i, so that n is the sum of d_i b^i, each the symmetric residue of what is left.
 DAG digitPolynomial(DAG n, DAG b, DAG x) {
   if (n == cons0) return cons0;
   // In base 2 the digit of an odd number is 1: a negative one would never come to its end.
   if (consneg(n) && eq(absalg(b), 2) && !consneg(b)) return simpl(new3(SUM, digitPolynomial(negate(n), b, x), consm1));
-  DAG sum = new1(SUM);
-  for (std::int32_t i = 0; n != cons0; ++i) {
-    passWork(objectSteps);
-    DAG digit = simpl(imod(n, b, true));
-    DAG quotient;
-    rem(add(n, negate(digit)), b, &quotient);
-    n = simpl(quotient);
-    if (digit == cons0) continue;
-    DAG term = i == 0 ? digit : i == 1 ? x : simpl(new3(PROD, x, Newint(i)));
-    sum = Append3(sum, term, i == 0 ? cons1 : digit);
+  Digits digits{b, x, new1(SUM), {}, 0};
+  int k = 0;
+  for (DAG size = absalg(n); compcon(absalg(digits.power(k)), size) <= 0;) ++k;
+  std::int64_t at = 0;
+  for (; n != cons0; k = 0) {
+    n = putDigits(digits, n, k, at);
+    at += std::int64_t{1} << k;
   }
-  return simpl(sum);
+  return simpl(digits.sum);
 }
 
 }  // namespace

@@ -27,6 +27,7 @@
 #include "frame/trace_messages.h"
 #include "frame/traceback.h"
 #include "library/library_calls.h"
+#include "library/native/native.h"
 #include "numbers/integer/integer.h"
 #include "session/driver.h"
 #include "store/constants.h"
@@ -201,6 +202,28 @@ DAG evalWithoutProcedure(DAG x, DAG value) {
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key);
 DAG runPlain(const Callee& callee, DAG a);
 
+// The function that stands for the whole procedure, while nobody looks at calls.
+inline NativeFunction directFunction(DAG proc) {
+  DAG body = bodyOf(proc);
+  if (isImmediate(body) || !hasTag(body, FUNCTION)) return nullptr;
+  if ((optprofile | static_cast<int>(traceAllMode)) != 0 || showsCalls(*Environment->frame)) return nullptr;
+  return directNative(proc);
+}
+
+// A call without a frame. When it stands as it is, it is the same object.
+DAG runNative(NativeFunction function, DAG name, DAG x) {
+  DAG a = x[2], arguments = a;
+  if (lengthOf(a) != 2) {
+    arguments = simpl(eval(a));
+    if (!isSequence(arguments)) arguments = simpl(new2(EXPSEQ, arguments));
+  } else if (!isImmediate(a[1])) {
+    DAG value = simpl(evalOperand(a[1]));
+    if (value != a[1]) arguments = singleSequence(value);
+  }
+  if (DAG value = function({arguments, name, x})) return value;
+  return arguments == a && name == x[1] ? x : new3(FUNCTION, name, arguments);
+}
+
 [[gnu::noinline]] DAG evalOtherCall(DAG x) {
   DAG head = x[1], a = x[2];
   if (isTag(head, UNEVAL)) return withParts(x, eval(head), eval(a));
@@ -213,7 +236,10 @@ DAG runPlain(const Callee& callee, DAG a);
       sendDebug(debugBuiltin, callee.name, evparloc(a));
     return callBuiltin(immediateValue(bodyOf(proc)), x, callee.name);
   }
-  if ((isPlain(proc) || isPlainExternal(proc)) && !callee.index && isTag(a, EXPSEQ)) return runPlain(callee, a);
+  if ((isPlain(proc) || isPlainExternal(proc)) && !callee.index && isTag(a, EXPSEQ)) {
+    if (NativeFunction function = directFunction(proc)) return runNative(function, callee.name, x);
+    return runPlain(callee, a);
+  }
   DAG arguments = evalArguments(proc, a);
   DAG value = remembered(callee, arguments);
   if (value != absent) return value;
@@ -228,7 +254,10 @@ DAG evalFunction(DAG x) {
   if (name && lengthOf(x) == 3 && isTag(x[2], EXPSEQ)) {
     // Most calls are of a procedure without options, on plain arguments.
     DAG proc = name[1];
-    if (isPlain(proc)) return runPlain({proc, name, DAG()}, x[2]);
+    if (isPlain(proc)) {
+      if (NativeFunction function = directFunction(proc)) return runNative(function, name, x);
+      return runPlain({proc, name, DAG()}, x[2]);
+    }
     if (isBuiltin(proc) && lengthOf(optionsOf(proc)) == 2) return callBuiltin(immediateValue(bodyOf(proc)), x, name);
     if (isPlainExternal(proc)) return runPlain({proc, name, DAG()}, x[2]);  // bench/external.sh
   }

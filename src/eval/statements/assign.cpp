@@ -198,12 +198,11 @@ void assignRemembered(DAG t, DAG v) {
 bool isProtected(DAG attributes) { return attributes != null && isMember(ini("protected"), attributes); }
 
 bool assignPlainEntry(DAG target, DAG v) {
-  if (watchTable) return false;
   if (!isTag(target, TABLEREF) || !(isImmediate(v) || isAmong(v, plainTags))) return false;
   DAG index = target[2];
   if (!isTag(index, EXPSEQ) || lengthOf(index) < 2) return false;
   DAG name = plainBase(target[1]);
-  if (!name) return false;
+  if (!name || !isUnwatched(name)) return false;
   const bool single = lengthOf(index) == 2;
   DAG key = single ? simpl(evalOperand(index[1])) : evaluatedSequence(index);
   DAG table = name[1];

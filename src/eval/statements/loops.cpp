@@ -34,9 +34,8 @@ namespace {
 // What a loop keeps over the jumps that can arrive in it.
 struct Loop {
   DAG variable;
-  DAG condition;  // the `while` part, `true` when absent
-  DAG body;
-  const DAG* bodyField;
+  DAG condition;    // the `while` part, `true` when absent
+  const DAG* body;  // the field with it, which a break point may change between two rounds
   int mode;
   std::int32_t level;  // depth at the loop statement
   bool guarded;        // has a jump buffer of its own
@@ -58,7 +57,7 @@ bool jumpsOf(DAG statement, DAG body) {
 void enterLoop(Loop& loop, DAG statement) {
   loop.level = evaluationLevel;
   loop.value = null;
-  loop.guarded = jumpsOf(statement, loop.body);
+  loop.guarded = jumpsOf(statement, *loop.body);
   if (loop.guarded) loop.previous = enterEnvironment(loop.block, loop.buffer);
 }
 void leaveLoop(Loop& loop) {
@@ -74,7 +73,7 @@ Arrival arrive(Loop& loop, int code) {
     case jumpReturn:
       if (isCallOf(funret, ini("goto"))) {
         evaluationLevel = loop.level + branchLevels;
-        if (DAG value = evalgoto(loop.body, funret[2][1])) {
+        if (DAG value = evalgoto(*loop.body, funret[2][1])) {
           loop.value = value;
           return Arrival::next;
         }
@@ -174,8 +173,8 @@ void storeVariable(const CountedLoop& loop) {
 
 // The step from one small integer to another in an ordinary variable; false for any other.
 bool stepImmediate(CountedLoop& loop) {
-  if (!loop.ordinary || watchTable || !isImmediate(loop.by)) return false;
   DAG name = loop.variable;
+  if (!loop.ordinary || !isImmediate(loop.by) || !isUnwatched(name)) return false;
   DAG value = name[1];
   if (!isImmediate(value) || value == consm0 || !isOpenName(name)) return false;
   std::int32_t next = (static_cast<std::int32_t>(value.word) >> 1) + immediateValue(loop.by);
@@ -223,8 +222,8 @@ void runCounted(CountedLoop& loop) {
       evaluationLevel = loop.level;
       if (!hasRound(loop)) return;
       evaluationLevel = loop.level + branchLevels;
-      standAt(*loop.bodyField);
-      loop.value = evalstat(loop.body, loop.mode);
+      standAt(*loop.body);
+      loop.value = evalstat(*loop.body, loop.mode);
     }
     fromStep = false;
     if (!stepImmediate(loop)) step(loop);
@@ -252,8 +251,8 @@ void runOver(ContainerLoop& loop) {
     if (loop.mode >= 0 && showsMembers(*Environment->frame))
       sendStream(Stream::RESULT, {new3(ASSIGN, simpl(loop.variable), x)});
     if (!conditionHolds(loop)) return;
-    standAt(*loop.bodyField);
-    loop.value = evalstat(loop.body, loop.mode);
+    standAt(*loop.body);
+    loop.value = evalstat(*loop.body, loop.mode);
     evaluationLevel = loop.level + branchLevels;
   }
 }
@@ -271,8 +270,7 @@ DAG forfrom(DAG s, int mode) {
   loop.bounded = s[loopTo] != null;  // what only evaluates to nothing is no bound
   checkVariable(loop.variable);
   loop.condition = s[loopWhile];
-  loop.body = s[loopBody];
-  loop.bodyField = &s[loopBody];
+  loop.body = &s[loopBody];
   loop.mode = mode;
   loop.characters = isCharacterString(loop.from) && isCharacterString(loop.to);
   if (!checkBounds(loop)) {
@@ -301,8 +299,7 @@ DAG forin(DAG s, int mode) {
   updategen(loop.container);
   checkVariable(loop.variable);
   loop.condition = s[containerLoopWhile];
-  loop.body = s[containerLoopBody];
-  loop.bodyField = &s[containerLoopBody];
+  loop.body = &s[containerLoopBody];
   loop.mode = mode;
   loop.count = elementCount(loop.container);
   loop.index = 0;

@@ -209,7 +209,7 @@ void collectAt(Collector& c, DAG variable, DAG value, DAG expression) {
   c.kept[2] = value;
   stepEvaluationClock();
   // The value needs no barrier here: it is held beside the folded number.
-  if (c.ordinary && !watchTable && isOpenName(variable) && value != variable) variable[1] = value;
+  if (c.ordinary && isUnwatched(variable) && isOpenName(variable) && value != variable) variable[1] = value;
   else assign(variable, value);
   DAG result = eval(expression);
   collect(c, result);

@@ -192,9 +192,9 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
 [[gnu::noinline]] DAG assignment(DAG s, int mode) {
   DAG value = evalOperand(s[2]);
   DAG left = s[1];
-  if ((mode == modeInner || mode == modeSilent) && optASSERT != 2 && !watchTable && !isShown(mode)) [[likely]] {
+  if ((mode == modeInner || mode == modeSilent) && optASSERT != 2 && !isShown(mode)) [[likely]] {
     // Outside procedures a value may not hold its target; a plain entry cannot.
-    if (DAG name = mode == modeInner ? plainInstance(left) : DAG()) {
+    if (DAG name = mode == modeInner ? plainInstance(left) : DAG(); name && isUnwatched(name)) {
       if (!isStorable(value)) value = simpl(value);
       if (value != name && !isTag(value, EXPSEQ)) {
         shiftDitto(value);

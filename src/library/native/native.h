@@ -17,10 +17,16 @@ namespace korel {
 
 /// A native function is given the evaluated arguments behind the name, in `arguments`, and the name of the procedure
 /// that calls it as `self`. It answers with a value, simplified or not, or with `unevaluatedNative` for the call
-/// as it stands. Arguments that its procedure's parameters don't check, it checks itself.
+/// as it stands, or shorter with 0. Arguments that its procedure's parameters don't check, it checks itself.
 using NativeFunction = DAG (*)(const BuiltinCall& call);
 /// 'self(arguments)': the call that stays.
 DAG unevaluatedNative(const BuiltinCall& call);
+
+/// The function behind a procedure without parameter types, locals and options whose whole body is
+/// `kernel/native`("name", args), or null: who calls the procedure may call the function and leave out the frame. Only
+/// some functions are meant for that (native.cpp lists them).
+/// Most calls of `sin` and its like stand as they are, in each evaluation of what they are part of.
+NativeFunction directNative(DAG procedure);
 
 /// The number that stands as the body of `kernel/native`, beside those of the table of built-ins.
 constexpr int nativeBuiltin = 1000;

@@ -7,6 +7,7 @@
 #include "frame/interrupts.h"
 #include "library/native/native.h"
 #include "numbers/integer/integer.h"
+#include "numbers/integer/integer_functions.h"
 #include "numbers/primes/factorization.h"
 #include "numbers/primes/montgomery.h"
 #include "numbers/primes/primality.h"
@@ -108,22 +109,6 @@ DAG listOfFactors(DAG n) {
   return new2(LIST, all);
 }
 
-/// base^exponent modulo an odd modulus above 1; 0 when stopped.
-DAG oddPower(DAG base, DAG exponent, DAG modulus) {
-  const MontgomeryModulus m(naturalOf(modulus));
-  Natural x = m.form(naturalOf(base));
-  if (isNegativeInteger(base)) m.subtract(x.data(), Natural(m.limbs()).data(), x.data());
-  const Natural e = naturalOf(exponent);
-  Natural r = m.one();
-  const auto steps = static_cast<std::int64_t>(4 * m.limbs() * m.limbs() + 20);
-  for (std::size_t i = bitLength(e); i-- > 0;) {
-    m.multiply(r.data(), r.data(), r.data());
-    if (bitAt(e, i)) m.multiply(r.data(), r.data(), x.data());
-    if (isTimeUp(steps)) return DAG();
-  }
-  return integerOf(m.valueOf(r));
-}
-
 }  // namespace
 
 // isprime(n): whether the integer is a prime (numbers/primes/primality.h).
@@ -173,11 +158,11 @@ DAG native::factorint(const BuiltinCall& call) {
   return orEnd(listOfFactors(n));
 }
 
-// powermod(b, e, m): b^e modulo an odd m > 1, e >= 0.
-DAG native::powermod(const BuiltinCall& call) {
-  DAG e = integerArgument(call, 2), m = integerArgument(call, 3);
-  if (isNegativeInteger(e) || isNegativeInteger(m)) wrongParameters(call);
-  return orEnd(oddPower(integerArgument(call, 1), e, m));
+// jacobi(a, n): Jacobi's symbol for 0 <= a < n, n odd.
+DAG native::jacobi(const BuiltinCall& call) {
+  DAG a = integerArgument(call, 1), n = integerArgument(call, 2);
+  if (isNegativeInteger(a) || isNegativeInteger(n) || !isodd(n)) wrongParameters(call);
+  return immediate(jacobiSymbol(naturalOf(a), naturalOf(n)));
 }
 
 }  // namespace korel

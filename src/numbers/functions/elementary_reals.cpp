@@ -160,6 +160,23 @@ Limb* fixedExpMinusOne(const Real& x, std::size_t n) {
   return value;
 }
 
+// 1 moved by less than the last bit, for functions that only just differ from it.
+Real beside(int direction) {
+  Limb* row = limbSpace(workingLimbs);
+  const std::size_t n = workingLimbs;
+  for (std::size_t i = 0; i < n; ++i) row[i] = direction < 0 ? ~Limb{0} : 0;
+  if (direction > 0) {
+    row[n - 1] |= Limb{1} << 63;
+    row[0] |= 1;
+  }
+  Real r;
+  r.sign = 1;
+  r.size = static_cast<std::uint32_t>(n);
+  r.exponent = direction < 0 ? 0 : 1;
+  r.limbs = row;
+  return r;
+}
+
 std::size_t fixedLimbs(std::int64_t bits) { return static_cast<std::size_t>((bits + 63) / 64); }
 
 // x + x^2/2 + ... term by term, for small x.
@@ -181,7 +198,7 @@ Real exp(const Real& x) {
     r.exponent = x.sign * outOfRange;
     return r;
   }
-  if (x.exponent < -workingBits()) return Real(1) + x;
+  if (x.exponent < 1 - workingBits()) return beside(x.sign);
   LimbMark mark;
   // Each squaring doubles what is off.
   const std::size_t n = fixedLimbs(workingBits() + halvingsFor(workingBits(), 0.9) + 16);
@@ -321,8 +338,6 @@ int modulo4(const Real& k) {
   return k.sign < 0 ? (4 - low) % 4 : low;
 }
 
-constexpr std::int64_t longestReduction = std::int64_t{1} << 22;
-
 struct Reduced {
   Real rest;    // |rest| <= Pi/4, to the working precision
   int quarter;  // x is the rest and so many times Pi/2, modulo 4
@@ -362,7 +377,7 @@ void smallSineCosine(const Real& t, Real* sine, Real* cosine) {
     std::size_t count = 0;
     if (-2 * t.exponent > bits + 8) {
       if (sine != nullptr) results[count++] = cut(t);
-      if (cosine != nullptr) results[count++] = Real(1) - t * t;
+      if (cosine != nullptr) results[count++] = 2 * t.exponent > 4 - bits ? Real(1) - scaled(t * t, -1) : beside(-1);
     } else {
       const std::size_t n = fixedLimbs(bits + 16);
       const Real square = t * t;
@@ -414,6 +429,18 @@ void smallSineCosine(const Real& t, Real* sine, Real* cosine) {
 }
 
 }  // namespace
+
+std::int64_t bitsBesidePi(const Real& x) {
+  if (x.sign == 0 || x.exponent < 0) return 0;
+  if (x.exponent > longestReduction) return 0;
+  LimbMark mark;
+  // To as many limbs as x has.
+  const std::int64_t known = workingBits();
+  if (x.exponent > known - 64) return x.exponent + 64;
+  const Real half = scaled(pi(), -1), rest = x - nearest(x / half) * half;
+  const std::int64_t lost = rest.sign == 0 ? known : x.exponent - rest.exponent;
+  return lost > known - 4 ? -1 : lost;
+}
 
 void sineCosine(const Real& x, Real* sine, Real* cosine) {
   if (x.sign == 0) {
@@ -516,7 +543,10 @@ void hyperbolicSineCosine(const Real& x, Real* sine, Real* cosine) {
     const Limb* z = fixedRow(square, n);
     const std::int64_t terms = x.sign == 0 ? 1 : termsFor(hyperbolicSeries, bits + 16, -square.exponent);
     results[0] = x * cut(realOfFixed(seriesSum(hyperbolicSeries, z, n, terms), n, 1));
-    if (cosine != nullptr) results[1] = sqrt(Real(1) + results[0] * results[0]);
+    if (cosine != nullptr)
+      results[1] = x.sign == 0                 ? Real(1)
+                   : 2 * x.exponent < 4 - bits ? beside(1)
+                                               : sqrt(Real(1) + results[0] * results[0]);
   } else {
     Precision p(limbsWith(2 - x.exponent));
     const Real e = exp(absolute(x)), i = Real(1) / e;
@@ -535,7 +565,11 @@ Real tanh(const Real& x) {
   if (x.sign == 0) return x;
   LimbMark mark;
   // Beyond this it differs from 1 by less than the last bit.
-  if (x.exponent > 62 || std::fabs(doubleOf(x)) > 0.35 * static_cast<double>(workingBits()) + 10) return Real(x.sign);
+  if (x.exponent > 62 || std::fabs(doubleOf(x)) > 0.35 * static_cast<double>(workingBits()) + 10) {
+    Real r = beside(-1);
+    r.sign = x.sign;
+    return keep(r, mark);
+  }
   Real s, c;
   hyperbolicSineCosine(x, &s, &c);
   return keep(s / c, mark);

@@ -24,8 +24,9 @@ Real lnOnePlus(const Real& x);
 /// |x|^y for x that isn't 0.
 Real power(const Real& x, const Real& y);
 
-/// Sine and cosine of x; null where one isn't wanted. An argument of more than 2^22 bits before the point is
-/// refused: "object too large".
+/// Bits before the point of the longest argument of sine and cosine. Beyond: "object too large".
+constexpr std::int64_t longestReduction = std::int64_t{1} << 22;
+/// Sine and cosine of x; null where one isn't wanted.
 void sineCosine(const Real& x, Real* sine, Real* cosine);
 inline Real sin(const Real& x) {
   Real r;
@@ -37,6 +38,9 @@ inline Real cos(const Real& x) {
   sineCosine(x, nullptr, &r);
   return r;
 }
+/// How many bits of x, as far as they are known, cancel when it is reduced by multiples of Pi/2: those before the point
+/// and those in which it equals one. -1 when all do.
+std::int64_t bitsBesidePi(const Real& x);
 Real arctan(const Real& x);
 /// The angle of the point (x, y), not the origin, in (-Pi, Pi].
 Real angle(const Real& y, const Real& x);

@@ -52,6 +52,12 @@ Limb* limbSpace(std::size_t count) {
   }
 }
 
+LimbPlace limbPlace() { return {current, current < chunkCount ? chunks[current].used : 0}; }
+void returnToPlace(const LimbPlace& place) {
+  current = place.chunk;
+  if (current < chunkCount) chunks[current].used = place.used;
+}
+
 LimbMark::LimbMark() : chunk_(current), used_(current < chunkCount ? chunks[current].used : 0) {}
 void LimbMark::release() {
   if (released_) return;

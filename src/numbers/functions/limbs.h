@@ -28,6 +28,12 @@ class LimbMark {
   std::size_t chunk_, used_;
   bool released_ = false;
 };
+/// A place in the stack, and the way back to it: for loops that give space back in each round.
+struct LimbPlace {
+  std::size_t chunk, used;
+};
+LimbPlace limbPlace();
+void returnToPlace(const LimbPlace& place);
 /// Empties the stack, and hands long chunks back to the system.
 void releaseAllLimbs();
 /// Counts work, about a product of limbs a step. An interrupt or a time limit ends it with an error.

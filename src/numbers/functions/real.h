@@ -118,7 +118,15 @@ inline bool isNegligible(const Real& x, const Real& y) {
 /// An integer, RATIONAL or finite float to the working precision; integers that fit are exact. Nothing but a finite
 /// number is passed. An exponent of ten beyond 2^40 is taken as that.
 Real realOf(DAG number);
-/// The float nearest to x under `Digits` and `Rounding`; numeric events as for any float. Ends the session's use.
+/// mantissa * 10^exponent with some ten digits more than `Digits`; digits that were cut off leave a last digit that
+/// isn't 0 or 5, so that the number rounds as x does.
+struct Decimal {
+  DAG mantissa;
+  std::int64_t exponent;
+};
+Decimal decimalOf(const Real& x);
+/// The float nearest to x under `Digits` and `Rounding`; numeric events as for any float, whose handlers may run: it is
+/// the last use of a session. For two floats, take two decimals first.
 DAG floatOf(const Real& x);
 /// The exact integer of an integer Real below 2^(2^31).
 DAG integerOf(const Real& x);

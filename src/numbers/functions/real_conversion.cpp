@@ -10,6 +10,7 @@
 #include "frame/environment_block.h"
 #include "numbers/arithmetic.h"
 #include "numbers/float/float.h"
+#include "numbers/float/float_rounding.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_groups.h"
 #include "store/objects.h"
@@ -111,19 +112,29 @@ DAG integerOf(const Real& x) {
   return integerOfGroups(groups, count, sign);
 }
 
-DAG floatOf(const Real& x) {
-  if (x.sign == 0) return BuildFloat(cons0, cons0);
+Decimal decimalOf(const Real& x) {
+  if (x.sign == 0) return {cons0, 0};
   if (std::abs(x.exponent) > farthestExponent)
-    return BuildFloat(x.sign < 0 ? consm1 : cons1, NewInteger(x.exponent < 0 ? -farthestExponent : farthestExponent));
-  constexpr std::int64_t guardDigits = 11;
+    return {x.sign < 0 ? consm1 : cons1, x.exponent < 0 ? -farthestExponent : farthestExponent};
+  // A short integer comes out as it is.
+  if (x.size == 1 && x.exponent > 0 && x.exponent <= 64 && (x.exponent == 64 || x.limbs[0] << x.exponent == 0))
+    return {integerOf(x), 0};
+  constexpr std::int64_t guardDigits = 10;
   const auto size = static_cast<std::int64_t>(std::floor(static_cast<double>(x.exponent) * 0.30102999566398120));
   const std::int64_t k = precisionDigits() + guardDigits - size;
   Precision p(limbsForDigits(precisionDigits() + guardDigits));
   Real five = powerOfFive(std::abs(k));
   Real shifted = scaled(k < 0 ? x / five : x * five, k);
-  // A short number comes out whole: 0.5 is 5 * 10^-1.
-  DAG mantissa = integerOf(nearest(shifted));
-  return BuildFloat(mantissa, NewInteger(-k));
+  const Real whole = floorOf(absolute(shifted));
+  DAG mantissa = integerOf(whole);
+  // Digits cut off count in directed rounding.
+  if (compareMagnitudes(whole, shifted) != 0) mantissa = markTruncated(mantissa);
+  return {x.sign < 0 ? complint(mantissa) : mantissa, -k};
+}
+
+DAG floatOf(const Real& x) {
+  const Decimal d = decimalOf(x);
+  return BuildFloat(d.mantissa, NewInteger(d.exponent));
 }
 
 }  // namespace reals

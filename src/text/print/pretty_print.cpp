@@ -480,10 +480,11 @@ void draw(Box which, int top, int column) {
 
 // ---- lines
 
-// The parts of a row one after the other, rows inside it and brackets that are too wide opened up.
+// The parts of a row one after the other, brackets that are too wide opened up, and rows inside it that take more than
+// half of a line: a term is broken only where that leaves the line much too short.
 void flatten(Box which, int width, std::vector<Box>& parts) {
   const BoxRecord box = boxes[static_cast<std::size_t>(which)];
-  if (box.kind == Kind::row) {
+  if (box.kind == Kind::row && box.width > width / 2) {
     for (int i = 0; i < box.count; ++i) flatten(children[static_cast<std::size_t>(box.first + i)], width, parts);
   } else if (box.kind == Kind::bracket && box.width > width) {
     const BracketShape* shape = bracketShapes;

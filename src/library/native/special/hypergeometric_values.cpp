@@ -1,0 +1,267 @@
+#include "library/native/special/hypergeometric_values.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "library/native/special/elementary_balls.h"
+#include "library/native/special/special_series.h"
+
+namespace korel::special {
+
+namespace {
+
+constexpr double seriesRadius = 0.75;
+// A series of slow convergence where there is no other way.
+constexpr double slowRadius = 0.985;
+constexpr double longestSeries = 100000;
+
+double sizeOf(const Complex& z) { return std::hypot(toDouble(z.re), toDouble(z.im)); }
+
+bool endsSeries(const Complex* a, int p) {
+  return std::any_of(a, a + p, [](const Complex& x) { return isPole(x); });
+}
+
+// ---- 2F1 along a path, from Taylor series of its differential equation
+
+struct Point {
+  Complex value, derivative;
+};
+struct Parameters {
+  Complex a, b, c;
+};
+
+// Value and derivative at z0 + h from those at z0; |h| is at most a third of the distance from z0 to 0 and 1, so
+// that the
+// errors of the terms fall as well.
+Point step(const Parameters& f, const Complex& z0, const Complex& h, const Point& at) {
+  const Complex lead = z0 * (Complex(1) - z0), slope = Complex(1) - z0 * 2;
+  const Complex base = f.c - (f.a + f.b + 1) * z0;
+  Complex before = at.value, now = at.derivative * h;  // u(k) h^k and the next
+  Complex value = before + now, derivative = now;
+  const double parameters = 2 * (sizeOf(f.a) + sizeOf(f.b) + sizeOf(f.c)) + 8;
+  const Scratch scratch;
+  for (std::int64_t k = 0;; ++k) {
+    const Complex next = ((f.a + Real(k)) * (f.b + Real(k)) * before * h - (slope * k + base) * (k + 1) * now) * h /
+                         (lead * ((k + 2) * (k + 1)));
+    before = now;
+    now = next;
+    value = value + now;
+    derivative = derivative + now * (k + 2);
+    scratch.keep(before, now, value, derivative);
+    passLimbWork(50);
+    const Bound left = larger(upperBound(before), upperBound(now)) * boundOf(4 * static_cast<double>(k + 2));
+    // As the terms fall, their errors come to the fore in the end.
+    const bool isKnown = !mayBeZero(before) || !mayBeZero(now);
+    if (static_cast<double>(k) > parameters &&
+        (!isKnown || left < upperBound(value) * powerOfTenBound(-workDigits() - 1)))
+      return {widened(value, left), widened(derivative, left) / h};
+    if (k > 1000000) return {giveUp(), unknown()};
+  }
+}
+
+// From `at` at z0 straight on to z1.
+Point walk(const Parameters& f, Complex z0, const Complex& z1, Point at) {
+  for (int steps = 0; steps < 5000; ++steps) {
+    const Complex rest = z1 - z0;
+    if (isExactZero(rest)) return at;
+    const double reach = 0.3 * std::min(sizeOf(z0), sizeOf(Complex(1) - z0)), length = sizeOf(rest);
+    if (length <= reach * 1.05) return step(f, z0, rest, at);
+    // A short number as the share of the way, so that the points between are short as well.
+    const Real share = realOfDouble(std::floor(reach / length * 65536) / 65536);
+    Complex h = rest * share;
+    if (isExactZero(share)) h = rest * realOfDouble(reach / length);
+    h.re.error = h.im.error = {};
+    at = step(f, z0, h, at);
+    z0 = z0 + h;
+    z0.re.error = z0.im.error = {};
+  }
+  return {giveUp(), unknown()};
+}
+
+Point startAt(const Parameters& f, const Complex& z) {
+  const Complex upper[] = {f.a, f.b}, lower[] = {f.c}, upper1[] = {f.a + 1, f.b + 1}, lower1[] = {f.c + 1};
+  return {hypergeometricSum(upper, 2, lower, 1, z), f.a * f.b / f.c * hypergeometricSum(upper1, 2, lower1, 1, z)};
+}
+
+// Around 1 on the side of z; the cut itself belongs to the lower one.
+Complex alongPath(const Parameters& f, const Complex& z) {
+  const double re = toDouble(z.re), im = toDouble(z.im);
+  const double size = std::hypot(re, im);
+  if (size < 1 || std::abs(std::atan2(im, re)) > 0.6) {
+    const Real share = realOfDouble(std::floor(512 / size) / 1024);
+    Complex start = z * share;
+    start.re.error = start.im.error = {};
+    return walk(f, start, z, startAt(f, start)).value;
+  }
+  const Real side(im > 0 ? 1 : -1);
+  const Complex first(Real(1) / 4, side * 3 / 8), second(Real(5) / 4, side * 3 / 4);
+  Point at = walk(f, first, second, startAt(f, first));
+  return walk(f, second, z, at).value;
+}
+
+Complex gauss(const Parameters& f, const Complex& z) {
+  const Complex upper[] = {f.a, f.b}, lower[] = {f.c};
+  const double size = sizeOf(z);
+  if (size <= seriesRadius) return hypergeometricSum(upper, 2, lower, 1, z);
+  if (isExactZero(z - 1))
+    return gamma(f.c) * gamma(f.c - f.a - f.b) * reciprocalGamma(f.c - f.a) * reciprocalGamma(f.c - f.b);
+  if (signOf(z.re) < 0) {
+    // Pfaff: (1 - z)^-a 2F1(a, c - b; c; z/(z - 1))
+    Complex inner = z / (z - 1);
+    const Parameters turned{f.a, f.c - f.b, f.c};
+    if (isExactZero(turned.b)) return power(Complex(1) - z, -f.a);
+    return power(Complex(1) - z, -f.a) * gauss(turned, inner);
+  }
+  if (!std::isfinite(size)) return giveUp();
+  return alongPath(f, z);
+}
+
+// 2F0(a, b; z), which is w^a U(a, a - b + 1, w) for w = -1/z.
+Complex tricomi(const Complex& a, const Complex& b, const Complex& z) {
+  const Complex w = Complex(-1) / z;
+  if (isAsymptotic(w)) {
+    bool reached;
+    const Complex sum = asymptoticSum(a, b, w, reached);
+    if (reached) return sum;
+  }
+  const Complex c = a - b + 1;
+  std::int64_t n;
+  if (isMachineInteger(c, n) || !(sizeOf(w) < longestSeries)) return giveUp();
+  const Complex upper[] = {a}, lower[] = {c}, upper1[] = {b}, lower1[] = {Complex(2) - c};
+  const Complex first = gamma(Complex(1) - c) * reciprocalGamma(b) * hypergeometricSum(upper, 1, lower, 1, w);
+  const Complex second = gamma(c - 1) * reciprocalGamma(a) * hypergeometricSum(upper1, 1, lower1, 1, w);
+  return power(w, a) * first + power(w, b) * second;
+}
+
+}  // namespace
+
+Complex hypergeometric(const Complex* a, int p, const Complex* b, int q, const Complex& z) {
+  if (isExactZero(z)) return 1;
+  const double size = sizeOf(z);
+  if (endsSeries(a, p)) return hypergeometricSum(a, p, b, q, z);
+  if (p <= q) return size < longestSeries ? hypergeometricSum(a, p, b, q, z) : giveUp();
+  if (p == 1) return power(Complex(1) - z, -a[0]);
+  if (p == 2 && q == 1) return gauss({a[0], a[1], b[0]}, z);
+  if (p == q + 1 && size <= slowRadius) return hypergeometricSum(a, p, b, q, z);
+  if (p == 2 && q == 0) return tricomi(a[0], a[1], z);
+  return giveUp();
+}
+
+// ---- orthogonal polynomials
+
+namespace {
+
+constexpr std::int64_t largestDegree = 1000000;
+
+// True for degrees 0, 1, 2, ... that the recurrence takes.
+bool isDegree(const Complex& n, std::int64_t& degree) {
+  return isMachineInteger(n, degree) && degree >= 0 && degree <= largestDegree;
+}
+
+// p(k + 1) from p(k) and p(k - 1) by `next`, up to p(n).
+template <class Next>
+Complex recurrence(std::int64_t n, const Complex& zeroth, const Complex& first, Next next) {
+  if (n == 0) return zeroth;
+  Complex before = zeroth, now = first;
+  const Scratch scratch;
+  for (std::int64_t k = 1; k < n; ++k) {
+    const Complex after = next(k, now, before);
+    before = now;
+    now = after;
+    scratch.keep(before, now);
+    passLimbWork(50);
+  }
+  return now;
+}
+
+Complex half(const Complex& x) { return (Complex(1) - x) / 2; }
+// 2F1(a, b; c; (1 - x)/2), which is cut along x < -1.
+Complex atHalf(const Complex& a, const Complex& b, const Complex& c, const Complex& x) {
+  const Complex upper[] = {a, b}, lower[] = {c};
+  return hypergeometric(upper, 2, lower, 1, half(x));
+}
+// binomial(n + a, n)
+Complex shiftedBinomial(const Complex& n, const Complex& a) {
+  return gamma(n + a + 1) * reciprocalGamma(n + 1) * reciprocalGamma(a + 1);
+}
+
+}  // namespace
+
+Complex legendreP(const Complex& n, const Complex& x) {
+  std::int64_t degree;
+  if (!isDegree(n, degree)) return atHalf(-n, n + 1, Complex(1), x);
+  return recurrence(degree, Complex(1), x, [&](std::int64_t k, const Complex& now, const Complex& before) {
+    return (x * now * (2 * k + 1) - before * k) / (k + 1);
+  });
+}
+
+Complex chebyshevT(const Complex& n, const Complex& x) {
+  std::int64_t degree;
+  if (!isDegree(n, degree)) return atHalf(-n, n, Complex(Real(1) / 2), x);
+  return recurrence(degree, Complex(1), x,
+                    [&](std::int64_t, const Complex& now, const Complex& before) { return x * now * 2 - before; });
+}
+
+Complex chebyshevU(const Complex& n, const Complex& x) {
+  std::int64_t degree;
+  if (!isDegree(n, degree)) return (n + 1) * atHalf(-n, n + Real(2), Complex(Real(3) / 2), x);
+  return recurrence(degree, Complex(1), x * 2,
+                    [&](std::int64_t, const Complex& now, const Complex& before) { return x * now * 2 - before; });
+}
+
+Complex hermiteH(const Complex& n, const Complex& x) {
+  std::int64_t degree;
+  if (isDegree(n, degree))
+    return recurrence(degree, Complex(1), x * 2, [&](std::int64_t k, const Complex& now, const Complex& before) {
+      return (x * now - before * k) * 2;
+    });
+  const Complex halfN = n / 2, x2 = square(x), a = -halfN, b = Complex(Real(1) / 2) - halfN;
+  const Complex upper[] = {a}, lower[] = {Complex(Real(1) / 2)}, upper1[] = {b}, lower1[] = {Complex(Real(3) / 2)};
+  const Complex even = reciprocalGamma(b) * hypergeometric(upper, 1, lower, 1, x2);
+  const Complex odd = x * 2 * reciprocalGamma(a) * hypergeometric(upper1, 1, lower1, 1, x2);
+  return power(Complex(2), n) * sqrt(pi()) * (even - odd);
+}
+
+Complex laguerreL(const Complex& n, const Complex& a, const Complex& x) {
+  std::int64_t degree;
+  if (isDegree(n, degree))
+    return recurrence(degree, Complex(1), a + 1 - x, [&](std::int64_t k, const Complex& now, const Complex& before) {
+      return ((a - x + Real(2 * k + 1)) * now - (a + Real(k)) * before) / (k + 1);
+    });
+  const Complex upper[] = {-n}, lower[] = {a + 1};
+  return shiftedBinomial(n, a) * hypergeometric(upper, 1, lower, 1, x);
+}
+
+Complex gegenbauerC(const Complex& n, const Complex& a, const Complex& x) {
+  std::int64_t degree;
+  if (isDegree(n, degree))
+    return recurrence(degree, Complex(1), a * x * 2, [&](std::int64_t k, const Complex& now, const Complex& before) {
+      return (x * now * (a + Real(k)) * 2 - (a * 2 + Real(k - 1)) * before) / (k + 1);
+    });
+  const Complex twice = a * 2;
+  return gamma(twice + n) * reciprocalGamma(n + 1) * reciprocalGamma(twice) *
+         atHalf(-n, twice + n, a + Complex(Real(1) / 2), x);
+}
+
+Complex jacobiP(const Complex& n, const Complex& a, const Complex& b, const Complex& x) {
+  std::int64_t degree;
+  if (!isDegree(n, degree)) return shiftedBinomial(n, a) * atHalf(-n, a + b + n + 1, a + 1, x);
+  // The finite sum of binomial(n + a, n - k) binomial(n + b, k) ((x - 1)/2)^k ((x + 1)/2)^(n - k) holds for all a
+  // and b.
+  const Complex first = (a + 1) + (a + b + Real(2)) * (x - 1) / 2;
+  if (degree <= 1) return degree == 0 ? Complex(1) : first;
+  const Complex low = (x - 1) / 2, high = (x + 1) / 2;
+  Complex sum(0);
+  const Scratch scratch;
+  for (std::int64_t k = 0; k <= degree; ++k) {
+    Complex left(1), right(1);
+    for (std::int64_t i = 1; i <= degree - k; ++i) left = left * (a + Real(k + i)) / i;
+    for (std::int64_t i = 1; i <= k; ++i) right = right * (b + Real(degree - k + i)) / i;
+    sum = sum + left * right * integerPower(low, k) * integerPower(high, degree - k);
+    scratch.keep(sum);
+    passLimbWork(static_cast<std::size_t>(50 * degree));
+  }
+  return sum;
+}
+
+}  // namespace korel::special

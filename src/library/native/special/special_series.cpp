@@ -1,0 +1,126 @@
+#include "library/native/special/special_series.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "library/native/special/elementary_balls.h"
+
+namespace korel::special {
+
+bool hopeless = false;
+
+Complex unknown() { return widened(Real(), infiniteBound()); }
+Complex giveUp() {
+  hopeless = true;
+  return unknown();
+}
+
+namespace {
+
+// Terms beyond which a series is too long.
+constexpr std::int64_t mostTerms = 3000000;
+
+// What the ratios of all further terms are bounded by: factors (|a| + k)/(b + k), which fall towards 1, and 1/(b + k).
+class RatioBound {
+ public:
+  RatioBound(const Complex* a, int p, const Complex* b, int q, const Complex& z) : p_(p), q_(q), z_(upperBound(z)) {
+    for (int i = 0; i < p; ++i) upper_[i] = doubleOf(upperBound(a[i]));
+    for (int i = 0; i < q; ++i) {
+      const double re = toDouble(b[i].re);
+      lower_[i] = re > 0 ? re * (1 - 1e-9) : -doubleOf(upperBound(b[i]));
+    }
+    lower_[q_++] = 1;
+  }
+  double after(std::int64_t k) const {
+    const auto n = static_cast<double>(k);
+    Bound ratio = z_;
+    for (int i = 0; i < q_; ++i) {
+      const double below = lower_[i] + n;
+      if (below <= 0) return 2;
+      ratio = ratio * boundOf(i < p_ ? std::max(1.0, (upper_[i] + n) / below) : 1 / below);
+    }
+    return doubleOf(ratio);
+  }
+
+ private:
+  static constexpr int most = 32;
+  int p_, q_;
+  Bound z_;
+  double upper_[most], lower_[most + 1];
+};
+
+}  // namespace
+
+Complex hypergeometricSum(const Complex* a, int p, const Complex* b, int q, const Complex& z) {
+  Complex term(1), sum(1);
+  if (isExactZero(z)) return sum;
+  const RatioBound ratios(a, p, b, q, z);
+  const Scratch scratch;
+  std::int64_t top = 1;
+  for (std::int64_t k = 0; k < mostTerms; ++k) {
+    Complex numerator = z, denominator(k + 1);
+    for (int i = 0; i < p; ++i) numerator = numerator * (a[i] + Real(k));
+    for (int i = 0; i < q; ++i) denominator = denominator * (b[i] + Real(k));
+    term = term * numerator / denominator;
+    if (isExactZero(term)) return sum;
+    top = std::max(top, topOf(term));
+    term = cut(term, top - workLimbs() - 1);
+    sum = sum + term;
+    scratch.keep(term, sum);
+    passLimbWork(20);
+    if (topOf(term) > top - workLimbs()) continue;
+    const double ratio = ratios.after(k + 1);
+    if (ratio < 0.9999) return widened(sum, upperBound(term) * boundOf(ratio / (1 - ratio)));
+  }
+  return giveUp();
+}
+
+// The bounds are those of F. W. J. Olver, "On the asymptotic solution of second-order differential equations having an
+// irregular singularity of rank one", 1965, for all arguments up to Pi.
+Complex asymptoticSum(const Complex& a1, const Complex& a2, const Complex& w, bool& reached) {
+  reached = false;
+  const double size = doubleOf(lowerBound(w));
+  const double sigma = doubleOf(upperBound(Complex(1) - a1 - a2)) / size;
+  if (!(sigma < 0.5)) return unknown();
+  const double alpha = 1 / (1 - sigma), apart = sigma * (1 + sigma / 4) * alpha * alpha;
+  const double rho = doubleOf(upperBound(a1 * a2 * 2 - a1 - a2 + 1)) / 2 + apart;
+  const double exponent = 2 * alpha * rho * 1.6 * (1 + sigma) * (1 + sigma) / size;
+  if (!(exponent < 300)) return unknown();
+  const double factor = 2 * alpha * std::exp(exponent);
+  const double parameters = 1 + doubleOf(upperBound(a1)) + doubleOf(upperBound(a2));
+  Complex term(1), sum(1);
+  const Complex inverse = Complex(-1) / w;
+  const Scratch scratch;
+  for (std::int64_t k = 0; k < mostTerms; ++k) {
+    const Complex next = cut(term * (a1 + Real(k)) * (a2 + Real(k)) * inverse / (k + 1), -workLimbs() - 1);
+    if (isExactZero(next)) {
+      reached = true;
+      return sum;
+    }
+    const auto n = static_cast<double>(k + 1);
+    const double shape = (2 * std::sqrt(n + 2) + 2 * sigma * n) * std::exp(std::min(3 * sigma * sigma * n, 300.0));
+    const bool falls = upperBound(next) < upperBound(term);
+    const bool isSmall = topOf(next) <= 1 - workLimbs();
+    if (isSmall || (!falls && n > parameters)) {
+      reached = isSmall;
+      const Bound left = upperBound(next) * boundOf(factor * shape);
+      sum = widened(sum, left);
+      // On the negative axis there is more than the series shows, off the real line.
+      if (isReal(w) && isNegative(w.re)) sum.im = widened(sum.im, left);
+      return sum;
+    }
+    term = next;
+    sum = sum + term;
+    scratch.keep(term, sum);
+    passLimbWork(20);
+  }
+  return giveUp();
+}
+
+bool isAsymptotic(const Complex& w) {
+  const Bound size = lowerBound(w);
+  // The smallest term is about e^-|w|.
+  return doubleOf(size) * 0.4342 > workDigits() + 3;
+}
+
+}  // namespace korel::special

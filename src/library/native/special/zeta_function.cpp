@@ -1,0 +1,174 @@
+// The zeta functions of Riemann and Hurwitz and their derivatives, by the sum of Euler and Maclaurin (F. Johansson,
+// "Rigorous high-precision computation of the Hurwitz zeta function and its derivatives", 2015).
+
+#include <algorithm>
+#include <cmath>
+
+#include "library/native/special/elementary_balls.h"
+#include "library/native/special/special_series.h"
+
+namespace korel::special {
+
+namespace {
+
+constexpr std::int64_t mostPowers = 200000;
+constexpr std::int64_t mostDerivatives = 100;
+
+// A power series in the difference from s, up to the n-th power: what derivatives are read from.
+struct Jet {
+  Complex* c;
+  std::int64_t n;
+};
+Jet newJet(std::int64_t n) { return {numberSpace<Complex>(n + 1), n}; }
+// x (a + t) in place.
+void timesLinear(const Jet& x, const Complex& a) {
+  for (std::int64_t i = x.n; i >= 0; --i) x.c[i] = i == 0 ? x.c[i] * a : x.c[i] * a + x.c[i - 1];
+}
+// x / (a + t) in place.
+void overLinear(const Jet& x, const Complex& a) {
+  for (std::int64_t i = 0; i <= x.n; ++i) x.c[i] = (i == 0 ? x.c[i] : x.c[i] - x.c[i - 1]) / a;
+}
+void scale(const Jet& x, const Complex& a) {
+  for (std::int64_t i = 0; i <= x.n; ++i) x.c[i] = x.c[i] * a;
+}
+void add(const Jet& sum, const Jet& x, std::int64_t lowest) {
+  for (std::int64_t i = 0; i <= x.n; ++i) sum.c[i] = sum.c[i] + cut(x.c[i], lowest);
+}
+// base^-(s + t)
+Jet powerJet(const Complex& base, const Complex& s, std::int64_t n) {
+  Jet jet = newJet(n);
+  std::int64_t whole;
+  if (n == 0 && isMachineInteger(s, whole) && std::abs(whole) < 10000) {
+    jet.c[0] = whole >= 0 ? Complex(1) / integerPower(base, whole) : integerPower(base, -whole);
+    return jet;
+  }
+  const Complex log = ln(base);
+  jet.c[0] = exp(-(s * log));
+  for (std::int64_t i = 1; i <= n; ++i) jet.c[i] = -(jet.c[i - 1] * log) / i;
+  return jet;
+}
+// The sum of (a + k)^-s for k < n; of natural numbers from the powers of their primes.
+Jet sumOfPowers(const Complex& s, const Complex& a, std::int64_t count, std::int64_t n) {
+  Jet sum = newJet(n);
+  std::int64_t first, whole;
+  const bool naturals = n == 0 && isMachineInteger(a, first) && first == 1 && !isMachineInteger(s, whole);
+  Complex* powers = nullptr;
+  if (naturals) powers = newJet(count + 1).c;
+  const Scratch scratch;
+  for (std::int64_t k = 0; k < count; ++k) {
+    Jet term{nullptr, n};
+    if (naturals && k > 0) {
+      std::int64_t prime = 2;
+      while (prime * prime <= k + 1 && (k + 1) % prime != 0) ++prime;
+      term = newJet(0);
+      term.c[0] =
+          prime * prime <= k + 1 ? powers[prime] * powers[(k + 1) / prime] : powerJet(Complex(k + 1), s, 0).c[0];
+    } else {
+      term = powerJet(a + Real(k), s, n);
+    }
+    if (naturals) powers[k + 1] = term.c[0];
+    add(sum, term, -workLimbs() - 1 + std::max<std::int64_t>(topOf(sum.c[0]), 0));
+    if (!naturals && n == 0) scratch.keep(sum.c[0]);
+    passLimbWork(100);
+  }
+  return sum;
+}
+
+// The terms with Bernoulli numbers, times base^-s: 1/2 + sum B(2k)/(2k)! (s)_(2k-1) / base^(2k-1), and the bound of
+// what remains.
+Jet tail(const Complex& s, const Complex& base, std::int64_t n) {
+  Jet factor = powerJet(base, s, n), sum = newJet(n);
+  const Complex inverse = Complex(1) / square(base);
+  add(sum, factor, -workLimbs() - 4);
+  scale(sum, Complex(Real(1) / 2));
+  // factor = base^-s (s)_(2k-1) / (base^(2k-1) (2k-2)!), so that its coefficient is B(2k)/(2k(2k-1))
+  timesLinear(factor, s);
+  scale(factor, Complex(1) / base);
+  const double size = doubleOf(upperBound(base)), sigma = toDouble(s.re);
+  const double turn = std::abs(toDouble(s.im) * std::atan2(toDouble(base.im), toDouble(base.re)));
+  const auto guess = static_cast<std::int64_t>(0.5 * workDigits()) + 10;
+  const double logs = std::log(size) + 3;
+  Bound before = infiniteBound();
+  for (std::int64_t k = 1;; ++k) {
+    Bound largest;
+    const Real coefficient = stirlingCoefficient(k, guess);
+    for (std::int64_t i = 0; i <= n; ++i) {
+      const Complex term = factor.c[i] * coefficient;
+      largest = larger(largest, upperBound(term));
+      sum.c[i] = sum.c[i] + cut(term, -workLimbs() - 4);
+    }
+    timesLinear(factor, s + Real(2 * k - 1));
+    timesLinear(factor, s + Real(2 * k));
+    scale(factor, inverse / ((2 * k) * (2 * k - 1)));
+    passLimbWork(static_cast<std::size_t>(20 * (n + 1)));
+    const auto order = static_cast<double>(k);
+    const double logPower = std::pow(logs + std::log(2 * order + 2), static_cast<double>(n));
+    const double strength =
+        sigma + 2 * order > 1 ? 8 * (1 + (doubleOf(upperBound(s)) + 2 * order) / (sigma + 2 * order - 1)) : 0;
+    const Bound left = largest * boundOf(strength * logPower * std::exp(std::min(turn, 600.0)));
+    if (strength != 0 && (left.m == 0 || left.e < -workLimbs() - 1 || !(largest < before) || k > 20 * guess)) {
+      for (std::int64_t i = 0; i <= n; ++i) sum.c[i] = widened(sum.c[i], left);
+      return sum;
+    }
+    before = largest;
+  }
+}
+
+}  // namespace
+
+Complex hurwitzZeta(const Complex& s, const Complex& a, std::int64_t n) {
+  const double size = doubleOf(upperBound(s)), re = toDouble(a.re), im = toDouble(a.im);
+  if (n > mostDerivatives || !(size < static_cast<double>(mostPowers))) return giveUp();
+  const double needed = 0.5 * workDigits() + 0.7 * size + 5;
+  double count = std::max(needed - re, 0.0);
+  if (re > 1 && std::abs(im) > needed) count = 0;
+  if (!(count < static_cast<double>(mostPowers))) return giveUp();
+  const auto powers = static_cast<std::int64_t>(count);
+  const Complex base = a + Real(powers);
+  Jet value = sumOfPowers(s, a, powers, n);
+  // base^(1 - s) / (s - 1)
+  Jet integral = powerJet(base, s - Real(1), n);
+  overLinear(integral, s - Real(1));
+  add(value, integral, -workLimbs() - 4);
+  add(value, tail(s, base, n), -workLimbs() - 4);
+  return value.c[n] * Complex(factorialBall(n));
+}
+
+namespace {
+
+// zeta(n) for an even n > 0, and where Euler's product of few primes has it, for any large real s.
+Complex zetaByProduct(const Complex& s) {
+  // 1/zeta(s) is the product of 1 - p^-s
+  Complex product(1);
+  const double sigma = toDouble(s.re);
+  const Scratch scratch;
+  const double wanted = workDigits();
+  for (std::int64_t p = 2;; ++p) {
+    bool prime = true;
+    for (std::int64_t d = 2; d * d <= p && prime; ++d) prime = p % d != 0;
+    if (sigma * std::log10(static_cast<double>(p)) > wanted) {
+      const double rest = std::log10(static_cast<double>(p)) * -(sigma - 1) + 1;
+      return Complex(1) / widened(product, powerOfTenBound(rest));
+    }
+    if (!prime) continue;
+    product = product * (Complex(1) - powerJet(Complex(p), s, 0).c[0]);
+    scratch.keep(product);
+    passLimbWork(20);
+  }
+}
+
+}  // namespace
+
+Complex riemannZeta(const Complex& s) {
+  const double sigma = toDouble(s.re);
+  if (sigma < -1.5) {
+    // zeta(s) = 2 (2 Pi)^(s - 1) sin(Pi s/2) gamma(1 - s) zeta(1 - s)
+    const Complex other = Complex(1) - s;
+    return power(Complex(pi() * 2), -other) * sinPi(s / 2) * gamma(other) * riemannZeta(other) * 2;
+  }
+  const double wanted = workDigits();
+  if (sigma > 1e6 || sigma * std::log10(wanted) > wanted) return zetaByProduct(s);
+  return hurwitzZeta(s, Complex(1), 0);
+}
+
+}  // namespace korel::special
