@@ -39,7 +39,9 @@ void checkPairs(const MarchRun& run, const PairTexts& texts, bool fileFirst) {
   for (Word i = 1; i <= n; ++i) {
     DAG argument = run.arguments[i];
     bool isFile = (i % 2 == 1) == fileFirst;
-    if (!isText(argument))
+    // An entry that begins with the end of its name is an empty one.
+    const bool isStorable = !fileFirst || isFile || !isText(argument) || textOf(argument)[0] != 0;
+    if (!isText(argument) || !isStorable)
       KernelException(isFile ? "\"%1\" is not a valid file name" : "\"%1\" is not a valid member name", argument);
   }
 }

@@ -61,12 +61,18 @@ void writeMember(DAG object, const char* name, RepositoryDesc* r) {
   WriteDotMFile(path, object, r);
 }
 
-// The exports of a stored module know whose they are: whoever loads one loads the module.
-void nameExports(DAG module, DAG name) {
+// The exports of a stored module know whose they are: whoever loads one loads the module. One that has not been fetched
+// has the reference to its object in place of attributes: in its own repository it knows already.
+void nameExports(DAG module, DAG name, const RepositoryDesc* r) {
   DAG exports = module[moduleExports];
   for (Word i = 1; i < lengthOf(exports); ++i) {
     DAG member = exports[i];
-    if (!isName(member) || ModuleNameAttr(member[2])) continue;
+    if (!isName(member)) continue;
+    if (isDeferred(member) && isName(member[2])) {
+      if (member[2][2] == RepositoryName(r)) continue;
+      RetrieveName(member);
+    }
+    if (ModuleNameAttr(member[2])) continue;
     DAG equation = simpl(new3(EQUATION, naminstall("modulename"), name));
     DAG attributes = member[2] == null ? new2(EXPSEQ, equation) : Append2(CopyAlg(asSequence(member[2])), equation);
     member[2] = simpl(attributes);
@@ -157,7 +163,7 @@ bool SaveInRepository(DAG list, Word count, DAG dir) {
   for (Word i = 1; i <= count; ++i) {
     DAG name = list[i];
     if (!isToBeSaved(name, place == 0)) continue;
-    if (isTag(name[1], MODULE)) nameExports(name[1], name);
+    if (isTag(name[1], MODULE)) nameExports(name[1], name, r);
     findReferences(name, r);
     members = Append2(members, name);
   }
