@@ -23,7 +23,18 @@
   if open = 0 then return best end if;
   rest := distinct([seq(rest[t], t = 1..open)]);
   t := `if`(best = -wanted*infinity, NULL, best);
+  if t <> NULL then
+    # What is known of names under assumption.
+    rest := remove(`simpl/beyond`, rest, best, -wanted);
+    if rest = [] then return best end if;
+    if select(`simpl/beyond`, rest, best, wanted) <> [] then t := NULL end if
+  end if;
   if nops([t, op(rest)]) = 1 and type(op(rest), algebraic) then op(rest) else 'f'(t, op(rest)) end if
+end proc:
+
+`simpl/beyond` := proc(x, y, sign)
+  description "simpl/beyond(x, y, sign): whether x is known to be at least y for the sign 1, at most y for -1";
+  type(x, algebraic) and `kernel/native`("known", sign*(x - y), nonnegative)
 end proc:
 
 `simpl/flatarguments` := proc(f)

@@ -17,6 +17,7 @@ unassume(): about(); x;
 assume(x > 0, y < 0, r, real, n, integer, w, imaginary);
 abs(x), abs(-x), abs(x*a), abs(y), abs(r), abs(x*y*r), abs(r^2), abs(exp(r)), abs(x*r + a);
 Re(x + I*r) - x, Im(x + I*r), conjugate(x + I*r) - x, Re(r*a), Im(r*a), Re(a*I), conjugate(x*a), Re(w), Im(w), conjugate(w);
+max(x, 0), max(x, -1, y), min(x, y, 0), max(r, 0), min(n^2, -1), max(abs(a), 0);
 floor(n), floor(n + r) - n, floor(n + 1/2), floor(a + 1), ceil(2*n + 1/3), round(n), trunc(n), frac(n), floor(x);
 additionally(x < 1): floor(x), ceil(x), floor(x + 3), floor(-x), round(x);
 # For a while: names keep what they had, and what comes out is written in them.

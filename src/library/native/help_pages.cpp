@@ -92,7 +92,7 @@ std::string_view baseName(std::string_view path) {
 std::string subjectIn(const std::string& text) {
   constexpr std::size_t width = 78;
   std::string shown = titleIn(text) + "\n", line;
-  const std::size_t start = text.find('\n');
+  const std::size_t start = std::min(text.find('\n'), text.size());
   shown += text.substr(start, text.find("\n## ", start) - start);
   for (std::size_t at = text.find("\n## "); at != text.npos; at = text.find("\n## ", at + 1)) {
     std::string names = text.substr(at + 4, text.find('\n', at + 1) - at - 4);
