@@ -301,7 +301,10 @@ void debugger(DAG arguments) {
     if (!holds(arguments[1])) return;
     arguments = Environment->frame->ditto1;
   }
-  if (isTag(Environment->frame->proc, MODDEF) || retrieve("debugger") == null) return;
+  if (isTag(Environment->frame->proc, MODDEF)) return;
+  // Another value than a procedure would be a command again and again.
+  const DAG dialogue = retrieve("debugger");
+  if (dialogue == null || !isTag(dialogue[1], PROC)) return;
   Dialogue d;
   begin(d);
   std::jmp_buf buffer;

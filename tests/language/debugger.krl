@@ -45,6 +45,8 @@ tell("printlevel", "debugopts(interrupt)"); c(4); lasterror; printlevel; "after"
 debugger := proc() lprint(args); NULL end proc:
 debugopts(steplevel = z); debugopts(steplevel = 2^40);
 DEBUG(5); DEBUG(1 > 2); DEBUG(1 < 2); DEBUG(u < v);
+# A `debugger` that is no procedure is none.
+debugger := 5: c(4); debugger := proc() lprint(args); NULL end proc: c(4);
 # Equal statements are told apart, whatever form they stand in; a `DEBUG` of the program's own is a statement too.
 same := proc(n) local s, i; s := n; s; if n > 1 then s else s end if; for i to 2 do s end do; try s; error "same" catch: s finally s end try; s; s end proc:
 debugger := proc() lprint(args[-1][3]); debugopts(steplevel = `if`(args[-1][2] = same, 999999999, 0)); NULL end proc:
