@@ -156,15 +156,22 @@ end proc:
 
 `mod/Discrim` := proc(a, x, p)
   description "Discrim(a, x) mod p: the discriminant of a polynomial in x";
-  local d, n, lead, c;
+  local c, d, e, n, lead, r, excess;
   c := `mod/aid/setting`([a], [x]);
-  if c = NULL or c[2] <> [] then return NULL end if;
-  d := modp1(ConvertIn(modp(a, p), x), p);
-  n := modp1(Degree(d), p);
+  if c = NULL then return NULL end if;
+  d := `mod/aid/run`('Add', [a, 0], x, c[2], p);
+  n := degree(d, x);
   if n < 1 then return 0 end if;
-  lead := modp1(Coeff(d, n), p);
+  e := `mod/aid/run`('Add', [diff(d, x), 0], x, c[2], p);
+  if e = 0 then return 0 end if;
+  r := `mod/aid/run`('Resultant', [d, e], x, c[2], p);
   # A derivative of lower degree than n - 1 leaves out powers of the leading coefficient.
-  (-1)^(n*(n - 1)/2)*modp1(Resultant(d, Diff(d)), p)*lead^(n - 2 - modp1(Degree(Diff(d)), p)) mod p
+  lead := coeff(d, x, n);
+  excess := n - 2 - degree(e, x);
+  if excess < 0 then r := `mod/aid/divided`(r, lead, x, p)[1]
+  else to excess do r := `mod/aid/run`('Multiply', [r, lead], x, c[2], p) end do
+  end if;
+  (-1)^(n*(n - 1)/2)*r mod p
 end proc:
 
 # ---- powers and values

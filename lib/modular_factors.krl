@@ -59,14 +59,15 @@ end proc:
   description "Primitive(a) mod p: whether the powers of a root of the irreducible polynomial make all elements but 0";
   local s, x, d, n, order, q;
   s := `mod/aid/setting`([a], []);
-  if s = NULL or s[1] = [] or s[2] <> [] then return NULL end if;
+  if s = NULL or s[1] = [] then return NULL end if;
   x := op(s[1]);
-  d := modp1(ConvertIn(modp(a, p), x), p);
-  if not modp1(Irreduc(d), p) or modp1(Coeff(d, 0), p) = 0 then return false end if;
-  n := modp1(Degree(d), p);
+  d := `mod/aid/run`('Add', [a, 0], x, s[2], p);
+  if not `mod/aid/run`('Irreduc', [d], x, s[2], p) or coeff(d, x, 0) = 0 then return false end if;
+  n := degree(d, x);
+  if s[2] <> [] then n := n*modp1(Degree(`mod/aid/minimal`(op(s[2]), x, p)), p) end if;
   order := p^n - 1;
   for q in `mod/aid/primes`(order) do
-    if modp1(IsOne(Powmod(Shift(One(x), 1), iquo(order, q), d)), p) then return false end if
+    if `mod/aid/run`('Powmod', [x, [iquo(order, q)], d], x, s[2], p) = 1 then return false end if
   end do;
   true
 end proc:

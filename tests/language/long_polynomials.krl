@@ -47,5 +47,6 @@ evalb(normal(add(1/((x + k)*(x + k + 1)), k = 0 .. 99)) = 100/(x*(x + 100))), no
 # Divisors with coefficients of hundreds of digits.
 c := expand((3 + x)^200 - 5): evalb(gcd(expand(((1 + x)^200 + 3)*c), expand(((2 - x)^200 + x)*c)) = c);
 c := expand((x + 10^10*y)^6 + z^6): evalb(gcd(expand(((10^30*x + y + z)^8 + 3)*c), expand(((2 - x + 2*y - 10^20*z)^8 + x)*c)) = c);
+c := expand((3 + x*y - z)^8 - 5*10^100): d := expand((10^50 + x - y*z)^8 + 3): p := expand(c*d): evalb(gcd(p, c) = c), evalb(normal(p/c) = d), divide(p + 1, c);
 # Digits of long numbers.
 p := genpoly(3^20000, 10, x): nops(p), evalb(subs(x = 10, p) = 3^20000);

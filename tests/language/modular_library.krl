@@ -47,3 +47,6 @@ evalgf1(Factors(Multiply(A, Multiply(B, B, e), e), e), 3), evalgf1(Irreduc(A, e)
 evalgf1(Gcd(A, B), 3); evalgf1(Gcd(A, e, e), 3); evalgf1(Factors(Zero(x, y), e), 3); evalgf1(Powmod(A, -1, B, e), 3); evalgf1(Quo(A, Zero(x, y), e), 3);
 modp2(Add(A, B, A), 3), modp2(Subtract(A), 3), modp2(Subtract(A, B), 3), modp2(Multiply(A, B), 3), expand(modp2(ConvertOut(A), 3)*modp2(ConvertOut(B), 3)) mod 3, modp2(Multiply(A, Zero(x, y)), 3);
 modp1(ChremPoly([modp1(ConvertIn(x^2 + 1, x), 3), modp1(ConvertIn(2*x + 4, x), 5)], [3, 5]), 7); modp1(ChremPoly([], []), 7);
+# Discriminants and primitive polynomials over a field that is given by a root.
+r := RootOf(_Z^2 + 2): Discrim(x^2 + r*x + 1, x) mod 5, Discrim(r*x^3 + x + 1, x) mod 5, Discrim(x^5 + r*x + r, x) mod 5, Discrim(x + r, x) mod 5;
+a := RootOf(_Z^2 + _Z + 1): Primitive(x^2 + x + a) mod 2, Primitive(x^2 + a*x + a) mod 2, Primitive(x + a) mod 2, Primitive(x + r) mod 5, Primitive(x^2 + a) mod 2;

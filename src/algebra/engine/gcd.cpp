@@ -211,10 +211,14 @@ bool primitiveGcd(Arena& arena, const Layout& layout, IntegerPolynomial a, Integ
   if (Monomial only = fieldsOfB & ~fieldsOfA; only != 0) return gcdOfCoefficients(arena, layout, b, only, a, result);
   const Monomial contentOfA = monomialContent(layout, a), contentOfB = monomialContent(layout, b);
   IntegerPolynomial p = shifted(arena, a, contentOfA, false), q = shifted(arena, b, contentOfB, false);
-  const bool imagesFirst = imagesAreFaster(layout, p, q);
-  if (!(imagesFirst && gcdByImages(arena, layout, p, q, result)) && !heuristicGcd(arena, layout, p, q, result) &&
-      (imagesFirst || !gcdByImages(arena, layout, p, q, result)))
-    return false;
+  if (isConstant(p) || isConstant(q)) {
+    result = constantOne(arena);
+  } else {
+    const bool imagesFirst = imagesAreFaster(layout, p, q);
+    if (!(imagesFirst && gcdByImages(arena, layout, p, q, result)) && !heuristicGcd(arena, layout, p, q, result) &&
+        (imagesFirst || !gcdByImages(arena, layout, p, q, result)))
+      return false;
+  }
   result = shifted(arena, result, commonMonomial(layout, contentOfA, contentOfB), true);
   return true;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "numbers/integer/integer.h"
+#include "numbers/primes/primality.h"
 
 namespace korel::engine {
 
@@ -26,25 +27,9 @@ Residue Modulus::of(DAG integer) const {
   return hasTag(integer, INTNEG) ? subtract(0, result) : result;
 }
 
-// The test of Miller and Rabin with the bases that decide all numbers below 2^64.
-static bool isPrimeNumber(Residue n) {
-  const Modulus m{n};
-  int twos = __builtin_ctzll(n - 1);
-  for (Residue base : {2, 3, 5, 7, 11, 13, 17, 19, 23, 29, 31, 37}) {
-    Residue x = m.power(base, (n - 1) >> twos);
-    bool passes = x == 1 || x == n - 1;
-    for (int k = 1; k < twos && !passes; ++k) {
-      x = m.multiply(x, x);
-      passes = x == n - 1;
-    }
-    if (!passes) return false;
-  }
-  return true;
-}
-
 Residue primeBelow(Residue bound) {
   Residue n = bound - 1 - bound % 2;
-  while (!isPrimeNumber(n)) n -= 2;
+  while (!isPrimeLimb(n)) n -= 2;
   return n;
 }
 

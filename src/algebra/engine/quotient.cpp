@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "algebra/engine/product.h"
+#include "algebra/polynomials/divide.h"
 #include "eval/simplify/simplify.h"
 #include "frame/interrupts.h"
 #include "numbers/arithmetic.h"
@@ -279,15 +280,32 @@ Division divideExactly(Arena& arena, const Layout& layout, const Polynomial& a, 
   return Division::tooWide;
 }
 
-// ---- long coefficients, by way of the values at a power of ten
+// ---- long coefficients, by way of the values at a power of ten or term by term
 
 namespace {
+
+constexpr double longestValue = 1e6;  // digits of base 10000
+
+// Where terms lie far apart: the kernel's long division, on the expressions.
+bool quotientByTerms(Arena& arena, const Layout& layout, const IntegerPolynomial& a, const IntegerPolynomial& b,
+                     IntegerPolynomial& quotient) {
+  const std::int64_t zeros[mostVariables] = {};
+  if (b.count == 1 && b.monomials[0] == 0) return false;
+  DAG dividend = unpackIntegers(arena, layout, a.monomials, a.coefficients, a.count, zeros, cons1);
+  DAG divisor = unpackIntegers(arena, layout, b.monomials, b.coefficients, b.count, zeros, cons1), q;
+  if (!divideByTerms(dividend, divisor, q)) return false;
+  Operand operand{.sum = q};
+  operand.terms = isTag(q, SUM) ? (lengthOf(q) - 1) / 2 : 1;
+  operand.denominator = cons1;
+  quotient = packIntegers(arena, layout, operand);
+  return true;
+}
 
 // Factors of a polynomial have coefficients whose product is below e^(sum of degrees) times the largest of its own
 // (Gelfond): what is longer is no quotient, and what is not cannot mix with its neighbours in the product.
 bool quotientOfValues(Arena& arena, const Layout& layout, const IntegerPolynomial& a, const IntegerPolynomial& b,
                       IntegerPolynomial& quotient) {
-  constexpr double longestValue = 4e6, bitsOfE = 1.4427;
+  constexpr double bitsOfE = 1.4427;
   std::int64_t highest[mostVariables], highestOfB[mostVariables], highestOfQuotient[mostVariables];
   highestExponents(layout, {a.count, a.monomials, nullptr, 1}, highest);
   highestExponents(layout, {b.count, b.monomials, nullptr, 1}, highestOfB);
@@ -296,7 +314,7 @@ bool quotientOfValues(Arena& arena, const Layout& layout, const IntegerPolynomia
   Box box(layout, highest);
   const std::int64_t digits =
       digitsForBits(std::max(bits, bitsOfLargest(b)) + std::log2(static_cast<double>(b.count)) + 2);
-  if (box.places() * static_cast<double>(digits) > longestValue) return false;
+  if (box.places() * static_cast<double>(digits) > longestValue) return quotientByTerms(arena, layout, a, b, quotient);
   DAG q, rest = rem(valueAtPower(arena, box, a, digits), valueAtPower(arena, box, b, digits), &q);
   if (simpl(rest) != cons0) return false;
   PowerSum sum = fromValue(arena, simpl(q), digits);

@@ -11,8 +11,7 @@ enum class Division { exact, inexact, tooWide };
 Division divideExactly(Arena& arena, const Layout& layout, const Polynomial& a, const Polynomial& b,
                        Polynomial& quotient);
 
-/// The same for integers of the kernel, of any length. False when `b` doesn't divide `a`, and when the box that the
-/// degrees of `a` span is too large.
+/// The same for integers of the kernel, of any length: whether `b` divides `a`.
 bool quotientOfIntegers(Arena& arena, const Layout& layout, const IntegerPolynomial& a, const IntegerPolynomial& b,
                         IntegerPolynomial& quotient);
 

@@ -28,7 +28,7 @@ Operands operandsOf(const BuiltinCall& call, const char* name) {
   if (argumentCount(call) != 2 || !isInteger(call.arguments[2])) wrongParameters(call);
   DAG a = call.arguments[1], m = call.arguments[2];
   if (!mVerify(a, m)) KernelException("modp1: invalid arguments to function %1", naminstall(name));
-  if (!isProbablePrime(m)) KernelException("prime modulus expected, but received %1", m);
+  if (!isPrimeModulus(m)) KernelException("prime modulus expected, but received %1", m);
   return {withModulus(a, m), m, denseDegree(a)};
 }
 

@@ -274,7 +274,7 @@ DAG native::galoisOperation(const BuiltinCall& call) {
     if (!hasText(operands[1], operation.name)) continue;
     DAG name = naminstall(operation.name);
     if (!operandsFit(operation, operands, e, m)) KernelException("evalgf1: invalid arguments to function %1", name);
-    if (!isProbablePrime(m)) KernelException("prime modulus expected, but received %1", m);
+    if (!isPrimeModulus(m)) KernelException("prime modulus expected, but received %1", m);
     DAG names = operands[2][1];
     GuardedWorkspace space;
     auto run = [&](const auto& base, auto function) {

@@ -10,6 +10,7 @@
 #include "numbers/arithmetic.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
+#include "numbers/primes/primality.h"
 #include "store/objects.h"
 
 namespace korel {
@@ -37,37 +38,11 @@ DAG mChrem(DAG residues, DAG moduli) {
 
 // ---- primes
 
-namespace {
-
-// Miller and Rabin's test to the first primes as bases: no composite number below 3.3 * 10^24 passes it.
-constexpr std::int32_t witnesses[] = {2, 3, 5, 7, 11, 13, 17, 19, 23, 29, 31, 37, 41, 43, 47, 53};
-
-}  // namespace
-
-bool isProbablePrime(DAG n) {
+bool isPrimeModulus(DAG n) {
   if (compcon(n, cons1) <= 0) return false;
-  for (std::int32_t p : witnesses) {
-    if (eq(n, p)) return true;
-    if (imod(n, immediate(p), false) == cons0) return false;
-  }
-  DAG minusOne = simpl(add(n, consm1)), odd = minusOne;
-  int twos = 0;
-  while (!isodd(odd)) {
-    DAG rest;
-    odd = IntegerDivide(odd, immediate(2), &rest);
-    ++twos;
-  }
-  odd = simpl(odd);
-  for (std::int32_t p : witnesses) {
-    DAG x = mpower(immediate(p), odd, n);
-    bool passes = x == cons1 || x == minusOne;
-    for (int k = 1; k < twos && !passes; ++k) {
-      x = mpower(x, immediate(2), n);
-      passes = x == minusOne;
-    }
-    if (!passes) return false;
-  }
-  return true;
+  const Answer answer = isPrimeNatural(naturalOf(n));
+  if (answer == Answer::stopped) endOperation();
+  return answer == Answer::yes;
 }
 
 DAG mGetPrime(DAG n) {
@@ -76,7 +51,7 @@ DAG mGetPrime(DAG n) {
   if (compcon(n, immediate(2)) < 0) return immediate(first);
   if (compcon(n, immediate(least)) < 0) return immediate(restart);
   DAG candidate = simpl(add(n, isodd(n) ? immediate(-2) : consm1));
-  while (!isProbablePrime(candidate)) {
+  while (!isPrimeModulus(candidate)) {
     candidate = simpl(add(candidate, immediate(-2)));
     passWork(100);
   }

@@ -87,8 +87,8 @@ DAG mpower(DAG a, DAG n, DAG m);
 /// The least integer that leaves the residues, LISTs of one length. Errors: "list of moduli and residues must be the
 /// same length", "modp1: invalid arguments", "moduli are not relatively prime".
 DAG mChrem(DAG residues, DAG moduli);
-/// A prime, or one of the rare composite numbers that pass for one: none below 3.3 * 10^24.
-bool isProbablePrime(DAG n);
+/// A modulus that makes a field (numbers/primes/primality.h).
+bool isPrimeModulus(DAG n);
 /// The largest prime below n, to walk down: see the source for small n.
 DAG mGetPrime(DAG n);
 

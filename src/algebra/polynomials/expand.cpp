@@ -68,7 +68,8 @@ DAG timesSum(DAG a, DAG b) {
     passWork(std::int64_t{lb} * objectSteps);
     for (Word j = 1; j < lb; j += 2) {
       result[at++] = productOfTerms(a[i], b[j]);
-      result[at++] = mul(a[i + 1], b[j + 1]);
+      DAG c = result[at++] = mul(a[i + 1], b[j + 1]);
+      if (isObject(c)) passWork(lengthOf(c));
     }
   }
   return simpl(result);
