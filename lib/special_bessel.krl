@@ -3,11 +3,13 @@
 BesselJ := proc(v, x)
   description "BesselJ(v, x): Bessel's function of the first kind, of order v";
   if nargs <> 2 then error "BesselJ expects two arguments, but received %1", nargs end if;
+  if type(x, name) and type(v, {name, numeric}) and x <> infinity and not type(v, {float, negative, fraction}) then return 'BesselJ'(v, x) end if;
   `Bessel/first`('BesselJ', [args])
 end proc:
 BesselI := proc(v, x)
   description "BesselI(v, x): the modified Bessel function of the first kind, of order v";
   if nargs <> 2 then error "BesselI expects two arguments, but received %1", nargs end if;
+  if type(x, name) and type(v, {name, numeric}) and x <> infinity and not type(v, {float, negative, fraction}) then return 'BesselI'(v, x) end if;
   `Bessel/first`('BesselI', [args])
 end proc:
 `Bessel/first` := proc(f, a::list)
@@ -34,11 +36,13 @@ end proc:
 BesselY := proc(v, x)
   description "BesselY(v, x): Bessel's function of the second kind, of order v";
   if nargs <> 2 then error "BesselY expects two arguments, but received %1", nargs end if;
+  if type(x, name) and type(v, {name, numeric}) and x <> infinity and not type(v, {float, negative, fraction}) then return 'BesselY'(v, x) end if;
   `Bessel/second`('BesselY', [args])
 end proc:
 BesselK := proc(v, x)
   description "BesselK(v, x): the modified Bessel function of the second kind, of order v";
   if nargs <> 2 then error "BesselK expects two arguments, but received %1", nargs end if;
+  if type(x, name) and type(v, {name, numeric}) and x <> infinity and not type(v, {float, negative, fraction}) then return 'BesselK'(v, x) end if;
   `Bessel/second`('BesselK', [args])
 end proc:
 `Bessel/second` := proc(f, a::list)

@@ -16,6 +16,7 @@ end proc:
 erf := proc(x)
   description "erf(x): 2/Pi^(1/2) times the integral of exp(-t^2) from 0 to x";
   if nargs <> 1 then error "erf expects one argument, but received %1", nargs end if;
+  if type(x, name) and x <> infinity then return 'erf'(x) end if;
   `special/odd`('erf', [args], 1)
 end proc:
 `evalf/erf` := proc()
@@ -25,6 +26,7 @@ end proc:
 erfi := proc(x)
   description "erfi(x): 2/Pi^(1/2) times the integral of exp(t^2) from 0 to x";
   if nargs <> 1 then error "erfi expects one argument, but received %1", nargs end if;
+  if type(x, name) and x <> infinity then return 'erfi'(x) end if;
   `special/odd`('erfi', [args], infinity)
 end proc:
 `evalf/erfi` := proc()
@@ -34,6 +36,7 @@ end proc:
 Si := proc(x)
   description "Si(x): the integral of sin(t)/t from 0 to x";
   if nargs <> 1 then error "Si expects one argument, but received %1", nargs end if;
+  if type(x, name) and x <> infinity then return 'Si'(x) end if;
   `special/odd`('Si', [args], Pi/2)
 end proc:
 `evalf/Si` := proc()
@@ -43,6 +46,7 @@ end proc:
 Shi := proc(x)
   description "Shi(x): the integral of sinh(t)/t from 0 to x";
   if nargs <> 1 then error "Shi expects one argument, but received %1", nargs end if;
+  if type(x, name) and x <> infinity then return 'Shi'(x) end if;
   `special/odd`('Shi', [args], infinity)
 end proc:
 `evalf/Shi` := proc()
@@ -79,6 +83,7 @@ end proc:
 Ci := proc(x)
   description "Ci(x): gamma + ln(x) + the integral of (cos(t) - 1)/t from 0 to x";
   if nargs <> 1 then error "Ci expects one argument, but received %1", nargs end if;
+  if type(x, name) and x <> infinity then return 'Ci'(x) end if;
   `special/logarithmic`('Ci', [args], 0)
 end proc:
 `evalf/Ci` := proc()
@@ -88,6 +93,7 @@ end proc:
 Chi := proc(x)
   description "Chi(x): gamma + ln(x) + the integral of (cosh(t) - 1)/t from 0 to x";
   if nargs <> 1 then error "Chi expects one argument, but received %1", nargs end if;
+  if type(x, name) and x <> infinity then return 'Chi'(x) end if;
   `special/logarithmic`('Chi', [args], infinity)
 end proc:
 `evalf/Chi` := proc()

@@ -127,7 +127,7 @@ GAMMA(0); GAMMA(-3); lnGAMMA(-1); Psi(-2); Psi(1, 0); Zeta(1); Zeta(0, 1); Ei(0)
 GAMMA(0.), GAMMA(-3.), Psi(-2.), Zeta(1.), Ei(0.), Ci(0.), Li(1.), BesselY(1, 0.), BesselK(2, 0.), EllipticK(-1.), polylog(1/2, 1.), LambertW(1, 0.);
 NumericStatus(division_by_zero = false): GAMMA(-1.): NumericStatus(division_by_zero);
 NumericEventHandler(division_by_zero = proc(f, a, d) pole(f, a) end): GAMMA(-1), Zeta(1.); NumericEventHandler(default):
-GAMMA(1e12), erfc(1e8), GAMMA(-1e9 - 0.5);
+GAMMA(1e12), erfc(1e8), GAMMA(-1e8 - 0.5), Beta(1e15, 1e15), Beta(1e7, 2e7), BesselK(0, 1e9);
 
 # Wrong counts and kinds.
 GAMMA(); GAMMA(1, 2, 3); erf(1, 2); BesselJ(1); Zeta(1, 2, 3, 4); LegendreP(1); JacobiP(1, 2); hypergeom([1], [2]); hypergeom(1, 2, 3);

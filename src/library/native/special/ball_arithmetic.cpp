@@ -40,6 +40,7 @@ void Scratch::keepParts(Real** parts, int count) const {
   // By way of the top of the stack, above all of them.
   for (int i = 0; i < count; ++i) {
     reals::Real& x = parts[i]->middle;
+    if (x.size == 0) continue;
     Limb* row = limbSpace(x.size);
     copyLimbs(row, x.limbs, x.size);
     x.limbs = row;
@@ -47,6 +48,7 @@ void Scratch::keepParts(Real** parts, int count) const {
   returnToPlace(place_);
   for (int i = 0; i < count; ++i) {
     reals::Real& x = parts[i]->middle;
+    if (x.size == 0) continue;
     Limb* row = limbSpace(x.size);
     copyLimbs(row, x.limbs, x.size);
     x.limbs = row;

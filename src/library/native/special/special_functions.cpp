@@ -39,7 +39,13 @@ Complex zetaOf(const Complex* a, int n) {
   if (n == 2 && order == 0) return riemannZeta(a[1]);
   return hurwitzZeta(a[1], n == 2 ? Complex(1) : a[2], order);
 }
-Complex betaOf(const Complex* a, int) { return gamma(a[0]) * gamma(a[1]) * reciprocalGamma(a[0] + a[1]); }
+Complex betaOf(const Complex* a, int) {
+  // Of large numbers the factors leave the range of exponents, which their quotient keeps.
+  constexpr double large = 1e6;
+  if (toDouble(a[0].re) > 1 && toDouble(a[1].re) > 1 && toDouble(a[0].re) + toDouble(a[1].re) > large)
+    return exp(lnGamma(a[0]) + lnGamma(a[1]) - lnGamma(a[0] + a[1]));
+  return gamma(a[0]) * gamma(a[1]) * reciprocalGamma(a[0] + a[1]);
+}
 Complex binomialOf(const Complex* a, int) {
   const Complex rest = a[0] - a[1];
   return gamma(a[0] + 1) * reciprocalGamma(a[1] + 1) * reciprocalGamma(rest + 1);
