@@ -395,9 +395,10 @@ DAG nextBuiltin(Reading& r, DAG proc) {
       bodyOf(proc) = immediate(k);
       return proc;
     }
-  char text[256];
-  std::snprintf(text, sizeof text, "unknown built-in function `%.200s` ignored", textOf(name));
-  r.warn(r.context, r.numbers->offset, text);
+  constexpr const char* unknown = "unknown built-in function `%s` ignored";
+  DAG text = newl2(textLength(static_cast<Word>(std::strlen(unknown) + std::strlen(textOf(name)))), BINARY);
+  std::sprintf(textOf(text), unknown, textOf(name));
+  r.warn(r.context, r.numbers->offset, textOf(text));
   return DAG();
 }
 
