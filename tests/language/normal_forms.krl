@@ -7,3 +7,5 @@ normal([(x^2 - 1)/(x - 1), {1/x - 1/x^2}]), normal(1/x + 1/y = (x^2 - 4)/(x + 2)
 normal(x, 5); normal(); numer([x]); denom(x, y); normal(Array(1 .. 2, [x, y])); numer(1 = x);
 frontend(proc(a) a^2 end proc, [sin(x) + 1]), frontend(degree, [sin(x)^3 + x, sin(x)]), evalb(frontend(indets, [sin(x) + exp(y)*z + 1], [{`+`, `*`, function}]) = {x, y, z, sin(x), exp(y)}), frontend(coeff, [sin(x)^2*y + cos(x), sin(x), 2]), frontend(proc(a, b) [a, b, a = b] end proc, [exp(x), exp(x)]), frontend(nops, [sin(x) + cos(x) + sin(x)*y], [{`+`}, {sin(x)}]);
 frontend(degree); frontend(degree, x);
+# What is left below the bar after a common factor has a positive leading coefficient.
+normal((y - x)/(x^2 - y^2)) + 1/(x + y), normal((1 - x)/(x^2 - 1)), normal((1 - x)^2/(x^2 - 1)^3), denom((sin(x) - 1)/(1 - sin(x)^2));

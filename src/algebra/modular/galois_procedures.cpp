@@ -93,26 +93,28 @@ DAG divided(const F& field, Workspace& space, DAG operands) {
   else a.degree = divideDense(field.ring, a.c, a.degree, preparedDivisor(field.ring, space, b, 0), quotient.c);
   return listOf(newSequence({field.store(quotient), field.store(a)}));
 }
+// The result of an operation that writes its coefficients, no more than a product has.
+template <class F, class Operation>
+DAG combined(const F& field, Workspace& space, DAG operands, Operation operation) {
+  auto a = field.load(space, operands[2]), b = field.load(space, operands[3]), result = a;
+  result.c = field.ring.take(space, std::max({a.degree, b.degree, a.degree + b.degree, 0L}) + 1);
+  result.degree = operation(field.ring, result.c, a, b);
+  return field.store(result);
+}
 template <class F>
 DAG multiplied(const F& field, Workspace& space, DAG operands) {
-  auto a = field.load(space, operands[2]), b = field.load(space, operands[3]), product = a;
-  product.c = field.ring.take(space, std::max(a.degree + b.degree, 0L) + 1);
-  product.degree = multiplyDense(field.ring, product.c, a, b);
-  return field.store(product);
+  return combined(field, space, operands,
+                  [](auto& ring, auto* c, auto& a, auto& b) { return multiplyDense(ring, c, a, b); });
 }
 template <class F>
 DAG added(const F& field, Workspace& space, DAG operands) {
-  auto a = field.load(space, operands[2]), b = field.load(space, operands[3]), sum = a;
-  sum.c = field.ring.take(space, std::max(a.degree, b.degree) + 1);
-  sum.degree = addDense(field.ring, sum.c, a, b);
-  return field.store(sum);
+  return combined(field, space, operands,
+                  [](auto& ring, auto* c, auto& a, auto& b) { return addDense(ring, c, a, b); });
 }
 template <class F>
 DAG subtracted(const F& field, Workspace& space, DAG operands) {
-  auto a = field.load(space, operands[2]), b = field.load(space, operands[3]), difference = a;
-  difference.c = field.ring.take(space, std::max(a.degree, b.degree) + 1);
-  difference.degree = subtractDense(field.ring, difference.c, a, b);
-  return field.store(difference);
+  return combined(field, space, operands,
+                  [](auto& ring, auto* c, auto& a, auto& b) { return subtractDense(ring, c, a, b); });
 }
 template <class F>
 DAG commonDivisor(const F& field, Workspace& space, DAG operands) {

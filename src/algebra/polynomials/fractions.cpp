@@ -1,7 +1,10 @@
 #include "algebra/polynomials/fractions.h"
 
+#include "algebra/polynomial_types.h"
+#include "algebra/polynomials/coefficients.h"
 #include "algebra/polynomials/divide.h"
 #include "algebra/polynomials/expand.h"
+#include "algebra/polynomials/indeterminates.h"
 #include "algebra/polynomials/integer_polynomials.h"
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
@@ -225,6 +228,11 @@ bool cancelVariable(Fraction& fraction, Word above, Word below) {
   return true;
 }
 
+// A polynomial over the rational numbers with a leading coefficient below 0.
+bool isNegative(DAG p) {
+  return typol(PolynomialForm::polynomial, p, DAG(), rationalTags) && signOf(p, indetsSequence(p)) == consm1;
+}
+
 bool cancelPair(Fraction& fraction, Word above, Word below) {
   DAG f = fraction.numerators[above], g = fraction.denominators[below];
   if (isMonomialBase(f) && isMonomialBase(g)) return false;
@@ -232,6 +240,9 @@ bool cancelPair(Fraction& fraction, Word above, Word below) {
   DAG h = evalsysf("normal/gcd", newSequence({f, g}));
   DAG f1, g1;
   if (isNumber(h) || !divide(f, h, f1) || !divide(g, h, g1)) return false;
+  if (isNegative(g1)) {
+    for (DAG* part : {&h, &f1, &g1}) *part = simpl(NewPROD(consm1, *part));
+  }
   cancelFactor(fraction, above, below, h, f1, g1);
   return true;
 }
