@@ -28,6 +28,13 @@ Real constant(Kept*& kept, Real (*compute)()) {
   if (kept == nullptr || kept->limbs < workingLimbs) {
     // Somewhat more than asked for, so that a growing precision doesn't compute anew at each step.
     const std::size_t limbs = workingLimbs + (workingLimbs < 60 ? workingLimbs / 2 : workingLimbs / 16) + 2;
+    LimbMark mark;
+    Real value;
+    {
+      Precision p(limbs + 2);
+      value = compute();
+    }
+    // Only now, since a time limit may jump out of the computation.
     auto* next = static_cast<Kept*>(std::malloc(sizeof(Kept)));
     auto* row = static_cast<Limb*>(std::malloc((limbs + 3) * sizeof(Limb)));
     if (next == nullptr || row == nullptr) {
@@ -35,12 +42,6 @@ Real constant(Kept*& kept, Real (*compute)()) {
       std::free(row);
       releaseAllLimbs();
       KernelException("object too large");
-    }
-    LimbMark mark;
-    Real value;
-    {
-      Precision p(limbs + 2);
-      value = compute();
     }
     copyLimbs(row, value.limbs, value.size);
     value.limbs = row;

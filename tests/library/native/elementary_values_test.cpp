@@ -110,9 +110,15 @@ void setDecimal(mpfr_ptr x, const std::string& mantissa, long exponent) {
 // The error of a float in units of its last digit of `digits`.
 double errorOf(DAG value, mpfr_ptr reference, int digits) {
   if (!isSoftFloat(value) || isSingular(value)) return HUGE_VAL;
+  if (mpfr_inf_p(reference) != 0) return 0;  // beyond the exponents that the reference has
   mpfr_t got;
   mpfr_init2(got, mpfr_get_prec(reference));
   setDecimal(got, decimal(mantissaOf(value)), static_cast<long>(exponentValue(exponentOf(value))));
+  if (mpfr_zero_p(reference) != 0) {
+    const bool agrees = mpfr_zero_p(got) != 0;
+    mpfr_clear(got);
+    return agrees ? 0 : HUGE_VAL;
+  }
   mpfr_sub(got, got, reference, MPFR_RNDN);
   // One unit: 10^(1 - digits) times the power of ten at or below the reference.
   mpfr_t size;
