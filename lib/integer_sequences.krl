@@ -16,7 +16,7 @@ binomial := proc(n, k)
 end proc:
 `binomial/general` := proc(n, k)
   description "binomial/general(n, k): the binomial coefficient of what isn't two integers";
-  local i, r, value;
+  local i, r;
   if type(k, integer) and type(n, complex(numeric)) then
     # By its definition, with digits to spare for floats.
     if k < 0 then return `if`(hastype([n], float), 0., 0) end if;
@@ -25,11 +25,7 @@ end proc:
     for i to k do r := r*(n - k + i)/i end do;
     return `binomial/rounded`(r, `if`(hastype([n], float), length(k) + 3, 0))
   end if;
-  if type(n, complex(numeric)) and type(k, complex(numeric)) and hastype([n, k], float) then
-    Digits := Digits + 10;
-    value := evalf('GAMMA'(n + 1)/('GAMMA'(k + 1)*'GAMMA'(n - k + 1)));
-    if type(value, complex(numeric)) then return `binomial/rounded`(value, 10) end if
-  end if;
+  if type([n, k], list(complex(numeric))) and hastype([n, k], float) then return `special/float`('binomial', [n, k]) end if;
   if k = 0 then 1 elif k = 1 or n - k = 1 then n elif n = k then 1 else 'binomial'(n, k) end if
 end proc:
 `binomial/rounded` := proc(x, spare)

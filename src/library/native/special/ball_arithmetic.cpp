@@ -37,22 +37,19 @@ Real settled(reals::Real middle, Bound error) {
 }  // namespace
 
 void Scratch::keepParts(Real** parts, int count) const {
+  auto copyToTop = [=] {
+    for (int i = 0; i < count; ++i) {
+      reals::Real& x = parts[i]->middle;
+      if (x.size == 0) continue;
+      Limb* row = limbSpace(x.size);
+      copyLimbs(row, x.limbs, x.size);
+      x.limbs = row;
+    }
+  };
   // By way of the top of the stack, above all of them.
-  for (int i = 0; i < count; ++i) {
-    reals::Real& x = parts[i]->middle;
-    if (x.size == 0) continue;
-    Limb* row = limbSpace(x.size);
-    copyLimbs(row, x.limbs, x.size);
-    x.limbs = row;
-  }
+  copyToTop();
   returnToPlace(place_);
-  for (int i = 0; i < count; ++i) {
-    reals::Real& x = parts[i]->middle;
-    if (x.size == 0) continue;
-    Limb* row = limbSpace(x.size);
-    copyLimbs(row, x.limbs, x.size);
-    x.limbs = row;
-  }
+  copyToTop();
 }
 
 namespace {
