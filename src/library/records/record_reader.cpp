@@ -86,35 +86,40 @@ class DigitReader {
 
 constexpr std::int64_t mostDigits = std::int64_t{4} * (maxLength - 1);
 
-DAG shortInteger(Tag tag, std::int64_t value) {
+DAG shortInteger(Tag tag, DigitReader& digits) {
+  std::int64_t value = 0;
+  for (std::int64_t power = 1; !digits.isAtEnd(); power *= 10) value += power * digits.next();
   if (tag == INTPOS) return NewInteger(value);
   return value == 0 ? consm0 : NewInteger(-value);
 }
 
-std::int64_t shortValue(DigitReader& digits) {
-  std::int64_t value = 0;
-  for (std::int64_t power = 1; !digits.isAtEnd(); power *= 10) value += power * digits.next();
-  return value;
-}
-
-// The value of the next `count` digits when all are at hand; else -1, and nothing is taken (bench/link_bench.cpp).
-std::int64_t valueAtHand(Reading& r, std::int64_t count) {
+// The next record when it is that of a short integer, wholly at hand, as most are; else 0, and nothing is taken
+// (bench/link_bench.cpp).
+inline DAG shortIntegerAtHand(Reading& r) {
+  constexpr int mostShort = 9, mostCharacters = 2 + mostShort;
+  constexpr int positive = dotMOutputTable[tagNumber(INTPOS)] + 32, negative = dotMOutputTable[tagNumber(INTNEG)] + 32;
+  RecordNumbers& numbers = *r.numbers;
   ByteSource& source = *r.source;
-  if (source.end - source.at < count) return -1;
+  if (source.end - source.at < mostCharacters || numbers.count + 1 >= numbers.capacity) return DAG();
   const unsigned char* at = source.at;
-  std::int64_t value = 0, power = 1;
+  const int code = *at++;
+  int left = *at++ - 33;
+  if ((code != positive && code != negative) || left < 1 || left > mostShort) return DAG();
+  std::uint32_t digits = 0, power = 1;
   do {
     const int single = *at++ - firstSingleDigit, pair = single - (firstDigitPair - firstSingleDigit);
     const bool isPair = pair >= 0;
-    if (single < 0 || pair >= digitPairLimit) return -1;
-    value += power * (isPair ? pair : single);
+    if (single < 0 || pair >= digitPairLimit) return DAG();
+    digits += power * static_cast<std::uint32_t>(isPair ? pair : single);
     power *= isPair ? 100 : 10;
-    count -= isPair ? 2 : 1;
-  } while (count > 0);
-  if (count != 0) return -1;
-  r.numbers->offset += at - source.at;
+    left -= isPair ? 2 : 1;
+  } while (left > 0);
+  if (left != 0) return DAG();
+  numbers.offset += at - source.at;
   source.at = at;
-  return value;
+  const auto value = static_cast<std::int32_t>(digits);
+  DAG x = code == positive ? immediate(value) : value == 0 ? consm0 : immediate(-value);
+  return enter(r, ++numbers.count, x);
 }
 
 DAG longInteger(Tag tag, std::int64_t count, DigitReader& digits) {
@@ -140,11 +145,8 @@ DAG nextInteger(Reading& r, Tag tag) {
   Word number = takeNumber(r);
   std::int64_t count = nextInt(r);
   if (count < 1 || count > mostDigits) failReading(r, "invalid dag length");
-  constexpr std::int64_t mostShort = 12;
-  const std::int64_t known = count <= mostShort ? valueAtHand(r, count) : -1;
-  if (known >= 0) return enter(r, number, simpl(shortInteger(tag, known)));
   DigitReader digits(r, count);
-  DAG x = count <= mostShort ? shortInteger(tag, shortValue(digits)) : longInteger(tag, count, digits);
+  DAG x = count <= 12 ? shortInteger(tag, digits) : longInteger(tag, count, digits);
   return enter(r, number, simpl(x));
 }
 
@@ -338,7 +340,10 @@ DAG nextFields(Reading& r, Tag tag, Word n) {
     return new3(tag, a, b);
   }
   const std::size_t first = r.fieldCount;
-  for (Word i = 1; i < n; ++i) keepField(r, nextRecord(r));
+  for (Word i = 1; i < n; ++i) {
+    DAG x = shortIntegerAtHand(r);
+    keepField(r, x ? x : nextRecord(r));
+  }
   DAG s = news(n);
   setHeader(s, tag, n);
   if (n > 1) std::memcpy(&s[1], r.fields + first, (n - 1) * sizeof(DAG));
@@ -506,6 +511,7 @@ constexpr TagSet impliedTags =
 
 DAG recordOfTag(Reading& r, Tag tag, int c) {
   switch (tag) {
+    case INTNEG: case INTPOS: return nextInteger(r, tag);
     case FLOAT: return nextFloat(r, 3);
     case LIST: case SET: return nextCollection(r, tag, false);
     case STRING: return nextString(r);
@@ -559,17 +565,12 @@ DAG recordOfCode(Reading& r, int code, int c) {
 }  // namespace
 
 DAG nextRecord(Reading& r) {
+  if (DAG x = shortIntegerAtHand(r)) return x;
   int c = next(r);
   int code = dotMInputTable[static_cast<std::size_t>(c)];
   if (code == 0) unexpectedCode(r, code, c);
-  if (code <= tagNumber(INTPOS)) return nextInteger(r, tagFromNumber(code));
   if (stackExhausted()) failReading(r, "too many levels of recursion");
   return code < recordTable ? recordOfTag(r, tagFromNumber(code), c) : recordOfCode(r, code, c);
-}
-
-DAG enter(Reading& r, Word number, DAG x) {
-  r.numbers->objects[number] = x;
-  return x;
 }
 
 DAG settled(Reading& r, DAG x) {

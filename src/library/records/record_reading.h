@@ -76,7 +76,10 @@ DAG nextRecord(Reading& r);
 /// The same, not waiting any more.
 DAG nextSettled(Reading& r);
 /// Gives the object of a record its number, by which later records refer to it.
-DAG enter(Reading& r, Word number, DAG x);
+inline DAG enter(Reading& r, Word number, DAG x) {
+  r.numbers->objects[number] = x;
+  return x;
+}
 /// `x` as a value that others may keep: unique, when what is read is to be simplified.
 DAG settled(Reading& r, DAG x);
 /// Has the object of the record with this number simplified later: its fields, which may be waiting too, are values

@@ -168,8 +168,28 @@ void putInteger(Writing& w, DAG x) {
   pairs.end();
 }
 
+// The number of `x`, whose record follows; or a back reference, and false.
+inline bool takesNumber(Writing& w, DAG x) {
+  WrittenNumbers& numbers = *w.numbers;
+  std::int32_t number = numbers.last + 1;
+  switch (numbers.puttab.insert(x, number)) {
+    case WordMap::present:
+      if (w.depth == 0) break;  // the outermost object is written whatever has been
+      putCode(w, recordBack);
+      putInt(w, number);
+      return false;
+    case WordMap::outOfMemory: failWriting(w, "ran out of memory");
+    case WordMap::added: break;
+  }
+  ++numbers.last;
+  return true;
+}
+
 void putFields(Writing& w, DAG x, Word from, Word end) {
-  for (Word i = from; i < end; ++i) putRecord(w, x[i]);
+  for (Word i = from; i < end; ++i) {
+    if (!isImmediate(x[i])) putRecord(w, x[i]);
+    else if (takesNumber(w, x[i])) putImmediate(w, x[i]);
+  }
 }
 
 // ---- names
@@ -332,18 +352,7 @@ void putObject(Writing& w, DAG x) {
 
 void putRecord(Writing& w, DAG x) {
   if (!x) return putCode(w, recordZero);
-  WrittenNumbers& numbers = *w.numbers;
-  std::int32_t number = numbers.last + 1;
-  switch (numbers.puttab.insert(x, number)) {
-    case WordMap::present:
-      if (w.depth == 0) break;  // the outermost object is written whatever has been
-      putCode(w, recordBack);
-      return putInt(w, number);
-    case WordMap::outOfMemory: failWriting(w, "ran out of memory");
-    case WordMap::added: break;
-  }
-  number = numbers.last + 1;
-  numbers.last = number;
+  if (!takesNumber(w, x)) return;
   ++w.depth;
   if (isInteger(x)) {
     putInteger(w, x);
