@@ -247,7 +247,7 @@ DAG generalProduct(DAG s) {
   const Word n = lengthOf(s);
   if (n == 3 && !isFloatNumber(s[1]) && (isSpecial(s[1]) || isSpecial(s[2]))) {
     DAG settled = simpl01(s);
-    if (isFloatNumber(s[2])) settled = evalf(settled);
+    if (settled != s && isFloatNumber(s[2])) settled = evalf(settled);
     if (isImmediate(settled) || !hasTag(settled, PROD)) return simpl(settled);
   }
 
