@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdio>
 #include <cstring>
 #include <vector>
@@ -122,6 +123,28 @@ class DigitPairs {
   int pending_ = -1;
 };
 
+// How the lowest four digits of a number that goes on are written, for all of them: three characters at most, since the
+// fourth digit waits for the next one unless it ends a pair.
+struct FourDigits {
+  char text[3];
+  bool isWhole;  // the fourth digit is in it
+};
+constexpr std::array<FourDigits, 10000> fourDigits = [] {
+  std::array<FourDigits, 10000> table{};
+  for (int v = 0; v < 10000; ++v) {
+    int digits = 0;
+    char* at = table[static_cast<std::size_t>(v)].text;
+    for (int rest = v; digits < 3;) {
+      const bool isPair = rest % 100 < digitPairLimit;
+      *at++ = static_cast<char>(isPair ? firstDigitPair + rest % 100 : firstSingleDigit + rest % 10);
+      rest /= isPair ? 100 : 10;
+      digits += isPair ? 2 : 1;
+    }
+    table[static_cast<std::size_t>(v)].isWhole = digits == 4;
+  }
+  return table;
+}();
+
 // All at once where the buffer and the line have room for the longest: most integers on the link are immediate
 // (bench/link_bench.cpp).
 void putImmediate(Writing& w, DAG x) {
@@ -134,15 +157,23 @@ void putImmediate(Writing& w, DAG x) {
   auto rest = static_cast<std::uint32_t>(value < 0 ? -value : value);
   *at++ = static_cast<char>(dotMOutputTable[static_cast<std::size_t>(tagNumber(tagOf(x)))] + 32);
   char* const count = at++;
-  *count = 33;
+  int digits = 0;
+  while (rest >= 10000) {
+    const FourDigits& four = fourDigits[rest % 10000];
+    std::memcpy(at, four.text, sizeof four.text);
+    at += four.text[2] != 0 ? 3 : 2;
+    rest /= four.isWhole ? 10000 : 1000;
+    digits += four.isWhole ? 4 : 3;
+  }
   do {
     // The two lowest digits, d + 10 e, make a pair as they are.
     const std::uint32_t two = rest % 100;
     const bool isPair = rest >= 10 && two < digitPairLimit;
     *at++ = static_cast<char>(isPair ? firstDigitPair + two : firstSingleDigit + two % 10);
-    *count = static_cast<char>(*count + (isPair ? 2 : 1));
+    digits += isPair ? 2 : 1;
     rest = isPair ? rest / 100 : rest / 10;
   } while (rest != 0);
+  *count = static_cast<char>(33 + digits);
   if (hasRoom) {
     w.column += at - first;
     w.at = at;
