@@ -321,6 +321,8 @@ DAG finished(Reading& r, DAG s) {
   return simpl(s);
 }
 
+}  // namespace
+
 void keepField(Reading& r, DAG field) {
   if (r.fieldCount == r.fieldSpace) {
     std::size_t space = r.fieldSpace == 0 ? 1024 : 2 * r.fieldSpace;
@@ -331,6 +333,8 @@ void keepField(Reading& r, DAG field) {
   }
   r.fields[r.fieldCount++] = field;
 }
+
+namespace {
 
 // An object of `n` words with the fields that follow. It is made when all have arrived.
 DAG nextFields(Reading& r, Tag tag, Word n) {
@@ -428,13 +432,20 @@ DAG nextHashTable(Reading& r) {
   constexpr Word mostBuckets = Word{1} << 22;
   if (((n - 1) & (n - 2)) != 0 || n - 1 > mostBuckets) failReading(r, "invalid dag length");
   Word pairs = nextCount(r, maxLength);
-  DAG table = newhashtab(n - 1);
+  const std::size_t first = r.fieldCount;
   for (Word i = 0; i < pairs; ++i) {
-    DAG key = nextSettled(r), value = nextSettled(r);
+    DAG key = nextRecord(r), value = nextRecord(r);
     if (!key || !value || isInward(key) || isInward(value)) failReading(r, "syntax error while reading file");
-    key = simpl(key);
-    hashinsert(key.word, simpl(value), table);
+    keepField(r, key);
+    keepField(r, value);
   }
+  settleWaiting(r);
+  DAG table = newhashtab(n - 1);
+  for (const DAG *pair = r.fields + first, *end = r.fields + r.fieldCount; pair != end; pair += 2) {
+    DAG key = simpl(settledObject(pair[0]));
+    hashinsert(key.word, simpl(settledObject(pair[1])), table);
+  }
+  r.fieldCount = first;
   return enter(r, number, table);
 }
 

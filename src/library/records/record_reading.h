@@ -38,7 +38,7 @@ struct Reading {
   char* text;  // of the name or string being read
   std::size_t textSpace;
   void* block;  // elements of the rtable being read
-  DAG* fields;  // of the long objects being read
+  DAG* fields;  // of the objects being read
   std::size_t fieldCount, fieldSpace;
   WaitingObjects waiting;
   Reading* outer;  // read meanwhile, when simplification loads something
@@ -80,6 +80,8 @@ inline DAG enter(Reading& r, Word number, DAG x) {
   r.numbers->objects[number] = x;
   return x;
 }
+/// Puts `field` on the pile `r.fields`; whoever has taken his fields from it lowers `r.fieldCount`.
+void keepField(Reading& r, DAG field);
 /// `x` as a value that others may keep: unique, when what is read is to be simplified.
 DAG settled(Reading& r, DAG x);
 /// Has the object of the record with this number simplified later: its fields, which may be waiting too, are values
