@@ -195,8 +195,7 @@ void nextSparseIndices(Reading& r, DAG s, Add add) {
     }
 }
 
-DAG nextComplexPart(Reading& r) {
-  DAG x = nextSettled(r);
+DAG complexPart(Reading& r, DAG x) {
   if (x && !isNumeric(x) && !isTag(x, NAME) && !isTag(x, SUM)) malformed(r);
   return x;
 }
@@ -205,10 +204,14 @@ DAG nextComplexPart(Reading& r) {
 Word nextReferences(Reading& r, DAG s) {
   const std::size_t first = r.fieldCount;
   nextSparseIndices(r, s, [&r](std::int32_t index) { keepField(r, DAG(static_cast<Word>(index))); });
-  const bool isComplex = rtableFlag(s, rtableDatatype) == dataComplexFloat;
-  for (Word i = 0, count = rawField(s, rtableCount); i < count; ++i) {
-    keepField(r, isComplex ? nextComplexPart(r) : settled(r, nextSettled(r)));
-    if (isComplex) keepField(r, nextComplexPart(r));
+  const std::size_t elements = r.fieldCount;
+  const bool areComplex = rtableFlag(s, rtableDatatype) == dataComplexFloat;
+  for (std::int64_t left = std::int64_t{areComplex ? 2 : 1} * rawField(s, rtableCount); left > 0; --left)
+    keepField(r, nextRecord(r));
+  settleWaiting(r);
+  for (std::size_t i = elements; i < r.fieldCount; ++i) {
+    DAG x = settledObject(r.fields[i]);
+    r.fields[i] = areComplex ? complexPart(r, x) : settled(r, x);
   }
   const Word block = blockInHeap(r, r.fields + first, (r.fieldCount - first) * sizeof(DAG));
   r.fieldCount = first;
