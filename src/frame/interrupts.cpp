@@ -31,13 +31,20 @@ void pollInterruptSoon() { pollWanted = 1; }
 
 bool askForInterrupt() {
   interruptCounter = 0;
-  pollWanted = 0;
+  pollWanted = SpecialError == computationInterrupted;
   return driver.interruptCB != nullptr && driver.interruptCB(currentContext()) != 0;
+}
+
+// What asks for the poll alone finds an interrupt that is on its way up as well: the words that each statement looks at
+// are two, not three.
+void noteInterrupted() {
+  SpecialError = computationInterrupted;
+  pollInterruptSoon();
 }
 
 void jumpback() {
   if (interruptsWait()) return;
-  SpecialError = computationInterrupted;
+  noteInterrupted();
   KernelException("interrupted");
 }
 
@@ -94,7 +101,7 @@ bool mustEndOperation() {
   if (SpecialError != noSpecialError || collecting) return false;
   if (Environment == nullptr || Environment->jumpBuffer == nullptr) return false;
   pollInterruptSoon();
-  if (TestInterrupt() && !interruptsWait()) SpecialError = computationInterrupted;
+  if (TestInterrupt() && !interruptsWait()) noteInterrupted();
   else if (isTimeExpired()) SpecialError = timeExpired;
   return SpecialError != noSpecialError;
 }

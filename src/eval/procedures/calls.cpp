@@ -201,7 +201,7 @@ DAG evalWithoutProcedure(DAG x, DAG value) {
 }
 
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key);
-DAG runPlain(const Callee& callee, DAG a);
+DAG runPlain(DAG proc, DAG name, DAG a);
 
 // The function that stands for the whole procedure, while nobody looks at calls.
 inline NativeFunction directFunction(DAG proc) {
@@ -239,7 +239,7 @@ DAG runNative(NativeFunction function, DAG name, DAG x) {
   }
   if ((isPlain(proc) || isPlainExternal(proc)) && !callee.index && isTag(a, EXPSEQ)) {
     if (NativeFunction function = directFunction(proc)) return runNative(function, callee.name, x);
-    return runPlain(callee, a);
+    return runPlain(proc, callee.name, a);
   }
   DAG arguments = evalArguments(proc, a);
   DAG value = remembered(callee, arguments);
@@ -257,10 +257,10 @@ DAG evalFunction(DAG x) {
     DAG proc = name[1];
     if (isPlain(proc)) {
       if (NativeFunction function = directFunction(proc)) return runNative(function, name, x);
-      return runPlain({proc, name, DAG()}, x[2]);
+      return runPlain(proc, name, x[2]);
     }
     if (isBuiltin(proc) && lengthOf(optionsOf(proc)) == 2) return callBuiltin(immediateValue(bodyOf(proc)), x, name);
-    if (isPlainExternal(proc)) return runPlain({proc, name, DAG()}, x[2]);  // bench/external.sh
+    if (isPlainExternal(proc)) return runPlain(proc, name, x[2]);  // bench/external.sh
   }
   return evalOtherCall(x);
 }
@@ -375,7 +375,7 @@ struct CallState {
   }
 };
 
-void leaveFrame(CallState& call, bool keepEnvironment) {
+[[gnu::always_inline]] inline void leaveFrame(CallState& call, bool keepEnvironment) {
   DAG block = call.frame.envVars;
   RestoreEnvironment(call.previous);
   stepEvaluationClock();  // environment variables may have values again
@@ -444,20 +444,24 @@ inline DAG runInFrame(CallState& call) {
   return result;
 }
 
+// What is told of a call that has run.
+[[gnu::noinline]] void observeExit(const CallState& call, DAG result) {
+  if (call.traced) sendDebug(debugExit, call.frame.procName, result, callerName(call.frame));
+  if (optprofile != 0) prtprof(false, call.frame.procName, evaluationLevel);
+}
+
 [[gnu::always_inline]] inline DAG finishCall(CallState& call, DAG result) {
   leaveFrame(call, false);
-  if (call.traced) [[unlikely]]
-    sendDebug(debugExit, call.frame.procName, result, callerName(call.frame));
-  if (optprofile != 0) [[unlikely]]
-    prtprof(false, call.frame.procName, evaluationLevel);
+  if ((static_cast<int>(call.traced) | optprofile) != 0) [[unlikely]]
+    observeExit(call, result);
   updategen(result);
   return result;
 }
 
 // What is told of a call before it runs.
-[[gnu::noinline]] void observeEntry(const Callee& callee) {
-  prtprof(true, callee.name, evaluationLevel);
-  if (traceAllMode) instrumentOnEntry(callee.name, callee.procedure);
+[[gnu::noinline]] void observeEntry(DAG proc, DAG name) {
+  prtprof(true, name, evaluationLevel);
+  if (traceAllMode) instrumentOnEntry(name, proc);
 }
 inline bool isObserved() { return (optprofile | static_cast<int>(traceAllMode)) != 0; }
 
@@ -465,7 +469,7 @@ DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
   checkStack();
   DAG proc = callee.procedure;
   if (isObserved()) [[unlikely]]
-    observeEntry(callee);
+    observeEntry(proc, callee.name);
   if (lengthOf(paramsOf(proc)) > 1) checkParameters(proc, arguments, callee.name);
   if (bodyOf(proc) == InertProc) {
     prtprof(false, callee.name, evaluationLevel);
@@ -478,23 +482,23 @@ DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
 }
 
 // The call of a procedure without remembered values, and without options or of external code.
-DAG runPlain(const Callee& callee, DAG a) {
-  DAG proc = callee.procedure;
+DAG runPlain(DAG proc, DAG name, DAG a) {
   const bool typed = hasTypes(paramsOf(proc));
   LooseArguments loose = typed ? LooseArguments{evalArguments(proc, a), false} : evalLooseArguments(a);
   DAG arguments = loose.sequence;
   if (rememberOf(proc) != null) [[unlikely]] {
     // Evaluating the arguments has given the procedure a value to remember.
     arguments = simpl(arguments);
+    const Callee callee{proc, name, DAG()};
     DAG value = remembered(callee, arguments);
     return value != absent ? value : runProcedure(callee, arguments, arguments);
   }
   if (bodyOf(proc) == InertProc) [[unlikely]]
-    return runProcedure(callee, simpl(arguments), null);
+    return runProcedure({proc, name, DAG()}, simpl(arguments), null);
   if (isObserved()) [[unlikely]]
-    observeEntry(callee);
-  if (typed) checkParameters(proc, arguments, callee.name);
-  CallState call(proc, callee.name, arguments, globalPrintLevel());
+    observeEntry(proc, name);
+  if (typed) checkParameters(proc, arguments, name);
+  CallState call(proc, name, arguments, globalPrintLevel());
   DAG result = runInFrame(call);
   // Who has asked for the arguments as a whole has simplified them.
   releaseLoose(loose);
