@@ -35,8 +35,7 @@ bool askForInterrupt() {
   return driver.interruptCB != nullptr && driver.interruptCB(currentContext()) != 0;
 }
 
-// What asks for the poll alone finds an interrupt that is on its way up as well: the words that each statement looks at
-// are two, not three.
+// Statements look at `pollWanted` alone, which stays set while the error is on its way up.
 void noteInterrupted() {
   SpecialError = computationInterrupted;
   pollInterruptSoon();
