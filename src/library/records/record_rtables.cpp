@@ -130,10 +130,10 @@ void addInteger(Reading& r, Block& block) {
 
 void addElement(Reading& r, Block& block, Word datatype) {
   switch (datatype) {
-    case dataDag: return block.add(settled(r, nextRecord(r)));
+    case dataDag: return block.add(settled(r, nextSettled(r)));
     case dataComplexFloat:
       for (int part = 0; part < 2; ++part) {
-        DAG x = nextRecord(r);
+        DAG x = nextSettled(r);
         if (x && !isNumeric(x) && !isTag(x, NAME) && !isTag(x, SUM)) malformed(r);
         block.add(x);
       }
@@ -203,7 +203,7 @@ void nextSparseIndices(Reading& r, DAG s, Block& block) {
 
 void nextData(Reading& r, DAG s) {
   if (isKorelSparse(s)) {
-    s[rtableData] = nextRecord(r);
+    s[rtableData] = nextSettled(r);
     if (!isTag(s[rtableData], HASHTAB)) malformed(r);
     return;
   }
@@ -239,9 +239,9 @@ DAG nextRtable(Reading& r, Word number) {
   Word n = nextCount(r, 2 * maxDimensions + 9);
   if (n < 7 || n % 2 == 0) failReading(r, "invalid dag length");
   DAG s = enter(r, number, newl2(n, RTABLE));
-  s[rtableElementType] = nextRecord(r);
-  DAG functions = nextRecord(r);
-  s[rtableAttributes] = nextRecord(r);
+  s[rtableElementType] = nextSettled(r);
+  DAG functions = nextSettled(r);
+  s[rtableAttributes] = nextSettled(r);
   if (!s[rtableElementType] || !isSequence(functions) || !isSequence(s[rtableAttributes])) malformed(r);
   s[rtableFunctions] = functions;
   rawField(s, rtableFlags) = static_cast<Word>(nextInt(r)) & keptFlags;

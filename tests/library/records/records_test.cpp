@@ -187,6 +187,19 @@ TEST(Records, BuiltinsAreKnownByTheirNames) {
   EXPECT_EQ(told, "unknown built-in function `nsuchb` ignored");
 }
 
+// Objects are simplified some records late: those that hold them, and refer back to them, get what they have become.
+TEST(Records, ObjectsBecomeOthersWhileTheyWait) {
+  // [x + x, f of the same, the same, {y, x, y}, (x, y), z] as no writer would have it.
+  DAG x = readBack("7(,&%\"xG\"\"\"F$F%-%\"fG6#F#F#<%%\"yGF$F*6$F$F*%\"zG");
+  EXPECT_EQ(x, parsed("[2*x, f(2*x), 2*x, {x, y}, x, y, z]"));
+  // Of a record that breaks off nothing is kept, not even what had all its parts.
+  std::string told;
+  EXPECT_EQ(readBack("7$,&%\"xG\"\"\"F$F%", &told, recordKeepNumbers), DAG());
+  EXPECT_EQ(told, "unexpected end of file");
+  EXPECT_EQ(readBack("F#", &told, recordContinueNumbers), DAG());
+  EXPECT_EQ(told, "invalid back reference");
+}
+
 // ---- bad input
 
 TEST(Records, EachFailureHasItsText) {
