@@ -437,11 +437,15 @@ DAG runNativeBody(NativeFunction function, const Frame& frame) {
   return value;
 }
 
-DAG runStatements(const Frame& frame) {
-  if (optionsOf(frame.proc) != null && isExternalWrapper(frame.proc)) return runExternalBody(frame);
+inline DAG runStatements(const Frame& frame) {
+  // Either has a body of one call; most bodies are something else (bench/programs/fibonacci.krl).
+  DAG body = bodyOf(frame.proc);
+  if (isImmediate(body) || !hasTag(body, FUNCTION)) [[likely]]
+    return evalstat(body, modeInner);
+  if (isExternalWrapper(frame.proc)) return runExternalBody(frame);
   if (NativeFunction function = nativeBody(frame.proc); function != nullptr && runsAtOnce(frame))
     return runNativeBody(function, frame);
-  return evalstat(bodyOf(frame.proc), modeInner);
+  return evalstat(body, modeInner);
 }
 
 DAG runBody(CallState& call) {
