@@ -633,6 +633,7 @@ void releaseScratch(Reading& r) {
 }
 // An error of the language passes, or an interrupt: simplification has raised it.
 void releaseScratchOnError(const char*) { releaseScratch(*reinterpret_cast<Reading*>(errorProcParam)); }
+void releaseNumbersOnError(const char*) { releaseNumbers(*reinterpret_cast<RecordNumbers*>(errorProcParam)); }
 
 // Numbers that `recordKeepNumbers` keeps between the calls of `ParseDotM`.
 RecordNumbers keptNumbers;
@@ -681,7 +682,9 @@ DAG ParseDotM(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn
   RecordNumbers numbers = keptNumbers;
   keptNumbers = RecordNumbers();
   SingleBytes bytes(getch, context);
+  PushStateKeeper(releaseNumbersOnError, &numbers);
   DAG x = ParseRecord(bytes.source, ended, failed, warn, flags, repository, context, numbers);
+  PopErrorProc();
   if ((flags & recordKeepNumbers) != 0) keptNumbers = numbers;
   else releaseNumbers(numbers);
   return x;

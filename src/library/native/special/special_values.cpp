@@ -75,15 +75,15 @@ Outcome evaluate(const Task& task, Complex& value, int& sign) {
   const auto wanted = static_cast<double>(requireDigits());
   double digits = wanted + 8;
   special::hopeless = false;
-  special::exponentRange = 0;
   for (;;) {
+    special::isOverflow = false;
     releaseAllLimbs();
     reals::workingLimbs = reals::limbsForDigits(static_cast<std::int64_t>(digits));
     const Outcome outcome = evaluateOnce(task, value, sign);
     if (outcome != Outcome::value) return outcome;
-    if (special::exponentRange > 0 && special::isInfinite(special::upperBound(value))) return Outcome::overflow;
-    if (special::exponentRange < 0 && special::log10Of(special::upperBound(value)) < leastExponent)
-      return Outcome::underflow;
+    const special::Bound size = special::upperBound(value);
+    if (special::isOverflow && special::isInfinite(size)) return Outcome::overflow;
+    if (size.m != 0 && special::log10Of(size) < leastExponent) return Outcome::underflow;
     if (special::hopeless) return Outcome::none;
     dropVanishing(value.re, value.im, wanted);
     dropVanishing(value.im, value.re, wanted);
