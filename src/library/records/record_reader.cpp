@@ -32,12 +32,10 @@ namespace {
 // The reading that is innermost; those around it wait for what simplification loads.
 Reading* innermost = nullptr;
 
-// Records claim their lengths before their data arrive: objects are made this long at first.
-constexpr Word trustedLength = 64;
-
 // ---- numbers of objects
 
-// The place of the next object, open until `enter`.
+}  // namespace
+
 Word takeNumber(Reading& r) {
   RecordNumbers& n = *r.numbers;
   if (n.count + 1 >= n.capacity) {
@@ -50,6 +48,9 @@ Word takeNumber(Reading& r) {
   n.objects[++n.count] = DAG();
   return n.count;
 }
+
+namespace {
+
 DAG backReference(Reading& r) {
   std::int64_t number = nextInt(r);
   // An object that isn't complete is part of itself here, which only names and rtables can be.
@@ -58,40 +59,6 @@ DAG backReference(Reading& r) {
 }
 
 // ---- integers
-
-class DigitReader {
- public:
-  DigitReader(Reading& r, std::int64_t count) : r_(r), left_(count) {}
-  int next() {
-    --left_;
-    if (pending_ >= 0) {
-      int digit = pending_;
-      pending_ = -1;
-      return digit;
-    }
-    int c = korel::next(r_);
-    if (c < firstDigitPair) return c - firstSingleDigit;
-    if (c >= firstDigitPair + digitPairLimit) failReading(r_, "syntax error while reading file");
-    if (left_ == 0) failReading(r_, "too many digits in digit encoding");
-    pending_ = (c - firstDigitPair) / 10;
-    return (c - firstDigitPair) % 10;
-  }
-  bool isAtEnd() const { return left_ == 0; }
-
- private:
-  Reading& r_;
-  std::int64_t left_;
-  int pending_ = -1;
-};
-
-constexpr std::int64_t mostDigits = std::int64_t{4} * (maxLength - 1);
-
-DAG shortInteger(Tag tag, DigitReader& digits) {
-  std::int64_t value = 0;
-  for (std::int64_t power = 1; !digits.isAtEnd(); power *= 10) value += power * digits.next();
-  if (tag == INTPOS) return NewInteger(value);
-  return value == 0 ? consm0 : NewInteger(-value);
-}
 
 // The next record when it is that of a short integer, wholly at hand, as most are; else 0, and nothing is taken
 // (bench/link_bench.cpp).
@@ -120,34 +87,6 @@ inline DAG shortIntegerAtHand(Reading& r) {
   const auto value = static_cast<std::int32_t>(digits);
   DAG x = code == positive ? immediate(value) : value == 0 ? consm0 : immediate(-value);
   return enter(r, ++numbers.count, x);
-}
-
-DAG longInteger(Tag tag, std::int64_t count, DigitReader& digits) {
-  auto words = static_cast<Word>((count + 3) / 4);
-  DAG s = newl2(1 + (words < trustedLength ? words : trustedLength), tag);
-  for (Word i = 1; i <= words; ++i) {
-    if (i >= lengthOf(s)) {
-      Word more = words + 1 - lengthOf(s);
-      s = enlarge(s, more < lengthOf(s) ? more : lengthOf(s));
-    }
-    Word digit = 0, power = 1;
-    for (int k = 0; k < 4 && !digits.isAtEnd(); ++k, power *= 10) digit += power * static_cast<Word>(digits.next());
-    rawField(s, i) = digit;
-  }
-  // Leading zeros are no digits of the number.
-  Word n = lengthOf(s), used = n;
-  while (used > 2 && rawField(s, used - 1) == 0) --used;
-  if (used != n) shorten(s, n, used);
-  return MakeImmediate(s);
-}
-
-DAG nextInteger(Reading& r, Tag tag) {
-  Word number = takeNumber(r);
-  std::int64_t count = nextInt(r);
-  if (count < 1 || count > mostDigits) failReading(r, "invalid dag length");
-  DigitReader digits(r, count);
-  DAG x = count <= 12 ? shortInteger(tag, digits) : longInteger(tag, count, digits);
-  return enter(r, number, simpl(x));
 }
 
 // ---- names and strings

@@ -45,6 +45,9 @@ struct Reading {
   std::jmp_buf stop;
 };
 
+/// Records claim their lengths before their data arrive: objects are made this long at first.
+constexpr Word trustedLength = 64;
+
 [[noreturn]] void failReading(Reading& r, const char* text);
 inline bool onLink(const Reading& r) { return (r.flags & recordOnLink) != 0; }
 /// The next printable byte: others are passed over.
@@ -69,12 +72,16 @@ inline std::int64_t nextInt(Reading& r, int hexDigits = 8) {
 Word nextCount(Reading& r, Word most);
 /// The length of an object, at least `least`.
 Word nextLength(Reading& r, Word least);
+/// What follows the code in the record of an integer of either sign (record_integers.cpp).
+DAG nextInteger(Reading& r, Tag tag);
 /// A text, which stays until the next one.
 const char* nextText(Reading& r);
 /// The next record's object, which may be waiting; 0 for the word 0.
 DAG nextRecord(Reading& r);
 /// The same, not waiting any more.
 DAG nextSettled(Reading& r);
+/// The number of the next object, open until `enter`.
+Word takeNumber(Reading& r);
 /// Gives the object of a record its number, by which later records refer to it.
 inline DAG enter(Reading& r, Word number, DAG x) {
   r.numbers->objects[number] = x;
