@@ -177,6 +177,17 @@ DAG HardwareToSoftwareFloat(double x) {
   return newFLOAT(NewInteger(x < 0 ? -decimal.digits : decimal.digits), immediate(decimal.exponent));
 }
 
+DAG floatOfDouble(double x) {
+  DAG fresh = HardwareToSoftwareFloat(x);
+  if (isSimplified(fresh)) return fresh;
+  DAG mantissa = mantissaOf(fresh);
+  DAG value = simpl(fresh);
+  // The number is known already, or its mantissa: nobody else knows those of the fresh one (bench/external.sh).
+  if (!isSimplified(mantissa)) release(mantissa, lengthOf(mantissa));
+  if (!isSimplified(fresh)) release(fresh, lengthOf(fresh));
+  return value;
+}
+
 // ---- the bits as text
 
 void HFloatToIEEEHex(double x, bool upperCase, char* text) {
@@ -197,7 +208,7 @@ double IEEEHexToHFloat(const char* text) {
 
 // ---- objects
 
-DAG HFloatToFloat(DAG hfloat) { return simpl(HardwareToSoftwareFloat(hfloatValue(hfloat))); }
+DAG HFloatToFloat(DAG hfloat) { return floatOfDouble(hfloatValue(hfloat)); }
 
 DAG SuppressHFloats(DAG x) {
   auto isHFloat = [](DAG part) { return isTag(part, HFLOAT); };
