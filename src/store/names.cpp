@@ -121,9 +121,8 @@ void prefetchString(Word k) {
   for (int line = 0; line < lines; ++line) __builtin_prefetch(&chain[words * line]);
 }
 
-DAG strnaminstall(const char* text, Tag tag) { return stringhashunique(hashstring(text), text, tableOf(tag)); }
-DAG naminstall(const char* text) { return strnaminstall(text, NAME); }
-DAG strinstall(const char* text) { return strnaminstall(text, STRING); }
+DAG strnaminstall(std::string_view text, Tag tag) { return stringhashunique(hashstring(text), text, tableOf(tag)); }
+DAG naminstall(std::string_view text) { return stringhashunique(hashstring(text), text, nametab); }
 DAG strinstall(std::string_view text) { return stringhashunique(hashstring(text), text, strtab); }
 DAG charinstall(char c) {
   const char text[2] = {c, 0};

@@ -22,11 +22,9 @@ extern DAG AllIniNames;                          // 512 buckets: the names in us
 DAG stringhashunique(Word k, std::string_view text, DAG table);
 /// Has the memory fetched that a look for the string with hash `k` will read.
 void prefetchString(Word k);
-/// The unique NAME (tag NAME) or STRING (any other tag) of `text`.
-DAG strnaminstall(const char* text, Tag tag);
-DAG naminstall(const char* text);
-DAG strinstall(const char* text);
-/// The unique STRING of a text without zeros.
+/// The unique NAME (tag NAME) or STRING (any other tag) of `text`, which holds no zero.
+DAG strnaminstall(std::string_view text, Tag tag);
+DAG naminstall(std::string_view text);
 DAG strinstall(std::string_view text);
 /// The unique STRING of one character.
 DAG charinstall(char c);

@@ -21,6 +21,7 @@
 #include "eval/statements/loops.h"
 #include "eval/statements/statements.h"
 #include "eval/types/types.h"
+#include "external/call_external.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "frame/output.h"
@@ -203,11 +204,18 @@ DAG evalWithoutProcedure(DAG x, DAG value) {
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key);
 DAG runPlain(DAG proc, DAG name, DAG a);
 
+// What is told of a call before it runs.
+[[gnu::noinline]] void observeEntry(DAG proc, DAG name) {
+  prtprof(true, name, evaluationLevel);
+  if (traceAllMode) instrumentOnEntry(name, proc);
+}
+inline bool isObserved() { return (optprofile | static_cast<int>(traceAllMode)) != 0; }
+
 // The function that stands for the whole procedure, while nobody looks at calls.
 inline DirectNative directFunction(DAG proc) {
   DAG body = bodyOf(proc);
   if (isImmediate(body) || !hasTag(body, FUNCTION)) return {};
-  if ((optprofile | static_cast<int>(traceAllMode)) != 0 || showsCalls(*Environment->frame)) return {};
+  if (isObserved() || showsCalls(*Environment->frame)) return {};
   return directNative(proc);
 }
 
@@ -241,6 +249,32 @@ DAG runPure(NativeFunction function, DAG name, DAG x) {
 DAG runDirect(DirectNative native, DAG proc, DAG name, DAG x) {
   if (native.calls == DirectCalls::pure) return runPure(native.function, name, x);
   return runActing(native.function, proc, name, x);
+}
+
+// Evaluating the arguments has given the procedure a value to remember.
+DAG runUnlessRemembered(const Callee& callee, DAG arguments) {
+  arguments = simpl(arguments);
+  DAG value = remembered(callee, arguments);
+  return value != absent ? value : runProcedure(callee, arguments, arguments);
+}
+
+// External code whose wrapper only converts, without a frame; 0 when it is to be called as others are.
+DAG runPlainExternal(DAG proc, DAG name, DAG x) {
+  if (isObserved() || (stepLevel | evalTimeLimit | pollWanted) != 0 || showsCalls(*Environment->frame)) return DAG();
+  const ExternalCode* found = framelessCode(proc);
+  if (found == nullptr) return DAG();
+  const ExternalCode code = *found;
+  LooseArguments loose = evalLooseArguments(x[2]);
+  if (rememberOf(proc) != null) [[unlikely]]
+    return runUnlessRemembered({proc, name, DAG()}, loose.sequence);
+  const FramelessCall call{name, loose.sequence, proc};
+  PushFramelessCall(call);
+  stepEvaluationClock();
+  DAG value = CallExternal(code.wrapper, code.external, code.returnsValue, loose.sequence);
+  stepEvaluationClock();
+  PopErrorProc();
+  releaseLoose(loose);
+  return value;
 }
 
 [[gnu::noinline]] DAG evalOtherCall(DAG x) {
@@ -280,7 +314,10 @@ DAG evalFunction(DAG x) {
       return runPlain(proc, name, x[2]);
     }
     if (isBuiltin(proc) && lengthOf(optionsOf(proc)) == 2) return callBuiltin(immediateValue(bodyOf(proc)), x, name);
-    if (isPlainExternal(proc)) return runPlain(proc, name, x[2]);  // bench/external.sh
+    if (isPlainExternal(proc)) {  // bench/external.sh
+      if (DAG value = runPlainExternal(proc, name, x)) return value;
+      return runPlain(proc, name, x[2]);
+    }
   }
   return evalOtherCall(x);
 }
@@ -502,13 +539,6 @@ inline DAG runInFrame(CallState& call) {
   return result;
 }
 
-// What is told of a call before it runs.
-[[gnu::noinline]] void observeEntry(DAG proc, DAG name) {
-  prtprof(true, name, evaluationLevel);
-  if (traceAllMode) instrumentOnEntry(name, proc);
-}
-inline bool isObserved() { return (optprofile | static_cast<int>(traceAllMode)) != 0; }
-
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
   checkStack();
   DAG proc = callee.procedure;
@@ -530,13 +560,8 @@ DAG runPlain(DAG proc, DAG name, DAG a) {
   const bool typed = hasTypes(paramsOf(proc));
   LooseArguments loose = typed ? LooseArguments{evalArguments(proc, a), false} : evalLooseArguments(a);
   DAG arguments = loose.sequence;
-  if (rememberOf(proc) != null) [[unlikely]] {
-    // Evaluating the arguments has given the procedure a value to remember.
-    arguments = simpl(arguments);
-    const Callee callee{proc, name, DAG()};
-    DAG value = remembered(callee, arguments);
-    return value != absent ? value : runProcedure(callee, arguments, arguments);
-  }
+  if (rememberOf(proc) != null) [[unlikely]]
+    return runUnlessRemembered({proc, name, DAG()}, arguments);
   if (bodyOf(proc) == InertProc) [[unlikely]]
     return runProcedure({proc, name, DAG()}, simpl(arguments), null);
   if (isObserved()) [[unlikely]]

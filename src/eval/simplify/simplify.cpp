@@ -397,7 +397,8 @@ DAG simplifyObject(DAG s) {
   if (tag == STRING && !s[1] && s[2] == null) return strinstall(textOf(s));
   checkStack();
   Word key = 0;
-  if (!bindingsEnabled) {
+  const bool isFreshFloat = tag == FLOAT && !isSettled(s[1]);  // nobody refers to such a mantissa
+  if (!bindingsEnabled && !isFreshFloat) {
     // Most objects that arrive have been seen before: this search ends them.
     key = hashalg(s);
     if (DAG member = findIdentical(key, s)) return member;

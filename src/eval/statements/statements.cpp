@@ -149,7 +149,8 @@ DAG assignOne(DAG left, DAG& value, int mode) {
   value = singleMember(value);
   DAG word = target;
   while (isTag(word, DCOLON)) word = word[1];
-  if (mode <= 0 && word != value && hasExceptInPROCorUNEVAL(value, word) && !isReadlibOf(value, word))
+  const bool hasParts = isObject(value) && !hasTag(value, STRING);
+  if (mode <= 0 && hasParts && word != value && hasExceptInPROCorUNEVAL(value, word) && !isReadlibOf(value, word))
     KernelException("recursive assignment");
   assign(target, value);
   return word;
