@@ -8,10 +8,6 @@
 #include <acb_elliptic.h>
 #include <acb_hypgeom.h>
 #include <acb_poly.h>
-#include <sys/time.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -19,6 +15,9 @@
 #include <map>
 #include <sstream>
 #include <string>
+#include <sys/time.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -33,8 +32,8 @@ class Ball {
     return *this;
   }
   ~Ball() { acb_clear(z_); }
-  operator acb_ptr() { return z_; }              // NOLINT
-  operator acb_srcptr() const { return z_; }     // NOLINT
+  operator acb_ptr() { return z_; }           // NOLINT
+  operator acb_srcptr() const { return z_; }  // NOLINT
 
  private:
   acb_t z_;
@@ -100,9 +99,13 @@ void airyValue(Ball& r, const std::vector<Ball>& a, slong bits, bool second) {
 }
 
 template <void (*F)(acb_t, const acb_t, slong)>
-void unary(Ball& r, const std::vector<Ball>& a, slong bits) { F(r, a[0], bits); }
+void unary(Ball& r, const std::vector<Ball>& a, slong bits) {
+  F(r, a[0], bits);
+}
 template <void (*F)(acb_t, const acb_t, const acb_t, slong)>
-void binary(Ball& r, const std::vector<Ball>& a, slong bits) { F(r, a[0], a[1], bits); }
+void binary(Ball& r, const std::vector<Ball>& a, slong bits) {
+  F(r, a[0], a[1], bits);
+}
 
 const std::map<std::string, Value> functions = {
     {"GAMMA/1", unary<acb_gamma>},
@@ -112,8 +115,10 @@ const std::map<std::string, Value> functions = {
     {"Psi/2", binary<acb_polygamma>},
     {"Beta/2", betaValue},
     {"Zeta/1", unary<acb_zeta>},
-    {"Zeta/2", [](Ball& r, const std::vector<Ball>& a, slong b) { zetaDerivative(r, wholeNumber(a[0]), a[1], one(), b); }},
-    {"Zeta/3", [](Ball& r, const std::vector<Ball>& a, slong b) {
+    {"Zeta/2",
+     [](Ball& r, const std::vector<Ball>& a, slong b) { zetaDerivative(r, wholeNumber(a[0]), a[1], one(), b); }},
+    {"Zeta/3",
+     [](Ball& r, const std::vector<Ball>& a, slong b) {
        if (wholeNumber(a[0]) == 0) acb_hurwitz_zeta(r, a[1], a[2], b);
        else zetaDerivative(r, wholeNumber(a[0]), a[1], a[2], b);
      }},
@@ -127,20 +132,23 @@ const std::map<std::string, Value> functions = {
     {"Shi/1", unary<acb_hypgeom_shi>},
     {"Chi/1", unary<acb_hypgeom_chi>},
     {"Li/1", [](Ball& r, const std::vector<Ball>& a, slong b) { acb_hypgeom_li(r, a[0], 0, b); }},
-    {"dilog/1", [](Ball& r, const std::vector<Ball>& a, slong b) {
+    {"dilog/1",
+     [](Ball& r, const std::vector<Ball>& a, slong b) {
        Ball w;
        acb_sub_ui(w, a[0], 1, b);
        acb_neg(w, w);
        acb_hypgeom_dilog(r, w, b);
      }},
     {"polylog/2", binary<acb_polylog>},
-    {"LambertW/1", [](Ball& r, const std::vector<Ball>& a, slong b) {
+    {"LambertW/1",
+     [](Ball& r, const std::vector<Ball>& a, slong b) {
        fmpz_t k;
        fmpz_init(k);
        acb_lambertw(r, a[0], k, 0, b);
        fmpz_clear(k);
      }},
-    {"LambertW/2", [](Ball& r, const std::vector<Ball>& a, slong b) {
+    {"LambertW/2",
+     [](Ball& r, const std::vector<Ball>& a, slong b) {
        fmpz_t k;
        fmpz_init_set_si(k, wholeNumber(a[0]));
        acb_lambertw(r, a[1], k, 0, b);
@@ -156,24 +164,23 @@ const std::map<std::string, Value> functions = {
     {"AiryBi/2", [](Ball& r, const std::vector<Ball>& a, slong b) { airyValue(r, a, b, true); }},
     {"EllipticK/1", [](Ball& r, const std::vector<Ball>& a, slong b) { acb_elliptic_k(r, squareOf(a[0], b), b); }},
     {"EllipticE/1", [](Ball& r, const std::vector<Ball>& a, slong b) { acb_elliptic_e(r, squareOf(a[0], b), b); }},
-    {"EllipticPi/2", [](Ball& r, const std::vector<Ball>& a, slong b) { acb_elliptic_pi(r, a[0], squareOf(a[1], b), b); }},
-    {"EllipticF/2", [](Ball& r, const std::vector<Ball>& a, slong b) {
-       acb_elliptic_f(r, arcsineOf(a[0], b), squareOf(a[1], b), 0, b);
-     }},
-    {"EllipticE/2", [](Ball& r, const std::vector<Ball>& a, slong b) {
-       acb_elliptic_e_inc(r, arcsineOf(a[0], b), squareOf(a[1], b), 0, b);
-     }},
-    {"EllipticPi/3", [](Ball& r, const std::vector<Ball>& a, slong b) {
-       acb_elliptic_pi_inc(r, a[1], arcsineOf(a[0], b), squareOf(a[2], b), 0, b);
-     }},
-    {"LegendreP/2", [](Ball& r, const std::vector<Ball>& a, slong b) {
-       acb_hypgeom_legendre_p(r, a[0], Ball(), a[1], 0, b);
-     }},
+    {"EllipticPi/2",
+     [](Ball& r, const std::vector<Ball>& a, slong b) { acb_elliptic_pi(r, a[0], squareOf(a[1], b), b); }},
+    {"EllipticF/2", [](Ball& r, const std::vector<Ball>& a,
+                       slong b) { acb_elliptic_f(r, arcsineOf(a[0], b), squareOf(a[1], b), 0, b); }},
+    {"EllipticE/2", [](Ball& r, const std::vector<Ball>& a,
+                       slong b) { acb_elliptic_e_inc(r, arcsineOf(a[0], b), squareOf(a[1], b), 0, b); }},
+    {"EllipticPi/3", [](Ball& r, const std::vector<Ball>& a,
+                        slong b) { acb_elliptic_pi_inc(r, a[1], arcsineOf(a[0], b), squareOf(a[2], b), 0, b); }},
+    {"LegendreP/2",
+     [](Ball& r, const std::vector<Ball>& a, slong b) { acb_hypgeom_legendre_p(r, a[0], Ball(), a[1], 0, b); }},
     {"ChebyshevT/2", binary<acb_hypgeom_chebyshev_t>},
     {"ChebyshevU/2", binary<acb_hypgeom_chebyshev_u>},
     {"HermiteH/2", binary<acb_hypgeom_hermite_h>},
-    {"LaguerreL/2", [](Ball& r, const std::vector<Ball>& a, slong b) { acb_hypgeom_laguerre_l(r, a[0], Ball(), a[1], b); }},
-    {"LaguerreL/3", [](Ball& r, const std::vector<Ball>& a, slong b) { acb_hypgeom_laguerre_l(r, a[0], a[1], a[2], b); }},
+    {"LaguerreL/2",
+     [](Ball& r, const std::vector<Ball>& a, slong b) { acb_hypgeom_laguerre_l(r, a[0], Ball(), a[1], b); }},
+    {"LaguerreL/3",
+     [](Ball& r, const std::vector<Ball>& a, slong b) { acb_hypgeom_laguerre_l(r, a[0], a[1], a[2], b); }},
     {"GegenbauerC/3",
      [](Ball& r, const std::vector<Ball>& a, slong b) { acb_hypgeom_gegenbauer_c(r, a[0], a[1], a[2], b); }},
     {"JacobiP/4",
@@ -238,9 +245,9 @@ std::string answer(const std::string& line) {
   return "? ?";
 }
 
-// Ends the process after a third of a second and one for each hundred digits.
+// Ends the process after a tenth of a second and one for each hundred digits.
 void setPatience(const std::string& line) {
-  const long milliseconds = 300 + 10 * std::atol(line.c_str());
+  const long milliseconds = 100 + 10 * std::atol(line.c_str());
   const itimerval timer = {{0, 0}, {milliseconds / 1000, milliseconds % 1000 * 1000}};
   setitimer(ITIMER_REAL, &timer, nullptr);
 }

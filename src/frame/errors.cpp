@@ -217,13 +217,15 @@ void raiseKernelException(const char* text, const DAG* parameters, int count) {
   raiseException(exception, exception);
 }
 
-void KorelException(DAG arguments) {
+void KorelException(DAG arguments) { KorelExceptionOf(raisingProcedure(), arguments); }
+
+void KorelExceptionOf(DAG procedure, DAG arguments) {
   if (arguments == null) {
     DAG last = ini("lastexception")[1];
     arguments = isSequence(last) ? copydel(last, 0, 1) : strinstall("unspecified error");
   }
   DAG exception = isSequence(arguments) ? space_insert(arguments, 0, 1) : new3(EXPSEQ, DAG(), arguments);
-  exception[1] = raisingProcedure();
+  exception[1] = procedure;
   DAG message = exception[2];
   if (!hasTag(message, NAME) && !hasTag(message, STRING)) {
     exception = space_insert(exception, 1, 1);

@@ -233,7 +233,7 @@ namespace {
 // Degrees up to this one come from their recurrences.
 constexpr std::int64_t smallDegree = 60;
 
-// P_n(cos t) by the expansion of Stieltjes for large n sin t, whose error is below twice the first term left out, without
+// P_n(cos t) by the expansion of Stieltjes for large n sin t. What it leaves out is below twice the next term without
 // its cosine (G. Szegoe, "Orthogonal polynomials", theorem 8.21.5).
 bool stieltjesSum(std::int64_t n, const Real& x, Real& value) {
   const Real sine = sqrt((Real(1) - x) * (x + Real(1)));
@@ -262,8 +262,8 @@ bool stieltjesSum(std::int64_t n, const Real& x, Real& value) {
   return false;
 }
 
-// P_n(x) of a high degree for a real x >= 0: by a sum of positive terms beyond 1, before it by the expansion or, near 1,
-// the sum at 1.
+// P_n(x) of a high degree for a real x >= 0: by a sum of positive terms beyond 1, before it by the expansion or, near
+// 1, the sum at 1.
 Complex highLegendre(std::int64_t n, const Real& x) {
   const Complex degree(n), one[] = {Complex(1)};
   const Real above = x + Real(1), below = x - Real(1);

@@ -23,7 +23,8 @@ constexpr std::int64_t mostTerms = 3000000;
 // What the ratios of all further terms are bounded by: factors (|a| + k)/(b + k), which fall towards 1, and 1/(b + k).
 class RatioBound {
  public:
-  RatioBound(const Complex* a, int p, const Complex* b, int q, const Complex& z) : p_(p), q_(q), z_(upperBound(absolute(z))) {
+  RatioBound(const Complex* a, int p, const Complex* b, int q, const Complex& z)
+      : p_(p), q_(q), z_(upperBound(absolute(z))) {
     for (int i = 0; i < p; ++i) upper_[i] = doubleOf(upperBound(a[i]));
     for (int i = 0; i < q; ++i) {
       const double re = toDouble(b[i].re);
