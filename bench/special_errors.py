@@ -83,7 +83,7 @@ FUNCTIONS = [
     ("GAMMA", [mixed(WIDE, WIDE, POLES, HUGE)], [1], mp.gamma),
     ("lnGAMMA", [mixed(WIDE, WIDE, POLES, HUGE)], [1], mp.loggamma),
     ("Psi", [mixed(WIDE, WIDE, POLES, HUGE, near("1.461632144968362341263", "-0.504083008264455409258"))], [1], mp.digamma),
-    ("Psi", [whole(1, 5), mixed(WIDE, WIDE, POLES, HUGE)], [0, 1], lambda n, x: mp.polygamma(int(n), x)),
+    ("Psi", [whole(1, 5), mixed(WIDE, WIDE, POLES, scale(3, 5))], [0, 1], lambda n, x: mp.polygamma(int(n), x)),
     ("Beta", [mixed(SMALL, POLES, positive(1, 12)), mixed(SMALL, SMALL, POLES)], [1, 1], mp.beta),
     ("GAMMA", [mixed(SMALL, POLES), mixed(real(0, 30), positive(-5, 1), positive(-20, 4))], [1, 1], lambda a, z: mp.gammainc(a, z)),
     ("Zeta", [mixed(real(-20, 20), scale(-4, 1), scale(1, 2), near("1", "-2", "-4", "0"))], [1], mp.zeta),
@@ -308,13 +308,14 @@ def main():
     parser.add_argument("-s", type=int, default=1)
     parser.add_argument("-m", type=int, default=20)
     parser.add_argument("-p", default="0/1")
+    parser.add_argument("-f", type=int, default=0, help="the first of the functions, by number")
     parser.add_argument("names", nargs="*")
     options = parser.parse_args()
     part, parts = map(int, options.p.split("/"))
     failed = False
     for digits in [int(d) for d in options.d.split(",")]:
         for i, entry in enumerate(FUNCTIONS):
-            if i % parts != part or options.names and entry[0] not in options.names:
+            if i < options.f or i % parts != part or options.names and entry[0] not in options.names:
                 continue
             rng = random.Random("%d %s %d %d" % (options.s, entry[0], i, digits))
             survey, begun = Survey(entry, digits, options.m), time.time()

@@ -245,9 +245,9 @@ std::string answer(const std::string& line) {
   return "? ?";
 }
 
-// Ends the process after a third of a second and one for each hundred digits.
+// Ends the process after a tenth of a second and one for each hundred digits.
 void setPatience(const std::string& line) {
-  const long milliseconds = 300 + 10 * std::atol(line.c_str());
+  const long milliseconds = 100 + 10 * std::atol(line.c_str());
   const itimerval timer = {{0, 0}, {milliseconds / 1000, milliseconds % 1000 * 1000}};
   setitimer(ITIMER_REAL, &timer, nullptr);
 }

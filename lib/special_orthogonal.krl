@@ -6,7 +6,7 @@
   local n, x;
   n, x := a[1], a[-1];
   if `special/isfloat`(a) then `special/float`(f, a)
-  elif type(n, nonnegint) then g(op(a))
+  elif type(n, nonnegint) then `special/check`(f, a); g(op(a))
   else `special/standing`(f, a)
   end if
 end proc:

@@ -224,11 +224,11 @@ void keepInName(DAG name, DAG value) {
   name[1] = value;
 }
 
-// Raises `exception`, whose first member is filled in here.
-[[noreturn]] void raiseException(DAG exception, DAG value) {
+// Raises `exception`, whose first member is filled in here: `procedure`, or with 0 the one that is running.
+[[noreturn]] void raiseException(DAG exception, DAG value, DAG procedure = DAG()) {
   FailingFrame failing;
   const bool isFrameless = enterFramelessCall(failing);
-  exception[1] = raisingProcedure();
+  exception[1] = procedure ? procedure : raisingProcedure();
   ResetSimplifier();
   // The error may have come of an object too large for the result of an operation on groups.
   GroupSpace::releaseAll();
@@ -270,7 +270,9 @@ void raiseKernelException(const char* text, const DAG* parameters, int count) {
   raiseException(exception, exception);
 }
 
-void KorelException(DAG arguments) {
+void KorelException(DAG arguments) { KorelExceptionOf(DAG(), arguments); }
+
+void KorelExceptionOf(DAG procedure, DAG arguments) {
   if (arguments == null) {
     DAG last = ini("lastexception")[1];
     arguments = isSequence(last) ? copydel(last, 0, 1) : strinstall("unspecified error");
@@ -290,7 +292,7 @@ void KorelException(DAG arguments) {
   } else if (hasTag(message, NAME)) {
     exception[2] = strinstall(textOf(message));
   }
-  raiseException(exception, arguments);
+  raiseException(exception, arguments, procedure);
 }
 
 void userror(const char* text) { KernelException(text); }

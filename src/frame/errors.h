@@ -40,6 +40,9 @@ template <class... Parameters>
 /// Raises what the statement `error` was given: EXPSEQ (message, parameters...), one object, or
 /// `null` for the last error again.
 [[noreturn]] void KorelException(DAG arguments);
+/// The same as if the procedure of that name had raised it: what a helper of several procedures finds. With 0 the one
+/// that is running.
+[[noreturn]] void KorelExceptionOf(DAG procedure, DAG arguments);
 [[noreturn]] void userror(const char* text);
 /// A message with one printf conversion, whose formatted value becomes parameter 1 (for a text with
 /// error procedures registered: part of the text).

@@ -141,7 +141,7 @@ Real realStirlingSum(const Real& z, int order) {
       power.middle = power.middle * ratio;
     }
     const std::int64_t size = term.middle.exponent;
-    if (size < -64 * full || size > before || k > 40 * guess) {
+    if (size < -workBits() || size > before || k > 40 * guess) {
       // Each of k terms is off by about so many units of its last bits, and by what z is off.
       const auto n = static_cast<double>(k);
       Bound error = powerOfTwoBound(size + 1) + powerOfTwoBound(6 - 64 * full) * boundOf(n * (n + 2));
@@ -276,6 +276,8 @@ Complex gamma(const Complex& z) {
 }
 
 Complex reciprocalGamma(const Complex& z) {
+  std::int64_t n;
+  if (isMachineInteger(z, n) && n > 0 && n < 40 * workLimbs()) return Complex(1) / factorialBall(n - 1);
   if (isPole(z)) return 0;
   if (isFarUp(z)) return exp(-lnGamma(z));
   if (isLeft(z)) return sinPi(z) * gamma(Complex(1) - z) / pi();
