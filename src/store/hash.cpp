@@ -301,10 +301,16 @@ Word hashalg(DAG s) {
         for (Word i = 1; i < n; ++i) mix(s[i]);
       }
       break;
-    default:
+    default: {
       h = static_cast<Word>(tagNumber(tag));
-      for (Word i = 1; i < n; ++i) mix(s[i]);
+      // Four fields at a time: the same number, but only one product in four waits for the one before.
+      constexpr Word f = 1027, f2 = f * f, f3 = f2 * f, f4 = f3 * f;
+      Word i = 1;
+      for (; i + 4 <= n; i += 4)
+        h = f4 * h + (f3 * s[i].word + f2 * s[i + 1].word + (f * s[i + 2].word + s[i + 3].word));
+      for (; i < n; ++i) mix(s[i]);
       break;
+    }
   }
   return h == 0 ? 1 : h;
 }
