@@ -279,7 +279,8 @@ const ExternalCode* framelessCode(DAG procedure) {
   if (isImmediate(body) || secureMode) return nullptr;
   ExternalCode& entry = plainCode[body.word / 8 % plainCodeCount];
   if (entry.body == body) return &entry;
-  if (!isCallOf(body, ini("call_external")) || !isTag(body[1][1], PROC) || !isBuiltinProcedure(body[1][1])) return nullptr;
+  if (!isCallOf(body, ini("call_external")) || !isTag(body[1][1], PROC) || !isBuiltinProcedure(body[1][1]))
+    return nullptr;
   DAG given = body[2];
   const bool isUsual = isSequence(given) && memberCount(given) == 4 && isInteger(given[1]) && isInteger(given[2]) &&
                        (given[3] == ini("true") || given[3] == ini("false")) && isArgs(given[4]);

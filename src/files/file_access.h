@@ -25,8 +25,8 @@ void FlushFile(FileRecord& file);
 void prepareToRead(FileRecord& file);
 void prepareToWrite(FileRecord& file);
 
-/// The next line without its newline, and without zeros; false at the end of the file. It stands in `space`, or where the
-/// file keeps it, until something is read again.
+/// The next line without its newline, and without zeros; false at the end of the file. It stands in `space`, or where
+/// the file keeps it, until something is read again.
 bool readLine(FileRecord& file, TextBuffer& space, std::string_view& line);
 /// Reads up to `n` bytes; how many there were.
 std::size_t readBytes(FileRecord& file, char* bytes, std::size_t n);

@@ -5,8 +5,8 @@
 
 namespace korel {
 
-/// The operands of an operation, from 1 on: those behind the number in iolib(n, operands...), or all that a procedure of
-/// the library was given.
+/// The operands of an operation, from 1 on: those behind the number in iolib(n, operands...), or all that a procedure
+/// of the library was given.
 struct IolibCall {
   DAG arguments;    // EXPSEQ
   Word before = 1;  // members before the operands

@@ -214,7 +214,9 @@ constexpr auto hashFactorTo = [] {  // its powers
   for (std::size_t n = 1; n < powers.size(); ++n) powers[n] = hashFactor * powers[n - 1];
   return powers;
 }();
-inline Word signedCharacter(char c) { return static_cast<Word>(static_cast<std::int32_t>(static_cast<signed char>(c))); }
+inline Word signedCharacter(char c) {
+  return static_cast<Word>(static_cast<std::int32_t>(static_cast<signed char>(c)));
+}
 
 #if defined(__SSE2__)
 constexpr std::size_t hashBlock = 16;

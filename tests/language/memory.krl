@@ -35,3 +35,5 @@ values(): 0: 0: values(): a := values(): same(map(x -> x, e)), same(map(u -> map
 # What an error that was caught has noted of the calls on its way isn't kept.
 fill := proc(n) local t, i; t := table(); for i to n do t[i] := [i, v(i)] end do; error "x" end proc:
 old := 'old': 0: 0: 0: a := live(): try fill(100000) catch: end try: 0: 0: 0: live(): evalb(live() - a < 100000*8*4);
+# What a statement has made and dropped is found by the first `gc()` behind it, however much it was.
+drop := proc(n) local l; l := [seq([i, h(i)], i = 1..n)]; nops(l) end proc: drop(1): a := values(): drop(20000): evalb(values() - a < 50000); drop(50000): evalb(values() - a < 50000); op(1, [seq([i, h(i)], i = 1..20000)]): evalb(values() - a < 50000);

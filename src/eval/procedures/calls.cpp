@@ -450,9 +450,7 @@ bool isGoto(DAG x) { return isCallOf(x, ini("goto")) && isSequence(x[2]) && leng
 
 // Whether the body, one call of a built-in, may run at once: nothing comes before that statement, and its value isn't
 // shown.
-bool runsAtOnce(const Frame& frame) {
-  return (stepLevel | evalTimeLimit | pollWanted) == 0 && !showsValues(frame);
-}
+bool runsAtOnce(const Frame& frame) { return (stepLevel | evalTimeLimit | pollWanted) == 0 && !showsValues(frame); }
 
 // External code has a body of one call (bench/external.sh).
 DAG runExternalBody(const Frame& frame) {

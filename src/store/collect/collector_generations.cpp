@@ -92,21 +92,43 @@ void openGeneration() {
   nextgcgen = cused + incrgen;
 }
 
+constexpr std::int32_t topLevel = 2;
+
+// Whether the generation of a statement of the top level that has ended is closed before its interval has passed: it
+// holds the last of what the statement made, such as a list whose members stand in older ones.
+bool closesEarly() {
+  constexpr int mostLabels = 950;  // the rest are for intervals that pass
+  return gcgen < mostLabels && wordsUsed() != openedAt;
+}
+
+// The interval shrinks as the labels are used up: two thirds of those left last to the next time.
+std::int64_t intervalFor(std::int64_t words) { return 3 * words / (2042 - 2 * gcgen) + 1; }
+
 }  // namespace
 
 void settleGenerations(std::int32_t level) {
+  const bool hasPassed = cused > nextgcgen || collectAlways;
+  const bool closes = level == topLevel && !collectAlways && (hasPassed || closesEarly());
   releaseGenerations(level);
-  if (cused > nextgcgen || collectAlways) openGeneration();
+  if (hasPassed) openGeneration();
   if (cused > nextgc || collectAlways) {
     if (!canCollectionWait()) collectInTurn();
     setGenerationInterval();
     nextgcgen = cused + incrgen;
     nextgc = cused + incrgc;
   }
+  if (!closes) return;
+  // Nothing is running that holds what the last statement of the top level made: its generation is released with the
+  // others, so that a list which it has dropped is found by a `gc()` in the next.
+  if (!hasPassed) {
+    openGeneration();
+    // The labels that are left last until the next collection.
+    incrgen = std::max(incrgen, intervalFor(nextgc - cused));
+  }
+  releaseGenerations(topLevel);
 }
 
 void collectBetweenStatements() {
-  constexpr std::int32_t topLevel = 2;
   // The present generation is released by the end of a statement behind it.
   openGeneration();
   releaseGenerations(topLevel);
@@ -121,8 +143,7 @@ std::int64_t releasedWords() {
   return words;
 }
 
-// The interval shrinks as the labels are used up: two thirds of those left last to the next time.
-void setGenerationInterval() { incrgen = 3 * incrgc / (2042 - 2 * gcgen) + 1; }
+void setGenerationInterval() { incrgen = intervalFor(incrgc); }
 
 void planGenerations(GenerationPlan& plan) {
   Groups groups;
