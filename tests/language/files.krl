@@ -31,3 +31,9 @@ iolib(3, "/dev/full", "x"): iolib(23, "/dev/full"); iolib(7, "/dev/full"); close
 writetext("l.txt", "a\nb\n\nc\n"); readlines("l.txt"); appendtext("l.txt", "d"); readtext("l.txt"); readlines("l.txt"); fileexists("l.txt"), fileexists("nope"), fileexists("/tmp"), fileexists("/nodir/x"); readline("l.txt"), fileexists("l.txt"), filepos("l.txt"); removefile("l.txt"); fileexists("l.txt");
 mkdir("q d"); writelines("q d/it's", ["x", "y"]); writelines("q d/b", []); listdir("q d"), readlines("q d/b"), readtext("q d/b"); removefile("q d/it's", "q d/b"); listdir("q d"); rmdir("q d"); listdir("q d"); readtext("/nofile"); readtext("/tmp"); writetext("/dev/full", "abc"); fopen("a", FOO); fopen("a"); writelines("a", [1]);
 f := fopen("z.txt", APPEND): fprintf(f, "%s %d\n", "n", 1); fclose(f); f := fopen("z.txt", APPEND): writeline(f, "more"); fclose(f); f := fopen("z.txt", READ): fscanf(f, "%s%d"), feof(f), fscanf(f, "%s"), fscanf(f, "%s"), feof(f); fclose(f); f := fopen("z.txt", WRITE, BINARY): writebytes(f, [104, 105]); filepos(f, 0): readbytes(f, 9, TEXT); fflush(f); filestatus()[4][6]; fclose(f); removefile("z.txt");
+# Calls that need no frame of their own are told in errors and tracebacks as if they had one, and not behind an error.
+f := proc(x) local y; y := sscanf(x, 7); y end proc: f("a"); tracelast; readline("/nosuch"); writeline("/dev/null", 3); readline(x + 1); feof(17); lastexception[2..-1]; g := proc() try sscanf(3) catch: 1 end try; error "own" end proc: g(); traperror(sscanf(3)); sscanf("1+", "%a"); sscanf("1*1/0", "%a");
+readline(), feof(default);
+the line of the default input
+# Written lines and values are spliced, evaluated once, and no place for another procedure of that name.
+s := "7 8", "%d %d": sscanf(s); n := 0: h := proc() global n; n := n + 1; "12" end proc: sscanf(h(), "%d"), n; readline := proc() mine end proc: readline("/nosuch"); readline := 'readline': print(sscanf);

@@ -105,6 +105,14 @@ TEST(Hash, KeysAreThoseTold) {
   EXPECT_EQ(hashstring(""), 1u);
   EXPECT_EQ(hashstring("a"), 'a' + 1027u);
   EXPECT_EQ(hashstring("\xff"), 1027u - 1);
+  std::mt19937 random(3);
+  std::string longText;
+  for (int n = 0; n < 200; ++n) {  // around the blocks that are hashed at once
+    Word expected = 1;
+    for (char c : longText) expected = 1027 * expected + static_cast<Word>(static_cast<signed char>(c));
+    EXPECT_EQ(hashstring(longText), expected == 0 ? 1 : expected) << n;
+    longText += static_cast<char>(1 + random() % 255);
+  }
   DAG x = naminstall("x"), y = naminstall("y");
   EXPECT_EQ(hashalg(x), x.word);
   DAG list = new3(EXPSEQ, x, y);

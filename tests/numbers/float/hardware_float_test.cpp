@@ -1,8 +1,12 @@
 // Doubles and software floats: both ways, at random and at the limits, and the bits as text.
 
+#include <algorithm>
 #include <bit>
+#include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
@@ -11,6 +15,7 @@
 #include "kernel_fixture.h"
 #include "numbers/float/float.h"
 #include "numbers/float/hardware_float.h"
+#include "numbers/float/shortest_decimal.h"
 #include "numbers/integer/integer.h"
 #include "store/objects.h"
 
@@ -62,6 +67,23 @@ TEST(HardwareFloat, DoublesComeBackWithTheFewestDigits) {
     ASSERT_EQ(bitsOf(SoftwareToHardwareFloat(f)), bitsOf(x)) << text(f);
     EXPECT_LE(ilength(mantissaOf(f)), 17) << text(f);
   }
+  // Beside a power of two, where the neighbours are not equally far, and among the subnormals.
+  for (std::uint64_t exponent = 0; exponent < 2047; ++exponent)
+    for (std::int64_t k = -2; k <= 2; ++k) {
+      const double x = std::bit_cast<double>((exponent << 52) + static_cast<std::uint64_t>(k));
+      if (!(x > 0) || !std::isfinite(x)) continue;
+      const ShortDecimal decimal = shortestDecimal(x);
+      char expected[40], given[40];
+      *std::to_chars(expected, expected + 30, x, std::chars_format::scientific).ptr = 0;
+      double back = 0;
+      std::snprintf(given, sizeof given, "%llde%d", static_cast<long long>(decimal.digits), decimal.exponent);
+      std::from_chars(given, given + std::strlen(given), back);
+      ASSERT_EQ(bitsOf(back == 0 ? std::strtod(given, nullptr) : back), bitsOf(x)) << given;
+      auto digitCount = [](const char* t) {
+        return std::count_if(t, std::strchr(t, 'e'), [](char c) { return c != '.'; });
+      };
+      ASSERT_EQ(digitCount(given), digitCount(expected)) << given << ' ' << expected;
+    }
   const struct {
     double x;
     const char* text;
