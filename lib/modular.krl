@@ -1,15 +1,24 @@
 # Polynomials modulo a prime as expressions: Gcd(a, b) mod p and its kin, over a prime field or over the field that a
-# RootOf of an irreducible polynomial makes of it. Values are reduced as `mod` is set. Where more than one
-# indeterminate stands in the polynomials, calls that take one stay as they are.
+# RootOf of an irreducible polynomial makes of it. Values are reduced as `mod` is set. One indeterminate is the affair
+# of dense polynomials; what holds several is handed to modular_several.krl, and a call that makes no sense for several
+# stays as it is.
 
-# [x, alpha]: the one indeterminate and the one RootOf, each as a list that may be empty; NULL where there are more.
-`mod/aid/setting` := proc(a::list, given::list)
-  local found, roots, inner, names;
+# [{x, ...}, [alpha]]: the indeterminates and the one RootOf, if there is one; NULL where there are more.
+`mod/aid/field` := proc(a::list, given::list)
+  local found, roots, inner;
   found := `kernel/native`("mod/aid/variables", op(a), op(given));
   roots := select(type, found, specfunc(anything, RootOf));
   if nops(roots) > 1 then return NULL end if;
   inner := `kernel/native`("mod/aid/variables", seq(op(t), t = roots));
-  names := remove(member, remove(type, found, specfunc(anything, RootOf)), inner);
+  [remove(member, remove(type, found, specfunc(anything, RootOf)), inner), [op(roots)]]
+end proc:
+
+# [[x], [alpha]]: the one indeterminate and the one RootOf, each in a list that may be empty; NULL where there are more.
+`mod/aid/setting` := proc(a::list, given::list)
+  local names, roots;
+  roots := `mod/aid/field`(a, given);
+  if roots = NULL then return NULL end if;
+  names, roots := op(roots);
   if given <> [] and type(given[1], name) then
     if names minus {given[1]} <> {} then return NULL end if;
     return [[given[1]], [op(roots)]]
@@ -48,11 +57,14 @@ end proc:
   subs(y = op(field), `mod/aid/shown`(`kernel/native`("evalgf1/aid/run", convert(f, string), r, e, p), p))
 end proc:
 
-# The same for calls that find their indeterminate; NULL where there are several.
+# The same for calls that find their indeterminate, or several.
 `mod/aid/ask` := proc(f, a::list, given::list, p)
   local s, x;
   s := `mod/aid/setting`(remove(type, a, list), given);
-  if s = NULL then return NULL end if;
+  if s = NULL then
+    s := `mod/aid/several`(f, a, given, p);
+    if type(s, list) then return s[1] else return s end if
+  end if;
   `mod/aid/run`(f, a, op(1, [op(s[1]), x]), s[2], p)
 end proc:
 
@@ -89,12 +101,16 @@ end proc:
   true
 end proc:
 
-# [quotient, remainder]
+# [quotient, remainder]; [0, a] for polynomials in several indeterminates that don't divide.
 `mod/aid/divided` := proc(a, b)
   local p, s, x, q, r;
   p := args[nargs];
   s := `mod/aid/setting`([a, b], [args[3 .. nargs - 1]]);
-  if s = NULL then return NULL end if;
+  if s = NULL then
+    if nargs = 4 then return `mod/aid/longdivision`(args) end if;
+    s := `mod/aid/several`('Divide', [a, b], [], p);
+    if s = NULL then return NULL elif s = [] then return [0, a] else return [s[1], 0] end if
+  end if;
   x := op(1, [op(s[1]), x]);
   if s[2] <> [] then return `mod/aid/run`('Divide', [a, b], x, s[2], p) end if;
   q := modp1(Quo(ConvertIn(modp(a, p), x), ConvertIn(modp(b, p), x), 'r'), p);
@@ -156,20 +172,20 @@ end proc:
 
 `mod/Discrim` := proc(a, x, p)
   description "Discrim(a, x) mod p: the discriminant of a polynomial in x";
-  local c, d, e, n, lead, r, excess;
-  c := `mod/aid/setting`([a], [x]);
-  if c = NULL then return NULL end if;
-  d := `mod/aid/run`('Add', [a, 0], x, c[2], p);
+  local d, e, n, lead, r, excess;
+  d := `mod/Expand`(a, p);
+  if d = NULL then return NULL end if;
   n := degree(d, x);
+  if n = FAIL then return NULL end if;
   if n < 1 then return 0 end if;
-  e := `mod/aid/run`('Add', [diff(d, x), 0], x, c[2], p);
+  e := `mod/Expand`(diff(d, x), p);
   if e = 0 then return 0 end if;
-  r := `mod/aid/run`('Resultant', [d, e], x, c[2], p);
+  r := `mod/aid/ask`('Resultant', [d, e], [x], p);
   # A derivative of lower degree than n - 1 leaves out powers of the leading coefficient.
   lead := coeff(d, x, n);
   excess := n - 2 - degree(e, x);
-  if excess < 0 then r := `mod/aid/divided`(r, lead, x, p)[1]
-  else to excess do r := `mod/aid/run`('Multiply', [r, lead], x, c[2], p) end do
+  if excess < 0 then r := `mod/aid/divided`(r, lead, p)[1]
+  else to excess do r := `mod/aid/ask`('Multiply', [r, lead], [], p) end do
   end if;
   (-1)^(n*(n - 1)/2)*r mod p
 end proc:
@@ -195,7 +211,9 @@ end proc:
   local p, s, x, base, k;
   p := args[nargs];
   s := `mod/aid/setting`([a, b], [args[4 .. nargs - 1]]);
-  if s = NULL then return NULL end if;
+  if s = NULL then
+    if n < 0 then return NULL else return `mod/aid/longpower`(args) end if
+  end if;
   x := op(1, [op(s[1]), x]);
   base := a; k := n;
   if n < 0 then
@@ -209,7 +227,12 @@ end proc:
   description "Expand(a) mod p: the polynomial multiplied out, RootOf in it reduced";
   local s, x;
   s := `mod/aid/setting`([a], []);
-  if s = NULL then return expand(a) mod p end if;
+  if s = NULL then
+    s := `mod/aid/field`([a], []);
+    if s = NULL or s[2] = [] then return expand(a) mod p end if;
+    s := `mod/aid/several`('Expand', [a], [], p);
+    if s = NULL then return NULL else return s mod p end if
+  end if;
   x := op(1, [op(s[1]), x]);
   if s[2] <> [] then `mod/aid/run`('Add', [a, 0], x, s[2], p) mod p
   else modp1(ConvertOut(ConvertIn(modp(a, p), x)), p) mod p
@@ -222,6 +245,10 @@ end proc:
   f := `mod/aid/fraction`(a, p);
   if f = NULL then return NULL end if;
   n, d := op(f);
+  if `mod/aid/setting`(f, []) = NULL then
+    f := `mod/aid/several`('Normal', f, [], p);
+    if f = NULL then return NULL else return (f[1] mod p)/(f[2] mod p) end if
+  end if;
   g := `mod/aid/ask`('Gcd', [n, d], [], p);
   if d = 0 then error "division by zero" end if;
   n := `mod/aid/divided`(n, g, p)[1]; d := `mod/aid/divided`(d, g, p)[1];
@@ -230,7 +257,7 @@ end proc:
   (n mod p)/(g mod p)
 end proc:
 
-# [numerator, denominator] of a rational function in one indeterminate, not in lowest terms.
+# [numerator, denominator] of a rational function, not in lowest terms.
 `mod/aid/fraction` := proc(a, p)
   local r, t, f, one;
   one := proc(b, e, p)
@@ -239,7 +266,7 @@ end proc:
     if e < 0 then f := [f[2], f[1]] end if;
     map(`mod/Power`, f, abs(e), p)
   end;
-  if `mod/aid/setting`([a], []) = NULL then return NULL end if;
+  if `mod/aid/field`([a], []) = NULL then return NULL end if;
   if type(a, `+`) then
     r := [0, 1];
     for t in [op(a)] do
@@ -264,7 +291,7 @@ end proc:
   local s, x, y, m, r;
   x := op(1, e);
   s := `mod/aid/setting`([a, op(2, e)], [x]);
-  if s = NULL then return NULL end if;
+  if s = NULL then return `mod/Expand`(subs(x = op(2, e), modp(a, p)), p) end if;
   if s[2] = [] then return modp1(Eval(ConvertIn(modp(a, p), x), modp(op(2, e), p)), p) mod p end if;
   `mod/aid/divided`(a, x - op(2, e), x, p)[2] mod p
 end proc:

@@ -6,7 +6,7 @@
   local s, x, given;
   given := select(type, more, name);
   s := `mod/aid/setting`([a, op(remove(type, more, name))], given);
-  if s = NULL then return NULL end if;
+  if s = NULL then return `mod/aid/parts`(f, a, more, p) end if;
   `mod/aid/run`(f, [a], op(1, [op(s[1]), x]), s[2], p)
 end proc:
 
@@ -105,12 +105,15 @@ end proc:
 end proc:
 
 `mod/Det` := proc(a, p)
-  description "Det(a) mod p: the determinant of a square matrix of integers, a list of rows or an array";
+  description "Det(a) mod p: the determinant of a square matrix of polynomials, a list of rows or an array";
   local m, n, i, j, k, d, f, row;
   m := modp(`if`(type(a, list), a, convert(a, `list(list)`)), p);
   n := nops(m);
   if select(proc(r, n) evalb(nops(r) <> n) end, m, n) <> [] then error "square matrix expected, but received %1", a end if;
-  if hastype(m, name) then return NULL end if;
+  if hastype(m, name) then
+    d := `mod/aid/several`('Det', [seq(op(row), row = m)], [], p);
+    if d = NULL then return NULL else return d mod p end if
+  end if;
   d := 1;
   for k to n do
     for i from k to n while m[i][k] = 0 do end do;

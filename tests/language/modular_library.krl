@@ -2,7 +2,7 @@
 Gcd(x^2 - 1, x^2 + 2*x + 1) mod 7, mods(Gcd(x^2 - 1, 3*x - 3), 7), Gcd(x^2 - 1, x^3 - 1, 'u', 'v') mod 7; u, v; Gcd(x/2 + 1, 0) mod 7, Gcd(0, 0) mod 7, Gcd(x, 3) mod 7;
 Gcdex(x^2 + 1, x + 3, x, 's', 't') mod 7; s, t; Lcm(2*x - 2, x^2 - 1) mod 7;
 Quo(x^3 + 1, x + 3, x, 'r') mod 7; r; Rem(x^3 + 1, x + 3, x, 'q') mod 7; q; Divide(x^2 - 1, x - 1, 'q') mod 7; q; Divide(x^2 + 1, x - 1) mod 7, mods(Quo(4*x^2 + 1, x + 3, x), 5);
-Quo(x, 0, x) mod 7; Gcd(2*x + 1, 3*x^2) mod 6; Gcd(x*y, x) mod 7;
+Quo(x, 0, x) mod 7; Gcd(2*x + 1, 3*x^2) mod 6; Gcdex(x*y, x, x) mod 7;
 Resultant(x^3 + 2*x + 1, 3*x^2 + 5, x) mod 101, Discrim(x^3 + 2*x + 1, x) mod 101, -4*2^3 - 27 mod 101, Discrim(3*x^2 + x + 5, x) mod 101, 1 - 60 mod 101, Discrim(x^7 + 2*x + 1, x) mod 7;
 # Powers, values, normal forms.
 Power(x + 1, 7) mod 7, Powmod(x, 100, x^3 + x + 1) mod 7, Powmod(x, -1, x^3 + x + 1) mod 7, Expand((x + 1)^3*(2*x + 3)) mod 7, Expand((x + y)^7) mod 7, Expand((3*x + 5)^2) mod 10;
@@ -12,7 +12,7 @@ Powmod(x + 1, -1, x^2 - 1) mod 7;
 # Factors: they multiply back, are irreducible, and come in order.
 Factors(x^6 - 1) mod 7, Factor(3*x^6 - 3) mod 7, Factor(x^4 + 1) mod 2, mods(Factor(x^2 - 1), 7), Factors(3) mod 7, Factors(0) mod 7, Factor(x^9 + 1) mod 3;
 Sqrfree(x^3 + 3*x^2 + 3*x + 1) mod 7, Sqrfree((x^2 + x)^14*(x + 3)) mod 7, DistDeg(x^4 - 1, x) mod 7, Roots(x^3 - 1) mod 7, Roots((x - 3)^4*x) mod 7, Roots(5) mod 7, Irreduc(x^2 + 1) mod 7, Irreduc(x^2 + 1) mod 5, Irreduc(3) mod 7;
-Factors(x^2 + 1) mod 8; Factors(x*y) mod 7;
+Factors(x^2 + 1) mod 8; Roots(x*y) mod 7;
 check := proc(p, n)
   local f, F, q, t, i;
   f := modp1(Randpoly(x, n), p): F := modp1(Factors(f), p); q := modp1(Constant(F[1], x), p);

@@ -45,6 +45,16 @@ void invertSeries(const R& ring, typename R::Unit* r, Dense<R> f, const typename
   }
 }
 
+// What divisors of words have besides.
+void prepareWords(const HardwareRing& ring, Workspace& space, Divisor<HardwareRing>& d) {
+  if (!hasVectorInstructions()) return;
+  const long db = d.b.degree;
+  d.padded = withColumnPadding(space, d.b.c, db + 1);
+  d.negative = reversedMultiple(ring, space, d.padded, db + 1, ring.m - *d.inverse);
+}
+template <class R>
+void prepareWords(const R&, Workspace&, Divisor<R>&) {}
+
 }  // namespace
 
 template <class R>
@@ -52,11 +62,16 @@ Divisor<R> preparedDivisor(const R& ring, Workspace& space, Dense<R> b, long quo
   Divisor<R> d;
   d.b = b;
   d.inverse = invertedLead(ring, space, b);
-  d.reversed = ring.take(space, b.degree + 1);
-  for (long i = 0; i <= b.degree; ++i) ring.copy(ring.at(d.reversed, b.degree - i), ring.at(b.c, i), 1);
+  // The quotient of neighbours has a loop of its own.
+  if (R::isHardware && use == Use::once && quotient == 2 && b.degree > 0) return d;
+  prepareWords(ring, space, d);
   const SeriesCutover cutover = cutoverOf(ring);
   const long terms = std::min(quotient, b.degree + 1);
-  if (terms < (use == Use::often ? cutover.often : cutover.once)) return d;
+  const bool isShort = terms < (use == Use::often ? cutover.often : cutover.once);
+  if (isShort && d.negative != nullptr) return d;
+  d.reversed = ring.take(space, b.degree + 1);
+  for (long i = 0; i <= b.degree; ++i) ring.copy(ring.at(d.reversed, b.degree - i), ring.at(b.c, i), 1);
+  if (isShort) return d;
   d.series = ring.take(space, terms);
   d.terms = terms;
   invertSeries(ring, d.series, {d.reversed, trimmedDegree(ring, d.reversed, b.degree)}, d.inverse, terms);
@@ -85,6 +100,18 @@ void schoolQuotient(const R& ring, const typename R::Unit* a, long n, const Divi
   }
 }
 
+constexpr long vectorQuotientFrom = 24;
+void schoolQuotient(const HardwareRing& ring, const Word* a, long n, const Divisor<HardwareRing>& d, Word* q) {
+  if (d.negative == nullptr) return schoolQuotient<HardwareRing>(ring, a, n, d, q);
+  const long db = d.b.degree;
+  passWork(ring.steps(n * std::min(n, db)) + n);
+  if (n < vectorQuotientFrom) return shortQuotient(ring, q, a + db, n, d.negative, db, *d.inverse);
+  Workspace space;
+  Word* found = HardwareRing::take(space, n + 8);
+  vectorQuotient(ring, found, a + db, n, d.negative, db, *d.inverse);
+  HardwareRing::copy(q, found, n);
+}
+
 template <class R>
 void schoolRemainder(const R& ring, typename R::Unit* a, long n, const Divisor<R>& d, const typename R::Unit* q) {
   const long db = d.b.degree;
@@ -96,6 +123,16 @@ void schoolRemainder(const R& ring, typename R::Unit* a, long n, const Divisor<R
     ring.subtract(ring.at(a, j), ring.at(a, j), sum);
     passWork(ring.steps(count) + 1);
   }
+}
+
+void schoolRemainder(const HardwareRing& ring, Word* a, long n, const Divisor<HardwareRing>& d, const Word* q) {
+  if (d.padded == nullptr) return schoolRemainder<HardwareRing>(ring, a, n, d, q);
+  const long db = d.b.degree;
+  Workspace space;
+  Word* product = HardwareRing::take(space, db);
+  vectorColumns(ring, product, db, q, std::min(n, db), d.padded, db + 1);
+  for (long j = 0; j < db; ++j) ring.subtract(a + j, a + j, product + j);
+  passWork(ring.steps(std::min(n, db) * db) + 1);
 }
 
 // The n quotient coefficients, n at most the known terms: the top of a in reverse, times the series.

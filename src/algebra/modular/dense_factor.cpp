@@ -14,14 +14,14 @@ constexpr long noLimit = std::numeric_limits<long>::max();
 
 // ---- the characteristic
 
-long characteristic(const HardwareRing& ring) { return static_cast<long>(ring.m); }
-long characteristic(const WideRing& ring) {
+long characteristicOf(const HardwareRing& ring) { return static_cast<long>(ring.m); }
+long characteristicOf(const WideRing& ring) {
   const Limb p = ring.modulus.modulus[0];
   return ring.width == 1 && p < static_cast<Limb>(noLimit) ? static_cast<long>(p) : noLimit;
 }
 template <class Base>
-long characteristic(const GaloisRing<Base>& ring) {
-  return characteristic(ring.base);
+long characteristicOf(const GaloisRing<Base>& ring) {
+  return characteristicOf(ring.base);
 }
 long degreeOverPrimeField(const HardwareRing&) { return 1; }
 long degreeOverPrimeField(const WideRing&) { return 1; }
@@ -64,11 +64,11 @@ ExponentBits bitsOfOrder(const GaloisRing<Base>& ring, Workspace& space) {
 
 // r = the p-th root of a. In a prime field each element is its own; in one of p^k elements it is a^(p^(k-1)).
 template <class R>
-void rootOfElement(const R& ring, typename R::Unit* r, const typename R::Unit* a) {
+void takeRoot(const R& ring, typename R::Unit* r, const typename R::Unit* a) {
   ring.copy(r, a, 1);
 }
 template <class Base>
-void rootOfElement(const GaloisRing<Base>& ring, typename Base::Unit* r, const typename Base::Unit* a) {
+void takeRoot(const GaloisRing<Base>& ring, typename Base::Unit* r, const typename Base::Unit* a) {
   Workspace space;
   const ExponentBits p = bitsOfOrder(ring.base, space);
   auto* from = ring.take(space, 1);
@@ -396,6 +396,15 @@ void equalDegrees(const R& ring, Dense<R> f, long d, FactorList<R>& result) {
   }
 }
 
-KOREL_FOR_EACH_RING(KOREL_INSTANTIATE_FACTOR)
+template <class R>
+long characteristic(const R& ring) {
+  return characteristicOf(ring);
+}
+template <class R>
+void rootOfElement(const R& ring, typename R::Unit* r, const typename R::Unit* a) {
+  takeRoot(ring, r, a);
+}
+
+KOREL_FOR_EACH_FIELD(KOREL_INSTANTIATE_FACTOR)
 
 }  // namespace korel

@@ -9,6 +9,13 @@
 
 namespace korel {
 
+/// The prime p, at most the largest `long`.
+template <class R>
+long characteristic(const R& ring);
+/// r = the element whose p-th power is a.
+template <class R>
+void rootOfElement(const R& ring, typename R::Unit* r, const typename R::Unit* a);
+
 /// Polynomials that a step has found, each with a number: its multiplicity or the degree of its factors.
 template <class R>
 struct FactorList {

@@ -3,9 +3,12 @@
 
 #include "algebra/modular/galois_rings.h"
 
-#define KOREL_FOR_EACH_RING(instantiate)                                                \
+#define KOREL_FOR_EACH_FIELD(instantiate)                                               \
   instantiate(HardwareRing) instantiate(WideRing) instantiate(GaloisRing<HardwareRing>) \
       instantiate(GaloisRing<WideRing>)
+// And an extension of an extension, in which polynomials over a small field get their values.
+#define KOREL_FOR_EACH_RING(instantiate) \
+  KOREL_FOR_EACH_FIELD(instantiate) instantiate(GaloisRing<GaloisRing<HardwareRing>>)
 
 #define KOREL_INSTANTIATE_MULTIPLY(R)                                     \
   template long addDense(const R&, R::Unit*, Dense<R>, Dense<R>);         \
@@ -24,7 +27,9 @@
   template void distinctDegrees(const R&, Dense<R>, FactorList<R>&);    \
   template void equalDegrees(const R&, Dense<R>, long, FactorList<R>&); \
   template Dense<R> partWithRoots(const R&, Workspace&, Dense<R>);      \
-  template bool isIrreducible(const R&, Dense<R>);
+  template bool isIrreducible(const R&, Dense<R>);                      \
+  template long characteristic(const R&);                               \
+  template void rootOfElement(const R&, R::Unit*, const R::Unit*);
 
 #define KOREL_INSTANTIATE_EUCLID(R)                                             \
   template Dense<R> gcdDense(const R&, Dense<R>, Dense<R>);                     \

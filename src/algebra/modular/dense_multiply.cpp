@@ -5,6 +5,7 @@
 #include "algebra/modular/dense_instances.h"
 #include "algebra/modular/dense_polynomials.h"
 #include "algebra/modular/dense_transform.h"
+#include "algebra/modular/vector_words.h"
 #include "frame/interrupts.h"
 
 namespace korel {
@@ -61,8 +62,16 @@ constexpr long hardwareTransformFrom = 160;
 constexpr long wideTransformFrom = 40;
 
 bool fastMultiply(const HardwareRing& ring, Word* r, const Word* a, long na, const Word* b, long nb) {
-  if (std::min(na, nb) < hardwareTransformFrom) return false;
-  return transformMultiply(ring, r, a, na, b, nb);
+  if (!hasVectorInstructions()) return false;
+  if (std::min(na, nb) >= hardwareTransformFrom) return transformMultiply(ring, r, a, na, b, nb);
+  if (na > nb) {
+    std::swap(a, b);
+    std::swap(na, nb);
+  }
+  passWork(ring.steps(na * nb) + 1);
+  Workspace space;
+  vectorColumns(ring, r, na + nb - 1, a, na, withColumnPadding(space, b, nb), nb);
+  return true;
 }
 bool fastMultiply(const WideRing& ring, Limb* r, const Limb* a, long na, const Limb* b, long nb) {
   if (std::min(na, nb) < wideTransformFrom) return false;

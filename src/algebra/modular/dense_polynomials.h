@@ -71,12 +71,15 @@ struct Divisor {
   Dense<R> b;
   typename R::Unit* inverse = nullptr;  // of the top coefficient
   typename R::Unit* reversed = nullptr;
+  typename R::Unit* negative = nullptr;  // words with vector instructions: the same times -1/top coefficient,
+  typename R::Unit* padded = nullptr;    // and b for `vectorColumns`
   typename R::Unit* series = nullptr;
   long terms = 0;
 };
 /// How often a divisor will be used: the series costs as much as some quotients.
 enum class Use : std::uint8_t { once, often };
-/// `quotient` is the largest count of coefficients of a quotient that will be asked for, as far as known.
+/// `quotient` is the largest count of coefficients of a quotient that will be asked for, as far as known; for a divisor
+/// that is used once it is the only one.
 template <class R>
 Divisor<R> preparedDivisor(const R& ring, Workspace& space, Dense<R> b, long quotient, Use use = Use::often);
 /// Replaces a by its remainder, whose degree it gives; the quotient of da - db + 1 coefficients goes to q unless that

@@ -6,18 +6,21 @@
 
 namespace korel {
 
+// In words of 32 bits, whose division is the faster one. Cofactors have alternating signs: their magnitudes are kept.
 std::int64_t mInverseHW(std::int64_t a, std::int64_t m) {
-  std::int64_t before = m, now = a, cofactorBefore = 0, cofactor = 1;
+  auto before = static_cast<Word>(m), now = static_cast<Word>(a);
+  Word cofactorBefore = 0, cofactor = 1;
+  bool isNegative = false;
   while (now > 1) {
-    const std::int64_t q = before / now;
-    std::int64_t rest = before - q * now, next = cofactorBefore - q * cofactor;
+    const Word q = before / now, rest = before - q * now, next = cofactorBefore + q * cofactor;
     before = now;
     now = rest;
     cofactorBefore = cofactor;
     cofactor = next;
+    isNegative = !isNegative;
   }
   if (now == 0) return 0;
-  return cofactor < 0 ? cofactor + m : cofactor;
+  return isNegative ? m - cofactor : cofactor;
 }
 
 // ---- words

@@ -28,8 +28,15 @@ struct HardwareRing {
   static constexpr bool isHardware = true;
   Word m;
   std::uint64_t inverse;  // 2^64 / m, rounded down
+  double reciprocal;      // 1 / m
 
-  explicit HardwareRing(DAG modulus) : m(static_cast<Word>(immediateValue(modulus))), inverse(~std::uint64_t{0} / m) {}
+  explicit HardwareRing(DAG modulus) : m(static_cast<Word>(immediateValue(modulus))) {
+    // The same modulus comes again and again, and divisions take as long as a short product.
+    static Inverses last = {1, ~std::uint64_t{0}, 1};
+    if (m != last.m) last = {m, ~std::uint64_t{0} / m, 1.0 / m};
+    inverse = last.inverse;
+    reciprocal = last.reciprocal;
+  }
 
   static Unit* at(Unit* c, long i) { return c + i; }
   static const Unit* at(const Unit* c, long i) { return c + i; }
@@ -66,6 +73,13 @@ struct HardwareRing {
   void dot(Unit* r, const Unit* x, const Unit* y, long n) const;
   /// Steps for `passWork` of so many products of coefficients.
   static std::int64_t steps(std::int64_t products) { return products / 4; }
+
+ private:
+  struct Inverses {
+    Word m;
+    std::uint64_t inverse;
+    double reciprocal;
+  };
 };
 
 struct WideRing {

@@ -12,21 +12,18 @@ namespace {
 constexpr std::uint32_t mostBlocks = 48;
 constexpr std::size_t firstBlockSize = 1 << 16;
 constexpr std::size_t keptBlockSize = 1 << 22;  // larger ones go back to the system
-constexpr std::size_t alignment = 32;           // of a vector register
 
 struct Block {
   unsigned char* memory;
   std::size_t size;
 };
 Block blocks[mostBlocks];
-std::uint32_t blockCount = 0;    // blocks that have memory
-std::uint32_t currentBlock = 0;  // from which is taken
-std::size_t usedBytes = 0;       // of the current block
+std::uint32_t blockCount = 0;  // blocks that have memory
 
-
-// Makes a block of at least `bytes` the current one. Blocks behind it that are too small for that go.
-void useNextBlock(std::size_t bytes) {
-  std::uint32_t next = blockCount == 0 ? 0 : currentBlock + 1;
+// Provides a block of at least `bytes` behind the current one. Blocks behind it that are too small for that go.
+// Gives its number.
+std::uint32_t nextBlock(std::uint32_t current, std::size_t bytes, std::size_t alignment) {
+  std::uint32_t next = blockCount == 0 ? 0 : current + 1;
   if (next < blockCount && blocks[next].size < bytes)
     while (blockCount > next) std::free(blocks[--blockCount].memory);
   if (next == blockCount) {
@@ -36,34 +33,33 @@ void useNextBlock(std::size_t bytes) {
     if (memory == nullptr) KernelException("object too large");
     blocks[blockCount++] = {memory, size};
   }
-  currentBlock = next;
-  usedBytes = 0;
+  return next;
 }
 
 }  // namespace
 
 Workspace* Workspace::innermost_ = nullptr;
+std::uint32_t Workspace::current_ = 0;
+unsigned char* Workspace::next_ = nullptr;
+unsigned char* Workspace::end_ = nullptr;
 
-Workspace::Workspace() : outer_(innermost_), mark_{currentBlock, usedBytes} { innermost_ = this; }
-Workspace::~Workspace() {
-  backTo(mark_);
-  innermost_ = outer_;
-}
-
-void Workspace::backTo(Mark mark) {
-  currentBlock = mark.block;
-  usedBytes = mark.used;
-  while (blockCount > currentBlock + 1 && blocks[blockCount - 1].size > keptBlockSize)
+void Workspace::backToBlock(Mark mark) {
+  // A mark may be older than the first block.
+  next_ = mark.next != nullptr ? mark.next : blocks[0].memory;
+  current_ = mark.block;
+  end_ = blocks[current_].memory + blocks[current_].size;
+  while (blockCount > current_ + 1 && blocks[blockCount - 1].size > keptBlockSize)
     std::free(blocks[--blockCount].memory);
 }
 
-void* Workspace::takeBytes(std::size_t count, std::size_t size) {
+void* Workspace::takeFromBlock(std::size_t count, std::size_t size) {
   std::size_t bytes;
   if (__builtin_mul_overflow(count, size, &bytes) || bytes > SIZE_MAX / 4) KernelException("object too large");
   bytes = (bytes + alignment - 1) / alignment * alignment;
-  if (blockCount == 0 || blocks[currentBlock].size - usedBytes < bytes) useNextBlock(bytes);
-  void* taken = blocks[currentBlock].memory + usedBytes;
-  usedBytes += bytes;
+  current_ = nextBlock(current_, bytes, alignment);
+  unsigned char* taken = blocks[current_].memory;
+  next_ = taken + bytes;
+  end_ = taken + blocks[current_].size;
   return taken;
 }
 

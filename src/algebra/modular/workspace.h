@@ -16,8 +16,11 @@ namespace korel {
 
 class Workspace {
  public:
-  Workspace();
-  ~Workspace();
+  Workspace() : outer_(innermost_), mark_{current_, next_} { innermost_ = this; }
+  ~Workspace() {
+    backTo(mark_);
+    innermost_ = outer_;
+  }
   Workspace(const Workspace&) = delete;
   Workspace& operator=(const Workspace&) = delete;
 
@@ -25,21 +28,35 @@ class Workspace {
   template <class T>
   T* take(std::size_t count) {
     assert(innermost_ == this);
-    return static_cast<T*>(takeBytes(count, sizeof(T)));
+    const std::size_t bytes = (count * sizeof(T) + alignment - 1) / alignment * alignment;
+    if (count >= largeCount || bytes > static_cast<std::size_t>(end_ - next_))
+      return static_cast<T*>(takeFromBlock(count, sizeof(T)));
+    auto* taken = next_;
+    next_ += bytes;
+    return reinterpret_cast<T*>(taken);
   }
 
  protected:
   struct Mark {
     std::uint32_t block;
-    std::size_t used;
+    unsigned char* next;
   };
-  static void backTo(Mark mark);
+  static void backTo(Mark mark) {
+    if (current_ == mark.block && mark.next != nullptr) next_ = mark.next;
+    else backToBlock(mark);
+  }
   static Workspace* innermost_;
   Workspace* outer_;
   Mark mark_;
 
  private:
-  static void* takeBytes(std::size_t count, std::size_t size);
+  static void backToBlock(Mark mark);
+  static void* takeFromBlock(std::size_t count, std::size_t size);
+
+  static constexpr std::size_t alignment = 32;  // of a vector register
+  static constexpr std::size_t largeCount = std::size_t{1} << 40;
+  static std::uint32_t current_;       // the block from which is taken
+  static unsigned char *next_, *end_;  // what is free of the current block
 };
 
 class GuardedWorkspace : public Workspace {
