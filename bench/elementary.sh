@@ -12,7 +12,7 @@ maxima=$(command -v maxima)
 # fastest PROGRAM STATEMENTS: the statements go to its standard input; the last line that is a number is the time
 fastest() {
   for _ in 1 2 3; do
-    echo "$2" | timeout 20 $1 2>/dev/null | grep -E '^[0-9.]+(e-?[0-9]+)?$' | tail -1
+    echo "$2" | timeout 20 $1 2>/dev/null | grep -E '^ *[0-9.]+(e-?[0-9]+)? *$' | tail -1 | tr -d ' '
   done | sort -g | head -1
 }
 print_row() { # name, ours, count, NAME=seconds...

@@ -2,7 +2,7 @@
 # Values of special functions against other systems:   bench/special.sh BUILD
 # A figure is the CPU time of one value in microseconds: that of a process that computes so many, less that of an idle one; the
 # better one of two runs. Each value has an argument of its own, of full precision. A dash stands for a system that
-# isn't installed. `ratio` is Korel's time over that of the other systems. mpmath keeps Zeta(3) and only looks it up.
+# isn't installed. `ratio` is Korel's time over that of the other systems. Korel and mpmath keep Zeta(3) and only look it up.
 build=$(cd "$1" && pwd)
 export GPRC=/dev/null
 python=$(for p in python3 /usr/bin/python3; do command -v "$p" >/dev/null && "$p" -c 'import mpmath' 2>/dev/null && echo "$p" && break; done)

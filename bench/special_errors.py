@@ -83,7 +83,7 @@ FUNCTIONS = [
     ("GAMMA", [mixed(WIDE, WIDE, POLES, HUGE)], [1], mp.gamma),
     ("lnGAMMA", [mixed(WIDE, WIDE, POLES, HUGE)], [1], mp.loggamma),
     ("Psi", [mixed(WIDE, WIDE, POLES, HUGE, near("1.461632144968362341263", "-0.504083008264455409258"))], [1], mp.digamma),
-    ("Psi", [whole(1, 5), mixed(WIDE, WIDE, POLES, scale(3, 5))], [0, 1], lambda n, x: mp.polygamma(int(n), x)),
+    ("Psi", [whole(1, 5), mixed(WIDE, WIDE, POLES, positive(3, 5))], [0, 1], lambda n, x: mp.polygamma(int(n), x)),
     ("Beta", [mixed(SMALL, POLES, positive(1, 12)), mixed(SMALL, SMALL, POLES)], [1, 1], mp.beta),
     ("GAMMA", [mixed(SMALL, POLES), mixed(real(0, 30), positive(-5, 1), positive(-20, 4))], [1, 1], lambda a, z: mp.gammainc(a, z)),
     ("Zeta", [mixed(real(-20, 20), scale(-4, 1), scale(1, 2), near("1", "-2", "-4", "0"))], [1], mp.zeta),
@@ -201,8 +201,8 @@ def checked(reference, arguments, digits):
     """mpmath's value where two precisions agree, else None."""
     def late(*_):
         raise Late
-    signal.signal(signal.SIGALRM, late)
-    signal.setitimer(signal.ITIMER_REAL, 1 + digits / 100)
+    signal.signal(signal.SIGVTALRM, late)
+    signal.setitimer(signal.ITIMER_VIRTUAL, 1 + digits / 100)
     try:
         with mp.workdps(2 * digits + 40):
             first = reference(*[number(a) for a in arguments])
@@ -214,7 +214,7 @@ def checked(reference, arguments, digits):
     except (Late, ValueError, ZeroDivisionError, mpmath.libmp.NoConvergence, NotImplementedError, OverflowError, TypeError, MemoryError):
         return None
     finally:
-        signal.setitimer(signal.ITIMER_REAL, 0)
+        signal.setitimer(signal.ITIMER_VIRTUAL, 0)
 
 
 def units(value, wanted, digits):

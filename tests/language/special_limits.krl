@@ -21,3 +21,11 @@ t := proc(n, x, u) local k, a, b; Digits := 40 + n; a, b := 1, u*x; for k to n -
 {seq(seq(near(LegendreP(n, y), p(n, y)), y = x), n = [60, 61, 100, 151])}, {seq(seq(near(ChebyshevT(n, y), t(n, y, 1)), y = x), n = [60, 61, 150])};
 {seq(seq(near(ChebyshevU(n, y), t(n, y, 2)), y = x), n = [60, 61, 150])}, {seq(near(JacobiP(n, 0., 0., 0.3), p(n, 0.3)), n = [60, 61, 150])};
 [LegendreP(10^6, 0.3), LegendreP(10^6, -0.9999999999), LegendreP(10^5, 1.3), ChebyshevT(10^6, 0.3), LaguerreL(10^5, 0.3), JacobiP(1000, 0.5, 0.3, 0.2)];
+# Beyond the circle, on it and far out, where the path must not cost digits at each step; polylogarithms are such functions.
+[hypergeom([0.1, 0.2, 0.3], [0.5, 0.7], 0.9999), hypergeom([0.1, 0.2, 0.3], [0.5, 0.7], Complex(0.8, 0.6)), hypergeom([0.1, 0.2, 0.3, 1], [0.5, 0.7, 2], 2.)];
+{seq(near(hypergeom([1, 1, 1], [2, 2], z)*z, polylog(2, z)), z = [0.98, -1., -5., 3., Complex(1., 0.001), Complex(-3., 2.), -1e6, 1e4])};
+{seq(near(hypergeom([1, 1, 1, 1], [2, 2, 2], z)*z, polylog(3, z)), z = [0.98, -1., -5., 3., Complex(1., 0.001), Complex(-3., 2.), -1e6, 1e4])};
+[hypergeom([1.2, 0.3], [2.5], Complex(1000., 1000.)), hypergeom([1.2, 0.3], [2.5], 1e7)];
+# Lambert's W between -1 and -1/e; a zero of a polylogarithm.
+w := proc(k, z) local w; w := LambertW(k, z); Digits := 20; evalb(abs(w*exp(w) - z) <= 10^(-8)*abs(z)) end proc:
+{seq(seq(w(k, z), k = -2..2), z = [-0.802427, -0.69, -0.7276, -0.4, -1.5, Complex(-0.3678, 0.001), Complex(-0.3678, -0.0001), -0.2])}, LambertW(0, -0.72759), polylog(-2, -1.);

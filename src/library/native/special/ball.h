@@ -62,6 +62,15 @@ class Scratch {
     keepParts(parts, count);
   }
 
+  /// The same for the first `count` numbers of each of two rows.
+  template <int most>
+  void keepRows(Complex (&a)[most], Complex (&b)[most], int count) const {
+    Real* parts[4 * most];
+    int n = 0;
+    for (int i = 0; i < count; ++i) collect(a[i], parts, n), collect(b[i], parts, n);
+    keepParts(parts, n);
+  }
+
  private:
   static void collect(Real& x, Real** parts, int& count) { parts[count++] = &x; }
   static void collect(Complex& z, Real** parts, int& count) {

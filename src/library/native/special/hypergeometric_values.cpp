@@ -5,6 +5,7 @@
 
 #include "library/native/special/bessel.h"
 #include "library/native/special/elementary_balls.h"
+#include "library/native/special/hypergeometric_path.h"
 #include "library/native/special/special_series.h"
 
 namespace korel::special {
@@ -12,8 +13,6 @@ namespace korel::special {
 namespace {
 
 constexpr double seriesRadius = 0.75;
-// A series of slow convergence where there is no other way.
-constexpr double slowRadius = 0.985;
 constexpr double longestSeries = 100000;
 
 double sizeOf(const Complex& z) { return std::hypot(toDouble(z.re), toDouble(z.im)); }
@@ -31,19 +30,22 @@ struct Parameters {
   Complex a, b, c;
 };
 
-// Value and derivative at z0 + h from those at z0; |h| is at most a third of the distance from z0 to 0 and 1, so
+// Value and derivative at z0 + h from those at z0; |h| is at most a quarter of the distance from z0 to 0 and 1, so
 // that the
 // errors of the terms fall as well.
 Point step(const Parameters& f, const Complex& z0, const Complex& h, const Point& at) {
   const Complex lead = z0 * (Complex(1) - z0), slope = Complex(1) - z0 * 2;
   const Complex base = f.c - (f.a + f.b + 1) * z0;
+  // Each product of complex numbers widens the error of a term, so that there is one a term.
+  const Complex share = h / lead, twice = h * share, constant = base * share, linear = slope * share;
   Complex before = at.value, now = at.derivative * h;  // u(k) h^k and the next
   Complex value = before + now, derivative = now;
   const double parameters = 2 * (sizeOf(f.a) + sizeOf(f.b) + sizeOf(f.c)) + 8;
   const Scratch scratch;
   for (std::int64_t k = 0;; ++k) {
-    const Complex next = ((f.a + Real(k)) * (f.b + Real(k)) * before * h - (slope * k + base) * (k + 1) * now) * h /
-                         (lead * ((k + 2) * (k + 1)));
+    const Complex next =
+        ((f.a + Real(k)) * (f.b + Real(k)) * twice * before - (linear * k + constant) * (k + 1) * now) /
+        ((k + 2) * (k + 1));
     before = now;
     now = next;
     value = value + now;
@@ -65,12 +67,10 @@ Point walk(const Parameters& f, Complex z0, const Complex& z1, Point at) {
   for (int steps = 0; steps < 5000; ++steps) {
     const Complex rest = z1 - z0;
     if (isExactZero(rest)) return at;
-    const double reach = 0.3 * std::min(sizeOf(z0), sizeOf(Complex(1) - z0)), length = sizeOf(rest);
+    const double reach = 0.25 * std::min(sizeOf(z0), sizeOf(Complex(1) - z0)), length = sizeOf(rest);
     if (length <= reach * 1.05) return step(f, z0, rest, at);
     // A short number as the share of the way, so that the points between are short as well.
-    const Real share = realOfDouble(std::floor(reach / length * 65536) / 65536);
-    Complex h = rest * share;
-    if (isExactZero(share)) h = rest * realOfDouble(reach / length);
+    Complex h = rest * realOfDouble(static_cast<float>(reach / length));
     h.re.error = h.im.error = {};
     at = step(f, z0, h, at);
     z0 = z0 + h;
@@ -89,7 +89,7 @@ Complex alongPath(const Parameters& f, const Complex& z) {
   const double re = toDouble(z.re), im = toDouble(z.im);
   const double size = std::hypot(re, im);
   if (size < 1 || std::abs(std::atan2(im, re)) > 0.6) {
-    const Real share = realOfDouble(std::floor(512 / size) / 1024);
+    const Real share = realOfDouble(size < 512 ? std::floor(512 / size) / 1024 : 0.5 / size);
     Complex start = z * share;
     start.re.error = start.im.error = {};
     return walk(f, start, z, startAt(f, start)).value;
@@ -183,7 +183,8 @@ Complex hypergeometric(const Complex* a, int p, const Complex* b, int q, const C
   if (p <= q) return std::pow(size, 1.0 / (q + 1 - p)) < longestSeries ? hypergeometricSum(a, p, b, q, z) : giveUp();
   if (p == 1) return power(Complex(1) - z, -a[0]);
   if (p == 2 && q == 1) return gauss({a[0], a[1], b[0]}, z);
-  if (p == q + 1 && size <= slowRadius) return hypergeometricSum(a, p, b, q, z);
+  if (p == q + 1 && size <= seriesRadius) return hypergeometricSum(a, p, b, q, z);
+  if (p == q + 1 && !isExactZero(z - 1)) return hypergeometricAlongPath(a, b, q, z);
   if (p == 2 && q == 0) return tricomi(a[0], a[1], z);
   return giveUp();
 }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 #include "library/native/special/elementary_balls.h"
 #include "library/native/special/special_series.h"
@@ -160,7 +161,7 @@ Complex zetaByProduct(const Complex& s) {
 
 // zeta(3), from 64 zeta(3) = sum of (-1)^k (205 k^2 + 250 k + 77) k!^10/(2k + 1)!^5 (T. Amdeberhan and D. Zeilberger,
 // "Hypergeometric series acceleration via the WZ method", 1997): ten bits a term, in single divisions.
-Real zetaOfThree() {
+Real sumForThree() {
   const auto full = static_cast<std::int64_t>(reals::workingLimbs);
   const Scratch scratch;
   Real power(1), sum;
@@ -182,6 +183,23 @@ Real zetaOfThree() {
     scratch.keep(power, sum);
     passLimbWork(static_cast<std::size_t>(10 * full));
   }
+}
+
+// The value of the highest precision so far is kept, outside the stack of limbs.
+Real zetaOfThree() {
+  static Real kept;
+  static std::int64_t precision = 0;
+  if (workLimbs() <= precision) return cut(kept, topOf(kept) - workLimbs());
+  const Real value = sumForThree();
+  const std::size_t size = value.middle.size;
+  auto* limbs = static_cast<Limb*>(std::malloc(size * sizeof(Limb)));
+  if (limbs == nullptr) return value;
+  copyLimbs(limbs, value.middle.limbs, size);
+  std::free(const_cast<Limb*>(kept.middle.limbs));
+  kept = value;
+  kept.middle.limbs = limbs;
+  precision = workLimbs();
+  return value;
 }
 
 // zeta(s) for a natural s >= 2, from the alternating series (H. Cohen, F. Rodriguez Villegas, D. Zagier, "Convergence
