@@ -203,15 +203,10 @@ template <class P>
 DAG product(const P& p) {
   return p.expression(p.grids.product(p.load(0), p.load(1)));
 }
-// [the monic divisor, both operands divided by it]
+// monic
 template <class P>
 DAG commonDivisor(const P& p) {
-  auto a = p.load(0), b = p.load(1), g = p.grids.commonDivisor(a, b), q = a, r = b;
-  if (!p.grids.isZero(g)) {
-    p.grids.quotient(a, g, q);
-    p.grids.quotient(b, g, r);
-  }
-  return listOf(newSequence({p.expression(g), p.expression(q), p.expression(r)}));
+  return p.expression(p.grids.commonDivisor(p.load(0), p.load(1)));
 }
 // [numerator, monic denominator] in lowest terms
 template <class P>
