@@ -36,6 +36,7 @@ echo
 echo
 "$(dirname "$0")/external.sh" "$build"
 "$(dirname "$0")/polynomials.sh" "$build"
+"$(dirname "$0")/modular.sh" "$build"
 echo
 "$(dirname "$0")/elementary.sh" "$build"
 echo

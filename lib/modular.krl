@@ -61,10 +61,7 @@ end proc:
 `mod/aid/ask` := proc(f, a::list, given::list, p)
   local s, x;
   s := `mod/aid/setting`(remove(type, a, list), given);
-  if s = NULL then
-    s := `mod/aid/several`(f, a, given, p);
-    if type(s, list) then return s[1] else return s end if
-  end if;
+  if s = NULL then return `mod/aid/several`(f, a, given, p) end if;
   `mod/aid/run`(f, a, op(1, [op(s[1]), x]), s[2], p)
 end proc:
 

@@ -7,6 +7,8 @@ Quo(x^2*y + x, x*y, x, 'r') mod 7; r; evalb(Quo(x^2*y + z, z*x + 1, x, 'r') mod 
 Normal((x^2 - y^2)/(3*x + 3*y)) mod 7, Normal(1/x + 1/y) mod 7, Content(x^2*y + y^2*x, x, 'c') mod 5; c; Primpart(x^2*y + y^2*x, x, 'c') mod 5; c;
 Powmod(x + y, 5, x^2 + 1, x) mod 7, Power(x + y, 3) mod 3, Eval(x^2 + y, x = y) mod 7, Content(0, x) mod 7, Primpart(5*x + 5, x) mod 7;
 Gcd(x/5 + y, x + 2*y) mod 5; Gcd(x*y, x) mod 8; Quo(x*y, 0, x) mod 7; Divide(x*y, 0) mod 7; Gcd(x^a*y, x) mod 7, Gcd(sqrt(x)*y, y) mod 7, Gcd(1.5*x*y, y) mod 7;
+# Exponents with a common divisor are as good as small ones.
+evalb(Gcd(x^1000*y^1000 + 1, x^500*y^500 + 3) mod 2 = x^500*y^500 + 1), evalb(Resultant(x^2 + y^200, x*y^100 + z^50, x) mod 7 = z^100 + y^400), Divide(x^600*y^300 - z^900, x^200*y^100 - z^300) mod 7, evalb(Gcd(x^4*y^4, x^6*y^2) mod 5 = x^4*y^2), Gcd(x^3*y, y) mod 5;
 # Resultants, discriminants, determinants, in small fields by values in an extension.
 Resultant(x^2 + y, x*y + z, x) mod 7, Resultant(x^3*y + x + 1, x^2*z + y, x) mod 2, Discrim(x^2 + b*x + c, x) mod 7, Discrim(a*x^3 + b*x + d, x) mod 3, Discrim(a*x^3 + b*x + d, x) mod 101;
 Det([[x, y], [z, t]]) mod 5, Det([[x, 1, 0], [y, x, 1], [0, y, x]]) mod 2, Det([[x, x], [1, 1]]) mod 2, Det(array(1 .. 2, 1 .. 2, [[x, 2], [3, y]])) mod 7;
@@ -14,7 +16,7 @@ Det([[x, y], [z, t]]) mod 5, Det([[x, 1, 0], [y, x, 1], [0, y, x]]) mod 2, Det([
 [Sqrfree((x + y)^2*(x - y)^3*(x + 1)) mod 3, Sqrfree((x + y)^2*(x - y)^2*(x + 1)) mod 2, Factors(2*(x + y)^2*(x - y)^3*(x*y + 1)) mod 3, Factor(x^2 - y^2) mod 7, Factor(x^4 + y^4) mod 2]:
 seq(evalb(%[k] = [[1, [[x + 1, 1], [x + y, 2], [x + 2*y, 3]]], [1, [[x + 1, 1], [x + y, 4]]], [2, [[x + y, 2], [x + 2*y, 3], [x*y + 1, 1]]], (x + y)*(x + 6*y), (x + y)^4][k]), k = 1 .. 5), Factors(3*x*y) mod 7;
  Factor(x^2 + y^2) mod 7, Factor(x^2 + y^2) mod 5, Irreduc(x^2 + y^2) mod 7, Irreduc(x^2 + y^2) mod 5, Irreduc(x*y) mod 7;
-Factor(expand((x^2 + y*z + 1)*(x*y*z + x + 1)*(z^2 + y + x))) mod 5, Roots(x*y) mod 7;
+evalb(Factor(expand((x^2 + y*z + 1)*(x*y*z + x + 1)*(z^2 + y + x))) mod 5 = (x^2 + y*z + 1)*(x*y*z + x + 1)*(z^2 + y + x)), Roots(x*y) mod 7;
 # Over the field of a root.
 i := RootOf(_Z^2 + 1): Factor(x^2 + y^2, i) mod 7, Gcd(x^2 + y^2, x + i*y) mod 7, Expand((x + y*i)^2) mod 7, Resultant(x^2 + y, x - i*z, x) mod 7, Det([[i*x, 1], [y, i]]) mod 7;
 w := RootOf(_Z^2 + _Z + 1): evalb(Gcd(Expand((x*y + w)^5*(x + y)) mod 2, Expand((x*y + w)^4*(x + w*y)) mod 2) mod 2 = x^4*y^4 + w), map2(op, 2, op(2, Factors((x^2 + x*y + y^2)*(x + w)^2) mod 2));

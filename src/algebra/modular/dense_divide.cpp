@@ -15,7 +15,7 @@ namespace {
 struct SeriesCutover {
   long often, once;
 };
-constexpr SeriesCutover cutoverOf(const HardwareRing&) { return {400, 2500}; }
+constexpr SeriesCutover cutoverOf(const HardwareRing&) { return {900, 2500}; }
 constexpr SeriesCutover cutoverOf(const WideRing&) { return {60, 150}; }
 template <class Base>
 constexpr SeriesCutover cutoverOf(const GaloisRing<Base>&) {

@@ -12,7 +12,7 @@ namespace korel {
 namespace {
 
 // Below this degree the steps are taken one by one.
-constexpr long plainBelow(const HardwareRing&) { return 400; }
+constexpr long plainBelow(const HardwareRing&) { return 1500; }
 constexpr long plainBelow(const WideRing&) { return 80; }
 template <class Base>
 constexpr long plainBelow(const GaloisRing<Base>&) {

@@ -10,7 +10,7 @@
 namespace korel {
 
 /// Operands of this degree and more take half-gcd steps (bench/modular_bench.cpp).
-constexpr long halfGcdFrom(const HardwareRing&) { return 2500; }
+constexpr long halfGcdFrom(const HardwareRing&) { return 8000; }
 constexpr long halfGcdFrom(const WideRing&) { return 250; }
 template <class Base>
 constexpr long halfGcdFrom(const GaloisRing<Base>&) {

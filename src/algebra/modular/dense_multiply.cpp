@@ -58,7 +58,7 @@ void schoolMultiply(const R& ring, typename R::Unit* r, const typename R::Unit* 
 namespace {
 
 // Cut-overs to the transforms, by the shorter operand and by both (bench/modular_bench.cpp).
-constexpr long hardwareTransformFrom = 160;
+constexpr long hardwareTransformFrom = 400;
 constexpr long wideTransformFrom = 40;
 
 bool fastMultiply(const HardwareRing& ring, Word* r, const Word* a, long na, const Word* b, long nb) {

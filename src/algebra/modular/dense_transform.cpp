@@ -24,7 +24,8 @@ constexpr Limb primeLimit = Limb{1} << 50;
 // transform reads a run of its own. Roots lie in (-p/2, p/2).
 struct TransformPrime {
   Limb p = 0;
-  Limb root = 0;  // of order 2^24
+  Limb root = 0;          // of order 2^24
+  double reciprocal = 0;  // 1 / p
   double* roots = nullptr;
   double* backRoots = nullptr;
   long tableLength = 0;
@@ -61,6 +62,7 @@ const TransformPrime& transformPrime(int i) {
   while (!isPrimeNumber(p));
   Limb g = 3;  // no square
   while (powerModulo(g, (p - 1) / 2, p) == 1) ++g;
+  prime.reciprocal = 1 / static_cast<double>(p);
   prime.root = powerModulo(g, (p - 1) >> rootOrderBits, p);
   prime.p = p;
   return prime;
@@ -237,13 +239,27 @@ bool transformMultiply(const HardwareRing& ring, Word* r, const Word* a, long na
 
 namespace {
 
+// A factor by which many numbers are multiplied modulo p, below 2^63, without a division (Shoup).
+struct FixedFactor {
+  Limb factor, quotient, p;  // quotient: factor * 2^64 / p, rounded down
+
+  FixedFactor(Limb factor, Limb p)
+      : factor(factor), quotient(static_cast<Limb>((DoubleLimb{factor} << 64) / p)), p(p) {}
+  /// x * factor modulo p for any x, or p more.
+  Limb nearly(Limb x) const { return x * factor - static_cast<Limb>(DoubleLimb{x} * quotient >> 64) * p; }
+  Limb operator()(Limb x) const {
+    const Limb r = nearly(x);
+    return r >= p ? r - p : r;
+  }
+};
+
 struct PrimeSystem {
   int count;
   long limbs;
-  Limb* powers;       // powers[j * limbs + i] is 2^(64 i) modulo prime j
-  Limb* inverses;     // of the product of the other primes, modulo prime j
-  Limb* complements;  // product of the other primes, modulo m: limbs each
-  Limb* whole;        // m less the product of all, modulo m
+  Limb* powers;           // powers[j * limbs + i] is 2^(64 i) modulo prime j
+  FixedFactor* inverses;  // of the product of the other primes, modulo prime j
+  Limb* complements;      // product of the other primes, modulo m: limbs each
+  Limb* whole;            // m less the product of all, modulo m
 };
 
 int primesFor(const WideRing& ring, long terms) {
@@ -255,7 +271,9 @@ int primesFor(const WideRing& ring, long terms) {
 PrimeSystem makeSystem(const WideRing& ring, Workspace& space, int count) {
   const long k = ring.width;
   auto room = [&](long n) { return space.take<Limb>(static_cast<std::size_t>(n)); };
-  PrimeSystem s = {count, k, room(count * k), room(count), room((count + 1) * k), nullptr};
+  PrimeSystem s = {
+      count,  k, room(count * k), space.take<FixedFactor>(static_cast<std::size_t>(count)), room((count + 1) * k),
+      nullptr};
   s.whole = s.complements + count * k;
   auto* residue = room(k);
   for (int j = 0; j < count; ++j) {
@@ -273,7 +291,7 @@ PrimeSystem makeSystem(const WideRing& ring, Workspace& space, int count) {
       ring.setSmall(residue, transformPrime(i).p);
       ring.multiply(s.complements + j * k, s.complements + j * k, residue);
     }
-    s.inverses[j] = powerModulo(others, p - 2, p);
+    s.inverses[j] = FixedFactor(powerModulo(others, p - 2, p), p);
   }
   ring.setSmall(residue, transformPrime(0).p);
   ring.multiply(s.whole, s.complements, residue);
@@ -284,18 +302,14 @@ PrimeSystem makeSystem(const WideRing& ring, Workspace& space, int count) {
 // The residues of n coefficients modulo prime j.
 void residues(double* x, long places, const Limb* a, long n, const PrimeSystem& s, int j) {
   const Limb p = transformPrime(j).p;
-  const int shift = __builtin_clzll(p);
-  const LimbDivisor divisor(p << shift);
+  const FixedFactor one(1, p), word(static_cast<Limb>((DoubleLimb{1} << 64) % p), p);
   const Limb* powers = s.powers + j * s.limbs;
   for (long i = 0; i < n; ++i) {
     DoubleLimb sum = 0;
     for (long t = 0; t < s.limbs; ++t) sum += DoubleLimb{a[i * s.limbs + t]} * powers[t];
-    // Two steps of division; the sum is below 2^114 times the count of limbs, at most 2^6.
-    const auto high = static_cast<Limb>(sum >> 64), low = static_cast<Limb>(sum);
-    Limb rest;
-    divisor.divide(high >> (64 - shift), high << shift, rest);
-    divisor.divide(rest | low >> (64 - shift), low << shift, rest);
-    x[i] = centered(rest >> shift, p);
+    Limb rest = word.nearly(static_cast<Limb>(sum >> 64)) + one.nearly(static_cast<Limb>(sum));
+    if (rest >= 2 * p) rest -= 2 * p;
+    x[i] = centered(rest >= p ? rest - p : rest, p);
   }
   std::fill(x + n, x + places, 0.0);
   passWork(n * s.limbs);
@@ -339,8 +353,8 @@ bool transformMultiply(const WideRing& ring, Limb* r, const Limb* a, long na, co
       const Limb p = transformPrime(j).p;
       const double c = x[j * n + i];
       const auto residue = c < 0 ? p - static_cast<Limb>(-c) : static_cast<Limb>(c);
-      const Limb y_j = multiplyModulo(residue, s.inverses[j], p);
-      fraction += static_cast<double>(y_j) / static_cast<double>(p);
+      const Limb y_j = s.inverses[j](residue);
+      fraction += static_cast<double>(y_j) * transformPrime(j).reciprocal;
       addMultiple(y_j, s.complements + j * k);
     }
     addMultiple(static_cast<Limb>(fraction + 0.25), s.whole);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <numeric>
 
 #include "algebra/engine/integer_polynomial.h"
 #include "algebra/modular/dense_factor.h"
@@ -36,6 +37,8 @@ struct Problem {
   int placeOf[engine::mostVariables] = {};  // of a variable of the layout; -1 is alpha
   int layoutOf[engine::mostVariables] = {};
   int alphaInLayout = -1;
+  // All exponents of indeterminate v are multiples of strides[v], and stand divided by it in grids.
+  long strides[engine::mostVariables] = {};
 };
 
 int placeIn(DAG list, DAG x) {
@@ -67,6 +70,23 @@ bool readProblem(Problem& problem, DAG operands, DAG names) {
     }
   }
   return engine::assignFields(layout, ranges);
+}
+
+// Where f(x^n) may stand for f(x): exponents that have a divisor in common are divided by it. Indeterminates before
+// `first` are left as they are.
+void findStrides(Problem& problem, int first) {
+  for (int v = 0; v < problem.indeterminates.count; ++v) problem.strides[v] = v < first ? 1 : 0;
+  for (long k = 0; k < problem.count; ++k)
+    for (std::size_t i = 0; i < problem.operands[k].terms; ++i) {
+      const engine::Monomial m = engine::monomialOfTerm(problem.layout, problem.operands[k], i);
+      for (int v = 0; v < problem.layout.count; ++v) {
+        if (v == problem.alphaInLayout) continue;
+        long& stride = problem.strides[problem.placeOf[v]];
+        stride = std::gcd(stride, static_cast<long>(engine::exponentIn(problem.layout.variables[v], m) +
+                                                    problem.operands[k].lowest[v]));
+      }
+    }
+  for (int v = 0; v < problem.indeterminates.count; ++v) problem.strides[v] = std::max(problem.strides[v], 1L);
 }
 
 // ---- elements of a field, in and out
@@ -129,11 +149,15 @@ struct Polynomials {
     const engine::Operand& source = problem.operands[operand];
     engine::IntegerPolynomial p = engine::packIntegers(problem.arena, problem.layout, source);
     auto exponent = [&](std::size_t i, int v) {
-      return engine::exponentIn(problem.layout.variables[v], p.monomials[i]) + source.lowest[v];
+      const std::int64_t e = engine::exponentIn(problem.layout.variables[v], p.monomials[i]) + source.lowest[v];
+      return v == problem.alphaInLayout ? e : e / problem.strides[problem.placeOf[v]];
     };
     Extents extents = problem.indeterminates;
-    for (int v = 0; v < problem.layout.count; ++v)
-      if (v != problem.alphaInLayout) extents.degree[problem.placeOf[v]] = static_cast<long>(source.highest[v]);
+    for (int v = 0; v < problem.layout.count; ++v) {
+      if (v == problem.alphaInLayout) continue;
+      const int place = problem.placeOf[v];
+      extents.degree[place] = static_cast<long>(source.highest[v]) / problem.strides[place];
+    }
     Grid<R> g = grids.zero(extents);
     Workspace space;
     auto *element = grids.ring.take(space, 1), *scale = grids.ring.take(space, 1);
@@ -159,7 +183,7 @@ struct Polynomials {
     layout.count = g.extents.count + (problem.alpha ? 1 : 0);
     for (int v = 0; v < g.extents.count; ++v) {
       layout.variables[v] = {names[1][static_cast<Word>(v) + 1], 1, 0, 0};
-      ranges[v] = g.extents.degree[v];
+      ranges[v] = std::int64_t{g.extents.degree[v]} * problem.strides[v];
     }
     if (problem.alpha) {
       layout.variables[g.extents.count] = {problem.alpha, 1, 0, 0};
@@ -177,7 +201,8 @@ struct Polynomials {
       engine::Monomial m = 0;
       for (int v = 0; v < g.extents.count; ++v) {
         const std::size_t side = static_cast<std::size_t>(g.extents.degree[v]) + 1;
-        m |= static_cast<engine::Monomial>(rest % side) << layout.variables[v].shift;
+        const auto stride = static_cast<engine::Monomial>(problem.strides[v]);
+        m |= static_cast<engine::Monomial>(rest % side) * stride << layout.variables[v].shift;
         rest /= side;
       }
       for (std::size_t j = 0; j < parts; ++j) {
@@ -203,15 +228,10 @@ template <class P>
 DAG product(const P& p) {
   return p.expression(p.grids.product(p.load(0), p.load(1)));
 }
-// [the monic divisor, both operands divided by it]
+// monic
 template <class P>
 DAG commonDivisor(const P& p) {
-  auto a = p.load(0), b = p.load(1), g = p.grids.commonDivisor(a, b), q = a, r = b;
-  if (!p.grids.isZero(g)) {
-    p.grids.quotient(a, g, q);
-    p.grids.quotient(b, g, r);
-  }
-  return listOf(newSequence({p.expression(g), p.expression(q), p.expression(r)}));
+  return p.expression(p.grids.commonDivisor(p.load(0), p.load(1)));
 }
 // [numerator, monic denominator] in lowest terms
 template <class P>
@@ -291,22 +311,24 @@ DAG factors(const P& p) {
 struct Operation {
   const char* name;
   long operands;  // 0: a square number of them
+  int rigid;      // indeterminates whose exponents must stay; `all` or the main one or none
   DAG (*small)(const Polynomials<HardwareRing>&);
   DAG (*wide)(const Polynomials<WideRing>&);
   DAG (*smallField)(const Polynomials<GaloisRing<HardwareRing>>&);
   DAG (*wideField)(const Polynomials<GaloisRing<WideRing>>&);
 };
-#define KOREL_OPERATION(name, operands, function)                                                    \
+constexpr int all = engine::mostVariables;
+#define KOREL_OPERATION(name, operands, rigid, function)                                             \
   {                                                                                                  \
-    name, operands, function<Polynomials<HardwareRing>>, function<Polynomials<WideRing>>,            \
+    name, operands, rigid, function<Polynomials<HardwareRing>>, function<Polynomials<WideRing>>,     \
         function<Polynomials<GaloisRing<HardwareRing>>>, function<Polynomials<GaloisRing<WideRing>>> \
   }
 constexpr Operation operations[] = {
-    KOREL_OPERATION("Det", 0, determinant),    KOREL_OPERATION("Divide", 2, quotient),
-    KOREL_OPERATION("Expand", 1, reduced),     KOREL_OPERATION("Factors", 1, factors),
-    KOREL_OPERATION("Gcd", 2, commonDivisor),  KOREL_OPERATION("Multiply", 2, product),
-    KOREL_OPERATION("Normal", 2, lowestTerms), KOREL_OPERATION("Resultant", 2, resultant),
-    KOREL_OPERATION("Sqrfree", 1, squareFree),
+    KOREL_OPERATION("Det", 0, 0, determinant),      KOREL_OPERATION("Divide", 2, 0, quotient),
+    KOREL_OPERATION("Expand", 1, 0, reduced),       KOREL_OPERATION("Factors", 1, all, factors),
+    KOREL_OPERATION("Gcd", 2, 0, commonDivisor),    KOREL_OPERATION("Multiply", 2, 0, product),
+    KOREL_OPERATION("Normal", 2, 0, lowestTerms),   KOREL_OPERATION("Resultant", 2, 1, resultant),
+    KOREL_OPERATION("Sqrfree", 1, all, squareFree),
 };
 #undef KOREL_OPERATION
 
@@ -349,6 +371,7 @@ DAG native::severalIndeterminates(const BuiltinCall& call) {
   Problem problem{.arena = arena};
   if (extended) problem.alpha = field[1][1];
   if (!readProblem(problem, operands, names)) return ini("FAIL");
+  findStrides(problem, operation->rigid);
   GuardedWorkspace space;
   auto run = [&](const auto& base, auto plain, auto above) {
     using Base = std::remove_cvref_t<decltype(base)>;

@@ -16,9 +16,9 @@ inline constexpr long columnPadding = 7;
 void vectorColumns(const HardwareRing& ring, Word* r, long n, const Word* a, long na, const Word* padded, long nb);
 /// The coefficients b with the zeros that `vectorColumns` wants.
 Word* withColumnPadding(Workspace& space, const Word* b, long nb);
-/// The n coefficients of a quotient, at the place of the lowest of which `top` begins in the dividend: modulo a divisor
-/// of degree db with these negative coefficients, and the inverse of its top one. q has room for 8 more.
-/// `negative`: those of the divisor from the top down, over -1 times the top one, with 8 zeros behind them.
+/// The n coefficients of a quotient, at the place of the lowest of which `top` begins in the dividend. `negative` are
+/// the coefficients of the divisor, of degree db, from the top down, over -1 times the top one, whose inverse is given;
+/// 8 zeros stand behind them. q has room for 8 more.
 void vectorQuotient(const HardwareRing& ring, Word* q, const Word* top, long n, const Word* negative, long db,
                     Word inverse);
 /// The same by scalar steps, without that room: a vector that is loaded right after some of its words were stored waits

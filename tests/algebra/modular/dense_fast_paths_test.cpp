@@ -91,7 +91,7 @@ TEST(DenseFastPaths, LongProductsAreThePlainOnes) {
   std::mt19937_64 random(17);
   forEachRing([&](const auto& ring) {
     const bool hardware = std::remove_cvref_t<decltype(ring)>::isHardware;
-    for (long n : {38, 39, 40, 41, 100, 159, 160, 161, 255, 256, 257, 600}) {
+    for (long n : {1, 7, 8, 9, 38, 39, 40, 41, 100, 255, 256, 257, 399, 400, 401, 600}) {
       if (!hardware && n > 160) continue;
       for (long k : {n, n + 1, 2 * n + 3, 40L}) {
         Workspace space;
@@ -105,7 +105,7 @@ TEST(DenseFastPaths, LongQuotientsAreThePlainOnes) {
   std::mt19937_64 random(18);
   forEachRing([&](const auto& ring) {
     const bool hardware = std::remove_cvref_t<decltype(ring)>::isHardware;
-    for (long n : {60, 61, 100, 399, 400, 401, 700}) {
+    for (long n : {2, 3, 4, 5, 23, 24, 25, 60, 61, 100, 899, 900, 901}) {
       if (!hardware && n > 100) continue;
       for (long total : {n + 1, 2 * n - 1, 2 * n, 2 * n + 1, 5 * n + 7}) {
         Workspace space;

@@ -131,28 +131,38 @@ struct SelectorModel {
 #define KOREL_MODEL(name, function) \
   { name, function<SelectorCase<MachineNumbers>>, function<SelectorCase<KernelNumbers>> }
 
-/// Runs all cases of each selector.
+/// Case `k` of a selector.
+inline void runCase(const SelectorFamily& family, const SelectorModel& model, int k) {
+  const CampaignModulus& modulus = campaignModuli[static_cast<std::size_t>(k) % std::size(campaignModuli)];
+  SCOPED_TRACE(std::string(model.name) + " modulo " + modulus.text + ", case " + std::to_string(k));
+  DAG m = simpl(valueOf(modulus.text));
+  std::mt19937_64 random(static_cast<std::uint64_t>(k) * 1000003 + 11);
+  if (modulus.isSmall) {
+    SelectorCase<MachineNumbers> one = {{{m}}, family, model.name, random, parsed("x"), parsed("y"), m};
+    model.onMachine(one);
+  } else {
+    SelectorCase<KernelNumbers> one = {{{m}}, family, model.name, random, parsed("x"), parsed("y"), m};
+    model.onKernel(one);
+  }
+}
+
+/// Runs all cases of each selector, some hundreds at a time in a process of their own: what a running statement has made
+/// is not collected before its end.
 template <std::size_t count>
 void runCampaign(const SelectorFamily& family, const SelectorModel (&models)[count], int usualCases) {
+  constexpr int batch = 200;
   const int cases = casesOfSelector(usualCases);
   // No row of the family's table is without a model.
   ASSERT_EQ(count, family.selectorCount);
   for (std::size_t i = 0; i < count; ++i) ASSERT_STREQ(models[i].name, family.selectors[i].name);
   for (const SelectorModel& model : models)
-    for (int k = 0; k < cases; ++k) {
-      const CampaignModulus& modulus = campaignModuli[static_cast<std::size_t>(k) % std::size(campaignModuli)];
-      SCOPED_TRACE(std::string(model.name) + " modulo " + modulus.text + ", case " + std::to_string(k));
-      DAG m = simpl(valueOf(modulus.text));
-      std::mt19937_64 random(static_cast<std::uint64_t>(k) * 1000003 + 11);
-      if (modulus.isSmall) {
-        SelectorCase<MachineNumbers> one = {{{m}}, family, model.name, random, parsed("x"), parsed("y"), m};
-        model.onMachine(one);
-      } else {
-        SelectorCase<KernelNumbers> one = {{{m}}, family, model.name, random, parsed("x"), parsed("y"), m};
-        model.onKernel(one);
-      }
-      if (testing::Test::HasFailure()) return;
-      if (k % 64 == 63) say("gc():");
+    for (int first = 0; first < cases; first += batch) {
+      const ChildResult result = inChild([&] {
+        for (int k = first; k < std::min(first + batch, cases) && !testing::Test::HasFailure(); ++k)
+          runCase(family, model, k);
+        if (testing::Test::HasFailure()) std::exit(1);
+      });
+      ASSERT_EQ(result.status, 0) << result.output;
     }
 }
 
