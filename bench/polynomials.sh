@@ -2,7 +2,8 @@
 # Rows on polynomials, beside Singular, PARI/GP, GiNaC, Maxima and SymPy where they are installed:
 #   bench/polynomials.sh BUILD
 # Each program measures the processor time of the operation alone and prints it in seconds; the fastest of three counts,
-# and the ratio is against the fastest of the others. Behind each time stands the peak memory of the whole process.
+# and the ratio is against the fastest of the others, but for those whose clock shows 0. Behind each time stands the
+# peak memory of the whole process.
 # SymPy works in its polynomial ring and Maxima in its rational form, the fastest of their ways.
 korel=$1/bin/korelTTY
 python=$(for p in python3 /usr/bin/python3; do "$p" -c 'import sympy' 2>/dev/null && echo "$p" && break; done)
@@ -57,7 +58,7 @@ print(process_time() - st)")"
     for (i = 1; i <= n; ++i) {
       if (split(peers[i], one, " ") < 3) continue
       shown = shown sprintf("  %s %.1f (%.0f MB)", one[1], one[2] * 1000, one[3])
-      if (best == "" || one[2] < best) best = one[2]
+      if (one[2] > 0 && (best == "" || one[2] < best)) best = one[2]
     }
     split($2, own, " ")
     ratio = (best > 0 ? own[1] / best : 0)
