@@ -3,19 +3,23 @@
 # Each row is done COPIES times in one process, each time in a variable of its own, so that nothing remembered helps. A
 # figure is the CPU time of one copy in milliseconds: that of the process less that of an idle one, over COPIES; the
 # better one of two runs. A dash stands for a system that isn't installed or can't say it, `>` for one that took
-# longer than the limit of 20 s. `ratio` is Korel's time over that of the best other system.
+# longer than the limit of 20 s. `ratio` is Korel's time over that of the best other system. Behind each time stands the
+# peak memory of the process that did all copies, in megabytes.
 build=$(cd "$1" && pwd)
 python=$(for p in python3 /usr/bin/python3; do command -v "$p" >/dev/null && "$p" -c 'import sympy' 2>/dev/null && echo "$p" && break; done)
 export GPRC=/dev/null
 limit=20
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
 
 start() {  # SYSTEM: runs the program on standard input
+  local run=(timeout $limit /usr/bin/time -o "$scratch/peak" -f %M)
   case $1 in
-    korel)  timeout $limit "$build/bin/korelTTY" -q ;;
-    gp)     timeout $limit gp -q -f --default parisize=500000000 /dev/stdin ;;
-    ginac)  timeout $limit ginsh ;;
-    maxima) timeout $limit maxima --very-quiet --batch-string="$(cat)" ;;
-    sympy)  timeout $limit "$python" - ;;
+    korel)  "${run[@]}" "$build/bin/korelTTY" -q ;;
+    gp)     "${run[@]}" gp -q -f --default parisize=500000000 /dev/stdin ;;
+    ginac)  "${run[@]}" ginsh ;;
+    maxima) "${run[@]}" maxima --very-quiet --batch-string="$(cat)" ;;
+    sympy)  "${run[@]}" "$python" - ;;
   esac >/dev/null 2>&1
 }
 available() {
@@ -42,15 +46,16 @@ milliseconds() {  # SYSTEM, program on standard input; `>` beyond the limit
   spent=$( { time start "$1" <<< "$program"; } 2>&1 )
   awk -v t="$spent" -v limit=$limit 'BEGIN { split(t, part, " "); s = part[1] + part[2]; if (s > 0.9*limit) print ">"; else printf "%.1f", 1000*s }'
 }
-figure() {  # SYSTEM COPIES TEMPLATE
-  if [ -z "$3" ] || ! available "$1"; then echo -; return; fi
+figure() {  # SYSTEM COPIES TEMPLATE: milliseconds and megabytes
+  if [ -z "$3" ] || ! available "$1"; then echo - -; return; fi
   local best= idle=${idle[$1]} ms
   for round in 1 2; do
     ms=$(text "$1" "$2" "$3" | milliseconds "$1")
-    [ "$ms" = '>' ] && { echo '>'; return; }
+    [ "$ms" = '>' ] && { echo '> -'; return; }
     best=$(awk -v a="${best:-$ms}" -v b="$ms" 'BEGIN { print a < b ? a : b }')
   done
-  awk -v ms="$best" -v idle="$idle" -v copies="$2" 'BEGIN { t = (ms - idle)/copies; printf "%.3f", (t > 0.001 ? t : 0.001) }'
+  awk -v ms="$best" -v idle="$idle" -v copies="$2" 'BEGIN { t = (ms - idle)/copies; printf "%.3f ", (t > 0.001 ? t : 0.001) }'
+  awk '{ printf "%.0f", $1/1024 }' "$scratch/peak"
 }
 
 systems='korel gp ginac maxima sympy'
@@ -68,13 +73,13 @@ row() {
   done
   awk -v name="$name" -v f="${figures[*]}" 'BEGIN {
     split(f, t, " "); best = 0
-    for (i = 2; i <= 5; ++i) if (t[i] + 0 > 0 && (best == 0 || t[i] < best)) best = t[i]
-    printf "%-40s", name
-    for (i = 1; i <= 5; ++i) printf " %10s", t[i]
+    for (i = 3; i <= 9; i += 2) if (t[i] + 0 > 0 && (best == 0 || t[i] < best)) best = t[i]
+    printf "%-34s", name
+    for (i = 1; i <= 9; i += 2) printf " %10s %4s", t[i], t[i + 1]
     printf " %8s\n", (best > 0 ? sprintf("%.2f", t[1]/best) : "-") }'
 }
 
-printf '%-40s %10s %10s %10s %10s %10s %8s\n' 'Derivatives and series (ms)' $systems ratio
+printf '%-34s' 'Derivatives and series (ms, MB)'; printf ' %10s   MB' $systems; printf ' %8s\n' ratio
 nest=''; for k in 1 2 3 4 5 6 7 8 9 10 11 12; do nest+='e=sin(e)*exp(VAR)+e^2: '; done
 row 'derivative of a 12-fold nest' 10 \
   'e := VAR: to 12 do e := sin(e)*exp(VAR) + e^2 end do: diff(e, VAR):' '' \

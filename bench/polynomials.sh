@@ -1,20 +1,31 @@
 #!/bin/sh
-# Rows on polynomials, beside Singular, PARI/GP and SymPy where they are installed:   bench/polynomials.sh BUILD
+# Rows on polynomials, beside Singular, PARI/GP, GiNaC, Maxima and SymPy where they are installed:
+#   bench/polynomials.sh BUILD
 # Each program measures the processor time of the operation alone and prints it in seconds; the fastest of three counts,
-# and the ratio is against the fastest of the others. SymPy works in its polynomial ring, the fastest of its ways.
+# and the ratio is against the fastest of the others, but for those whose clock shows 0. Behind each time stands the
+# peak memory of the whole process.
+# SymPy works in its polynomial ring and Maxima in its rational form, the fastest of their ways.
 korel=$1/bin/korelTTY
 python=$(for p in python3 /usr/bin/python3; do "$p" -c 'import sympy' 2>/dev/null && echo "$p" && break; done)
 singular=$(command -v Singular)
 gp=$(command -v gp)
+ginsh=$(command -v ginsh)
+maxima=$(command -v maxima)
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
 
-# fastest PROGRAM STATEMENTS: the statements go to its standard input; the last line is the time
+# fastest PROGRAM STATEMENTS: the statements go to its standard input; the last line is the time. Prints the least time,
+# and the peak of the processes in megabytes.
 fastest() {
+  : > "$scratch/times"
   for _ in 1 2 3; do
-    echo "$2" | timeout 20 $1 2>/dev/null | tail -1
-    [ "$?" -ne 0 ] && break
-  done | grep '^[0-9.]' | sort -g | head -1
+    rm -f "$scratch/peak"
+    echo "$2" | timeout 10 /usr/bin/time -o "$scratch/peak" -f '%M' $1 2>/dev/null | tail -1 >> "$scratch/times"
+    [ -s "$scratch/peak" ] || return  # it took too long
+  done
+  grep '^[0-9.]' "$scratch/times" | sort -g | head -1 | awk -v kb="$(tail -1 "$scratch/peak")" '{ print $1, kb/1024 }'
 }
-# row NAME, then for each program what to prepare and what to measure: Korel, Singular, PARI/GP, SymPy
+# row NAME, then for each program what to prepare and what to measure: Korel, Singular, PARI/GP, SymPy, GiNaC, Maxima
 row() {
   ours=$(fastest "$korel -q -s" "$2
 gc(): st := time():
@@ -22,16 +33,20 @@ $3
 lprint(evalf(time() - st)):")
   line=
   # Singular's clock is coarse: ten times the same.
-  [ -n "$singular" ] && [ -n "$5" ] && line="$line Singular=$(fastest "$singular -q" "ring r = 0, (x,y,z,u,v,w), lp; option(noloadLib);
+  [ -n "$singular" ] && [ -n "$5" ] && line="$line;Singular $(fastest "$singular -q" "ring r = 0, (x,y,z,u,v,w), lp; option(noloadLib);
 system(\"--ticks-per-sec\", 1000); $4
 poly h; int k; int st = timer;
 for (k = 1; k <= 10; k = k + 1) { $5 }
-timer - st;" | awk '{ print $1 / 10000 }')"
-  [ -n "$gp" ] && [ -n "$7" ] && line="$line GP=$(fastest "$gp -q -s 2000000000" "$6
+timer - st;" | awk '{ print $1 / 10000, $2 }')"
+  [ -n "$gp" ] && [ -n "$7" ] && line="$line;GP $(fastest "$gp -q -s 2000000000" "$6
 gettime();
 $7
 print(gettime() / 1000.)")"
-  [ -n "$python" ] && line="$line SymPy=$(fastest "$python -" "from time import process_time
+  [ -n "$ginsh" ] && [ -n "${11}" ] && line="$line;GiNaC $(fastest "$ginsh" "${10}
+time(${11});" | sed 's/s / /')"
+  [ -n "$maxima" ] && [ -n "${13}" ] && line="$line;Maxima $(fastest "$maxima --very-quiet" "${12}
+st: elapsed_run_time()\$ ${13}\$ print(elapsed_run_time() - st)\$")"
+  [ -n "$python" ] && [ -n "$9" ] && line="$line;SymPy $(fastest "$python -" "from time import process_time
 from sympy import *
 R, x, y, z, u, v, w = ring('x,y,z,u,v,w', ZZ)
 $8
@@ -39,39 +54,51 @@ st = process_time()
 $9
 print(process_time() - st)")"
   echo "$1|$ours|$line" | awk -F'|' '{
-    n = split($3, peers, " "); best = ""
+    n = split($3, peers, ";"); best = ""
     for (i = 1; i <= n; ++i) {
-      split(peers[i], one, "=")
-      if (one[2] == "") continue
-      shown = shown sprintf("  %s %.1f", one[1], one[2] * 1000)
-      if (best == "" || one[2] < best) best = one[2]
+      if (split(peers[i], one, " ") < 3) continue
+      shown = shown sprintf("  %s %.1f (%.0f MB)", one[1], one[2] * 1000, one[3])
+      if (one[2] > 0 && (best == "" || one[2] < best)) best = one[2]
     }
-    ratio = (best > 0 ? $2 / best : 0)
-    printf "%-44s %11.1f ms %8.2f %s\n", $1, $2 * 1000, ratio, shown }'
+    split($2, own, " ")
+    ratio = (best > 0 ? own[1] / best : 0)
+    printf "%-44s %9.1f ms %5.0f MB %6.2f %s\n", $1, own[1] * 1000, own[2], ratio, shown }'
 }
-printf '%-44s %14s %8s   %s\n' polynomials korel ratio 'to the fastest of these, in ms'
+printf '%-44s %12s %8s %6s   %s\n' polynomials korel peak ratio 'to the fastest of these, in ms'
 
 row '(1+x+y+z)^20 times its successor' 'f := expand((1 + x + y + z)^20): g := f + 1:' 'expand(f*g):' \
     'poly f = (1+x+y+z)^20; poly g = f+1;' 'h = f*g;' \
-    'f = (1+x+y+z)^20; g = f+1;' 'h = f*g;' 'f = (1+x+y+z)**20; g = f+1' 'h = f*g'
+    'f = (1+x+y+z)^20; g = f+1;' 'h = f*g;' 'f = (1+x+y+z)**20; g = f+1' 'h = f*g' \
+    'f = expand((1+x+y+z)^20): g = f+1:' 'expand(f*g)' \
+    'f: rat((1+x+y+z)^20)$ g: f+1$' 'f*g'
 row 'its division by the first factor' \
     'f := expand((1 + x + y + z)^20): g := expand(f*(f + 1)):' 'divide(g, f):' \
     'poly f = (1+x+y+z)^20; poly g = f*(f+1);' 'h = g/f;' \
-    'f = (1+x+y+z)^20; g = f*(f+1);' 'h = g/f;' 'f = (1+x+y+z)**20; g = f*(f+1)' 'h = g.exquo(f)'
+    'f = (1+x+y+z)^20; g = f*(f+1);' 'h = g/f;' 'f = (1+x+y+z)**20; g = f*(f+1)' 'h = g.exquo(f)' \
+    'f = expand((1+x+y+z)^20): g = expand(f*(f+1)):' 'divide(g,f)' \
+    'f: rat((1+x+y+z)^20)$ g: f*(f+1)$' 'quotient(g,f)'
 row '(x+y+z+w+1)^16' '' 'expand((x + y + z + w + 1)^16):' '' 'h = (x+y+z+w+1)^16;' \
-    '' 'h = (x+y+z+w+1)^16;' '' 'h = (x+y+z+w+1)**16'
+    '' 'h = (x+y+z+w+1)^16;' '' 'h = (x+y+z+w+1)**16' \
+    '' 'expand((x+y+z+w+1)^16)' \
+    '' 'rat((x+y+z+w+1)^16)'
 row '(x+y+z+u+v+w)^12' '' 'expand((x + y + z + u + v + w)^12):' '' 'h = (x+y+z+u+v+w)^12;' \
-    '' 'h = (x+y+z+u+v+w)^12;' '' 'h = (x+y+z+u+v+w)**12'
+    '' 'h = (x+y+z+u+v+w)^12;' '' 'h = (x+y+z+u+v+w)**12' \
+    '' 'expand((x+y+z+u+v+w)^12)' \
+    '' 'rat((x+y+z+u+v+w)^12)'
 row 'sparse: (1+x^17+y^31+z^5+u^7)^14 squared' 'f := expand((1 + x^17 + y^31 + z^5 + u^7)^14):' 'expand(f*(f + x)):' \
     'poly f = (1+x^17+y^31+z^5+u^7)^14;' 'h = f*(f+x);' \
-    'f = (1+x^17+y^31+z^5+u^7)^14;' 'h = f*(f+x);' 'f = (1+x**17+y**31+z**5+u**7)**14' 'h = f*(f+x)'
+    'f = (1+x^17+y^31+z^5+u^7)^14;' 'h = f*(f+x);' 'f = (1+x**17+y**31+z**5+u**7)**14' 'h = f*(f+x)' \
+    'f = expand((1+x^17+y^31+z^5+u^7)^14):' 'expand(f*(f+x))' \
+    'f: rat((1+x^17+y^31+z^5+u^7)^14)$' 'f*(f+x)'
 row 'gcd, three variables, dense of degree 10' \
     'a := expand((1 + x + y + z)^10 + x*y): b := expand((2 + x - y + 3*z)^10 - x): c := expand((1 - x + 2*y + z)^10 + z): p := expand(a*c): q := expand(b*c):' \
     'gcd(p, q):' \
     'poly a = (1+x+y+z)^10+x*y; poly b = (2+x-y+3*z)^10-x; poly c = (1-x+2*y+z)^10+z; poly p = a*c; poly q = b*c;' \
     'h = gcd(p, q);' \
     'a = (1+x+y+z)^10+x*y; b = (2+x-y+3*z)^10-x; c = (1-x+2*y+z)^10+z; p = a*c; q = b*c;' 'g = gcd(p, q);' \
-    'a = (1+x+y+z)**10+x*y; b = (2+x-y+3*z)**10-x; c = (1-x+2*y+z)**10+z; p = a*c; q = b*c' 'g = p.gcd(q)'
+    'a = (1+x+y+z)**10+x*y; b = (2+x-y+3*z)**10-x; c = (1-x+2*y+z)**10+z; p = a*c; q = b*c' 'g = p.gcd(q)' \
+    'a = expand((1+x+y+z)^10+x*y): b = expand((2+x-y+3*z)^10-x): c = expand((1-x+2*y+z)^10+z): p = expand(a*c): q = expand(b*c):' 'gcd(p,q)' \
+    'a: rat((1+x+y+z)^10+x*y)$ b: rat((2+x-y+3*z)^10-x)$ c: rat((1-x+2*y+z)^10+z)$ p: a*c$ q: b*c$' 'gcd(p,q)'
 sparse_a='7*x^9*y^2*z-5*u^8*v^3*w+3*x*z^7*w^6+11*y^9*u^2+13*v^7*z^2-2*w^9*x^3+17*x^4*y^4*u^4+1'
 sparse_b='5*y^8*z^3+9*x^7*u^2*v-4*w^8*y+6*v^9*z^4-13*x^2*u^9+8*x^5*w^5*z+3*y^3*v^3-7'
 sparse_c='4*x^8*w^2-3*y^7*u^3*v+5*z^9*x+7*u^6*w^4+2*v^8*y^2-9*x^3*y^3*z^3+1'
@@ -81,7 +108,11 @@ row 'gcd, six variables, sparse' \
     "poly a = $sparse_a; poly b = $sparse_b; poly c = $sparse_c; poly p = a*c; poly q = b*c;" 'h = gcd(p, q);' \
     "a = $sparse_a; b = $sparse_b; c = $sparse_c; p = a*c; q = b*c;" 'g = gcd(p, q);' \
     "a = $(python_power "$sparse_a"); b = $(python_power "$sparse_b"); c = $(python_power "$sparse_c"); p = a*c; q = b*c" \
-    'g = p.gcd(q)'
+    'g = p.gcd(q)' \
+    "a = $sparse_a: b = $sparse_b: c = $sparse_c: p = expand(a*c): q = expand(b*c):" 'gcd(p,q)' \
+    "a: rat($sparse_a)\$ b: rat($sparse_b)\$ c: rat($sparse_c)\$ p: a*c\$ q: b*c\$" 'gcd(p,q)'
 row 'normal form of a sum of 100 fractions' 's := add(1/(x + k), k = 1 .. 100):' 'normal(s):' \
     '' '' '' 's = sum(k = 1, 100, 1/(x+k));' \
-    "X = symbols('X'); s = sum(1/(X+k) for k in range(1, 101))" 'h = cancel(together(s))'
+    "X = symbols('X'); s = sum(1/(X+k) for k in range(1, 101))" 'h = cancel(together(s))' \
+    "s = $(seq -s + -f '1/(x+%g)' 1 100):" 'normal(s)' \
+    's: sum(1/(x+k), k, 1, 100)$' 'ratsimp(s)'

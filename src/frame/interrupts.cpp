@@ -89,8 +89,9 @@ void raiseTimeExpired() {
 // ---- long operations
 
 namespace {
-// Some ten milliseconds; a look costs a call of the driver's handler and one of the system.
-constexpr std::int64_t stepsBetweenLooks = 10000000;
+// Some milliseconds, and where each step misses the cache a tenth of a second; a look costs a call of the driver's
+// handler and one of the system.
+constexpr std::int64_t stepsBetweenLooks = 2000000;
 }  // namespace
 
 std::int64_t stepsToNextLook = stepsBetweenLooks;

@@ -62,7 +62,7 @@ bool mustEndOperation();
 /// Raises what `mustEndOperation` has found.
 [[noreturn]] void endOperation();
 
-/// Counts `steps`, each about a multiplication or two; true, after some 10^7 of them, when the caller
+/// Counts `steps`, each about a multiplication or two; true, after some 10^6 of them, when the caller
 /// must clean up and call `endOperation`.
 inline bool isTimeUp(std::int64_t steps) { return (stepsToNextLook -= steps) < 0 && mustEndOperation(); }
 /// What an object that a recursive walk comes upon costs at least. A part that occurs twice in each of sixty

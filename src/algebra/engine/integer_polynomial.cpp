@@ -21,8 +21,10 @@ IntegerPolynomial packIntegers(Arena& arena, const Layout& layout, const Operand
     DAG coefficient;
   };
   auto* terms = arena.make<Term>(operand.terms);
-  for (std::size_t i = 0; i < operand.terms; ++i)
+  for (std::size_t i = 0; i < operand.terms; ++i) {
+    passWork(objectSteps);
     terms[i] = {monomialOfTerm(layout, operand, i), integerOfTerm(operand, i)};
+  }
   std::sort(terms, terms + operand.terms, [](const Term& a, const Term& b) { return a.monomial > b.monomial; });
   IntegerPolynomial p;
   p.count = operand.terms;
@@ -53,7 +55,10 @@ IntegerPolynomial asIntegers(Arena& arena, const Polynomial& p) {
   result.count = p.count;
   result.monomials = p.monomials;
   result.coefficients = arena.make<DAG>(p.count);
-  for (std::size_t i = 0; i < p.count; ++i) result.coefficients[i] = makeInteger(p.coefficient(i), p.width);
+  for (std::size_t i = 0; i < p.count; ++i) {
+    passWork(objectSteps);
+    result.coefficients[i] = makeInteger(p.coefficient(i), p.width);
+  }
   return result;
 }
 
@@ -97,6 +102,7 @@ DAG valueAtPower(Arena& arena, const Box& box, const IntegerPolynomial& p, std::
   auto* parts = arena.makeZero<Word>(2 * places);
   for (std::size_t i = 0; i < p.count; ++i) {
     DAG c = p.coefficients[i];
+    passWork(digits);
     writeDigits(c, parts + (consneg(c) ? places : 0) + static_cast<std::int64_t>(box.placeOf(p.monomials[i])) * digits);
   }
   DAG value = simpl(add(integerOfDigits(parts, places, false), integerOfDigits(parts + places, places, true)));
@@ -116,6 +122,7 @@ PowerSum fromValue(Arena& arena, DAG n, std::int64_t digits) {
   bool carry = false;
   for (std::int64_t place = 0; place < places; ++place) {
     Word* chunk = all + place * digits;
+    passWork(objectSteps + 4 * digits);
     for (std::int64_t k = 0; carry && k < digits; ++k) {
       carry = ++chunk[k] == BASE;
       if (carry) chunk[k] = 0;
@@ -171,6 +178,7 @@ void divideBy(IntegerPolynomial& p, DAG divisor) {
   if (divisor == cons1) return;
   for (std::size_t i = 0; i < p.count; ++i) {
     DAG quotient;
+    passWork(objectSteps);
     rem(p.coefficients[i], divisor, &quotient);
     p.coefficients[i] = simpl(quotient);
   }

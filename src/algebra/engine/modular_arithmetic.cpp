@@ -21,9 +21,16 @@ Residue Modulus::of(DAG integer) const {
     const std::int64_t value = immediateValue(integer);
     return value >= 0 ? static_cast<Residue>(value) % prime : subtract(0, static_cast<Residue>(-value) % prime);
   }
+  // Four digits a step: the residue before them times 10^16 is below the prime times 2^64.
+  const Word* digits = digitsOf(integer);
+  const auto n = static_cast<std::size_t>(digitCount(integer));
   Residue result = 0;
-  for (std::int64_t k = digitCount(integer) - 1; k >= 0; --k)
-    result = static_cast<Residue>((Wide{result} * BASE + digitsOf(integer)[k]) % prime);
+  for (std::size_t end = n; end > 0;) {
+    const std::size_t begin = (end - 1) / digitsPerGroup * digitsPerGroup;
+    Group group = 0;
+    while (end > begin) group = group * BASE + digits[--end];
+    result = divisor_.split(Wide{result} * groupBase + group).rest;
+  }
   return hasTag(integer, INTNEG) ? subtract(0, result) : result;
 }
 
@@ -40,6 +47,16 @@ DensePolynomial gcdInPlace(const Modulus& m, DensePolynomial a, DensePolynomial 
     const Residue inverse = m.inverse(b.coefficients[b.degree]);
     for (std::int64_t k = a.degree; k >= b.degree; --k) {
       const Residue q = m.multiply(a.coefficients[k], inverse);
+      if (k == b.degree + 1 && b.degree > 0) {
+        // The step that is the rule: both terms of the quotient in one pass.
+        Residue* x = a.coefficients;
+        const Residue *y = b.coefficients, first = m.subtract(0, q);
+        const Residue next = m.multiply(m.add(x[k - 1], m.multiply(first, y[b.degree - 1])), inverse);
+        const Residue last = m.subtract(0, next);
+        x[0] = m.add(x[0], m.multiply(last, y[0]));
+        for (std::int64_t j = 1; j < b.degree; ++j) x[j] = m.sumOfProducts(x[j], first, y[j - 1], last, y[j]);
+        break;
+      }
       if (q == 0) continue;
       Residue* at = a.coefficients + (k - b.degree);
       for (std::int64_t j = 0; j <= b.degree; ++j) at[j] = m.subtract(at[j], m.multiply(q, b.coefficients[j]));

@@ -5,6 +5,7 @@
 
 #include "algebra/engine/arena.h"
 #include "algebra/engine/limbs.h"
+#include "numbers/integer/integer_groups.h"
 #include "store/dag.h"
 
 namespace korel::engine {
@@ -12,6 +13,8 @@ namespace korel::engine {
 using Residue = std::uint64_t;
 
 struct Modulus {
+  explicit Modulus(Residue p) : prime(p), divisor_(p) {}
+
   Residue prime;
 
   Residue add(Residue a, Residue b) const {
@@ -19,11 +22,18 @@ struct Modulus {
     return sum >= prime ? sum - prime : sum;
   }
   Residue subtract(Residue a, Residue b) const { return a >= b ? a - b : a + prime - b; }
-  Residue multiply(Residue a, Residue b) const { return static_cast<Residue>(Wide{a} * b % prime); }
+  Residue multiply(Residue a, Residue b) const { return divisor_.split(Wide{a} * b).rest; }
+  /// c + a*b + x*y, reduced once.
+  Residue sumOfProducts(Residue c, Residue a, Residue b, Residue x, Residue y) const {
+    return divisor_.split(Wide{a} * b + Wide{x} * y + c).rest;
+  }
   Residue power(Residue a, std::uint64_t n) const;
   Residue inverse(Residue a) const { return power(a, prime - 2); }
   /// Residue of an integer of the kernel.
   Residue of(DAG integer) const;
+
+ private:
+  GroupDivisor divisor_;
 };
 
 /// The greatest prime below `bound`, which is at most 2^62.

@@ -143,6 +143,7 @@ bool surveyNumbers(Operand& operand) {
   operand.denominator = cons1;
   for (std::size_t i = 0; i < operand.terms; ++i) {
     DAG c = numberOf(pairOf(operand.sum, i));
+    passWork(objectSteps);
     if (!isRationalNumber(c)) return false;
     if (!isTag(c, RATIONAL)) continue;
     DAG parts[2];
@@ -251,6 +252,7 @@ Polynomial pack(Arena& arena, const Layout& layout, const Operand& operand, int 
   p.monomials = arena.make<Monomial>(p.count);
   p.coefficients = arena.make<Limb>(p.count * width);
   for (std::size_t i = 0; i < p.count; ++i) {
+    passWork(objectSteps);
     p.monomials[i] = monomialOfTerm(layout, operand, i);
     readInteger(integerOfTerm(operand, i), p.coefficients + i * width, width);
   }

@@ -81,7 +81,7 @@ class SparseGcd {
   const ImageProblem& problem_;
   const VariableOrder& order_;
   ModularPolynomial a_, b_, leading_;
-  Modulus m_{0};
+  Modulus m_{3};  // until the first prime is chosen
   std::uint64_t seed_;
   Residue* powers_[mostVariables] = {};  // powers of the value that stands for each variable
   Residue *spaceA_ = nullptr, *spaceB_ = nullptr;
@@ -91,7 +91,7 @@ class SparseGcd {
 };
 
 void SparseGcd::usePrime(Residue prime) {
-  m_.prime = prime;
+  m_ = Modulus(prime);
   reduceCoefficients(m_, problem_.a, a_);
   reduceCoefficients(m_, problem_.b, b_);
   reduceCoefficients(m_, problem_.leading, leading_);
@@ -218,14 +218,18 @@ bool SparseGcd::addVariable(int k, const Residue* point, Skeleton& skeleton) {
   std::size_t room = 4 * skeleton.count + 16;
   next.exponents = arena_.make<std::int32_t>(room * order_.count);
   next.coefficients = arena_.make<Residue>(room);
+  // 1/(places[j] - places[k]) for k < j.
+  auto* inverses = arena_.make<Residue>(n * n);
+  for (std::size_t j = 0; j < n; ++j)
+    for (std::size_t i = 0; i < j; ++i) inverses[j * n + i] = m_.inverse(m_.subtract(places[j], places[i]));
   auto* differences = arena_.make<Residue>(n);
   auto* expanded = arena_.make<Residue>(n + 1);
   for (std::size_t i = 0; i < skeleton.count; ++i) {
+    passWork(static_cast<std::int64_t>(2 * n * n));
     for (std::size_t j = 0; j < n; ++j) differences[j] = values[j * skeleton.count + i];
     for (std::size_t level = 1; level < n; ++level)
       for (std::size_t j = n - 1; j >= level; --j)
-        differences[j] = m_.multiply(m_.subtract(differences[j], differences[j - 1]),
-                                     m_.inverse(m_.subtract(places[j], places[j - level])));
+        differences[j] = m_.multiply(m_.subtract(differences[j], differences[j - 1]), inverses[j * n + j - level]);
     std::fill_n(expanded, n + 1, Residue{0});
     for (std::size_t j = n; j-- > 0;) {
       // expanded = expanded * (y - places[j]) + differences[j]

@@ -85,6 +85,11 @@ Row integerRow(const Terms& t, DAG denominator) {
   return row;
 }
 
+// Gives back an integer that was made on the way, unless it went over into `result`.
+void giveBack(DAG integer, DAG result) {
+  if (integer != result && isObject(integer) && !isSimplified(integer)) release(integer, lengthOf(integer));
+}
+
 // Coefficient of x^e in a product of integer rows.
 DAG coefficientOfProduct(const Row& a, const Row& b, std::int64_t e) {
   DAG sum = cons0;
@@ -94,7 +99,10 @@ DAG coefficientOfProduct(const Row& a, const Row& b, std::int64_t e) {
     if (x == cons0 || y == cons0) continue;
     DAG product = mulint(x, y);
     if (!isImmediate(product)) passWork(lengthOf(product));
-    sum = addint(sum, product);
+    DAG next = addint(sum, product);
+    giveBack(product, next);
+    giveBack(sum, next);
+    sum = next;
   }
   return sum;
 }
