@@ -41,8 +41,9 @@ void ignoreText(void*, long, const char*) {}
 void ignoreFailure(void*, const char*) {}
 
 
+RecordNumbers numbers;  // kept over an error that ends a record
+
 DAG readRecords() {
-  RecordNumbers numbers;
   for (int records = 0; records < 20; ++records) {
     DAG x = ParseRecord(input, ignoreEnd, ignoreText, ignoreText, 0, nullptr, nullptr, numbers);
     if (!x) break;
@@ -53,7 +54,6 @@ DAG readRecords() {
     DAG y = ParseDotM(nextByte, ignoreEnd, ignoreText, ignoreText, 0, nullptr, &again);
     if (!y) std::abort();
   }
-  releaseNumbers(numbers);
   return null;
 }
 
@@ -68,6 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   input = {data, data + size};
   startClock();
   run(readRecords);
+  releaseNumbers(numbers);
   // Records assign names: every so often all is given up.
   collectEvery(64);
   static int inputs = 0;

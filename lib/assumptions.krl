@@ -8,7 +8,7 @@
 # whose flags are those of the native part (known.h), and whose bounds are real constants or infinities.
 
 assume := proc()
-  description "assume(x > 0), assume(n, integer), assume(x::real), assume(x, a..b), ...: from now on the names have these properties, and no others";
+  description "assume(x > 0), assume(n, integer), assume(x::real), assume(x, a..b), assume([x, y], real), ...: from now on the names have these properties, and no others";
   `assumptions/set`("assume", true, args);
   NULL
 end proc:
@@ -93,7 +93,7 @@ assuming := proc(e::uneval)
     r := `assumptions/old`(x);
     for fact in facts do if fact[1] = x then r := `assumptions/merge`(r, fact[2]) end if end do;
     origin := `assumptions/origin`(x);
-    `assumptions/check`(origin, r);
+    `assumptions/check`("assuming", origin, r);
     fresh := `assumptions/make`(origin, r, 1);
     there := there, x = fresh, `if`(origin = x, NULL, origin = fresh);
     back := back, fresh = x
@@ -107,29 +107,40 @@ end proc:
 
 `assumptions/facts` := proc(who)
   description "assumptions/facts(who, fact, ...): the sequence of lists [name, restriction] that facts mean";
-  local all, a, i, x;
+  local all, a, i;
   all := NULL;
   i := 2;
   while i <= nargs do
     a := args[i];
     i := i + 1;
-    if type(a, `::`) then all := all, [`assumptions/name`(who, op(1, a)), `assumptions/property`(who, op(2, a))]
+    if type(a, `::`) then all := all, `assumptions/each`(who, op(a))
     elif type(a, {`<`, `<=`, `=`, `<>`}) then all := all, `assumptions/relation`(who, a)
     elif type(a, `and`) then all := all, `assumptions/facts`(who, op(a))
     elif i <= nargs then
-      x := `assumptions/name`(who, a);
-      all := all, [x, `assumptions/property`(who, args[i])];
+      all := all, `assumptions/each`(who, a, args[i]);
       i := i + 1
-    else error "%1 expects relations such as x > 0, or names with properties, but received %2", who, a
+    else `assumptions/refuse`(who, "%1 expects relations such as x > 0, or names with properties, but received %2", a)
     end if
   end do;
   all
 end proc:
 
+`assumptions/each` := proc(who, x, p)
+  description "assumptions/each(who, x, p): the list [x, restriction] for the property p of a name, or one for each name of a list or set";
+  local r, y;
+  r := `assumptions/property`(who, p);
+  seq([`assumptions/name`(who, y), r], y = `if`(type(x, {list, set}), x, [x]))
+end proc:
+
+`assumptions/refuse` := proc(who, message)
+  description "assumptions/refuse(who, message, x, ...): the error of the procedure `who` whose message begins with its name";
+  `kernel/native`("refuse", convert(who, name), message, who, args[3..nargs])
+end proc:
+
 `assumptions/name` := proc(who, x)
   description "assumptions/name(who, x): x, if it is a name about which something can be assumed";
   if not type(x, symbol) or member(x, [constants]) then
-    error "%1 expects assumptions about names without values, but received %2", who, x
+    `assumptions/refuse`(who, "%1 expects assumptions about names without values, but received %2", x)
   end if;
   x
 end proc:
@@ -147,7 +158,7 @@ end proc:
   a, b := op(r);
   if type(r, `<>`) then
     if b <> 0 then a, b := b, a end if;
-    if b <> 0 then error "%1 knows of <> only that a name isn't 0, but received %2", who, r end if;
+    if b <> 0 then `assumptions/refuse`(who, "%1 knows of <> only that a name isn't 0, but received %2", r) end if;
     return [`assumptions/name`(who, a), [32, -infinity, 0, infinity, 0]]
   end if;
   open := `if`(type(r, `<`), 1, 0);
@@ -155,7 +166,9 @@ end proc:
   if `assumptions/isbound`(b) then
     [`assumptions/name`(who, a), [1, `if`(type(r, `=`), b, -infinity), 0, b, open]]
   elif `assumptions/isbound`(a) then [`assumptions/name`(who, b), [1, a, open, infinity, 0]]
-  else error "%1 expects a name and a real constant in a relation, but received %2", who, r
+  elif type(a, symbol) and type(b, symbol) then
+    `assumptions/refuse`(who, "%1 knows of no relations between names: it expects a name and a real constant, but received %2", r)
+  else `assumptions/refuse`(who, "%1 expects a name and a real constant in a relation, but received %2", r)
   end if
 end proc:
 
@@ -176,8 +189,8 @@ end proc:
     return r
   end if;
   for row in `assumptions/properties` do if row[1] = p then return row[2] end if end do;
-  error "%1 knows of no property %2; properties are %3, and ranges", who, p,
-    jointext([seq(convert(row[1], string), row = `assumptions/properties`)], ", ")
+  `assumptions/refuse`(who, "%1 knows of no property %2; properties are %3, and ranges", p,
+    jointext([seq(convert(row[1], string), row = `assumptions/properties`)], ", "))
 end proc:
 
 `assumptions/properties` := [
@@ -258,9 +271,11 @@ end proc:
     bit(64) and (`assumptions/below`(0, r[2]) or `assumptions/below`(r[4], 0)))
 end proc:
 
-`assumptions/check` := proc(x, r)
-  description "assumptions/check(x, r): raises an error when no number is left for x under the restriction";
-  if not `assumptions/agree`(r) then error "the assumptions on %1 contradict each other", x end if
+`assumptions/check` := proc(who, x, r)
+  description "assumptions/check(who, x, r): raises an error of `who` when no number is left for x under the restriction";
+  if not `assumptions/agree`(r) then
+    `kernel/native`("refuse", convert(who, name), "the assumptions on %1 contradict each other", x)
+  end if
 end proc:
 
 `assumptions/make` := proc(x, r, how)
@@ -287,7 +302,7 @@ end proc:
   for x in {seq(fact[1], fact = facts)} do
     r := `if`(anew, [0, -infinity, 0, infinity, 0], `assumptions/old`(x));
     for fact in facts do if fact[1] = x then r := `assumptions/merge`(r, fact[2]) end if end do;
-    `assumptions/check`(`assumptions/origin`(x), r);
+    `assumptions/check`(who, `assumptions/origin`(x), r);
     all := all, [x, r]
   end do;
   # Nothing is assumed before all has been looked at.

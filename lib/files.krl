@@ -19,12 +19,12 @@ end proc:
 
 feof := proc()
   description "feof(file): true when the end of the file has been met in reading";
-  evalb(iolib(21, args) = 1)
+  `kernel/native`("feof", args)
 end proc:
 
 filepos := proc()
   description "filepos(file), filepos(file, n), filepos(file, infinity): the position in the file, after going there";
-  iolib(6, args)
+  `kernel/native`("filepos", args)
 end proc:
 
 filestatus := proc()
@@ -39,25 +39,24 @@ end proc:
 
 # ---- lines and bytes
 
-# Called once a line: the kernel checks what it is given.
-readline := proc(file)
+readline := proc()
   description "readline(file), readline(): the next line of the file, or of the input; 0 at the end";
-  if nargs = 0 then iolib(2, 'default') else iolib(2, file) end if
+  `kernel/native`("readline", args)
 end proc:
 
 writeline := proc()
   description "writeline(file, s, ...): writes the strings, each as a line; the count of bytes";
-  iolib(3, args)
+  `kernel/native`("writeline", args)
 end proc:
 
 readbytes := proc()
   description "readbytes(file), readbytes(file, n), readbytes(file, n, TEXT), readbytes(file, array, n): the bytes as a list or string, 0 at the end; or how many have been read into the array";
-  iolib(4, args)
+  `kernel/native`("readbytes", args)
 end proc:
 
 writebytes := proc()
   description "writebytes(file, data): writes the bytes of a string, a list of numbers 0 to 255, or an array; their count";
-  iolib(5, args)
+  `kernel/native`("writebytes", args)
 end proc:
 
 # ---- whole files, which are closed again

@@ -22,6 +22,7 @@ hypergeom := proc(a, b, z)
   elif `special/isfloat`([op(a), op(b), z]) then return `evalf/hypergeom`(a, b, z)
   elif z = 0 then return 1
   end if;
+  `special/check`('hypergeom', [op(a), op(b), z]);
   p, q := `hypergeom/reduced`(a, b);
   if member(0, p) then return 1
   elif hastype(q, nonposint) and not `hypergeom/ends`(p, q) then return NumericEvent(division_by_zero, 'hypergeom', [a, b, z], infinity)

@@ -18,9 +18,15 @@ end proc:
   description "binomial/general(n, k): the binomial coefficient of what isn't two integers";
   local i, r;
   if type(k, integer) and type(n, complex(numeric)) then
-    # By its definition, with digits to spare for floats.
+    # By its definition, with digits to spare for floats; of many factors from the gamma function.
     if k < 0 then return `if`(hastype([n], float), 0., 0) end if;
-    if hastype([n], float) then Digits := Digits + length(k) + 3 end if;
+    if hastype([n], float) then
+      if k > 1000 then
+        if type(n, float) and n < 0 then return (-1)^k*`special/float`('binomial', [k - 1 - `special/exact`(n), k]) end if;
+        return `special/float`('binomial', [n, k])
+      end if;
+      Digits := Digits + length(k) + 3
+    end if;
     r := 1;
     for i to k do r := r*(n - k + i)/i end do;
     return `binomial/rounded`(r, `if`(hastype([n], float), length(k) + 3, 0))

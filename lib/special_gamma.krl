@@ -137,7 +137,7 @@ end proc:
   description "evalf/factorial(x): the float x!, which is GAMMA(x + 1)";
   `special/float`('factorial', [args])
 end proc:
-`evalf/binomial` := proc()
+`evalf/binomial` := proc(n, k)
   description "evalf/binomial(n, k): the binomial coefficient of any two numbers as a float";
-  `special/float`('binomial', [args])
+  if type(k, integer) and type(n, complex(float)) then binomial(n, k) else `special/float`('binomial', [args]) end if
 end proc:

@@ -6,14 +6,14 @@
   local n, x;
   n, x := a[1], a[-1];
   if `special/isfloat`(a) then `special/float`(f, a)
-  elif type(n, nonnegint) then g(op(a))
+  elif type(n, nonnegint) then `special/check`(f, a); g(op(a))
   else `special/standing`(f, a)
   end if
 end proc:
 LegendreP := proc(n, x)
   description "LegendreP(n, x): the polynomial of Legendre of degree n in x, or the Legendre function";
   if nargs <> 2 then error "LegendreP expects two arguments, but received %1", nargs end if;
-  if n = -1 then return 1 elif type(n, negint) then return LegendreP(-n - 1, x) end if;
+  if type(n, negint) then return LegendreP(-n - 1, x) end if;
   `special/polynomial`('LegendreP', [n, x], `LegendreP/degree`)
 end proc:
 `LegendreP/degree` := proc(n, x)
@@ -54,7 +54,7 @@ end proc:
 ChebyshevU := proc(n, x)
   description "ChebyshevU(n, x): the polynomial of Chebyshev of the second kind of degree n in x";
   if nargs <> 2 then error "ChebyshevU expects two arguments, but received %1", nargs end if;
-  if n = -1 then return 0 elif type(n, negint) then return -ChebyshevU(-n - 2, x) end if;
+  if type(n, negint) then return `if`(n = -1, 0, -ChebyshevU(-n - 2, x)) end if;
   `special/polynomial`('ChebyshevU', [n, x], `ChebyshevU/degree`)
 end proc:
 `ChebyshevU/degree` := proc(n, x)
@@ -90,7 +90,7 @@ LaguerreL := proc(n, a, x)
   description "LaguerreL(n, x), LaguerreL(n, a, x): the polynomial of Laguerre of degree n in x, for the weight x^a*exp(-x), a = 0 unless told";
   if nargs = 2 then return `special/polynomial`('LaguerreL', [n, a], `LaguerreL/plain`)
   elif nargs <> 3 then error "LaguerreL expects two or three arguments, but received %1", nargs
-  elif a = 0 then return LaguerreL(n, x)
+  elif type(a, integer) and a = 0 then return LaguerreL(n, x)
   end if;
   `special/polynomial`('LaguerreL', [n, a, x], `LaguerreL/degree`)
 end proc:

@@ -30,13 +30,17 @@ end proc:
 # Reached by whatever isn't simplified: the last test of all.
 `special/standing` := proc(f, a::list)
   description "special/standing(f, [x, ...]): the call as it stands; an error for operands that no function of numbers has";
+  `special/check`(f, a);
+  subsop(0 = f, 'f'(op(a)))
+end proc:
+`special/check` := proc(f, a::list)
+  description "special/check(f, [x, ...]): an error of the procedure f for operands that no function of numbers has";
   local x;
   for x in a do
     if type(x, {relation, list, set, range, string, table, procedure, boolean}) then
-      error "%1 expects algebraic expressions, but received %2", f, x
+      `kernel/native`("refuse", f, "%1 expects algebraic expressions, but received %2", f, x)
     end if
-  end do;
-  subsop(0 = f, 'f'(op(a)))
+  end do
 end proc:
 `special/negative` := proc(x)
   description "special/negative(x): whether x is written with a minus sign: a negative number, a product with one, a sum of such";

@@ -304,6 +304,12 @@ int KorelProcess::sendReply(DAG reply) {
   return failed != 0 && unsendable() != nullptr ? sendFlush() : failed;
 }
 
+/// What has been read and parsed may go: a statement may have more to say than this process has memory.
+void KorelProcess::releaseMessages() {
+  constexpr std::int32_t topLevel = 2;
+  if (driver.depth == 0) endOfStatement(topLevel);
+}
+
 bool KorelProcess::evaluate(DAG statement, int resultsWanted) {
   clearErrorText();
   kError_ = noKernelError;
@@ -323,12 +329,11 @@ bool KorelProcess::evaluate(DAG statement, int resultsWanted) {
       if (!message) reportException(new3(EXPSEQ, cons0, strinstall("invalid data structure received from kernel")));
       if (sendReply(message ? answerSafely(message) : null) != 0) break;
       if (isLast) break;
+      releaseMessages();
     }
   }
   if (status_ == serverDead) noteDeath();
-  // What has been read and parsed may go.
-  constexpr std::int32_t topLevel = 2;
-  if (driver.depth == 0) endOfStatement(topLevel);
+  releaseMessages();
   return process_ >= 0;
 }
 

@@ -23,8 +23,8 @@
 // `getErrorText()` tells how it ended. `start` begins with a fresh one. A write to a dead kernel raises SIGPIPE, for
 // which `start` installs an empty handler unless there is one.
 //
-// Objects that messages hold live until the end of `evaluate` when it isn't called from within an evaluation; whoever
-// keeps one longer makes it reachable from a root (store/collect/collector.h).
+// Objects that a message holds live until it has been answered, when `evaluate` isn't called from within an evaluation;
+// whoever keeps one longer makes it reachable from a root (store/collect/collector.h).
 
 #include <memory>
 #include <sys/types.h>
@@ -70,6 +70,7 @@ class KorelProcess : public KL_Base {
   DAG answerSafely(DAG message, bool reportsErrors = true);
   void reportException(DAG exception);
   int sendReply(DAG reply);
+  void releaseMessages();
   bool waitForEnd(int milliseconds, int& status);
   static void waitForInput(void* process);
 

@@ -47,7 +47,7 @@ DAG wrapperRunning;             // the break point or trace whose statement runs
 bool interruptsWait() { return debuggerActive && !commandRuns; }
 
 void interruptFromDebugger() {
-  SpecialError = computationInterrupted;
+  noteInterrupted();
   interruptPending = debuggerActive;
   debuggerActive = false;
 }

@@ -4,6 +4,7 @@
 #include <alloca.h>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
@@ -19,6 +20,7 @@
 #include "session/driver.h"
 #include "store/allocator.h"
 #include "store/collect/collector.h"
+#include "store/generations.h"
 #include "store/object_fields.h"
 #include "store/vocabulary.h"
 
@@ -31,17 +33,28 @@ namespace {
 struct Wrapper {
   void* address;
   const MWrapperStatic* statics;
+  bool isPlain;
   Wrapper* next;
 };
 Wrapper* wrappers = nullptr;
 
+const Wrapper* wrapperAt(void* address) {
+  const Wrapper* w = wrappers;
+  while (w != nullptr && w->address != address) w = w->next;
+  return w;
+}
 const MWrapperStatic* staticsOf(void* address) {
-  for (const Wrapper* w = wrappers; w != nullptr; w = w->next)
-    if (w->address == address) return w->statics;
-  return nullptr;
+  const Wrapper* w = wrapperAt(address);
+  return w != nullptr ? w->statics : nullptr;
 }
 
+// Procedures of plain wrappers that have been called before, by their bodies, which stay alive.
+constexpr std::size_t plainCodeCount = 256;
+ExternalCode plainCode[plainCodeCount];
+
 void visitStatics(Visitor visit) {
+  for (const ExternalCode& code : plainCode)
+    if (code.body) visit(code.body);
   for (const Wrapper* w = wrappers; w != nullptr; w = w->next)
     for (const MWrapperStatic* s = w->statics; s->place != nullptr; ++s) {
       if (!s->objects) continue;
@@ -59,15 +72,16 @@ std::size_t bytesOf(const MWrapperStatic* statics) {
 
 }  // namespace
 
-void registerWrapper(void* wrapper, const void* statics) {
-  if (statics == nullptr || staticsOf(wrapper) != nullptr) return;
+void registerWrapper(void* wrapper, const void* statics, bool isPlain) {
+  if (statics == nullptr || wrapperAt(wrapper) != nullptr) return;
   auto* entry = static_cast<Wrapper*>(std::malloc(sizeof(Wrapper)));
   if (entry == nullptr) userror("out of memory");
-  *entry = {wrapper, static_cast<const MWrapperStatic*>(statics), wrappers};
+  *entry = {wrapper, static_cast<const MWrapperStatic*>(statics), isPlain, wrappers};
   wrappers = entry;
 }
 
 void forgetWrappers() {
+  std::fill(std::begin(plainCode), std::end(plainCode), ExternalCode{});
   while (wrappers != nullptr) {
     Wrapper* next = wrappers->next;
     std::free(wrappers);
@@ -212,7 +226,10 @@ void resetExternalCalls() {
   vector::objectBlockIsOut = false;
 }
 
-void initializeExternalCalls() { registerRootWalker(visitStatics); }
+void initializeExternalCalls() {
+  std::fill(std::begin(plainCode), std::end(plainCode), ExternalCode{});
+  registerRootWalker(visitStatics);
+}
 
 // ---- the built-in
 
@@ -238,22 +255,53 @@ bool readAddress(DAG x, void*& address) {
 
 }  // namespace
 
-DAG builtin::call_external(const BuiltinCall& call) {
+namespace {
+
+// The first three operands of call_external.
+ExternalCode codeIn(DAG body, DAG given) {
   constexpr const char* expected = "wrapper handle, external handle, and return flag expected";
-  DAG given = call.arguments;
   if (!isSequence(given) || memberCount(given) != 4) userror(expected);
-  void *wrapper, *external;
+  ExternalCode code;
+  code.body = body;
   DAG returns = operand(given[3]);
   const bool isFlag = returns == ini("true") || returns == ini("false");
-  if (!readAddress(operand(given[1]), wrapper) || !readAddress(operand(given[2]), external) || !isFlag)
+  if (!readAddress(operand(given[1]), code.wrapper) || !readAddress(operand(given[2]), code.external) || !isFlag)
     userror(expected);
-  if (!isTag(given[4], PARAM) || rawField(given[4], 1) != argsParameter)
-    userror("`args` expected for fourth parameter of call_external");
+  code.returnsValue = returns == ini("true");
+  return code;
+}
+bool isArgs(DAG x) { return isTag(x, PARAM) && rawField(x, 1) == argsParameter; }
+
+}  // namespace
+
+const ExternalCode* framelessCode(DAG procedure) {
+  DAG body = bodyOf(procedure);
+  if (isImmediate(body) || secureMode) return nullptr;
+  ExternalCode& entry = plainCode[body.word / 8 % plainCodeCount];
+  if (entry.body == body) return &entry;
+  if (!isCallOf(body, ini("call_external")) || !isTag(body[1][1], PROC) || !isBuiltinProcedure(body[1][1]))
+    return nullptr;
+  DAG given = body[2];
+  const bool isUsual = isSequence(given) && memberCount(given) == 4 && isInteger(given[1]) && isInteger(given[2]) &&
+                       (given[3] == ini("true") || given[3] == ini("false")) && isArgs(given[4]);
+  if (!isUsual) return nullptr;
+  const ExternalCode code = codeIn(body, given);
+  const Wrapper* wrapper = wrapperAt(code.wrapper);
+  if (wrapper == nullptr || !wrapper->isPlain) return nullptr;
+  updategen(body);
+  entry = code;
+  return &entry;
+}
+
+DAG builtin::call_external(const BuiltinCall& call) {
+  DAG given = call.arguments;
+  const ExternalCode code = codeIn(call.form, given);
+  if (!isArgs(given[4])) userror("`args` expected for fourth parameter of call_external");
   if (secureMode) userror("system calls are disabled");
   // C looks at the arguments one by one: those of a procedure need no place among the simplified objects.
   const Frame& frame = *Environment->frame;
   DAG arguments = isTag(frame.proc, PROC) ? frame.args : evparloc(given[4]);
-  return CallExternal(wrapper, external, returns == ini("true"), asSequence(arguments));
+  return CallExternal(code.wrapper, code.external, code.returnsValue, asSequence(arguments));
 }
 
 }  // namespace korel

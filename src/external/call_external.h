@@ -16,13 +16,24 @@ namespace korel {
 
 /// Makes the static storage of a compiled wrapper known: it is a root of the collector, and nested calls of the wrapper
 /// save it. `statics` is an array of MWrapperStatic (include/korelshlib.h) that ends with a null place; null: none.
-void registerWrapper(void* wrapper, const void* statics);
+/// A plain wrapper only converts: it runs no statement of the language and assigns nothing.
+void registerWrapper(void* wrapper, const void* statics, bool isPlain);
 /// Forgets all wrappers, before their libraries are closed.
 void forgetWrappers();
 
 /// Calls `external`, by its wrapper unless that is null, with an EXPSEQ of arguments; its value, or the empty sequence
 /// when none is expected. Errors: those of the call, and those of a fault (`builtin::call_external`).
 DAG CallExternal(void* wrapper, void* external, bool returnsValue, DAG arguments);
+
+/// What a procedure of `define_external` calls, read from its body once.
+struct ExternalCode {
+  DAG body{};
+  void *wrapper = nullptr, *external = nullptr;
+  bool returnsValue = false;
+};
+/// The code of a procedure whose wrapper is plain: nothing runs within the call that would miss the frame of one
+/// (bench/external.sh). Null for any other, and in secure mode.
+const ExternalCode* framelessCode(DAG procedure);
 
 /// No external code is running any more: after a jump to the top.
 void resetExternalCalls();

@@ -100,11 +100,16 @@ struct Addresses {
   bool returnsValue = true;
 };
 
-void linkWrapper(Addresses& a, const char* library, const char* wrapper) {
+// Whether a wrapper calls procedures of the language, or assigns to names.
+bool isPlainText(const char* text) {
+  return std::strstr(text, "->evalKorel") == nullptr && std::strstr(text, "->assign") == nullptr;
+}
+
+void linkWrapper(Addresses& a, const char* library, const char* wrapper, bool isPlain) {
   void* handle = LoadExternalLibrary(library);
   a.wrapper = LookUpExternalSymbol(handle, wrapper);
   const char* statics = newText("%s_statics", wrapper);
-  registerWrapper(a.wrapper, findExternalSymbol(handle, statics));
+  registerWrapper(a.wrapper, findExternalSymbol(handle, statics), isPlain);
 }
 
 // `call_external(wrapper, external, returnsValue, args)` as a procedure.
@@ -144,12 +149,14 @@ DAG describedProcedure(const Options& o, DAG arguments) {
     if (o.showsText) text = strinstall(textOfC());
   }
   if (!text) {
+    bool isPlain = false;
     if (library == nullptr) {
+      isPlain = isPlainText(textOfC());
       EndC(o.compile);
       library = CompileC(o.compile);
     }
     a.external = LookUpExternalSymbol(LoadExternalLibrary(textOf(o.library)), textOf(function));
-    linkWrapper(a, library, wrapper);
+    linkWrapper(a, library, wrapper, isPlain);
   }
   PopErrorProc();
   cleanup(nullptr);

@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evalf.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/named_kinds.h"
@@ -26,7 +27,11 @@ namespace vector {
 DAG valueOf(ALGEB reference) {
   DAG x = fromC(reference);
   if (isImmediate(x)) return x;
-  if (hasTag(x, NAME)) return valuenv(x, false);
+  if (hasTag(x, NAME)) {
+    // An array comes by its name, and a wrapper looks at it a dozen times (bench/external.sh).
+    if (isTag(x[1], RTABLE) && !isOpenEnvironmentName(x)) return x[1];
+    return valuenv(x, false);
+  }
   return hasTag(x, TABLEREF) ? simpl(eval(x)) : x;
 }
 
@@ -206,9 +211,9 @@ ALGEB selectImaginaryPart(ALGEB x) { return toC(simpl(cxImaginaryPart(valueOf(x)
 // ---- numbers out of C
 
 ALGEB toKorelInteger(long value) { return toC(simpl(NewInteger(value))); }
-ALGEB toKorelFloat(double value) { return toC(simpl(HardwareToSoftwareFloat(value))); }
+ALGEB toKorelFloat(double value) { return toC(floatOfDouble(value)); }
 ALGEB toKorelComplex(double re, double im) {
-  DAG real = simpl(HardwareToSoftwareFloat(re)), imaginary = simpl(HardwareToSoftwareFloat(im));
+  DAG real = floatOfDouble(re), imaginary = floatOfDouble(im);
   return toC(simpl(new3(COMPLEX, real, imaginary)));
 }
 ALGEB toKorelComplexFloat(ComplexFloat64 value) { return toKorelComplex(value.re, value.im); }

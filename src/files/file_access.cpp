@@ -153,22 +153,24 @@ void prepareToRead(FileRecord& file) {
   file.readLast = file.kind == FileKind::stream && !file.reads;
 }
 
-bool readLine(FileRecord& file, TextBuffer& line) {
+bool readLine(FileRecord& file, TextBuffer& space, std::string_view& line) {
   prepareToRead(file);
+  space.clear();
   const bool isStream = file.kind == FileKind::stream || file.kind == FileKind::process;
   if (isStream && file.pushedBack == nothingPushedBack) {
-    // By the C library, which looks for the newline in its buffer. The space is kept for the next line.
-    static char* space = nullptr;
+    // By the C library, which looks for the newline in its buffer. The bytes are kept for the next line.
+    static char* bytes = nullptr;
     static std::size_t capacity = 0;
-    const ssize_t n = ::getline(&space, &capacity, file.stream);
+    const ssize_t n = ::getline(&bytes, &capacity, file.stream);
     if (n < 0 && ferror(file.stream) == 0) return false;
     if (n >= 0) {
       const auto length = static_cast<std::size_t>(n);
-      const std::size_t end = length > 0 && space[length - 1] == '\n' ? length - 1 : length;
-      if (std::memchr(space, 0, end) == nullptr) line.append({space, end});
-      else
-        for (std::size_t i = 0; i < end; ++i)
-          if (space[i] != 0) line.append(space[i]);
+      const std::size_t end = length > 0 && bytes[length - 1] == '\n' ? length - 1 : length;
+      line = {bytes, end};
+      if (std::memchr(bytes, 0, end) == nullptr) return true;
+      for (std::size_t i = 0; i < end; ++i)
+        if (bytes[i] != 0) space.append(bytes[i]);
+      line = space.view();
       return true;
     }
     if (!mayTryAgain()) streamFailed(file.stream);
@@ -177,7 +179,8 @@ bool readLine(FileRecord& file, TextBuffer& line) {
   int c = ReadCharFromFile(file);
   if (c == -1) return false;
   for (; c != -1 && c != '\n'; c = ReadCharFromFile(file))
-    if (c != 0) line.append(static_cast<char>(c));
+    if (c != 0) space.append(static_cast<char>(c));
+  line = space.view();
   return true;
 }
 

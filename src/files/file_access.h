@@ -5,6 +5,7 @@
 // when an error ends it: `sendCollectedText`.
 
 #include <cstdint>
+#include <string_view>
 
 #include "files/file_table.h"
 #include "text/format/text_buffer.h"
@@ -24,8 +25,9 @@ void FlushFile(FileRecord& file);
 void prepareToRead(FileRecord& file);
 void prepareToWrite(FileRecord& file);
 
-/// The next line without its newline; false at the end of the file.
-bool readLine(FileRecord& file, TextBuffer& line);
+/// The next line without its newline, and without zeros; false at the end of the file. It stands in `space`, or where
+/// the file keeps it, until something is read again.
+bool readLine(FileRecord& file, TextBuffer& space, std::string_view& line);
 /// Reads up to `n` bytes; how many there were.
 std::size_t readBytes(FileRecord& file, char* bytes, std::size_t n);
 

@@ -259,7 +259,13 @@ FileRecord& fileNumbered(DAG number) {
 
 FileRecord& fileFor(DAG x, FileUse use) {
   if (isInteger(x)) return fileNumbered(x);
-  if (FileRecord* file = fileNamed(textOf(x))) return *file;
+  // A program that reads or writes line by line names the same file again.
+  static int last = 0;
+  if (isInUse(fileTable[last]) && fileTable[last].name == x) return fileTable[last];
+  if (FileRecord* file = fileNamed(textOf(x))) {
+    last = slotOf(*file);
+    return *file;
+  }
   if (use == FileUse::open) userror("file descriptor not in use");
   return OpenFile(x, {.reads = use == FileUse::reading, .text = true}, FileKind::stream);
 }

@@ -73,7 +73,7 @@ DAG iolib::openProcess(const IolibCall& call) {
 
 DAG iolib::closeFiles(const IolibCall& call) {
   if (call.count() == 0) userror("file name or descriptor required");
-  for (Word k = 1; k <= call.count(); ++k) CloseFile(lookUpFile(call.arguments, operandPlace(k), FileUse::open));
+  for (Word k = 1; k <= call.count(); ++k) CloseFile(lookUpFile(call.arguments, call.place(k), FileUse::open));
   return null;
 }
 
@@ -81,7 +81,7 @@ DAG iolib::closeFiles(const IolibCall& call) {
 
 DAG iolib::position(const IolibCall& call) {
   if (call.count() < 1 || call.count() > 2) userror("file and optional position expected");
-  FileRecord& file = lookUpFile(call.arguments, operandPlace(1), FileUse::reading);
+  FileRecord& file = lookUpFile(call.arguments, call.place(1), FileUse::reading);
   if (file.kind == FileKind::direct) KernelException("operation not allowed on `%1` stream", file.name);
   if (file.kind != FileKind::stream && file.kind != FileKind::raw)
     userror("operation only supported for STREAM and RAW files");
@@ -96,17 +96,17 @@ DAG iolib::position(const IolibCall& call) {
 DAG iolib::status(const IolibCall& call) {
   if (call.count() > 1) userror("unexpected arguments");
   if (call.count() == 0) return fileStatus();
-  return fileDescription(lookUpFile(call.arguments, operandPlace(1), FileUse::open));
+  return fileDescription(lookUpFile(call.arguments, call.place(1), FileUse::open));
 }
 
 DAG iolib::isAtEnd(const IolibCall& call) {
-  FileRecord& file = lookUpFile(call.arguments, operandPlace(1), FileUse::reading);
+  FileRecord& file = lookUpFile(call.arguments, call.place(1), FileUse::reading);
   if (file.kind != FileKind::stream) userror("operation only supported for STREAM files");
   return file.pushedBack == nothingPushedBack && std::feof(file.stream) != 0 ? cons1 : cons0;
 }
 
 DAG iolib::flush(const IolibCall& call) {
-  FlushFile(lookUpFile(call.arguments, operandPlace(1), FileUse::open));
+  FlushFile(lookUpFile(call.arguments, call.place(1), FileUse::open));
   return null;
 }
 

@@ -5,14 +5,16 @@
 
 namespace korel {
 
-/// A call iolib(n, operands...). Operand k, from 1, stands behind the number.
+/// The operands of an operation, from 1 on: those behind the number in iolib(n, operands...), or all that a procedure
+/// of the library was given.
 struct IolibCall {
-  DAG arguments;  // EXPSEQ, the number first
-  Word count() const { return lengthOf(arguments) - 2; }
-  DAG operand(Word k) const { return arguments[k + 1]; }
+  DAG arguments;    // EXPSEQ
+  Word before = 1;  // members before the operands
+  Word count() const { return lengthOf(arguments) - 1 - before; }
+  /// Where operand k stands in `arguments`.
+  Word place(Word k) const { return before + k; }
+  DAG operand(Word k) const { return arguments[place(k)]; }
 };
-/// Where operand k stands in `arguments`.
-constexpr Word operandPlace(Word k) { return k + 1; }
 
 namespace iolib {
 // Each operation answers with a simplified value. Their errors stand with the operations.

@@ -53,7 +53,7 @@ DAG iolib::removeFiles(const IolibCall& call) {
     if (secureMode) userror("file I/O is disabled");
     DAG name = x;
     if (isInteger(x) || fileNamed(textOf(x)) != nullptr) {
-      FileRecord& file = lookUpFile(call.arguments, operandPlace(k), FileUse::open);
+      FileRecord& file = lookUpFile(call.arguments, call.place(k), FileUse::open);
       name = file.name;
       CloseFile(file);
     }
@@ -133,7 +133,7 @@ DAG iolib::selectReady(const IolibCall& call) {
     DAG x = call.operand(k);
     const bool isNamed = isText(x) && fileNamed(textOf(x)) != nullptr;
     if (!isInteger(x) && !isNamed) userror("pipe descriptor required");
-    FileRecord& file = lookUpFile(call.arguments, operandPlace(k), FileUse::open);
+    FileRecord& file = lookUpFile(call.arguments, call.place(k), FileUse::open);
     const bool isPipe = file.kind == FileKind::pipe || file.kind == FileKind::process;
     if (!isPipe || count == fileTableSize) userror("pipe descriptor required");
     wanted[count++] = {file.descriptor, static_cast<short>(file.reads ? POLLIN : POLLOUT), 0};

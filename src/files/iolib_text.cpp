@@ -24,12 +24,12 @@ namespace korel {
 namespace {
 
 FileRecord& fileToRead(const IolibCall& call) {
-  FileRecord& file = lookUpFile(call.arguments, operandPlace(1), FileUse::reading);
+  FileRecord& file = lookUpFile(call.arguments, call.place(1), FileUse::reading);
   prepareToRead(file);
   return file;
 }
 FileRecord& fileToWrite(const IolibCall& call) {
-  FileRecord& file = lookUpFile(call.arguments, operandPlace(1), FileUse::writing);
+  FileRecord& file = lookUpFile(call.arguments, call.place(1), FileUse::writing);
   prepareToWrite(file);
   return file;
 }
@@ -44,32 +44,35 @@ FileRecord& fileToWrite(const IolibCall& call) {
 
 DAG iolib::readLineOperation(const IolibCall& call) {
   FileRecord& file = fileToRead(call);
-  TextBuffer line;
-  return readLine(file, line) ? line.string() : cons0;
+  TextBuffer space;
+  std::string_view line;
+  return readLine(file, space, line) ? strinstall(line) : cons0;
 }
 
 DAG native::filelines(const BuiltinCall& call) {
   FileRecord& file = lookUpFile(call.arguments, 1, FileUse::reading);
-  prepareToRead(file);
   Members lines;
   // Lines are looked up in the table of strings some lines late, when what the look will read is on its way.
   constexpr int batch = 32;
-  TextBuffer texts;  // one behind the other, each with a zero at its end
-  std::size_t begin[batch];
+  TextBuffer space, texts;  // the lines of a batch, one behind the other
+  std::size_t begin[batch + 1];
   Word hash[batch];
+  std::string_view line;
   for (bool more = true; more;) {
     texts.clear();
     int n = 0;
     for (; n < batch; ++n) {
       passWork(50);
       begin[n] = texts.size();
-      more = readLine(file, texts);
+      more = readLine(file, space, line);
       if (!more) break;
-      texts.append(0);
-      hash[n] = hashstring(texts.bytes() + begin[n]);
+      texts.append(line);
+      hash[n] = hashstring(line);
       prefetchString(hash[n]);
     }
-    for (int i = 0; i < n; ++i) lines.append(stringhashunique(hash[i], texts.bytes() + begin[i], strtab));
+    begin[n] = texts.size();
+    for (int i = 0; i < n; ++i)
+      lines.append(stringhashunique(hash[i], texts.view().substr(begin[i], begin[i + 1] - begin[i]), strtab));
   }
   return lines.list();
 }
@@ -99,7 +102,7 @@ DAG iolib::formattedWrite(const IolibCall& call) {
   if (call.count() < 2 || !isText(call.operand(2))) userror("format string expected");
   FileRecord& file = fileToWrite(call);
   PushStateKeeper(sendCollectedTextOnError, nullptr);
-  const std::int64_t count = DoPrintF(FileSink, &file, textOf(call.operand(2)), call.arguments, operandPlace(3));
+  const std::int64_t count = DoPrintF(FileSink, &file, textOf(call.operand(2)), call.arguments, call.place(3));
   PopErrorProc();
   sendCollectedText();
   return NewInteger(count);
@@ -108,7 +111,7 @@ DAG iolib::formattedWrite(const IolibCall& call) {
 DAG iolib::formattedWriteToString(const IolibCall& call) {
   if (call.count() < 1 || !isText(call.operand(1))) userror("format string expected");
   TextBuffer text;
-  DoPrintF(TextBufferSink, &text, textOf(call.operand(1)), call.arguments, operandPlace(2));
+  DoPrintF(TextBufferSink, &text, textOf(call.operand(1)), call.arguments, call.place(2));
   return text.string();
 }
 
@@ -116,27 +119,20 @@ namespace {
 
 DAG scanResult(const ScanResult& result) { return result.endedAtOnce ? cons0 : simpl(new2(LIST, result.values)); }
 
-int nextOfText(void* at) {
-  auto* text = static_cast<const char**>(at);
-  return **text == 0 ? -1 : static_cast<unsigned char>(*(*text)++);
-}
-void backToText(void* at, int) { --*static_cast<const char**>(at); }
-
 }  // namespace
 
 DAG iolib::formattedRead(const IolibCall& call) {
   if (call.count() < 2 || !isText(call.operand(2))) userror("input and format strings expected");
   FileRecord& file = fileToRead(call);
-  ScanSource source{nextOfFile, backToFile, &file};
-  return scanResult(DoScanF(source, textOf(call.operand(2)), call.arguments, operandPlace(3)));
+  ScanSource source{.get = nextOfFile, .unget = backToFile, .closure = &file};
+  return scanResult(DoScanF(source, textOf(call.operand(2)), call.arguments, call.place(3)));
 }
 
 DAG iolib::formattedReadFromString(const IolibCall& call) {
   if (call.count() < 2 || !isText(call.operand(1)) || !isText(call.operand(2)))
     userror("input and format strings expected");
-  const char* text = textOf(call.operand(1));
-  ScanSource source{nextOfText, backToText, &text};
-  return scanResult(DoScanF(source, textOf(call.operand(2)), call.arguments, operandPlace(3)));
+  ScanSource source{.text = textOf(call.operand(1))};
+  return scanResult(DoScanF(source, textOf(call.operand(2)), call.arguments, call.place(3)));
 }
 
 // ---- bytes
@@ -209,7 +205,7 @@ DAG iolib::readBytesOperation(const IolibCall& call) {
   const ByteRequest request = call.count() > 1 ? readRequest(call) : ByteRequest{};
   if (request.rtable && request.text)
     KernelException("TEXT mode cannot be used to read a %1", subtypeWord(request.rtable));
-  FileRecord& file = lookUpFile(call.arguments, operandPlace(1), FileUse::reading);
+  FileRecord& file = lookUpFile(call.arguments, call.place(1), FileUse::reading);
   if (file.kind == FileKind::direct) userror("`terminal` or `default` can only be used with fopen");
   prepareToRead(file);
   if (request.rtable) return readIntoRTable(file, request);

@@ -19,6 +19,7 @@ DAG funret;
 
 std::int64_t maxKorelStackSize = 0;
 char* stackBaseAddress = nullptr;
+char* stackEndAddress = nullptr;
 
 namespace {
 
@@ -52,11 +53,12 @@ void recordStackBounds() {
   char* top = reinterpret_cast<char*>(getauxval(AT_EXECFN));
   bool onMainStack = top >= here && top - here < size;
   stackBaseAddress = onMainStack ? top : here;
+  stackEndAddress = stackBaseAddress - maxKorelStackSize;
 }
 
 bool stackExhausted() {
   char* here = static_cast<char*>(__builtin_frame_address(0));
-  return stackBaseAddress - here > maxKorelStackSize && SpecialError == noSpecialError;
+  return here < stackEndAddress && SpecialError == noSpecialError;
 }
 
 void raiseUnlessUnwinding() {

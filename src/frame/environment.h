@@ -105,6 +105,7 @@ void runErrorProcsOfBlock(JumpCode code);
 /// Bytes of native stack that evaluation may use, and where it began.
 extern std::int64_t maxKorelStackSize;
 extern char* stackBaseAddress;
+extern char* stackEndAddress;  // `maxKorelStackSize` below the base
 /// True when the native stack in use has passed its bound and no special error is on its way.
 bool stackExhausted();
 void raiseUnlessUnwinding();
@@ -114,7 +115,7 @@ inline void checkStack() {
   // read as it is: asking for the frame's address would make every caller keep a frame pointer.
   char* here;
   asm("movq %%rsp, %0" : "=r"(here));
-  if (stackBaseAddress - here > maxKorelStackSize) [[unlikely]]
+  if (here < stackEndAddress) [[unlikely]]
     raiseUnlessUnwinding();
 }
 /// Takes the bound anew from the system's limit and the present position of the stack.

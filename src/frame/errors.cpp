@@ -15,6 +15,7 @@
 #include "numbers/integer/integer_groups.h"
 #include "store/constants.h"
 #include "store/names.h"
+#include "store/object_fields.h"
 #include "store/objects.h"
 #include "store/vocabulary.h"
 
@@ -83,6 +84,15 @@ void PushParamErrorProc(ErrorProcedure f, void* parameter) {
 }
 void PushStateKeeper(ErrorProcedure f, void* parameter) {
   pushRecord(f, reinterpret_cast<std::uintptr_t>(parameter), true);
+}
+
+namespace {
+// Stands in a record as the mark of a frameless call.
+void passFramelessCall(const char*) {}
+}  // namespace
+
+void PushFramelessCall(const FramelessCall& call) {
+  pushRecord(passFramelessCall, reinterpret_cast<std::uintptr_t>(&call));
 }
 
 void PopErrorProc() {
@@ -169,13 +179,56 @@ DAG raisingProcedure() {
   return !name || name == null ? cons0 : name;
 }
 
+// The innermost frameless call of the innermost block, or null.
+const FramelessCall* framelessCall() {
+  ErrorRecord* record = procStack;
+  for (int n = errorProcCount - Environment->errorProcs; n > 0; --n, record = record->below)
+    if (record->call == passFramelessCall) return reinterpret_cast<const FramelessCall*>(record->parameter);
+  return nullptr;
+}
+
+// The frame that a frameless call would have, from the moment on when an error is raised in it.
+struct FailingFrame {
+  Frame frame;
+  EnvironmentBlock block;
+  EnvironmentBlock* previous;
+};
+
+bool enterFramelessCall(FailingFrame& failing) {
+  const FramelessCall* call = framelessCall();
+  if (call == nullptr) return false;
+  failing.frame = *Environment->frame;
+  failing.frame.previousFrame = Environment->frame;
+  failing.frame.locals = null;
+  failing.frame.args = call->arguments;
+  failing.frame.procName = call->name;
+  failing.frame.proc = call->procedure;
+  failing.frame.currentStatement = bodyOf(call->procedure);
+  failing.frame.currentPlace = &bodyOf(call->procedure);
+  failing.previous = Environment;
+  Environment->depth = evaluationLevel;
+  failing.block = *Environment;
+  failing.block.frame = &failing.frame;
+  Environment = &failing.block;
+  return true;
+}
+
+void leaveFailingFrame(FailingFrame& failing) {
+  recordTraceLevel(failing.frame);
+  RestoreEnvironment(failing.previous);
+}
+
 void keepInName(DAG name, DAG value) {
   updategens(value);
   stepEvaluationClock();
   name[1] = value;
 }
 
-[[noreturn]] void raiseException(DAG exception, DAG value) {
+// Raises `exception`, whose first member is filled in here: `procedure`, or with 0 the one that is running.
+[[noreturn]] void raiseException(DAG exception, DAG value, DAG procedure = DAG()) {
+  FailingFrame failing;
+  const bool isFrameless = enterFramelessCall(failing);
+  exception[1] = procedure ? procedure : raisingProcedure();
   ResetSimplifier();
   // The error may have come of an object too large for the result of an operation on groups.
   GroupSpace::releaseAll();
@@ -190,6 +243,7 @@ void keepInName(DAG name, DAG value) {
   }
   EnterDebugger();
   ErrorLevel = 0;
+  if (isFrameless) leaveFailingFrame(failing);
   jumpOut(jumpError);
 }
 
@@ -211,19 +265,19 @@ void raiseKernelException(const char* text, const DAG* parameters, int count) {
   if (text == nullptr) KorelException(null);
   Word places = parameterPlaces(text, parameters, count);
   DAG exception = newl2(places + 3, EXPSEQ);
-  exception[1] = raisingProcedure();
   exception[2] = strinstall(text);
   placeParameters(exception, 3, places, parameters, count);
   raiseException(exception, exception);
 }
 
-void KorelException(DAG arguments) {
+void KorelException(DAG arguments) { KorelExceptionOf(DAG(), arguments); }
+
+void KorelExceptionOf(DAG procedure, DAG arguments) {
   if (arguments == null) {
     DAG last = ini("lastexception")[1];
     arguments = isSequence(last) ? copydel(last, 0, 1) : strinstall("unspecified error");
   }
   DAG exception = isSequence(arguments) ? space_insert(arguments, 0, 1) : new3(EXPSEQ, DAG(), arguments);
-  exception[1] = raisingProcedure();
   DAG message = exception[2];
   if (!hasTag(message, NAME) && !hasTag(message, STRING)) {
     exception = space_insert(exception, 1, 1);
@@ -238,7 +292,7 @@ void KorelException(DAG arguments) {
   } else if (hasTag(message, NAME)) {
     exception[2] = strinstall(textOf(message));
   }
-  raiseException(exception, arguments);
+  raiseException(exception, arguments, procedure);
 }
 
 void userror(const char* text) { KernelException(text); }

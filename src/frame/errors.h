@@ -40,6 +40,9 @@ template <class... Parameters>
 /// Raises what the statement `error` was given: EXPSEQ (message, parameters...), one object, or
 /// `null` for the last error again.
 [[noreturn]] void KorelException(DAG arguments);
+/// The same as if the procedure of that name had raised it: what a helper of several procedures finds. With 0 the one
+/// that is running.
+[[noreturn]] void KorelExceptionOf(DAG procedure, DAG arguments);
 [[noreturn]] void userror(const char* text);
 /// A message with one printf conversion, whose formatted value becomes parameter 1 (for a text with
 /// error procedures registered: part of the text).
@@ -68,6 +71,12 @@ void PushParamErrorProc(ErrorProcedure f, void* parameter);
 /// too, so that an interrupt or a time limit leaves neither a loop variable nor `Digits` changed.
 void PushStateKeeper(ErrorProcedure f, void* parameter);
 void PopErrorProc();
+/// A call of a procedure that runs without a frame of its own. What is raised within it, and not in a block entered
+/// since, is raised as if it had one: the exception, the traceback and the debugger name it. `PopErrorProc` ends it.
+struct FramelessCall {
+  DAG name, arguments, procedure;  // the name called, EXPSEQ, PROC
+};
+void PushFramelessCall(const FramelessCall& call);
 /// True when an error procedure is registered.
 bool hasErrorProc();
 /// Depth of the stack of error procedures, and the way back to an earlier depth without calling any.

@@ -31,13 +31,19 @@ void pollInterruptSoon() { pollWanted = 1; }
 
 bool askForInterrupt() {
   interruptCounter = 0;
-  pollWanted = 0;
+  pollWanted = SpecialError == computationInterrupted;
   return driver.interruptCB != nullptr && driver.interruptCB(currentContext()) != 0;
+}
+
+// Statements look at `pollWanted` alone, which stays set while the error is on its way up.
+void noteInterrupted() {
+  SpecialError = computationInterrupted;
+  pollInterruptSoon();
 }
 
 void jumpback() {
   if (interruptsWait()) return;
-  SpecialError = computationInterrupted;
+  noteInterrupted();
   KernelException("interrupted");
 }
 
@@ -94,7 +100,7 @@ bool mustEndOperation() {
   if (SpecialError != noSpecialError || collecting) return false;
   if (Environment == nullptr || Environment->jumpBuffer == nullptr) return false;
   pollInterruptSoon();
-  if (TestInterrupt() && !interruptsWait()) SpecialError = computationInterrupted;
+  if (TestInterrupt() && !interruptsWait()) noteInterrupted();
   else if (isTimeExpired()) SpecialError = timeExpired;
   return SpecialError != noSpecialError;
 }

@@ -32,6 +32,8 @@ inline bool TestInterrupt() {
 /// Acts on an interrupt: raises "interrupted" as a special error. Nothing in the dialogue of the debugger, but in a
 /// command.
 void jumpback();
+/// Makes `SpecialError` say that the computation is interrupted; `pollWanted` stays set while it does.
+void noteInterrupted();
 /// Makes the next `TestInterrupt` poll. A signal handler may call it.
 void pollInterruptSoon();
 

@@ -32,6 +32,6 @@ DAG procedureOf(double v) {
 
 void refuseReference() { KernelException("non-numeric expression in evalhf"); }
 
-DAG expressionOf(double v) { return isReferenceValue(v) ? referredObject(v) : simpl(HardwareToSoftwareFloat(v)); }
+DAG expressionOf(double v) { return isReferenceValue(v) ? referredObject(v) : floatOfDouble(v); }
 
 }  // namespace korel

@@ -12,6 +12,7 @@
 #include "eval/walk/has.h"
 #include "frame/errors.h"
 #include "library/archive/replaced_file.h"
+#include "library/assumptions/assumed_name.h"
 #include "library/records/record_file.h"
 #include "library/repository/repository.h"
 #include "session/driver.h"
@@ -147,6 +148,16 @@ DAG namesToSave(DAG operands) {
   return simpl(names);
 }
 
+// A file knows names by their texts alone.
+void warnOfAssumptions(DAG names) {
+  if (!assumptionsWereMade()) return;
+  DAG values = newl2(lengthOf(names), EXPSEQ);
+  for (Word i = 1; i < lengthOf(names); ++i) values[i] = isName(names[i]) && names[i][1] ? names[i][1] : names[i];
+  DAG assumed = assumedNamesIn(values);
+  for (Word i = 1; i < lengthOf(assumed); ++i)
+    KernelWarning(2, "what is assumed about `%1` is not saved", assumptionOf(assumed[i])[assumedOrigin]);
+}
+
 }  // namespace
 
 DAG saveStatement(DAG s) {
@@ -159,6 +170,7 @@ DAG saveStatement(DAG s) {
   const bool inRecords = isRecordFileName(path);
   if (n == 2 && !inRecords) KernelException("must specify names to save when saving to a text file");
   DAG names = n == 2 ? assignedNames() : namesToSave(operands);
+  warnOfAssumptions(names);
   if (SaveInRepository(names, memberCount(names), file)) return null;
   for (Word i = 1; i < lengthOf(names); ++i) checkEntry(names[i]);
   if (!inRecords) {

@@ -115,7 +115,7 @@ DAG readInteger(const unsigned char* place) {
   if constexpr (sizeof(T) < 4) return immediate(load<T>(place));
   else return simpl(NewInteger(load<T>(place)));
 }
-DAG floatOf(double x) { return simpl(HardwareToSoftwareFloat(x)); }
+DAG floatOf(double x) { return floatOfDouble(x); }
 
 struct ObjectPair {
   DAG real, imaginary;

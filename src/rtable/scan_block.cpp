@@ -284,7 +284,7 @@ struct Figures {
   }
 };
 
-DAG numberOf(double x) { return simpl(HardwareToSoftwareFloat(x)); }
+DAG numberOf(double x) { return floatOfDouble(x); }
 DAG numberOf(std::int64_t x) { return simpl(NewInteger(x)); }
 DAG numberOf(std::int8_t x) { return numberOf(std::int64_t{x}); }
 DAG numberOf(std::int16_t x) { return numberOf(std::int64_t{x}); }

@@ -46,7 +46,7 @@ bool integerIn(DAG x, long low, long high, int& value) {
 // ---- the variables of a kind of their own
 
 DAG latexwidth(DAG name, DAG value, InterfaceVariables& record) {
-  if (!value) return simpl(HardwareToSoftwareFloat(record.latexwidth));
+  if (!value) return floatOfDouble(record.latexwidth);
   double width = isNumeric(value) ? FloatValue(value) : -1.0;
   if (!(width >= 0.0 && width <= 100.0))
     return failure("%1 must be a number in the range %2..%3",

@@ -1,8 +1,10 @@
 #include "store/address_range.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <sys/mman.h>
+#include <sys/resource.h>
 
 namespace korel {
 
@@ -76,6 +78,16 @@ void reserveRange() {
 
 std::uint64_t committedEnd = 0;  // page boundary up to which memory stands behind the range
 
+// Bytes that the system counts against the limit of data; 0 when it doesn't tell.
+std::uint64_t dataBytes() {
+  std::FILE* statm = std::fopen("/proc/self/statm", "r");
+  if (statm == nullptr) return 0;
+  unsigned long pages = 0;
+  if (std::fscanf(statm, "%*u %*u %*u %*u %*u %lu", &pages) != 1) pages = 0;
+  std::fclose(statm);
+  return pages * pageBytes;
+}
+
 }  // namespace
 
 Word commitWords(std::int64_t words) {
@@ -97,6 +109,16 @@ Word commitWords(std::int64_t words) {
   }
   rangeNext = end;
   return static_cast<Word>(begin);
+}
+
+std::int64_t uncommittedWords() {
+  std::uint64_t bytes = rangeEnd - rangeNext;
+  rlimit limit{};
+  if (::getrlimit(RLIMIT_DATA, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY) {
+    const std::uint64_t used = dataBytes();
+    bytes = std::min<std::uint64_t>(bytes, limit.rlim_cur > used ? limit.rlim_cur - used : 0);
+  }
+  return static_cast<std::int64_t>(bytes / 4);
 }
 
 }  // namespace korel

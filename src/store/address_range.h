@@ -14,5 +14,7 @@ namespace korel {
 constexpr std::uint64_t readableBehind = 64;
 /// Address of `words` fresh words, or 0 when the range is used up or the system refuses the memory.
 Word commitWords(std::int64_t words);
+/// How many words could still be committed: of the range, and within the system's limit of data.
+std::int64_t uncommittedWords();
 
 }  // namespace korel

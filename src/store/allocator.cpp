@@ -130,6 +130,13 @@ void keepMemoryReserve() {
   if (!memoryReserve) memoryReserve = newForeign(reserveWords);
 }
 
+bool hasRoomFor(double words) {
+  words -= static_cast<double>(uncommittedWords());
+  for (int i = freeListCount - 1; i > 0 && words > 0; --i)
+    for (Word block = freelist[i]; block != 0 && words > 0; block = linkOf(block)) words -= freeSize(block);
+  return words <= 0;
+}
+
 Word getLargeSpace(Word n) {
   if (n > maxFreeSize) {
     if (foreignDAG) return 0;

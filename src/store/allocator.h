@@ -71,6 +71,9 @@ inline void release_space(Word block, std::int64_t n) {
 /// Gives back object `s` of length `n`. The caller holds the only reference.
 inline void release(DAG s, Word n) { release_space(s.word - 4, std::int64_t{n} + 1); }
 
+/// Whether about so many words can still be handed out: from fresh memory, or from the free lists.
+bool hasRoomFor(double words);
+
 /// Holds words back, as far as there are any, for the report that memory has run out.
 void keepMemoryReserve();
 /// Memory has run out, and no collection between statements has followed yet.

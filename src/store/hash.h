@@ -11,6 +11,8 @@
 //
 // Searches answer with the address of a pair, [0] the key and [1] the value, or `notFound`.
 
+#include <string_view>
+
 #include "store/dag.h"
 #include "store/table_index.h"
 
@@ -117,8 +119,8 @@ bool hashforeach(DAG table, bool (*f)(void* arg, PairAddress pair), void* arg);
 /// True when both have the same length and each bucket holds the same pairs as a set.
 bool hashEqualEntries(DAG a, DAG b);
 
-/// Hash of a text; never 0.
-Word hashstring(const char* text);
+/// Hash of a text without zeros; never 0.
+Word hashstring(std::string_view text);
 /// Hash of an object's content, by its tag; never 0. SUM and PROD hash as multisets of pairs.
 Word hashalg(DAG s);
 

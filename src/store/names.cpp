@@ -4,6 +4,7 @@
 #include <cstring>
 #include <vector>
 
+#include "frame/errors.h"
 #include "store/chain_scan.h"
 #include "store/constants.h"
 #include "store/generations.h"
@@ -16,11 +17,17 @@ std::int64_t simpltabCount = 0, strtabCount = 0;
 
 namespace {
 
-DAG newText(const char* text, Tag tag) {
-  DAG s = newl4(textLength(std::strlen(text)), tag, DAG(), null);
+DAG newText(std::string_view text, Tag tag) {
+  if (text.size() > longestTextLength) KernelException("object too large");
+  const Word n = textLength(text.size());
+  DAG s = news(n);
+  setHeader(s, tag, n);
+  s[1] = DAG();
+  s[2] = null;
+  s[static_cast<std::int64_t>(n) - 1] = DAG();  // the zero behind the text, and what is left of its word
   // A string of the table is the only one of its text, and so in its final form.
   controlWord(s) |= tag == STRING ? deferredBit | simplifiedBit : deferredBit;
-  std::strcpy(textOf(s), text);
+  std::memcpy(textOf(s), text.data(), text.size());
   return s;
 }
 
@@ -79,7 +86,7 @@ DAG newTextIn(DAG table, DAG text) {
 
 }  // namespace
 
-DAG stringhashunique(Word k, const char* text, DAG table) {
+DAG stringhashunique(Word k, std::string_view text, DAG table) {
   Tag tag = table == nametab ? NAME : STRING;
   DAG& chain = table[bucketIndex(k, lengthOf(table))];
   if (!chain) {
@@ -88,7 +95,10 @@ DAG stringhashunique(Word k, const char* text, DAG table) {
     controlWord(chain) |= tableBit;
     return newTextIn(table, s);
   }
-  const PairAddress pair = findInChain(chain, k, [text](DAG found) { return std::strcmp(textOf(found), text) == 0; });
+  const PairAddress pair = findInChain(chain, k, [text](DAG found) {
+    const char* characters = textOf(found);
+    return std::strncmp(characters, text.data(), text.size()) == 0 && characters[text.size()] == 0;
+  });
   if (DAG found = pairValue(pair)) {
     updategen(found);  // it may have been on its way out
     return found;
@@ -111,9 +121,9 @@ void prefetchString(Word k) {
   for (int line = 0; line < lines; ++line) __builtin_prefetch(&chain[words * line]);
 }
 
-DAG strnaminstall(const char* text, Tag tag) { return stringhashunique(hashstring(text), text, tableOf(tag)); }
-DAG naminstall(const char* text) { return strnaminstall(text, NAME); }
-DAG strinstall(const char* text) { return strnaminstall(text, STRING); }
+DAG strnaminstall(std::string_view text, Tag tag) { return stringhashunique(hashstring(text), text, tableOf(tag)); }
+DAG naminstall(std::string_view text) { return stringhashunique(hashstring(text), text, nametab); }
+DAG strinstall(std::string_view text) { return stringhashunique(hashstring(text), text, strtab); }
 DAG charinstall(char c) {
   const char text[2] = {c, 0};
   return strinstall(text);

@@ -63,6 +63,8 @@ DAG newCall(DAG function, std::initializer_list<DAG> arguments);
 
 /// Length in words of a NAME or STRING whose text has `characters` characters.
 constexpr Word textLength(std::uint64_t characters) { return static_cast<Word>(4 + (characters >> 2)); }
+/// No text is longer.
+constexpr std::size_t longestTextLength = 4 * (std::size_t{maxLength} - 8);
 /// A NAME outside the name table: a local's instance.
 DAG newLocalName(const char* text);
 /// A protected, zero-filled FOREIGN object; 0 when memory fails (no error is raised).

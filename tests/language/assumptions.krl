@@ -34,6 +34,17 @@ aLongNameThatStandsNearTheEnd := 'aLongNameThatStandsNearTheEnd': assume(aLongNa
 # Refused, each with nothing changed.
 assume(5 > 3); assume(Pi > 3); assume(u, green); assume(u); assume(); assume(u < v); assume(u, even, u, odd); assume(u > 0, u < 0);
 assume(v, integer, v > 0, v < 1); additionally(y > 1); about(u, y); is(u, green); is(); is(1, 2, 3); is(5); assuming(u); unassume(3);
+# Whole numbers of quarter turns leave circular functions and exp, with the sign that their parity gives.
+restart: assume([n, k], integer, m, even, h, odd):
+[sin(n*Pi), tan(n*Pi), cos(n*Pi), sec(n*Pi), exp(I*n*Pi), cos(m*Pi), cos(h*Pi), cos(2*n*Pi), sin((n + 1/2)*Pi), exp(2*I*Pi*n)];
+[cos(h*Pi/2), cot(h*Pi/2), sin(h*Pi/2), sin(m*Pi/2), exp(I*h*Pi/2), sin(n*Pi/2), sinh(I*n*Pi), cosh(2*I*k*Pi)];
+[sin(x + n*Pi), cos(x - 2*n*Pi), tan(x + k*Pi), exp(x + I*n*Pi + I*Pi/2), sin(x + n*Pi + Pi/3), cos(x + h*Pi/2), sin(Pi*n*k)];
+cot(n*Pi); tan(h*Pi/2);
+turns := [n*Pi, (n + k)*Pi, h*Pi/2, m*Pi/2, n*Pi + h*Pi/2 + Pi/3, (2*n + 1)*Pi/2 + 1, 3*k*Pi + m*Pi/2 + 2]:
+places := [n = 3, k = -2, m = 6, h = -5], [n = -4, k = 5, m = -2, h = 7], [n = 0, k = 1, m = 8, h = 1]:
+{seq(seq(seq(evalb(abs(evalf(eval(subs(p, f(t))) - f(evalf(subs(p, t), 30)))) < 10^(-8)), f = [sin, cos, x -> exp(I*x)]), t = turns), p = [places])};
+# A file keeps no assumption, and says so.
+e := abs(x) + n: save e, n, "assumed.m":
 # Facts never contradict values: random expressions at random values of their names.
 facts := proc(e, v)
   local p, wrong;

@@ -34,3 +34,4 @@ try 1 := 2 catch: lastexception end try; try (a, 1) := (1, 2) catch: lastexcepti
 try try 1 catch "x": 1 catch "xy": 2 end try catch: lastexception end try;
 try setattribute([1], row) + setattribute([2], column) catch: lasterror end try;
 again := proc(z) option inline; again(z - 1) end proc: try again(1) catch "recursive": lastexception end try;
+x^Float(infinity); (x + 1)^(-Float(infinity)); x^infinity; (1/2)^Float(infinity);

@@ -34,3 +34,7 @@ run(cat(first, "h(1): debugopts(traceproc = true): h(1), h(2); quit"));
 map(t -> t[1], iolib(31, "list", libname[1])); `TRACE/h`[1, 1], `TRACE/h`[3, 1];
 run(cat(first, "h(1): debugopts(traceproc = true): h(1), h(2); `TRACE/h`[1, 1]; quit"));
 run(cat(first, "h(1): debugopts(traceproc = true): h(1), h(2); system(\"rm -r lt\"): quit"));
+# Where there is nothing to save the file holds the empty sequence: it can be read, as a header alone can't.
+restart; save "none.m"; read "none.m"; iolib(2, "none.m"), iolib(2, "none.m"); iolib(9, "head.m", "K6R0\n"); iolib(7, "head.m"); read "head.m";
+# An archive whose index has been cut off is packed by nobody: no member would be left.
+system("mkdir cut"): iolib(31, "create", "cut", 1); x := 5: save x, "x.m": iolib(31, "add", "cut", "x.m", "x.m"); system("truncate -s 100 cut/korel.ind"): iolib(31, "pack", "cut"); iolib(31, "list", "cut");

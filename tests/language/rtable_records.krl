@@ -23,3 +23,8 @@ S[4, 3] := w: S[1, 2] := 0: S[4, 3], rtable_num_elems(S); N := all[28]: for k to
 
 # An array that holds itself by way of a table.
 A := Array(1..2): t := table([1 = A]): A[1] := eval(t): save A, "itself.m": B := A: A := 'A': read "itself.m": evalb(A[1][1] = A), type(A, Array);
+
+# Arrays as elements of arrays, of the sparse kind as well: what is read of the outer one waits meanwhile.
+B := rtable(1 .. 3, 1 .. 2, {(1, 1) = rtable(1 .. 2, [5, 6]), (3, 2) = z}, storage = sparse):
+V := rtable(1 .. 2, [B, [x, rtable(1 .. 2, [B, rtable(1 .. 1, [2.5], datatype = float[8])])]]): save V, "nested.m": V := 0: B := 0: read "nested.m":
+V[1][1, 1], V[1][3, 2], V[1][2, 2], V[2][1], V[2][2][2][1], evalb(V[2][2][1] = V[1]); save V, "again.m": iolib(2, "nested.m"), evalb(iolib(2, "nested.m") = (iolib(2, "again.m"), iolib(2, "again.m"))[2]);

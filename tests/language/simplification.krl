@@ -40,3 +40,5 @@ p := proc(n) [args] - [seq(2*k, k = 1..n)] end proc: p(2, 3); p(4);
 # A float complex quotient keeps the digits that cancel.
 (1.234567891+.987654321*I)/(1.234567891+.987654322*I); Digits := 3: 5.0/(3.0+7.0*I), x/(3.0+7.0*I)*5; Digits := 10:
 add([k, f(k)], k = 1..3), `+`([f(1), 2], [3, 4]), map(t -> [f(t), t], a + b);
+# Many integers among the factors: the product is that of one after the other, floats in their order.
+p := mul(x + k, k = 1 .. 300): evalb(subs(x = 1, p) = 301!), subs(x = -7, p), 2^3*(-3)^2*4*5*6*7*8*9*10*11*y*12*13*14*(-1)^5, 2*3*4*5*6*7*8*9*10*0*z, 1.1*2*3*4*5*6*7*8*9*10*11*12, evalb(`*`(seq(k^3, k = 1 .. 200))*`*`(seq(1/k, k = 1 .. 200)) = 200!^2);

@@ -80,6 +80,17 @@ TEST(KernelProcess, TheSessionOutlivesItsKernel) {
   EXPECT_EQ(run("-q", "system(\"kill -9 $PPID\");").status, 0);
 }
 
+// Ten thousand messages of four kilobytes in one statement: what has been answered makes room.
+TEST(KernelProcess, TheFrontEndDoesntKeepWhatItHasAnswered) {
+  const std::string size =
+      "system(\"p=$(awk '/PPid/ {print $2}' /proc/$PPID/status); awk '/VmRSS/ {print $2}' /proc/$p/status\"):\n";
+  Ended ended = run("-q", "l := [seq(10^8 + j, j = 1 .. 1000)]: INTERFACE_OWN(l):\n" + size +
+                              "for i to 10000 do INTERFACE_OWN(l) end do:\n" + size);
+  int before = 0, after = 0;
+  ASSERT_EQ(std::sscanf(ended.output.c_str(), "%d %d", &before, &after), 2) << ended.output;
+  EXPECT_LT(after - before, 20000) << ended.output;
+}
+
 /// A session behind two pipes.
 class Session {
  public:

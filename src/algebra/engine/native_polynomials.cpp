@@ -4,6 +4,7 @@
 #include "algebra/polynomial_types.h"
 #include "algebra/polynomials/divide.h"
 #include "algebra/polynomials/expand.h"
+#include "algebra/polynomials/expanded_size.h"
 #include "algebra/polynomials/frontend.h"
 #include "algebra/polynomials/gcd_remainders.h"
 #include "eval/evaluate/evaluate.h"
@@ -46,6 +47,7 @@ DAG native::expandBigpow(const BuiltinCall& call) {
   if (!isInteger(n) || consneg(n)) wrongParameters(call);
   if (DAG result = engine::powerOfSum(a, n)) return result;
   if (!isImmediate(n)) KernelException("object too large");
+  checkSizeOfPower(a, immediateValue(n), 0);
   // By squares: what is nothing for the engine, as a sum with floats, has no better way.
   DAG result = cons1, square = a;
   for (std::int32_t k = immediateValue(n); k > 0; k >>= 1) {

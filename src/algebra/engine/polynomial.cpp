@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "algebra/polynomials/expanded_size.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/unique_pairs.h"
 #include "frame/errors.h"
@@ -277,7 +278,8 @@ void sortTerms(Arena& arena, Polynomial& p) {
 }
 
 void checkTermCount(std::size_t terms) {
-  if (terms > maxLength / 2) KernelException("object too large");
+  const auto n = static_cast<double>(terms);
+  checkRoom(n, n * wordsOfSmallTerm);
 }
 
 namespace {
@@ -301,12 +303,23 @@ DAG termOf(const Layout& layout, Monomial m, const std::int64_t* lowest) {
   return uniquePairs(PROD, pairs, n);
 }
 
+// Refuses what no memory holds before its first term is made.
+void checkRoomForTerms(const Layout& layout, const Monomial* monomials, std::size_t count, const std::int64_t* lowest,
+                       double wordsOfCoefficient) {
+  constexpr std::size_t few = 10000;
+  if (count < few) return;
+  std::size_t powers = 0;
+  for (std::size_t i = 0; i < count; ++i)
+    for (int v = 0; v < layout.count; ++v) powers += exponentIn(layout.variables[v], monomials[i]) + lowest[v] != 0;
+  const auto n = static_cast<double>(count);
+  checkRoom(n, n * (wordsOfSmallTerm - 2 + wordsOfCoefficient) + 2 * static_cast<double>(powers));
+}
+
 // The sum of terms and coefficients, which are rational numbers.
 class SumBuilder {
  public:
   SumBuilder(Arena& arena, const Layout& layout, std::size_t count, const std::int64_t* lowest, DAG denominator)
       : layout_(layout), lowest_(lowest), pairs_(arena.make<Pair>(count + 1)) {
-    checkTermCount(count);
     inverse_ = denominator == cons1 ? cons1 : simpl(power(denominator, -1));
   }
   void add(Monomial m, DAG coefficient) {
@@ -332,6 +345,8 @@ class SumBuilder {
 }  // namespace
 
 DAG unpack(Arena& arena, const Layout& layout, const Polynomial& p, const std::int64_t* lowest, DAG denominator) {
+  constexpr double wordsOfLimb = 4.82;  // digits of base 10000
+  checkRoomForTerms(layout, p.monomials, p.count, lowest, p.width == 1 ? 0 : p.width * wordsOfLimb / 2);
   SumBuilder builder(arena, layout, p.count, lowest, denominator);
   for (std::size_t i = 0; i < p.count; ++i) builder.add(p.monomials[i], makeInteger(p.coefficient(i), p.width));
   return builder.sum();
@@ -339,6 +354,7 @@ DAG unpack(Arena& arena, const Layout& layout, const Polynomial& p, const std::i
 
 DAG unpackIntegers(Arena& arena, const Layout& layout, const Monomial* monomials, const DAG* coefficients,
                    std::size_t count, const std::int64_t* lowest, DAG denominator) {
+  checkRoomForTerms(layout, monomials, count, lowest, 0);
   SumBuilder builder(arena, layout, count, lowest, denominator);
   for (std::size_t i = 0; i < count; ++i)
     if (coefficients[i] != cons0) builder.add(monomials[i], coefficients[i]);

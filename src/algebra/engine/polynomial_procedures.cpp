@@ -7,11 +7,13 @@
 #include "algebra/engine/integer_polynomial.h"
 #include "algebra/engine/product.h"
 #include "algebra/engine/quotient.h"
+#include "algebra/polynomials/expanded_size.h"
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "numbers/arithmetic.h"
 #include "numbers/integer/integer_functions.h"
+#include "numbers/integer/integer_groups.h"
 #include "store/constants.h"
 #include "store/objects.h"
 #include "store/vocabulary.h"
@@ -70,69 +72,53 @@ DAG product(DAG a, DAG b) {
 
 namespace {
 
-// How many exponent vectors of the terms are independent once the first is taken from all, modulo a prime.
-int rankOf(Arena& arena, const Layout& layout, const Operand& operand) {
-  constexpr std::int64_t prime = 1000003;
-  constexpr std::size_t mostRows = 200;
-  const std::size_t rows = std::min(operand.terms, mostRows);
-  auto* matrix = arena.make<std::int64_t>(rows * mostVariables);
-  const Monomial first = monomialOfTerm(layout, operand, 0);
-  for (std::size_t i = 0; i < rows; ++i)
-    for (int v = 0; v < layout.count; ++v) {
-      const Variable& variable = layout.variables[v];
-      std::int64_t e = exponentIn(variable, monomialOfTerm(layout, operand, i)) - exponentIn(variable, first);
-      matrix[i * mostVariables + v] = (e % prime + prime) % prime;
-    }
-  int rank = 0;
-  for (int v = 0; v < layout.count; ++v) {
-    std::size_t pivot = rank;
-    while (pivot < rows && matrix[pivot * mostVariables + v] == 0) ++pivot;
-    if (pivot == rows) continue;
-    std::swap_ranges(matrix + pivot * mostVariables, matrix + (pivot + 1) * mostVariables,
-                     matrix + rank * mostVariables);
-    const std::int64_t* lead = matrix + rank * mostVariables;
-    for (std::size_t i = rank + 1; i < rows; ++i) {
-      std::int64_t* row = matrix + i * mostVariables;
-      // Fraction-free: both rows by the other's entry.
-      const std::int64_t factor = row[v];
-      for (int w = v; w < layout.count && factor != 0; ++w)
-        row[w] = ((row[w] * lead[v] - lead[w] * factor) % prime + prime) % prime;
-    }
-    ++rank;
-  }
-  return rank;
+// Refuses a power that no memory holds: its coefficients are long on average.
+void checkSize(const Operand& operand, std::int64_t n) {
+  constexpr double bitsPerDigit = 13.28771238, shareOfLongest = 0.3;
+  const double bits = operand.terms > 1 ? std::max(operand.bits - 1, 1.0) * static_cast<double>(n) : 0;
+  checkSizeOfPower(operand.sum, static_cast<double>(n), shareOfLongest * bits / bitsPerDigit);
 }
 
-// Refuses a power that no memory holds. Independent terms alone have C(n + rank, rank) products, which nothing but
-// chance cancels; and the coefficients of a power are long on average.
-void checkSizeOfPower(Arena& arena, const Layout& layout, const Operand& operand, std::int64_t n) {
-  constexpr double mostWords = 8e8;
-  const int rank = rankOf(arena, layout, operand);
-  double terms = 1;
-  for (int k = 1; k <= rank && terms < 1e18; ++k) terms *= (static_cast<double>(n) + k) / k;
-  const double bits = operand.terms > 1 ? std::max(operand.bits - 1, 1.0) * static_cast<double>(n) : 0;
-  constexpr double bitsPerDigit = 13.28771238, shareOfLongest = 0.3;
-  const double words = 2 + shareOfLongest * bits / bitsPerDigit;
-  if (terms > maxLength / 2.0 || terms * words > mostWords) KernelException("object too large");
+// C(n, k) for all k, each from the one before by small factors; the second half is the first.
+DAG* binomials(Arena& arena, std::int32_t n) {
+  auto* all = arena.make<DAG>(n + 1);
+  auto* c = arena.make<Group>(groupsFor(static_cast<std::size_t>(digitsForBits(n))) + 2);
+  std::size_t used = 1;
+  c[0] = 1;
+  for (std::int32_t k = 0; 2 * k <= n; ++k) {
+    passWork(objectSteps + 10 * static_cast<std::int64_t>(used));
+    all[k] = all[n - k] = simpl(integerOfGroups(c, used, INTPOS));
+    c[used] = scaleGroups(c, c, used, static_cast<Group>(n - k));
+    divideGroupsBy(c, c, used + 1, static_cast<Group>(k + 1));
+    used = significantGroups(c, used + 1);
+  }
+  return all;
 }
+
+bool isUnit(DAG x) { return x == cons1 || x == consm1; }
 
 // (s + t)^n by the binomial theorem: no like terms arise.
 DAG binomialPower(Arena& arena, const Layout& layout, const Operand& operand, std::int32_t n,
                   const std::int64_t* lowest, DAG denominator) {
   IntegerPolynomial p = packIntegers(arena, layout, operand);
   DAG x = p.coefficients[0], y = p.coefficients[1];
+  const bool areUnits = isUnit(x) && isUnit(y);
+  // log2 C(n, k) is n/(2 ln 2) on average; opposite ones are one object where nothing else comes in.
+  constexpr double bitsPerDigit = 13.28771238, averageShare = 0.7213;
+  const double bits = (areUnits ? averageShare / 2 : averageShare + (bitsOf(x) + bitsOf(y)) / 2 - 1) * n;
+  checkRoom(n + 1.0, (n + 1.0) * (wordsOfSmallTerm + bits / bitsPerDigit));
   auto* monomials = arena.make<Monomial>(n + 1);
-  auto* coefficients = arena.make<DAG>(n + 1);
-  // C(n, k) x^(n - k) y^k: each from the one before by small factors, where x and y are 1 or -1.
-  DAG c = cons1;
+  DAG* coefficients = binomials(arena, n);
   for (std::int32_t k = 0; k <= n; ++k) {
-    passWork(objectSteps + n / 16);
     monomials[k] = static_cast<Monomial>(n - k) * p.monomials[0] + static_cast<Monomial>(k) * p.monomials[1];
+    if (areUnits) {
+      const bool isNegative = (x == consm1 && (n - k) % 2 != 0) != (y == consm1 && k % 2 != 0);
+      if (isNegative) coefficients[k] = simpl(negate(coefficients[k]));
+      continue;
+    }
+    passWork(objectSteps + n / 16);
     DAG powers = simpl(mul(simpl(power(x, n - k)), simpl(power(y, k))));
-    coefficients[k] = simpl(mul(c, powers));
-    DAG next;
-    rem(mul(c, NewInteger(n - k)), NewInteger(k + 1), &next);
-    c = simpl(next);
+    coefficients[k] = simpl(mul(coefficients[k], powers));
   }
   return unpackIntegers(arena, layout, monomials, coefficients, n + 1, lowest, denominator);
 }
@@ -157,7 +143,7 @@ DAG powerOfSum(DAG a, DAG exponent) {
     if (ranges[v] > largestExponent) KernelException("object too large");
   }
   if (!assignFields(layout, ranges)) return DAG();
-  checkSizeOfPower(arena, layout, operand, n);
+  checkSize(operand, n);
   DAG denominator = simpl(power(operand.denominator, n));
   if (operand.terms == 2 && n > 40) return binomialPower(arena, layout, operand, n, lowest, denominator);
   if (int width = widthOf(operand); width != 0) {

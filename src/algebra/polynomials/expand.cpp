@@ -4,6 +4,7 @@
 
 #include "algebra/float_context.h"
 #include "algebra/polynomial_types.h"
+#include "algebra/polynomials/expanded_size.h"
 #include "eval/simplify/simplify.h"
 #include "eval/structure/substitute.h"
 #include "frame/environment.h"
@@ -15,6 +16,7 @@
 #include "store/copy_on_change.h"
 #include "store/object_fields.h"
 #include "store/objects.h"
+#include "store/pairs.h"
 #include "store/vocabulary.h"
 
 namespace korel {
@@ -60,8 +62,22 @@ DAG productOfTerms(DAG a, DAG b) {
   return plain ? product : expand(simpl(product));
 }
 
+// The products of two operands before like ones are merged: words of each term, with its pair and its place in the
+// table of simplified objects, on average.
+void checkRoomForProducts(DAG a, DAG b) {
+  auto wordsOfTerms = [](DAG sum) {
+    double words = 0;
+    for (Word i = 1; i < lengthOf(sum); i += 2) words += isTag(sum[i], PROD) ? lengthOf(sum[i]) : 3;
+    return words / pairCount(sum);
+  };
+  const double terms = static_cast<double>(pairCount(a)) * pairCount(b);
+  checkRoom(terms, terms * (wordsOfTerms(a) + wordsOfTerms(b) + 4));
+}
+
 DAG timesSum(DAG a, DAG b) {
   const Word la = lengthOf(a), lb = lengthOf(b);
+  constexpr std::int64_t fewWords = 100000;
+  if (std::int64_t{la} * lb > fewWords) checkRoomForProducts(a, b);
   DAG result = newSum(std::int64_t{la - 1} / 2 * ((lb - 1) / 2));
   Word at = 1;
   for (Word i = 1; i < la; i += 2) {
@@ -142,6 +158,7 @@ bool isProductOfAtoms(DAG x) {
 
 // Sums among the factors are multiplied out one after the other, lists joined, what is left simplified.
 DAG expandProduct(DAG x) {
+  checkSizeOfProduct(x);
   CopyOnChange rest(x);
   DAG sums = cons1, lists = cons1, others = cons1;
   for (Word i = 1; i < lengthOf(x); i += 2) {

@@ -104,6 +104,17 @@ TagSet tagsOfTerms(DAG x) {
   return tags;
 }
 
+// Adds `value` * `factor` to `small` where all are small integers and the sum is one of the machine; else false.
+[[gnu::always_inline]] inline bool gatherSmall(std::int64_t& small, DAG value, DAG factor) {
+  if ((value.word & factor.word & 1) == 0 || value == consm0) return false;
+  const std::int64_t product =
+      std::int64_t{static_cast<std::int32_t>(value.word) >> 1} * (static_cast<std::int32_t>(factor.word) >> 1);
+  std::int64_t sum;
+  if (__builtin_add_overflow(small, product, &sum)) return false;
+  small = sum;
+  return true;
+}
+
 // The sum from its term `i` on, whose value is `stopped`. The terms before were numbers, of the total `folded`, or
 // there are none and `folded` is 0.
 [[gnu::noinline]] DAG evalSumFrom(DAG x, Word i, DAG folded, DAG stopped, std::uint64_t since) {
@@ -131,38 +142,46 @@ TagSet tagsOfTerms(DAG x) {
   return noteValue(x, kinds.contains(LIST) ? withListsAdded(result) : result, since);
 }
 
-// Numeric terms are folded while they come first; from the first other term on, the rest is a SUM.
+// The sum whose term `i` has the value `value` and whose terms before were small integers, in all `small`. Numeric
+// terms are folded while they come first; from the first other term on, the rest is a SUM.
+[[gnu::noinline]] DAG evalSumOfNumbers(DAG x, Word i, std::int64_t small, DAG value, std::uint64_t since) {
+  const Word n = lengthOf(x);
+  DAG folded;
+  for (;;) {
+    DAG factor = x[i + 1];
+    if (!gatherSmall(small, value, factor)) {
+      if (i > 1 && (small != 0 || !folded)) {
+        // What has been gathered may be 0, which is a term all the same.
+        DAG gathered = NewInteger(small);
+        folded = folded ? add(folded, gathered) : gathered;
+        small = 0;
+      }
+      if (!isNumeric(value)) return evalSumFrom(x, i, folded, value, since);
+      DAG product = factor == cons1 ? value : mul(factor, value);
+      folded = folded ? add(folded, product) : product;
+    }
+    i += 2;
+    if (i >= n) break;
+    value = evalOperand(x[i]);
+  }
+  if (folded == consm0 && n > 3) return NewInteger(small);
+  return small == 0 ? folded : add(folded, NewInteger(small));
+}
+
+// Most sums in loops are of a few small integers (bench/programs/long_loop.krl, fibonacci.krl).
 [[gnu::noinline]] DAG evalSum(DAG x) {
   checkStack();
   const std::uint64_t since = evaluationClock;
   if (DAG known = knownValue(x)) [[unlikely]]
     return known;
-  Word n = lengthOf(x);
-  // Small integers gather in a machine word, whose bound no sum of two products reaches.
-  constexpr std::int64_t bound = std::int64_t{1} << 61;
+  const Word n = lengthOf(x);
   std::int64_t small = 0;
-  DAG folded;
   for (Word i = 1; i < n; i += 2) {
-    DAG value = evalOperand(x[i]), factor = x[i + 1];
-    if (isImmediate(value) && isImmediate(factor) && value != consm0) [[likely]] {
-      small += std::int64_t{static_cast<std::int32_t>(value.word) >> 1} * (static_cast<std::int32_t>(factor.word) >> 1);
-      if (small < bound && small > -bound) [[likely]]
-        continue;
-      value = NewInteger(small);
-      factor = cons1;
-      small = 0;
-    } else if (i > 1 && (small != 0 || !folded)) {
-      // What has been gathered may be 0, which is a term all the same.
-      DAG gathered = NewInteger(small);
-      folded = folded ? add(folded, gathered) : gathered;
-      small = 0;
-    }
-    if (!isNumeric(value)) return evalSumFrom(x, i, folded, value, since);
-    DAG product = factor == cons1 ? value : mul(factor, value);
-    folded = folded ? add(folded, product) : product;
+    DAG value = evalOperand(x[i]);
+    if (!gatherSmall(small, value, x[i + 1])) [[unlikely]]
+      return evalSumOfNumbers(x, i, small, value, since);
   }
-  if (!folded || (folded == consm0 && n > 3)) return NewInteger(small);
-  return small == 0 ? folded : add(folded, NewInteger(small));
+  return NewInteger(small);
 }
 
 // The product of factors that are all exact numbers with integer exponents, or 0 when `simpl` must look

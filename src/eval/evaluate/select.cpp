@@ -151,6 +151,9 @@ struct Base {
 }
 
 [[gnu::always_inline]] inline Base baseOf(DAG x) {
+  // The most frequent base is a local that holds a table (bench/programs/tables.krl).
+  if (isTag(x, LOCAL))
+    if (DAG name = frameInstance(x); isName(name) && isTag(name[1], TABLE)) return {name[1], name, true};
   if (isName(x) && !isEnvironmentName(x) && (isTag(x[1], LIST) || isTag(x[1], RTABLE))) return {x[1], x, false};
   Base base = evaluatedBase(x);
   if (!base.name) base.name = evparloc(x);

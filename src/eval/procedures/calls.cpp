@@ -21,6 +21,7 @@
 #include "eval/statements/loops.h"
 #include "eval/statements/statements.h"
 #include "eval/types/types.h"
+#include "external/call_external.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "frame/output.h"
@@ -201,18 +202,38 @@ DAG evalWithoutProcedure(DAG x, DAG value) {
 }
 
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key);
-DAG runPlain(const Callee& callee, DAG a);
+DAG runPlain(DAG proc, DAG name, DAG a);
+
+// What is told of a call before it runs.
+[[gnu::noinline]] void observeEntry(DAG proc, DAG name) {
+  prtprof(true, name, evaluationLevel);
+  if (traceAllMode) instrumentOnEntry(name, proc);
+}
+inline bool isObserved() { return (optprofile | static_cast<int>(traceAllMode)) != 0; }
 
 // The function that stands for the whole procedure, while nobody looks at calls.
-inline NativeFunction directFunction(DAG proc) {
+inline DirectNative directFunction(DAG proc) {
   DAG body = bodyOf(proc);
-  if (isImmediate(body) || !hasTag(body, FUNCTION)) return nullptr;
-  if ((optprofile | static_cast<int>(traceAllMode)) != 0 || showsCalls(*Environment->frame)) return nullptr;
+  if (isImmediate(body) || !hasTag(body, FUNCTION)) return {};
+  if (isObserved() || showsCalls(*Environment->frame)) return {};
   return directNative(proc);
 }
 
-// A call without a frame. When it stands as it is, it is the same object.
-DAG runNative(NativeFunction function, DAG name, DAG x) {
+// A call without a frame of a function that reads or writes (bench/files.sh, lines of a file).
+DAG runActing(NativeFunction function, DAG proc, DAG name, DAG x) {
+  LooseArguments loose = evalLooseArguments(x[2]);
+  const FramelessCall call{name, loose.sequence, proc};
+  PushFramelessCall(call);
+  stepEvaluationClock();
+  DAG value = function({loose.sequence, name, x});
+  stepEvaluationClock();
+  PopErrorProc();
+  releaseLoose(loose);
+  return value;
+}
+
+// A call without a frame of a function of the arguments. When it stands as it is, it is the same object.
+DAG runPure(NativeFunction function, DAG name, DAG x) {
   DAG a = x[2], arguments = a;
   if (lengthOf(a) != 2) {
     arguments = simpl(eval(a));
@@ -223,6 +244,37 @@ DAG runNative(NativeFunction function, DAG name, DAG x) {
   }
   if (DAG value = function({arguments, name, x})) return value;
   return arguments == a && name == x[1] ? x : new3(FUNCTION, name, arguments);
+}
+
+DAG runDirect(DirectNative native, DAG proc, DAG name, DAG x) {
+  if (native.calls == DirectCalls::pure) return runPure(native.function, name, x);
+  return runActing(native.function, proc, name, x);
+}
+
+// Evaluating the arguments has given the procedure a value to remember.
+DAG runUnlessRemembered(const Callee& callee, DAG arguments) {
+  arguments = simpl(arguments);
+  DAG value = remembered(callee, arguments);
+  return value != absent ? value : runProcedure(callee, arguments, arguments);
+}
+
+// External code whose wrapper only converts, without a frame; 0 when it is to be called as others are.
+DAG runPlainExternal(DAG proc, DAG name, DAG x) {
+  if (isObserved() || (stepLevel | evalTimeLimit | pollWanted) != 0 || showsCalls(*Environment->frame)) return DAG();
+  const ExternalCode* found = framelessCode(proc);
+  if (found == nullptr) return DAG();
+  const ExternalCode code = *found;
+  LooseArguments loose = evalLooseArguments(x[2]);
+  if (rememberOf(proc) != null) [[unlikely]]
+    return runUnlessRemembered({proc, name, DAG()}, loose.sequence);
+  const FramelessCall call{name, loose.sequence, proc};
+  PushFramelessCall(call);
+  stepEvaluationClock();
+  DAG value = CallExternal(code.wrapper, code.external, code.returnsValue, loose.sequence);
+  stepEvaluationClock();
+  PopErrorProc();
+  releaseLoose(loose);
+  return value;
 }
 
 [[gnu::noinline]] DAG evalOtherCall(DAG x) {
@@ -238,8 +290,9 @@ DAG runNative(NativeFunction function, DAG name, DAG x) {
     return callBuiltin(immediateValue(bodyOf(proc)), x, callee.name);
   }
   if ((isPlain(proc) || isPlainExternal(proc)) && !callee.index && isTag(a, EXPSEQ)) {
-    if (NativeFunction function = directFunction(proc)) return runNative(function, callee.name, x);
-    return runPlain(callee, a);
+    if (DirectNative native = directFunction(proc); native.function != nullptr)
+      return runDirect(native, proc, callee.name, x);
+    return runPlain(proc, callee.name, a);
   }
   DAG arguments = evalArguments(proc, a);
   DAG value = remembered(callee, arguments);
@@ -256,11 +309,15 @@ DAG evalFunction(DAG x) {
     // Most calls are of a procedure without options, on plain arguments.
     DAG proc = name[1];
     if (isPlain(proc)) {
-      if (NativeFunction function = directFunction(proc)) return runNative(function, name, x);
-      return runPlain({proc, name, DAG()}, x[2]);
+      if (DirectNative native = directFunction(proc); native.function != nullptr)
+        return runDirect(native, proc, name, x);
+      return runPlain(proc, name, x[2]);
     }
     if (isBuiltin(proc) && lengthOf(optionsOf(proc)) == 2) return callBuiltin(immediateValue(bodyOf(proc)), x, name);
-    if (isPlainExternal(proc)) return runPlain({proc, name, DAG()}, x[2]);  // bench/external.sh
+    if (isPlainExternal(proc)) {  // bench/external.sh
+      if (DAG value = runPlainExternal(proc, name, x)) return value;
+      return runPlain(proc, name, x[2]);
+    }
   }
   return evalOtherCall(x);
 }
@@ -375,7 +432,7 @@ struct CallState {
   }
 };
 
-void leaveFrame(CallState& call, bool keepEnvironment) {
+[[gnu::always_inline]] inline void leaveFrame(CallState& call, bool keepEnvironment) {
   DAG block = call.frame.envVars;
   RestoreEnvironment(call.previous);
   stepEvaluationClock();  // environment variables may have values again
@@ -391,14 +448,39 @@ DAG runGoto(CallState& call) {
 
 bool isGoto(DAG x) { return isCallOf(x, ini("goto")) && isSequence(x[2]) && lengthOf(x[2]) > 1; }
 
-// External code has a body of one call. Where nothing may come before that statement, and its value isn't shown, the
-// built-in runs at once (bench/external.sh).
+// Whether the body, one call of a built-in, may run at once: nothing comes before that statement, and its value isn't
+// shown.
+bool runsAtOnce(const Frame& frame) { return (stepLevel | evalTimeLimit | pollWanted) == 0 && !showsValues(frame); }
+
+// External code has a body of one call (bench/external.sh).
 DAG runExternalBody(const Frame& frame) {
   DAG body = bodyOf(frame.proc);
   const bool isUsual = isCallOf(body, ini("call_external")) && isTag(body[1][1], PROC) && isBuiltin(body[1][1]);
-  if (!isUsual || (stepLevel | evalTimeLimit | pollWanted) != 0 || showsValues(frame)) return evalstat(body, modeInner);
+  if (!isUsual || !runsAtOnce(frame)) return evalstat(body, modeInner);
   ++evaluationLevel;
   return callBuiltin(immediateValue(bodyOf(body[1][1])), body, body[1]);
+}
+
+// So has a procedure of the library whose work a function of the kernel does (bench/files.sh, lines of a file).
+DAG runNativeBody(NativeFunction function, const Frame& frame) {
+  ++evaluationLevel;
+  stepEvaluationClock();
+  DAG value = function({frame.args, frame.procName, bodyOf(frame.proc)});
+  if (!value) value = new3(FUNCTION, frame.procName, frame.args);
+  value = singleMember(simpl(value));
+  stepEvaluationClock();
+  return value;
+}
+
+inline DAG runStatements(const Frame& frame) {
+  // Either has a body of one call; most bodies are something else (bench/programs/fibonacci.krl).
+  DAG body = bodyOf(frame.proc);
+  if (isImmediate(body) || !hasTag(body, FUNCTION)) [[likely]]
+    return evalstat(body, modeInner);
+  if (isExternalWrapper(frame.proc)) return runExternalBody(frame);
+  if (NativeFunction function = nativeBody(frame.proc); function != nullptr && runsAtOnce(frame))
+    return runNativeBody(function, frame);
+  return evalstat(body, modeInner);
 }
 
 DAG runBody(CallState& call) {
@@ -411,8 +493,7 @@ DAG runBody(CallState& call) {
     if (call.traced) [[unlikely]]
       sendDebug(debugEnter, call.frame.procName, call.frame.args = simpl(call.frame.args));
     evaluationLevel += procedureLevels;
-    if (optionsOf(call.frame.proc) != null && isExternalWrapper(call.frame.proc)) return runExternalBody(call.frame);
-    return evalstat(bodyOf(call.frame.proc), modeInner);
+    return runStatements(call.frame);
   }
   Environment = &call.block;
   switch (code) {
@@ -444,28 +525,25 @@ inline DAG runInFrame(CallState& call) {
   return result;
 }
 
+// What is told of a call that has run.
+[[gnu::noinline]] void observeExit(const CallState& call, DAG result) {
+  if (call.traced) sendDebug(debugExit, call.frame.procName, result, callerName(call.frame));
+  if (optprofile != 0) prtprof(false, call.frame.procName, evaluationLevel);
+}
+
 [[gnu::always_inline]] inline DAG finishCall(CallState& call, DAG result) {
   leaveFrame(call, false);
-  if (call.traced) [[unlikely]]
-    sendDebug(debugExit, call.frame.procName, result, callerName(call.frame));
-  if (optprofile != 0) [[unlikely]]
-    prtprof(false, call.frame.procName, evaluationLevel);
+  if ((static_cast<int>(call.traced) | optprofile) != 0) [[unlikely]]
+    observeExit(call, result);
   updategen(result);
   return result;
 }
-
-// What is told of a call before it runs.
-[[gnu::noinline]] void observeEntry(const Callee& callee) {
-  prtprof(true, callee.name, evaluationLevel);
-  if (traceAllMode) instrumentOnEntry(callee.name, callee.procedure);
-}
-inline bool isObserved() { return (optprofile | static_cast<int>(traceAllMode)) != 0; }
 
 DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
   checkStack();
   DAG proc = callee.procedure;
   if (isObserved()) [[unlikely]]
-    observeEntry(callee);
+    observeEntry(proc, callee.name);
   if (lengthOf(paramsOf(proc)) > 1) checkParameters(proc, arguments, callee.name);
   if (bodyOf(proc) == InertProc) {
     prtprof(false, callee.name, evaluationLevel);
@@ -478,23 +556,18 @@ DAG runProcedure(const Callee& callee, DAG arguments, DAG key) {
 }
 
 // The call of a procedure without remembered values, and without options or of external code.
-DAG runPlain(const Callee& callee, DAG a) {
-  DAG proc = callee.procedure;
+DAG runPlain(DAG proc, DAG name, DAG a) {
   const bool typed = hasTypes(paramsOf(proc));
   LooseArguments loose = typed ? LooseArguments{evalArguments(proc, a), false} : evalLooseArguments(a);
   DAG arguments = loose.sequence;
-  if (rememberOf(proc) != null) [[unlikely]] {
-    // Evaluating the arguments has given the procedure a value to remember.
-    arguments = simpl(arguments);
-    DAG value = remembered(callee, arguments);
-    return value != absent ? value : runProcedure(callee, arguments, arguments);
-  }
+  if (rememberOf(proc) != null) [[unlikely]]
+    return runUnlessRemembered({proc, name, DAG()}, arguments);
   if (bodyOf(proc) == InertProc) [[unlikely]]
-    return runProcedure(callee, simpl(arguments), null);
+    return runProcedure({proc, name, DAG()}, simpl(arguments), null);
   if (isObserved()) [[unlikely]]
-    observeEntry(callee);
-  if (typed) checkParameters(proc, arguments, callee.name);
-  CallState call(proc, callee.name, arguments, globalPrintLevel());
+    observeEntry(proc, name);
+  if (typed) checkParameters(proc, arguments, name);
+  CallState call(proc, name, arguments, globalPrintLevel());
   DAG result = runInFrame(call);
   // Who has asked for the arguments as a whole has simplified them.
   releaseLoose(loose);

@@ -71,7 +71,8 @@ bool isRawPower(DAG x) {
 }  // namespace
 
 bool plainProduct(DAG s, Pair& term) {
-  if (bindingsEnabled) return false;
+  constexpr Word longest = 20 * PlainProduct::capacity;  // many numbers are multiplied in another order
+  if (bindingsEnabled || lengthOf(s) > longest) return false;
   PlainProduct product;
   for (Word i = 1, n = lengthOf(s); i < n; i += 2) {
     DAG base = s[i], exponent = s[i + 1];

@@ -68,13 +68,12 @@ DAG enterUnique(Word key, DAG s) {
   return s;
 }
 
-// As `makeUnique`, for an object whose key at entry was `key`: hashed again only when it changed.
+}  // namespace
+
 DAG finish(DAG s, Word key, bool changed) {
   if (changed) return makeUnique(s);
   return enterUnique(key, s);
 }
-
-}  // namespace
 
 DAG simplifiedCopy(DAG s) {
   Word n = lengthOf(s), used = 1;
@@ -310,7 +309,7 @@ DAG simplModularPolynomial(DAG s) {
 
 }  // namespace
 
-void simplifyFields(DAG s, Word from) { simplifyOperands(s, from); }
+bool simplifyFields(DAG s, Word from) { return simplifyOperands(s, from); }
 
 namespace {
 
@@ -375,8 +374,13 @@ DAG singleSequence(DAG member) {
   return enterUnique(key, new2(EXPSEQ, member));
 }
 
-void prefetchUnique(DAG s) {
-  DAG chain = simpltab[bucketIndex(hashalg(s), lengthOf(simpltab))];
+Word prefetchBucket(DAG s) {
+  const Word key = hashalg(s);
+  __builtin_prefetch(&simpltab[bucketIndex(key, lengthOf(simpltab))]);
+  return key;
+}
+void prefetchChain(Word key) {
+  DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))];
   if (!chain) return;
   constexpr int words = 16;  // of a line
   for (int line = 0; line < 2; ++line) __builtin_prefetch(&chain[words * line]);
@@ -393,7 +397,8 @@ DAG simplifyObject(DAG s) {
   if (tag == STRING && !s[1] && s[2] == null) return strinstall(textOf(s));
   checkStack();
   Word key = 0;
-  if (!bindingsEnabled) {
+  const bool isFreshFloat = tag == FLOAT && !isSettled(s[1]);  // nobody refers to such a mantissa
+  if (!bindingsEnabled && !isFreshFloat) {
     // Most objects that arrive have been seen before: this search ends them.
     key = hashalg(s);
     if (DAG member = findIdentical(key, s)) return member;
@@ -427,7 +432,7 @@ DAG simplifyObject(DAG s) {
     case POWER: return simplPower(s);
     case SERIES: return simplseries(s);
     case ZPPOLY: return simplModularPolynomial(s);
-    case FUNCTION: return simplFunction(s);
+    case FUNCTION: return simplFunction(s, key);
     case PROC: return simplProcedure(s);
     case SET: return simplset(s);
     case TABLE:

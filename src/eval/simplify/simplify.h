@@ -19,9 +19,12 @@ inline DAG simpl(DAG x) {
   if (isImmediate(x) || !x || (isSimplified(x) && !bindingsEnabled)) return x;
   return simplifyObject(x);
 }
+/// The two steps of `prefetchUnique`, for whoever has something to do between: the first gives the key for the second.
+Word prefetchBucket(DAG s);
+void prefetchChain(Word key);
 /// Brings on its way into the cache what `simpl` will look at to find the equal of `s`, a number or other object
 /// whose fields are simplified.
-void prefetchUnique(DAG s);
+inline void prefetchUnique(DAG s) { prefetchChain(prefetchBucket(s)); }
 /// The unique EXPSEQ of one member. Nothing is made when there is one: calls and table entries ask for
 /// the same few again and again.
 DAG singleSequence(DAG member);

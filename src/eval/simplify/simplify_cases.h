@@ -19,7 +19,8 @@ DAG generalProduct(DAG s);
 /// with operands perhaps simplified.
 bool plainProduct(DAG s, Pair& term);
 DAG simplPower(DAG s);
-DAG simplFunction(DAG s);
+/// `key` is that of `s` at entry, under which there is none; unknown while bindings are on.
+DAG simplFunction(DAG s, Word key);
 DAG simplLessThan(DAG s);
 /// AND, OR and NOT, operands simplified here.
 DAG simplbool(DAG s);
@@ -31,8 +32,10 @@ DAG simplUse(DAG s);
 inline bool isSettled(DAG x) { return isSimplified(x) && (!bindingsEnabled || isImmediate(x) || !hasTag(x, NAME)); }
 /// A number, complex or not, that is neither infinite nor undefined.
 inline bool isFiniteNumber(DAG x) { return (isNumeric(x) || hasTag(x, COMPLEX)) && !isInfinite(x) && !isUndefined(x); }
-/// Simplifies fields `from`.. of `s` in place.
-void simplifyFields(DAG s, Word from = 1);
+/// Simplifies fields `from`.. of `s` in place; true when one changed.
+bool simplifyFields(DAG s, Word from = 1);
+/// As `makeUnique`, for an object under whose key at entry there is none: searched for again only when it changed.
+DAG finish(DAG s, Word key, bool changed);
 /// A fresh object of the tag of `s` with its fields simplified, and pairs with coefficient 0 left out: a SUM or
 /// PROD that stays as it is for now.
 DAG simplifiedCopy(DAG s);

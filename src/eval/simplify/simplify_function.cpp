@@ -287,11 +287,12 @@ DAG withPowersKept(DAG x) {
 
 }  // namespace
 
-DAG simplFunction(DAG s) {
+DAG simplFunction(DAG s, Word key) {
+  const DAG arguments = s[2];
   if (s[1] == ini("evalhf")) s[2] = withPowersKept(s[2]);
   if (s[1] == ini("traperror")) s[2] = simplifyUnderTrap(s[2]);
   if (bindingsEnabled && (s[1] == ini("bind") || s[1] == ini("unbind"))) s[2] = simplBindingArguments(s);
-  simplifyFields(s);
+  bool changed = simplifyFields(s) || bindingsEnabled;
   DAG head = s[1];
   if (isObject(s[2]) && !hasTag(s[2], EXPSEQ)) s[2] = simpl(new2(EXPSEQ, s[2]));
   else if (isImmediate(s[2])) s[2] = simpl(new2(EXPSEQ, s[2]));
@@ -300,7 +301,8 @@ DAG simplFunction(DAG s) {
       if (head == ini(row.head)) return row.simplify(s);
   if (optionInline)
     if (DAG procedure = inlineProcedure(head)) return expandInline(s, procedure);
-  return finishCall(s);
+  changed = changed || s[2] != arguments;
+  return finish(s, key, changed);
 }
 
 }  // namespace korel

@@ -199,6 +199,26 @@ DAG zeroProduct(const Product& product, DAG zero) {
   return simpl(zero);
 }
 
+// The end of a run of powers of exact integers from factor `i` on.
+Word endOfIntegers(DAG s, Word i) {
+  auto isPower = [](DAG base, DAG exponent) {
+    return isInteger(base) && base != consm0 && isImmediate(exponent) && immediateValue(exponent) > 0;
+  };
+  while (i < lengthOf(s) && isPower(s[i], s[i + 1])) i += 2;
+  return i;
+}
+
+// Their product by halves: operands of like length cost less, and each is given back once it has gone in.
+DAG productOfIntegers(DAG s, Word from, Word end) {
+  const Word count = (end - from) / 2;
+  if (count == 1) return s[from + 1] == cons1 ? s[from] : power(s[from], immediateValue(s[from + 1]));
+  const Word middle = from + count / 2 * 2;
+  DAG a = productOfIntegers(s, from, middle), b = productOfIntegers(s, middle, end), product = mul(a, b);
+  for (DAG part : {a, b})
+    if (part != product && isObject(part) && !isSimplified(part)) release(part, lengthOf(part));
+  return product;
+}
+
 // Once more through the simplifier, the coefficient as a factor behind the others.
 DAG simplifiedAgain(DAG factors, DAG coefficient) {
   if (coefficient) {
@@ -247,13 +267,22 @@ DAG generalProduct(DAG s) {
   const Word n = lengthOf(s);
   if (n == 3 && !isFloatNumber(s[1]) && (isSpecial(s[1]) || isSpecial(s[2]))) {
     DAG settled = simpl01(s);
-    if (isFloatNumber(s[2])) settled = evalf(settled);
+    if (settled != s && isFloatNumber(s[2])) settled = evalf(settled);
     if (isImmediate(settled) || !hasTag(settled, PROD)) return simpl(settled);
   }
 
   Product product;
   product.factors = newl2(n < 3 ? 3 : n, PROD);
-  for (Word i = 1; i < n; i += 2) multiply(product, s[i], s[i + 1]);
+  for (Word i = 1; i < n; i += 2) {
+    constexpr Word manyIntegers = 8;
+    const bool isExact = !product.coefficient || isInteger(product.coefficient);
+    if (const Word end = isExact ? endOfIntegers(s, i) : i; end >= i + 2 * manyIntegers) {
+      fold(product, productOfIntegers(s, i, end));
+      i = end;
+      if (i >= n) break;
+    }
+    multiply(product, s[i], s[i + 1]);
+  }
   if (product.result) return simpl(product.result);
   settleDivisor(product);
   if (product.special)

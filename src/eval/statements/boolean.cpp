@@ -180,6 +180,8 @@ DAG truthOfRelation(DAG x) {
     // Integers compare as they are; an equality needs no object of its own, as it never stays undecided.
     if (isInteger(a) && isInteger(b) && a != consm0 && b != consm0) return truth(relationHolds(tag, a, b));
     if (tag == EQUATION || tag == INEQUAT) {
+      // Strings are unique: one word, one text, and no text is a number (bench/files.sh, lines of a file).
+      if (isTag(a, STRING) && (isImmediate(b) || hasTag(b, STRING))) return truth((a == b) == (tag == EQUATION));
       a = simpl(a);
       b = simpl(b);
       return truth(areEqual(a, b) == (tag == EQUATION));

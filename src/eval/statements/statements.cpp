@@ -53,8 +53,6 @@ void shiftDitto(DAG value) {
 }
 
 [[gnu::noinline]] DAG expressionStatement(DAG s, int mode) {
-  if (isTraced(s)) [[unlikely]]
-    return runTraced(s, mode);
   DAG value = singleMember(simpl(evalOperand(s)));
   if (mode == modeParse || value == null) return value;
   shiftDitto(value);
@@ -151,7 +149,8 @@ DAG assignOne(DAG left, DAG& value, int mode) {
   value = singleMember(value);
   DAG word = target;
   while (isTag(word, DCOLON)) word = word[1];
-  if (mode <= 0 && word != value && hasExceptInPROCorUNEVAL(value, word) && !isReadlibOf(value, word))
+  const bool hasParts = isObject(value) && !hasTag(value, STRING);
+  if (mode <= 0 && hasParts && word != value && hasExceptInPROCorUNEVAL(value, word) && !isReadlibOf(value, word))
     KernelException("recursive assignment");
   assign(target, value);
   return word;
@@ -189,12 +188,25 @@ DAG plainInstance(DAG left) {
 // Running sums would fill the table otherwise (bench/programs/loops.krl).
 bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
 
+[[gnu::noinline]] DAG otherAssignment(DAG left, DAG value, int mode) {
+  value = simpl(value);
+  if (isTag(left, EXPSEQ)) return multipleAssignment(left, value, mode);
+  DAG target = assignOne(left, value, mode);
+  if (mode != modeParse) shiftDitto(value);
+  showAssignment(target, value, mode);
+  return value;
+}
+
 [[gnu::noinline]] DAG assignment(DAG s, int mode) {
   DAG value = evalOperand(s[2]);
   DAG left = s[1];
-  if ((mode == modeInner || mode == modeSilent) && optASSERT != 2 && !isShown(mode)) [[likely]] {
+  if (optASSERT == 2) [[unlikely]]
+    return otherAssignment(left, value, mode);
+  if (mode == modeInner) [[likely]] {
+    if (showsValues(*Environment->frame)) [[unlikely]]
+      return otherAssignment(left, value, mode);
     // Outside procedures a value may not hold its target; a plain entry cannot.
-    if (DAG name = mode == modeInner ? plainInstance(left) : DAG(); name && isUnwatched(name)) {
+    if (DAG name = plainInstance(left); name && isUnwatched(name)) {
       if (!isStorable(value)) value = simpl(value);
       if (value != name && !isTag(value, EXPSEQ)) {
         shiftDitto(value);
@@ -202,17 +214,12 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
         return value;
       }
     }
-    value = simpl(value);
-    if (assignPlainEntry(left, value)) {
-      shiftDitto(value);
-      return value;
-    }
+  } else if (mode != modeSilent) {
+    return otherAssignment(left, value, mode);
   }
   value = simpl(value);
-  if (isTag(left, EXPSEQ)) return multipleAssignment(left, value, mode);
-  DAG target = assignOne(left, value, mode);
-  if (mode != modeParse) shiftDitto(value);
-  showAssignment(target, value, mode);
+  if (!assignPlainEntry(left, value)) return otherAssignment(left, value, mode);
+  shiftDitto(value);
   return value;
 }
 
@@ -251,8 +258,7 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
 // Each statement that works is a function of its own, as in `eval`.
 [[gnu::always_inline]] inline DAG runStatement(DAG s, int mode) {
   Environment->frame->currentStatement = s;
-  if (++interruptCounter == 0 || (stepLevel | evalTimeLimit | pollWanted) != 0 ||
-      SpecialError == computationInterrupted) [[unlikely]]
+  if (++interruptCounter == 0 || (stepLevel | evalTimeLimit | pollWanted) != 0) [[unlikely]]
     attend(s);
   if (isImmediate(s)) return expressionStatement(s, mode);
   switch (tagOf(s)) {
@@ -268,6 +274,10 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
     case RETURN: return returnStatement(s);
     case BREAK: case NEXT: jumpStatement(s);
     case USE: KernelException("use statement cannot be executed");
+    case FUNCTION:
+      if (isTraced(s)) [[unlikely]]
+        return runTraced(s, mode);
+      return expressionStatement(s, mode);
     default: return expressionStatement(s, mode);
   }
 }
@@ -301,7 +311,7 @@ void collectInLoop() {
   // A statement that is still being simplified, before it runs, has no level of its own: the end of a
   // statement in there would release what it is made of.
   if (evaluationLevel < 2) return;
-  if (cused > nextgcgen || evaluationLevel + 1 < gene[gcgen] || collectAlways) collectInStatement();
+  if (cused > nextgcgen || evaluationLevel + 1 < gene[gcgen]) collectInStatement();
 }
 
 }  // namespace korel

@@ -225,6 +225,8 @@ DAG marchCreate(MarchRun& run) {
 DAG marchPack(MarchRun& run) {
   checkNoArguments(run);
   openArchiveForChange(run, "archive could not be opened for updating");
+  // What is left of an index without a block names no member: all data would go.
+  if (fileSize(run.pair.index) < run.pair.blockSize()) KernelException("archive index has zero length");
   FlushDotMFileCache();
   run.newData = createFile(run.place, ArchiveFile::newData);
   if (run.newData >= 0) run.newIndex = createFile(run.place, ArchiveFile::newIndex);

@@ -11,6 +11,7 @@
 #include "library/assumptions/known.h"
 #include "library/native/elementary_rows.h"
 #include "library/native/exact_expressions.h"
+#include "library/native/known_turns.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/float/float.h"
@@ -149,6 +150,16 @@ DAG atSumWithPi(Elementary f, DAG x) {
     return turnedBy(f, sumOf(x, productOf(simpl(negate(whole)), pi)), 2 * moduloOf(whole, 2));
   }
   return DAG();
+}
+
+// What n Pi/2 does for a name n that is known to be an integer, of known parity.
+DAG atKnownTurns(Elementary f, DAG x) {
+  const QuarterTurns turns = quarterTurnsIn(x, TurnUnit::real);
+  int r;
+  DAG sign;
+  if (!turns.count || !halfTurnsOf(turns.count, r, sign)) return DAG();
+  DAG value = turns.rest == cons0 ? atMultipleOfPi(f, quotientOf(r, 2)) : turnedBy(f, turns.rest, r);
+  return f == Elementary::tan || f == Elementary::cot ? value : productOf(sign, value);
 }
 
 // ---- inverse circular functions
@@ -423,6 +434,9 @@ DAG exactAt(Elementary f, DAG x) {
   }
   if (isBetween(f, E::sin, E::csc) && isTag(x, SUM)) {
     if (DAG value = atSumWithPi(f, x)) return value;
+  }
+  if (isBetween(f, E::sin, E::csc) && (isTag(x, PROD) || isTag(x, SUM))) {
+    if (DAG value = atKnownTurns(f, x)) return value;
   }
   if (isTag(x, FUNCTION)) return isBetween(f, E::sin, E::csch) ? ofInverse(f, x) : inverseOfFunction(f, x);
   if (f == E::arccosh && isSurdLike(x)) {

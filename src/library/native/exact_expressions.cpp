@@ -10,6 +10,7 @@
 #include "frame/interrupts.h"
 #include "library/assumptions/known.h"
 #include "library/native/elementary_rows.h"
+#include "library/native/known_turns.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/float/float.h"
@@ -304,11 +305,24 @@ DAG rootOfUnity(DAG q) {
   return callOf(Elementary::exp, productOf(productOf(reduced, sqrtm1), ini("Pi")));
 }
 
+// e^x for x with n I Pi/2 in it, n an integer of known parity, or 0.
+DAG expOfKnownTurns(DAG x) {
+  const QuarterTurns turns = quarterTurnsIn(x, TurnUnit::imaginary);
+  int r;
+  DAG sign;
+  if (!turns.count || !halfTurnsOf(turns.count, r, sign)) return DAG();
+  DAG factor = r == 0 ? sign : productOf(sign, sqrtm1);
+  if (turns.rest == cons0) return factor;
+  DAG value = exactAt(Elementary::exp, turns.rest);
+  return productOf(factor, value ? value : callOf(Elementary::exp, turns.rest));
+}
+
 }  // namespace
 
 DAG exactExp(DAG x) {
   if (isFunctionNamed(x, "ln")) return operandOf(x);
   if (DAG turns = turnsOverI(x)) return rootOfUnity(turns);
+  if (DAG value = expOfKnownTurns(x)) return value;
   if (isTag(x, PROD)) return powerOfLogarithm(x, cons1);
   if (!isTag(x, SUM)) return DAG();
   if (lengthOf(x) == 3) return powerOfLogarithm(x[1], x[2]);

@@ -8,7 +8,9 @@
 #include "eval/simplify/simplify.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "store/collect/collector.h"
 #include "store/constants.h"
+#include "store/generations.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/object_fields.h"
@@ -37,48 +39,68 @@ const NativeRow* rowNamed(const char* name) {
   return row != std::end(rows) && row->name == name ? row : nullptr;
 }
 
-// Functions whose errors name the procedure themselves, so that nobody misses its frame.
-constexpr std::string_view direct[] = {
+constexpr std::string_view pure[] = {
     "Dirac",   "Heaviside", "arccos",  "arccosh", "arccot",  "arccoth",  "arccsc", "arccsch", "arcsec",
     "arcsech", "arcsin",    "arcsinh", "arctan",  "arctanh", "argument", "cos",    "cosh",    "cot",
     "coth",    "csc",       "csch",    "csgn",    "exp",     "ln",       "log",    "log10",   "root",
     "sec",     "sech",      "signum",  "sin",     "sinh",    "sqrt",     "surd",   "tan",     "tanh",
 };
-bool isDirect(std::string_view name) {
-  return std::find(std::begin(direct), std::end(direct), name) != std::end(direct);
+// What programs call once a line or once a number (bench/files.sh).
+constexpr std::string_view acting[] = {
+    "feof", "filepos", "fscanf", "readbytes", "readline", "sscanf", "writebytes", "writeline",
+};
+DirectCalls directCallsOf(std::string_view name) {
+  if (std::find(std::begin(pure), std::end(pure), name) != std::end(pure)) return DirectCalls::pure;
+  if (std::find(std::begin(acting), std::end(acting), name) != std::end(acting)) return DirectCalls::acting;
+  return DirectCalls::none;
 }
 
-// Names found before, by the object that they stand in. An object may have died and another one taken its place, so
-// that the text decides.
+// Names found before, by the object that they stand in, which stays alive: no other text takes its place.
 struct Known {
-  Word text;
+  DAG text;
   const NativeRow* row;
+  DirectCalls calls;
 };
 constexpr std::size_t knownCount = 256;
 Known known[knownCount];
 
 DAG nativeName;
 
-}  // namespace
+void visitKnown(Visitor visit) {
+  for (const Known& entry : known)
+    if (entry.text) visit(entry.text);
+}
 
-NativeFunction directNative(DAG procedure) {
-  DAG body = bodyOf(procedure);
+// The row that the body `kernel/native`("name", args) calls, or null.
+const Known* knownBody(DAG body) {
   if (isImmediate(body) || !hasTag(body, FUNCTION) || body[1] != nativeName) return nullptr;
-  if (localsOf(procedure) != null) return nullptr;
   DAG arguments = body[2];
   if (isImmediate(arguments) || !hasTag(arguments, EXPSEQ) || lengthOf(arguments) != 3) return nullptr;
   DAG name = arguments[1], rest = arguments[2];
   if (isImmediate(rest) || !hasTag(rest, PARAM) || rawField(rest, 1) != static_cast<Word>(-1)) return nullptr;
-  for (Word i = 1, n = lengthOf(paramsOf(procedure)); i < n; ++i)
-    if (!hasTag(paramsOf(procedure)[i], NAME)) return nullptr;
   if (!isText(name)) return nullptr;
   Known& entry = known[name.word / 8 % knownCount];
-  const char* text = textOf(name);
-  if (entry.text == name.word && entry.row->name == text) return entry.row->function;
-  const NativeRow* row = rowNamed(text);
-  if (row == nullptr || !isDirect(row->name)) return nullptr;
-  entry = {name.word, row};
-  return row->function;
+  if (entry.text == name) return &entry;
+  const NativeRow* row = rowNamed(textOf(name));
+  if (row == nullptr) return nullptr;
+  updategen(name);
+  entry = {name, row, directCallsOf(row->name)};
+  return &entry;
+}
+
+}  // namespace
+
+NativeFunction nativeBody(DAG procedure) {
+  const Known* found = knownBody(bodyOf(procedure));
+  return found != nullptr ? found->row->function : nullptr;
+}
+
+DirectNative directNative(DAG procedure) {
+  const Known* found = knownBody(bodyOf(procedure));
+  if (found == nullptr || found->calls == DirectCalls::none || localsOf(procedure) != null) return {};
+  for (Word i = 1, n = lengthOf(paramsOf(procedure)); i < n; ++i)
+    if (!hasTag(paramsOf(procedure)[i], NAME)) return {};
+  return {found->row->function, found->calls};
 }
 
 DAG unevaluatedNative(const BuiltinCall& call) { return new2(UNEVAL, new3(FUNCTION, call.self, call.arguments)); }
@@ -95,6 +117,8 @@ DAG builtin::native(const BuiltinCall& call) {
 }
 
 void initializeNative() {
+  std::fill(std::begin(known), std::end(known), Known{});
+  registerRootWalker(visitKnown);
   DAG name = nativeName = naminstall("kernel/native");
   DAG proc = newProcedure({.options = builtinOptions, .body = immediate(nativeBuiltin)});
   setSimplified(proc);

@@ -22,11 +22,23 @@ using NativeFunction = DAG (*)(const BuiltinCall& call);
 /// 'self(arguments)': the call that stays.
 DAG unevaluatedNative(const BuiltinCall& call);
 
-/// The function behind a procedure without parameter types, locals and options whose whole body is
-/// `kernel/native`("name", args), or null: who calls the procedure may call the function and leave out the frame. Only
-/// some functions are meant for that (native.cpp lists them).
+/// The function behind a procedure whose whole body is `kernel/native`("name", args), or null: within the frame of the
+/// call the function runs at once, on the arguments of the frame, which need not be simplified as a sequence.
+NativeFunction nativeBody(DAG procedure);
+/// How a procedure without parameter types, locals and options whose whole body is `kernel/native`("name", args) may be
+/// called without a frame. Only some functions are meant for that (native.cpp lists them).
+enum class DirectCalls : unsigned char {
+  none,
+  pure,   // a function of its arguments, whose errors name the procedure: nobody misses the frame
+  acting  // it reads or writes; an error in it makes the frame (frame/errors.h)
+};
+struct DirectNative {
+  NativeFunction function = nullptr;
+  DirectCalls calls = DirectCalls::none;
+};
+/// The function behind such a procedure, or null.
 /// Most calls of `sin` and its like stand as they are, in each evaluation of what they are part of.
-NativeFunction directNative(DAG procedure);
+DirectNative directNative(DAG procedure);
 
 /// The number that stands as the body of `kernel/native`, beside those of the table of built-ins.
 constexpr int nativeBuiltin = 1000;

@@ -15,6 +15,7 @@ ObjectNumbers::Page** ObjectNumbers::newPage(DAG x, Word place) {
   if (page == nullptr) return nullptr;
   pages[place / pageLength] = page;
   ++pageCount_;
+  if (isImmediate(x)) ++smallPagesUsed_;
   return pages;
 }
 
@@ -32,7 +33,7 @@ void ObjectNumbers::release() {
     std::free(pages);
   }
   heapPages_ = smallPages_ = nullptr;
-  pageCount_ = 0;
+  pageCount_ = smallPagesUsed_ = 0;
 }
 
 void ObjectNumbers::clear() {

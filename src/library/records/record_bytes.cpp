@@ -36,7 +36,7 @@ int nextPrintable(Reading& r) {
   }
 }
 
-std::int64_t nextInt(Reading& r, int hexDigits) {
+std::int64_t nextLongInt(Reading& r, int hexDigits) {
   int c = next(r);
   bool negative = c == '~';
   if (negative) c = next(r);

@@ -146,9 +146,11 @@ void abandonWriting(const char*) {
 void writeRecords(DAG list, RepositoryDesc* repository, FileWriting& f) {
   for (const char* c = presentHeader; *c != 0; ++c)
     if (!WriteByte(*c)) return noteWriteFailure(&f, "could not write to file");
+  // A file holds one record at least: where there is nothing to save, that of the empty sequence.
+  const bool isSeveral = isSequence(list) && memberCount(list) > 0;
   DAG alone[1] = {list};
-  const DAG* objects = isSequence(list) ? &list[1] : alone;
-  const Word count = isSequence(list) ? memberCount(list) : 1;
+  const DAG* objects = isSeveral ? &list[1] : alone;
+  const Word count = isSeveral ? memberCount(list) : 1;
   int flags = recordKeepNumbers;
   for (Word i = 0; i < count; ++i, flags = recordKeepNumbers | recordContinueNumbers) {
     if (i > 0 && (!WriteByte(',') || !WriteByte('\n'))) return noteWriteFailure(&f, "could not write to file");

@@ -11,8 +11,8 @@ namespace korel {
 struct RepositoryDesc;
 
 /// Reads the file `name`; `null`. Without such a file the name `FAIL` when `quiet`, else the error "could not open
-/// `%s` for reading". Errors: "`%s` is an incorrect or outdated .m file (%c%c%c%c)", "at offset %1 in `%2`, %3".
-/// What a file assigns before the error stays assigned.
+/// `%s` for reading". Errors: "`%s` is an incorrect or outdated .m file (%c%c%c%c)", "at offset %1 in `%2`, %3". A
+/// header alone is a file that ends too early. What a file assigns before the error stays assigned.
 DAG ReadDotMFile(const char* name, bool quiet, RepositoryDesc* repository);
 /// Writes `list`, a NAME or an EXPSEQ of objects, into the file `name`. Errors: those of `AllocWrite` and
 /// `DeallocWrite`, and the text of what could not be written. The file stays as it was then. Gives the EXPSEQ of the

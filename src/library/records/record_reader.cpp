@@ -32,12 +32,10 @@ namespace {
 // The reading that is innermost; those around it wait for what simplification loads.
 Reading* innermost = nullptr;
 
-// Records claim their lengths before their data arrive: objects are made this long at first.
-constexpr Word trustedLength = 64;
-
 // ---- numbers of objects
 
-// The place of the next object, open until `enter`.
+}  // namespace
+
 Word takeNumber(Reading& r) {
   RecordNumbers& n = *r.numbers;
   if (n.count + 1 >= n.capacity) {
@@ -50,6 +48,9 @@ Word takeNumber(Reading& r) {
   n.objects[++n.count] = DAG();
   return n.count;
 }
+
+namespace {
+
 DAG backReference(Reading& r) {
   std::int64_t number = nextInt(r);
   // An object that isn't complete is part of itself here, which only names and rtables can be.
@@ -59,66 +60,33 @@ DAG backReference(Reading& r) {
 
 // ---- integers
 
-class DigitReader {
- public:
-  DigitReader(Reading& r, std::int64_t count) : r_(r), left_(count) {}
-  int next() {
-    --left_;
-    if (pending_ >= 0) {
-      int digit = pending_;
-      pending_ = -1;
-      return digit;
-    }
-    int c = korel::next(r_);
-    if (c < firstDigitPair) return c - firstSingleDigit;
-    if (c >= firstDigitPair + digitPairLimit) failReading(r_, "syntax error while reading file");
-    if (left_ == 0) failReading(r_, "too many digits in digit encoding");
-    pending_ = (c - firstDigitPair) / 10;
-    return (c - firstDigitPair) % 10;
-  }
-  bool isAtEnd() const { return left_ == 0; }
-
- private:
-  Reading& r_;
-  std::int64_t left_;
-  int pending_ = -1;
-};
-
-constexpr std::int64_t mostDigits = std::int64_t{4} * (maxLength - 1);
-
-DAG shortInteger(Tag tag, DigitReader& digits) {
-  std::int64_t value = 0;
-  for (std::int64_t power = 1; !digits.isAtEnd(); power *= 10) value += power * digits.next();
-  if (tag == INTPOS) return NewInteger(value);
-  return value == 0 ? consm0 : NewInteger(-value);
-}
-
-DAG longInteger(Tag tag, std::int64_t count, DigitReader& digits) {
-  auto words = static_cast<Word>((count + 3) / 4);
-  DAG s = newl2(1 + (words < trustedLength ? words : trustedLength), tag);
-  for (Word i = 1; i <= words; ++i) {
-    if (i >= lengthOf(s)) {
-      Word more = words + 1 - lengthOf(s);
-      s = enlarge(s, more < lengthOf(s) ? more : lengthOf(s));
-    }
-    Word digit = 0, power = 1;
-    for (int k = 0; k < 4 && !digits.isAtEnd(); ++k, power *= 10) digit += power * static_cast<Word>(digits.next());
-    rawField(s, i) = digit;
-  }
-  // Leading zeros are no digits of the number.
-  Word n = lengthOf(s), used = n;
-  while (used > 2 && rawField(s, used - 1) == 0) --used;
-  if (used != n) shorten(s, n, used);
-  return MakeImmediate(s);
-}
-
-DAG nextInteger(Reading& r, Tag tag) {
-  Word number = takeNumber(r);
-  std::int64_t count = nextInt(r);
-  if (count < 1 || count > mostDigits) failReading(r, "invalid dag length");
-  DigitReader digits(r, count);
-  DAG x = count <= 12 ? shortInteger(tag, digits) : longInteger(tag, count, digits);
-  return enter(r, number, simpl(x));
+// The next record when it is that of a short integer, wholly at hand, as most are; else 0, and nothing is taken
+// (bench/link_bench.cpp).
+inline DAG shortIntegerAtHand(Reading& r) {
+  constexpr int mostShort = 9, mostCharacters = 2 + mostShort;
+  constexpr int positive = dotMOutputTable[tagNumber(INTPOS)] + 32, negative = dotMOutputTable[tagNumber(INTNEG)] + 32;
+  RecordNumbers& numbers = *r.numbers;
+  ByteSource& source = *r.source;
+  if (source.end - source.at < mostCharacters || numbers.count + 1 >= numbers.capacity) return DAG();
+  const unsigned char* at = source.at;
+  const int code = *at++;
+  int left = *at++ - 33;
+  if ((code != positive && code != negative) || left < 1 || left > mostShort) return DAG();
+  std::uint32_t digits = 0, power = 1;
+  do {
+    const int single = *at++ - firstSingleDigit, pair = single - (firstDigitPair - firstSingleDigit);
+    const bool isPair = pair >= 0;
+    if (single < 0 || pair >= digitPairLimit) return DAG();
+    digits += power * static_cast<std::uint32_t>(isPair ? pair : single);
+    power *= isPair ? 100 : 10;
+    left -= isPair ? 2 : 1;
+  } while (left > 0);
+  if (left != 0) return DAG();
+  numbers.offset += at - source.at;
+  source.at = at;
+  const auto value = static_cast<std::int32_t>(digits);
+  DAG x = code == positive ? immediate(value) : value == 0 ? consm0 : immediate(-value);
+  return enter(r, ++numbers.count, x);
 }
 
 // ---- names and strings
@@ -137,8 +105,8 @@ const char* presentSpelling(const char* text) {
 // What the record of a name tells of it, a value and an attribute, becomes true. What is a front end's knows names
 // by their text alone.
 void assignRead(Reading& r, DAG name, bool isTop) {
-  DAG value = nextRecord(r);
-  DAG attribute = isTop ? nextRecord(r) : DAG();
+  DAG value = nextSettled(r);
+  DAG attribute = isTop ? nextSettled(r) : DAG();
   if (onLink(r) || isEnvironmentName(name)) return;
   if (value == name) {
     name[1] = DAG();  // as it is when it has none
@@ -207,7 +175,7 @@ DAG nextString(Reading& r) {
   PairAddress pair = srchstring(text);
   DAG string = pair != notFound ? pairValue(pair) : strinstall(text);
   Word number = takeNumber(r);
-  DAG attribute = nextRecord(r);
+  DAG attribute = nextSettled(r);
   if (!attribute) failReading(r, "syntax error while reading file");
   if (attribute != null) {
     DAG copy = CopyAlg(string);
@@ -292,6 +260,8 @@ DAG finished(Reading& r, DAG s) {
   return simpl(s);
 }
 
+}  // namespace
+
 void keepField(Reading& r, DAG field) {
   if (r.fieldCount == r.fieldSpace) {
     std::size_t space = r.fieldSpace == 0 ? 1024 : 2 * r.fieldSpace;
@@ -303,38 +273,68 @@ void keepField(Reading& r, DAG field) {
   r.fields[r.fieldCount++] = field;
 }
 
-// The fields of an object of `n` words with `tag`. Those of a long one are put aside until all have arrived.
+namespace {
+
+// An object of `n` words with the fields that follow. It is made when all have arrived.
 DAG nextFields(Reading& r, Tag tag, Word n) {
-  if (n <= trustedLength) {
-    DAG s = newl2(n, tag);
-    for (Word i = 1; i < n; ++i) s[i] = nextRecord(r);
-    return s;
+  if (n == 2) return new2(tag, nextRecord(r));
+  if (n == 3) {
+    DAG a = nextRecord(r), b = nextRecord(r);
+    return new3(tag, a, b);
   }
   const std::size_t first = r.fieldCount;
-  for (Word i = 1; i < n; ++i) keepField(r, nextRecord(r));
-  DAG s = newl2(n, tag);
-  std::memcpy(&s[1], r.fields + first, (n - 1) * sizeof(DAG));
+  for (Word i = 1; i < n; ++i) {
+    DAG x = shortIntegerAtHand(r);
+    keepField(r, x ? x : nextRecord(r));
+  }
+  DAG s = news(n);
+  setHeader(s, tag, n);
+  if (n > 1) std::memcpy(&s[1], r.fields + first, (n - 1) * sizeof(DAG));
   r.fieldCount = first;
   return s;
 }
 
+// The same, none of the fields waiting.
+DAG nextSettledFields(Reading& r, Tag tag, Word n) {
+  DAG s = nextFields(r, tag, n);
+  settleFields(r, s);
+  return s;
+}
+
+// Kinds that may wait: they are simplified in place or replaced, and nothing before needs to know which.
+bool mayWait(Reading& r, DAG s) {
+  constexpr TagSet waitingTags = {EXPSEQ, LIST, SET, FUNCTION, SUM, PROD, EQUATION, RANGE, UNEVAL};
+  const Tag tag = tagOf(s);
+  if (onLink(r) || lengthOf(s) == 1 || !waitingTags.contains(tag) || !hasOnlyValues(s)) return false;
+  return tag == FUNCTION ? isSequence(s[2]) : !pairTags.contains(tag) || hasNumericMultiples(s);
+}
+
+// The end of a record whose object has all its fields.
+DAG complete(Reading& r, Word number, DAG s) {
+  if (mayWait(r, s)) return letWait(r, number, s);
+  settleFields(r, s);
+  return enter(r, number, finished(r, s));
+}
+
 DAG nextCollection(Reading& r, Tag tag, bool hasAttribute) {
   Word number = takeNumber(r);
-  Word n = nextLength(r, 1);
-  DAG body = nextFields(r, EXPSEQ, n);
-  requireWellFormed(r, body);
-  if (!onLink(r)) body = simpl(body);
-  else if (n == 1) body = null;
-  if (!isSequence(body)) body = new2(EXPSEQ, body);
-  DAG x = hasAttribute ? new3(tag, body, nextRecord(r)) : new2(tag, body);
-  return enter(r, number, finished(r, x));
+  DAG body = nextFields(r, EXPSEQ, nextLength(r, 1));
+  if (mayWait(r, body)) {
+    body = letWait(r, 0, body);
+  } else {
+    settleFields(r, body);
+    requireWellFormed(r, body);
+    if (lengthOf(body) == 1) body = null;
+    else if (!onLink(r)) body = simpl(body);
+  }
+  return complete(r, number, hasAttribute ? new3(tag, body, nextRecord(r)) : new2(tag, body));
 }
 
 DAG nextSeries(Reading& r) {
   Word number = takeNumber(r);
   Word n = nextLength(r, 2);
   if (n % 2 != 0) failReading(r, "invalid dag length");
-  DAG read = nextFields(r, EXPSEQ, n);
+  DAG read = nextSettledFields(r, EXPSEQ, n);
   // Exponents come as integers and are kept as plain words.
   DAG series = newl2(n, SERIES);
   series[1] = read[1];
@@ -350,7 +350,7 @@ DAG nextSeries(Reading& r) {
 DAG nextModularPolynomial(Reading& r) {
   Word number = takeNumber(r);
   Word n = nextLength(r, 3);
-  DAG head = nextFields(r, EXPSEQ, 3);
+  DAG head = nextSettledFields(r, EXPSEQ, 3);
   if (!head[1] || !head[2]) failReading(r, "syntax error while reading file");
   DAG s = newl4(n < trustedLength ? n : trustedLength, ZPPOLY, head[1], head[2]);
   const bool raw = hasRawCoefficients(s);
@@ -360,7 +360,7 @@ DAG nextModularPolynomial(Reading& r) {
       s = enlarge(s, more < lengthOf(s) ? more : lengthOf(s));
     }
     if (raw) rawField(s, i) = static_cast<Word>(nextInt(r));
-    else s[i] = nextRecord(r);
+    else s[i] = nextSettled(r);
   }
   return enter(r, number, finished(r, s));
 }
@@ -371,19 +371,26 @@ DAG nextHashTable(Reading& r) {
   constexpr Word mostBuckets = Word{1} << 22;
   if (((n - 1) & (n - 2)) != 0 || n - 1 > mostBuckets) failReading(r, "invalid dag length");
   Word pairs = nextCount(r, maxLength);
-  DAG table = newhashtab(n - 1);
+  const std::size_t first = r.fieldCount;
   for (Word i = 0; i < pairs; ++i) {
     DAG key = nextRecord(r), value = nextRecord(r);
     if (!key || !value || isInward(key) || isInward(value)) failReading(r, "syntax error while reading file");
-    key = simpl(key);
-    hashinsert(key.word, simpl(value), table);
+    keepField(r, key);
+    keepField(r, value);
   }
+  settleWaiting(r);
+  DAG table = newhashtab(n - 1);
+  for (const DAG *pair = r.fields + first, *end = r.fields + r.fieldCount; pair != end; pair += 2) {
+    DAG key = simpl(settledObject(pair[0]));
+    hashinsert(key.word, simpl(settledObject(pair[1])), table);
+  }
+  r.fieldCount = first;
   return enter(r, number, table);
 }
 
 // A built-in is known by its name: its number is the present version's.
 DAG nextBuiltin(Reading& r, DAG proc) {
-  DAG name = nextRecord(r);
+  DAG name = nextSettled(r);
   if (!isName(name)) failReading(r, "name for built-in expected");
   DAG body = bodyOf(proc);
   auto isNumberOf = [&](int k) { return std::strcmp(textOf(ininame[k]), textOf(name)) == 0; };
@@ -405,7 +412,7 @@ DAG nextBuiltin(Reading& r, DAG proc) {
 DAG nextProcedure(Reading& r, Word fields) {
   Word number = takeNumber(r);
   DAG proc = newl2(procLength, PROC);
-  for (Word i = 1; i < procLength; ++i) proc[i] = i <= fields ? nextRecord(r) : null;
+  for (Word i = 1; i < procLength; ++i) proc[i] = i <= fields ? nextSettled(r) : null;
   requireWellFormed(r, proc);
   if (isMember(ini("builtin"), optionsOf(proc))) {
     proc = nextBuiltin(r, proc);
@@ -429,7 +436,7 @@ DAG nextPosition(Reading& r, Tag tag, bool isSigned) {
 
 DAG nextFloat(Reading& r, Word n) {
   Word number = takeNumber(r);
-  DAG s = nextFields(r, FLOAT, n);
+  DAG s = nextSettledFields(r, FLOAT, n);
   requireWellFormed(r, s);
   return enter(r, number, simpl(s));
 }
@@ -438,8 +445,7 @@ DAG nextFloat(Reading& r, Word n) {
 DAG nextObject(Reading& r, Tag tag, Word n) {
   Word number = takeNumber(r);
   if (n == 0) n = nextLength(r, 1);
-  DAG s = nextFields(r, tag, n);
-  return enter(r, number, finished(r, s));
+  return complete(r, number, nextFields(r, tag, n));
 }
 
 constexpr TagSet countedTags = {COMPLEX, PROD, SUM, EXPSEQ, FOR, IF, STATSEQ, TRY, USE};
@@ -454,8 +460,6 @@ constexpr TagSet impliedTags =
 }
 
 DAG recordOfTag(Reading& r, Tag tag, int c) {
-  if (countedTags.contains(tag)) return nextObject(r, tag, 0);
-  if (impliedTags.contains(tag)) return nextObject(r, tag, factsOf(tag).least);
   switch (tag) {
     case INTNEG: case INTPOS: return nextInteger(r, tag);
     case FLOAT: return nextFloat(r, 3);
@@ -472,7 +476,10 @@ DAG recordOfTag(Reading& r, Tag tag, int c) {
       DAG rtable = nextRtable(r, number);
       return enter(r, number, onLink(r) ? rtable : simpl(rtable));
     }
-    default: unexpectedCode(r, tagNumber(tag), c);
+    default:
+      if (countedTags.contains(tag)) return nextObject(r, tag, 0);
+      if (impliedTags.contains(tag)) return nextObject(r, tag, factsOf(tag).least);
+      unexpectedCode(r, tagNumber(tag), c);
   }
 }
 
@@ -508,16 +515,12 @@ DAG recordOfCode(Reading& r, int code, int c) {
 }  // namespace
 
 DAG nextRecord(Reading& r) {
+  if (DAG x = shortIntegerAtHand(r)) return x;
   int c = next(r);
   int code = dotMInputTable[static_cast<std::size_t>(c)];
   if (code == 0) unexpectedCode(r, code, c);
   if (stackExhausted()) failReading(r, "too many levels of recursion");
   return code < recordTable ? recordOfTag(r, tagFromNumber(code), c) : recordOfCode(r, code, c);
-}
-
-DAG enter(Reading& r, Word number, DAG x) {
-  r.numbers->objects[number] = x;
-  return x;
 }
 
 DAG settled(Reading& r, DAG x) {
@@ -561,6 +564,7 @@ void reportFailure(void*, long offset, const char* text) {
 void reportWarning(void*, long offset, const char* text) { std::fprintf(stderr, "Warning(%ld): %s\n", offset, text); }
 
 void releaseScratch(Reading& r) {
+  forgetWaiting(r);
   std::free(r.text);
   std::free(r.block);
   std::free(r.fields);
@@ -568,6 +572,7 @@ void releaseScratch(Reading& r) {
 }
 // An error of the language passes, or an interrupt: simplification has raised it.
 void releaseScratchOnError(const char*) { releaseScratch(*reinterpret_cast<Reading*>(errorProcParam)); }
+void releaseNumbersOnError(const char*) { releaseNumbers(*reinterpret_cast<RecordNumbers*>(errorProcParam)); }
 
 // Numbers that `recordKeepNumbers` keeps between the calls of `ParseDotM`.
 RecordNumbers keptNumbers;
@@ -600,7 +605,11 @@ DAG ParseRecord(ByteSource& source, ReadEnd ended, ReadMessage failed, ReadMessa
   innermost = &r;
   PushStateKeeper(releaseScratchOnError, &r);
   DAG volatile result{};
-  if (_setjmp(r.stop) == 0) const_cast<DAG&>(result) = nextRecord(r);
+  if (_setjmp(r.stop) == 0) {
+    DAG x = nextRecord(r);
+    settleWaiting(r);
+    const_cast<DAG&>(result) = settledObject(x);
+  }
   PopErrorProc();
   releaseScratch(r);
   return const_cast<DAG&>(result);
@@ -612,7 +621,9 @@ DAG ParseDotM(GetByte getch, ReadEnd ended, ReadMessage failed, ReadMessage warn
   RecordNumbers numbers = keptNumbers;
   keptNumbers = RecordNumbers();
   SingleBytes bytes(getch, context);
+  PushStateKeeper(releaseNumbersOnError, &numbers);
   DAG x = ParseRecord(bytes.source, ended, failed, warn, flags, repository, context, numbers);
+  PopErrorProc();
   if ((flags & recordKeepNumbers) != 0) keptNumbers = numbers;
   else releaseNumbers(numbers);
   return x;

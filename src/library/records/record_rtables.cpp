@@ -97,7 +97,8 @@ double nextDouble(Reading& r) {
   return std::bit_cast<double>(bits);
 }
 
-// A block that grows as its elements arrive; `r.block` holds it, so that a failure gives it back.
+// A block that grows as its elements arrive; `r.block` holds it, so that a failure gives it back. No record is read
+// meanwhile, which might be that of an rtable.
 class Block {
  public:
   explicit Block(Reading& r) : r_(r) {}
@@ -130,14 +131,6 @@ void addInteger(Reading& r, Block& block) {
 
 void addElement(Reading& r, Block& block, Word datatype) {
   switch (datatype) {
-    case dataDag: return block.add(settled(r, nextRecord(r)));
-    case dataComplexFloat:
-      for (int part = 0; part < 2; ++part) {
-        DAG x = nextRecord(r);
-        if (x && !isNumeric(x) && !isTag(x, NAME) && !isTag(x, SUM)) malformed(r);
-        block.add(x);
-      }
-      return;
     case dataInteger8: return addInteger<std::int8_t>(r, block);
     case dataInteger16: return addInteger<std::int16_t>(r, block);
     case dataInteger32: return addInteger<std::int32_t>(r, block);
@@ -149,14 +142,12 @@ void addElement(Reading& r, Block& block, Word datatype) {
 
 constexpr std::size_t largestBlock = 0xffffff0;  // bytes that a block inside the heap may have
 
-// The block as an object of the heap; its first element's address.
-Word blockInHeap(Reading& r, const Block& block) {
-  if (block.size() == 0) return 0;
-  if (block.size() > largestBlock) failReading(r, "not enough memory to allocate rtable");
-  DAG binary = newDoubleAligned(static_cast<Word>((block.size() + 3) / 4), BINARY);
-  std::memcpy(&binary[1], r.block, block.size());
-  std::free(r.block);
-  r.block = nullptr;
+// The bytes as an object of the heap; its first element's address.
+Word blockInHeap(Reading& r, const void* bytes, std::size_t size) {
+  if (size == 0) return 0;
+  if (size > largestBlock) failReading(r, "not enough memory to allocate rtable");
+  DAG binary = newDoubleAligned(static_cast<Word>((size + 3) / 4), BINARY);
+  std::memcpy(&binary[1], bytes, size);
   return binary.word + 4;
 }
 
@@ -189,7 +180,10 @@ void checkDimensions(Reading& r, DAG s) {
   if (kept < 0 || (count != kept && count != 0)) failReading(r, "invalid dag length");
 }
 
-void nextSparseIndices(Reading& r, DAG s, Block& block) {
+// The indices of a sparse rtable, each given to `add`; of others there are none.
+template <class Add>
+void nextSparseIndices(Reading& r, DAG s, Add add) {
+  if (rtableFlag(s, rtableStorage) != storageSparse) return;
   Word n = rtableFlag(s, rtableDimensions);
   Word capacity = rawField(s, rtableCount), used = rawField(s, lengthOf(s) - 2);
   const std::int32_t* bounds = boundsOf(s);
@@ -197,21 +191,53 @@ void nextSparseIndices(Reading& r, DAG s, Block& block) {
     for (Word i = 0; i < capacity; ++i) {
       std::int64_t index = nextInt(r);
       if (i < used && (index < bounds[2 * k] || index > bounds[2 * k + 1])) malformed(r);
-      block.add(static_cast<std::int32_t>(index));
+      add(static_cast<std::int32_t>(index));
     }
+}
+
+DAG complexPart(Reading& r, DAG x) {
+  if (x && !isNumeric(x) && !isTag(x, NAME) && !isTag(x, SUM)) malformed(r);
+  return x;
+}
+
+// Elements that are objects, and perhaps rtables: they wait among the fields, with the indices before them.
+Word nextReferences(Reading& r, DAG s) {
+  const std::size_t first = r.fieldCount;
+  nextSparseIndices(r, s, [&r](std::int32_t index) { keepField(r, DAG(static_cast<Word>(index))); });
+  const std::size_t elements = r.fieldCount;
+  const bool areComplex = rtableFlag(s, rtableDatatype) == dataComplexFloat;
+  for (std::int64_t left = std::int64_t{areComplex ? 2 : 1} * rawField(s, rtableCount); left > 0; --left)
+    keepField(r, nextRecord(r));
+  settleWaiting(r);
+  for (std::size_t i = elements; i < r.fieldCount; ++i) {
+    DAG x = settledObject(r.fields[i]);
+    r.fields[i] = areComplex ? complexPart(r, x) : settled(r, x);
+  }
+  const Word block = blockInHeap(r, r.fields + first, (r.fieldCount - first) * sizeof(DAG));
+  r.fieldCount = first;
+  return block;
+}
+
+Word nextMachineNumbers(Reading& r, DAG s) {
+  Block block(r);
+  nextSparseIndices(r, s, [&block](std::int32_t index) { block.add(index); });
+  for (Word i = 0, count = rawField(s, rtableCount); i < count; ++i)
+    addElement(r, block, rtableFlag(s, rtableDatatype));
+  const Word inHeap = blockInHeap(r, r.block, block.size());
+  std::free(r.block);
+  r.block = nullptr;
+  return inHeap;
 }
 
 void nextData(Reading& r, DAG s) {
   if (isKorelSparse(s)) {
-    s[rtableData] = nextRecord(r);
+    s[rtableData] = nextSettled(r);
     if (!isTag(s[rtableData], HASHTAB)) malformed(r);
     return;
   }
-  Block block(r);
-  if (rtableFlag(s, rtableStorage) == storageSparse) nextSparseIndices(r, s, block);
-  for (Word i = 0, count = rawField(s, rtableCount); i < count; ++i)
-    addElement(r, block, rtableFlag(s, rtableDatatype));
-  rawField(s, rtableData) = blockInHeap(r, block);
+  const Word datatype = rtableFlag(s, rtableDatatype);
+  const bool areObjects = datatype == dataDag || datatype == dataComplexFloat;
+  rawField(s, rtableData) = areObjects ? nextReferences(r, s) : nextMachineNumbers(r, s);
 }
 
 // The indexing functions f1 ... fk of `s` as a ring: each member sees those that are still to be applied.
@@ -239,9 +265,9 @@ DAG nextRtable(Reading& r, Word number) {
   Word n = nextCount(r, 2 * maxDimensions + 9);
   if (n < 7 || n % 2 == 0) failReading(r, "invalid dag length");
   DAG s = enter(r, number, newl2(n, RTABLE));
-  s[rtableElementType] = nextRecord(r);
-  DAG functions = nextRecord(r);
-  s[rtableAttributes] = nextRecord(r);
+  s[rtableElementType] = nextSettled(r);
+  DAG functions = nextSettled(r);
+  s[rtableAttributes] = nextSettled(r);
   if (!s[rtableElementType] || !isSequence(functions) || !isSequence(s[rtableAttributes])) malformed(r);
   s[rtableFunctions] = functions;
   rawField(s, rtableFlags) = static_cast<Word>(nextInt(r)) & keptFlags;

@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdio>
 #include <cstring>
 #include <vector>
@@ -122,36 +123,104 @@ class DigitPairs {
   int pending_ = -1;
 };
 
+// How the lowest four digits of a number that goes on are written, for all of them: three characters at most, since the
+// fourth digit waits for the next one unless it ends a pair.
+struct FourDigits {
+  char text[3];
+  bool isWhole;  // the fourth digit is in it
+};
+constexpr std::array<FourDigits, 10000> fourDigits = [] {
+  std::array<FourDigits, 10000> table{};
+  for (int v = 0; v < 10000; ++v) {
+    int digits = 0;
+    char* at = table[static_cast<std::size_t>(v)].text;
+    for (int rest = v; digits < 3;) {
+      const bool isPair = rest % 100 < digitPairLimit;
+      *at++ = static_cast<char>(isPair ? firstDigitPair + rest % 100 : firstSingleDigit + rest % 10);
+      rest /= isPair ? 100 : 10;
+      digits += isPair ? 2 : 1;
+    }
+    table[static_cast<std::size_t>(v)].isWhole = digits == 4;
+  }
+  return table;
+}();
+
+// All at once where the buffer and the line have room for the longest: most integers on the link are immediate
+// (bench/link_bench.cpp).
+void putImmediate(Writing& w, DAG x) {
+  constexpr int mostCharacters = 12;  // code, count and ten digits
+  char aside[mostCharacters];
+  const bool hasRoom = w.end - w.at > mostCharacters && w.width - w.column > mostCharacters;
+  char* const first = hasRoom ? w.at : aside;
+  char* at = first;
+  const std::int32_t value = immediateValue(x);
+  auto rest = static_cast<std::uint32_t>(value < 0 ? -value : value);
+  *at++ = static_cast<char>(dotMOutputTable[static_cast<std::size_t>(tagNumber(tagOf(x)))] + 32);
+  char* const count = at++;
+  int digits = 0;
+  while (rest >= 10000) {
+    const FourDigits& four = fourDigits[rest % 10000];
+    std::memcpy(at, four.text, sizeof four.text);
+    at += four.text[2] != 0 ? 3 : 2;
+    rest /= four.isWhole ? 10000 : 1000;
+    digits += four.isWhole ? 4 : 3;
+  }
+  do {
+    // The two lowest digits, d + 10 e, make a pair as they are.
+    const std::uint32_t two = rest % 100;
+    const bool isPair = rest >= 10 && two < digitPairLimit;
+    *at++ = static_cast<char>(isPair ? firstDigitPair + two : firstSingleDigit + two % 10);
+    digits += isPair ? 2 : 1;
+    rest = isPair ? rest / 100 : rest / 10;
+  } while (rest != 0);
+  *count = static_cast<char>(33 + digits);
+  if (hasRoom) {
+    w.column += at - first;
+    w.at = at;
+  } else {
+    for (const char* c = first; c != at; ++c) put(w, *c);
+  }
+}
+
 void putInteger(Writing& w, DAG x) {
+  if (isImmediate(x)) return putImmediate(w, x);
   putCode(w, tagNumber(tagOf(x)));
   DigitPairs pairs(w);
-  if (isImmediate(x)) {
-    std::int32_t value = immediateValue(x);
-    char digits[12];
-    int n = 0;
-    std::uint32_t rest = static_cast<std::uint32_t>(value < 0 ? -value : value);
-    do digits[n++] = static_cast<char>(rest % 10);
-    while ((rest /= 10) != 0);
-    putInt(w, n);
-    for (int i = 0; i < n; ++i) pairs.add(digits[i]);
-  } else {
-    Word count = lengthOf(x) - 1;
-    while (count > 1 && rawField(x, count) == 0) --count;
-    Word top = rawField(x, count);
-    int leading = decimalLength(top);
-    if (top == 0) leading = 1;
-    putInt(w, std::int64_t{4} * (count - 1) + leading);
-    for (Word i = 1; i < count; ++i) {
-      Word digit = rawField(x, i);
-      for (int k = 0; k < 4; ++k, digit /= 10) pairs.add(static_cast<int>(digit % 10));
-    }
-    for (int k = 0; k < leading; ++k, top /= 10) pairs.add(static_cast<int>(top % 10));
+  Word count = lengthOf(x) - 1;
+  while (count > 1 && rawField(x, count) == 0) --count;
+  Word top = rawField(x, count);
+  int leading = top == 0 ? 1 : decimalLength(top);
+  putInt(w, std::int64_t{4} * (count - 1) + leading);
+  for (Word i = 1; i < count; ++i) {
+    Word digit = rawField(x, i);
+    for (int k = 0; k < 4; ++k, digit /= 10) pairs.add(static_cast<int>(digit % 10));
   }
+  for (int k = 0; k < leading; ++k, top /= 10) pairs.add(static_cast<int>(top % 10));
   pairs.end();
 }
 
+// The number of `x`, whose record follows; or a back reference, and false.
+inline bool takesNumber(Writing& w, DAG x) {
+  WrittenNumbers& numbers = *w.numbers;
+  std::int32_t number = numbers.last + 1;
+  switch (numbers.puttab.insert(x, number)) {
+    case WordMap::present:
+      if (w.depth == 0) break;  // the outermost object is written whatever has been
+      putCode(w, recordBack);
+      putInt(w, number);
+      return false;
+    case WordMap::outOfMemory: failWriting(w, "ran out of memory");
+    case WordMap::added: break;
+  }
+  ++numbers.last;
+  return true;
+}
+
 void putFields(Writing& w, DAG x, Word from, Word end) {
-  for (Word i = from; i < end; ++i) putRecord(w, x[i]);
+  for (Word i = from; i < end; ++i) {
+    if (!isImmediate(x[i])) putRecord(w, x[i]);
+    else if (takesNumber(w, x[i])) putImmediate(w, x[i]);
+  }
 }
 
 // ---- names
@@ -314,18 +383,7 @@ void putObject(Writing& w, DAG x) {
 
 void putRecord(Writing& w, DAG x) {
   if (!x) return putCode(w, recordZero);
-  WrittenNumbers& numbers = *w.numbers;
-  std::int32_t number = numbers.last + 1;
-  switch (numbers.puttab.insert(x, number)) {
-    case WordMap::present:
-      if (w.depth == 0) break;  // the outermost object is written whatever has been
-      putCode(w, recordBack);
-      return putInt(w, number);
-    case WordMap::outOfMemory: failWriting(w, "ran out of memory");
-    case WordMap::added: break;
-  }
-  number = numbers.last + 1;
-  numbers.last = number;
+  if (!takesNumber(w, x)) return;
   ++w.depth;
   if (isInteger(x)) {
     putInteger(w, x);

@@ -12,6 +12,7 @@
 #include "frame/errors.h"
 #include "numbers/float/float.h"
 #include "numbers/float/float_rounding.h"
+#include "numbers/float/shortest_decimal.h"
 #include "numbers/integer/integer.h"
 #include "numbers/integer/integer_functions.h"
 #include "store/constants.h"
@@ -172,23 +173,19 @@ DAG HardwareToSoftwareFloat(double x) {
   }
   if (x == 0.0) return std::signbit(x) ? consfm0 : consf0;
   if (std::fabs(x) < 2147483648.0 && x == std::trunc(x)) return newFLOAT(Newint(static_cast<std::int32_t>(x)), cons0);
-  // One digit, a point and others if there are any, `e`, the exponent.
-  char text[40];
-  const char* end = std::to_chars(text, text + sizeof text, std::fabs(x), std::chars_format::scientific).ptr;
-  std::int64_t mantissa = 0;
-  std::int32_t exponent = 0;
-  const char* at = text;
-  for (; *at != 'e'; ++at) {
-    if (*at == '.') continue;
-    mantissa = mantissa * 10 + (*at - '0');
-    if (at != text) --exponent;
-  }
-  // A sign and two or three digits.
-  const bool isFraction = at[1] == '-';
-  std::int32_t power = 0;
-  for (at += 2; at != end; ++at) power = power * 10 + (*at - '0');
-  exponent += isFraction ? -power : power;
-  return newFLOAT(NewInteger(x < 0 ? -mantissa : mantissa), Newint(exponent));
+  const ShortDecimal decimal = shortestDecimal(std::fabs(x));
+  return newFLOAT(NewInteger(x < 0 ? -decimal.digits : decimal.digits), immediate(decimal.exponent));
+}
+
+DAG floatOfDouble(double x) {
+  DAG fresh = HardwareToSoftwareFloat(x);
+  if (isSimplified(fresh)) return fresh;
+  DAG mantissa = mantissaOf(fresh);
+  DAG value = simpl(fresh);
+  // The number is known already, or its mantissa: nobody else knows those of the fresh one (bench/external.sh).
+  if (!isSimplified(mantissa)) release(mantissa, lengthOf(mantissa));
+  if (!isSimplified(fresh)) release(fresh, lengthOf(fresh));
+  return value;
 }
 
 // ---- the bits as text
@@ -211,7 +208,7 @@ double IEEEHexToHFloat(const char* text) {
 
 // ---- objects
 
-DAG HFloatToFloat(DAG hfloat) { return simpl(HardwareToSoftwareFloat(hfloatValue(hfloat))); }
+DAG HFloatToFloat(DAG hfloat) { return floatOfDouble(hfloatValue(hfloat)); }
 
 DAG SuppressHFloats(DAG x) {
   auto isHFloat = [](DAG part) { return isTag(part, HFLOAT); };

@@ -31,6 +31,8 @@ double SoftwareToHardwareFloat(DAG x);
 /// The FLOAT of a double: an integer below 2^31 in magnitude as such, any other finite number with as many digits
 /// as make the double again, 17 at most. Not simplified.
 DAG HardwareToSoftwareFloat(double x);
+/// The same, simplified: what elements of arrays and results of external code become, one by one.
+DAG floatOfDouble(double x);
 /// The simplified FLOAT of an HFLOAT.
 DAG HFloatToFloat(DAG hfloat);
 /// HFLOATs, alone or as parts of a COMPLEX, in their software form; other objects unchanged.

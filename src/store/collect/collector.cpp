@@ -119,7 +119,7 @@ void runCollection(bool isShort) {
   runBeginHooks();
   forgetAppendSlack();
   collect(isShort);
-  nextgcgen = cused + incrgen;
+  scheduleGeneration();
   nextgc = cused + incrgc;
   reportCollection(true);
   runEndHooks();

@@ -42,7 +42,7 @@ void settleGenerations(std::int32_t level);
 /// that it has passed is seen when the next one is due.
 inline bool endIsDue(std::int32_t level) {
   // Most statements end at a level that is known, between the marks.
-  return level < gene[gcgen] || cused > nextgcgen || collectAlways;
+  return level < gene[gcgen] || cused > nextgcgen;
 }
 inline void endOfStatement(std::int32_t level) {
   if (endIsDue(level)) settleGenerations(level);

@@ -89,18 +89,18 @@ void openGeneration() {
   if (gcgen >= firstMarkLabel) notimpl("gc-7");
   genc[gcgen] = gene[gcgen] = noLevel;
   genpat = static_cast<Word>(gcgen) << generationShift;
-  nextgcgen = cused + incrgen;
+  scheduleGeneration();
 }
 
 }  // namespace
 
 void settleGenerations(std::int32_t level) {
   releaseGenerations(level);
-  if (cused > nextgcgen || collectAlways) openGeneration();
+  if (cused > nextgcgen) openGeneration();
   if (cused > nextgc || collectAlways) {
     if (!canCollectionWait()) collectInTurn();
     setGenerationInterval();
-    nextgcgen = cused + incrgen;
+    scheduleGeneration();
     nextgc = cused + incrgc;
   }
 }

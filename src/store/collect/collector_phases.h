@@ -132,6 +132,8 @@ std::int64_t wordsInUse();
 bool isShortEnough();
 /// Whether it may wait for the next interval, since too little has been released for it to pay.
 bool canCollectionWait();
+/// The next generation opens after an interval; where all opportunities to collect are taken, at once.
+inline void scheduleGeneration() { nextgcgen = collectAlways ? -1 : cused + incrgen; }
 
 struct CollectionOutcome {
   bool isShort;

@@ -1,5 +1,6 @@
 #include "text/format/scan_format.h"
 
+#include <array>
 #include <cstring>
 
 #include "eval/evaluate/evalf.h"
@@ -156,10 +157,18 @@ constexpr CodeRow codeRows[] = {
     {"%",         false, scanPercent},
 };
 
-const CodeRow& rowOf(char code) {
+// The row of each character: a scan of many short values looks one up for each (bench/files.sh).
+constexpr auto rowsByCode = [] {
+  std::array<const CodeRow*, 256> rows{};
   for (const CodeRow& row : codeRows)
-    if (code != 0 && std::strchr(row.codes, code) != nullptr) return row;
-  unknownFormatCode(code);
+    for (const char* code = row.codes; *code != 0; ++code) rows[static_cast<unsigned char>(*code)] = &row;
+  return rows;
+}();
+
+const CodeRow& rowOf(char code) {
+  const CodeRow* row = rowsByCode[static_cast<unsigned char>(code)];
+  if (row == nullptr) unknownFormatCode(code);
+  return *row;
 }
 
 [[noreturn]] void partMissing() { userror("numeric components expected in input for complex format"); }
@@ -245,8 +254,14 @@ bool readSet(const char*& at, ScanConversion& c) {
 struct Scan {
   ScanSource& source;
   FormatArguments arguments;
-  DAG values;
-  bool hasRead;  // a conversion is done
+  DAG first, values;  // the value as long as there is one, then all of them
+  bool hasRead;       // a conversion is done
+
+  void add(DAG value) {
+    if (!first) first = value;
+    else values = values ? Append2(values, value) : newSequence({first, value});
+  }
+  DAG sequence() const { return values ? simpl(values) : first ? singleSequence(first) : null; }
 };
 
 // The conversion at `at`, behind its `%`: what came of it, or `ended` when the format ends within it.
@@ -264,7 +279,7 @@ ScanState scanConversion(Scan& scan, const char*& at) {
   else outcome = scanValue(scan.source, c);
   if (outcome.state != ScanState::done) return outcome.state;
   if (c.code != 'n') scan.hasRead = true;
-  if (!c.dropped && outcome.value) scan.values = Append2(scan.values, outcome.value);
+  if (!c.dropped && outcome.value) scan.add(outcome.value);
   return ScanState::done;
 }
 
@@ -289,13 +304,13 @@ bool readScanCode(const char*& at, ScanConversion& c) {
 }
 
 ScanResult DoScanF(ScanSource& source, const char* format, DAG arguments, Word first) {
-  Scan scan{source, {arguments, first - 1}, new1(EXPSEQ), false};
+  Scan scan{source, {arguments, first - 1}, {}, {}, false};
   ScanState state = ScanState::done;
   while (*format != 0 && state == ScanState::done) {
     if (*format == '%') state = scanConversion(scan, ++format);
     else state = scanLiteral(scan, *format++);
   }
-  return {scan.values, state == ScanState::ended && !scan.hasRead};
+  return {scan.sequence(), state == ScanState::ended && !scan.hasRead};
 }
 
 }  // namespace korel

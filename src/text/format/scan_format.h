@@ -19,20 +19,22 @@
 namespace korel {
 
 struct ScanSource {
-  int (*get)(void* closure);  // -1 at the end
-  void (*unget)(void* closure, int c);
-  void* closure;
-  std::int64_t count = 0;  // characters taken
+  int (*get)(void* closure) = nullptr;  // -1 at the end
+  void (*unget)(void* closure, int c) = nullptr;
+  void* closure = nullptr;
+  const char* text = nullptr;  // in place of them: what is left of a text, up to its zero
+  std::int64_t count = 0;      // characters taken
 
   int next() {
-    const int c = get(closure);
+    const int c = text == nullptr ? get(closure) : *text == 0 ? -1 : static_cast<unsigned char>(*text++);
     if (c != -1) ++count;
     return c;
   }
   void back(int c) {
     if (c == -1) return;
     --count;
-    unget(closure, c);
+    if (text == nullptr) unget(closure, c);
+    else --text;
   }
   int peek() {
     const int c = next();
@@ -44,7 +46,7 @@ struct ScanSource {
 };
 
 struct ScanResult {
-  DAG values;        // EXPSEQ
+  DAG values;        // EXPSEQ, simplified
   bool endedAtOnce;  // the input ended before anything was read
 };
 /// Scans; `arguments` from position `first` on are those that `*` in an rtable's format asks for.

@@ -9,13 +9,9 @@
 
 namespace korel {
 
-namespace {
-constexpr std::size_t longestText = 4 * (std::size_t{maxLength} - 8);
-}
-
 void TextBuffer::grow(std::size_t needed) {
-  if (needed > longestText) KernelException("object too large");
-  const std::size_t capacity = std::min(std::max(needed, 2 * capacity_), longestText);
+  if (needed > longestTextLength) KernelException("object too large");
+  const std::size_t capacity = std::min(std::max(needed, 2 * capacity_), longestTextLength);
   passWork(static_cast<std::int64_t>(capacity / 8));
   DAG space = newl2(textLength(capacity), BINARY);
   char* bytesOfSpace = reinterpret_cast<char*>(&rawField(space, 1));
@@ -24,7 +20,10 @@ void TextBuffer::grow(std::size_t needed) {
   capacity_ = capacity;
 }
 
-DAG TextBuffer::string() { return strinstall(text()); }
+DAG TextBuffer::string() {
+  const char* begin = text();
+  return strinstall(std::string_view(begin, std::strlen(begin)));
+}
 
 void TextBufferSink(void* textBuffer, int c) { static_cast<TextBuffer*>(textBuffer)->append(static_cast<char>(c)); }
 

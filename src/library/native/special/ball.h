@@ -11,6 +11,7 @@
 // Space and precision are those of the floats: one session, one stack. Long loops give back what they don't need
 // with a `Scratch`. A part that is 0 without error is an exact zero, which is how a real number stays real.
 
+#include <algorithm>
 #include <cstdint>
 
 #include "library/native/special/bounds.h"
@@ -20,9 +21,13 @@
 
 namespace korel::special {
 
-/// The working precision, in limbs and in decimal digits.
+/// The working precision, in limbs and in decimal digits. Of the digits that whole limbs have, no more are worth
+/// working for than the result is to have, some guard digits among them.
 inline std::int64_t workLimbs() { return static_cast<std::int64_t>(reals::workingLimbs); }
-inline double workDigits() { return static_cast<double>(workLimbs()) * digitsPerLimb; }
+extern double soughtDigits;
+inline double workDigits() { return std::min(static_cast<double>(workLimbs()) * digitsPerLimb, soughtDigits); }
+/// The same in bits.
+inline std::int64_t workBits() { return static_cast<std::int64_t>(3.3219281 * workDigits()) + 1; }
 
 struct Real {
   reals::Real middle;

@@ -13,6 +13,8 @@
 
 namespace korel::special {
 
+double soughtDigits = HUGE_VAL;
+
 namespace {
 
 // How far a middle may be off that was cut to the working precision, a few units of its last bit.

@@ -7,9 +7,12 @@
 
 namespace korel::special {
 
-int exponentRange = 0;
+bool isOverflow = false;
 
 namespace {
+
+// The floats have exponentials of numbers below 2 to this.
+constexpr int largestExponent = 45;
 
 // What an elementary function of the floats may be off by.
 Real ballOf(const reals::Real& value, Bound more) {
@@ -31,9 +34,11 @@ Real eulerGamma() { return ballOf(reals::eulerGamma(), {}); }
 Real exp(const Real& x) {
   if (isExactZero(x)) return 1;
   if (x.middle.sign == 0) return widened(Real(1), growth(x.error));
-  if (x.middle.exponent > 40) {
-    exponentRange = x.middle.sign;
-    return x.middle.sign < 0 ? Real({}, powerOfTwoBound(-(std::int64_t{1} << 40))) : Real({}, infiniteBound());
+  if (x.middle.exponent > largestExponent) {
+    // Where not even the sign of x is known, nothing is.
+    if (!mayBeZero(x) && isNegative(x)) return {{}, powerOfTwoBound(-(std::int64_t{1} << (largestExponent - 2)))};
+    if (!mayBeZero(x)) isOverflow = true;
+    return {{}, infiniteBound()};
   }
   const Real whole = ballOf(reals::exp(x.middle), {});
   return isExact(x) ? whole : widened(whole, upperBound(whole) * growth(x.error));
@@ -108,7 +113,7 @@ namespace {
 
 // sinh x and cosh x, the first without cancellation.
 SineCosineBalls hyperbolic(const Real& x) {
-  if (x.middle.sign == 0 || x.middle.exponent > 40) {
+  if (x.middle.sign == 0 || x.middle.exponent > largestExponent) {
     const Real e = exp(x), inverse = Real(1) / e;
     return {halved(e - inverse), halved(e + inverse)};
   }

@@ -6,8 +6,8 @@
 
 namespace korel::special {
 
-/// Set to 1 or -1 when an exponential left the range of exponents.
-extern int exponentRange;
+/// Set when an exponential is too large for the range of exponents.
+extern bool isOverflow;
 
 Real pi();
 Real eulerGamma();

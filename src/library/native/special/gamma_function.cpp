@@ -141,7 +141,7 @@ Real realStirlingSum(const Real& z, int order) {
       power.middle = power.middle * ratio;
     }
     const std::int64_t size = term.middle.exponent;
-    if (size < -64 * full || size > before || k > 40 * guess) {
+    if (size < -workBits() || size > before || k > 40 * guess) {
       // Each of k terms is off by about so many units of its last bits, and by what z is off.
       const auto n = static_cast<double>(k);
       Bound error = powerOfTwoBound(size + 1) + powerOfTwoBound(6 - 64 * full) * boundOf(n * (n + 2));
@@ -236,6 +236,7 @@ Complex risingProduct(const Complex& z, std::int64_t n) {
 }
 
 bool isLeft(const Complex& z) { return signOf(z.re) < 0 && toDouble(z.re) < -0.5; }
+bool isFarUp(const Complex& z) { return std::abs(toDouble(z.im)) > 1e6; }
 
 // sum of the arguments of z, z + 1, ..., in doubles: by how many turns the logarithm of the product is off.
 Real turnsOfProduct(const Complex& z, std::int64_t n, const Complex& product) {
@@ -266,14 +267,19 @@ bool isPole(const Complex& z) { return isReal(z) && signOf(z.re) <= 0 && isInteg
 Complex gamma(const Complex& z) {
   std::int64_t n;
   if (isMachineInteger(z, n) && n > 0 && n < 40 * workLimbs()) return factorialBall(n - 1);
-  if (isLeft(z)) return Complex(pi()) / (sinPi(z) * gamma(Complex(1) - z));
+  // Far up the sine grows faster than the other factor falls.
+  if (isFarUp(z)) return exp(lnGamma(z));
+  if (isLeft(z)) return Complex(pi()) * reciprocalGamma(Complex(1) - z) / sinPi(z);
   const std::int64_t steps = stepsUp(z);
   const Complex up = exp(stirlingLn(z + Real(steps)));
   return steps == 0 ? up : up / risingProduct(z, steps);
 }
 
 Complex reciprocalGamma(const Complex& z) {
+  std::int64_t n;
+  if (isMachineInteger(z, n) && n > 0 && n < 40 * workLimbs()) return Complex(1) / factorialBall(n - 1);
   if (isPole(z)) return 0;
+  if (isFarUp(z)) return exp(-lnGamma(z));
   if (isLeft(z)) return sinPi(z) * gamma(Complex(1) - z) / pi();
   const std::int64_t steps = stepsUp(z);
   const Complex up = exp(-stirlingLn(z + Real(steps)));

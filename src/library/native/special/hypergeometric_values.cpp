@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "library/native/special/bessel.h"
 #include "library/native/special/elementary_balls.h"
 #include "library/native/special/special_series.h"
 
@@ -103,6 +104,7 @@ Complex gauss(const Parameters& f, const Complex& z) {
   const Complex upper[] = {f.a, f.b}, lower[] = {f.c};
   const double size = sizeOf(z);
   if (size <= seriesRadius) return hypergeometricSum(upper, 2, lower, 1, z);
+  if (isExactZero(z - 1) && !(toDouble((f.c - f.a - f.b).re) > 0)) return giveUp();
   if (isExactZero(z - 1))
     return gamma(f.c) * gamma(f.c - f.a - f.b) * reciprocalGamma(f.c - f.a) * reciprocalGamma(f.c - f.b);
   if (signOf(z.re) < 0) {
@@ -114,6 +116,36 @@ Complex gauss(const Parameters& f, const Complex& z) {
   }
   if (!std::isfinite(size)) return giveUp();
   return alongPath(f, z);
+}
+
+// 1F1(a; b; z) for large z from its two asymptotic parts, U(a, b, z) and e^z U(b - a, b, -z).
+bool largeKummer(const Complex& a, const Complex& b, const Complex& z, Complex& value) {
+  if (!isAsymptotic(z)) return false;
+  bool first, second;
+  const Complex falling = asymptoticSum(a, a - b + 1, z, first);
+  if (!first) return false;
+  const Complex growing = asymptoticSum(b - a, Complex(1) - a, -z, second);
+  if (!second) return false;
+  // -z comes from z by half a turn towards the positive axis.
+  const int side = isNegative(z.im) ? -1 : 1;
+  const Complex turn = cosPi(a) + timesI(sinPi(a)) * side, log = ln(z);
+  const Complex low = turn * exp(-(a * log)) * falling * reciprocalGamma(b - a);
+  const Complex high = exp(z + (a - b) * log) * growing * reciprocalGamma(a);
+  value = gamma(b) * (low + high);
+  // On either side of the axis the same real number is the mean of two conjugates.
+  if (isReal(a) && isReal(b) && isReal(z)) value = value.re;
+  return true;
+}
+
+// 0F1(; b; z) for large z, a function of Bessel of 2 sqrt(z).
+bool largeBessel(const Complex& b, const Complex& z, Complex& value) {
+  const bool oscillates = isReal(z) && isNegative(z.re);
+  const Complex root = sqrt(oscillates ? -z : z);
+  if (!isAsymptotic(root * 4)) return false;
+  const Complex order = b - 1;
+  value = oscillates ? besselJ(order, root * 2) : besselI(order, root * 2);
+  value = gamma(b) * exp(-(order * ln(root))) * value;
+  return true;
 }
 
 // 2F0(a, b; z), which is w^a U(a, a - b + 1, w) for w = -1/z.
@@ -139,7 +171,16 @@ Complex hypergeometric(const Complex* a, int p, const Complex* b, int q, const C
   if (isExactZero(z)) return 1;
   const double size = sizeOf(z);
   if (endsSeries(a, p)) return hypergeometricSum(a, p, b, q, z);
-  if (p <= q) return size < longestSeries ? hypergeometricSum(a, p, b, q, z) : giveUp();
+  Complex value;
+  if (p == 1 && q == 1 && largeKummer(a[0], b[0], z, value)) return value;
+  if (p == 0 && q == 1 && largeBessel(b[0], z, value)) return value;
+  // Kummer: on the left the terms of e^z 1F1(b - a; b; -z) don't cancel.
+  if (p == 1 && q == 1 && signOf(z.re) < 0 && size > 10 && size < longestSeries) {
+    const Complex other[] = {b[0] - a[0]};
+    return exp(z) * hypergeometricSum(other, 1, b, 1, -z);
+  }
+  // The terms grow as long as their ratio z/k^(q + 1 - p) is above 1.
+  if (p <= q) return std::pow(size, 1.0 / (q + 1 - p)) < longestSeries ? hypergeometricSum(a, p, b, q, z) : giveUp();
   if (p == 1) return power(Complex(1) - z, -a[0]);
   if (p == 2 && q == 1) return gauss({a[0], a[1], b[0]}, z);
   if (p == q + 1 && size <= slowRadius) return hypergeometricSum(a, p, b, q, z);
@@ -187,9 +228,75 @@ Complex shiftedBinomial(const Complex& n, const Complex& a) {
 
 }  // namespace
 
+namespace {
+
+// Degrees up to this one come from their recurrences.
+constexpr std::int64_t smallDegree = 60;
+
+// P_n(cos t) by the expansion of Stieltjes for large n sin t. What it leaves out is below twice the next term without
+// its cosine (G. Szegoe, "Orthogonal polynomials", theorem 8.21.5).
+bool stieltjesSum(std::int64_t n, const Real& x, Real& value) {
+  const Real sine = sqrt((Real(1) - x) * (x + Real(1)));
+  if (mayBeZero(sine) || toDouble(sine) * 2 * static_cast<double>(n) * 0.4342 < workDigits() + 3) return false;
+  const Complex step = Complex(sine, -x) / (sine * 2);  // e^(it)/(2i sin t)
+  const Real angle = argument(Complex(x, sine));
+  const Complex factor = exp(timesI(Complex(angle * (2 * n + 1) / 2 - pi() / 4)));
+  Complex term = factor, sum = factor;
+  const Bound small = powerOfTenBound(-workDigits());
+  const Scratch scratch;
+  for (std::int64_t m = 1; m < 4 * n; ++m) {
+    const std::int64_t odd = 2 * m - 1;
+    const Complex next = term * step * (odd * odd) / (2 * m * (2 * (n + m) + 1));
+    const Bound left = upperBound(absolute(next)) * boundOf(2);
+    if (!(upperBound(absolute(next)) < upperBound(absolute(term)))) return false;
+    if (left < small) {
+      const Real ratio = (gamma(Complex(n + 1)) * reciprocalGamma(Complex(Real(2 * n + 3) / 2))).re;
+      value = widened(sum.re, left) * ratio * sqrt(Real(2) / (pi() * sine));
+      return true;
+    }
+    term = next;
+    sum = sum + term;
+    scratch.keep(term, sum);
+    passLimbWork(50);
+  }
+  return false;
+}
+
+// P_n(x) of a high degree for a real x >= 0: by a sum of positive terms beyond 1, before it by the expansion or, near
+// 1, the sum at 1.
+Complex highLegendre(std::int64_t n, const Real& x) {
+  const Complex degree(n), one[] = {Complex(1)};
+  const Real above = x + Real(1), below = x - Real(1);
+  if (signOf(below) > 0) {
+    const Complex upper[] = {-degree, -degree};
+    return integerPower(Complex(halved(above)), n) * hypergeometricSum(upper, 2, one, 1, Complex(below / above));
+  }
+  Real value;
+  if (stieltjesSum(n, x, value)) return value;
+  const Complex upper[] = {-degree, degree + 1};
+  return hypergeometricSum(upper, 2, one, 1, -halved(below));
+}
+
+// The exponential of the angle whose cosine is x: x + i sqrt(1 - x^2), or one beyond 1.
+Complex turnOf(const Complex& x) {
+  const Complex square = (Complex(1) - x) * (x + 1);
+  if (isReal(square) && signOf(square.re) < 0) {
+    const Real root = sqrt(-square.re);
+    return isNegative(x.re) ? x.re - root : x.re + root;
+  }
+  return x + timesI(sqrt(square));
+}
+
+}  // namespace
+
 Complex legendreP(const Complex& n, const Complex& x) {
   std::int64_t degree;
   if (!isDegree(n, degree)) return atHalf(-n, n + 1, Complex(1), x);
+  if (degree > smallDegree && isReal(x)) {
+    if (isExactZero(x) && degree % 2 == 1) return 0;
+    const Complex value = highLegendre(degree, absolute(x.re));
+    return isNegative(x.re) && degree % 2 == 1 ? -value : value;
+  }
   return recurrence(degree, Complex(1), x, [&](std::int64_t k, const Complex& now, const Complex& before) {
     return (x * now * (2 * k + 1) - before * k) / (k + 1);
   });
@@ -198,6 +305,10 @@ Complex legendreP(const Complex& n, const Complex& x) {
 Complex chebyshevT(const Complex& n, const Complex& x) {
   std::int64_t degree;
   if (!isDegree(n, degree)) return atHalf(-n, n, Complex(Real(1) / 2), x);
+  if (degree > smallDegree) {
+    const Complex w = integerPower(turnOf(x), degree), value = (w + Complex(1) / w) / 2;
+    return isReal(x) ? Complex(value.re) : value;
+  }
   return recurrence(degree, Complex(1), x,
                     [&](std::int64_t, const Complex& now, const Complex& before) { return x * now * 2 - before; });
 }
@@ -205,6 +316,12 @@ Complex chebyshevT(const Complex& n, const Complex& x) {
 Complex chebyshevU(const Complex& n, const Complex& x) {
   std::int64_t degree;
   if (!isDegree(n, degree)) return (n + 1) * atHalf(-n, n + Real(2), Complex(Real(3) / 2), x);
+  if (isExactZero((x - 1) * (x + 1))) return isNegative(x.re) && degree % 2 == 1 ? -(n + 1) : n + 1;
+  if (degree > smallDegree) {
+    const Complex turn = turnOf(x), w = integerPower(turn, degree + 1), one(1);
+    const Complex value = (w - one / w) / (turn - one / turn);
+    return isReal(x) ? Complex(value.re) : value;
+  }
   return recurrence(degree, Complex(1), x * 2,
                     [&](std::int64_t, const Complex& now, const Complex& before) { return x * now * 2 - before; });
 }
@@ -216,6 +333,12 @@ Complex hermiteH(const Complex& n, const Complex& x) {
       return (x * now - before * k) * 2;
     });
   const Complex halfN = n / 2, x2 = square(x), a = -halfN, b = Complex(Real(1) / 2) - halfN;
+  if (signOf(x.re) > 0 && isAsymptotic(x2)) {
+    // (2x)^n 2F0(-n/2, (1 - n)/2; -1/x^2)
+    bool reached;
+    const Complex sum = asymptoticSum(a, b, x2, reached);
+    if (reached) return power(x * 2, n) * sum;
+  }
   const Complex upper[] = {a}, lower[] = {Complex(Real(1) / 2)}, upper1[] = {b}, lower1[] = {Complex(Real(3) / 2)};
   const Complex even = reciprocalGamma(b) * hypergeometric(upper, 1, lower, 1, x2);
   const Complex odd = x * 2 * reciprocalGamma(a) * hypergeometric(upper1, 1, lower1, 1, x2);
@@ -224,7 +347,7 @@ Complex hermiteH(const Complex& n, const Complex& x) {
 
 Complex laguerreL(const Complex& n, const Complex& a, const Complex& x) {
   std::int64_t degree;
-  if (isDegree(n, degree))
+  if (isDegree(n, degree) && (degree <= smallDegree || isPole(a + 1)))
     return recurrence(degree, Complex(1), a + 1 - x, [&](std::int64_t k, const Complex& now, const Complex& before) {
       return ((a - x + Real(2 * k + 1)) * now - (a + Real(k)) * before) / (k + 1);
     });
@@ -248,6 +371,14 @@ Complex jacobiP(const Complex& n, const Complex& a, const Complex& b, const Comp
   if (!isDegree(n, degree)) return shiftedBinomial(n, a) * atHalf(-n, a + b + n + 1, a + 1, x);
   // The finite sum of binomial(n + a, n - k) binomial(n + b, k) ((x - 1)/2)^k ((x + 1)/2)^(n - k) holds for all a
   // and b.
+  if (degree > smallDegree && !isPole(a + 1) && !isPole(b + 1)) {
+    if (isExactZero(x) && degree % 2 == 1 && isExactZero(a - b)) return 0;
+    if (isNegative(x.re)) {
+      const Complex value = jacobiP(n, b, a, -x);
+      return degree % 2 == 0 ? value : -value;
+    }
+    return shiftedBinomial(n, a) * atHalf(-n, a + b + n + 1, a + 1, x);
+  }
   const Complex first = (a + 1) + (a + b + Real(2)) * (x - 1) / 2;
   if (degree <= 1) return degree == 0 ? Complex(1) : first;
   const Complex low = (x - 1) / 2, high = (x + 1) / 2;

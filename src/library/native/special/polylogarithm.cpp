@@ -138,6 +138,8 @@ Complex polylogarithm(const Complex& s, const Complex& z) {
   const bool whole = isMachineInteger(s, order);
   if (whole && order == 0) return z / (Complex(1) - z);
   if (whole && order == 1) return -ln(Complex(1) - z);
+  // Li(-n, z) is an odd function of ln(-z) for an even n.
+  if (whole && order < 0 && order % 2 == 0 && isExactZero(z + 1)) return 0;
   if (sizeOf(z) <= seriesRadius) return powerSum(s, z);
   if (!whole) {
     const Complex value = byHurwitz(s, z);
@@ -173,8 +175,8 @@ bool isRealBranch(std::int64_t k, const Complex& z) {
   return signOf((z * exp(Real(1)) + 1).re) >= 0 && (k == 0 || isNegative(z.re));
 }
 
-// Where Newton's iteration begins.
-Point firstGuess(std::int64_t k, const Complex& z) {
+// A first approximation from the series that is near.
+Point roughGuess(std::int64_t k, const Complex& z) {
   const Real e = exp(Real(1));
   const Complex apart = z * e + 1;
   const Point p = std::sqrt(2.0 * Point(toDouble(apart.re), toDouble(apart.im)));
@@ -204,6 +206,32 @@ bool isOnBranch(std::int64_t k, const Complex& w, const Complex& z) {
   if (isRealBranch(k, z)) return k == 0 ? toDouble(w.re) > -1.0000001 : toDouble(w.re) < -0.9999999;
   const double turns = toDouble(w.im) + toDouble(argument(w)) - toDouble(argument(z));
   return std::abs(turns / 6.283185307179586 - static_cast<double>(k)) < 0.01;
+}
+
+// Halley's iteration in doubles from w; whether it comes to rest.
+bool refine(Point& w, Point z) {
+  constexpr int mostSteps = 40;
+  for (int step = 0; step < mostSteps; ++step) {
+    const Point e = std::exp(w), f = w * e - z;
+    const Point correction = f / (e * (w + 1.0) - (w + 2.0) * f / (2.0 * w + 2.0));
+    w -= correction;
+    if (!std::isfinite(w.real()) || !std::isfinite(w.imag())) return false;
+    if (std::abs(correction) < 1e-13 * std::abs(w)) return true;
+  }
+  return false;
+}
+
+// Where Newton's iteration begins: on the branch where doubles find it.
+Point firstGuess(std::int64_t k, const Complex& z) {
+  const Point guess = roughGuess(k, z), value(toDouble(z.re), toDouble(z.im));
+  constexpr double smallest = 1e-300, largest = 1e300;
+  if (isRealBranch(k, z) || !(std::abs(value) > smallest && std::abs(value) < largest)) return guess;
+  const Point log = std::log(value) + Point(0, 2 * 3.141592653589793 * static_cast<double>(k));
+  for (Point w : {guess, log - std::log(log), Point(-0.5, isNegative(z.im) ? -1.5 : 1.5)}) {
+    const Complex found = refine(w, value) ? Complex(realOfDouble(w.real()), realOfDouble(w.imag())) : Complex();
+    if (!isExactZero(found) && isOnBranch(k, found, z)) return w;
+  }
+  return guess;
 }
 
 }  // namespace

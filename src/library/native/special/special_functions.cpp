@@ -39,15 +39,21 @@ Complex zetaOf(const Complex* a, int n) {
   if (n == 2 && order == 0) return riemannZeta(a[1]);
   return hurwitzZeta(a[1], n == 2 ? Complex(1) : a[2], order);
 }
+bool isLarge(const Complex& z) { return std::hypot(toDouble(z.re), toDouble(z.im)) > 1e6; }
 Complex betaOf(const Complex* a, int) {
   // Of large numbers the factors leave the range of exponents, which their quotient keeps.
-  constexpr double large = 1e6;
-  if (toDouble(a[0].re) > 1 && toDouble(a[1].re) > 1 && toDouble(a[0].re) + toDouble(a[1].re) > large)
-    return exp(lnGamma(a[0]) + lnGamma(a[1]) - lnGamma(a[0] + a[1]));
+  if ((isLarge(a[0]) || isLarge(a[1])) && !isPole(a[0] + a[1])) {
+    const Complex value = exp(lnGamma(a[0]) + lnGamma(a[1]) - lnGamma(a[0] + a[1]));
+    return isReal(a[0]) && isReal(a[1]) ? Complex(value.re) : value;
+  }
   return gamma(a[0]) * gamma(a[1]) * reciprocalGamma(a[0] + a[1]);
 }
 Complex binomialOf(const Complex* a, int) {
   const Complex rest = a[0] - a[1];
+  if ((isLarge(a[0]) || isLarge(a[1])) && !isPole(a[0] + 1) && !isPole(a[1] + 1) && !isPole(rest + 1)) {
+    const Complex value = exp(lnGamma(a[0] + 1) - lnGamma(a[1] + 1) - lnGamma(rest + 1));
+    return isReal(a[0]) && isReal(a[1]) ? Complex(value.re) : value;
+  }
   return gamma(a[0] + 1) * reciprocalGamma(a[1] + 1) * reciprocalGamma(rest + 1);
 }
 Complex lambertOf(const Complex* a, int n) {
@@ -99,6 +105,12 @@ int ellipticPiPole(const Complex* a, int n) {
   return isOne(a[1] * square(a[0])) ? 1 : 0;
 }
 
+// At -1 a Legendre function of a degree that is no integer is infinite like sin(Pi n) ln(x + 1).
+int legendrePole(const Complex* a, int) {
+  if (!isExactZero(a[1] + 1) || !isReal(a[0]) || isInteger(a[0].re)) return 0;
+  return -signOf(sinPi(a[0]).re);
+}
+
 template <Complex (*f)(const Complex&)>
 Complex unary(const Complex* a, int) {
   return f(a[0]);
@@ -133,10 +145,10 @@ const SpecialFunction functions[] = {
     {"GegenbauerC", 3, 3, [](const Complex* a, int) { return gegenbauerC(a[0], a[1], a[2]); }, nullptr},
     {"HermiteH", 2, 2, binary<hermiteH>, nullptr},
     {"JacobiP", 4, 4, [](const Complex* a, int) { return jacobiP(a[0], a[1], a[2], a[3]); }, nullptr},
-    {"LaguerreL", 2, 3,
-     [](const Complex* a, int n) { return laguerreL(a[0], n == 2 ? Complex(0) : a[1], a[n - 1]); }, nullptr},
+    {"LaguerreL", 2, 3, [](const Complex* a, int n) { return laguerreL(a[0], n == 2 ? Complex(0) : a[1], a[n - 1]); },
+     nullptr},
     {"LambertW", 1, 2, lambertOf, lambertPole},
-    {"LegendreP", 2, 2, binary<legendreP>, nullptr},
+    {"LegendreP", 2, 2, binary<legendreP>, legendrePole},
     {"Li", 1, 1, [](const Complex* a, int) { return isExactZero(a[0]) ? Complex(0) : logarithmicIntegral(a[0]); },
      logarithmicPole},
     {"Psi", 1, 2, psiOf, poleAtEnd},

@@ -23,7 +23,8 @@ constexpr std::int64_t mostTerms = 3000000;
 // What the ratios of all further terms are bounded by: factors (|a| + k)/(b + k), which fall towards 1, and 1/(b + k).
 class RatioBound {
  public:
-  RatioBound(const Complex* a, int p, const Complex* b, int q, const Complex& z) : p_(p), q_(q), z_(upperBound(z)) {
+  RatioBound(const Complex* a, int p, const Complex* b, int q, const Complex& z)
+      : p_(p), q_(q), z_(upperBound(absolute(z))) {
     for (int i = 0; i < p; ++i) upper_[i] = doubleOf(upperBound(a[i]));
     for (int i = 0; i < q; ++i) {
       const double re = toDouble(b[i].re);
@@ -60,6 +61,56 @@ bool isPlain(const Complex& x) {
 }
 Bound relativeError(const Real& x) { return isExact(x) ? Bound() : x.error / lowerBound(x); }
 
+// A parameter m/2^s whose sums with the number of a term are machine numbers.
+struct ShortParameter {
+  std::int64_t m = 0;
+  int s = 0;
+};
+bool isShort(const Real& x, ShortParameter& p) {
+  constexpr int mostPlaces = 8, mostBits = 20;
+  p = {};
+  if (!isExact(x)) return false;
+  if (x.middle.sign == 0) return true;
+  if (x.middle.size > 1 || x.middle.exponent > mostBits || x.middle.exponent < -mostPlaces) return false;
+  // The place of the lowest bit behind the point.
+  p.s = std::max(0, 64 - __builtin_ctzll(x.middle.limbs[0]) - static_cast<int>(x.middle.exponent));
+  if (p.s > mostPlaces) return false;
+  reals::Real scaled = x.middle;
+  scaled.exponent += p.s;
+  p.m = reals::wholeNumber(scaled);
+  return true;
+}
+
+// The factors of a term that are machine numbers, as one quotient times a power of two.
+class ShortFactors {
+ public:
+  ShortFactors(const Complex* a, int p, const Complex* b, int q) : p_(p), q_(q) {
+    all_ = p + q <= most;
+    for (int i = 0; i < p + q && all_; ++i) all_ = isShort(i < p ? a[i].re : b[i - p].re, parameters_[i]);
+    for (int i = 0; i < p + q && all_; ++i) shift_ += i < p ? -parameters_[i].s : parameters_[i].s;
+  }
+  /// Whether term k + 1 over term k is z numerator/denominator 2^shift in machine numbers.
+  bool at(std::int64_t k, std::int64_t& numerator, std::int64_t& denominator) const {
+    if (!all_) return false;
+    numerator = 1, denominator = k + 1;
+    bool fits = true;
+    for (int i = 0; i < p_ + q_ && fits; ++i) {
+      std::int64_t& product = i < p_ ? numerator : denominator;
+      const std::int64_t factor = parameters_[i].m + (k << parameters_[i].s);
+      fits = !__builtin_mul_overflow(product, factor, &product);
+    }
+    return fits && denominator != 0;
+  }
+  std::int64_t shift() const { return shift_; }
+
+ private:
+  static constexpr int most = 8;
+  ShortParameter parameters_[most];
+  int p_, q_;
+  bool all_;
+  std::int64_t shift_ = 0;
+};
+
 // The sum for real numbers, in plain floats: a term is off by the relative errors of all steps before it. Terms that
 // have become small are cut, as far as the sum allows.
 Complex realSum(const Complex* a, int p, const Complex* b, int q, const Real& z) {
@@ -68,6 +119,7 @@ Complex realSum(const Complex* a, int p, const Complex* b, int q, const Real& z)
   for (int i = 0; i < p; ++i) input += relativeError(a[i].re);
   for (int i = 0; i < q; ++i) input += relativeError(b[i].re);
   const RatioBound ratios(a, p, b, q, z);
+  const ShortFactors factors(a, p, b, q);
   const Bound steps = boundOf(4.0 * (p + q) + 8);
   Bound relative, error;
   const Scratch scratch;
@@ -76,10 +128,15 @@ Complex realSum(const Complex* a, int p, const Complex* b, int q, const Real& z)
   for (std::int64_t k = 0; k < mostTerms; ++k) {
     {
       const reals::Precision shorter(static_cast<std::size_t>(limbs));
-      reals::Real numerator = z.middle, denominator(k + 1);
-      for (int i = 0; i < p; ++i) numerator = numerator * (a[i].re.middle + reals::Real(k));
-      for (int i = 0; i < q; ++i) denominator = denominator * (b[i].re.middle + reals::Real(k));
-      term.middle = term.middle * numerator / denominator;
+      if (std::int64_t above, below; factors.at(k, above, below)) {
+        term.middle = reals::dividedBy(reals::times(term.middle * z.middle, above), below);
+        if (term.middle.sign != 0) term.middle.exponent += factors.shift();
+      } else {
+        reals::Real numerator = z.middle, denominator(k + 1);
+        for (int i = 0; i < p; ++i) numerator = numerator * (a[i].re.middle + reals::Real(k));
+        for (int i = 0; i < q; ++i) denominator = denominator * (b[i].re.middle + reals::Real(k));
+        term.middle = term.middle * numerator / denominator;
+      }
     }
     if (term.middle.sign == 0) break;
     relative += input + steps * powerOfTwoBound(3 - 64 * limbs);
@@ -92,7 +149,7 @@ Complex realSum(const Complex* a, int p, const Complex* b, int q, const Real& z)
       scratch.keep(term, sum);
       passLimbWork(static_cast<std::size_t>(32 * limbs * (p + q + 2)));
     }
-    if (top - term.middle.exponent < 64 * full) continue;
+    if (top - term.middle.exponent < workBits()) continue;
     const double ratio = ratios.after(k + 1);
     if (ratio < 0.9999) {
       error += (middleBound(term) * boundOf(1.01)) * boundOf(ratio / (1 - ratio));
@@ -146,6 +203,7 @@ Complex asymptoticSum(const Complex& a1, const Complex& a2, const Complex& w, bo
   const double parameters = 1 + doubleOf(upperBound(a1)) + doubleOf(upperBound(a2));
   Complex term(1), sum(1);
   const Complex inverse = Complex(-1) / w;
+  const Bound small = powerOfTenBound(-workDigits());
   const Scratch scratch;
   for (std::int64_t k = 0; k < mostTerms; ++k) {
     const Complex next = cut(term * (a1 + Real(k)) * (a2 + Real(k)) * inverse / (k + 1), -workLimbs() - 1);
@@ -156,7 +214,7 @@ Complex asymptoticSum(const Complex& a1, const Complex& a2, const Complex& w, bo
     const auto n = static_cast<double>(k + 1);
     const double shape = (2 * std::sqrt(n + 2) + 2 * sigma * n) * std::exp(std::min(3 * sigma * sigma * n, 300.0));
     const bool falls = upperBound(next) < upperBound(term);
-    const bool isSmall = topOf(next) <= 1 - workLimbs();
+    const bool isSmall = upperBound(next) < small;
     if (isSmall || (!falls && n > parameters)) {
       reached = isSmall;
       const Bound left = upperBound(next) * boundOf(factor * shape);

@@ -29,6 +29,8 @@ using special::Real;
 constexpr int mostArguments = 24;
 // Digits that the result is to hold beyond those wanted: the final rounding is half a unit by itself.
 constexpr double surplus = 2.3;
+// Digits beyond those wanted in the first attempt. The limbs hold some twelve more.
+constexpr double guardDigits = 6;
 
 // Below this power of ten no float has a name.
 constexpr double leastExponent = -2.2e9;
@@ -73,17 +75,18 @@ Outcome evaluateOnce(const Task& task, Complex& value, int& sign) {
 
 Outcome evaluate(const Task& task, Complex& value, int& sign) {
   const auto wanted = static_cast<double>(requireDigits());
-  double digits = wanted + 8;
+  double digits = wanted + guardDigits;
   special::hopeless = false;
-  special::exponentRange = 0;
   for (;;) {
+    special::isOverflow = false;
     releaseAllLimbs();
     reals::workingLimbs = reals::limbsForDigits(static_cast<std::int64_t>(digits));
+    special::soughtDigits = digits + guardDigits;
     const Outcome outcome = evaluateOnce(task, value, sign);
     if (outcome != Outcome::value) return outcome;
-    if (special::exponentRange > 0 && special::isInfinite(special::upperBound(value))) return Outcome::overflow;
-    if (special::exponentRange < 0 && special::log10Of(special::upperBound(value)) < leastExponent)
-      return Outcome::underflow;
+    const special::Bound size = special::upperBound(value);
+    if (special::isOverflow && special::isInfinite(size)) return Outcome::overflow;
+    if (size.m != 0 && special::log10Of(size) < leastExponent) return Outcome::underflow;
     if (special::hopeless) return Outcome::none;
     dropVanishing(value.re, value.im, wanted);
     dropVanishing(value.im, value.re, wanted);

@@ -88,6 +88,7 @@ Jet tail(const Complex& s, const Complex& base, std::int64_t n) {
   const double turn = std::abs(toDouble(s.im) * std::atan2(toDouble(base.im), toDouble(base.re)));
   const auto guess = static_cast<std::int64_t>(0.5 * workDigits()) + 10;
   const double logs = std::log(size) + 3;
+  const Bound small = powerOfTenBound(-workDigits() - 3);
   Bound before = infiniteBound();
   for (std::int64_t k = 1;; ++k) {
     Bound largest;
@@ -106,7 +107,7 @@ Jet tail(const Complex& s, const Complex& base, std::int64_t n) {
     const double strength =
         sigma + 2 * order > 1 ? 8 * (1 + (doubleOf(upperBound(s)) + 2 * order) / (sigma + 2 * order - 1)) : 0;
     const Bound left = largest * boundOf(strength * logPower * std::exp(std::min(turn, 600.0)));
-    if (strength != 0 && (left.m == 0 || left.e < -workLimbs() - 1 || !(largest < before) || k > 20 * guess)) {
+    if (strength != 0 && (left.m == 0 || left < small || !(largest < before) || k > 20 * guess)) {
       for (std::int64_t i = 0; i <= n; ++i) sum.c[i] = widened(sum.c[i], left);
       return sum;
     }
