@@ -144,7 +144,7 @@ TagSet tagsOfTerms(DAG x) {
 
 // The sum whose term `i` has the value `value` and whose terms before were small integers, in all `small`. Numeric
 // terms are folded while they come first; from the first other term on, the rest is a SUM.
-[[gnu::noinline]] DAG evalSumOfNumbers(DAG x, Word i, std::int64_t small, DAG value, std::uint64_t since) {
+[[gnu::always_inline]] inline DAG evalSumOfNumbers(DAG x, Word i, std::int64_t small, DAG value, std::uint64_t since) {
   const Word n = lengthOf(x);
   DAG folded;
   for (;;) {
