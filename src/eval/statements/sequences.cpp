@@ -7,6 +7,7 @@
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/evaluate/known_values.h"
+#include "eval/evaluate/operand.h"
 #include "eval/simplify/simplify.h"
 #include "eval/simplify/simplify_cases.h"
 #include "eval/statements/assign.h"
@@ -211,7 +212,7 @@ void collectAt(Collector& c, DAG variable, DAG value, DAG expression) {
   // The value needs no barrier here: it is held beside the folded number.
   if (c.ordinary && isUnwatched(variable) && isOpenName(variable) && value != variable) variable[1] = value;
   else assign(variable, value);
-  DAG result = eval(expression);
+  DAG result = evalOperand(expression);
   collect(c, result);
   --evaluationLevel;
   collectInLoop();

@@ -307,11 +307,4 @@ void collectInStatement() {
   frame.currentStatement = running;
 }
 
-void collectInLoop() {
-  // A statement that is still being simplified, before it runs, has no level of its own: the end of a
-  // statement in there would release what it is made of.
-  if (evaluationLevel < 2) return;
-  if (cused > nextgcgen || evaluationLevel + 1 < gene[gcgen]) collectInStatement();
-}
-
 }  // namespace korel

@@ -2,7 +2,9 @@
 // The statement interpreter.
 
 #include "frame/environment.h"
+#include "store/allocator.h"
 #include "store/dag.h"
+#include "store/generations.h"
 
 namespace korel {
 
@@ -23,6 +25,11 @@ void initializeStatements();
 /// Ends an empty statement inside the running one, so that the collector has its turn.
 void collectInStatement();
 /// The same in a long loop when its marks have been passed.
-void collectInLoop();
+inline void collectInLoop() {
+  // A statement that is still being simplified, before it runs, has no level of its own: the end of a
+  // statement in there would release what it is made of.
+  if ((cused > nextgcgen || evaluationLevel + 1 < gene[gcgen]) && evaluationLevel >= 2) [[unlikely]]
+    collectInStatement();
+}
 
 }  // namespace korel
