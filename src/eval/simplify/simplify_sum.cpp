@@ -324,12 +324,11 @@ Word compact(DAG s) {
 }  // namespace
 
 DAG simplSum(DAG s) {
-  constexpr Word termsBetweenLooks = 1024;
   Kinds kinds;
   for (Word i = 0, n = pairCount(s); i < n; ++i) {
-    if (i % termsBetweenLooks == termsBetweenLooks - 1) passWork(termsBetweenLooks * objectSteps);
     Pair& pair = pairsOf(s)[i];
     if (!isSettled(pair.term)) {
+      passWork(objectSteps);
       Pair product;
       if (isTag(pair.term, PROD) && plainProduct(pair.term, product)) {
         pair.term = product.term;
