@@ -89,28 +89,18 @@ VariableOrder chooseOrder(const Layout& layout, const IntegerPolynomial& a, cons
 bool takeCandidate(const ImageProblem& problem, const std::int32_t* exponents, const DAG* coefficients,
                    std::size_t count, IntegerPolynomial& result) {
   Arena& arena = problem.arena;
-  struct Term {
-    Monomial monomial;
-    DAG coefficient;
-  };
-  auto* terms = arena.make<Term>(count);
-  IntegerPolynomial candidate;
+  auto* terms = arena.make<IntegerTerm>(count);
+  std::size_t used = 0;
   for (std::size_t i = 0; i < count; ++i) {
     if (coefficients[i] == cons0) continue;
     Monomial monomial = 0;
     for (int k = 0; k < problem.order.count; ++k)
       monomial |= static_cast<Monomial>(exponents[i * problem.order.count + k])
                   << problem.layout.variables[problem.order.variables[k]].shift;
-    terms[candidate.count++] = {monomial, coefficients[i]};
+    terms[used++] = {monomial, coefficients[i]};
   }
-  if (candidate.count == 0) return false;
-  std::sort(terms, terms + candidate.count, [](const Term& x, const Term& y) { return x.monomial > y.monomial; });
-  candidate.monomials = arena.make<Monomial>(candidate.count);
-  candidate.coefficients = arena.make<DAG>(candidate.count);
-  for (std::size_t i = 0; i < candidate.count; ++i) {
-    candidate.monomials[i] = terms[i].monomial;
-    candidate.coefficients[i] = terms[i].coefficient;
-  }
+  if (used == 0) return false;
+  IntegerPolynomial candidate = fromTerms(arena, terms, used);
   arena.free(terms);
   makePrimitive(candidate);
   // With a number for the divisor of the leading coefficients nothing is too much.

@@ -15,25 +15,26 @@
 
 namespace korel::engine {
 
-IntegerPolynomial packIntegers(Arena& arena, const Layout& layout, const Operand& operand) {
-  struct Term {
-    Monomial monomial;
-    DAG coefficient;
-  };
-  auto* terms = arena.make<Term>(operand.terms);
-  for (std::size_t i = 0; i < operand.terms; ++i) {
-    passWork(objectSteps);
-    terms[i] = {monomialOfTerm(layout, operand, i), integerOfTerm(operand, i)};
-  }
-  std::sort(terms, terms + operand.terms, [](const Term& a, const Term& b) { return a.monomial > b.monomial; });
+IntegerPolynomial fromTerms(Arena& arena, IntegerTerm* terms, std::size_t count) {
+  std::sort(terms, terms + count, [](const IntegerTerm& a, const IntegerTerm& b) { return a.monomial > b.monomial; });
   IntegerPolynomial p;
-  p.count = operand.terms;
+  p.count = count;
   p.monomials = arena.make<Monomial>(p.count);
   p.coefficients = arena.make<DAG>(p.count);
   for (std::size_t i = 0; i < p.count; ++i) {
     p.monomials[i] = terms[i].monomial;
     p.coefficients[i] = terms[i].coefficient;
   }
+  return p;
+}
+
+IntegerPolynomial packIntegers(Arena& arena, const Layout& layout, const Operand& operand) {
+  auto* terms = arena.make<IntegerTerm>(operand.terms);
+  for (std::size_t i = 0; i < operand.terms; ++i) {
+    passWork(objectSteps);
+    terms[i] = {monomialOfTerm(layout, operand, i), integerOfTerm(operand, i)};
+  }
+  const IntegerPolynomial p = fromTerms(arena, terms, operand.terms);
   arena.free(terms);
   return p;
 }

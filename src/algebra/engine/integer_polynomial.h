@@ -18,6 +18,13 @@ struct IntegerPolynomial {
   DAG* coefficients = nullptr;
 };
 
+/// A term that hasn't its place yet.
+struct IntegerTerm {
+  Monomial monomial;
+  DAG coefficient;
+};
+/// The polynomial of `count` terms in any order, each monomial once. The terms are sorted where they stand.
+IntegerPolynomial fromTerms(Arena& arena, IntegerTerm* terms, std::size_t count);
 IntegerPolynomial packIntegers(Arena& arena, const Layout& layout, const Operand& operand);
 /// In limbs, of the width that its coefficients need; no terms when that is more than the widest.
 Polynomial inLimbs(Arena& arena, const IntegerPolynomial& p);
