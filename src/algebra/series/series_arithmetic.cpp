@@ -361,6 +361,8 @@ DAG rationalQuotient(DAG variable, const Terms& a, const Terms& b, std::int32_t 
   return simpl(quotient.finish());
 }
 
+std::int64_t wordsOf(DAG x) { return isImmediate(x) ? 1 : lengthOf(x); }
+
 DAG generalQuotient(DAG variable, DAG a, DAG b, std::int32_t d) {
   const std::int32_t v = seriesPairs(b)[0].exponent;
   const std::int64_t degree = std::int64_t{d} + v;
@@ -369,8 +371,8 @@ DAG generalQuotient(DAG variable, DAG a, DAG b, std::int32_t d) {
   SeriesBuilder quotient(variable, 16);
   DAG remainder = a;
   while (seriesPairCount(remainder) != 0) {
-    passWork(objectSteps);
     const SeriesPair lead = seriesPairs(remainder)[0];
+    passWork(objectSteps + 16 * wordsOf(lead.coefficient) * std::int64_t{seriesPairCount(b)});
     const std::int64_t e = std::int64_t{lead.exponent} - v;
     if (lead.coefficient == order1 || e > d) break;
     DAG q = productOfCoefficients(lead.coefficient, inverse);
@@ -401,8 +403,8 @@ DAG divpol(DAG a, DAG b, std::int32_t d) {
   if (seriesPairCount(a) == 0) return simpl(zeroSeries(variableOf(a)));
   if (ta.count == 0) return simpl(orderTerm(variableOf(a), ta.orderAt - tb[0].exponent));
   const std::int64_t places = std::int64_t{d} + tb[0].exponent - ta[0].exponent;
-  const std::int64_t span = std::max<std::int64_t>(1000, 4 * (std::int64_t{ta.count} + tb.count));
-  if (places < 64 * span && hasDefaultTests() && areRational(ta) && areRational(tb))
+  constexpr std::int64_t mostPlaces = 1 << 22;
+  if (places < mostPlaces && hasDefaultTests() && areRational(ta) && areRational(tb))
     return rationalQuotient(variableOf(a), ta, tb, d);
   return generalQuotient(variableOf(a), a, b, d);
 }
