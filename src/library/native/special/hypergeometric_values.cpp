@@ -314,6 +314,7 @@ Complex turnOf(const Complex& x) {
 
 Complex legendreP(const Complex& n, const Complex& x) {
   std::int64_t degree;
+  if (isDegree(-n - 1, degree)) return legendreP(-n - 1, x);
   if (!isDegree(n, degree)) {
     // The same function for -n - 1.
     const bool isLeft = toDouble(n.re) < -0.5;
@@ -335,6 +336,7 @@ Complex legendreP(const Complex& n, const Complex& x) {
 
 Complex chebyshevT(const Complex& n, const Complex& x) {
   std::int64_t degree;
+  if (isDegree(-n, degree) && degree > 0) return chebyshevT(-n, x);
   if (!isDegree(n, degree)) return atHalf(-n, n, Complex(Real(1) / 2), x);
   if (degree > smallDegree) {
     const Complex w = integerPower(turnOf(x), degree), value = (w + Complex(1) / w) / 2;
@@ -346,6 +348,8 @@ Complex chebyshevT(const Complex& n, const Complex& x) {
 
 Complex chebyshevU(const Complex& n, const Complex& x) {
   std::int64_t degree;
+  if (isDegree(-n - 2, degree)) return -chebyshevU(-n - 2, x);
+  if (isExactZero(n + 1)) return 0;
   if (!isDegree(n, degree)) return (n + 1) * atHalf(-n, n + Real(2), Complex(Real(3) / 2), x);
   if (isExactZero((x - 1) * (x + 1))) return isNegative(x.re) && degree % 2 == 1 ? -(n + 1) : n + 1;
   if (degree > smallDegree) {
