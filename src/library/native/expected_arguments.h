@@ -1,5 +1,6 @@
 #pragma once
-// What functions of numbers expect: how many arguments, and of which kind. The errors name the function that was called.
+// What functions of numbers expect: how many arguments, and of which kind. The errors name the function that was
+// called.
 
 #include "frame/builtin_call.h"
 #include "store/dag.h"
