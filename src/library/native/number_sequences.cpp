@@ -115,8 +115,8 @@ DAG native::bernoulliNumerator(const BuiltinCall& call) {
   return nearestInteger(twice, n, n, 1, principal, sizeOfQuotient(n, n, 1) + bitsOf(twice));
 }
 
-// eulernumber/magnitude(n): that of eulernumber(n) for an even n: 2*n!*L(n + 1)/(Pi/2)^(n + 1), with the character 1 and
-// -1 of primes that are 1 and 3 modulo 4.
+// eulernumber/magnitude(n): that of eulernumber(n) for an even n: 2*n!*L(n + 1)/(Pi/2)^(n + 1), with the character 1
+// and -1 of primes that are 1 and 3 modulo 4.
 DAG native::eulernumberMagnitude(const BuiltinCall& call) {
   const std::int64_t n = indexArgument(call, 1, largestIndex);
   if (n % 2 != 0) wrongParameters(call);
@@ -150,7 +150,7 @@ void selbergTerms(std::int64_t k, std::int64_t n, Use use) {
   }
 }
 
-/// The k-th term, (cosh c - sinh c / c) times Selberg's sum, where c = Pi sqrt(24 n - 1) / (6 k); root is sqrt(24 n - 1).
+/// The k-th term, (cosh c - sinh c / c) times Selberg's sum, where c = Pi root / (6 k); root is sqrt(24 n - 1).
 double shortTerm(std::int64_t k, std::int64_t n, double root) {
   constexpr double pi = 3.14159265358979323846;
   const double c = pi * root / (6 * static_cast<double>(k));
