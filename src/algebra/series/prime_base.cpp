@@ -113,6 +113,11 @@ void PrimeBase::multiply(SmoothNumber& x, std::int32_t number) const {
     }
 }
 
+void PrimeBase::divide(SmoothNumber& x, const SmoothNumber& divisor) const {
+  for (int i = 0; i < divisor.used; ++i) x.exponents[i] -= divisor.exponents[i];
+  x.trim();
+}
+
 bool PrimeBase::factor(DAG number, SmoothNumber& x) const {
   const std::size_t n = groupCount(number);
   if (n == 1) {

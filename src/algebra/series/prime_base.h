@@ -40,6 +40,8 @@ class PrimeBase {
   /// Multiplies by `more`, or by a natural number up to the bound.
   void multiply(SmoothNumber& x, const SmoothNumber& more) const;
   void multiply(SmoothNumber& x, std::int32_t number) const;
+  /// Divides by a divisor.
+  void divide(SmoothNumber& x, const SmoothNumber& divisor) const;
   /// Sets `x` to a natural number in either form; false when that has other primes.
   bool factor(DAG number, SmoothNumber& x) const;
 

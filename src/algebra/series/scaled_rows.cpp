@@ -115,17 +115,24 @@ DAG reducedQuotient(const PrimeBase& base, ScaledNumber& sum, const SmoothNumber
   return below == cons1 ? numerator : simpl(new3(RATIONAL, numerator, below));
 }
 
+DAG productCoefficient(const PrimeBase& base, ScaledNumber& sum, const SmoothNumber& below, const SmoothNumber& above,
+                       SmoothNumber& left) {
+  base.forEachFactor(above, [&](Group factor) {
+    divideGroupsBy(sum.groups, sum.groups, sum.count, factor);
+    sum.count = significantGroups(sum.groups, sum.count);
+  });
+  return reducedQuotient(base, sum, below, left);
+}
+
 bool FixedRow::finish() {
   denominator_ = base_.one();
-  auto* denominators = arena_.makeZero<SmoothNumber>(count_);
+  denominators_ = arena_.makeZero<SmoothNumber>(count_);
   for (std::size_t i = 0; i < count_; ++i) {
     if (isInteger(values_[i])) continue;
     passWork(base_.count());
-    SmoothNumber& own = denominators[i] = base_.one();
+    SmoothNumber& own = denominators_[i] = base_.one();
     if (!base_.factor(values_[i][2], own)) return false;
-    for (int p = 0; p < own.used; ++p)
-      denominator_.exponents[p] = std::max(denominator_.exponents[p], own.exponents[p]);
-    denominator_.used = std::max(denominator_.used, own.used);
+    joinDenominator(denominator_, i);
   }
   const std::size_t factors = base_.groupsOf(denominator_);
   SmoothNumber missing = base_.one();
@@ -140,12 +147,18 @@ bool FixedRow::finish() {
     passWork(static_cast<std::int64_t>(x.room) * static_cast<std::int64_t>(factors + 1));
     packInteger(numerator, x.groups);
     base_.assign(missing, denominator_);
-    for (int p = 0; p < denominators[i].used; ++p) missing.exponents[p] -= denominators[i].exponents[p];
+    base_.divide(missing, denominators_[i]);
     base_.forEachFactor(missing, [&](Group factor) {
       if (Group top = scaleGroups(x.groups, x.groups, x.count, factor); top != 0) x.groups[x.count++] = top;
     });
   }
   return true;
+}
+
+void FixedRow::joinDenominator(SmoothNumber& x, std::size_t i) const {
+  const SmoothNumber& own = denominators_[i];
+  for (int p = 0; p < own.used; ++p) x.exponents[p] = std::max(x.exponents[p], own.exponents[p]);
+  x.used = std::max(x.used, own.used);
 }
 
 GrowingRow::GrowingRow(engine::Arena& arena, const PrimeBase& base, std::size_t count)
@@ -222,7 +235,7 @@ DAG GrowingRow::append(ScaledNumber sum, const SmoothNumber& denominator) {
   });
   put(sum.groups, sum.count, sum.negative);
   base_.assign(grown_, denominator_);
-  for (int i = 0; i < left_.used; ++i) grown_.exponents[i] -= left_.exponents[i];
+  base_.divide(grown_, left_);
   base_.forEachFactor(grown_, [&](Group factor) { scale(numbers_[used_ - 1], factor); });
   return value;
 }

@@ -57,11 +57,14 @@ class FixedRow {
   const ScaledNumber* numbers() const { return numbers_; }
   std::size_t count() const { return count_; }
   const SmoothNumber& denominator() const { return denominator_; }
+  /// Makes `x` the common multiple of it and the own denominator of coefficient i.
+  void joinDenominator(SmoothNumber& x, std::size_t i) const;
 
  private:
   engine::Arena& arena_;
   const PrimeBase& base_;
   DAG* values_;
+  SmoothNumber* denominators_ = nullptr;  // of each coefficient by itself
   ScaledNumber* numbers_;
   std::size_t count_ = 0;
   SmoothNumber denominator_{};
@@ -98,6 +101,12 @@ class GrowingRow {
 
 /// `sum` divided by `denominator`, simplified. `sum` becomes the numerator in lowest terms, `left` the denominator.
 DAG reducedQuotient(const PrimeBase& base, ScaledNumber& sum, const SmoothNumber& denominator, SmoothNumber& left);
+
+/// The coefficient x^k of a product of two rows, whose numerator is `sum`; simplified. `below` and `above` are common
+/// multiples of the denominators of the first k + 1 coefficients of both rows and what the product of the rows'
+/// denominators has more: `sum` is a multiple of the latter.
+DAG productCoefficient(const PrimeBase& base, ScaledNumber& sum, const SmoothNumber& below, const SmoothNumber& above,
+                       SmoothNumber& left);
 
 /// The lowest `count` coefficients of the product of two polynomials, whose coefficients are given from the lowest on.
 ScaledNumber* lowProduct(engine::Arena& arena, const ScaledNumber* a, std::size_t na, const ScaledNumber* b,

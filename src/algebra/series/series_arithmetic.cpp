@@ -156,13 +156,19 @@ bool scaledProduct(ProductTerms& terms, const Terms& a, const Terms& b, std::int
   if (a.series != b.series && !rb.finish()) return false;
   const auto count = static_cast<std::size_t>(stop - first);
   ScaledNumber* product = lowProduct(arena, ra.numbers(), ra.count(), rb.numbers(), rb.count(), count);
-  SmoothNumber below = base.one(), left = base.one();
-  base.assign(below, ra.denominator());
-  base.multiply(below, rb.denominator());
+  SmoothNumber ofA = base.one(), ofB = base.one(), below = base.one(), above = base.one(), left = base.one();
   std::size_t k = 0;
-  for (; k < count && first + static_cast<std::int64_t>(k) <= terms.degree; ++k)
-    if (product[k].count != 0)
-      terms.take(reducedQuotient(base, product[k], below, left), first + static_cast<std::int64_t>(k));
+  for (; k < count && first + static_cast<std::int64_t>(k) <= terms.degree; ++k) {
+    if (k < ra.count()) ra.joinDenominator(ofA, k);
+    if (k < rb.count()) rb.joinDenominator(ofB, k);
+    if (product[k].count == 0) continue;
+    base.assign(below, ofA);
+    base.multiply(below, ofB);
+    base.assign(above, ra.denominator());
+    base.multiply(above, rb.denominator());
+    base.divide(above, below);
+    terms.take(productCoefficient(base, product[k], below, above, left), first + static_cast<std::int64_t>(k));
+  }
   for (; k < count; ++k)
     if (product[k].count != 0) return !terms.take(cons1, first + static_cast<std::int64_t>(k));
   return stop == end;
