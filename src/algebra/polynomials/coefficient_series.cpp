@@ -25,7 +25,8 @@ std::int64_t firstEstimate(DAG p, DAG x, std::int64_t n) {
   return k;
 }
 
-// The order term hides the coefficient of x^n. It may stand below the degree that was asked for: a pole takes terms away.
+// The order term hides the coefficient of x^n. It may stand below the degree that was asked for, since a pole takes
+// terms away.
 bool isTooShort(DAG series, std::int64_t n) {
   const Word length = lengthOf(series);
   return length > 2 && series[length - 2] == order1 && static_cast<std::int32_t>(rawField(series, length - 1)) <= n;
