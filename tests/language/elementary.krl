@@ -71,5 +71,5 @@ diff(sin(x)*exp(x), x), series(sin(x), x, 5), subs(x = Pi, sin(x)), eval(sin(x),
 # Wrong kinds, with one text for all.
 refused := proc(f, x) evalb(op(1, [traperror(f(x))]) = "%1 expects an algebraic expression, but received %2") end proc:
 {seq(refused(f, [1]), f = [sin, arctan, ln, log10, sqrt, signum, csgn, argument, Heaviside, Dirac])};
-{seq(refused(exp, x), x = ["a", {1}, 1 .. 2, u = v, u <= v, u and v, table(), proc(y) y end proc, Array(1 .. 2)])}, {seq(refused(exp, x), x = [u, f(u), u[1], 2])};
+{seq(refused(exp, x), x = ["a", {1}, 1 .. 2, u = v, u <= v, u and v, Array(1 .. 2)]), refused(exp, table()), refused(sin, proc(y) y end proc)}, {seq(refused(exp, x), x = [u, f(u), u[1], 2])};
 traperror(log[[1]](2)), traperror(log[2]([1])), traperror(arctan(1, "a")), traperror(root([1], 2));
