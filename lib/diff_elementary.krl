@@ -137,6 +137,10 @@ end proc:
   description "diff/signum(u, x): the derivative of the sign of u, 0 away from its steps";
   0
 end proc:
+`diff/csgn` := proc(u, x)
+  description "diff/csgn(u, x): the derivative of the half-plane of u, 0 away from the imaginary axis";
+  0
+end proc:
 `diff/floor` := proc(u, x)
   description "diff/floor(u, x): the derivative of the integer below u, 0 away from its steps";
   0

@@ -65,6 +65,28 @@ end proc:
   if inner = 0 then 0 else f(e, range)*g(inner/e, range) end if
 end proc:
 
+# The derivative goes inside; it stays where x is the variable or in the point.
+`diff/limit` := proc(e, point, x)
+  description "diff/limit(e, y = a, x): the derivative of a limit";
+  `diff/aid/limit`('limit', args)
+end proc:
+`diff/Limit` := proc(e, point, x)
+  description "diff/Limit(e, y = a, x): the derivative of a limit that is not evaluated";
+  `diff/aid/limit`('Limit', args)
+end proc:
+`diff/aid/limit` := proc(f, e, point)
+  description "diff/aid/limit(f, e, y = a, ..., x): the derivative of f(e, y = a, ...), a limit";
+  local x;
+  x := args[nargs];
+  if nargs < 4 or has([args[3..nargs - 1]], x) then `diff/aid/staying`('f'(args[2..nargs - 1]), x)
+  else f(diff(e, x), args[3..nargs - 1])
+  end if
+end proc:
+`diff/Diff` := proc(e, y, x)
+  description "diff/Diff(e, y, ..., x): the derivative of a derivative that is not evaluated";
+  'Diff'(args)
+end proc:
+
 # Conditions and values in turn; the value for all else, if any, stands last.
 `diff/piecewise` := proc()
   description "diff/piecewise(c1, v1, c2, v2, ..., x): the derivative of a case distinction, case by case, away from where it changes";

@@ -18,3 +18,7 @@ for form in [k -> x + k, k -> 2*x + 3*k, k -> x + k*y, k -> x^2 + k*x*y + 1, k -
   lprint(evalb(expand(numer(s)*d - denom(s)*n) = 0), gcd(expand(numer(s)), expand(denom(s))), degree(expand(denom(s)), x) = degree(d, x) - degree(g, x))
 end do:
 evalb(normal(add(1/((x + k)*(x + k + 1)), k = 1 .. 40)) = 40/(x + 1)/(x + 41)), normal(add(1/(x + k), k = 1 .. 30) - add(1/(x + k), k = 2 .. 30)), degree(numer(add(k/(x + k), k = 1 .. 60)), x), evalb(normal(add(1.5/(x + k), k = 1 .. 3)) = (4.5*x^2 + 18.0*x + 16.5)/(x + 1)/(x + 2)/(x + 3));
+# Leading coefficients that are complex, and roots of one name as powers of one of them.
+normal((x^2 - y^2)/(I*x + I*y)), normal((2*x + 2*I)/(3*I*x - 3)), normal((x^2 + 2*I*x - 1)/(I*x - 1)^2), normal((I*x^2 + I)/(x + I)/(2*x - 2*I));
+normal((x - 1)/(sqrt(x) - 1)), normal((x^(1/3) - x^(1/6))/x^(1/6)), numer(1/x + 1/sqrt(x)), denom(1/x + 1/sqrt(x)), normal((q0[1] - 4)/(sqrt(q0[1]) - 2)), evalb(normal((x - y)/(sqrt(x) - sqrt(y))) = sqrt(x) + sqrt(y)), normal(1/(sqrt(x + 1) - 1) - 1/(sqrt(x + 1) + 1) - 2/x);
+gcd(-x, -x), gcd(-2*x*y, -4*x), gcd(0, -5*x), gcd(-5, 0), lcm(-2*x, 3*x), gcd(1 - x, 1 - x);

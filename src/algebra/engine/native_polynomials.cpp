@@ -97,10 +97,16 @@ Polynomials polynomialsOf(const BuiltinCall& call, DAG sequence) {
   return {frozen.expression, frozen.thaw};
 }
 
+// A number or a single term without a sign.
+DAG withoutSign(DAG p) {
+  if (isNumeric(p)) return simpl(absalg(p));
+  return isTag(p, SUM) && lengthOf(p) == 3 && consneg(p[2]) ? simpl(NewPROD(consm1, p)) : p;
+}
+
 // Of expanded operands.
 DAG gcdOf(DAG a, DAG b) {
-  if (isZero(a)) return b;
-  if (isZero(b)) return a;
+  if (isZero(a)) return withoutSign(b);
+  if (isZero(b)) return withoutSign(a);
   if (isInteger(a) && isInteger(b)) return simpl(igcd(a, b));
   if (hasfloat(a) || hasfloat(b)) return cons1;
   // Fractions: the primitive parts alone tell.
@@ -114,7 +120,7 @@ DAG gcdOf(DAG a, DAG b) {
     return isInteger(content) ? content : cons1;
   }
   DAG result = engine::gcd(a, b);
-  return result ? result : gcdByRemainders(a, b);
+  return withoutSign(result ? result : gcdByRemainders(a, b));
 }
 
 DAG quotientBy(DAG a, DAG g) {
@@ -164,7 +170,7 @@ DAG native::lcm(const BuiltinCall& call) {
     if (isZero(next)) return cons0;
     result = result == cons1 ? next : exprod(quotientBy(result, gcdOf(result, next)), next);
   }
-  return thaw(isNumeric(result) ? simpl(absalg(result)) : result, p.equations);
+  return thaw(withoutSign(result), p.equations);
 }
 
 }  // namespace korel

@@ -2,6 +2,7 @@
 
 #include "algebra/polynomials/coefficient_series.h"
 #include "algebra/polynomials/degree.h"
+#include "algebra/polynomials/expand.h"
 #include "algebra/polynomials/indeterminates.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
@@ -184,6 +185,12 @@ DAG signOf(DAG p, DAG variables) {
     KernelException("invalid argument for sign, lcoeff or tcoeff");
   }
   return consneg(c) ? consm1 : cons1;
+}
+
+DAG withoutComplexLead(DAG p) {
+  if (!hasid(p, COMPLEX)) return p;
+  DAG lead = lcoeff(p, indetsSequence(p), PolynomialEnd::leading);
+  return isTag(lead, COMPLEX) ? expand(simpl(NewPROD(p, simpl(new3(PROD, lead, consm1))))) : p;
 }
 
 namespace {

@@ -21,6 +21,10 @@ DAG lcoeff(DAG p, DAG variables, PolynomialEnd end, DAG* term = nullptr);
 /// no number. The same error.
 DAG signOf(DAG p, DAG variables);
 
+/// An expanded divisor, as division needs it: over its leading coefficient where that is a COMPLEX, since the division
+/// of coefficients knows integers only.
+DAG withoutComplexLead(DAG p);
+
 /// The coefficients of `p` in the EXPSEQ `variables`, and the products of variables that they belong to: two EXPSEQs
 /// of one length, without zeros. Error: "invalid arguments to coeffs".
 struct CoefficientLists {

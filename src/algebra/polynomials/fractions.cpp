@@ -285,7 +285,7 @@ bool cancelPair(Fraction& fraction, Word above, Word below) {
   DAG f = fraction.numerators[above], g = fraction.denominators[below];
   if (isMonomialBase(f) && isMonomialBase(g)) return false;
   if (isMonomialBase(f) || isMonomialBase(g)) return cancelVariable(fraction, above, below);
-  DAG h = evalsysf("normal/gcd", newSequence({f, g}));
+  DAG h = withoutComplexLead(evalsysf("normal/gcd", newSequence({f, g})));
   DAG f1, g1;
   if (isNumber(h) || !divide(f, h, f1) || !divide(g, h, g1)) return false;
   if (isNegative(g1)) {

@@ -1,5 +1,7 @@
 #include "algebra/polynomials/frontend.h"
 
+#include <numeric>
+
 #include "algebra/float_context.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
@@ -9,6 +11,7 @@
 #include "eval/walk/walk_memory.h"
 #include "frame/environment.h"
 #include "frame/interrupts.h"
+#include "numbers/arithmetic.h"
 #include "store/append.h"
 #include "store/copy_on_change.h"
 #include "store/object_set.h"
@@ -25,6 +28,7 @@ struct Freezing {
   DAG types;           // EXPSEQ of types whose objects are looked into; 0 for sums and products
   DAG kept;            // EXPSEQ of expressions that stay
   DAG (*ofPart)(DAG);  // what parts are taken through first, or null
+  DAG roots;           // EXPSEQ (base, n, base, n, ...): bases of which the n-th root is a part
   ObjectSet& met;      // names given in this walk
   DAG equations;       // EXPSEQ under construction: name = part
 };
@@ -52,6 +56,54 @@ DAG frozenName(Freezing& freezing, DAG part) {
   return name;
 }
 
+// ---- roots: x^(1/2) and x^(1/3) are powers of x^(1/6), and so is x where it stands beside them
+
+Word placeOfRoot(DAG roots, DAG base) {
+  for (Word i = 1; i < lengthOf(roots); i += 2)
+    if (roots[i] == base) return i;
+  return 0;
+}
+
+// The least common denominators of the exponents of each base that has fractional ones.
+void collectRoots(DAG x, DAG& roots) {
+  constexpr std::int64_t most = 1000;
+  if (!isAmong(x, pairTags)) return;
+  checkStack();
+  passWork(objectSteps);
+  for (Word i = 1; i < lengthOf(x); i += 2) {
+    if (isTag(x, SUM) || isInteger(x[i + 1])) {
+      collectRoots(x[i], roots);
+    } else if (isTag(x[i + 1], RATIONAL) && isImmediate(x[i + 1][2])) {
+      const std::int64_t n = immediateValue(x[i + 1][2]);
+      const Word place = placeOfRoot(roots, x[i]);
+      if (place == 0) {
+        if (n <= most) roots = Append3(roots, x[i], immediate(static_cast<std::int32_t>(n)));
+      } else if (const std::int64_t all = std::lcm(n, std::int64_t{immediateValue(roots[place + 1])}); all <= most) {
+        roots[place + 1] = immediate(static_cast<std::int32_t>(all));
+      }
+    }
+  }
+}
+
+// The part whose n-th power is the base.
+DAG rootPart(Freezing& freezing, DAG base, DAG n) {
+  return frozenName(freezing, simpl(new3(PROD, base, simpl(new3(RATIONAL, cons1, n)))));
+}
+
+// A power with the fraction p/q as exponent, as (part, integer) in place of the pair at i.
+void freezeFraction(Freezing& freezing, CopyOnChange& copy, Word i, DAG base, DAG exponent) {
+  DAG n = exponent[2];
+  if (const Word place = placeOfRoot(freezing.roots, base); place != 0) {
+    DAG times = simpl(mul(exponent, freezing.roots[place + 1]));
+    if (isInteger(times)) {
+      n = freezing.roots[place + 1];
+      exponent = times;
+    }
+  }
+  copy.set(i, rootPart(freezing, base, n));
+  copy.set(i + 1, isInteger(exponent) ? exponent : exponent[1]);
+}
+
 DAG freezeIn(Freezing& freezing, DAG x);
 
 // The base of an integer power; the root of which a fractional one is a power.
@@ -62,8 +114,7 @@ DAG freezeProduct(Freezing& freezing, DAG x) {
     if (isInteger(exponent)) {
       copy.set(i, freezeIn(freezing, base));
     } else if (isTag(exponent, RATIONAL)) {
-      copy.set(i, frozenName(freezing, simpl(new3(PROD, base, simpl(new3(RATIONAL, cons1, exponent[2]))))));
-      copy.set(i + 1, exponent[1]);
+      freezeFraction(freezing, copy, i, base, exponent);
     } else {
       copy.set(i, frozenName(freezing, simpl(new3(PROD, base, exponent))));
       copy.set(i + 1, cons1);
@@ -78,6 +129,9 @@ DAG freezeFields(Freezing& freezing, DAG x, Word from, Word step) {
 }
 
 DAG freezeIn(Freezing& freezing, DAG x) {
+  if (isNameOrIndexed(x) && lengthOf(freezing.roots) > 1)
+    if (const Word place = placeOfRoot(freezing.roots, x); place != 0)
+      return simpl(new3(PROD, rootPart(freezing, x, freezing.roots[place + 1]), freezing.roots[place + 1]));
   if (isAmong(x, atoms) || isMember(x, freezing.kept)) return x;
   checkStack();
   passWork(objectSteps);
@@ -97,7 +151,8 @@ DAG freezeIn(Freezing& freezing, DAG x) {
 
 Frozen freezeWith(DAG x, DAG types, DAG kept, DAG (*ofPart)(DAG)) {
   return withWalkMemory<ObjectSet>([&](ObjectSet& met) {
-    Freezing freezing{types, kept, ofPart, met, new1(EXPSEQ)};
+    Freezing freezing{types, kept, ofPart, new1(EXPSEQ), met, new1(EXPSEQ)};
+    if (ofPart != nullptr) collectRoots(x, freezing.roots);
     DAG expression = freezeIn(freezing, x);
     return Frozen{expression, simpl(freezing.equations)};
   });

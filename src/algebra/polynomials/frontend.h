@@ -14,7 +14,7 @@ struct Frozen {
 };
 /// `x` with a name for each part that is no sum, product, integer power, number or name; equal parts have one name.
 /// Of a power with a fraction p/q as exponent the q-th root is the part. With `ofPart` other than null parts are
-/// taken through it first.
+/// taken through it first, and all roots of a name, and itself, become powers of one.
 Frozen freeze(DAG x, DAG (*ofPart)(DAG part) = nullptr);
 /// `x` with the frozen parts in their places.
 DAG thaw(DAG x, DAG equations);
