@@ -3,9 +3,10 @@
 
 `special/float` := proc(f, a::list)
   description "special/float(f, [x, ...]): the float f(x, ...); the call where it has no value";
-  local y, r;
-  y := map(`special/argument`, a);
-  if type(y, list(complex(numeric))) then
+  local y, r, known;
+  known := type(a, list(complex(numeric)));
+  y := `if`(known, a, map(`special/argument`, a));
+  if known or type(y, list(complex(numeric))) then
     r := `kernel/native`("special/value", f, op(y));
     if r <> FAIL then return r end if
   elif has(y, Float(undefined)) then return Float(undefined)

@@ -18,9 +18,6 @@
 namespace korel {
 namespace reals {
 
-namespace {
-
-// A number of an integer row of n limbs.
 Real realOfRow(int sign, const Limb* row, std::size_t n) {
   while (n > 0 && row[n - 1] == 0) --n;
   if (n == 0) return {};
@@ -39,6 +36,8 @@ Real realOfRow(int sign, const Limb* row, std::size_t n) {
   }
   return r;
 }
+
+namespace {
 
 Real realOfInteger(DAG x) {
   if (isImmediate(x)) return Real(static_cast<std::int64_t>(immediateValue(x)));
