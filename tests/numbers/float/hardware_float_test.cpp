@@ -90,7 +90,8 @@ TEST(HardwareFloat, DoublesComeBackWithTheFewestDigits) {
     const double x = k % 3 == 0 ? std::ldexp(static_cast<double>(random() >> 34), static_cast<int>(random() % 8) - 4)
                                 : std::bit_cast<double>(random());
     const auto n = static_cast<std::int64_t>(random()) >> random() % 64;
-    DAG early = k % 2 == 0 ? simpl(HardwareToSoftwareFloat(x)) : DAG(), known = k % 4 < 2 ? simpl(NewInteger(n)) : DAG();
+    DAG early = k % 2 == 0 ? simpl(HardwareToSoftwareFloat(x)) : DAG(),
+        known = k % 4 < 2 ? simpl(NewInteger(n)) : DAG();
     DAG f = floatOfDouble(x), m = uniqueInteger(n);
     ASSERT_EQ(f, simpl(HardwareToSoftwareFloat(x))) << text(f);
     ASSERT_EQ(m, simpl(NewInteger(n))) << n;
