@@ -43,11 +43,12 @@ b16 := d('b16', c::integer[2], RETURN::integer[2]): b16(32767); b16(-32769); b16
 greet := d('greet', b::REF(string[40]), n::string[], RETURN::string[]):
 greet('buf', "you"), buf;
 nothing := d('nothing', RETURN::string[]): [nothing()];
-spoil := d('spoil', s::string[], RETURN::string[]): spoil("abc"), "abc";
+spoil := d('spoil', s::string[], RETURN::string[]): spoil("abc"), "abc"; seq(length(spoil(cat("a" $ k))), k = 254..257), spoil(cat("a" $ 300))[1..3];
 apply := d('apply', f::PROC(x::integer[4], RETURN::integer[4]), x::integer[4], RETURN::integer[4]):
 apply(x -> x^2, 5);
 apply(x -> apply(y -> y+x, 10), 5);
 apply(x -> x/0, 5);
+try timelimit(0.1, apply(proc(x) do end do end proc, 1)) catch: lasterror end try; times := kernelopts(gctimes): gc(): evalb(kernelopts(gctimes) > times), apply(x -> x, 1);
 apply(x -> "s", 5);
 apply(proc(x) try apply(y->y/0, 1) catch: 3 end try end proc, 5);
 applyn := d('applyn', f::PROC(n::integer[4], a::ARRAY(1..n,float[8]), RETURN::integer[4]), n::integer[4], a::ARRAY(1..n,float[8]), RETURN::integer[4]):

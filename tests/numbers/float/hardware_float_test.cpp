@@ -12,6 +12,7 @@
 #include <random>
 #include <string>
 
+#include "eval/simplify/simplify.h"
 #include "kernel_fixture.h"
 #include "numbers/float/float.h"
 #include "numbers/float/hardware_float.h"
@@ -84,6 +85,18 @@ TEST(HardwareFloat, DoublesComeBackWithTheFewestDigits) {
       };
       ASSERT_EQ(digitCount(given), digitCount(expected)) << given << ' ' << expected;
     }
+  // The object that is looked for without a fresh one is that of the simplifier, whichever of both comes first.
+  for (int k = 0; k < 3000; ++k) {
+    const double x = k % 3 == 0 ? std::ldexp(static_cast<double>(random() >> 34), static_cast<int>(random() % 8) - 4)
+                                : std::bit_cast<double>(random());
+    const auto n = static_cast<std::int64_t>(random()) >> random() % 64;
+    DAG early = k % 2 == 0 ? simpl(HardwareToSoftwareFloat(x)) : DAG(),
+        known = k % 4 < 2 ? simpl(NewInteger(n)) : DAG();
+    DAG f = floatOfDouble(x), m = uniqueInteger(n);
+    ASSERT_EQ(f, simpl(HardwareToSoftwareFloat(x))) << text(f);
+    ASSERT_EQ(m, simpl(NewInteger(n))) << n;
+    ASSERT_TRUE((!early || early == f) && (!known || known == m)) << text(f) << ' ' << n;
+  }
   const struct {
     double x;
     const char* text;
