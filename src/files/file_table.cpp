@@ -257,15 +257,13 @@ FileRecord& fileNumbered(DAG number) {
   return fileTable[immediateValue(number)];
 }
 
+// The record that was found last, which has no name when it is free: a program that reads or writes line by line names
+// the same file again.
+FileRecord* lastFound = fileTable;
+
 FileRecord& fileFor(DAG x, FileUse use) {
   if (isInteger(x)) return fileNumbered(x);
-  // A program that reads or writes line by line names the same file again.
-  static int last = 0;
-  if (isInUse(fileTable[last]) && fileTable[last].name == x) return fileTable[last];
-  if (FileRecord* file = fileNamed(textOf(x))) {
-    last = slotOf(*file);
-    return *file;
-  }
+  if (FileRecord* file = fileNamed(textOf(x))) return *(lastFound = file);
   if (use == FileUse::open) userror("file descriptor not in use");
   return OpenFile(x, {.reads = use == FileUse::reading, .text = true}, FileKind::stream);
 }
@@ -275,8 +273,9 @@ FileRecord& fileFor(DAG x, FileUse use) {
 FileRecord& lookUpFile(DAG arguments, Word position, FileUse use) {
   if (position >= lengthOf(arguments)) userror("file name or descriptor required");
   DAG x = arguments[position];
-  if (!isInteger(x) && !isText(x)) userror("file name or descriptor required");
-  FileRecord& file = fileFor(x, use);
+  const bool again = lastFound->name == x;
+  if (!again && !isInteger(x) && !isText(x)) userror("file name or descriptor required");
+  FileRecord& file = again ? *lastFound : fileFor(x, use);
   if (use == FileUse::writing && file.reads && file.kind != FileKind::direct)
     userror("file or pipe already open in READ mode");
   return file;

@@ -37,24 +37,52 @@ Word& linkOf(Word block) { return wordAt(block); }
 // Chunks keep their size as a plain number, which may be more than an object can have.
 Word& chunkSize(Word chunk) { return wordAt(chunk + 4); }
 
-constexpr int classOf(Word n) { return n < 19 ? 12 : n < 35 ? 13 : n < 141 ? 14 : 15; }
+constexpr Word firstLastClassSize = 141;
+constexpr int classOf(Word n) { return n < 19 ? 12 : n < 35 ? 13 : n < firstLastClassSize ? 14 : lastClass; }
 
 // A list of thousands of blocks that are all a little too small would be walked at every request; what
 // fits stands near the head, or a larger block does as well.
 constexpr int mostProbes = 8;
 
+// The last search of a class that found nothing near the head: while no block comes in, neither the same size is found
+// nor one above the largest block. Zeros: none such (bench/files.sh, lines of a file).
+struct VainSearch {
+  Word wanted, largest;
+};
+VainSearch vainSearch[freeListCount];
+inline bool isVain(int c, Word n) {
+  const VainSearch& last = vainSearch[c];
+  return last.wanted != 0 && (n == last.wanted || n > last.largest);
+}
+
 // First block of class `c` that fits `n` exactly or can be split, unlinked; 0 for none near the head.
 Word takeFromClass(int c, Word n) {
   Word* link = &freelist[c];
   int probes = c == lastClass ? -1 : mostProbes;
+  Word largest = 0;
   for (Word block = *link; block != 0 && probes-- != 0; link = &linkOf(block), block = *link) {
     Word size = freeSize(block);
     if (size > n + 2 || size == n) {
       *link = linkOf(block);
       return block;
     }
+    largest = std::max(largest, size);
   }
+  vainSearch[c] = {n, largest};
   return 0;
+}
+
+// The same of the last class, with all but `n` words given back, when what is left would be the head again; 0 when not.
+Word cutFromHead(Word n) {
+  Word& head = freelist[lastClass];
+  const Word block = head;
+  if (block == 0 || n < firstClassSize || freeSize(block) < n + firstLastClassSize) return 0;
+  const Word rest = freeSize(block) - n, next = linkOf(block);
+  if (next != 0 && freeSize(next) < rest) return 0;
+  head = block + 4 * n;
+  linkOf(head) = next;
+  setFreeSize(head, rest);
+  return block;
 }
 
 // Cuts `n` words from the front of `block`, whose size is at least n + 3. A small size also stocks its
@@ -143,7 +171,12 @@ Word getLargeSpace(Word n) {
     KernelException("object too large");
   }
   Word block = 0;
-  for (int c = classOf(n); c <= lastClass && block == 0; ++c) block = takeFromClass(c, n);
+  for (int c = classOf(n); c < lastClass && block == 0; ++c)
+    if (!isVain(c, n)) block = takeFromClass(c, n);
+  if (block == 0) {
+    if (const Word cut = cutFromHead(n)) return cut;
+    block = takeFromClass(lastClass, n);
+  }
   if (block == 0) block = newChunk(n);
   if (block == 0) {
     if (foreignDAG) return 0;
@@ -173,6 +206,7 @@ void releaseOther(Word block, std::int64_t n) {
   auto size = static_cast<Word>(n);
   setFreeSize(block, size);
   Word& head = freelist[classOf(size)];
+  vainSearch[classOf(size)] = {};
   // The head is the smallest of what has lately come in: a search that fits it ends at once.
   if (head != 0 && freeSize(head) < size) {
     linkOf(block) = linkOf(head);

@@ -77,7 +77,7 @@ bool samePairs(DAG a, DAG b) {
 
 // Strings come by the million, and nobody walks their table while it takes one more. Long chains are read line
 // by line; more buckets would cost each collection.
-DAG newTextIn(DAG table, DAG text) {
+inline DAG newTextIn(DAG table, DAG text) {
   constexpr Word stringsPerBucket = 32;
   if (table == strtab && isCrowded(strtab, ++strtabCount, stringsPerBucket)) [[unlikely]]
     strtab = widenedhashtab(strtab, 4 * (lengthOf(strtab) - 1));

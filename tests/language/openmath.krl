@@ -12,3 +12,6 @@ parseopenmath("abc"); parseopenmath(""); parseopenmath("<?xml"); parseopenmath("
 writeopenmath("x.om", sin(x)/x); readtext("x.om"); readopenmath("x.om"); removefile("x.om"); readopenmath("x.om");
 # What is written is XML: a program that knows nothing of us says so.
 proc() local f, e; for e in [f(x, "a<b", 'c'), {x^2, [1/2, "\"&'"]}, x -> x + 1] do writeopenmath("x.om", e); if ssystem("xmllint --noout x.om 2>&1 || ! command -v xmllint >/dev/null") <> 0 then printf("%a\n", e) end if end do; removefile("x.om") end proc();
+# Elements that others refer to, each translated once; floats by their bits.
+parseopenmath("<OMOBJ><OMA><OMS cd='arith1' name='plus'/><OMR href='#a'/><OMA id='a'><OMV name='phi'/><OMF id='b' hex='3FF8000000000000'/></OMA><OMR href='#b'/></OMA></OMOBJ>"); parseopenmath("<OMOBJ><OMA id='x'><OMV name='f'/><OMR href='#x'/></OMA></OMOBJ>"); parseopenmath("<OMOBJ><OMR href='#y'/></OMOBJ>"); parseopenmath("<OMR href='http://x'/>"); parseopenmath("<OMF hex='3ff80000000000001'/>");
+parseopenmath(cat("<OMOBJ><OMA><OMS cd='list1' name='list'/><OMI id='t0'>7</OMI>", seq(sprintf("<OMA id='t%d'><OMS cd='list1' name='list'/><OMR href='#t%d'/><OMR href='#t%d'/></OMA>", k, k - 1, k - 1), k = 1..60), "</OMA></OMOBJ>")): nops(%), %[2];

@@ -208,6 +208,29 @@ Polynomial multiply(Arena& arena, const Layout& layout, const Polynomial& a, con
   });
 }
 
+Polynomial sum(Arena& arena, const Polynomial& a, const Polynomial& b) {
+  Polynomial result;
+  result.width = a.width;
+  result.monomials = arena.make<Monomial>(a.count + b.count);
+  result.coefficients = arena.make<Limb>((a.count + b.count) * a.width);
+  passWork(static_cast<std::int64_t>(a.count + b.count));
+  std::size_t i = 0, j = 0;
+  withWidth(a.width, [&](auto w) {
+    while (i < a.count || j < b.count) {
+      const bool fromA = i < a.count && (j == b.count || a.monomials[i] >= b.monomials[j]);
+      const bool fromB = j < b.count && (i == a.count || b.monomials[j] >= a.monomials[i]);
+      Limb* to = result.coefficients + result.count * w;
+      result.monomials[result.count] = fromA ? a.monomials[i] : b.monomials[j];
+      std::copy_n(fromA ? a.coefficient(i) : b.coefficient(j), w, to);
+      if (fromA && fromB) add<w>(to, b.coefficient(j));
+      i += fromA;
+      j += fromB;
+      result.count += !isZero<w>(to);
+    }
+  });
+  return result;
+}
+
 double bitsOfNorm(const Polynomial& p) {
   // Lengths by themselves would count a sum of ones as twice as long.
   double sum = 0;

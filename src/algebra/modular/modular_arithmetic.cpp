@@ -7,6 +7,7 @@
 #include "frame/interrupts.h"
 #include "numbers/arithmetic.h"
 #include "numbers/integer/integer_functions.h"
+#include "numbers/primes/montgomery.h"
 #include "store/objects.h"
 
 namespace korel {
@@ -194,6 +195,18 @@ DAG mInverse(DAG a, DAG m) {
   return simpl(ring.integer(r));
 }
 
+namespace {
+
+/// a^n modulo an odd m > 1, for 1 < a < m and n > 0; 0 when stopped.
+DAG powerModuloOdd(DAG a, DAG n, DAG m) {
+  const MontgomeryModulus modulus(naturalOf(m));
+  Natural r;
+  if (!modulus.power(r, modulus.form(naturalOf(a)), naturalOf(n))) return DAG();
+  return simpl(integerOf(modulus.valueOf(r)));
+}
+
+}  // namespace
+
 DAG mpower(DAG a, DAG n, DAG m) {
   m = absalg(m);
   DAG base = simpl(imod(a, m, false));
@@ -206,6 +219,11 @@ DAG mpower(DAG a, DAG n, DAG m) {
   }
   if (base == cons1 || n == cons0) return cons1;
   if (base == cons0) return cons0;
+  if (isodd(m)) {
+    DAG r = powerModuloOdd(base, n, m);
+    if (!r) endOperation();
+    return r;
+  }
   GuardedWorkspace space;
   WideRing ring(m, space);
   auto *factor = ring.take(space, 1), *result = ring.take(space, 1);

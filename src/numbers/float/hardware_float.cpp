@@ -193,7 +193,9 @@ DAG floatOfDouble(double x) {
 void HFloatToIEEEHex(double x, bool upperCase, char* text) {
   std::uint64_t bits;
   std::memcpy(&bits, &x, sizeof bits);
-  std::snprintf(text, ieeeHexLength + 1, upperCase ? "%016llX" : "%016llx", static_cast<unsigned long long>(bits));
+  const char* alphabet = upperCase ? "0123456789ABCDEF" : "0123456789abcdef";
+  for (int i = 0; i < ieeeHexLength; ++i) text[i] = alphabet[bits >> (60 - 4 * i) & 15];
+  text[ieeeHexLength] = 0;
 }
 
 double IEEEHexToHFloat(const char* text) {

@@ -109,6 +109,31 @@ inline Limb subtractScaled(Limb* r, const Limb* a, std::size_t n, Limb f) {
   return borrow;
 }
 
+/// r = a^2, 2n limbs, n > 0: products of different limbs once, doubled, and the squares. r doesn't overlap.
+inline void squareLimbs(Limb* r, const Limb* a, std::size_t n) {
+  if (n == 1) {
+    const DoubleLimb t = DoubleLimb{a[0]} * a[0];
+    r[0] = static_cast<Limb>(t);
+    r[1] = static_cast<Limb>(t >> 64);
+    return;
+  }
+  r[0] = 0;
+  r[n] = scaleLimbs(r + 1, a + 1, n - 1, a[0]);
+  for (std::size_t i = 1; i + 1 < n; ++i) r[n + i] = addScaled(r + 2 * i + 1, a + i + 1, n - i - 1, a[i]);
+  r[2 * n - 1] = 0;
+  Limb carry = 0, top = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const DoubleLimb square = DoubleLimb{a[i]} * a[i];
+    const Limb low = r[2 * i] << 1 | top, high = r[2 * i + 1] << 1 | r[2 * i] >> 63;
+    top = r[2 * i + 1] >> 63;
+    const DoubleLimb first = DoubleLimb{low} + static_cast<Limb>(square) + carry;
+    const DoubleLimb second = DoubleLimb{high} + static_cast<Limb>(square >> 64) + static_cast<Limb>(first >> 64);
+    r[2 * i] = static_cast<Limb>(first);
+    r[2 * i + 1] = static_cast<Limb>(second);
+    carry = static_cast<Limb>(second >> 64);
+  }
+}
+
 // ---- shifts
 
 /// r = a * 2^k and r = a / 2^k for 0 <= k < 64; the first gives what comes out at the top. r may be a.

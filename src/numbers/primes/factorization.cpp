@@ -67,10 +67,9 @@ Answer pMinusOneDivisor(const Natural& n, std::uint32_t bound, Natural& divisor)
   const MontgomeryModulus m(n);
   Natural x(m.limbs()), y;
   m.add(x.data(), m.one().data(), m.one().data());
-  const auto steps = static_cast<std::int64_t>(40 * m.limbs() * m.limbs());
   for (std::uint32_t p : primesBelow(bound)) {
-    x = m.power(x, {boundedPower(p, bound)});
-    if (isTimeUp(steps)) return Answer::stopped;
+    y = x;
+    if (!m.power(x, y, {boundedPower(p, bound)})) return Answer::stopped;
   }
   y = x;
   m.subtract(y.data(), x.data(), m.one().data());
@@ -93,12 +92,13 @@ struct Curve {
   explicit Curve(const MontgomeryModulus& modulus)
       : m(modulus), s(m.limbs()), d(m.limbs()), t(m.limbs()), u(m.limbs()) {}
   void times(Natural& r, const Natural& a, const Natural& b) const { m.multiply(r.data(), a.data(), b.data()); }
+  void square(Natural& r) const { m.square(r.data(), r.data()); }
 
   void doubled(Point& r, const Point& p) {
     m.add(s.data(), p.x.data(), p.z.data());
     m.subtract(d.data(), p.x.data(), p.z.data());
-    times(s, s, s);
-    times(d, d, d);
+    square(s);
+    square(d);
     m.subtract(t.data(), s.data(), d.data());
     times(r.x, s, d);
     times(u, a24, t);
@@ -115,8 +115,8 @@ struct Curve {
     times(d, d, t);
     m.add(t.data(), s.data(), d.data());
     m.subtract(u.data(), s.data(), d.data());
-    times(t, t, t);
-    times(u, u, u);
+    square(t);
+    square(u);
     times(t, t, less.z);
     times(u, u, less.x);
     r.x.swap(t);
@@ -247,12 +247,13 @@ Answer anyDivisor(const Natural& n, Natural& divisor) {
     return Answer::yes;
   }
   const int digits = digitsOf(n);
-  const std::uint32_t first = digits < 46 ? 300 : 2000;
-  Answer answer = pMinusOneDivisor(n, 10 * first, divisor);
-  if (answer != Answer::no) return answer;
+  const std::uint32_t first = digits < 52 ? 300 : 2000;
+  Answer answer = Answer::no;
   Limb sigma = 6;
-  // Numbers that the sieve does in seconds get few curves.
-  const int curves = digits < 35 ? 4 : digits < 50 ? 10 : 30;
+  // What the sieve does in milliseconds gets no other method, and few curves what it does in seconds.
+  const int curves = digits < 42 ? 0 : digits < 52 ? 4 : 30;
+  if (curves > 0) answer = pMinusOneDivisor(n, 10 * first, divisor);
+  if (answer != Answer::no) return answer;
   for (int i = 0; i < curves; ++i) {
     answer = curveDivisor(n, sigma++, first, divisor);
     if (answer != Answer::no) return answer;

@@ -1,8 +1,8 @@
 #pragma once
 // Factorization of natural numbers into primes.
 //
-// By rising cost: trial division, powers, Pollard's rho for one limb, p - 1 and a few elliptic curves for factors to
-// some 20 digits, the quadratic sieve to `largestSieved` digits, elliptic curves without end beyond.
+// By rising cost: trial division, powers, Pollard's rho for one limb, the quadratic sieve to `largestSieved` digits,
+// elliptic curves without end beyond. From some 40 digits on p - 1 and a few curves come before the sieve.
 
 #include <vector>
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "frame/interrupts.h"
+
 namespace korel {
 
 namespace {
@@ -21,7 +23,7 @@ Natural padded(Natural x, std::size_t limbs) {
 }  // namespace
 
 MontgomeryModulus::MontgomeryModulus(const Natural& modulus)
-    : modulus_(modulus), inverse_(-inverseOfLimb(modulus[0])), scratch_(modulus.size() + 2) {
+    : modulus_(modulus), inverse_(-inverseOfLimb(modulus[0])), scratch_(2 * modulus.size() + 2) {
   const std::size_t n = limbs();
   one_ = padded(remainder(shiftedLeft({1}, 64 * n), modulus), n);
   square_ = padded(remainder(shiftedLeft({1}, 128 * n), modulus), n);
@@ -50,6 +52,7 @@ void MontgomeryModulus::reduceOnce(Limb* r, Limb top) const {
 // algorithms", 1996: CIOS).
 void MontgomeryModulus::multiply(Limb* r, const Limb* a, const Limb* b) const {
   const std::size_t n = limbs();
+  if (n == 2) return multiplyTwoLimbs(r, a, b);
   Limb* t = scratch_.data();
   std::fill(t, t + n + 2, 0);
   for (std::size_t i = 0; i < n; ++i) {
@@ -77,28 +80,77 @@ void MontgomeryModulus::multiply(Limb* r, const Limb* a, const Limb* b) const {
   std::copy(t, t + n, r);
 }
 
+// The same for two limbs, all of it in registers: factors of 20 to 38 digits live on it (bench/number_theory.sh).
+void MontgomeryModulus::multiplyTwoLimbs(Limb* r, const Limb* a, const Limb* b) const {
+  const Limb m0 = modulus_[0], m1 = modulus_[1], b0 = b[0], b1 = b[1];
+  Limb t0 = 0, t1 = 0, top = 0;
+  for (const Limb limb : {a[0], a[1]}) {
+    const DoubleLimb low = DoubleLimb{limb} * b0 + t0;
+    const DoubleLimb middle = DoubleLimb{limb} * b1 + t1 + static_cast<Limb>(low >> 64);
+    const DoubleLimb high = DoubleLimb{top} + static_cast<Limb>(middle >> 64);
+    const Limb q = static_cast<Limb>(low) * inverse_;
+    const DoubleLimb gone = DoubleLimb{q} * m0 + static_cast<Limb>(low);
+    const DoubleLimb first = DoubleLimb{q} * m1 + static_cast<Limb>(middle) + static_cast<Limb>(gone >> 64);
+    const DoubleLimb second = high + static_cast<Limb>(first >> 64);
+    t0 = static_cast<Limb>(first);
+    t1 = static_cast<Limb>(second);
+    top = static_cast<Limb>(second >> 64);
+  }
+  r[0] = t0;
+  r[1] = t1;
+  if (top != 0 || t1 > m1 || (t1 == m1 && t0 >= m0)) subtractLimbs(r, r, modulus_.data(), 2);
+}
+
+void MontgomeryModulus::square(Limb* r, const Limb* a) const {
+  const std::size_t n = limbs();
+  if (n <= 2) return multiply(r, a, a);
+  Limb* t = scratch_.data();
+  squareLimbs(t, a, n);
+  Limb carry = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const DoubleLimb s = DoubleLimb{addScaled(t + i, modulus_.data(), n, t[i] * inverse_)} + t[i + n] + carry;
+    t[i + n] = static_cast<Limb>(s);
+    carry = static_cast<Limb>(s >> 64);
+  }
+  reduceOnce(t + n, carry);
+  std::copy(t + n, t + 2 * n, r);
+}
+
 void MontgomeryModulus::add(Limb* r, const Limb* a, const Limb* b) const { reduceOnce(r, addLimbs(r, a, b, limbs())); }
 
 void MontgomeryModulus::subtract(Limb* r, const Limb* a, const Limb* b) const {
   if (subtractLimbs(r, a, b, limbs()) != 0) addLimbs(r, r, modulus_.data(), limbs());
 }
 
-Natural MontgomeryModulus::power(const Natural& base, const Natural& exponent) const {
-  // Windows of four bits.
-  constexpr std::size_t window = 4;
-  std::vector<Natural> powers{one_, base};
-  for (std::size_t i = 2; i < (std::size_t{1} << window); ++i) {
-    powers.push_back(powers.back());
-    multiply(powers[i].data(), powers[i].data(), base.data());
+bool MontgomeryModulus::power(Natural& r, const Natural& base, const Natural& exponent) const {
+  // Windows that end in a bit of 1, with a table of the odd powers (Knuth, vol. 2, 4.6.3).
+  const std::size_t bits = bitLength(exponent), window = bits < 24 ? 2 : bits < 80 ? 3 : bits < 240 ? 4 : 5;
+  std::vector<Natural> odd{base};
+  const auto steps = static_cast<std::int64_t>(2 * limbs() * limbs() + 10);
+  r = base;
+  square(r.data(), r.data());
+  while (odd.size() < std::size_t{1} << (window - 1)) {
+    odd.push_back(odd.back());
+    multiply(odd.back().data(), odd.back().data(), r.data());
   }
-  Natural r = one_;
-  for (std::size_t at = (bitLength(exponent) + window - 1) / window * window; at > 0; at -= window) {
-    for (std::size_t i = 0; i < window; ++i) multiply(r.data(), r.data(), r.data());
-    std::size_t digit = 0;
-    for (std::size_t i = 1; i <= window; ++i) digit = 2 * digit + bitAt(exponent, at - i);
-    if (digit != 0) multiply(r.data(), r.data(), powers[digit].data());
+  r = one_;
+  bool started = false;
+  for (std::size_t at = bits; at > 0;) {
+    std::size_t end = at - 1, digit = 0;  // bits end .. at - 1 make the digit
+    if (bitAt(exponent, end)) {
+      end = at > window ? at - window : 0;
+      while (!bitAt(exponent, end)) ++end;
+      for (std::size_t i = at; i-- > end;) digit = 2 * digit + bitAt(exponent, i);
+    }
+    for (std::size_t i = end; started && i < at; ++i) square(r.data(), r.data());
+    if (isTimeUp(steps * static_cast<std::int64_t>(at - end + 1))) return false;
+    at = end;
+    if (digit == 0) continue;
+    if (started) multiply(r.data(), r.data(), odd[digit / 2].data());
+    else r = odd[digit / 2];
+    started = true;
   }
-  return r;
+  return true;
 }
 
 LimbModulus::LimbModulus(Limb modulus) : modulus_(modulus), inverse_(inverseOfLimb(modulus)) {

@@ -22,13 +22,16 @@ class MontgomeryModulus {
 
   /// r = a * b, a + b, a - b of forms; r may be an operand.
   void multiply(Limb* r, const Limb* a, const Limb* b) const;
+  /// The same for a * a, in three quarters of the time.
+  void square(Limb* r, const Limb* a) const;
   void add(Limb* r, const Limb* a, const Limb* b) const;
   void subtract(Limb* r, const Limb* a, const Limb* b) const;
-  /// base^exponent for a form; `exponent` isn't zero. Counts no work.
-  Natural power(const Natural& base, const Natural& exponent) const;
+  /// r = base^exponent for a form; `exponent` isn't zero. False when the clock has stopped it.
+  [[nodiscard]] bool power(Natural& r, const Natural& base, const Natural& exponent) const;
 
  private:
   void reduceOnce(Limb* r, Limb top) const;
+  void multiplyTwoLimbs(Limb* r, const Limb* a, const Limb* b) const;
 
   Natural modulus_;
   Limb inverse_ = 0;      // -1 / modulus modulo 2^64

@@ -53,13 +53,13 @@ std::int64_t productSteps(const MontgomeryModulus& m) {
   return 2 * n * n + 10;
 }
 
-/// base^exponent with a look at the clock at each bit; false when stopped.
-bool powerWatched(const MontgomeryModulus& m, const Natural& base, const Natural& exponent, Natural& r) {
+/// 2^exponent with a look at the clock at each bit; false when stopped.
+bool powerOfTwoWatched(const MontgomeryModulus& m, const Natural& exponent, Natural& r) {
   r = m.one();
   for (std::size_t i = bitLength(exponent); i-- > 0;) {
-    m.multiply(r.data(), r.data(), r.data());
-    if (bitAt(exponent, i)) m.multiply(r.data(), r.data(), base.data());
-    if (isTimeUp(2 * productSteps(m))) return false;
+    m.square(r.data(), r.data());
+    if (bitAt(exponent, i)) m.add(r.data(), r.data(), r.data());
+    if (isTimeUp(productSteps(m))) return false;
   }
   return true;
 }
@@ -67,13 +67,12 @@ bool powerWatched(const MontgomeryModulus& m, const Natural& base, const Natural
 Answer strongTestToBase2(const MontgomeryModulus& m) {
   const Natural less = difference(m.modulus(), {1});
   const std::size_t twos = trailingZeros(less);
-  Natural base(m.limbs()), minusOne(m.limbs()), zero(m.limbs()), x;
-  m.add(base.data(), m.one().data(), m.one().data());
+  Natural minusOne(m.limbs()), zero(m.limbs()), x;
   m.subtract(minusOne.data(), zero.data(), m.one().data());
-  if (!powerWatched(m, base, shiftedRight(less, twos), x)) return Answer::stopped;
+  if (!powerOfTwoWatched(m, shiftedRight(less, twos), x)) return Answer::stopped;
   if (x == m.one() || x == minusOne) return Answer::yes;
   for (std::size_t i = 1; i < twos; ++i) {
-    m.multiply(x.data(), x.data(), x.data());
+    m.square(x.data(), x.data());
     if (x == minusOne) return Answer::yes;
   }
   return Answer::no;
@@ -84,76 +83,51 @@ bool isSquare(const Natural& n) {
   return product(root, root) == n;
 }
 
-/// Selfridge's choice: the first of 5, -7, 9, -11, ... with (d/n) = -1; 0 when one shares a factor with n.
-std::int64_t lucasDiscriminant(const Natural& n) {
-  for (std::int64_t d = 5, tries = 0;; d = d > 0 ? -(d + 2) : -(d - 2), ++tries) {
-    // A square has no such d.
-    if (tries == 10 && isSquare(n)) return 0;
-    const auto size = static_cast<Limb>(d > 0 ? d : -d);
-    int symbol = jacobiSymbol({size}, n);
-    if (d < 0 && (n[0] & 3) == 3) symbol = -symbol;
-    if (symbol == -1) return d;
-    if (symbol == 0 && (n.size() > 1 || n[0] != size)) return 0;
+/// The least p > 2 for which p^2 - 4 is no square modulo n; 0 when one shares a factor with n.
+Limb lucasParameter(const Natural& n) {
+  for (Limb p = 3;; ++p) {
+    // A square has no such p.
+    if (p == 13 && isSquare(n)) return 0;
+    const int symbol = jacobiSymbol({p * p - 4}, n);
+    if (symbol == -1) return p;
+    if (symbol == 0) return 0;
   }
 }
 
-struct LucasPair {
-  Natural u, v, q;  // U(k), V(k), Q^k in Montgomery's form
-};
-
-Natural halved(const MontgomeryModulus& m, Natural x) {
-  if ((x[0] & 1) != 0) x = sum(x, m.modulus());
-  x = shiftedRight(x, 1);
-  x.resize(m.limbs());
-  return x;
-}
-
-Natural signedForm(const MontgomeryModulus& m, std::int64_t x) {
-  Natural r = m.form(naturalOfLimb(static_cast<Limb>(x < 0 ? -x : x)));
-  Natural zero(m.limbs());
-  if (x < 0) m.subtract(r.data(), zero.data(), r.data());
-  return r;
-}
-
-/// From index k to 2k, with P = 1.
-void doubleIndex(const MontgomeryModulus& m, LucasPair& at) {
-  m.multiply(at.u.data(), at.u.data(), at.v.data());
-  m.multiply(at.v.data(), at.v.data(), at.v.data());
-  m.subtract(at.v.data(), at.v.data(), at.q.data());
-  m.subtract(at.v.data(), at.v.data(), at.q.data());
-  m.multiply(at.q.data(), at.q.data(), at.q.data());
-}
-
-/// From k to k + 1: U' = (U + V) / 2, V' = (d U + V) / 2.
-void stepIndex(const MontgomeryModulus& m, LucasPair& at, const Natural& d, const Natural& q) {
-  Natural u(m.limbs()), v(m.limbs());
-  m.add(u.data(), at.u.data(), at.v.data());
-  m.multiply(v.data(), at.u.data(), d.data());
-  m.add(v.data(), v.data(), at.v.data());
-  at.u = halved(m, std::move(u));
-  at.v = halved(m, std::move(v));
-  m.multiply(at.q.data(), at.q.data(), q.data());
-}
-
-Answer strongLucasTest(const MontgomeryModulus& m) {
+/// With n + 1 = d 2^s and the sequences of x^2 - p x + 1: U(d) = 0 and V(d) = 2 or -2, or V(d 2^r) = 0, r < s - 1.
+Answer extraStrongLucasTest(const MontgomeryModulus& m) {
   const Natural& n = m.modulus();
-  const std::int64_t d = lucasDiscriminant(n);
-  if (d == 0) return Answer::no;
+  const Limb p = lucasParameter(n);
+  if (p == 0) return Answer::no;
   const Natural more = sum(n, {1});
   const std::size_t twos = trailingZeros(more);
   const Natural odd = shiftedRight(more, twos);
-  const Natural dForm = signedForm(m, d), qForm = signedForm(m, (1 - d) / 4);
-  const Natural zero(m.limbs());
-  LucasPair at{m.one(), m.one(), qForm};
-  for (std::size_t i = bitLength(odd) - 1; i-- > 0;) {
-    doubleIndex(m, at);
-    if (bitAt(odd, i)) stepIndex(m, at, dForm, qForm);
-    if (isTimeUp(5 * productSteps(m))) return Answer::stopped;
+  const Natural first = m.form({p}), zero(m.limbs());
+  Natural two(m.limbs()), minusTwo(m.limbs());
+  m.add(two.data(), m.one().data(), m.one().data());
+  m.subtract(minusTwo.data(), zero.data(), two.data());
+  // V(k) and V(k + 1), from k = 0: V(2k) = V(k)^2 - 2, V(2k + 1) = V(k) V(k + 1) - p.
+  Natural v = two, above = first;
+  for (std::size_t i = bitLength(odd); i-- > 0;) {
+    Natural& doubled = bitAt(odd, i) ? above : v;
+    Natural& between = bitAt(odd, i) ? v : above;
+    m.multiply(between.data(), v.data(), above.data());
+    m.subtract(between.data(), between.data(), first.data());
+    m.square(doubled.data(), doubled.data());
+    m.subtract(doubled.data(), doubled.data(), two.data());
+    if (isTimeUp(2 * productSteps(m))) return Answer::stopped;
   }
-  if (at.u == zero || at.v == zero) return Answer::yes;
+  if (v == two || v == minusTwo) {
+    // (p^2 - 4) U(d) = 2 V(d + 1) - p V(d).
+    Natural left(m.limbs()), right(m.limbs());
+    m.multiply(left.data(), two.data(), above.data());
+    m.multiply(right.data(), first.data(), v.data());
+    if (left == right) return Answer::yes;
+  }
   for (std::size_t i = 1; i < twos; ++i) {
-    doubleIndex(m, at);
-    if (at.v == zero) return Answer::yes;
+    if (v == zero) return Answer::yes;
+    m.square(v.data(), v.data());
+    m.subtract(v.data(), v.data(), two.data());
   }
   return Answer::no;
 }
@@ -167,7 +141,7 @@ Answer isPrimeNatural(const Natural& n) {
     if (residue(n, p) == 0) return Answer::no;
   const MontgomeryModulus m(n);
   const Answer first = strongTestToBase2(m);
-  return first == Answer::yes ? strongLucasTest(m) : first;
+  return first == Answer::yes ? extraStrongLucasTest(m) : first;
 }
 
 // ---- tables and neighbours

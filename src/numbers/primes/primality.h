@@ -2,8 +2,8 @@
 // Primality.
 //
 // Below 2^64 the answer is proven: no composite passes the strong test to the bases of Sinclair's list. Above, a
-// number is called prime that passes the strong test to base 2 and the strong test of Lucas (Baillie and Wagstaff,
-// "Lucas pseudoprimes", 1980); no composite that does is known.
+// number is called prime that passes the strong test to base 2 and the extra strong test of Lucas (Baillie and
+// Wagstaff, "Lucas pseudoprimes", 1980; Grantham, "Frobenius pseudoprimes", 2001); no composite that does is known.
 //
 // Long tests look at the clock: `Answer::stopped` means that the caller must clean up and call `endOperation`.
 

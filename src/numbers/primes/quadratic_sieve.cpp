@@ -30,15 +30,14 @@ struct Parameters {
 };
 constexpr Parameters parameterTable[] = {
     // bits primes  large  blocks
-    {60,    60,     20,    1},
-    {100,   170,    30,    1},
-    {128,   450,    40,    2},
-    {150,   800,    40,    2},
-    {183,   2000,   40,    2},
-    {200,   3000,   50,    3},
-    {212,   4400,   50,    4},
-    {233,   9000,   80,    6},
-    {249,   18000,  100,   8},
+    {60,    60,     20,    0.25},
+    {100,   150,    30,    0.25},
+    {133,   600,    40,    1},
+    {166,   1500,   60,    1},
+    {200,   4000,   120,   2},
+    {212,   5000,   120,   3},
+    {233,   9000,   120,   5},
+    {249,   18000,  120,   8},
 };
 constexpr std::int32_t blockLength = 1 << 15;  // bytes: what the nearest cache holds
 constexpr std::uint32_t leastSieved = 30;      // smaller primes cost more than they tell
@@ -102,36 +101,43 @@ struct BasePrime {
   std::uint8_t log;    // to base 2
 };
 
+bool isSquareModulo(std::uint32_t x, std::uint32_t p) { return powerModulo(x, (p - 1) / 2, p) == 1; }
+
 /// The small k for which kn has most small primes in its factor base (Knuth and Schroeppel).
 Limb bestMultiplier(const Natural& n) {
   constexpr Limb candidates[] = {1,  3,  5,  7,  11, 13, 15, 17, 19, 21, 23, 29, 31, 33, 35, 37,
                                  39, 41, 43, 47, 51, 53, 55, 57, 59, 61, 65, 67, 69, 71, 73};
-  Limb best = 1;
-  double bestScore = -1e9;
-  for (Limb k : candidates) {
-    const Limb low = n[0] * k & 7;
-    double score = (low == 1 ? 2 : low == 5 ? 1 : 0.5) * std::log(2) - 0.5 * std::log(static_cast<double>(k));
-    for (std::uint32_t p : primesBelow(1 << 11)) {
-      if (p == 2) continue;
-      const auto square = static_cast<std::uint32_t>(residue(n, p) * (k % p) % p);
-      const double weight = std::log(p) / (p - 1);
-      if (square == 0) score += weight;
-      else if (powerModulo(square, (p - 1) / 2, p) == 1) score += 2 * weight;
-    }
-    if (score > bestScore) {
-      bestScore = score;
-      best = k;
+  constexpr std::size_t count = std::size(candidates);
+  double scores[count];
+  for (std::size_t i = 0; i < count; ++i) {
+    const Limb k = candidates[i], low = n[0] * k & 7;
+    scores[i] = (low == 1 ? 2 : low == 5 ? 1 : 0.5) * std::log(2) - 0.5 * std::log(static_cast<double>(k));
+  }
+  for (std::uint32_t p : primesBelow(1 << 9)) {
+    if (p == 2) continue;
+    const auto rest = static_cast<std::uint32_t>(residue(n, p));
+    const bool isSquare = isSquareModulo(rest, p);
+    const double weight = std::log(p) / (p - 1);
+    std::vector<bool> squares(p);
+    for (std::uint32_t x = 1; x <= p / 2; ++x) squares[x * x % p] = true;
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::size_t k = candidates[i] % p;
+      if (rest == 0 || k == 0) scores[i] += weight;
+      else if (squares[k] == isSquare) scores[i] += 2 * weight;
     }
   }
-  return best;
+  return candidates[std::max_element(scores, scores + count) - scores];
 }
 
 std::vector<BasePrime> factorBase(const Natural& kn, std::size_t count) {
+  // About half of the primes belong to it.
+  std::uint32_t limit = 1 << 12;
+  while (limit < 1 << 20 && primesBelow(limit).size() < 2 * count + 100) limit *= 2;
   std::vector<BasePrime> base{{2, 1, 1}};
-  for (std::uint32_t p : primesBelow(1 << 20)) {
+  for (std::uint32_t p : primesBelow(limit)) {
     if (p == 2) continue;
     const auto square = static_cast<std::uint32_t>(residue(kn, p));
-    if (square != 0 && powerModulo(square, (p - 1) / 2, p) != 1) continue;
+    if (square != 0 && !isSquareModulo(square, p)) continue;
     base.push_back({p, rootModulo(square, p), static_cast<std::uint8_t>(std::lround(std::log2(p)))});
     if (base.size() == count) break;
   }
@@ -163,7 +169,7 @@ class QuadraticSieve {
   void startA();
   void nextB(unsigned number);
   void sieve();
-  void sieveBlock(std::int32_t start);
+  void sieveBlock(std::int32_t start, std::int32_t length);
   void examine(std::int32_t place);
   bool divideByBase(Natural& value, std::int32_t place, std::vector<std::uint32_t>& factors) const;
   void keep(Relation relation);
@@ -196,7 +202,8 @@ QuadraticSieve::QuadraticSieve(const Natural& n, Limb k)
       kn_(scaled(n, k)),
       parameters_(parametersFor(static_cast<double>(bitLength(n)))),
       base_(factorBase(kn_, static_cast<std::size_t>(parameters_.primes))),
-      half_(static_cast<std::int32_t>(std::max(1.0, std::round(parameters_.blocks))) * blockLength),
+      half_(static_cast<std::int32_t>(parameters_.blocks < 1 ? parameters_.blocks * blockLength
+                                                             : std::round(parameters_.blocks) * blockLength)),
       largeBound_(static_cast<Limb>(parameters_.largePrime) * base_.back().p),
       block_(blockLength) {
   const std::size_t count = base_.size();
@@ -302,28 +309,41 @@ void QuadraticSieve::sieve() {
     nextFirst_[i] = sieved ? first_[i] : UINT32_MAX;
     nextSecond_[i] = sieved && second_[i] != first_[i] ? second_[i] : UINT32_MAX;
   }
-  for (std::int32_t start = 0; start < 2 * half_; start += blockLength) sieveBlock(start);
+  for (std::int32_t start = 0; start < 2 * half_; start += blockLength)
+    sieveBlock(start, std::min(blockLength, 2 * half_ - start));
 }
 
-void QuadraticSieve::sieveBlock(std::int32_t start) {
+void QuadraticSieve::sieveBlock(std::int32_t start, std::int32_t size) {
   std::uint8_t* const block = block_.data();
-  std::memset(block, startValue_, blockLength);
+  const auto length = static_cast<std::uint32_t>(size);
+  std::memset(block, startValue_, length);
   for (std::size_t i = 0; i < base_.size(); ++i) {
     const std::uint32_t p = base_[i].p;
     const std::uint8_t log = base_[i].log;
-    std::uint32_t at = nextFirst_[i], other = nextSecond_[i];
-    if (at == UINT32_MAX) continue;
-    for (; at < blockLength; at += p) block[at] += log;
-    nextFirst_[i] = at - blockLength;
-    if (other == UINT32_MAX) continue;
-    for (; other < blockLength; other += p) block[other] += log;
-    nextSecond_[i] = other - blockLength;
+    std::uint32_t low = nextFirst_[i], high = nextSecond_[i];
+    if (low == UINT32_MAX) continue;
+    if (high == UINT32_MAX) {
+      for (; low < length; low += p) block[low] += log;
+      nextFirst_[i] = low - length;
+      continue;
+    }
+    if (low > high) std::swap(low, high);
+    for (; high < length; high += p, low += p) {
+      block[low] += log;
+      block[high] += log;
+    }
+    if (low < length) {
+      block[low] += log;
+      low += p;
+    }
+    nextFirst_[i] = low - length;
+    nextSecond_[i] = high - length;
   }
-  for (std::int32_t at = 0; at < blockLength; at += 8) {
-    std::uint64_t eight;
-    std::memcpy(&eight, block + at, 8);
-    if ((eight & 0x8080808080808080u) == 0) continue;
-    for (std::int32_t i = at; i < at + 8; ++i)
+  for (std::int32_t at = 0; at < size; at += 32) {
+    std::uint64_t words[4];
+    std::memcpy(words, block + at, sizeof words);
+    if (((words[0] | words[1] | words[2] | words[3]) & 0x8080808080808080u) == 0) continue;
+    for (std::int32_t i = at; i < at + 32; ++i)
       if (block[i] >= 128) examine(start + i);
   }
 }

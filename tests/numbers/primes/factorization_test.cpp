@@ -45,6 +45,14 @@ TEST(Primality, HardCompositesOfTwoLimbs) {
   }
 }
 
+// Each 2^p - 1 with a prime p passes the strong test to base 2: what tells them apart is the test of Lucas.
+TEST(Primality, NumbersOfMersenne) {
+  std::vector<std::uint32_t> exponents;
+  for (std::uint32_t p : primesBelow(1300))
+    if (isPrimeNatural(difference(shiftedLeft({1}, p), {1})) == Answer::yes) exponents.push_back(p);
+  EXPECT_EQ(exponents, (std::vector<std::uint32_t>{2, 3, 5, 7, 13, 17, 19, 31, 61, 89, 107, 127, 521, 607, 1279}));
+}
+
 TEST(Factorization, EachMethodFindsWhatItIsFor) {
   std::mt19937_64 random(6);
   Natural divisor;

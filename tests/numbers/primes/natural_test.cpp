@@ -78,6 +78,8 @@ TEST(Montgomery, AgreesWithDivision) {
     Natural r(m.limbs());
     m.multiply(r.data(), x.data(), y.data());
     ASSERT_EQ(m.valueOf(r), remainder(product(a, b), n));
+    m.square(r.data(), x.data());
+    ASSERT_EQ(m.valueOf(r), remainder(product(a, a), n));
     m.add(r.data(), x.data(), y.data());
     ASSERT_EQ(m.valueOf(r), remainder(sum(a, b), n));
     m.subtract(r.data(), x.data(), y.data());
@@ -86,6 +88,22 @@ TEST(Montgomery, AgreesWithDivision) {
     const Limb u = random_source(), v = random_source();
     ASSERT_EQ(one.multiply(one.multiply(one.form(u), one.form(v)), 1),
               static_cast<Limb>(DoubleLimb{u % one.modulus()} * (v % one.modulus()) % one.modulus()));
+  }
+}
+
+// Windows of each width, with exponents that begin, end or consist of zeros and ones.
+TEST(Montgomery, PowersAgreeWithSquaringAndMultiplying) {
+  for (int i = 0; i < 200; ++i) {
+    const Natural n = sum(product(randomNatural(3), {2}), {3});
+    const MontgomeryModulus m(n);
+    const Natural a = m.form(randomNatural(3)), exponent = sum(randomNatural(1 + i % 5), {1});
+    Natural r, expected = m.one();
+    for (std::size_t bit = bitLength(exponent); bit-- > 0;) {
+      m.multiply(expected.data(), expected.data(), expected.data());
+      if (bitAt(exponent, bit)) m.multiply(expected.data(), expected.data(), a.data());
+    }
+    ASSERT_TRUE(m.power(r, a, exponent));
+    ASSERT_EQ(r, expected);
   }
 }
 
