@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Errors of the special functions, on random arguments, on ones near zeros and poles and on huge ones.
+"""Errors of the elementary and special functions, on random arguments, on ones near zeros and poles and on huge ones.
 
     bench/special_errors.py [-n COUNT] [-d DIGITS,...] [-s SEED] [-m SHARE] [-p PART/PARTS] [NAME ...]
 
@@ -76,6 +76,11 @@ ORDER = mixed(whole(-5, 20), real(-8, 8), near("0", "1", "-2", "0.5"))
 BESSEL = mixed(WIDE, WIDE, scale(-30, 2), HUGE, near("2.404825557695772768622", "3.831705970207512315614", "5.520078110286310649597",
                                                      "0.893576966279167521585", "8.653727912911012216954"))
 AIRY = mixed(WIDE, WIDE, HUGE, near("-2.338107410459767038489", "-1.173713222709127924919", "-1.018792971647471089018", "0"))
+ANY = mixed(WIDE, HUGE, scale(-400, 400), near("1", "-1", "0"))
+GROWING = mixed(WIDE, scale(-30, 5), near("0"))
+BESIDE_ONE = mixed(UNIT, real(-3, 3), HUGE, near("1", "-1", "0"))
+TURNING = mixed(WIDE, HUGE, scale(40, 2000), near("0", "1.570796326794896619231321691639751442098584699687552910", "3.141592653589793238462643383279502884197169399375105820",
+                                                  "22", "355"))
 DEGREE = mixed(whole(0, 30), real(-3, 5), near("0", "3", "-1"))
 
 
@@ -88,6 +93,27 @@ def carlson(z, k, factor, n):
 
 # name of the function, makers of its arguments, which of them may be complex, mpmath's function
 FUNCTIONS = [
+    ("exp", [GROWING], [1], mp.exp),
+    ("ln", [ANY], [1], mp.log),
+    ("sqrt", [ANY], [1], mp.sqrt),
+    ("sin", [TURNING], [1], mp.sin),
+    ("cos", [TURNING], [1], mp.cos),
+    ("tan", [TURNING], [1], mp.tan),
+    ("cot", [TURNING], [1], mp.cot),
+    ("sec", [TURNING], [1], mp.sec),
+    ("csc", [TURNING], [1], mp.csc),
+    ("sinh", [GROWING], [1], mp.sinh),
+    ("cosh", [GROWING], [1], mp.cosh),
+    ("tanh", [GROWING], [1], mp.tanh),
+    ("coth", [GROWING], [1], mp.coth),
+    ("sech", [GROWING], [1], mp.sech),
+    ("csch", [GROWING], [1], mp.csch),
+    ("arcsin", [BESIDE_ONE], [1], mp.asin),
+    ("arccos", [BESIDE_ONE], [1], mp.acos),
+    ("arctan", [ANY], [1], mp.atan),
+    ("arcsinh", [ANY], [1], mp.asinh),
+    ("arccosh", [BESIDE_ONE], [1], mp.acosh),
+    ("arctanh", [BESIDE_ONE], [1], mp.atanh),
     ("GAMMA", [mixed(WIDE, WIDE, POLES, HUGE)], [1], mp.gamma),
     ("lnGAMMA", [mixed(WIDE, WIDE, POLES, HUGE)], [1], mp.loggamma),
     ("Psi", [mixed(WIDE, WIDE, POLES, HUGE, near("1.461632144968362341263", "-0.504083008264455409258"))], [1], mp.digamma),
@@ -275,7 +301,11 @@ class Survey:
         error = units(value, right, self.digits)
         if error > 1 and wanted is not None:
             other = checked(reference, arguments, self.digits)
-            if other is not None and units(value, other, self.digits) <= 1:
+            sides = [other] if other is not None else []
+            # A complex argument with a part 0. may lie on a cut, which belongs to the side of that sign here.
+            if any(isinstance(a, tuple) and mpf(a[0]) * mpf(a[1]) == 0 for a in arguments):
+                sides += [mpc(-right.real, right.imag), mp.conj(right)]
+            if any(units(value, side, self.digits) <= 1 for side in sides):
                 return self.note("sides", c)
         elif wanted is not None and other is not None and units(value, other, self.digits) > 1:
             self.note("sides", c)

@@ -69,6 +69,14 @@ end proc:
   end if
 end proc:
 
+`simpl/constantsize` := proc(x)
+  description "simpl/constantsize(x): the absolute value of a constant whose parts have a rational sum of squares, else FAIL";
+  local p;
+  p := `simpl/parts`(x);
+  if `simpl/signum`(p[1]) = FAIL or `simpl/signum`(p[2]) = FAIL then return FAIL end if;
+  p := expand(p[1]^2 + p[2]^2);
+  `if`(type(p, rational), sqrt(p), FAIL)
+end proc:
 `simpl/abs` := proc(x)
   description "simpl/abs(x): the absolute value of an expression";
   local sign, inside, outside, t;
@@ -89,6 +97,7 @@ end proc:
     end do;
     `if`(type(inside, `*`), outside*'abs'(inside), outside*abs(inside))
   elif type(x, `+`) and type([seq(op(1, t), t = x)], list(negative)) then 'abs'(-x)
+  elif type(x, `+`) and hastype(x, nonreal) and `simpl/constantsize`(x) <> FAIL then `simpl/constantsize`(x)
   elif type(x, function) and nops(x) = 1 and op(0, x) = 'abs' then x
   elif type(x, function) and nops(x) = 1 and op(0, x) = 'conjugate' then abs(op(x))
   else 'abs'(x)

@@ -3,9 +3,12 @@
 
 help := proc(topic::{string, symbol}, near::string)
   description "help(\"name\"): shows the page about a name: how it is called, what it does, examples";
-  local text;
+  local text, at;
   text := `help/page`(cat("", topic));
   if text = "" then text := `help/description`(cat(``, topic)) end if;
+  # A call stands for the name that is called.
+  at := searchtext("(", cat("", topic));
+  if text = "" and at > 1 then text := `help/page`(substring(cat("", topic), 1..at - 1)) end if;
   if text = "" and nargs > 1 and near <> "" then error "no help is known for `%1`; names like it: %2", topic, near end if;
   if text = "" then error "no help is known for `%1`", topic end if;
   INTERFACE_CHAR(text);

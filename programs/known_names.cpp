@@ -84,6 +84,8 @@ Names allNames() {
 // What a person calls: parts of procedures have a slash in their name.
 bool isOwnName(const std::string& name) { return name.find('/') == std::string::npos; }
 
+char lowered(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 'a' - 'A') : c; }
+
 // How many letters have to be put in, left out or changed to make one word of the other (Wagner and Fischer).
 std::size_t distance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
@@ -93,7 +95,7 @@ std::size_t distance(std::string_view a, std::string_view b) {
     row[0] = i;
     for (std::size_t j = 1; j <= b.size(); ++j) {
       const std::size_t above = row[j];
-      row[j] = std::min({row[j] + 1, row[j - 1] + 1, diagonal + (a[i - 1] == b[j - 1] ? 0 : 1)});
+      row[j] = std::min({row[j] + 1, row[j - 1] + 1, diagonal + (lowered(a[i - 1]) == lowered(b[j - 1]) ? 0 : 1)});
       diagonal = above;
     }
   }
@@ -138,8 +140,10 @@ Names namesNear(std::string_view word, std::size_t count) {
   const std::size_t farthest = word.size() / 3 + 1;
   for (std::string& name : allNames()) {
     if (!isOwnName(name)) continue;
-    const bool contains = word.size() > 2 && name.find(word) != name.npos;
-    const std::size_t d = contains ? 1 : distance(word, name);
+    const auto same = [](char a, char b) { return lowered(a) == lowered(b); };
+    const bool contains =
+        word.size() > 2 && std::search(name.begin(), name.end(), word.begin(), word.end(), same) != name.end();
+    const std::size_t d = std::min<std::size_t>(distance(word, name), contains ? 1 : word.size());
     if (d <= farthest) near.push_back({d, std::move(name)});
   }
   std::stable_sort(near.begin(), near.end(), [](auto& a, auto& b) { return a.distance < b.distance; });

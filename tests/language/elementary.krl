@@ -73,3 +73,6 @@ refused := proc(f, x) evalb(op(1, [traperror(f(x))]) = "%1 expects an algebraic 
 {seq(refused(f, [1]), f = [sin, arctan, ln, log10, sqrt, signum, csgn, argument, Heaviside, Dirac])};
 {seq(refused(exp, x), x = ["a", {1}, 1 .. 2, u = v, u <= v, u and v, Array(1 .. 2)]), refused(exp, table()), refused(sin, proc(y) y end proc)}, {seq(refused(exp, x), x = [u, f(u), u[1], 2])};
 traperror(log[[1]](2)), traperror(log[2]([1])), traperror(arctan(1, "a")), traperror(root([1], 2));
+# A function undone outside the range of its inverse; sizes and angles of constants with two parts.
+[arcsin(sin(3)), arcsin(sin(100)), arccos(cos(5)), arccos(cos(-100)), arctan(tan(2)), ln(exp(2 + 7*I)), ln(exp(1 - 3*I)), arcsin(sin(x))];
+[abs(1 + sqrt(3)*I), argument(1 + sqrt(3)*I), argument(-1 - sqrt(3)*I), argument(Pi*I), argument(Pi + I), argument(-sqrt(2)*I), signum(1 - sqrt(3)*I), csgn(1 + sqrt(3)*I), csgn(-exp(1) + I), argument(1 + I*x), abs(1 + I*x), signum(I*Pi)];

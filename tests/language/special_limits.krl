@@ -45,3 +45,6 @@ t := proc(n, x, u) local k, a, b; Digits := 40 + n; a, b := 1, u*x; for k to n -
 # Lambert's W between -1 and -1/e; a zero of a polylogarithm.
 w := proc(k, z) local w; w := LambertW(k, z); Digits := 20; evalb(abs(w*exp(w) - z) <= 10^(-8)*abs(z)) end proc:
 {seq(seq(w(k, z), k = -2..2), z = [-0.802427, -0.69, -0.7276, -0.4, -1.5, Complex(-0.3678, 0.001), Complex(-0.3678, -0.0001), -0.2])}, LambertW(0, -0.72759), polylog(-2, -1.);
+# Parameters that differ by an integer; Hurwitz's function at its zeros; degrees below 0.
+[hypergeom([2.7], [0.7], Complex(-9.40871e3, -1.96685e-8)), hypergeom([2.7, 1.3], [0.7], -5.), hypergeom([2.7, 1.3], [0.7], Complex(3., 1.)), hypergeom([2.7, 1.3], [0.7], 0.9)];
+[Zeta(0, -2., 0.5), Zeta(0, -4, 1.), Zeta(0, -3., 0.5), ChebyshevT(-3, 0.3) - ChebyshevT(3, 0.3), ChebyshevU(-4, 0.3) + ChebyshevU(2, 0.3), ChebyshevU(-1., -1.), LegendreP(-4., 0.5) - LegendreP(3, 0.5), GegenbauerC(-1., 0.5, 0.3), GegenbauerC(-1., 2.9, -1.), LaguerreL(-1., 0.5, 2.), Ei(3.4, 0.)];

@@ -76,6 +76,10 @@ TEST(Completion, HelpShowsCallsAndGuesses) {
   ASSERT_TRUE(session.shows("end do")) << session.seen();
   session.type("?revrese\r");
   ASSERT_TRUE(session.shows("no help is known for `revrese`; names like it: reverse")) << session.seen();
+  session.type("?besselj\r");
+  ASSERT_TRUE(session.shows("no help is known for `besselj`; names like it: BesselJ, BesselI")) << session.seen();
+  session.type("?GAMMA(a, z)\r");
+  ASSERT_TRUE(session.shows("exp(-t)*t^(a - 1)")) << session.seen();
   session.type("?a\"b\\\r%;\r");  // nothing breaks, and the last result is still there
   ASSERT_TRUE(session.shows("7\r\n")) << session.seen();
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <numbers>
 #include <string_view>
 
 #include "eval/simplify/simplify.h"
@@ -285,7 +286,7 @@ DAG ofInverse(Elementary f, DAG x) {
   }
 }
 
-// arcsin(sin(r)) and its like for a rational r within the range of the inverse.
+// arcsin(sin(r)) and its like for a rational r: r itself within the range of the inverse, else turned into it.
 DAG inverseOfFunction(Elementary f, DAG x) {
   const Elementary g = functionOf(x);
   if (g == Elementary::count) return DAG();
@@ -294,11 +295,15 @@ DAG inverseOfFunction(Elementary f, DAG x) {
   if (f == Elementary::arctanh && g == Elementary::tanh && isKnown(y, Property::real)) return y;
   if (f == Elementary::arccosh && g == Elementary::cosh && isKnown(y, Property::nonnegative)) return y;
   if (!isRationalNumber(y)) return DAG();
-  const double value = FloatValue(y);
-  if ((f == Elementary::arcsin && g == Elementary::sin) || (f == Elementary::arctan && g == Elementary::tan))
-    return value > -1.57 && value < 1.57 ? y : DAG();
-  if (f == Elementary::arccos && g == Elementary::cos) return value >= 0 && value < 3.14 ? y : DAG();
-  return DAG();
+  const bool isSine = f == Elementary::arcsin && g == Elementary::sin;
+  const bool isCosine = f == Elementary::arccos && g == Elementary::cos;
+  if (!isSine && !isCosine && !(f == Elementary::arctan && g == Elementary::tan)) return DAG();
+  const int halfTurns = isCosine ? 2 : 1;
+  std::int32_t turns;
+  if (!periodsIn(FloatValue(y), halfTurns * std::numbers::pi, turns)) return DAG();
+  const double rest = FloatValue(y) - halfTurns * turns * std::numbers::pi;
+  if (turns != 0) y = sumOf(y, productOf(immediate(-halfTurns * turns), ini("Pi")));
+  return (isSine && turns % 2 != 0) || (isCosine && rest < 0) ? negativeOf(y) : y;
 }
 
 // ---- imaginary arguments

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <numbers>
 #include <numeric>
 #include <vector>
 
@@ -375,6 +376,13 @@ DAG lnOfPower(DAG base, DAG exponent) {
 
 }  // namespace
 
+bool periodsIn(double value, double period, std::int32_t& count) {
+  constexpr double most = 1e6, sure = 1e-6;
+  const double periods = value / period, whole = std::round(periods);
+  count = static_cast<std::int32_t>(std::fabs(periods) < most ? whole : 0);
+  return std::fabs(periods) < most && std::fabs(std::fabs(periods - whole) - 0.5) > sure;
+}
+
 DAG exactLn(DAG x) {
   if (isRationalNumber(x) && !consneg(x)) return lnOfPositive(x);
   if (isComplex(x)) {
@@ -387,7 +395,9 @@ DAG exactLn(DAG x) {
     DAG y = operandOf(x);
     if (isKnown(y, Property::real)) return y;
     if (!isComplex(y) || !isRationalNumber(imaginaryPartOf(y))) return DAG();
-    return std::fabs(FloatValue(imaginaryPartOf(y))) < 3.1415 ? y : DAG();
+    std::int32_t turns;
+    if (!periodsIn(FloatValue(imaginaryPartOf(y)), 2 * std::numbers::pi, turns)) return DAG();
+    return turns == 0 ? y : sumOf(y, halfTurn(immediate(-2 * turns)));
   }
   if (isTag(x, POWER)) return lnOfPower(x[1], x[2]);
   if (isTag(x, PROD) && lengthOf(x) == 3) return lnOfPower(x[1], x[2]);

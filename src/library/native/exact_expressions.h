@@ -30,4 +30,7 @@ DAG perfectPower(DAG m, int& k);
 DAG exactExp(DAG x);
 DAG exactLn(DAG x);
 
+/// The whole number nearest to value / period, where a double tells it for sure: how many periods a number lies from 0.
+bool periodsIn(double value, double period, std::int32_t& count);
+
 }  // namespace korel

@@ -9,6 +9,7 @@
 #include <dirent.h>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "frame/errors.h"
@@ -60,6 +61,12 @@ bool headingHas(std::string_view heading, std::string_view name) {
   return false;
 }
 
+/// The text as a terminal shows it: `\\*` keeps a star from being a mark in the document.
+std::string withoutEscapes(std::string text) {
+  for (std::size_t at = 0; (at = text.find("\\*", at)) != text.npos; ++at) text.erase(at, 1);
+  return text;
+}
+
 /// The page of `name` in a file's text, its heading without mark and quotes; empty when there is none.
 std::string pageIn(std::string_view text, std::string_view name) {
   std::size_t at = text.starts_with(pageMark) ? 0 : text.find("\n## ");
@@ -72,7 +79,7 @@ std::string pageIn(std::string_view text, std::string_view name) {
     std::string shown(page.substr(0, lineEnd - start));
     std::erase(shown, '`');
     shown.append(page.substr(lineEnd - start));
-    return shown + "\n";
+    return withoutEscapes(std::move(shown)) + "\n";
   }
   return {};
 }

@@ -77,6 +77,27 @@ bool takeFactor(DAG x, DAG& factor, DAG& rest) {
   return false;
 }
 
+// Real and imaginary part of a constant that isn't real, whose signs are known: of what has a factor or term with I.
+struct PartsOfConstant {
+  DAG re, im;
+  int reSign = unknownSign, imSign = unknownSign;
+  bool areKnown() const { return reSign != unknownSign && imSign != unknownSign; }
+};
+PartsOfConstant partsOfConstant(DAG x) {
+  PartsOfConstant parts;
+  const bool isProduct = isTag(x, PROD) && isComplex(x[1]);
+  bool isSum = false;
+  if (isTag(x, SUM))
+    for (Word i = 1; i < lengthOf(x) && !isSum; i += 2)
+      isSum = isComplex(x[i]) || isComplex(x[i + 1]) || (isTag(x[i], PROD) && isComplex(x[i][1]));
+  if (!isProduct && !isSum) return parts;
+  parts.re = simpl(cxRealPart(x));
+  parts.im = simpl(cxImaginaryPart(x));
+  parts.reSign = signOf(parts.re);
+  parts.imSign = signOf(parts.im);
+  return parts;
+}
+
 }  // namespace
 
 // x/|x|, and 0 at 0.
@@ -93,7 +114,11 @@ DAG native::signum(const BuiltinCall& call) {
   DAG factor, rest;
   if (takeFactor(x, factor, rest) && !isComplex(factor) && signOf(factor) == -1)
     return negativeOf(simpl(new3(FUNCTION, call.self, simpl(new2(EXPSEQ, negativeOf(x))))));
-  return DAG();
+  const PartsOfConstant parts = partsOfConstant(x);
+  if (!parts.areKnown()) return DAG();
+  if (parts.reSign == 0) return productOf(immediate(parts.imSign), sqrtm1);
+  DAG square = sumOf(powerOf(parts.re, immediate(2)), powerOf(parts.im, immediate(2)));
+  return isRationalNumber(square) ? productOf(x, powerOf(exactRoot(square, 2), consm1)) : DAG();
 }
 
 // Which half of the plane: the right one with the positive imaginary axis 1, the other one -1, and 0 at 0.
@@ -111,7 +136,15 @@ DAG native::csgn(const BuiltinCall& call) {
     const int inner = signOf(rest);
     if (inner != unknownSign) return immediate(inner);
   }
-  return DAG();
+  const PartsOfConstant parts = partsOfConstant(x);
+  return parts.areKnown() ? immediate(parts.reSign != 0 ? parts.reSign : parts.imSign) : DAG();
+}
+
+// The angle of the point (re, im), by the arc tangent of two arguments.
+static DAG exactAngle(const BuiltinCall& call, DAG im, DAG re) {
+  DAG both = simpl(new3(EXPSEQ, im, re));
+  DAG value = native::arctan({both, naminstall("arctan"), call.form});
+  return value ? value : new3(FUNCTION, naminstall("arctan"), both);
 }
 
 // The angle of a complex number, in -Pi < angle <= Pi.
@@ -120,15 +153,15 @@ DAG native::argument(const BuiltinCall& call) {
   if (isComplex(x) && isFiniteNumber(x)) {
     DAG re = lengthOf(x) == 3 ? x[1] : cons0, im = imaginaryPartOf(x);
     if (isFloatValue(x)) return isZero(re) && isZero(im) ? consf0 : floatAngle(im, re);
-    DAG both = newl2(3, EXPSEQ);
-    both[1] = im;
-    both[2] = re;
-    both = simpl(both);
-    DAG value = native::arctan({both, naminstall("arctan"), call.form});
-    return value ? value : new3(FUNCTION, naminstall("arctan"), both);
+    return exactAngle(call, im, re);
   }
   const int sign = signOf(x);
-  if (sign == unknownSign) return DAG();
+  if (sign == unknownSign) {
+    const PartsOfConstant parts = partsOfConstant(x);
+    if (!parts.areKnown()) return DAG();
+    DAG quarter = quotientOf(parts.imSign, 2);
+    return parts.reSign == 0 ? productOf(quarter, ini("Pi")) : exactAngle(call, parts.im, parts.re);
+  }
   if (sign >= 0) return isFloatValue(x) ? consf0 : cons0;
   return isFloatValue(x) ? evalf(ini("Pi")) : ini("Pi");
 }

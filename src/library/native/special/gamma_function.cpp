@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "frame/errors.h"
 #include "library/native/special/elementary_balls.h"
 #include "library/native/special/gamma_taylor.h"
 #include "library/native/special/special_series.h"
@@ -82,6 +83,12 @@ void computeRow(std::int64_t count) {
   // t(n) < (2n)!
   const double bits = 2.0 * static_cast<double>(n) * std::log2(2.0 * static_cast<double>(n)) + 20;
   const auto width = static_cast<std::size_t>(bits / 64) + 2;
+  // Half a gigabyte; far beyond what there is time for.
+  constexpr std::size_t mostLimbs = std::size_t{1} << 26;
+  if (static_cast<std::size_t>(n) * width > mostLimbs) {
+    releaseAllLimbs();
+    KernelException("object too large");
+  }
   const Limb* tangents = tangentNumbers(static_cast<std::size_t>(n), width);
   auto* values = numberSpace<Real>(n);
   const reals::Precision longer(static_cast<std::size_t>(precision));

@@ -119,6 +119,9 @@ Complex gauss(const Parameters& f, const Complex& z) {
   const Complex upper[] = {f.a, f.b}, lower[] = {f.c};
   const double size = sizeOf(z);
   if (size <= seriesRadius) return hypergeometricSum(upper, 2, lower, 1, z);
+  const Complex euler[] = {knownInteger(f.c - f.a), knownInteger(f.c - f.b)};
+  if (endsSeries(euler, 2) && !isExactZero(z - 1))
+    return power(Complex(1) - z, knownInteger(f.c - f.a - f.b)) * hypergeometricSum(euler, 2, lower, 1, z);
   if (isExactZero(z - 1)) {
     const Complex excess = knownInteger(f.c - f.a - f.b);
     if (!(toDouble(excess.re) > 0)) return giveUp();
@@ -191,6 +194,10 @@ Complex hypergeometric(const Complex* a, int p, const Complex* b, int q, const C
   const double size = sizeOf(z);
   if (endsSeries(a, p)) return hypergeometricSum(a, p, b, q, z);
   Complex value;
+  if (p == 1 && q == 1) {
+    const Complex other[] = {knownInteger(b[0] - a[0])};
+    if (endsSeries(other, 1)) return exp(z) * hypergeometricSum(other, 1, b, 1, -z);
+  }
   if (p == 1 && q == 1 && largeKummer(a[0], b[0], z, value)) return value;
   if (p == 0 && q == 1 && largeBessel(b[0], z, value)) return value;
   // Kummer: on the left the terms of e^z 1F1(b - a; b; -z) don't cancel.
