@@ -2,13 +2,12 @@
 # Derivatives and series against other systems:   bench/calculus.sh BUILD
 # Each row is done COPIES times in one process, each time in a variable of its own, so that nothing remembered helps. A
 # figure is the CPU time of one copy in milliseconds: that of the process less that of an idle one, over COPIES; the
-# better one of two runs. A dash stands for a system that isn't installed or can't say it, `>` for one that took
-# longer than the limit of 20 s. `ratio` is Korel's time over that of the best other system. Behind each time stands the
-# peak memory of the process that did all copies, in megabytes.
+# better one of two runs. A dash stands for a system that isn't installed, can't say it, or gives up in no time; `>`
+# for one that took longer than the limit of 20 s. `ratio` is Korel's time over that of the best other system. Behind
+# each time stands the peak memory of the process that did all copies, in megabytes.
 build=$(cd "$1" && pwd)
-python=$(for p in python3 /usr/bin/python3; do command -v "$p" >/dev/null && "$p" -c 'import sympy' 2>/dev/null && echo "$p" && break; done)
-export GPRC=/dev/null
-limit=20
+. "$(dirname "$0")/beside.sh"
+python=$(pythonWith sympy)
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
@@ -21,15 +20,6 @@ start() {  # SYSTEM: runs the program on standard input
     maxima) "${run[@]}" maxima --very-quiet --batch-string="$(cat)" ;;
     sympy)  "${run[@]}" "$python" - ;;
   esac >/dev/null 2>&1
-}
-available() {
-  case $1 in
-    korel) true ;;
-    gp) command -v gp ;;
-    ginac) command -v ginsh ;;
-    maxima) command -v maxima ;;
-    sympy) [ -n "$python" ] ;;
-  esac >/dev/null
 }
 prelude() { [ "$1" = sympy ] && echo 'from sympy import *'; }
 # text SYSTEM COPIES TEMPLATE: the template for the variables x1, x2, ..., in the place of VAR.
@@ -52,7 +42,7 @@ figure() {  # SYSTEM COPIES TEMPLATE: milliseconds and megabytes
   for round in 1 2; do
     ms=$(text "$1" "$2" "$3" | milliseconds "$1")
     [ "$ms" = '>' ] && { echo '> -'; return; }
-    best=$(awk -v a="${best:-$ms}" -v b="$ms" 'BEGIN { print a < b ? a : b }')
+    best=$(lesser "${best:-$ms}" "$ms")
   done
   awk -v ms="$best" -v idle="$idle" -v copies="$2" 'BEGIN { t = (ms - idle)/copies; printf "%.3f ", (t > 0.001 ? t : 0.001) }'
   tail -1 "$scratch/peak" | awk '{ printf "%.0f", $1/1024 }'
@@ -64,19 +54,15 @@ for system in $systems; do available "$system" && idle[$system]=$(prelude "$syst
 
 # row NAME COPIES KOREL GP GINAC MAXIMA SYMPY
 row() {
-  local name=$1 copies=$2 figures=() at=0
+  local name=$1 copies=$2 figures='' memory='' t m
   shift 2
   for system in $systems; do
     # The slow ones need no more than one copy.
     n=$copies; [ "$system" = sympy ] && n=1
-    figures+=("$(figure "$system" $n "$1")"); shift
+    read -r t m <<< "$(figure "$system" $n "$1")"
+    figures+="$t " memory+="$m "; shift
   done
-  awk -v name="$name" -v f="${figures[*]}" 'BEGIN {
-    split(f, t, " "); best = 0
-    for (i = 3; i <= 9; i += 2) if (t[i] + 0 > 0 && (best == 0 || t[i] < best)) best = t[i]
-    printf "%-34s", name
-    for (i = 1; i <= 9; i += 2) printf " %10s %4s", t[i], t[i + 1]
-    printf " %8s\n", (best > 0 ? sprintf("%.2f", t[1]/best) : "-") }'
+  printRow "$name" 34 "$figures" '' "$memory"
 }
 
 printf '%-34s' 'Derivatives and series (ms, MB)'; printf ' %10s   MB' $systems; printf ' %8s\n' ratio

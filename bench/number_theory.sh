@@ -6,9 +6,8 @@
 # that of GP, `best` its time over that of the fastest of the others. Tests of primality are probable ones in all
 # systems (strong tests and one of Lucas).
 build=$(cd "$1" && pwd)
-python=$(for p in python3 /usr/bin/python3; do command -v "$p" >/dev/null && "$p" -c 'import sympy, mpmath' 2>/dev/null && echo "$p" && break; done)
-export GPRC=/dev/null
-limit=20
+. "$(dirname "$0")/beside.sh"
+python=$(pythonWith sympy,mpmath)
 systems='korel gp maxima sympy'
 
 start() {  # SYSTEM: runs the program on standard input
@@ -18,13 +17,6 @@ start() {  # SYSTEM: runs the program on standard input
     maxima) timeout $limit maxima --very-quiet --batch-string="$(cat)" ;;
     sympy)  timeout $limit "$python" - ;;
   esac 2>/dev/null
-}
-available() {
-  case $1 in
-    korel) true ;;
-    sympy) [ -n "$python" ] ;;
-    *) command -v "$1" >/dev/null ;;
-  esac
 }
 text() {  # SYSTEM COPIES EXPRESSION: a program whose last line is the time in milliseconds
   case $1 in
@@ -41,7 +33,7 @@ figure() {  # SYSTEM COPIES EXPRESSION
   for round in 1 2; do
     ms=$(text "$1" "$2" "$3" | start "$1" | grep -E '^ *[0-9.]+(e-?[0-9]+)? *$' | tail -1)
     [ -z "$ms" ] && { echo '>'; return; }
-    best=$(awk -v a="${best:-$ms}" -v b="$ms" 'BEGIN { print a < b ? a : b }')
+    best=$(lesser "${best:-$ms}" "$ms")
   done
   awk -v ms="$best" -v copies="$2" 'BEGIN { printf "%.4f", ms/copies }'
 }
@@ -54,12 +46,7 @@ row() {  # NAME COPIES KOREL GP MAXIMA SYMPY; the slower ones do a tenth of the 
     case $system in maxima|sympy) n=$(((copies + 9) / 10)) ;; esac
     figures+=("$(figure "$system" $n "$1")"); shift
   done
-  awk -v name="$name" -v f="${figures[*]}" 'BEGIN {
-    split(f, t, " "); best = 0
-    for (i = 2; i <= 4; ++i) if (t[i] + 0 > 0 && (best == 0 || t[i] < best)) best = t[i]
-    printf "%-40s", name
-    for (i = 1; i <= 4; ++i) printf " %10s", t[i]
-    printf " %8s %8s\n", (t[2] + 0 > 0 ? sprintf("%.2f", t[1]/t[2]) : "-"), (best > 0 ? sprintf("%.2f", t[1]/best) : "-") }'
+  printRow "$name" 40 "${figures[*]}" 2
 }
 
 printf '%-40s %10s %10s %10s %10s %8s %8s\n' 'Number theory (ms)' $systems ratio best
@@ -75,15 +62,19 @@ row 'next prime after 10^50' 400 'nextprime(10^50 + 1000*k)' 'nextprime(10^50 + 
   'sympy.nextprime(10**50 + 1000*k)'
 for half in 15 20 25 30; do
   h=$((half - 1))
-  row "factors, two primes of $half digits" 1 \
-    "factorint(nextprime(3*10^$h)*nextprime(7*10^$h))" "factor(nextprime(3*10^$h)*nextprime(7*10^$h))" \
-    "ifactors(next_prime(3*10^$h)*next_prime(7*10^$h))" "sympy.factorint(sympy.nextprime(3*10**$h)*sympy.nextprime(7*10**$h))"
+  copies=$((half == 15 ? 100 : half == 20 ? 10 : half == 25 ? 2 : 1))
+  p="3*10^$h + 10^9*k" q="7*10^$h + 10^10*k"
+  row "factors, two primes of $half digits" $copies "factorint(nextprime($p)*nextprime($q))" "factor(nextprime($p)*nextprime($q))" \
+    "ifactors(next_prime($p)*next_prime($q))" "sympy.factorint(sympy.nextprime(${p//^/**})*sympy.nextprime(${q//^/**}))"
 done
 row 'factors of 2^101 - 1' 10 'factorint(2^101 - 1)' 'factor(2^101 - 1)' 'ifactors(2^101 - 1)' 'sympy.factorint(2**101 - 1)'
-row '1000th Bernoulli number' 1 'bernoulli(1000)' 'bernfrac(1000)' 'bern(1000)' 'mpmath.bernfrac(1000)'
+row 'Bernoulli numbers after the 1000th' 20 'bernoulli(1000 + 2*k)' 'bernfrac(1000 + 2*k)' 'bern(1000 + 2*k)' \
+  'mpmath.bernfrac(1000 + 2*k)'
 row '10000th Bernoulli number' 1 'bernoulli(10000)' 'bernfrac(10000)' '' 'mpmath.bernfrac(10000)'
-row '1000th Euler number' 1 'eulernumber(1000)' 'eulerfrac(1000)' 'euler(1000)' 'sympy.euler(1000)'
-row 'partitions of 10000' 1 'partitioncount(10000)' 'numbpart(10000)' 'num_partitions(10000)' 'sympy.partition(10000)'
+row 'Euler numbers after the 1000th' 20 'eulernumber(1000 + 2*k)' 'eulerfrac(1000 + 2*k)' 'euler(1000 + 2*k)' \
+  'sympy.euler(1000 + 2*k)'
+row 'partitions of 10000 and more' 100 'partitioncount(10000 + k)' 'numbpart(10000 + k)' 'num_partitions(10000 + k)' \
+  'sympy.partition(10000 + k)'
 row 'millionth number of Fibonacci' 10 'fibonacci(10^6)' 'fibonacci(10^6)' 'fib(10^6)' 'sympy.fibonacci(10**6)'
 row 'primes up to 10^9, counted' 1 'primecount(10^9)' 'primepi(10^9)' '' 'sympy.primepi(10**9)'
 row 'powers modulo 300 digits' 100 'powermod(3, 10^300 + k, 10^300 + 7)' 'Mod(3, 10^300 + 7)^(10^300 + k)' \

@@ -3,7 +3,7 @@
 binomial := proc(n, k)
   description "binomial(n, k): the coefficient of x^k in (1 + x)^n, for numbers; for anything else the call";
   local m, i, r;
-  if nargs <> 2 then error "binomial expects two arguments, but received %1", nargs end if;
+  if not type([args], [algebraic, algebraic]) then return `kernel/native`("opencall", [algebraic, algebraic], args) end if;
   if not type([n, k], list(integer)) then return `binomial/general`(n, k) end if;
   if k < 0 then return `if`(n < 0 and k <= n, (-1)^(n - k)*binomial(-k - 1, n - k), 0) end if;
   if n < 0 then return (-1)^k*binomial(k - n - 1, k) end if;
@@ -43,18 +43,19 @@ end proc:
 multinomial := proc()
   description "multinomial(a, b, ...): (a + b + ...)!/(a! b! ...)";
   local a, r, s;
+  if not type([args], list(nonnegint)) then return `kernel/native`("opencall", [nonnegint $ nargs], args) end if;
   r := 1; s := 0;
   for a in [args] do
-    if not type(a, nonnegint) then error "integers >= 0 expected, but received %1", a end if;
     s := s + a; r := r*binomial(s, a)
   end do;
   r
 end proc:
 
 # The list of the numbers of Fibonacci at n - 1 and n from those at n/2, by their squares; the last step is a product.
-fibonacci := proc(n::integer)
+fibonacci := proc(n)
   description "fibonacci(n): the n-th number of Fibonacci; fibonacci(1) and fibonacci(2) are 1";
   local p, k;
+  if not type([args], [integer]) then return `kernel/native`("opencall", [integer], args) end if;
   if n < 0 then return (-1)^(n + 1)*fibonacci(-n) end if;
   if n < 2 then return n end if;
   k := iquo(n, 2);
@@ -70,33 +71,38 @@ end proc:
   low := p[1] + p[2]; high := 4*p[2] - p[1] + 2*(-1)^k;
   `if`(irem(n, 2) = 0, [low, high - low], [high - low, high])
 end proc:
-lucas := proc(n::nonnegint)
+lucas := proc(n)
   description "lucas(n): the n-th number of Lucas; lucas(0) is 2, lucas(1) is 1";
   local p;
+  if not type([args], [nonnegint]) then return `kernel/native`("opencall", [nonnegint], args) end if;
   if n = 0 then return 2 end if;
   p := `fibonacci/pair`(n);
   2*p[1] + p[2]
 end proc:
 
 # The denominator is that which von Staudt and Clausen tell.
-bernoulli := proc(n::nonnegint)
+bernoulli := proc(n)
   description "bernoulli(n): the n-th number of Bernoulli; bernoulli(1) is -1/2";
   local d, denominator;
+  if not type([args], [nonnegint]) then return `kernel/native`("opencall", [nonnegint], args) end if;
   if n = 0 then return 1 elif n = 1 then return -1/2 elif irem(n, 2) = 1 then return 0 end if;
   denominator := mul(`if`(isprime(d + 1), d + 1, 1), d = divisors(n));
   (-1)^(n/2 - 1)*`kernel/native`("bernoulli/numerator", n, denominator)/denominator
 end proc:
-eulernumber := proc(n::nonnegint)
+eulernumber := proc(n)
   description "eulernumber(n): the n-th number of Euler: 1, 0, -1, 0, 5, 0, -61, ...";
+  if not type([args], [nonnegint]) then return `kernel/native`("opencall", [nonnegint], args) end if;
   if irem(n, 2) = 1 then 0 elif n = 0 then 1 else (-1)^(n/2)*`kernel/native`("eulernumber/magnitude", n) end if
 end proc:
-catalannumber := proc(n::nonnegint)
+catalannumber := proc(n)
   description "catalannumber(n): the n-th number of Catalan, binomial(2*n, n)/(n + 1)";
+  if not type([args], [nonnegint]) then return `kernel/native`("opencall", [nonnegint], args) end if;
   binomial(2*n, n)/(n + 1)
 end proc:
-stirling1 := proc(n::nonnegint, k::nonnegint)
+stirling1 := proc(n, k)
   description "stirling1(n, k): the coefficient of x^k in x*(x - 1)*...*(x - n + 1)";
   local row, i, j;
+  if not type([args], [nonnegint, nonnegint]) then return `kernel/native`("opencall", [nonnegint, nonnegint], args) end if;
   if k > n then return 0 end if;
   row := table([seq(j = 0, j = 0 .. n)]); row[0] := 1;
   for i to n do
@@ -105,15 +111,17 @@ stirling1 := proc(n::nonnegint, k::nonnegint)
   end do;
   row[k]
 end proc:
-stirling2 := proc(n::nonnegint, k::nonnegint)
+stirling2 := proc(n, k)
   description "stirling2(n, k): in how many ways n things go into k groups, none of them empty";
   local i;
+  if not type([args], [nonnegint, nonnegint]) then return `kernel/native`("opencall", [nonnegint, nonnegint], args) end if;
   if k > n then return 0 end if;
   add((-1)^(k - i)*binomial(k, i)*`if`(i = 0 and n = 0, 1, i^n), i = 0 .. k)/factorial(k)
 end proc:
-bell := proc(n::nonnegint)
+bell := proc(n)
   description "bell(n): in how many ways n things go into groups";
   local row, i, j, below;
+  if not type([args], [nonnegint]) then return `kernel/native`("opencall", [nonnegint], args) end if;
   row := [1];
   for i to n do
     below := table(); below[1] := row[-1];
@@ -123,12 +131,13 @@ bell := proc(n::nonnegint)
   row[1]
 end proc:
 
-partitioncount := proc(n::nonnegint)
+partitioncount := proc(n)
   description "partitioncount(n): in how many ways n is a sum of positive integers, their order being no matter";
-  `kernel/native`("partitioncount", n)
+  `kernel/native`("partitioncount", args)
 end proc:
-partitions := proc(n::nonnegint)
+partitions := proc(n)
   description "partitions(n): the list of all lists of positive integers with sum n, the members of each falling";
+  if not type([args], [nonnegint]) then return `kernel/native`("opencall", [nonnegint], args) end if;
   `partitions/upto`(n, n)
 end proc:
 `partitions/upto` := proc(n, m)
@@ -142,9 +151,10 @@ end proc:
   [all]
 end proc:
 
-iroot := proc(n::integer, k::posint)
+iroot := proc(n, k)
   description "iroot(n, k): the k-th root of an integer, cut off towards 0";
   local x, y;
+  if not type([args], [integer, posint]) then return `kernel/native`("opencall", [integer, posint], args) end if;
   if n < 0 then
     if irem(k, 2) = 0 then error "even root of the negative number %1", n end if;
     return -iroot(-n, k)
@@ -158,10 +168,12 @@ iroot := proc(n::integer, k::posint)
   end do
 end proc:
 
-contfrac := proc(x, n::posint)
+contfrac := proc(x, n)
   description "contfrac(x), contfrac(x, n): the partial quotients of the continued fraction of x as a list, of n of them at most; of a constant like Pi as many as Digits tell";
   local exact, q, all, limit, low, high, a;
-  if not type(x, numeric) and `simpl/signum`(x) = FAIL then error "real number expected, but received %1", x end if;
+  if not type([args], {[algebraic], [algebraic, posint]}) or `simpl/signum`(x) = FAIL or not type(evalf(x), finite) then
+    return `kernel/native`("opencall", [And(numeric, finite), posint], args)
+  end if;
   limit := `if`(nargs > 1, args[2], infinity);
   all := [];
   if type(x, numeric) then
@@ -185,9 +197,10 @@ contfrac := proc(x, n::posint)
   end do;
   all
 end proc:
-convergents := proc(a::list(integer))
+convergents := proc(a)
   description "convergents([a0, a1, ...]): the list of the fractions a0, a0 + 1/a1, ... of a continued fraction";
   local p0, p1, q0, q1, all, x;
+  if not type([args], [list(integer)]) then return `kernel/native`("opencall", [list(integer)], args) end if;
   p0, p1, q0, q1 := 0, 1, 1, 0; all := NULL;
   for x in a do
     p0, p1 := p1, x*p1 + p0;

@@ -63,8 +63,9 @@ end proc:
     `if`(length(text) > before, cat(".", substring(text, before + 1..-1)), ""), "e", exponent - modp(exponent, step))
 end proc:
 
-basetext := proc(n::integer, b::posint)
+basetext := proc(n, b)
   description "basetext(n, b): the text of an integer in base b, from 2 to 36, with the digits 0 to 9 and A to Z";
+  if not type([args], [integer, posint]) then return `kernel/native`("opencall", [integer, posint], args) end if;
   if b < 2 or b > 36 then error "base from 2 to 36 expected, but received %1", b end if;
   `convert/positional`(n, b)
 end proc:

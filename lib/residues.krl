@@ -1,7 +1,8 @@
 # Integers modulo an integer: powers, inverses, roots, orders, logarithms.
 
-powermod := proc(b::integer, e::integer, m::posint)
+powermod := proc(b, e, m)
   description "powermod(b, e, m): b^e modulo m, in 0 .. m - 1; a negative e takes the inverse of b";
+  if not type([args], [integer, integer, posint]) then return `kernel/native`("opencall", [integer, integer, posint], args) end if;
   if m = 1 then 0 elif e = 0 then 1
   elif e < 0 then `kernel/native`("powermod", invmod(b, m), -e, m)
   else `kernel/native`("powermod", b, e, m)
@@ -15,9 +16,10 @@ end proc:
 end proc:
 
 # The least s in size is an inverse modulo b/g, which the kernel knows how to take.
-gcdex := proc(a::integer, b::integer)
+gcdex := proc(a, b)
   description "gcdex(a, b): the list [g, s, t] with g = gcd(a, b) = s*a + t*b";
   local g, s;
+  if not type([args], [integer, integer]) then return `kernel/native`("opencall", [integer, integer], args) end if;
   if b = 0 then return [abs(a), sign(a), 0] elif a = 0 then return [abs(b), 0, sign(b)] end if;
   g := igcd(a, b);
   s := mods(1/(a/g), abs(b)/g);
@@ -26,22 +28,24 @@ end proc:
 ilcm := proc()
   description "ilcm(a, b, ...): the least common multiple of integers";
   local r, a;
+  if not type([args], list(integer)) then return `kernel/native`("opencall", [integer $ nargs], args) end if;
   r := 1;
   for a in [args] do
-    if not type(a, integer) then error "integers expected, but received %1", a end if;
     if a = 0 then return 0 end if;
     r := abs(r*a)/igcd(r, a)
   end do;
   r
 end proc:
-invmod := proc(a::integer, m::posint)
+invmod := proc(a, m)
   description "invmod(a, m): the inverse of a modulo m";
+  if not type([args], [integer, posint]) then return `kernel/native`("opencall", [integer, posint], args) end if;
   if igcd(a, m) <> 1 then error "%1 has no inverse modulo %2", a, m end if;
   `if`(m = 1, 0, modp(1/a, m))
 end proc:
-chinese := proc(r::list(integer), m::list(posint))
+chinese := proc(r, m)
   description "chinese([r1, ...], [m1, ...]): the least number >= 0 that is ri modulo each mi";
   local x, n, i, e, d;
+  if not type([args], [list(integer), list(posint)]) then return `kernel/native`("opencall", [list(integer), list(posint)], args) end if;
   if nops(r) <> nops(m) then error "as many residues as moduli expected, but received %1 and %2", nops(r), nops(m) end if;
   x := 0; n := 1;
   for i to nops(r) do
@@ -55,16 +59,18 @@ chinese := proc(r::list(integer), m::list(posint))
   x
 end proc:
 
-jacobi := proc(a::integer, n::posint)
+jacobi := proc(a, n)
   description "jacobi(a, n): the symbol of Jacobi, n odd: -1, 0 or 1";
+  if not type([args], [integer, posint]) then return `kernel/native`("opencall", [integer, posint], args) end if;
   if irem(n, 2) = 0 then error "odd number expected, but received %1", n end if;
   `kernel/native`("jacobi", `residues/positive`(a, n), n)
 end proc:
 
 # A root modulo a prime by Tonelli and Shanks, modulo its powers by Hensel's lemma, all joined.
-sqrtmod := proc(a::integer, n::posint)
+sqrtmod := proc(a, n)
   description "sqrtmod(a, n): an x in 0 .. n/2 with x^2 = a modulo n; FAIL when there is none";
   local x, r, f, m, q;
+  if not type([args], [integer, posint]) then return `kernel/native`("opencall", [integer, posint], args) end if;
   x := 0; m := 1;
   for f in factorint(n) do
     q := f[1]^f[2];
@@ -115,9 +121,10 @@ end proc:
   r
 end proc:
 
-ordermod := proc(a::integer, n::posint)
+ordermod := proc(a, n)
   description "ordermod(a, n): the least k > 0 with a^k = 1 modulo n, which is coprime to a";
   local k, f, i;
+  if not type([args], [integer, posint]) then return `kernel/native`("opencall", [integer, posint], args) end if;
   if igcd(a, n) <> 1 then error "%1 and %2 are not coprime", a, n end if;
   k := carmichael(n);
   for f in factorint(k) do
@@ -125,9 +132,10 @@ ordermod := proc(a::integer, n::posint)
   end do;
   k
 end proc:
-primitiveroot := proc(n::posint)
+primitiveroot := proc(n)
   description "primitiveroot(n): the least positive number whose powers are all residues coprime to n; FAIL when there is none";
   local phi, primes, g, f, p;
+  if not type([args], [posint]) then return `kernel/native`("opencall", [posint], args) end if;
   if n <= 4 then return [0, 1, 2, 3][n] end if;
   f := factorint(n);
   if f[1] = [2, 1] then f := f[2 .. -1] end if;
@@ -139,9 +147,10 @@ primitiveroot := proc(n::posint)
   end do
 end proc:
 # Pohlig and Hellman's reduction to prime orders, there Shanks's baby steps and giant steps.
-discretelog := proc(b::integer, a::integer, n::posint)
+discretelog := proc(b, a, n)
   description "discretelog(b, a, n): the least k >= 0 with a^k = b modulo n, which is coprime to a; FAIL when there is none";
   local order, rs, ms, f, q, g, h, x, gamma, i, d, inverse;
+  if not type([args], [integer, integer, posint]) then return `kernel/native`("opencall", [integer, integer, posint], args) end if;
   order := ordermod(a, n);
   rs := []; ms := [];
   for f in factorint(order) do

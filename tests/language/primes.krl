@@ -13,3 +13,5 @@ carmichael(561), carmichael(8), squarefree(30), squarefree(12), omega(12), bigom
 # Sums over divisors that are known.
 {seq(add(totient(d), d = divisors(n)) - n, n = 1 .. 100)}, {seq(add(moebius(d), d = divisors(n)), n = 2 .. 100)};
 prevprime(2); isprime(x); factorint(0); ithprime(0); primecount(10^20); timelimit(.2, factorint(nextprime(10^60)*nextprime(2*10^60)));
+# Powers of primes of all sizes, by roots whose order is a prime, one after the other.
+{seq(evalb(factorint(nextprime(10^k)^(2 + irem(k, 7))) = [[nextprime(10^k), 2 + irem(k, 7)]]), k = 1..45)}, factorint(16411^37*nextprime(2^70)^4);

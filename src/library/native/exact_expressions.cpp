@@ -44,13 +44,7 @@ DAG sumOf(DAG a, DAG b) {
 DAG productOf(DAG a, DAG b) {
   if (a == cons1) return b;
   if (b == cons1) return a;
-  if (isNumber(a) && isNumber(b)) return simpl(mul(a, b));
-  DAG product = newl2(5, PROD);
-  product[1] = a;
-  product[2] = cons1;
-  product[3] = b;
-  product[4] = cons1;
-  return simpl(product);
+  return simpl(NewPROD(a, b));
 }
 DAG negativeOf(DAG x) { return productOf(consm1, x); }
 DAG powerOf(DAG base, DAG exponent) {

@@ -21,6 +21,12 @@ namespace korel {
 using NativeFunction = DAG (*)(const BuiltinCall& call);
 /// 'self(arguments)': the call that stays.
 DAG unevaluatedNative(const BuiltinCall& call);
+/// What becomes of a call whose arguments aren't all of these types. It stays when those that are not may become
+/// numbers later: names, calls, expressions with them. Else, and for too many or missing ones, an error tells what is
+/// expected.
+DAG openCall(const BuiltinCall& call, const DAG* types, Word count);
+/// The same for one argument.
+DAG openIntegerCall(const BuiltinCall& call, const char* type);
 
 /// The function behind a procedure whose whole body is `kernel/native`("name", args), or null: within the frame of the
 /// call the function runs at once, on the arguments of the frame, which need not be simplified as a sequence.

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "eval/types/types.h"
 #include "frame/errors.h"
 #include "library/native/native.h"
 #include "numbers/functions/elementary_reals.h"
@@ -11,6 +12,7 @@
 #include "numbers/integer/integer.h"
 #include "numbers/primes/primality.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel {
 
@@ -115,11 +117,11 @@ DAG native::bernoulliNumerator(const BuiltinCall& call) {
   return nearestInteger(twice, n, n, 1, principal, sizeOfQuotient(n, n, 1) + bitsOf(twice));
 }
 
-// eulernumber/magnitude(n): that of eulernumber(n) for an even n: 2*n!*L(n + 1)/(Pi/2)^(n + 1), with the character 1
-// and -1 of primes that are 1 and 3 modulo 4.
+// eulernumber/magnitude(n): that of eulernumber(n) for an even n > 0: 2*n!*L(n + 1)/(Pi/2)^(n + 1), with the character
+// 1 and -1 of primes that are 1 and 3 modulo 4.
 DAG native::eulernumberMagnitude(const BuiltinCall& call) {
   const std::int64_t n = indexArgument(call, 1, largestIndex);
-  if (n % 2 != 0) wrongParameters(call);
+  if (n < 2 || n % 2 != 0) wrongParameters(call);
   return nearestInteger(immediate(2), n, n + 1, -1, oddModuloFour, sizeOfQuotient(n, n + 1, -1) + 1);
 }
 
@@ -150,7 +152,7 @@ void selbergTerms(std::int64_t k, std::int64_t n, Use use) {
   }
 }
 
-/// The k-th term, (cosh c - sinh c / c) times Selberg's sum, where c = Pi root / (6 k); root is sqrt(24 n - 1).
+/// The k-th term, (cosh c - sinh c / c) times Selberg's sum, where c = Pi root / (6 k) and root is sqrt(24 n - 1).
 double shortTerm(std::int64_t k, std::int64_t n, double root) {
   constexpr double pi = 3.14159265358979323846;
   const double c = pi * root / (6 * static_cast<double>(k));
@@ -178,6 +180,7 @@ Real longTerm(std::int64_t k, std::int64_t n, const Real& root) {
 // Hardy-Ramanujan-Rademacher formula", 2012), each term to as many bits as it has before the point.
 DAG native::partitioncount(const BuiltinCall& call) {
   constexpr std::int64_t limit = 1000000000000;
+  if (argumentCount(call) != 1 || !type(call.arguments[1], ini("nonnegint"))) return openIntegerCall(call, "nonnegint");
   const std::int64_t n = indexArgument(call, 1, limit);
   if (n < 2) return immediate(1);
   const std::int64_t terms = rademacherTerms(static_cast<double>(n));

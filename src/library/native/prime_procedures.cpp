@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "eval/simplify/simplify.h"
+#include "eval/types/types.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
 #include "library/native/native.h"
@@ -21,10 +22,7 @@ namespace {
 
 // Vectors end before an error jumps: each work is done by a function that returns when the clock says so.
 
-DAG integerArgument(const BuiltinCall& call, Word i) {
-  if (argumentCount(call) < i || !isInteger(call.arguments[i])) wrongParameters(call);
-  return call.arguments[i];
-}
+bool isOneInteger(const BuiltinCall& call) { return argumentCount(call) == 1 && isInteger(call.arguments[1]); }
 
 bool isNegativeInteger(DAG x) { return isImmediate(x) ? immediateValue(x) < 0 : hasTag(x, INTNEG); }
 
@@ -113,7 +111,8 @@ DAG listOfFactors(DAG n) {
 
 // isprime(n): whether the integer is a prime (numbers/primes/primality.h).
 DAG native::isprime(const BuiltinCall& call) {
-  DAG n = integerArgument(call, 1);
+  if (!isOneInteger(call)) return openIntegerCall(call, "integer");
+  DAG n = call.arguments[1];
   if (isNegativeInteger(n)) return ini("false");
   const Answer answer = isPrimeNatural(naturalOf(n));
   if (answer == Answer::stopped) endOperation();
@@ -121,9 +120,13 @@ DAG native::isprime(const BuiltinCall& call) {
 }
 
 // nextprime(n): the least prime above n; prevprime(n): the greatest one below n > 2.
-DAG native::nextprime(const BuiltinCall& call) { return orEnd(neighbourOf(integerArgument(call, 1), nextPrime)); }
+DAG native::nextprime(const BuiltinCall& call) {
+  if (!isOneInteger(call)) return openIntegerCall(call, "integer");
+  return orEnd(neighbourOf(call.arguments[1], nextPrime));
+}
 DAG native::prevprime(const BuiltinCall& call) {
-  DAG n = integerArgument(call, 1);
+  if (!isOneInteger(call)) return openIntegerCall(call, "integer");
+  DAG n = call.arguments[1];
   if (isNegativeInteger(n) || (isImmediate(n) && immediateValue(n) < 3))
     KernelException("there is no prime below %1", n);
   return orEnd(neighbourOf(n, previousPrime));
@@ -133,7 +136,8 @@ DAG native::prevprime(const BuiltinCall& call) {
 DAG native::primecount(const BuiltinCall& call) {
   std::int64_t n = 0;
   constexpr std::int64_t limit = 100000000000000;
-  if (!readLongLong(integerArgument(call, 1), n) || n > limit)
+  if (!isOneInteger(call)) return openIntegerCall(call, "integer");
+  if (!readLongLong(call.arguments[1], n) || n > limit)
     KernelException("integer up to 10^14 expected, but received %1", call.arguments[1]);
   const std::int64_t count = primeCount(n);
   if (count < 0) endOperation();
@@ -144,7 +148,8 @@ DAG native::primecount(const BuiltinCall& call) {
 DAG native::ithprime(const BuiltinCall& call) {
   std::int64_t n = 0;
   constexpr std::int64_t limit = 1000000000000;
-  if (!readLongLong(integerArgument(call, 1), n) || n < 1 || n > limit)
+  if (!isOneInteger(call) || !type(call.arguments[1], ini("posint"))) return openIntegerCall(call, "posint");
+  if (!readLongLong(call.arguments[1], n) || n > limit)
     KernelException("integer from 1 to 10^12 expected, but received %1", call.arguments[1]);
   const std::int64_t prime = primeNumber(n);
   if (prime == 0) endOperation();
@@ -153,14 +158,16 @@ DAG native::ithprime(const BuiltinCall& call) {
 
 // factorint(n): the factors of an integer, not 0, as a list of lists [prime, exponent]; -1 comes first for n < 0.
 DAG native::factorint(const BuiltinCall& call) {
-  DAG n = integerArgument(call, 1);
+  if (!isOneInteger(call)) return openIntegerCall(call, "integer");
+  DAG n = call.arguments[1];
   if (isZeroImmediate(n)) KernelException("0 has no factors");
   return orEnd(listOfFactors(n));
 }
 
 // jacobi(a, n): Jacobi's symbol for 0 <= a < n, n odd.
 DAG native::jacobi(const BuiltinCall& call) {
-  DAG a = integerArgument(call, 1), n = integerArgument(call, 2);
+  if (argumentCount(call) != 2 || !isInteger(call.arguments[1]) || !isInteger(call.arguments[2])) wrongParameters(call);
+  DAG a = call.arguments[1], n = call.arguments[2];
   if (isNegativeInteger(a) || isNegativeInteger(n) || !isodd(n)) wrongParameters(call);
   return immediate(jacobiSymbol(naturalOf(a), naturalOf(n)));
 }

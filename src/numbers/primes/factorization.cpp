@@ -229,13 +229,15 @@ constexpr int largestSieved = 75;  // decimal digits
 /// Decimal digits, within one.
 int digitsOf(const Natural& n) { return static_cast<int>(static_cast<double>(bitLength(n)) * 0.30103) + 1; }
 
-/// The largest k with n = root^k; 1 when n is no power. n has no factor below `trialLimit`.
+/// A prime k with n = root^k; 1 when n is no power, 0 when stopped. n has no factor below `trialLimit`.
 unsigned powerOf(const Natural& n, Natural& root) {
-  for (auto k = static_cast<unsigned>(bitLength(n) / 14); k > 1; --k) {
+  for (std::uint32_t k : primesBelow(static_cast<std::uint32_t>(bitLength(n) / 14 + 1))) {
     root = truncatedRootOf(n, k);
     Natural power{1};
-    for (unsigned i = 0; i < k; ++i) power = product(power, root);
+    for (std::uint32_t i = 0; i < k; ++i) power = product(power, root);
     if (power == n) return k;
+    // Some four powers of half the length on the average.
+    if (isTimeUp(static_cast<std::int64_t>(2 * n.size() * n.size()))) return 0;
   }
   root = n;
   return 1;
@@ -295,6 +297,7 @@ bool split(const Natural& n, unsigned exponent, std::vector<PrimePower>& factors
   }
   Natural root, divisor;
   const unsigned k = powerOf(n, root);
+  if (k == 0) return false;
   if (k > 1) return split(root, k * exponent, factors);
   if (anyDivisor(n, divisor) == Answer::stopped) return false;
   Natural rest = n;

@@ -175,8 +175,12 @@ Natural inverseModulo(const Natural& a, const Natural& m) {
 
 Natural truncatedRootOf(const Natural& x, unsigned k) {
   if (x.empty() || k == 1) return x;
-  // Newton's iteration from above falls until it has arrived.
-  Natural root = shiftedLeft({1}, (bitLength(x) + k - 1) / k);
+  // Newton's iteration from above falls until it has arrived: from a double's logarithm, a little raised, in few steps.
+  const std::size_t bits = bitLength(x), hidden = bits > 64 ? bits - 64 : 0;
+  const double log = (std::log2(doubleOf(shiftedRight(x, hidden))) + static_cast<double>(hidden)) / k;
+  const double whole = std::floor(log), scale = 0x1p32 * (1 + 0x1p-24);
+  Natural root = shiftedLeft({static_cast<Limb>(std::exp2(log - whole) * scale) + 1}, static_cast<std::size_t>(whole));
+  root = sum(shiftedRight(root, 32), {1});
   for (;;) {
     Natural power{1};
     for (unsigned i = 1; i < k; ++i) power = product(power, root);

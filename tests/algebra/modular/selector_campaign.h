@@ -6,6 +6,7 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <random>
+#include <span>
 #include <string>
 
 #include "algebra/modular/modular_polynomials.h"
@@ -148,13 +149,12 @@ inline void runCase(const SelectorFamily& family, const SelectorModel& model, in
 
 /// Runs all cases of each selector, some hundreds at a time in a process of their own: what a running statement has made
 /// is not collected before its end.
-template <std::size_t count>
-void runCampaign(const SelectorFamily& family, const SelectorModel (&models)[count], int usualCases) {
+inline void runCampaign(const SelectorFamily& family, std::span<const SelectorModel> models, int usualCases) {
   constexpr int batch = 200;
   const int cases = casesOfSelector(usualCases);
   // No row of the family's table is without a model.
-  ASSERT_EQ(count, family.selectorCount);
-  for (std::size_t i = 0; i < count; ++i) ASSERT_STREQ(models[i].name, family.selectors[i].name);
+  ASSERT_EQ(models.size(), family.selectorCount);
+  for (std::size_t i = 0; i < models.size(); ++i) ASSERT_STREQ(models[i].name, family.selectors[i].name);
   for (const SelectorModel& model : models)
     for (int first = 0; first < cases; first += batch) {
       const ChildResult result = inChild([&] {
