@@ -9,6 +9,12 @@ evalf(subs(x = 1/3, expand((x + 0.5)^25)) - (1/3 + 0.5)^25, 5);
 expand((x + 1)^(10^9)); expand((x + 1)^(10^20)); expand((a + b + c + d + e + f + g1 + h1)^40);
 expand(mul(v[i] + w[i], i = 1 .. 40)); expand(z^3*mul(add(v[i, j], j = 1 .. 10) + 1.5, i = 1 .. 12)/(y + 1)); expand((a + b + 1.5)^(10^6)); expand((a + I*b + c + d + u + v + w + x)^60); expand(add(v[i], i = 1 .. 1000)^3); expand(mul(v[i]^2 + v[i] + 1, i = 1 .. 30)*(y + 1)^5*(y - 1)); expand((x + 1)^400000);
 nops(expand(mul(v[i] + w[i], i = 1 .. 12))), nops(expand(mul(v[1] + v[i], i = 2 .. 8)*mul(v[2] - v[i], i = 3 .. 8))), nops(expand((x - 1)*add(x^k, k = 0 .. 999))), nops(expand(mul((x - k)*(y + k), k = 1 .. 30)));
+# Products of many sums: differences of names, factors with fractions, roots, floats and calls among them.
+n8 := [v1, v2, v3, v4, v5, v6, v7, v8]: values := [seq(n8[i] = i^2 - 7/i, i = 1 .. 8)]:
+for p in [mul(mul(n8[i] - n8[j], j = i + 1 .. 8), i = 1 .. 7), mul(n8[i]^2 - 3*n8[i] + 1, i = 1 .. 8), 3*v1*v2^2*mul(n8[i]/2 - n8[i + 1]/3 + 1, i = 1 .. 7), mul(10^30*n8[i] - n8[i + 1] - 1, i = 1 .. 7)*(v1 + v2)^5, mul(n8[i] - 1/n8[i + 1], i = 1 .. 7)^2*mul(n8[i]*n8[i + 1] + 1, i = 1 .. 7)] do
+  e := expand(p): lprint(nops(e), subs(values, e) - subs(values, p))
+end do:
+expand(mul((n8[i] - n8[i + 1])*(n8[i] + n8[i + 1]), i = 1 .. 7) - mul(n8[i]^2 - n8[i + 1]^2, i = 1 .. 7)), expand(mul((n8[i]^(1/2) - n8[i + 1])*(n8[i]^(1/2) + n8[i + 1]), i = 1 .. 7) - mul(n8[i] - n8[i + 1]^2, i = 1 .. 7)), nops(expand((v1 + 1.5)*mul(n8[i] + n8[i - 1], i = 2 .. 8)*(v8 - 2)^5)), nops(expand(sin(v1 + v2)*mul(n8[i] + n8[i - 1], i = 2 .. 8)*mul(n8[i] - I, i = 5 .. 8)));
 # A limit of time reaches into a product; the session goes on.
 p := expand((a + b + c + d + u)^30):
 try timelimit(0.3, expand(p*(p + 1))) catch: lasterror end try; nops(expand((x + 2)^3));
