@@ -14,6 +14,12 @@ expand((a + b + c + d + u)^60*(a + b + c + d + v)^60); expand((x + y + z + t)^10
 nops(expand((x + y + z + 1)^20*(x + y + t + 3)^20)), add(add(binomial(40 - i - j + 2, 2), i = 0..20), j = 0..20), nops(expand((x + y + z)^25*(x + y + z + t)^10)), nops(expand((x + y + 1)^60*(x - y + 1)^60));
 # Coefficients too long for machine words.
 wide := expand((x + y + 10^24)^62*(x - y + 10^24)^62): nops(wide), evalb(eval(wide, [x = 2, y = -5]) = (10^24 - 3)^62*(10^24 + 7)^62); wide := 'wide':
+# Products of many sums: differences of names, factors with fractions, roots, floats and calls among them.
+n8 := [v1, v2, v3, v4, v5, v6, v7, v8]: values := [seq(n8[i] = i^2 - 7/i, i = 1 .. 8)]:
+for p in [mul(mul(n8[i] - n8[j], j = i + 1 .. 8), i = 1 .. 7), mul(n8[i]^2 - 3*n8[i] + 1, i = 1 .. 8), 3*v1*v2^2*mul(n8[i]/2 - n8[i + 1]/3 + 1, i = 1 .. 7), mul(10^30*n8[i] - n8[i + 1] - 1, i = 1 .. 7)*(v1 + v2)^5, mul(n8[i] - 1/n8[i + 1], i = 1 .. 7)^2*mul(n8[i]*n8[i + 1] + 1, i = 1 .. 7)] do
+  e := expand(p): lprint(nops(e), subs(values, e) - subs(values, p))
+end do:
+expand(mul((n8[i] - n8[i + 1])*(n8[i] + n8[i + 1]), i = 1 .. 7) - mul(n8[i]^2 - n8[i + 1]^2, i = 1 .. 7)), expand(mul((n8[i]^(1/2) - n8[i + 1])*(n8[i]^(1/2) + n8[i + 1]), i = 1 .. 7) - mul(n8[i] - n8[i + 1]^2, i = 1 .. 7)), nops(expand((v1 + 1.5)*mul(n8[i] + n8[i - 1], i = 2 .. 8)*(v8 - 2)^5)), nops(expand(sin(v1 + v2)*mul(n8[i] + n8[i - 1], i = 2 .. 8)*mul(n8[i] - I, i = 5 .. 8)));
 # A limit of time reaches into a product; the session goes on.
 p := expand((a + b + c + d + u)^30):
 try timelimit(0.3, expand(p*(p + 1))) catch: lasterror end try; nops(expand((x + 2)^3));

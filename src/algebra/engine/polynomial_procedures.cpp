@@ -72,6 +72,48 @@ DAG product(DAG a, DAG b) {
   return unpack(arena, layout, multiply(arena, layout, p, q, width), lowest, denominator);
 }
 
+DAG productOfAll(DAG sums) {
+  constexpr std::size_t few = 4;
+  const Word n = lengthOf(sums) - 1;
+  Arena arena;
+  Layout layout;
+  auto* operands = arena.make<Operand>(n);
+  for (Word i = 0; i < n; ++i) operands[i] = {.sum = sums[i + 1]};
+  if (!survey(layout, operands, static_cast<int>(n))) return DAG();
+  std::int64_t ranges[mostVariables] = {}, lowest[mostVariables] = {};
+  for (Word i = 0; i < n; ++i) {
+    if (operands[i].denominator != cons1 || widthOf(operands[i]) == 0) return DAG();
+    for (int v = 0; v < layout.count; ++v) {
+      ranges[v] += operands[i].highest[v] - operands[i].lowest[v];
+      lowest[v] += operands[i].lowest[v];
+    }
+  }
+  for (int v = 0; v < layout.count; ++v)
+    if (ranges[v] > largestExponent) return DAG();
+  if (!assignFields(layout, ranges)) return DAG();
+  Polynomial product;
+  double bits = 0;
+  for (Word i = 0; i < n; ++i) {
+    const Polynomial next = pack(arena, layout, operands[i], widthOf(operands[i]));
+    bits += bitsOfNorm(next);
+    const int width = std::max(widthFor(bits), next.width);
+    if (widthFor(bits) == 0) return DAG();
+    if (i == 0) {
+      product = next;
+      continue;
+    }
+    const Polynomial before = product;
+    product = next.count <= few ? multiplyByFew(arena, before, next, std::max(width, before.width))
+                                : multiply(arena, layout, before, next, std::max(width, before.width));
+    checkTermCount(product.count);
+    for (const Polynomial& p : {before, next}) {
+      arena.free(p.monomials);
+      arena.free(p.coefficients);
+    }
+  }
+  return unpack(arena, layout, product, lowest, cons1);
+}
+
 DAG sumOfProducts(DAG a, DAG b, DAG c, DAG d) {
   Arena arena;
   Layout layout;

@@ -12,6 +12,9 @@ namespace korel::engine {
 
 /// a * b for expanded sums.
 DAG product(DAG a, DAG b);
+/// The product of an EXPSEQ of expanded sums with integer coefficients, one after the other: no term of what comes
+/// between becomes an object.
+DAG productOfAll(DAG sums);
 /// a * b + c * d for expanded sums with integer coefficients; 0 also where these get long.
 DAG sumOfProducts(DAG a, DAG b, DAG c, DAG d);
 /// a^n for an expanded sum and n > 0.

@@ -231,6 +231,40 @@ Polynomial sum(Arena& arena, const Polynomial& a, const Polynomial& b) {
   return result;
 }
 
+Polynomial multiplyByFew(Arena& arena, const Polynomial& a, const Polynomial& b, int width) {
+  Polynomial result;
+  result.width = width;
+  for (std::size_t j = 0; j < b.count; ++j) {
+    Polynomial part;
+    part.count = a.count;
+    part.width = width;
+    part.monomials = arena.make<Monomial>(a.count);
+    part.coefficients = arena.makeZero<Limb>(a.count * width);
+    passWork(3 * static_cast<std::int64_t>(a.count) * width);
+    withWidth(width, [&](auto w) {
+      constexpr int W = w;
+      Limb factor[W], c[W];
+      extend<W>(factor, b.coefficient(j), b.width);
+      for (std::size_t i = 0; i < a.count; ++i) {
+        part.monomials[i] = a.monomials[i] + b.monomials[j];
+        extend<W>(c, a.coefficient(i), a.width);
+        addProduct<W, W, W>(part.coefficients + i * W, c, factor);
+      }
+    });
+    if (j == 0) {
+      result = part;
+      continue;
+    }
+    const Polynomial before = result;
+    result = sum(arena, before, part);
+    for (const Polynomial& p : {before, part}) {
+      arena.free(p.monomials);
+      arena.free(p.coefficients);
+    }
+  }
+  return result;
+}
+
 double bitsOfNorm(const Polynomial& p) {
   // Lengths by themselves would count a sum of ones as twice as long.
   double sum = 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "algebra/engine/polynomial_procedures.h"
 #include "algebra/float_context.h"
 #include "algebra/polynomial_types.h"
 #include "algebra/polynomials/expanded_size.h"
@@ -13,6 +14,7 @@
 #include "library/library_calls.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
+#include "store/append.h"
 #include "store/copy_on_change.h"
 #include "store/object_fields.h"
 #include "store/objects.h"
@@ -177,11 +179,24 @@ bool isProductOfAtoms(DAG x) {
   return true;
 }
 
-// Sums among the factors are multiplied out one after the other, lists joined, what is left simplified.
+// The sums of an EXPSEQ multiplied out one after the other: all at once in the engine when they are several and long.
+DAG productOfSums(DAG sums) {
+  constexpr double manyTerms = 4000;
+  const Word n = lengthOf(sums);
+  double terms = 1;
+  for (Word i = 1; i < n; ++i) terms *= isTag(sums[i], SUM) ? pairCount(sums[i]) : 2;
+  if (n > 3 && terms > manyTerms)
+    if (DAG all = engine::productOfAll(sums)) return all;
+  DAG product = cons1;
+  for (Word i = 1; i < n; ++i) product = product == cons1 ? sums[i] : exprod(product, sums[i]);
+  return product;
+}
+
+// Sums among the factors are multiplied out, lists joined, what is left simplified.
 DAG expandProduct(DAG x) {
   checkSizeOfProduct(x);
   CopyOnChange rest(x);
-  DAG sums = cons1, lists = cons1, others = cons1;
+  DAG sumFactors = new1(EXPSEQ), lists = cons1, others = cons1;
   for (Word i = 1; i < lengthOf(x); i += 2) {
     DAG b = expand(x[i]), e = x[i + 1];
     if (isTag(b, SUM) && isInteger(e) && !consneg(e) && e != cons1) {
@@ -198,9 +213,10 @@ DAG expandProduct(DAG x) {
       if (lists == cons1) lists = b;
       else others = simpl(NewPROD(others, b));
     } else {
-      sums = sums == cons1 ? b : exprod(sums, b);
+      sumFactors = Append2(sumFactors, b);
     }
   }
+  DAG sums = productOfSums(sumFactors);
   DAG result = rest.changed() ? simpl(rest.result) : x;
   if (sums != cons1) result = result == cons1 ? sums : exprod(result, sums);
   if (lists != cons1) result = result == cons1 ? lists : simpl(exlistprod(result, lists));

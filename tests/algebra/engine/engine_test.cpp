@@ -147,6 +147,24 @@ TEST(Engine, PowersOfSums) {
     }
 }
 
+// Products of many sums at once are those of one after the other, whatever cancels on the way.
+TEST(Engine, ProductsOfMany) {
+  RandomPolynomialTexts texts(31);
+  for (int round = 0; round < 40; ++round) {
+    const int variables = 1 + texts.below(4), count = 3 + texts.below(4);
+    DAG sums = newl2(static_cast<Word>(count + 1), EXPSEQ), product = cons1;
+    std::string trace;
+    for (int i = 1; i <= count; ++i) {
+      const std::string text = texts.polynomial(variables, 1 + texts.below(6), 3) + (i % 2 == 0 ? "-x^4" : "+y^(-2)");
+      trace += "(" + text + ") ";
+      sums[i] = polynomialOf(text);
+      product = plainProduct(product, sums[i]);
+    }
+    SCOPED_TRACE(trace);
+    EXPECT_EQ(engine::productOfAll(sums), product);
+  }
+}
+
 // What passes for coprime has no common factor but a number; without one most pairs pass.
 TEST(Engine, CoprimeTest) {
   RandomPolynomialTexts texts(17);
