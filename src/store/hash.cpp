@@ -7,7 +7,7 @@
 #include "store/objects.h"
 
 #if defined(__SSE2__)
-#include <immintrin.h>
+#include <emmintrin.h>
 #endif
 
 namespace korel {
@@ -207,8 +207,6 @@ bool hashEqualEntries(DAG a, DAG b) {
 
 namespace {
 
-// The hash is a polynomial in this factor: h = c + 1027*h for each character.
-constexpr Word hashFactor = 1027;
 constexpr auto hashFactorTo = [] {  // its powers
   std::array<Word, 17> powers{1};
   for (std::size_t n = 1; n < powers.size(); ++n) powers[n] = hashFactor * powers[n - 1];
@@ -247,36 +245,6 @@ Word hashBlocks(Word h, const char* text, std::size_t blocks) {
   sum = _mm_add_epi64(sum, _mm_unpackhi_epi64(sum, sum));
   return static_cast<Word>(_mm_cvtsi128_si32(sum));
 }
-
-// What the characters of a block weigh beside each other.
-constexpr auto hashWeights = [] {
-  std::array<Word, hashBlock> weights{};
-  for (std::size_t n = 0; n < hashBlock; ++n) weights[n] = hashFactorTo[hashBlock - 1 - n];
-  return weights;
-}();
-
-// The same where the processor multiplies eight numbers at once: each has a character of every half block.
-[[gnu::target("avx2")]] Word hashBlocksOfEights(Word h, const char* text, std::size_t blocks) {
-  const __m256i step = _mm256_set1_epi32(static_cast<int>(hashFactorTo[16]));
-  __m256i left = _mm256_setzero_si256();
-  __m256i right = _mm256_set_epi32(static_cast<int>(h), 0, 0, 0, 0, 0, 0, 0);
-  for (; blocks > 0; --blocks, text += hashBlock) {
-    const __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-    left = _mm256_add_epi32(_mm256_mullo_epi32(left, step), _mm256_cvtepi8_epi32(c));
-    right = _mm256_add_epi32(_mm256_mullo_epi32(right, step), _mm256_cvtepi8_epi32(_mm_unpackhi_epi64(c, c)));
-  }
-  const auto* weights = reinterpret_cast<const __m256i*>(hashWeights.data());
-  const __m256i sums = _mm256_add_epi32(_mm256_mullo_epi32(left, _mm256_loadu_si256(weights)),
-                                        _mm256_mullo_epi32(right, _mm256_loadu_si256(weights + 1)));
-  __m128i sum = _mm_add_epi32(_mm256_castsi256_si128(sums), _mm256_extracti128_si256(sums, 1));
-  sum = _mm_add_epi32(sum, _mm_unpackhi_epi64(sum, sum));
-  return static_cast<Word>(_mm_cvtsi128_si32(_mm_add_epi32(sum, _mm_shuffle_epi32(sum, 1))));
-}
-
-const bool multipliesEights = [] {
-  __builtin_cpu_init();
-  return __builtin_cpu_supports("avx2") != 0;
-}();
 #endif
 
 }  // namespace
@@ -287,7 +255,7 @@ Word hashstring(std::string_view text) {
   Word h = 1;
 #if defined(__SSE2__)
   if (n >= hashBlock) {
-    h = multipliesEights ? hashBlocksOfEights(h, at, n / hashBlock) : hashBlocks(h, at, n / hashBlock);
+    h = hashBlocks(h, at, n / hashBlock);
     at += n / hashBlock * hashBlock;
     n %= hashBlock;
   }
@@ -304,7 +272,7 @@ Word hashalg(DAG s) {
   Tag tag = tagOf(s);
   Word n = lengthOf(s);
   Word h = 0;
-  auto mix = [&h](DAG x) { h = x.word + 1027 * h; };
+  auto mix = [&h](DAG x) { h = x.word + hashFactor * h; };
   switch (tag) {
     case NAME: return s.word;
     case PROC:
@@ -323,7 +291,7 @@ Word hashalg(DAG s) {
       if (n >= 4) {
         // Each pair is hashed alone and the hashes added: the order of the pairs does not matter.
         for (Word i = 1; i < n; i += 2) {
-          Word p = s[i + 1].word + 1027 * s[i].word;
+          Word p = s[i + 1].word + hashFactor * s[i].word;
           Word q = p + static_cast<Word>(static_cast<std::int32_t>(p) >> 4);
           h += q * (2 * q + 1);
         }
@@ -334,7 +302,7 @@ Word hashalg(DAG s) {
     default: {
       h = static_cast<Word>(tagNumber(tag));
       // Four fields at a time: the same number, but only one product in four waits for the one before.
-      constexpr Word f = 1027, f2 = f * f, f3 = f2 * f, f4 = f3 * f;
+      constexpr Word f = hashFactor, f2 = f * f, f3 = f2 * f, f4 = f3 * f;
       Word i = 1;
       for (; i + 4 <= n; i += 4)
         h = f4 * h + (f3 * s[i].word + f2 * s[i + 1].word + (f * s[i + 2].word + s[i + 3].word));

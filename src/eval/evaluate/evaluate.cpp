@@ -297,7 +297,7 @@ DAG eval(DAG x, DAG* lastName) {
     case MODULE:
       return x;
     case HFLOAT: return evalHardwareFloat(x);
-    case FLOAT: return evalFloatObject(x);
+    case FLOAT: return isImmediate(x[2]) ? x : evalFloatObject(x);
     case NAME:
       if (DAG value = constantOfName(x)) {
         if (lastName != nullptr) *lastName = x;
