@@ -51,88 +51,44 @@ multinomial := proc()
   r
 end proc:
 
-# The pair of neighbours at n from those at n/2.
+# The list of the numbers of Fibonacci at n - 1 and n from those at n/2, by their squares; the last step is a product.
 fibonacci := proc(n::integer)
   description "fibonacci(n): the n-th number of Fibonacci; fibonacci(1) and fibonacci(2) are 1";
-  `if`(n < 0, (-1)^(n + 1), 1)*`fibonacci/pair`(abs(n))[1]
+  local p, k;
+  if n < 0 then return (-1)^(n + 1)*fibonacci(-n) end if;
+  if n < 2 then return n end if;
+  k := iquo(n, 2);
+  p := `fibonacci/pair`(k);
+  `if`(irem(n, 2) = 0, p[2]*(2*p[1] + p[2]), (2*p[2] + p[1])*(2*p[2] - p[1]) + 2*(-1)^k)
 end proc:
 `fibonacci/pair` := proc(n)
-  description "fibonacci/pair(n): the list of the numbers of Fibonacci at n and n + 1";
-  local p, c, d;
-  if n = 0 then return [0, 1] end if;
-  p := `fibonacci/pair`(iquo(n, 2));
-  c := p[1]*(2*p[2] - p[1]); d := p[1]^2 + p[2]^2;
-  `if`(irem(n, 2) = 0, [c, d], [d, c + d])
+  description "fibonacci/pair(n): the list of the numbers of Fibonacci at n - 1 and n > 0";
+  local p, k, low, high;
+  if n = 1 then return [0, 1] end if;
+  k := iquo(n, 2);
+  p := map(x -> x^2, `fibonacci/pair`(k));
+  low := p[1] + p[2]; high := 4*p[2] - p[1] + 2*(-1)^k;
+  `if`(irem(n, 2) = 0, [low, high - low], [high - low, high])
 end proc:
 lucas := proc(n::nonnegint)
   description "lucas(n): the n-th number of Lucas; lucas(0) is 2, lucas(1) is 1";
   local p;
+  if n = 0 then return 2 end if;
   p := `fibonacci/pair`(n);
-  2*p[2] - p[1]
+  2*p[1] + p[2]
 end proc:
 
-# Of small n by tangent numbers; of larger ones by the value 2*n!*Zeta(n)/(2*Pi)^n, rounded to the denominator that von
-# Staudt and Clausen tell.
+# The denominator is that which von Staudt and Clausen tell.
 bernoulli := proc(n::nonnegint)
   description "bernoulli(n): the n-th number of Bernoulli; bernoulli(1) is -1/2";
-  local k, d, denominator;
+  local d, denominator;
   if n = 0 then return 1 elif n = 1 then return -1/2 elif irem(n, 2) = 1 then return 0 end if;
-  k := n/2;
-  if n < 60 then return (-1)^(k - 1)*n*`bernoulli/tangent`(k)/(4^k*(4^k - 1)) end if;
   denominator := mul(`if`(isprime(d + 1), d + 1, 1), d = divisors(n));
-  (-1)^(k - 1)*`bernoulli/nearest`(2*denominator, n, n, 2, x -> 1)/denominator
-end proc:
-
-# factor*n!*L(s)/(c*Pi)^s where L(s) is the product of 1/(1 - character(p)/p^s) over the primes p: an integer.
-`bernoulli/nearest` := proc(factor, n, s, c, character)
-  description "bernoulli/nearest(factor, n, s, c, character): the integer nearest to factor*n!*L(s)/(c*Pi)^s, which is one";
-  local digits, p, product, needed;
-  digits := trunc(evalf(('ln'(factor) + (n + 1)*'ln'(n) - n - s*'ln'(c*Pi))/'ln'(10), 20)) + 3;
-  # Each of the s products of the power may lose half a unit; what is left is off by 10^(-8) at most.
-  Digits := max(digits, 1) + length(s) + 10;
-  product := 1.0;
-  p := 2;
-  do
-    # p^(-s) changes the last digits only, and as many of it are needed.
-    needed := Digits + 3 - trunc(s*evalf('ln'(p)/'ln'(10), 15));
-    if needed < 1 then break end if;
-    if character(p) <> 0 then product := product - character(p)*`bernoulli/small`(product, p, s, needed) end if;
-    p := nextprime(p)
-  end do;
-  round(evalf(factor*factorial(n))/(evalf(c*Pi)^s*product))
-end proc:
-`bernoulli/small` := proc(x, p, s, digits)
-  description "bernoulli/small(x, p, s, digits): x/p^s to so many digits";
-  Digits := digits;
-  x*(1.0*p)^(-s)
-end proc:
-
-# The tangent numbers by the recurrence of Brent and Harvey ("Fast computation of Bernoulli, Tangent and Secant numbers",
-# 2011), which adds and multiplies by small numbers only.
-`bernoulli/tangent` := proc(n)
-  description "bernoulli/tangent(n): the n-th tangent number: 1, 2, 16, 272, ...";
-  local t, k, j;
-  t := table(); t[1] := 1;
-  for k from 2 to n do t[k] := (k - 1)*t[k - 1] end do;
-  for k from 2 to n do
-    for j from k to n do t[j] := (j - k)*t[j - 1] + (j - k + 2)*t[j] end do
-  end do;
-  t[n]
+  (-1)^(n/2 - 1)*`kernel/native`("bernoulli/numerator", n, denominator)/denominator
 end proc:
 eulernumber := proc(n::nonnegint)
   description "eulernumber(n): the n-th number of Euler: 1, 0, -1, 0, 5, 0, -61, ...";
-  local s, k, j, m;
-  if irem(n, 2) = 1 then return 0 end if;
-  m := n/2;
-  if m = 0 then return 1 end if;
-  # The value is 2*n!*L(n + 1)/(Pi/2)^(n + 1), with the characters 1 and -1 of primes that are 1 and 3 modulo 4.
-  if n >= 60 then return (-1)^m*`bernoulli/nearest`(2, n, n + 1, 1/2, p -> mods(p, 4)*irem(p, 2)) end if;
-  s := table(); s[0] := 1;
-  for k to m do s[k] := k*s[k - 1] end do;
-  for k to m do
-    for j from k + 1 to m do s[j] := (j - k)*s[j - 1] + (j - k + 1)*s[j] end do
-  end do;
-  (-1)^m*s[m]
+  if irem(n, 2) = 1 then 0 elif n = 0 then 1 else (-1)^(n/2)*`kernel/native`("eulernumber/magnitude", n) end if
 end proc:
 catalannumber := proc(n::nonnegint)
   description "catalannumber(n): the n-th number of Catalan, binomial(2*n, n)/(n + 1)";
@@ -167,49 +123,9 @@ bell := proc(n::nonnegint)
   row[1]
 end proc:
 
-# The series of Rademacher with Selberg's sums (Johansson, "Efficient implementation of the Hardy-Ramanujan-Rademacher
-# formula", 2012): so many terms that the rest is below 1/4, each to as many digits as it has before the point.
 partitioncount := proc(n::nonnegint)
   description "partitioncount(n): in how many ways n is a sum of positive integers, their order being no matter";
-  local terms, k, whole, total;
-  if n < 60 then return `partitioncount/small`(n) end if;
-  terms := 32;
-  while evalhf(1.12/terms^(1/2) + 0.0593*(terms/(n - 1))^(1/2)*exp(2.5651*n^(1/2)/terms)/2) > 0.25 do
-    terms := terms + 1 + iquo(terms, 16)
-  end do;
-  whole := trunc(2.5651*isqrt(n)/2.3025) + 2;
-  Digits := whole + length(n) + 12;
-  total := 0;
-  for k to terms do total := total + `partitioncount/term`(n, k, 12 + length(n) + iquo(whole, k)) end do;
-  round(4*total/(24*n - 1))
-end proc:
-`partitioncount/term` := proc(n, k, digits)
-  description "partitioncount/term(n, k, digits): the k-th term of the series for n to so many digits";
-  local l, c, e, s;
-  # Each of them with the sign of its cosine.
-  s := [seq(`if`(irem(iquo(l*(3*l + 1), 2) + n, k) = 0, `if`(irem(l, 2) = 0, 6*l + 1, -6*l - 1), NULL), l = 0..2*k - 1)];
-  if s = [] then return 0 end if;
-  Digits := digits;
-  c := evalf(Pi*(24*n - 1)^(1/2)/(6*k));
-  e := evalf('exp'(c));
-  add(`if`(l > 0, 1, -1)*evalf('cos'(Pi*l/(6*k))), l = s)*((e + 1/e)/2 - (e - 1/e)/(2*c))
-end proc:
-# Euler's recurrence by the pentagonal numbers.
-`partitioncount/small` := proc(n)
-  description "partitioncount/small(n): partitioncount(n) by a table of all up to n";
-  local p, m, k, s, g;
-  p := table(); p[0] := 1;
-  for m to n do
-    s := 0;
-    for k do
-      g := k*(3*k - 1)/2;
-      if g > m then break end if;
-      s := s + `if`(irem(k, 2) = 1, p[m - g], -p[m - g]);
-      if g + k <= m then s := s + `if`(irem(k, 2) = 1, p[m - g - k], -p[m - g - k]) end if
-    end do;
-    p[m] := s
-  end do;
-  p[n]
+  `kernel/native`("partitioncount", n)
 end proc:
 partitions := proc(n::nonnegint)
   description "partitions(n): the list of all lists of positive integers with sum n, the members of each falling";

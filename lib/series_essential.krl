@@ -3,10 +3,10 @@
 
 # ---- products of a power, another factor and a series
 `series/aid/general` := proc(p, x)
-  description "series/aid/general(p, x): [a, s, f] with p = x^a*f*s, s being a series; FAIL where there are no such";
+  description "series/aid/general(p, x): [a, s, f, e] with p = x^a*f*exp(e)*s, s being a series; FAIL where there are no such";
   local s, f;
   s := `series/aid/argument`(p, x);
-  if s <> FAIL then [0, s, 1]
+  if s <> FAIL then [0, s, 1, 0]
   elif type(p, `^`) and not has(op(2, p), x) then `series/aid/generalpower`(op(p), x)
   elif type(p, `^`) then `series/general/exp`(op(2, p)*ln(op(1, p)), x)
   elif type(p, `*`) then `series/aid/generalproduct`([op(p)], x)
@@ -25,18 +25,18 @@ end proc:
   if nops(s) = 0 or `series/aid/isorder`(op(1, s)) then return FAIL end if;
   v := op(2, s);
   s := `series/aid/argument`(`series/aid/shifted`(s, -v)^n, x);
-  if s = FAIL then FAIL else [n*(g[1] + v), s, g[3]^n] end if
+  if s = FAIL then FAIL else [n*(g[1] + v), s, g[3]^n, n*g[4]] end if
 end proc:
 `series/aid/generalproduct` := proc(factors::list, x)
   description "series/aid/generalproduct([p, q, ...], x): the same for the product";
   local g, h, s, t;
-  g := [0, `series/aid/fromterms`(x, [1, 0]), 1];
+  g := [0, `series/aid/fromterms`(x, [1, 0]), 1, 0];
   for t in factors do
     h := `series/aid/general`(t, x);
     if h = FAIL then return FAIL end if;
     s := `series/aid/argument`(g[2]*h[2], x);
     if s = FAIL then return FAIL end if;
-    g := [g[1] + h[1], s, g[3]*h[3]]
+    g := [g[1] + h[1], s, g[3]*h[3], g[4] + h[4]]
   end do;
   g
 end proc:
@@ -47,21 +47,22 @@ end proc:
   for g in map(`series/aid/general`, `if`(type(p, `+`), [op(p)], [p]), x) do
     if g = FAIL then return FAIL end if;
     # Series with the same factors become one.
-    k := select(i -> parts[i][1] = g[1] and parts[i][3] = g[3], [$1..nops(parts)]);
+    g := subsop(4 = expand(g[4]), g);
+    k := select(i -> parts[i][1] = g[1] and parts[i][3] = g[3] and parts[i][4] = g[4], [$1..nops(parts)]);
     if k = [] then parts := [op(parts), g]
     else
       k := k[1];
       s := `series/aid/argument`(parts[k][2] + g[2], x);
       if s = FAIL then return FAIL end if;
-      parts := subsop(k = [g[1], s, g[3]], parts)
+      parts := subsop(k = subsop(2 = s, g), parts)
     end if
   end do;
-  add(`if`(g[3] = 1, `series/aid/sum`(g[2], x, g[1], 1), `series/aid/sum`(g[2], x, 0, 1)*x^g[1]*g[3]), g = parts)
+  add(`if`(g[3] = 1 and g[4] = 0, `series/aid/sum`(g[2], x, g[1], 1), `series/aid/sum`(g[2], x, 0, 1)*x^g[1]*g[3]*exp(g[4])), g = parts)
 end proc:
 
-# exp of the terms with negative exponents, and of what depends on ln(x), is the factor.
+# The terms with negative exponents make a factor.
 `series/general/exp` := proc(u, x)
-  description "series/general/exp(u, x): [a, s, f] with exp(u) = x^a*f*s";
+  description "series/general/exp(u, x): [a, s, 1, e] with exp(u) = x^a*exp(e)*s";
   local s, c, k;
   s := `series/aid/argument`(u, x);
   if s = FAIL then return FAIL end if;
@@ -75,8 +76,8 @@ end proc:
     if has(k, x) or has(c, x) then return FAIL end if
   end if;
   # Without other terms the series is exact.
-  if nops(s[3]) = 0 then [k, `series/aid/fromterms`(x, [`series/aid/value`('exp', c), 0]), exp(s[1])]
-  else [k, `series/aid/times`(`series/aid/value`('exp', c), `kernel/native`("series/exp", s[3], `series/aid/terms`())), exp(s[1])]
+  if nops(s[3]) = 0 then [k, `series/aid/fromterms`(x, [`series/aid/value`('exp', c), 0]), 1, s[1]]
+  else [k, `series/aid/times`(`series/aid/value`('exp', c), `kernel/native`("series/exp", s[3], `series/aid/terms`())), 1, s[1]]
   end if
 end proc:
 `series/aid/split` := proc(s)
@@ -95,11 +96,11 @@ end proc:
 end proc:
 # (u/2)^v times an entire function of u^2; v is no integer.
 `series/general/BesselJ` := proc(v, u, x)
-  description "series/general/BesselJ(v, u, x): [a, s, f] with BesselJ(v, u) = x^a*f*s at a zero of u";
+  description "series/general/BesselJ(v, u, x): [a, s, f, 0] with BesselJ(v, u) = x^a*f*s at a zero of u";
   `series/aid/generalbessel`(v, u, x, -1)
 end proc:
 `series/general/BesselI` := proc(v, u, x)
-  description "series/general/BesselI(v, u, x): [a, s, f] with BesselI(v, u) = x^a*f*s at a zero of u";
+  description "series/general/BesselI(v, u, x): [a, s, f, 0] with BesselI(v, u) = x^a*f*s at a zero of u";
   `series/aid/generalbessel`(v, u, x, 1)
 end proc:
 `series/aid/generalbessel` := proc(v, u, x, t)
@@ -109,7 +110,7 @@ end proc:
   if s = FAIL or has(v, x) then return FAIL end if;
   g := `series/aid/generalpower`(s/2, v, x);
   if g = FAIL then FAIL
-  else [g[1], `series/aid/argument`(g[2]*`series/aid/besselentire`(v, s, x, t)/GAMMA(v + 1), x), g[3]]
+  else [g[1], `series/aid/argument`(g[2]*`series/aid/besselentire`(v, s, x, t)/GAMMA(v + 1), x), g[3], 0]
   end if
 end proc:
 
@@ -157,18 +158,18 @@ end proc:
 end proc:
 # What stands as it is, a factor of its own: sin and cos of a polar part.
 `series/general/sin` := proc(u, x)
-  description "series/general/sin(u, x): [0, 1, sin(u)] for a u that has a pole and no other terms";
+  description "series/general/sin(u, x): [0, 1, sin(u), 0] for a u that has a pole and no other terms";
   `series/aid/standing`('sin', u, x)
 end proc:
 `series/general/cos` := proc(u, x)
-  description "series/general/cos(u, x): [0, 1, cos(u)] for a u that has a pole and no other terms";
+  description "series/general/cos(u, x): [0, 1, cos(u), 0] for a u that has a pole and no other terms";
   `series/aid/standing`('cos', u, x)
 end proc:
 `series/aid/standing` := proc(f, u, x)
-  description "series/aid/standing(f, u, x): [0, 1, f(u)] for a u that has a pole and no other terms";
+  description "series/aid/standing(f, u, x): [0, 1, f(u), 0] for a u that has a pole and no other terms";
   local s;
   s := `series/aid/argument`(u, x);
-  if s = FAIL or nops(s) = 0 or op(nops(s), s) >= 0 then FAIL else [0, `series/aid/fromterms`(x, [1, 0]), f(u)] end if
+  if s = FAIL or nops(s) = 0 or op(nops(s), s) >= 0 then FAIL else [0, `series/aid/fromterms`(x, [1, 0]), f(u), 0] end if
 end proc:
 
 # ---- asymptotic series, in powers of 1/u
@@ -186,11 +187,27 @@ end proc:
   local k;
   `series/aid/entire`(k -> `if`(irem(k, 2) = 0, 0, `series/aid/bernoulli`(k + 1)/(k*(k + 1))), r)
 end proc:
-`series/essential/GAMMA` := proc(u, x)
-  description "series/essential/GAMMA(u, x): GAMMA(u) at a pole of u";
-  local r;
-  r := `if`(nargs = 2, `series/aid/atinfinity`(u, x), FAIL);
-  if r = FAIL then FAIL else (2*Pi)^(1/2)*exp((u - 1/2)*ln(u) - u)*exp(`series/aid/stirling`(r)) end if
+`series/essential/GAMMA` := proc(u, v, x)
+  description "series/essential/GAMMA(u, x): GAMMA(u) at a pole of u; series/essential/GAMMA(a, u, x): the incomplete one at a zero or pole of u";
+  local r, k, j;
+  if nargs = 2 then
+    r := `series/aid/atinfinity`(u, v);
+    return `if`(r = FAIL, FAIL, (2*Pi)^(1/2)*exp((u - 1/2)*ln(u) - u)*exp(`series/aid/stirling`(r)))
+  elif has(u, x) then return FAIL
+  end if;
+  r := `series/aid/atzero`(v, x);
+  if r <> FAIL then return GAMMA(u) - v^u*`series/aid/entire`(k -> (-1)^k/(k!*(u + k)), r) end if;
+  # 6.5.32
+  r := `series/aid/atinfinity`(v, x);
+  if r = FAIL then FAIL else v^(u - 1)*exp(-v)*`series/aid/entire`(k -> mul(u - j, j = 1..k), r) end if
+end proc:
+`series/essential/binomial` := proc(u, v, x)
+  description "series/essential/binomial(u, v, x): a binomial coefficient by gamma functions";
+  `series/aid/rewritten`(GAMMA(u + 1)/(GAMMA(v + 1)*GAMMA(u - v + 1)), x)
+end proc:
+`series/essential/Beta` := proc(u, v, x)
+  description "series/essential/Beta(u, v, x): a beta function by gamma functions";
+  `series/aid/rewritten`(GAMMA(u)*GAMMA(v)/GAMMA(u + v), x)
 end proc:
 `series/essential/factorial` := proc(u, x)
   description "series/essential/factorial(u, x): u! at a pole of u";

@@ -192,6 +192,28 @@ end proc:
   a, b := op(rhs(y));
   if type([a, b], list(integer)) and b - a < 1000 then `series/aid/argument`(add(eval(subs(lhs(y) = k, u)), k = a..b), x) else FAIL end if
 end proc:
+`series/product` := proc(u, y, x)
+  description "series/product(u, k = a..b, x): the series of a product that stays as a call";
+  `series/aid/productcall`('product', 'sum', args)
+end proc:
+`series/Product` := proc(u, y, x)
+  description "series/Product(u, k = a..b, x): the series of a product that is not evaluated";
+  `series/aid/productcall`('Product', 'Sum', args)
+end proc:
+`series/aid/productcall` := proc(f, g, u, y, x)
+  description "series/aid/productcall(f, g, u, y, x): the series of f(u, y), a product, by way of the sum g of logarithms";
+  local s, a, b, c, k;
+  if nargs <> 5 then return `series/function`('f'(args[3..-2]), args[-1]) end if;
+  if not type(y, `=`) or has(y, x) or not type(rhs(y), `..`) then return FAIL end if;
+  a, b := op(rhs(y));
+  if type([a, b], list(integer)) and b - a < 1000 then return `series/aid/argument`(mul(eval(subs(lhs(y) = k, u)), k = a..b), x) end if;
+  s := `series/aid/argument`(u, x);
+  if s = FAIL then return FAIL end if;
+  c := `series/aid/constant`(s);
+  if c = 0 or has(c, x) then return FAIL end if;
+  s := `series/aid/argument`(ln(`series/aid/times`(1/c, s)), x);
+  `series/aid/argument`(f(c, y)*exp(map(t -> `if`(`series/aid/isorder`(t), t, g(t, y)), s)), x)
+end proc:
 
 # Functions without a rule of their own: Taylor's series, from derivatives.
 `series/function` := proc(p, x)
@@ -202,7 +224,8 @@ end proc:
   i := select(j -> has(a[j], x), [$1..nops(a)]);
   if nops(i) <> 1 then return `series/aid/derivatives`(p, x) end if;
   i := i[1];
-  if type(a[i], {relation, range, list, set}) then return FAIL end if;
+  # What binds a variable, as in f(x, k = 1..n), is no function of its first argument alone.
+  if type(a[i], {range, list, set}) or select(type, a, relation) <> [] then return FAIL end if;
   s := `series/aid/argument`(a[i], x);
   if s = FAIL or `series/aid/lowest`(s) < 0 or `series/aid/onlyorder`(s) then return FAIL end if;
   c, w := `series/aid/constant`(s), `series/aid/withoutconstant`(s);
@@ -231,11 +254,14 @@ end proc:
   description "series/aid/derivatives(p, x): the series of p from its derivatives by x at 0";
   local e, k, values;
   e := p;
-  values := [eval(subs(x = 0, e))];
-  for k to `series/aid/terms`() - 1 do
-    e := diff(e, x);
-    if has(e, 'diff') then return FAIL end if;
-    values := [op(values), eval(subs(x = 0, e))/k!]
-  end do;
+  try
+    values := [eval(subs(x = 0, e))];
+    for k to `series/aid/terms`() - 1 do
+      e := diff(e, x);
+      if has(e, 'diff') then return FAIL end if;
+      values := [op(values), eval(subs(x = 0, e))/k!]
+    end do
+  catch "numeric exception: division by zero": return FAIL
+  end try;
   `series/aid/composed`(values, `series/aid/fromterms`(x, [1, 1]), true)
 end proc:

@@ -20,7 +20,12 @@ end proc:
 `series/GAMMA` := proc(u, v, x)
   description "series/GAMMA(u, x): the series of the gamma function of u, also at its poles; series/GAMMA(a, u, x): that of the incomplete one";
   local s, c;
-  if nargs = 3 then return `series/function`('GAMMA'(u, v), x) end if;
+  if nargs = 3 then
+    if type(u, nonposint) and `series/aid/atzero`(v, x) <> FAIL then return `series/aid/argument`(v^u*Ei(1 - u, v), x)
+    elif not type(u, posint) and `series/aid/atzero`(v, x) <> FAIL then return FAIL
+    end if;
+    return `series/function`('GAMMA'(u, v), x)
+  end if;
   s := `series/aid/argument`(u, v);
   if s = FAIL or `series/aid/lowest`(s) < 0 or `series/aid/onlyorder`(s) then return FAIL end if;
   c := `series/aid/constant`(s);

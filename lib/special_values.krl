@@ -36,12 +36,7 @@ end proc:
 end proc:
 `special/check` := proc(f, a::list)
   description "special/check(f, [x, ...]): an error of the procedure f for operands that no function of numbers has";
-  local x;
-  for x in a do
-    if type(x, {relation, list, set, range, string, table, procedure, boolean}) then
-      `kernel/native`("refuse", f, "%1 expects algebraic expressions, but received %2", f, x)
-    end if
-  end do
+  `kernel/native`("expectalgebraic", f, op(a))
 end proc:
 `special/negative` := proc(x)
   description "special/negative(x): whether x is written with a minus sign: a negative number, a product with one, a sum of such";

@@ -149,6 +149,7 @@ void streamFailed(std::FILE* stream) {
 // ---- reading
 
 int ReadCharFromFile(FileRecord& file) {
+  file.ahead = {};
   if (file.pushedBack != nothingPushedBack) {
     const int c = file.pushedBack;
     file.pushedBack = nothingPushedBack;
@@ -166,21 +167,57 @@ int ReadCharFromFile(FileRecord& file) {
 }
 
 void prepareToRead(FileRecord& file) {
+  file.ahead = {};
   if (file.wroteLast) std::fseek(file.stream, 0, SEEK_CUR);
   file.wroteLast = false;
   file.readLast = file.kind == FileKind::stream && !file.reads;
 }
 
-bool readBufferedLine(FileRecord& file, std::string_view& line) {
+namespace {
+
+bool isBuffered(const FileRecord& file) {
   const bool isStream = file.kind == FileKind::stream || file.kind == FileKind::process;
-  if (!isStream || file.wroteLast || file.pushedBack != nothingPushedBack) return false;
-  // What the C library has read ahead is sliced: no copy and no call (bench/files.sh, lines of a file).
-  const char* begin = file.stream->_IO_read_ptr;
-  const char* end = endOfLine(begin, file.stream->_IO_read_end);
-  if (end == file.stream->_IO_read_end || *end != '\n') return false;
-  file.stream->_IO_read_ptr += end + 1 - begin;
+  return isStream && !file.wroteLast && file.pushedBack == nothingPushedBack;
+}
+
+// What the C library has read ahead is sliced: no copy and no call (bench/files.sh, lines of a file).
+bool findBufferedLine(std::FILE* stream, std::string_view& line) {
+  const char* begin = stream->_IO_read_ptr;
+  const char* end = endOfLine(begin, stream->_IO_read_end);
   line = {begin, static_cast<std::size_t>(end - begin)};
+  return end != stream->_IO_read_end && *end == '\n';
+}
+void passBufferedLine(std::FILE* stream, std::string_view line) { stream->_IO_read_ptr += line.size() + 1; }
+
+}  // namespace
+
+bool readBufferedLine(FileRecord& file, std::string_view& line) {
+  if (!isBuffered(file) || !findBufferedLine(file.stream, line)) return false;
+  passBufferedLine(file.stream, line);
   return true;
+}
+
+DAG readBufferedString(FileRecord& file) {
+  if (!isBuffered(file)) return DAG();
+  std::FILE* stream = file.stream;
+  std::string_view line;
+  Word hash;
+  if (file.ahead.begin != nullptr && file.ahead.begin == stream->_IO_read_ptr) {
+    line = {file.ahead.begin, static_cast<std::size_t>(file.ahead.end - file.ahead.begin)};
+    hash = file.ahead.hash;
+  } else {
+    if (!findBufferedLine(stream, line)) return DAG();
+    hash = hashstring(line);
+  }
+  DAG text = stringhashunique(hash, line, strtab);
+  passBufferedLine(stream, line);
+  // What the look for the next line will read is on its way while this one is worked on.
+  file.ahead = {};
+  if (findBufferedLine(stream, line)) {
+    file.ahead = {line.data(), line.data() + line.size(), hashstring(line)};
+    prefetchString(file.ahead.hash);
+  }
+  return text;
 }
 
 namespace {
@@ -246,6 +283,7 @@ std::size_t readBytes(FileRecord& file, char* bytes, std::size_t n) {
 // ---- writing
 
 void prepareToWrite(FileRecord& file) {
+  file.ahead = {};
   if (file.readLast) setFilePosition(file, filePosition(file));
   file.readLast = false;
   file.wroteLast = file.kind == FileKind::stream;
@@ -347,6 +385,7 @@ std::int64_t filePosition(FileRecord& file) {
 }
 
 void setFilePosition(FileRecord& file, std::int64_t position) {
+  file.ahead = {};
   const int whence = position == endOfFile ? SEEK_END : SEEK_SET;
   const std::int64_t offset = position == endOfFile ? 0 : position;
   const bool done = file.kind == FileKind::stream ? std::fseek(file.stream, offset, whence) == 0

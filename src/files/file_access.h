@@ -33,6 +33,8 @@ bool readLine(FileRecord& file, TextBuffer& space, std::string_view& line);
 /// The next line when the file's buffer holds the whole of it, without zeros; it stands there until another function
 /// reads. False when the buffer doesn't, and nothing has been read.
 bool readBufferedLine(FileRecord& file, std::string_view& line);
+/// The unique STRING of that line; the next one is looked at already. 0 when the buffer doesn't hold it.
+DAG readBufferedString(FileRecord& file);
 /// Reads up to `n` bytes; how many there were.
 std::size_t readBytes(FileRecord& file, char* bytes, std::size_t n);
 

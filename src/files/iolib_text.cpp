@@ -44,9 +44,9 @@ FileRecord& fileToWrite(const IolibCall& call) {
 
 DAG iolib::readLineOperation(const IolibCall& call) {
   FileRecord& file = lookUpFile(call.arguments, call.place(1), FileUse::reading);
-  std::string_view line;
-  if (readBufferedLine(file, line)) return strinstall(line);
+  if (DAG text = readBufferedString(file)) return text;
   TextBuffer space;
+  std::string_view line;
   return readLine(file, space, line) ? strinstall(line) : cons0;
 }
 

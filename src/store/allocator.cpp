@@ -44,31 +44,22 @@ constexpr int classOf(Word n) { return n < 19 ? 12 : n < 35 ? 13 : n < firstLast
 // fits stands near the head, or a larger block does as well.
 constexpr int mostProbes = 8;
 
-// The last search of a class that found nothing near the head: while no block comes in, neither the same size is found
-// nor one above the largest block. Zeros: none such (bench/files.sh, lines of a file).
-struct VainSearch {
-  Word wanted, largest;
-};
-VainSearch vainSearch[freeListCount];
-inline bool isVain(int c, Word n) {
-  const VainSearch& last = vainSearch[c];
-  return last.wanted != 0 && (n == last.wanted || n > last.largest);
-}
+// How many blocks have come into the classes below the last, and what it was when a search of them for a size found
+// nothing: until another comes in the search need not be made again (bench/files.sh, lines of a file).
+std::int64_t blocksCome = 1;
+std::int64_t vainSince[firstLastClassSize];
 
 // First block of class `c` that fits `n` exactly or can be split, unlinked; 0 for none near the head.
 Word takeFromClass(int c, Word n) {
   Word* link = &freelist[c];
   int probes = c == lastClass ? -1 : mostProbes;
-  Word largest = 0;
   for (Word block = *link; block != 0 && probes-- != 0; link = &linkOf(block), block = *link) {
     Word size = freeSize(block);
     if (size > n + 2 || size == n) {
       *link = linkOf(block);
       return block;
     }
-    largest = std::max(largest, size);
   }
-  vainSearch[c] = {n, largest};
   return 0;
 }
 
@@ -171,8 +162,10 @@ Word getLargeSpace(Word n) {
     KernelException("object too large");
   }
   Word block = 0;
-  for (int c = classOf(n); c < lastClass && block == 0; ++c)
-    if (!isVain(c, n)) block = takeFromClass(c, n);
+  if (n < firstLastClassSize && vainSince[n] != blocksCome) {
+    for (int c = classOf(n); c < lastClass && block == 0; ++c) block = takeFromClass(c, n);
+    if (block == 0) vainSince[n] = blocksCome;
+  }
   if (block == 0) {
     if (const Word cut = cutFromHead(n)) return cut;
     block = takeFromClass(lastClass, n);
@@ -205,8 +198,8 @@ void releaseOther(Word block, std::int64_t n) {
   if (n < firstClassSize) return release_space(block, n);
   auto size = static_cast<Word>(n);
   setFreeSize(block, size);
+  if (size < firstLastClassSize) ++blocksCome;
   Word& head = freelist[classOf(size)];
-  vainSearch[classOf(size)] = {};
   // The head is the smallest of what has lately come in: a search that fits it ends at once.
   if (head != 0 && freeSize(head) < size) {
     linkOf(block) = linkOf(head);

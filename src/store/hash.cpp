@@ -7,7 +7,7 @@
 #include "store/objects.h"
 
 #if defined(__SSE2__)
-#include <immintrin.h>
+#include <emmintrin.h>
 #endif
 
 namespace korel {
@@ -245,36 +245,6 @@ Word hashBlocks(Word h, const char* text, std::size_t blocks) {
   sum = _mm_add_epi64(sum, _mm_unpackhi_epi64(sum, sum));
   return static_cast<Word>(_mm_cvtsi128_si32(sum));
 }
-
-// What the characters of a block weigh beside each other.
-constexpr auto hashWeights = [] {
-  std::array<Word, hashBlock> weights{};
-  for (std::size_t n = 0; n < hashBlock; ++n) weights[n] = hashFactorTo[hashBlock - 1 - n];
-  return weights;
-}();
-
-// The same where the processor multiplies eight numbers at once: each has a character of every half block.
-[[gnu::target("avx2")]] Word hashBlocksOfEights(Word h, const char* text, std::size_t blocks) {
-  const __m256i step = _mm256_set1_epi32(static_cast<int>(hashFactorTo[16]));
-  __m256i left = _mm256_setzero_si256();
-  __m256i right = _mm256_set_epi32(static_cast<int>(h), 0, 0, 0, 0, 0, 0, 0);
-  for (; blocks > 0; --blocks, text += hashBlock) {
-    const __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-    left = _mm256_add_epi32(_mm256_mullo_epi32(left, step), _mm256_cvtepi8_epi32(c));
-    right = _mm256_add_epi32(_mm256_mullo_epi32(right, step), _mm256_cvtepi8_epi32(_mm_unpackhi_epi64(c, c)));
-  }
-  const auto* weights = reinterpret_cast<const __m256i*>(hashWeights.data());
-  const __m256i sums = _mm256_add_epi32(_mm256_mullo_epi32(left, _mm256_loadu_si256(weights)),
-                                        _mm256_mullo_epi32(right, _mm256_loadu_si256(weights + 1)));
-  __m128i sum = _mm_add_epi32(_mm256_castsi256_si128(sums), _mm256_extracti128_si256(sums, 1));
-  sum = _mm_add_epi32(sum, _mm_unpackhi_epi64(sum, sum));
-  return static_cast<Word>(_mm_cvtsi128_si32(_mm_add_epi32(sum, _mm_shuffle_epi32(sum, 1))));
-}
-
-const bool multipliesEights = [] {
-  __builtin_cpu_init();
-  return __builtin_cpu_supports("avx2") != 0;
-}();
 #endif
 
 }  // namespace
@@ -285,7 +255,7 @@ Word hashstring(std::string_view text) {
   Word h = 1;
 #if defined(__SSE2__)
   if (n >= hashBlock) {
-    h = multipliesEights ? hashBlocksOfEights(h, at, n / hashBlock) : hashBlocks(h, at, n / hashBlock);
+    h = hashBlocks(h, at, n / hashBlock);
     at += n / hashBlock * hashBlock;
     n %= hashBlock;
   }

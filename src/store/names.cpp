@@ -117,7 +117,7 @@ DAG stringhashunique(Word k, std::string_view text, DAG table) {
 void prefetchString(Word k) {
   DAG chain = strtab[bucketIndex(k, lengthOf(strtab))];
   if (!chain) return;
-  constexpr int lines = 5, words = 16;  // of the cache; chains hold thirty pairs
+  constexpr int lines = 3, words = 16;  // of the cache; few chains hold more than twenty pairs
   for (int line = 0; line < lines; ++line) __builtin_prefetch(&chain[words * line]);
 }
 

@@ -4,11 +4,15 @@ same := proc(name, a, b) local i; for i to max(nops(a), nops(b)) do if a[i] <> b
 fib := [0, 1]: for i to 398 do fib := [op(fib), fib[-1] + fib[-2]] end do: same("fibonacci", [seq(fibonacci(n), n = 0..399)], fib);
 luc := [2, 1]: for i to 298 do luc := [op(luc), luc[-1] + luc[-2]] end do: same("lucas", [seq(lucas(n), n = 0..299)], luc);
 {seq(fibonacci(n + 1) - fibonacci(n) - fibonacci(n - 1), n = -40..40)};
-# Bernoulli: sum(binomial(n + 1, k)*B[k], k = 0..n) = 0, over the change of method at 60.
+# Bernoulli: sum(binomial(n + 1, k)*B[k], k = 0..n) = 0.
 b := [1]: for n to 300 do b := [op(b), `if`(n > 1 and irem(n, 2) = 1, 0, -add(binomial(n + 1, k)*b[k + 1], k = 0..n - 1)/(n + 1))] end do:
 same("bernoulli", [seq(bernoulli(n), n = 0..300)], b);
-# Larger ones by tangent numbers and by Kummer's congruence.
-{seq(bernoulli(2*k) - (-1)^(k - 1)*2*k*`bernoulli/tangent`(k)/(4^k*(4^k - 1)), k = [200, 251])}, sign(bernoulli(2002)), length(numer(bernoulli(1000)));
+# Larger ones by tangent numbers, whose recurrence adds and multiplies by small numbers, and by Kummer's congruence.
+tangent := proc(n) local t, k, j;
+  t := table([1 = 1]); for k from 2 to n do t[k] := (k - 1)*t[k - 1] end do;
+  for k from 2 to n do for j from k to n do t[j] := (j - k)*t[j - 1] + (j - k + 2)*t[j] end do end do; t[n]
+end proc:
+{seq(bernoulli(2*k) - (-1)^(k - 1)*2*k*tangent(k)/(4^k*(4^k - 1)), k = [200, 251])}, sign(bernoulli(2002)), length(numer(bernoulli(1000)));
 {seq(modp(bernoulli(1000)/1000 - bernoulli(1000 + p - 1)/(1000 + p - 1), p), p = [7, 13, 17, 19, 23, 29])};
 # Euler: sum(binomial(2*n, 2*k)*E[2*k], k = 0..n) = 0.
 e := [1]: for n to 110 do e := [op(e), -add(binomial(2*n, 2*k)*e[k + 1], k = 0..n - 1)] end do:
@@ -25,8 +29,14 @@ same("bell", [seq(bell(n), n = 0..45)], [seq(add(s2[n, k], k = 0..n), n = 0..45)
 c := [1]: for n to 120 do c := [op(c), add(c[i]*c[n + 1 - i], i = 1..n)] end do: same("catalannumber", [seq(catalannumber(n), n = 0..120)], c);
 q := array(1..201, [1, seq(0, i = 1..200)]): for m to 200 do for n from m to 200 do q[n + 1] := q[n + 1] + q[n - m + 1] end do end do:
 same("partitioncount", [seq(partitioncount(n), n = 0..200)], convert(q, list)); {seq(nops(partitions(n)) - q[n + 1], n = 0..18)};
-# Of more by congruences of Ramanujan, and by the recurrence once.
-{seq(modp(partitioncount(5*n + 4), 5), n = 30..90), seq(modp(partitioncount(7*n + 5), 7), n = 30..90), seq(modp(partitioncount(11*n + 6), 11), n = 100..150)}, partitioncount(1501) - `partitioncount/small`(1501), modp(partitioncount(10^5), 10^10);
+# Of more by congruences of Ramanujan, and by the pentagonal numbers once.
+p := table([0 = 1]):
+for m to 1501 do
+  s := 0; for k while k*(3*k - 1)/2 <= m do
+    s := s - (-1)^k*(p[m - k*(3*k - 1)/2] + `if`(k*(3*k + 1)/2 <= m, p[m - k*(3*k + 1)/2], 0))
+  end do; p[m] := s
+end do:
+{seq(modp(partitioncount(5*n + 4), 5), n = 30..90), seq(modp(partitioncount(7*n + 5), 7), n = 30..90), seq(modp(partitioncount(11*n + 6), 11), n = 100..150)}, {seq(partitioncount(n) - p[n], n = 200..1501)}, modp(partitioncount(10^5), 10^10);
 # Functions of divisors by brute force.
 count := proc(n) local k; add(`if`(igcd(k, n) = 1, 1, 0), k = 1..n) end proc:
 same("totient", [seq(totient(n), n = 1..250)], [seq(count(n), n = 1..250)]);

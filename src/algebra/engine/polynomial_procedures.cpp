@@ -22,7 +22,7 @@ namespace korel::engine {
 
 namespace {
 
-constexpr double longestValue = 8e6;  // digits of base 10000 in an integer that stands for a polynomial
+constexpr double longestValue = 6e7;  // digits of base 10000 in an integer that stands for a polynomial
 
 void setRanges(const Layout& layout, const Operand& a, const Operand& b, std::int64_t* ranges, std::int64_t n = 1) {
   for (int v = 0; v < layout.count; ++v) ranges[v] = (a.highest[v] - a.lowest[v]) * n + (b.highest[v] - b.lowest[v]);
@@ -39,7 +39,11 @@ DAG productOfValues(Arena& arena, const Layout& layout, const Operand* operands,
   Box box(layout, ranges);
   const double terms = static_cast<double>(std::min(operands[0].terms, operands[1].terms));
   const std::int64_t digits = digitsForBits(operands[0].bits + operands[1].bits + std::log2(terms) + 2);
-  if (box.places() * static_cast<double>(digits) > longestValue) return DAG();
+  // Term by term each product takes some hundred digits' time.
+  constexpr double digitsOfProduct = 3, shortValue = 8e6;
+  const double length = box.places() * static_cast<double>(digits);
+  const double products = static_cast<double>(operands[0].terms) * static_cast<double>(operands[1].terms);
+  if (length > longestValue || (length > shortValue && length > products * digitsOfProduct)) return DAG();
   DAG a = valueAtPower(arena, box, packIntegers(arena, layout, operands[0]), digits);
   DAG b = operands[1].sum == operands[0].sum
               ? a

@@ -87,9 +87,11 @@ constexpr std::size_t karatsubaFrom = 30, transformFrom = 1500;
 // Short enough for the columns below the result to be worth leaving out.
 constexpr std::size_t longestShortProduct = 90;
 
-void schoolRows(Limb* r, const Limb* a, std::size_t na, const Limb* b, std::size_t nb) {
+// na >= nb; by rows where the columns would be short.
+void plainProduct(Limb* r, const Limb* a, std::size_t na, const Limb* b, std::size_t nb) {
+  if (nb > 2) return multiplyColumns(r, a, na, b, nb);
   r[na] = scaleLimbs(r, a, na, b[0]);
-  for (std::size_t i = 1; i < nb; ++i) r[i + na] = addScaled(r + i, a, na, b[i]);
+  if (nb == 2) r[na + 1] = addScaled(r + 1, a, na, b[1]);
 }
 
 // r = |a - b| for n limbs against m <= n; tells whether a < b.
@@ -139,7 +141,7 @@ void multiplyEqual(Limb* r, const Limb* a, const Limb* b, std::size_t n) {
   } else if (a == b) {
     squareLimbs(r, a, n);
   } else {
-    schoolRows(r, a, n, b, n);
+    plainProduct(r, a, n, b, n);
   }
 }
 
@@ -151,7 +153,7 @@ void multiplyLimbs(Limb* r, const Limb* a, std::size_t na, const Limb* b, std::s
     std::swap(na, nb);
   }
   if (na == nb) return multiplyEqual(r, a, b, na);
-  if (nb < karatsubaFrom) return schoolRows(r, a, na, b, nb);
+  if (nb < karatsubaFrom) return plainProduct(r, a, na, b, nb);
   if (nb >= transformFrom && binaryTransformProduct(r, a, na, b, nb)) return;
   // The longer operand in pieces of the shorter one's length.
   LimbMark mark;
@@ -175,13 +177,7 @@ void multiplyHigh(Limb* r, const Limb* a, const Limb* b, std::size_t n) {
   }
   // Columns n - 2 and up: what lies below carries at most n units into column n - 1.
   Limb* columns = limbSpace(n + 2);
-  columns[0] = columns[1] = 0;
-  {
-    // Row 0 reaches the two lowest columns with its two highest limbs.
-    columns[2] = scaleLimbs(columns, a + n - 2, 2, b[0]);
-  }
-  for (std::size_t i = 1; i + 1 < n; ++i) columns[i + 2] = addScaled(columns, a + n - 2 - i, i + 2, b[i]);
-  columns[n + 1] = addScaled(columns + 1, a, n, b[n - 1]);
+  multiplyColumns(columns, a, n, b, n, n - 2);
   copyLimbs(r, columns + 2, n);
 }
 

@@ -1,5 +1,4 @@
-// Binary floats from and to the kernel's numbers. Integers change base limb by limb: quadratic, but with a small
-// factor, so that even at 10^5 digits it is little beside the functions.
+// Binary floats from and to the kernel's numbers. Long integers change base by halves, short ones limb by limb.
 
 #include "numbers/functions/real.h"
 
@@ -39,11 +38,45 @@ Real realOfRow(int sign, const Limb* row, std::size_t n) {
 
 namespace {
 
-Real realOfInteger(DAG x) {
-  if (isImmediate(x)) return Real(static_cast<std::int64_t>(immediateValue(x)));
-  const std::size_t count = groupCount(x);
-  Limb* groups = limbSpace(count);
-  packInteger(x, groups);
+/// Limbs that hold the integer part.
+std::size_t limbsOf(const Real& x) {
+  return (static_cast<std::size_t>(std::max<std::int64_t>(0, x.exponent)) + 63) / 64;
+}
+
+// ---- powers of the groups' base by which halves are joined and split
+
+constexpr std::size_t shortGroups = 48;  // changed limb by limb
+constexpr int mostLevels = 40;
+
+/// Each power is the square of the one before: 10^(16 shortGroups) is the first.
+struct GroupPowers {
+  Real power[mostLevels], inverse[mostLevels];
+  int count = 0;
+
+  /// As many as numbers of so many groups ask for, to the working precision.
+  explicit GroupPowers(std::size_t groups) {
+    for (std::size_t size = shortGroups; size < groups; size *= 2, ++count) {
+      constexpr std::int64_t base{groupBase};
+      power[count] = count > 0 ? square(power[count - 1]) : reals::power(Real(base), shortGroups);
+    }
+  }
+  /// Inverses to the precision of quotients as long as the power.
+  void invert() {
+    for (int i = 0; i < count; ++i) {
+      Precision p(limbsOf(power[i]) + 2);
+      inverse[i] = Real(1) / power[i];
+    }
+  }
+};
+
+/// The number of `count` groups, lowest first; `level` powers are needed to join them.
+Real realOfGroups(const Group* groups, std::size_t count, const GroupPowers& powers, int level) {
+  if (level > 0) {
+    const std::size_t half = shortGroups << (level - 1);
+    if (count <= half) return realOfGroups(groups, count, powers, level - 1);
+    const Real high = realOfGroups(groups + half, count - half, powers, level - 1);
+    return high * powers.power[level - 1] + realOfGroups(groups, half, powers, level - 1);
+  }
   // Each group takes 53.2 bits.
   Limb* row = limbSpace(count * 5315085 / 6400000 + 2);
   std::size_t n = 0;
@@ -52,9 +85,59 @@ Real realOfInteger(DAG x) {
     carry += addLimb(row, n, groups[i]);
     if (n == 0) carry = groups[i];
     if (carry != 0) row[n++] = carry;
-    if (n > 1000) passLimbWork(n);
   }
-  return realOfRow(isTag(x, INTNEG) ? -1 : 1, row, n);
+  return realOfRow(1, row, n);
+}
+
+Real realOfInteger(DAG x) {
+  if (isImmediate(x)) return Real(static_cast<std::int64_t>(immediateValue(x)));
+  const std::size_t count = groupCount(x);
+  Limb* groups = limbSpace(count);
+  packInteger(x, groups);
+  const GroupPowers powers(count);
+  Real r = realOfGroups(groups, count, powers, powers.count);
+  r.sign = isTag(x, INTNEG) ? -1 : 1;
+  return r;
+}
+
+/// Writes an integer 0 <= x < groupBase^count as `count` groups, lowest first.
+void groupsOf(Group* groups, std::size_t count, const Real& x, const GroupPowers& powers, int level) {
+  LimbMark mark;
+  if (level > 0) {
+    const std::size_t half = shortGroups << (level - 1);
+    const Real& power = powers.power[level - 1];
+    if (count <= half) return groupsOf(groups, count, x, powers, level - 1);
+    Real high;
+    {
+      // The estimate is off by one at most.
+      Precision p(limbsOf(power) + 2);
+      high = floorOf(x * powers.inverse[level - 1]);
+    }
+    Precision exact(limbsOf(x) + 1);
+    Real low = x - high * power;
+    if (low.sign < 0) {
+      high = high - Real(1);
+      low = low + power;
+    } else if (compare(low, power) >= 0) {
+      high = high + Real(1);
+      low = low - power;
+    }
+    groupsOf(groups, half, low, powers, level - 1);
+    groupsOf(groups + half, count - half, high, powers, level - 1);
+    return;
+  }
+  std::size_t n = limbsOf(x);
+  const std::size_t bits = n == 0 ? 0 : static_cast<std::size_t>(x.exponent);
+  Limb* row = limbSpace(n + 1);
+  clearLimbs(row, n);
+  // The row as an integer of n limbs, shifted down to its place.
+  const std::size_t common = std::min<std::size_t>(n, x.size);
+  copyLimbs(row + n - common, x.limbs + x.size - common, common);
+  shiftLimbsDown(row, row, n, static_cast<unsigned>(n * 64 - bits));
+  for (std::size_t i = 0; i < count; ++i) {
+    groups[i] = divideLimbs(row, row, n, groupBase);
+    while (n > 0 && row[n - 1] == 0) --n;
+  }
 }
 
 constexpr int mostFives = 27;
@@ -90,25 +173,16 @@ Real realOf(DAG number) {
 
 DAG integerOf(const Real& x) {
   if (x.sign == 0 || x.exponent <= 0) return cons0;
-  const auto bits = static_cast<std::size_t>(x.exponent);
-  const std::size_t n = (bits + 63) / 64;
   LimbMark mark;
-  Limb* row = limbSpace(n + 1);
-  clearLimbs(row, n);
-  // The row as an integer of n limbs, shifted down to its place.
-  const std::size_t common = std::min<std::size_t>(n, x.size);
-  copyLimbs(row + n - common, x.limbs + x.size - common, common);
-  shiftLimbsDown(row, row, n, static_cast<unsigned>(n * 64 - bits));
-  const Tag sign = x.sign < 0 ? INTNEG : INTPOS;
-  const std::size_t most = bits * 1000 / 53150 + 2;
-  Limb* groups = limbSpace(most);
-  std::size_t count = 0, length = n;
-  for (; length > 0; ++count) {
-    groups[count] = divideLimbs(row, row, length, groupBase);
-    while (length > 0 && row[length - 1] == 0) --length;
-    if (length > 1000) passLimbWork(4 * length);
-  }
-  return integerOfGroups(groups, count, sign);
+  Precision exact(limbsOf(x) + 1);
+  const std::size_t count = static_cast<std::size_t>(x.exponent) * 1000 / 53150 + 2;
+  GroupPowers powers(count);
+  powers.invert();
+  Group* groups = limbSpace(count);
+  groupsOf(groups, count, absolute(cut(x)), powers, powers.count);
+  std::size_t length = count;
+  while (length > 0 && groups[length - 1] == 0) --length;
+  return integerOfGroups(groups, length, x.sign < 0 ? INTNEG : INTPOS);
 }
 
 Decimal decimalOf(const Real& x) {

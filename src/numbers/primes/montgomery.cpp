@@ -48,36 +48,44 @@ void MontgomeryModulus::reduceOnce(Limb* r, Limb top) const {
   if (top != 0 || compareLimbs(r, modulus_.data(), n) >= 0) subtractLimbs(r, r, modulus_.data(), n);
 }
 
-// Product and reduction limb by limb (Koc, Acar and Kaliski, "Analyzing and comparing Montgomery multiplication
-// algorithms", 1996: CIOS).
+// Product and reduction column by column (Koc, Acar and Kaliski, "Analyzing and comparing Montgomery multiplication
+// algorithms", 1996: FIPS). `addColumn` adds column k of the product.
+template <typename AddColumn>
+void MontgomeryModulus::reduceColumns(Limb* r, AddColumn addColumn) const {
+  const std::size_t n = limbs();
+  const Limb* m = modulus_.data();
+  Limb *q = scratch_.data(), *t = q + n;  // what the modulus is taken times, and the result
+  LimbColumn column;
+  for (std::size_t k = 0; k < n; ++k) {
+    addColumn(column, k);
+    column.add(q, m + k, k);
+    q[k] = column.low * inverse_;
+    column.add(q[k], m[0]);
+    column.shift();
+  }
+  for (std::size_t k = n; k + 1 < 2 * n; ++k) {
+    addColumn(column, k);
+    column.add(q + (k - n + 1), m + n - 1, 2 * n - 1 - k);
+    t[k - n] = column.shift();
+  }
+  t[n - 1] = column.low;
+  reduceOnce(t, column.high);
+  std::copy(t, t + n, r);
+}
+
 void MontgomeryModulus::multiply(Limb* r, const Limb* a, const Limb* b) const {
   const std::size_t n = limbs();
   if (n == 2) return multiplyTwoLimbs(r, a, b);
-  Limb* t = scratch_.data();
-  std::fill(t, t + n + 2, 0);
-  for (std::size_t i = 0; i < n; ++i) {
-    Limb carry = 0;
-    for (std::size_t j = 0; j < n; ++j) {
-      const DoubleLimb s = DoubleLimb{a[i]} * b[j] + t[j] + carry;
-      t[j] = static_cast<Limb>(s);
-      carry = static_cast<Limb>(s >> 64);
-    }
-    const DoubleLimb top = DoubleLimb{t[n]} + carry;
-    t[n] = static_cast<Limb>(top);
-    t[n + 1] = static_cast<Limb>(top >> 64);
-    const Limb q = t[0] * inverse_;
-    carry = static_cast<Limb>((DoubleLimb{q} * modulus_[0] + t[0]) >> 64);
-    for (std::size_t j = 1; j < n; ++j) {
-      const DoubleLimb s = DoubleLimb{q} * modulus_[j] + t[j] + carry;
-      t[j - 1] = static_cast<Limb>(s);
-      carry = static_cast<Limb>(s >> 64);
-    }
-    const DoubleLimb last = DoubleLimb{t[n]} + carry;
-    t[n - 1] = static_cast<Limb>(last);
-    t[n] = t[n + 1] + static_cast<Limb>(last >> 64);
-  }
-  reduceOnce(t, t[n]);
-  std::copy(t, t + n, r);
+  reduceColumns(r, [=](LimbColumn& column, std::size_t k) {
+    const std::size_t low = k < n ? 0 : k - n + 1;
+    column.add(a + low, b + (k - low), (k < n ? k + 1 : n) - low);
+  });
+}
+
+void MontgomeryModulus::square(Limb* r, const Limb* a) const {
+  const std::size_t n = limbs();
+  if (n < 6) return multiply(r, a, a);
+  reduceColumns(r, [=](LimbColumn& column, std::size_t k) { addSquareColumn(column, a, n, k); });
 }
 
 // The same for two limbs, all of it in registers: factors of 20 to 38 digits live on it (bench/number_theory.sh).
@@ -99,21 +107,6 @@ void MontgomeryModulus::multiplyTwoLimbs(Limb* r, const Limb* a, const Limb* b) 
   r[0] = t0;
   r[1] = t1;
   if (top != 0 || t1 > m1 || (t1 == m1 && t0 >= m0)) subtractLimbs(r, r, modulus_.data(), 2);
-}
-
-void MontgomeryModulus::square(Limb* r, const Limb* a) const {
-  const std::size_t n = limbs();
-  if (n <= 2) return multiply(r, a, a);
-  Limb* t = scratch_.data();
-  squareLimbs(t, a, n);
-  Limb carry = 0;
-  for (std::size_t i = 0; i < n; ++i) {
-    const DoubleLimb s = DoubleLimb{addScaled(t + i, modulus_.data(), n, t[i] * inverse_)} + t[i + n] + carry;
-    t[i + n] = static_cast<Limb>(s);
-    carry = static_cast<Limb>(s >> 64);
-  }
-  reduceOnce(t + n, carry);
-  std::copy(t + n, t + 2 * n, r);
 }
 
 void MontgomeryModulus::add(Limb* r, const Limb* a, const Limb* b) const { reduceOnce(r, addLimbs(r, a, b, limbs())); }

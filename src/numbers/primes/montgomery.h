@@ -31,6 +31,8 @@ class MontgomeryModulus {
 
  private:
   void reduceOnce(Limb* r, Limb top) const;
+  template <typename AddColumn>
+  void reduceColumns(Limb* r, AddColumn addColumn) const;
   void multiplyTwoLimbs(Limb* r, const Limb* a, const Limb* b) const;
 
   Natural modulus_;

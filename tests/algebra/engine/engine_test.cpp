@@ -134,6 +134,19 @@ TEST(Engine, GreatestCommonDivisors) {
   EXPECT_GT(sparse, 40);
 }
 
+// Powers of sums whose terms have variables of their own, by the multinomial theorem, and of others: one and several
+// limbs, negative and long coefficients, powers of variables, fractions, exponents below 0.
+TEST(Engine, PowersOfSums) {
+  for (const char* sum : {"x+y+1", "x-y", "2*x-3*y+5*z-1", "x+y+z+u+v", "x^3+y^2-z", "10^12*x+7*y^5-10^9",
+                          "x*y+z^2+u*v", "x*y+x*z+y*z", "x^2+x+1", "x/2-y/3+z/7+1", "x^(-2)+y+3", "x*y+x+1", "-x-y-z"})
+    for (int n : {2, 3, 7, 17}) {
+      SCOPED_TRACE(std::string(sum) + " to the power " + std::to_string(n));
+      DAG a = polynomialOf(sum), power = a;
+      for (int k = 1; k < n; ++k) power = engine::product(power, a);
+      EXPECT_EQ(engine::powerOfSum(a, immediate(n)), power);
+    }
+}
+
 // What passes for coprime has no common factor but a number; without one most pairs pass.
 TEST(Engine, CoprimeTest) {
   RandomPolynomialTexts texts(17);

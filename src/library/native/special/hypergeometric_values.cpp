@@ -242,6 +242,8 @@ Complex atHalf(const Complex& a, const Complex& b, const Complex& c, const Compl
   const Complex upper[] = {a, b}, lower[] = {c};
   return hypergeometric(upper, 2, lower, 1, half(x));
 }
+// Whether gamma(sum)/gamma(n + 1) is 0: the functions of degrees -1, -2, ... vanish.
+bool isFactorZero(const Complex& n, const Complex& sum) { return isPole(n + 1) && !isPole(knownInteger(sum)); }
 // binomial(n + a, n)
 Complex shiftedBinomial(const Complex& n, const Complex& a) {
   return gamma(knownInteger(n + a + 1)) * reciprocalGamma(n + 1) * reciprocalGamma(a + 1);
@@ -314,6 +316,7 @@ Complex turnOf(const Complex& x) {
 
 Complex legendreP(const Complex& n, const Complex& x) {
   std::int64_t degree;
+  if (isDegree(-n - 1, degree)) return legendreP(-n - 1, x);
   if (!isDegree(n, degree)) {
     // The same function for -n - 1.
     const bool isLeft = toDouble(n.re) < -0.5;
@@ -335,6 +338,7 @@ Complex legendreP(const Complex& n, const Complex& x) {
 
 Complex chebyshevT(const Complex& n, const Complex& x) {
   std::int64_t degree;
+  if (isDegree(-n, degree) && degree > 0) return chebyshevT(-n, x);
   if (!isDegree(n, degree)) return atHalf(-n, n, Complex(Real(1) / 2), x);
   if (degree > smallDegree) {
     const Complex w = integerPower(turnOf(x), degree), value = (w + Complex(1) / w) / 2;
@@ -346,6 +350,8 @@ Complex chebyshevT(const Complex& n, const Complex& x) {
 
 Complex chebyshevU(const Complex& n, const Complex& x) {
   std::int64_t degree;
+  if (isDegree(-n - 2, degree)) return -chebyshevU(-n - 2, x);
+  if (isExactZero(n + 1)) return 0;
   if (!isDegree(n, degree)) return (n + 1) * atHalf(-n, n + Real(2), Complex(Real(3) / 2), x);
   if (isExactZero((x - 1) * (x + 1))) return isNegative(x.re) && degree % 2 == 1 ? -(n + 1) : n + 1;
   if (degree > smallDegree) {
@@ -382,6 +388,7 @@ Complex laguerreL(const Complex& n, const Complex& a, const Complex& x) {
     return recurrence(degree, Complex(1), a + 1 - x, [&](std::int64_t k, const Complex& now, const Complex& before) {
       return ((a - x + Real(2 * k + 1)) * now - (a + Real(k)) * before) / (k + 1);
     });
+  if (isFactorZero(n, n + a + 1)) return 0;
   const Complex upper[] = {-n}, lower[] = {a + 1};
   return shiftedBinomial(n, a) * hypergeometric(upper, 1, lower, 1, x);
 }
@@ -394,11 +401,17 @@ Complex gegenbauerC(const Complex& n, const Complex& a, const Complex& x) {
     });
   const Complex twice = a * 2;
   const Complex sum = knownInteger(twice + n);
+  if (isFactorZero(n, sum)) return 0;
+  std::int64_t whole;
+  // gamma(n + 2 a)/gamma(n + 1) is a product then, at the poles of both as well.
+  if (isMachineInteger(twice, whole) && whole > 0 && whole < 1000)
+    return risingProduct(n + 1, whole - 1) * reciprocalGamma(twice) * atHalf(-n, sum, a + Complex(Real(1) / 2), x);
   return gamma(sum) * reciprocalGamma(n + 1) * reciprocalGamma(twice) * atHalf(-n, sum, a + Complex(Real(1) / 2), x);
 }
 
 Complex jacobiP(const Complex& n, const Complex& a, const Complex& b, const Complex& x) {
   std::int64_t degree;
+  if (isFactorZero(n, n + a + 1)) return 0;
   if (!isDegree(n, degree)) return shiftedBinomial(n, a) * atHalf(-n, knownInteger(a + b + n + 1), a + 1, x);
   // The finite sum of binomial(n + a, n - k) binomial(n + b, k) ((x - 1)/2)^k ((x + 1)/2)^(n - k) holds for all a
   // and b.
