@@ -11,7 +11,7 @@ Gcd(x/5 + y, x + 2*y) mod 5; Gcd(x*y, x) mod 8; Quo(x*y, 0, x) mod 7; Divide(x*y
 evalb(Gcd(x^1000*y^1000 + 1, x^500*y^500 + 3) mod 2 = x^500*y^500 + 1), evalb(Resultant(x^2 + y^200, x*y^100 + z^50, x) mod 7 = z^100 + y^400), Divide(x^600*y^300 - z^900, x^200*y^100 - z^300) mod 7, evalb(Gcd(x^4*y^4, x^6*y^2) mod 5 = x^4*y^2), Gcd(x^3*y, y) mod 5;
 # Resultants, discriminants, determinants, in small fields by values in an extension.
 Resultant(x^2 + y, x*y + z, x) mod 7, Resultant(x^3*y + x + 1, x^2*z + y, x) mod 2, Discrim(x^2 + b*x + c, x) mod 7, Discrim(a*x^3 + b*x + d, x) mod 3, Discrim(a*x^3 + b*x + d, x) mod 101;
-Det([[x, y], [z, t]]) mod 5, Det([[x, 1, 0], [y, x, 1], [0, y, x]]) mod 2, Det([[x, x], [1, 1]]) mod 2, Det(array(1 .. 2, 1 .. 2, [[x, 2], [3, y]])) mod 7;
+evalb(Det([[x, y], [z, t]]) mod 5 = x*t + 4*y*z), Det([[x, 1, 0], [y, x, 1], [0, y, x]]) mod 2, Det([[x, x], [1, 1]]) mod 2, Det(array(1 .. 2, 1 .. 2, [[x, 2], [3, y]])) mod 7;
 # Factors.
 [Sqrfree((x + y)^2*(x - y)^3*(x + 1)) mod 3, Sqrfree((x + y)^2*(x - y)^2*(x + 1)) mod 2, Factors(2*(x + y)^2*(x - y)^3*(x*y + 1)) mod 3, Factor(x^2 - y^2) mod 7, Factor(x^4 + y^4) mod 2]:
 seq(evalb(%[k] = [[1, [[x + 1, 1], [x + y, 2], [x + 2*y, 3]]], [1, [[x + 1, 1], [x + y, 4]]], [2, [[x + y, 2], [x + 2*y, 3], [x*y + 1, 1]]], (x + y)*(x + 6*y), (x + y)^4][k]), k = 1 .. 5), Factors(3*x*y) mod 7;

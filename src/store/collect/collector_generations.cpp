@@ -96,7 +96,8 @@ void openGeneration() {
 
 void settleGenerations(std::int32_t level) {
   releaseGenerations(level);
-  if (cused > nextgcgen) openGeneration();
+  // Within external code nothing is collected: the labels of a callback's statements would run out.
+  if (cused > nextgcgen && !InExternalCall) openGeneration();
   if (cused > nextgc || collectAlways) {
     if (!canCollectionWait()) collectInTurn();
     setGenerationInterval();
