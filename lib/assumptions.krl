@@ -296,7 +296,7 @@ end proc:
 `assumptions/set` := proc(who, anew)
   description "assumptions/set(who, anew, fact, ...): puts the names in facts under assumption, anew or besides the old ones";
   local facts, fact, x, r, all;
-  if nargs = 2 then error "%1 expects relations such as x > 0, or names with properties", who end if;
+  if nargs = 2 then `assumptions/refuse`(who, "%1 expects relations such as x > 0, or names with properties") end if;
   facts := [`assumptions/facts`(who, args[3..nargs])];
   all := NULL;
   for x in {seq(fact[1], fact = facts)} do
