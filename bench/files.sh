@@ -1,7 +1,7 @@
 #!/bin/sh
 # Rows on formats and files:   bench/files.sh BUILD
 # Both programs measure the processor time of the operation alone and print it in seconds; the fastest of three counts.
-korel=$1/bin/korelTTY
+korel=$(cd "$1" && pwd)/bin/korelTTY || exit 2
 python=$(for p in /usr/bin/python3 python3; do command -v $p && break; done) || exit 0
 work=$(mktemp -d) || exit 2
 trap 'rm -rf "$work"' EXIT

@@ -61,10 +61,29 @@ Ball squareOf(const Ball& k, slong bits) {
   acb_mul(m, k, k, bits);
   return m;
 }
-Ball arcsineOf(const Ball& z, slong bits) {
-  Ball phi;
-  acb_asin(phi, z, bits);
-  return phi;
+// 1 - a z^2
+Ball complementOf(const Ball& a, const Ball& z, slong bits) {
+  Ball r;
+  acb_mul(r, squareOf(z, bits), a, bits);
+  acb_sub_si(r, r, 1, bits);
+  acb_neg(r, r);
+  return r;
+}
+// An elliptic integral from 0 to z by those of Carlson: the first kind, and `factor` z^3/3 RJ(.., 1 - n z^2). An amplitude
+// would lie beside a quarter turn where z is near 1.
+void carlson(Ball& r, const Ball& z, const Ball& k, const Ball& factor, const Ball& n, slong bits) {
+  Ball one, more;
+  acb_one(one);
+  const Ball x = complementOf(one, z, bits), y = complementOf(squareOf(k, bits), z, bits);
+  acb_elliptic_rf(r, x, y, one, 0, bits);
+  acb_mul(r, r, z, bits);
+  if (acb_is_zero(factor)) return;
+  acb_elliptic_rj(more, x, y, one, complementOf(n, z, bits), 0, bits);
+  acb_mul(more, more, factor, bits);
+  acb_mul(more, more, z, bits);
+  acb_mul(more, more, squareOf(z, bits), bits);
+  acb_div_si(more, more, 3, bits);
+  acb_add(r, r, more, bits);
 }
 
 // The n-th derivative of the zeta function of Hurwitz.
@@ -167,12 +186,14 @@ const std::map<std::string, Value> functions = {
     {"EllipticE/1", [](Ball& r, const std::vector<Ball>& a, slong b) { acb_elliptic_e(r, squareOf(a[0], b), b); }},
     {"EllipticPi/2",
      [](Ball& r, const std::vector<Ball>& a, slong b) { acb_elliptic_pi(r, a[0], squareOf(a[1], b), b); }},
-    {"EllipticF/2", [](Ball& r, const std::vector<Ball>& a,
-                       slong b) { acb_elliptic_f(r, arcsineOf(a[0], b), squareOf(a[1], b), 0, b); }},
-    {"EllipticE/2", [](Ball& r, const std::vector<Ball>& a,
-                       slong b) { acb_elliptic_e_inc(r, arcsineOf(a[0], b), squareOf(a[1], b), 0, b); }},
-    {"EllipticPi/3", [](Ball& r, const std::vector<Ball>& a,
-                        slong b) { acb_elliptic_pi_inc(r, a[1], arcsineOf(a[0], b), squareOf(a[2], b), 0, b); }},
+    {"EllipticF/2", [](Ball& r, const std::vector<Ball>& a, slong b) { carlson(r, a[0], a[1], Ball(), Ball(), b); }},
+    {"EllipticE/2",
+     [](Ball& r, const std::vector<Ball>& a, slong b) {
+       Ball minus = squareOf(a[1], b);
+       acb_neg(minus, minus);
+       carlson(r, a[0], a[1], minus, Ball(), b);
+     }},
+    {"EllipticPi/3", [](Ball& r, const std::vector<Ball>& a, slong b) { carlson(r, a[0], a[2], a[1], a[1], b); }},
     {"LegendreP/2",
      [](Ball& r, const std::vector<Ball>& a, slong b) { acb_hypgeom_legendre_p(r, a[0], Ball(), a[1], 0, b); }},
     {"ChebyshevT/2", binary<acb_hypgeom_chebyshev_t>},

@@ -45,18 +45,23 @@ end proc:
 
 `simpl/Re` := proc(x)
   description "simpl/Re(x): the real part of an expression";
-  if nargs = 1 then `simpl/parts`(x)[1] else 'Re'(args) end if
+  if nargs <> 1 then return 'Re'(args) end if;
+  `kernel/native`("expectalgebraic", 'Re', x);
+  `simpl/parts`(x)[1]
 end proc:
 
 `simpl/Im` := proc(x)
   description "simpl/Im(x): the imaginary part of an expression";
-  if nargs = 1 then `simpl/parts`(x)[2] else 'Im'(args) end if
+  if nargs <> 1 then return 'Im'(args) end if;
+  `kernel/native`("expectalgebraic", 'Im', x);
+  `simpl/parts`(x)[2]
 end proc:
 
 `simpl/conjugate` := proc(x)
   description "simpl/conjugate(x): the complex conjugate of an expression";
-  if nargs <> 1 then 'conjugate'(args)
-  elif type(x, {`+`, `*`}) then map(conjugate, x)
+  if nargs <> 1 then return 'conjugate'(args) end if;
+  `kernel/native`("expectalgebraic", 'conjugate', x);
+  if type(x, {`+`, `*`}) then map(conjugate, x)
   elif type(x, `^`) and type(op(2, x), integer) then conjugate(op(1, x))^op(2, x)
   elif type(x, function) and nops(x) = 1 and op(0, x) = 'conjugate' then op(x)
   elif `simpl/parts`(x)[2] = 0 then x
@@ -67,7 +72,9 @@ end proc:
 `simpl/abs` := proc(x)
   description "simpl/abs(x): the absolute value of an expression";
   local sign, inside, outside, t;
-  if nargs <> 1 or not type(x, algebraic) then return 'abs'(args) end if;
+  if nargs <> 1 then return 'abs'(args) end if;
+  `kernel/native`("expectalgebraic", 'abs', x);
+  if not type(x, algebraic) then return 'abs'(x) end if;
   sign := `simpl/signum`(x);
   if sign <> FAIL then sign*x
   elif `kernel/native`("known", x, nonnegative) then x

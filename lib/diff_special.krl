@@ -36,9 +36,12 @@ end proc:
   description "diff/dilog(u, x): the derivative of the dilogarithm of u";
   if nargs = 2 then ln(u)/(1 - u)*diff(u, x) else `diff/aid/staying`('dilog'(args[1..-2]), args[-1]) end if
 end proc:
-`diff/LambertW` := proc(u, x)
-  description "diff/LambertW(u, x): the derivative of Lambert's W function of u";
-  if nargs = 2 then LambertW(u)/(u*(1 + LambertW(u)))*diff(u, x) else `diff/aid/staying`('LambertW'(args[1..-2]), args[-1]) end if
+`diff/LambertW` := proc(k, u, x)
+  description "diff/LambertW(u, x), diff/LambertW(k, u, x): the derivative of Lambert's W function of u, on a branch k";
+  if nargs = 2 then LambertW(k)/(k*(1 + LambertW(k)))*diff(k, u)
+  elif has(k, x) then `diff/aid/staying`('LambertW'(k, u), x)
+  else LambertW(k, u)/(u*(1 + LambertW(k, u)))*diff(u, x)
+  end if
 end proc:
 `diff/Heaviside` := proc(u, x)
   description "diff/Heaviside(u, x): the derivative of the unit step of u";
@@ -59,10 +62,16 @@ end proc:
   end if
 end proc:
 `diff/Zeta` := proc(n, u, x)
-  description "diff/Zeta(u, x), diff/Zeta(n, u, x): the derivative of the zeta function, or of its n-th derivative";
-  if nargs = 2 then Zeta(1, n)*diff(n, u)
-  elif has(n, x) then `diff/aid/staying`('Zeta'(n, u), x)
-  else Zeta(n + 1, u)*diff(u, x)
+  description "diff/Zeta(u, x), diff/Zeta(n, u, x), diff/Zeta(n, u, a, x): the derivative of the zeta function, of its n-th derivative, or of Hurwitz's";
+  local a, y;
+  if nargs = 2 then return Zeta(1, n)*diff(n, u) end if;
+  y := args[-1];
+  if has(n, y) then `diff/aid/staying`('Zeta'(args[1..-2]), y)
+  elif nargs = 3 then Zeta(n + 1, u)*diff(u, x)
+  else
+    # By a: -s*Zeta(0, s + 1, a), whose n-th derivative by s this is.
+    a := args[3];
+    Zeta(n + 1, u, a)*diff(u, y) + `if`(n = 0, -u*Zeta(0, u + 1, a), -u*Zeta(n, u + 1, a) - n*Zeta(n - 1, u + 1, a))*diff(a, y)
   end if
 end proc:
 `diff/Beta` := proc(u, v, x)
@@ -117,25 +126,88 @@ end proc:
 `diff/AiryAi` := proc(n, u, x)
   description "diff/AiryAi(u, x), diff/AiryAi(n, u, x): the derivative of Airy's function of u, or of its n-th derivative";
   if nargs = 2 then AiryAi(1, n)*diff(n, u)
-  elif has(n, x) then `diff/staying`('AiryAi'(n, u), x)
+  elif has(n, x) then `diff/aid/staying`('AiryAi'(n, u), x)
   else AiryAi(n + 1, u)*diff(u, x)
   end if
 end proc:
 `diff/AiryBi` := proc(n, u, x)
   description "diff/AiryBi(u, x), diff/AiryBi(n, u, x): the derivative of Airy's second function of u, or of its n-th derivative";
   if nargs = 2 then AiryBi(1, n)*diff(n, u)
-  elif has(n, x) then `diff/staying`('AiryBi'(n, u), x)
+  elif has(n, x) then `diff/aid/staying`('AiryBi'(n, u), x)
   else AiryBi(n + 1, u)*diff(u, x)
   end if
 end proc:
 `diff/Shi` := proc(u, x)
   description "diff/Shi(u, x): the derivative of the hyperbolic sine integral of u";
-  if nargs = 2 then sinh(u)/u*diff(u, x) else `diff/staying`('Shi'(args[1..-2]), args[-1]) end if
+  if nargs = 2 then sinh(u)/u*diff(u, x) else `diff/aid/staying`('Shi'(args[1..-2]), args[-1]) end if
 end proc:
 `diff/Chi` := proc(u, x)
   description "diff/Chi(u, x): the derivative of the hyperbolic cosine integral of u";
-  if nargs = 2 then cosh(u)/u*diff(u, x) else `diff/staying`('Chi'(args[1..-2]), args[-1]) end if
+  if nargs = 2 then cosh(u)/u*diff(u, x) else `diff/aid/staying`('Chi'(args[1..-2]), args[-1]) end if
 end proc:
+`diff/Dirac` := proc(n, u, x)
+  description "diff/Dirac(u, x), diff/Dirac(n, u, x): the derivative of Dirac's function of u, or of its n-th derivative";
+  if nargs = 2 then Dirac(1, n)*diff(n, u)
+  elif has(n, x) then `diff/aid/staying`('Dirac'(n, u), x)
+  else Dirac(n + 1, u)*diff(u, x)
+  end if
+end proc:
+`diff/surd` := proc(u, n, x)
+  description "diff/surd(u, n, x): the derivative of the n-th root of u, the real one for odd n";
+  if nargs <> 3 or has(n, x) then `diff/aid/staying`('surd'(args[1..-2]), args[-1]) else surd(u, n)/(n*u)*diff(u, x) end if
+end proc:
+`diff/hypergeom` := proc(a, b, z, x)
+  description "diff/hypergeom(a, b, z, x): the derivative of a hypergeometric function by its argument";
+  local t;
+  if nargs <> 4 or has([a, b], x) then return `diff/aid/staying`('hypergeom'(args[1..-2]), args[-1]) end if;
+  `*`(op(a))/`*`(op(b))*hypergeom(map(t -> t + 1, a), map(t -> t + 1, b), z)*diff(z, x)
+end proc:
+
+# Orthogonal polynomials by their arguments (Abramowitz and Stegun, 22.5 and 22.8), in forms without poles.
+`diff/LegendreP` := proc(n, u, x)
+  description "diff/LegendreP(n, u, x): the derivative of Legendre's function of degree n";
+  if nargs <> 3 or has(n, x) then `diff/aid/staying`('LegendreP'(args[1..-2]), args[-1])
+  else GegenbauerC(n - 1, 3/2, u)*diff(u, x)
+  end if
+end proc:
+`diff/ChebyshevT` := proc(n, u, x)
+  description "diff/ChebyshevT(n, u, x): the derivative of Chebyshev's function of the first kind";
+  if nargs <> 3 or has(n, x) then `diff/aid/staying`('ChebyshevT'(args[1..-2]), args[-1])
+  else n*ChebyshevU(n - 1, u)*diff(u, x)
+  end if
+end proc:
+`diff/ChebyshevU` := proc(n, u, x)
+  description "diff/ChebyshevU(n, u, x): the derivative of Chebyshev's function of the second kind";
+  if nargs <> 3 or has(n, x) then `diff/aid/staying`('ChebyshevU'(args[1..-2]), args[-1])
+  else 2*GegenbauerC(n - 1, 2, u)*diff(u, x)
+  end if
+end proc:
+`diff/HermiteH` := proc(n, u, x)
+  description "diff/HermiteH(n, u, x): the derivative of Hermite's function of degree n";
+  if nargs <> 3 or has(n, x) then `diff/aid/staying`('HermiteH'(args[1..-2]), args[-1])
+  else 2*n*HermiteH(n - 1, u)*diff(u, x)
+  end if
+end proc:
+`diff/LaguerreL` := proc(n, a, u, x)
+  description "diff/LaguerreL(n, u, x), diff/LaguerreL(n, a, u, x): the derivative of Laguerre's function, or of the generalized one";
+  if nargs = 3 and not has(n, u) then -LaguerreL(n - 1, 1, a)*diff(a, u)
+  elif nargs <> 4 or has([n, a], x) then `diff/aid/staying`('LaguerreL'(args[1..-2]), args[-1])
+  else -LaguerreL(n - 1, a + 1, u)*diff(u, x)
+  end if
+end proc:
+`diff/GegenbauerC` := proc(n, a, u, x)
+  description "diff/GegenbauerC(n, a, u, x): the derivative of Gegenbauer's function of degree n";
+  if nargs <> 4 or has([n, a], x) then `diff/aid/staying`('GegenbauerC'(args[1..-2]), args[-1])
+  else 2*a*GegenbauerC(n - 1, a + 1, u)*diff(u, x)
+  end if
+end proc:
+`diff/JacobiP` := proc(n, a, b, u, x)
+  description "diff/JacobiP(n, a, b, u, x): the derivative of Jacobi's function of degree n";
+  if nargs <> 5 or has([n, a, b], x) then `diff/aid/staying`('JacobiP'(args[1..-2]), args[-1])
+  else (n + a + b + 1)/2*JacobiP(n - 1, a + 1, b + 1, u)*diff(u, x)
+  end if
+end proc:
+
 # Elliptic integrals by the modulus and by the sine of the amplitude (Byrd and Friedman, 710).
 `diff/EllipticK` := proc(k, x)
   description "diff/EllipticK(k, x): the derivative of the complete elliptic integral of the first kind";
@@ -151,4 +223,17 @@ end proc:
   description "diff/EllipticF(z, k, x): the derivative of the elliptic integral of the first kind";
   diff(z, x)/((1 - z^2)^(1/2)*(1 - k^2*z^2)^(1/2)) + (EllipticE(z, k)/(k*(1 - k^2)) - EllipticF(z, k)/k
     - k*z*(1 - z^2)^(1/2)/((1 - k^2)*(1 - k^2*z^2)^(1/2)))*diff(k, x)
+end proc:
+`diff/EllipticPi` := proc(z, n, k, x)
+  description "diff/EllipticPi(n, k, x), diff/EllipticPi(z, n, k, x): the derivative of an elliptic integral of the third kind";
+  local c, m, p, w;
+  if nargs = 3 then c, m, w := z, n, k;
+    p := [EllipticPi(c, m), EllipticK(m), EllipticE(m), 0, 0]
+  else c, m, w := n, k, x;
+    p := [EllipticPi(z, c, m), EllipticF(z, m), EllipticE(z, m),
+      c*z*(1 - z^2)^(1/2)*(1 - m^2*z^2)^(1/2)/(1 - c*z^2), m^2*z*(1 - z^2)^(1/2)/((m^2 - 1)*(1 - m^2*z^2)^(1/2))]
+  end if;
+  (p[3] + (m^2 - c)/c*p[2] + (c^2 - m^2)/c*p[1] - p[4])/(2*(m^2 - c)*(c - 1))*diff(c, w)
+    + m/(c - m^2)*(p[3]/(m^2 - 1) + p[1] - p[5])*diff(m, w)
+    + `if`(nargs = 3, 0, diff(z, x)/((1 - c*z^2)*(1 - z^2)^(1/2)*(1 - m^2*z^2)^(1/2)))
 end proc:

@@ -68,7 +68,7 @@ end proc:
     return `if`(member(true, d), true, `if`(member(FAIL, d), FAIL, false))
   end if;
   if not type(condition, {`=`, `<>`, `<`, `<=`}) then
-    error "piecewise expects a condition, but received %1", condition
+    `kernel/native`("refuse", 'piecewise', "piecewise expects a condition, but received %1", condition)
   end if;
   d := op(1, condition) - op(2, condition);
   sign := signum(d);

@@ -99,3 +99,12 @@ end proc:
   else x^y
   end if
 end proc:
+
+# The absolute value of what is no number but has a numeric value, also where that is complex.
+`evalf/abs` := proc(x)
+  description "evalf/abs(x): abs(x) as a float";
+  local y;
+  if nargs <> 1 then return 'abs'(args) end if;
+  y := `evalf/aid/argument`(x);
+  if type(y, complex(numeric)) then evalf(abs(y)) else 'abs'(y) end if
+end proc:

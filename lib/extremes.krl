@@ -1,6 +1,6 @@
 # Largest and least of expressions that are not all numbers.
 
-# Lists and sets among the arguments stand for their members. Numbers and real constants leave the extreme of them
+# A list or set alone stands for its members. Numbers and real constants leave the extreme of them
 # behind, in front of what can't be compared.
 `simpl/extreme` := proc(f, wanted, a::list)
   description "simpl/extreme(f, sign, a): f, which is max (sign 1) or min (sign -1), of the members of a";
@@ -38,17 +38,19 @@ end proc:
 end proc:
 
 `simpl/flatarguments` := proc(f)
-  description "simpl/flatarguments(f, a, ...): the arguments, with the members of lists, sets and calls of f in the place of each";
-  local t;
-  [seq(`if`(type(t, {list, set}) or type(t, function) and op(0, t) = f, op(`simpl/flatarguments`(f, op(t))), t), t = [args[2..-1]])]
+  description "simpl/flatarguments(f, a, ...): the arguments, or the members of a list or set alone, with those of calls of f in the place of each";
+  local t, a;
+  a := `if`(nargs = 2 and type(args[2], {list, set}), op(args[2]), args[2..-1]);
+  `kernel/native`("expectalgebraic", f, a);
+  [seq(`if`(type(t, function) and op(0, t) = f, op(`simpl/flatarguments`(f, op(t))), t), t = [a])]
 end proc:
 
 `simpl/max` := proc()
-  description "simpl/max(a, ...): the largest of expressions";
+  description "simpl/max(a, ...): the largest of expressions, or of the members of one list or set";
   `simpl/extreme`('max', 1, `simpl/flatarguments`('max', args))
 end proc:
 
 `simpl/min` := proc()
-  description "simpl/min(a, ...): the least of expressions";
+  description "simpl/min(a, ...): the least of expressions, or of the members of one list or set";
   `simpl/extreme`('min', -1, `simpl/flatarguments`('min', args))
 end proc:

@@ -99,7 +99,7 @@ writelines := proc(name::{string, symbol}, lines::list({string, symbol}))
   description "writelines(name, [s, ...]): makes the strings the lines of the file; the count of bytes";
   local n;
   iolib(1, name, 'WRITE');
-  try n := iolib(3, name, op(lines)) finally iolib(7, name) end try;
+  try n := `kernel/native`("fileputlines", name, lines) finally iolib(7, name) end try;
   n
 end proc:
 

@@ -25,12 +25,41 @@ hypergeom := proc(a, b, z)
   `special/check`('hypergeom', [op(a), op(b), z]);
   p, q := `hypergeom/reduced`(a, b);
   if member(0, p) then return 1
-  elif hastype(q, nonposint) and not `hypergeom/ends`(p, q) then return NumericEvent(division_by_zero, 'hypergeom', [a, b, z], infinity)
+  elif `hypergeom/any`(q, nonposint) and not `hypergeom/ends`(p, q) then return NumericEvent(division_by_zero, 'hypergeom', [a, b, z], infinity)
   elif nops(q) = 0 and nops(p) = 0 then return exp(z)
   elif nops(q) = 0 and nops(p) = 1 then return (1 - z)^(-p[1])
-  elif type([op(p), op(q), z], list(rational)) and hastype(p, negint) then return `hypergeom/sum`(p, q, z)
+  elif type([op(p), op(q), z], list(rational)) and `hypergeom/any`(p, negint) then return `hypergeom/sum`(p, q, z)
+  elif z = 1 and nops(p) = nops(q) + 1 and type([op(p), op(q)], list(complex(numeric))) and not `hypergeom/any`(p, nonposint) then
+    if `hypergeom/excess`(p, q) <= 0 then
+      return NumericEvent(division_by_zero, 'hypergeom', [a, b, z], `hypergeom/sign`(p, q)*infinity)
+    elif nops(p) = 2 then return `hypergeom/gauss`(p[1], p[2], q[1])
+    end if
   end if;
   subsop(0 = 'hypergeom', 'f'(sort(p), sort(q), z))
+end proc:
+# Of numbers only. At 1 the terms fall like 1/k^(1 + excess).
+`hypergeom/excess` := proc(p::list, q::list)
+  description "hypergeom/excess(p, q): the real part of the sum of the lower parameters without that of the upper ones";
+  local x;
+  add(`special/exact`(Re(x)), x = q) - add(`special/exact`(Re(x)), x = p)
+end proc:
+`hypergeom/sign` := proc(p::list, q::list)
+  description "hypergeom/sign(p, q): the sign of a sum that grows beyond all bounds at 1: that of its late terms; 1 for complex parameters";
+  local x;
+  if type([op(p), op(q)], list(numeric)) then
+    mul(`if`(type(x, negative) and type(floor(`special/exact`(x)), odd), -1, 1), x = [op(p), op(q)])
+  else 1
+  end if
+end proc:
+`hypergeom/gauss` := proc(a, b, c)
+  description "hypergeom/gauss(a, b, c): hypergeom([a, b], [c], 1) where the series converges";
+  if type(c - a, nonposint) or type(c - b, nonposint) then 0
+  else GAMMA(c)*GAMMA(c - a - b)/(GAMMA(c - a)*GAMMA(c - b))
+  end if
+end proc:
+`hypergeom/any` := proc(p::list, t)
+  description "hypergeom/any(p, t): whether a parameter is of the type t";
+  nops(select(type, p, t)) > 0
 end proc:
 `hypergeom/reduced` := proc(a, b)
   description "hypergeom/reduced(a, b): the two lists without what stands in both";
@@ -66,8 +95,11 @@ end proc:
   y := `special/argument`(z);
   if type([op(p), op(q), y], list(complex(numeric))) then
     if y = 0 then return 1. end if;
-    if hastype(`hypergeom/whole`(q), nonposint) and not `hypergeom/ends`(`hypergeom/whole`(p), `hypergeom/whole`(q)) then
+    if `hypergeom/any`(`hypergeom/whole`(q), nonposint) and not `hypergeom/ends`(`hypergeom/whole`(p), `hypergeom/whole`(q)) then
       return NumericEvent(division_by_zero, 'hypergeom', [a, b, z], Float(infinity))
+    end if;
+    if type(y, numeric) and `special/exact`(y) = 1 and nops(p) = nops(q) + 1 and not `hypergeom/any`(`hypergeom/whole`(p), nonposint) and `hypergeom/excess`(p, q) <= 0 then
+      return NumericEvent(division_by_zero, 'hypergeom', [a, b, z], `hypergeom/sign`(p, q)*Float(infinity))
     end if;
     r := `kernel/native`("special/hypergeom", p, q, y);
     if r <> FAIL then return r end if

@@ -218,9 +218,13 @@ fromopenmath := proc(tree)
   if not type(tree, function) then error "element expected, but received %1", tree end if;
   head := op(0, tree);
   children := remove(x -> type(x, function) and op(0, x) = 'COMMENT', [op(tree)]);
-  if head = 'OM_OMOBJ' then return fromopenmath(`openmath/only`(children))
+  if head = 'OM_OMOBJ' then
+    _EnvOpenmathShared := `openmath/shared`(tree);
+    return fromopenmath(`openmath/only`(children))
+  elif head = 'OM_OMR' then return `openmath/referred`(`openmath/attribute`(tree, "href"))
   elif head = 'OM_OMI' then return `openmath/integer`(`openmath/only`(children))
   elif head = 'OM_OMSTR' then return `if`(children = [], "", cat("", op(children)))
+  elif head = 'OM_OMF' and member("hex", map(lhs, [attributes(tree)])) then return `openmath/bits`(`openmath/attribute`(tree, "hex"))
   elif head = 'OM_OMF' then return `openmath/number`(`openmath/attribute`(tree, "dec"))
   elif head = 'OM_OMV' then return cat(``, `openmath/attribute`(tree, "name"))
   elif head = 'OM_OMS' then return `openmath/constant`(`openmath/attribute`(tree, "cd"), `openmath/attribute`(tree, "name"))
@@ -261,6 +265,41 @@ end proc:
   value := parsecsv(cat("", s));
   if not type(value, [[numeric]]) then error "number expected, but received %1", s end if;
   `if`(type(value[1][1], integer), Float(value[1][1], 0), value[1][1])
+end proc:
+
+`openmath/bits` := proc(s)
+  description "openmath/bits(s): the float of the 16 hexadecimal digits of a double";
+  local value;
+  value := sscanf(s, "%y%s");
+  if nops(value) <> 1 then error "16 hexadecimal digits expected, but received %1", s end if;
+  eval(op(value))
+end proc:
+
+# Elements that others refer to are translated once: an object may double its size with each of its lines.
+`openmath/shared` := proc(tree)
+  description "openmath/shared(tree): the table of the elements that have an id";
+  local e, a, shared;
+  shared := table();
+  for e in indets(tree, 'function') do
+    for a in [attributes(e)] do if lhs(a) = "id" then shared[rhs(a)] := [e] end if end do
+  end do;
+  eval(shared)
+end proc:
+
+`openmath/referred` := proc(href)
+  description "openmath/referred(href): the value of the element of the same object that a reference names";
+  local id, entry, shared;
+  id := substring(href, 2..-1);
+  shared := _EnvOpenmathShared;
+  if not beginstext("#", href) or not type(shared, table) or not assigned(shared[id]) then error "no element of the object is %1", href end if;
+  entry := shared[id];
+  if nops(entry) = 0 then error "the element %1 refers to itself", href end if;
+  if nops(entry) = 1 then
+    shared[id] := [];
+    entry := [op(entry), fromopenmath(op(entry))];
+    shared[id] := entry
+  end if;
+  entry[2]
 end proc:
 
 `openmath/constant` := proc(cd, name)

@@ -4,6 +4,7 @@
   description "simpl/trunc(x): the integer part of an expression, toward 0";
   local y, n, whole;
   if nargs <> 1 then return 'trunc'(args) end if;
+  `kernel/native`("expectalgebraic", 'trunc', x);
   if type(x, function) and op(0, x) = 'trunc' and nops(x) = 1 or `kernel/native`("known", x, integer) then return x end if;
   if `simpl/signum`(x) <> FAIL then
     # Digits enough for the integer part; a value this close to an integer stays open.
@@ -72,7 +73,8 @@ end proc:
 `rounding/apply` := proc(f, rule, x)
   description "rounding/apply(f, rule, x): rule(x, trunc(x)) where x is real and known, else the call f(x)";
   local t;
-  if nargs <> 3 then error "%1 expects one argument, but received %2", f, nargs - 2 end if;
+  if nargs <> 3 then `kernel/native`("refuse", f, "%1 expects one argument, but received %2", f, nargs - 2) end if;
+  `kernel/native`("expectalgebraic", f, x);
   if not type(x, numeric) and `simpl/signum`(x) = FAIL then return `rounding/symbolic`(f, x) end if;
   t := trunc(x);
   if type(t, integer) then rule(x, t)

@@ -2,11 +2,11 @@
 # stands what takes more than that.
 
 `convert/polynom` := proc(s)
-  description "convert(s, polynom): a series, or a sum with order terms, as the sum without them";
+  description "convert(s, polynom): a series, or an expression of series and order terms, with polynomials in their place";
   local t;
   if type(s, series) then `+`(op(`series/aid/polynomterms`(s)))
-  elif type(s, `+`) then remove(t -> `series/aid/isorderof`(t), s)
   elif `series/aid/isorderof`(s) then 0
+  elif type(s, {`+`, `*`, `^`, list, set, `=`}) and hastype(s, {series, specfunc(anything, O)}) then map(`convert/polynom`, s)
   else s
   end if
 end proc:

@@ -158,25 +158,62 @@ end proc:
   s := `series/aid/argument`(u, x);
   if s = FAIL then FAIL else `series/aid/integrated`(f, s, slope) end if
 end proc:
+# At a pole of the argument s, arcsinh(s) is ln(s*(1 + (1 + 1/s^2)^(1/2))), and arccosh(s) the same with 1 - 1/s^2.
+`series/aid/inversepole` := proc(s, x, t)
+  description "series/aid/inversepole(s, x, t): the series at a pole of s of arcsinh(s), s in the right half-plane, for t = 1, of arccosh(s) for t = -1";
+  `series/aid/argument`(ln(s*(1 + (1 + t/s^2)^(1/2))), x)
+end proc:
+`series/aid/isnegative` := proc(s)
+  description "series/aid/isnegative(s): whether the first coefficient of the series s is a negative number";
+  type(evalf(op(1, s)), negative)
+end proc:
 `series/arcsin` := proc(u, x)
   description "series/arcsin(u, x): the series of the arc sine of u";
-  `series/aid/inverse`('arcsin', u, x, s -> (1 - s^2)^(-1/2))
+  local s;
+  s := `series/aid/argument`(u, x);
+  if s = FAIL then FAIL
+  elif `series/aid/lowest`(s) >= 0 then `series/aid/integrated`('arcsin', s, t -> (1 - t^2)^(-1/2))
+  elif `series/aid/isnegative`(s) then `series/aid/argument`(-arcsin(-s), x)
+  else `series/aid/argument`(Pi/2 - I*`series/aid/inversepole`(s, x, -1), x)
+  end if
 end proc:
 `series/arccos` := proc(u, x)
   description "series/arccos(u, x): the series of the arc cosine of u";
-  `series/aid/inverse`('arccos', u, x, s -> -(1 - s^2)^(-1/2))
+  local s;
+  s := `series/aid/argument`(u, x);
+  if s = FAIL then FAIL
+  elif `series/aid/lowest`(s) >= 0 then `series/aid/integrated`('arccos', s, t -> -(1 - t^2)^(-1/2))
+  else `series/aid/argument`(Pi/2 - arcsin(s), x)
+  end if
 end proc:
 `series/arcsinh` := proc(u, x)
   description "series/arcsinh(u, x): the series of the area hyperbolic sine of u";
-  `series/aid/inverse`('arcsinh', u, x, s -> (1 + s^2)^(-1/2))
+  local s;
+  s := `series/aid/argument`(u, x);
+  if s = FAIL then FAIL
+  elif `series/aid/lowest`(s) >= 0 then `series/aid/integrated`('arcsinh', s, t -> (1 + t^2)^(-1/2))
+  elif `series/aid/isnegative`(s) then `series/aid/argument`(-arcsinh(-s), x)
+  else `series/aid/inversepole`(s, x, 1)
+  end if
 end proc:
 `series/arccosh` := proc(u, x)
   description "series/arccosh(u, x): the series of the area hyperbolic cosine of u";
-  `series/aid/inverse`('arccosh', u, x, s -> (s - 1)^(-1/2)*(s + 1)^(-1/2))
+  local s;
+  s := `series/aid/argument`(u, x);
+  if s = FAIL then FAIL
+  elif `series/aid/lowest`(s) < 0 then `series/aid/inversepole`(s, x, -1)
+  else `series/aid/integrated`('arccosh', s, t -> (t - 1)^(-1/2)*(t + 1)^(-1/2))
+  end if
 end proc:
+# At the logarithmic points of arctanh and arctan, 1 and -1 or I and -I, the difference of logarithms that they are.
 `series/arctanh` := proc(u, x)
   description "series/arctanh(u, x): the series of the area hyperbolic tangent of u";
-  `series/aid/inverse`('arctanh', u, x, s -> 1/(1 - s^2))
+  local s;
+  s := `series/aid/argument`(u, x);
+  if s = FAIL then FAIL
+  elif `series/aid/lowest`(s) < 0 or member(`series/aid/constant`(s), {1, -1}) then `series/aid/argument`((ln(1 + s) - ln(1 - s))/2, x)
+  else `series/aid/integrated`('arctanh', s, t -> 1/(1 - t^2))
+  end if
 end proc:
 # At a pole the functions of the reciprocal, which is 0 there.
 `series/arctan` := proc(u, v, x)
@@ -186,6 +223,7 @@ end proc:
   s := `series/aid/argument`(u, v);
   if s = FAIL then FAIL
   elif `series/aid/lowest`(s) < 0 then `series/aid/argument`(`series/aid/value`('signum', op(1, s))*Pi/2 - arctan(1/s), v)
+  elif member(`series/aid/constant`(s), {I, -I}) then `series/aid/argument`(I/2*(ln(1 - I*s) - ln(1 + I*s)), v)
   else `series/aid/integrated`('arctan', s, t -> 1/(1 + t^2))
   end if
 end proc:
@@ -198,7 +236,7 @@ end proc:
   local s;
   s := `series/aid/argument`(u, x);
   if s = FAIL then FAIL
-  elif `series/aid/lowest`(s) < 0 then `series/aid/argument`(arctanh(1/s), x)
+  elif `series/aid/lowest`(s) < 0 or member(`series/aid/constant`(s), {1, -1}) then `series/aid/argument`(arctanh(1/s), x)
   else `series/aid/integrated`('arccoth', s, t -> 1/(1 - t^2))
   end if
 end proc:

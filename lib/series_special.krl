@@ -16,30 +16,20 @@ end proc:
   description "series/Si(u, x): the series of the sine integral of u";
   `series/aid/inverse`('Si', u, x, s -> sin(s)/s)
 end proc:
-`series/dilog` := proc(u, x)
-  description "series/dilog(u, x): the series of the dilogarithm of u";
-  `series/aid/inverse`('dilog', u, x, s -> ln(s)/(1 - s))
-end proc:
-
-# W(w) = w - w^2 + 3/2 w^3 - ..., the inverse of w*exp(w) (Lagrange).
-`series/LambertW` := proc(u, x)
-  description "series/LambertW(u, x): the series of Lambert's W function of u";
-  local s, w, k;
-  s := `series/aid/argument`(u, x);
-  if s = FAIL or nops(s) = 0 or op(2, s) <= 0 then return `series/function`('LambertW'(u), x) end if;
-  w := s;
-  `series/aid/composed`([0, seq((-k)^(k - 1)/k!, k = 1..`series/aid/powersneeded`(w))], w, true)
-end proc:
-
 # ---- the gamma function and its logarithmic derivatives
 `series/GAMMA` := proc(u, v, x)
   description "series/GAMMA(u, x): the series of the gamma function of u, also at its poles; series/GAMMA(a, u, x): that of the incomplete one";
   local s, c;
-  if nargs = 3 then return `series/function`('GAMMA'(u, v), x) end if;
+  if nargs = 3 then
+    if type(u, nonposint) and `series/aid/atzero`(v, x) <> FAIL then return `series/aid/argument`(v^u*Ei(1 - u, v), x)
+    elif not type(u, posint) and `series/aid/atzero`(v, x) <> FAIL then return FAIL
+    end if;
+    return `series/function`('GAMMA'(u, v), x)
+  end if;
   s := `series/aid/argument`(u, v);
   if s = FAIL or `series/aid/lowest`(s) < 0 or `series/aid/onlyorder`(s) then return FAIL end if;
   c := `series/aid/constant`(s);
-  if type(c, nonposint) then `series/aid/moreterms`(`series/aid/gammapole`, 2, v, u, v, c) else `series/aid/gammaat`(s, c) end if
+  expand(`if`(type(c, nonposint), `series/aid/moreterms`(`series/aid/gammapole`, 2, v, u, v, c), `series/aid/gammaat`(s, c)))
 end proc:
 `series/aid/gammapole` := proc(u, v, c)
   description "series/aid/gammapole(u, v, c): the series in v of GAMMA(u), the constant term c of u being a pole";
@@ -93,7 +83,8 @@ end proc:
   description "series/lnGAMMA(u, x): the series of the logarithm of the gamma function of u";
   local s, c, g;
   s := `series/aid/argument`(u, x);
-  if s = FAIL or `series/aid/lowest`(s) < 0 or `series/aid/onlyorder`(s) then return FAIL end if;
+  if s = FAIL or `series/aid/onlyorder`(s) then return FAIL end if;
+  if `series/aid/lowest`(s) < 0 then return `series/aid/lngammaatpole`(s, x) end if;
   c := `series/aid/constant`(s);
   if type(c, nonposint) then return `series/aid/argument`(ln(GAMMA(s)), x) end if;
   `series/aid/argument`(`series/aid/value`('lnGAMMA', c) + `series/aid/loggamma`(c, `series/aid/withoutconstant`(s)), x)
@@ -104,7 +95,8 @@ end proc:
   if nargs = 2 then return `series/Psi`(0, n, u) end if;
   if not type(n, nonnegint) then return `series/function`('Psi'(n, u), x) end if;
   s := `series/aid/argument`(u, x);
-  if s = FAIL or `series/aid/lowest`(s) < 0 or `series/aid/onlyorder`(s) then return FAIL end if;
+  if s = FAIL or `series/aid/onlyorder`(s) then return FAIL end if;
+  if `series/aid/lowest`(s) < 0 then return `series/aid/psiatpole`(n, s, x) end if;
   c := `series/aid/constant`(s);
   if type(c, nonposint) then return `series/aid/moreterms`(`series/aid/psipole`, 2, x, n, u, x, c) end if;
   w := `series/aid/withoutconstant`(s);

@@ -92,7 +92,7 @@ end proc:
     q := c/Pi;
     if type(q, rational) and member(f, ['sin', 'cos']) then return `series/aid/circle`(f, q) end if;
     if f = 'exp' and type(c, function) and op(0, c) = 'ln' and nops(c) = 1 then return op(c) end if;
-    if f = 'ln' and type(c, function) and op(0, c) = 'exp' and nops(c) = 1 and type(op(c), realcons) then return op(c) end if;
+    if f = 'ln' and type(c, function) and op(0, c) = 'exp' and nops(c) = 1 and type(evalf(op(c)), numeric) then return op(c) end if;
     f(c)
   else q
   end if

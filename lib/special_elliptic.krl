@@ -25,6 +25,7 @@ EllipticF := proc(z, k)
   elif `special/isfloat`([z, k]) then return `special/float`('EllipticF', [z, k])
   elif z = 0 then return 0
   elif k = 0 then return arcsin(z)
+  elif z = 1 and (k = 1 or k = -1) then return NumericEvent(division_by_zero, 'EllipticF', [z, k], infinity)
   elif z = 1 then return EllipticK(k)
   elif k = 1 then return arctanh(z)
   elif `special/negative`(z) then return -EllipticF(-z, k)
@@ -69,7 +70,7 @@ EllipticPi := proc(z, n, k)
   if nargs = 2 then
     if `special/isfloat`([z, n]) then return `special/float`('EllipticPi', [z, n])
     elif z = 0 then return EllipticK(n)
-    elif z = 1 then return NumericEvent(division_by_zero, 'EllipticPi', [z, n], infinity)
+    elif z = 1 or n = 1 or n = -1 then return NumericEvent(division_by_zero, 'EllipticPi', [z, n], infinity)
     elif n = 0 and type(z, rational) and z < 1 then return Pi/(2*(1 - z)^(1/2))
     elif `special/negative`(n) then return EllipticPi(z, -n)
     end if

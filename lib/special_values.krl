@@ -3,9 +3,10 @@
 
 `special/float` := proc(f, a::list)
   description "special/float(f, [x, ...]): the float f(x, ...); the call where it has no value";
-  local y, r;
-  y := map(`special/argument`, a);
-  if type(y, list(complex(numeric))) then
+  local y, r, known;
+  known := type(a, list(complex(numeric)));
+  y := `if`(known, a, map(`special/argument`, a));
+  if known or type(y, list(complex(numeric))) then
     r := `kernel/native`("special/value", f, op(y));
     if r <> FAIL then return r end if
   elif has(y, Float(undefined)) then return Float(undefined)
@@ -35,12 +36,7 @@ end proc:
 end proc:
 `special/check` := proc(f, a::list)
   description "special/check(f, [x, ...]): an error of the procedure f for operands that no function of numbers has";
-  local x;
-  for x in a do
-    if type(x, {relation, list, set, range, string, table, procedure, boolean}) then
-      `kernel/native`("refuse", f, "%1 expects algebraic expressions, but received %2", f, x)
-    end if
-  end do
+  `kernel/native`("expectalgebraic", f, op(a))
 end proc:
 `special/negative` := proc(x)
   description "special/negative(x): whether x is written with a minus sign: a negative number, a product with one, a sum of such";

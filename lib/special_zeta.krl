@@ -130,3 +130,21 @@ end proc:
   description "evalf/LambertW(x), evalf/LambertW(k, x): Lambert's W as a float";
   `special/float`('LambertW', [args])
 end proc:
+
+# Stieltjes' constants, gamma(n) = (-1)^n n! a[n] with Zeta(1 + z) = 1/z + a[0] + a[1]*z + ...: the rest is entire, so that the
+# means of its values on a circle give the coefficients.
+`evalf/gamma` := proc(n)
+  description "evalf/gamma(n): Stieltjes' constant of index n as a float";
+  local digits, points, r, k, z, s;
+  if nargs <> 1 or not type(n, nonnegint) then return 'gamma'(args) end if;
+  if n = 0 then return evalf(gamma) end if;
+  digits := Digits;
+  Digits := digits + n + 20;
+  points, r := 2*(digits + n) + 30, 2.5;
+  s := 0;
+  for k to points do
+    z := evalf(r*exp((2*k - 1)*I*Pi/points));
+    s := s + (Zeta(1 + z) - 1/z)/z^n
+  end do;
+  evalf[digits]((-1)^n*n!*Re(s)/points)
+end proc:

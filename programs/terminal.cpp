@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -29,6 +30,12 @@ bool seekable = false;
 // What a file has delivered and nobody has used yet. A pipe is read byte by byte and needs none.
 char block[16384];
 std::size_t blockLength = 0, blockPosition = 0;
+
+// What a program has read past of the line that its own statement stands in, while it asked for the next: the rest
+// belongs to the statements. `lineOpen` tells that the kernel has been given a part of a line only.
+std::string restOfLine;
+std::size_t restPosition = 0;
+bool lineOpen = false;
 
 // The line typed last, and how much of it the kernel has.
 const char* typed = nullptr;
@@ -68,16 +75,47 @@ int nextByte() {
   return static_cast<unsigned char>(block[blockPosition++]);
 }
 
-int readLine(char* buffer, int size) {
+int nextStatementByte() {
+  if (restPosition < restOfLine.size()) return static_cast<unsigned char>(restOfLine[restPosition++]);
+  return nextByte();
+}
+
+int readStatementLine(char* buffer, int size) {
   int count = 0;
   while (count < size - 1) {
-    int c = nextByte();
+    int c = nextStatementByte();
     if (c == -1) break;
     buffer[count++] = static_cast<char>(c);
     if (c == '\n') break;
   }
   buffer[count] = '\0';
+  lineOpen = count > 0 && buffer[count - 1] != '\n';
   return count;
+}
+
+/// Puts the bytes up to the next newline, or the end, behind `text`.
+void appendLine(std::string& text) {
+  for (int c = nextByte(); c != -1; c = nextByte()) {
+    text.push_back(static_cast<char>(c));
+    if (c == '\n') return;
+  }
+}
+
+/// The line behind the one that the running statement stands in.
+DAG readLineOfPipe() {
+  static std::string line;  // an interrupt leaves it as it is
+  programWaits = true;
+  if (lineOpen && restPosition == restOfLine.size()) {
+    restOfLine.clear();
+    restPosition = 0;
+    appendLine(restOfLine);
+  }
+  line.clear();
+  appendLine(line);
+  programWaits = false;
+  if (line.empty()) return null;
+  std::erase(line, '\0');
+  return strinstall(line);
 }
 
 /// Serves a help line; true when `line` was one. A statement that shows what is asked for takes its place.
@@ -149,20 +187,13 @@ bool openStatements(const char* path) {
 bool readsFile() { return source != STDIN_FILENO; }
 
 int nextStatementLine(char* buffer, int size) {
-  return interactive ? nextTypedLine(buffer, size) : readLine(buffer, size);
+  return interactive ? nextTypedLine(buffer, size) : readStatementLine(buffer, size);
 }
 
 void beginStatement() { atStatementStart = true; }
 
 DAG readUserLine(const char* prompt) {
-  if (!interactive && !readsFile()) {
-    // The program and its input share one pipe. A line longer than this comes in parts.
-    char line[4096];
-    programWaits = true;
-    int count = readLine(line, sizeof line);
-    programWaits = false;
-    return count > 0 ? strinstall(line) : null;
-  }
+  if (!interactive && !readsFile()) return readLineOfPipe();
   const char* line;
   std::size_t length;
   if (isatty(STDIN_FILENO) == 0) prompt = "";

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <korelshlib.h>
+#include <limits>
 
 namespace {
 
@@ -29,9 +30,15 @@ void* routine(MKernelVector kv, const char* name) {
   return address;
 }
 
-/// The routine for the format of the data: d... for real, z... for complex numbers.
-void* routineFor(MKernelVector kv, bool isComplex, const char* real, const char* complex) {
-  return routine(kv, isComplex ? complex : real);
+/// Calls a routine, whose type is what it is given: all arguments of Fortran are addresses.
+template <class... Addresses>
+void call(MKernelVector kv, const char* name, Addresses... addresses) {
+  reinterpret_cast<void (*)(Addresses...)>(routine(kv, name))(addresses...);
+}
+/// The same by the format of the data: d... for real, z... for complex numbers.
+template <class... Addresses>
+void callFor(MKernelVector kv, bool isComplex, const char* real, const char* complex, Addresses... addresses) {
+  call(kv, isComplex ? complex : real, addresses...);
 }
 
 // ---- arguments
@@ -73,9 +80,10 @@ void checkSameFormat(MKernelVector kv, const Matrix& a, const Matrix& b) {
 void checkShape(MKernelVector kv, bool fits) {
   if (!fits) kv->error("dimensions do not match");
 }
-/// What LAPACK says of its own arguments would be a fault of this file.
-void checkInfo(MKernelVector kv, int info) {
+/// What LAPACK says of its own arguments would be a fault of this file; a number above 0 tells of a `failure`.
+void checkInfo(MKernelVector kv, int info, const char* failure) {
   if (info < 0) kv->error("LAPACK refuses argument %1", kv->toKorelInteger(-info));
+  if (info > 0) kv->error(failure);
 }
 
 template <class T>
@@ -84,30 +92,6 @@ T* block(MKernelVector kv, std::size_t count) {
 }
 
 int leading(const Matrix& a) { return std::max(a.rows, 1); }
-
-using Gesv = void (*)(const int* n, const int* k, double* a, const int* lda, int* pivots, double* b, const int* ldb,
-                      int* info);
-using Gels = void (*)(const char* trans, const int* m, const int* n, const int* k, double* a, const int* lda, double* b,
-                      const int* ldb, double* work, const int* lwork, int* info);
-using Gemm = void (*)(const char* transa, const char* transb, const int* m, const int* n, const int* k,
-                      const double* alpha, const double* a, const int* lda, const double* b, const int* ldb,
-                      const double* beta, double* c, const int* ldc);
-using Geev = void (*)(const char* left, const char* right, const int* n, double* a, const int* lda, double* wr,
-                      double* wi, double* vl, const int* ldvl, double* vr, const int* ldvr, double* work,
-                      const int* lwork, int* info);
-using ComplexGeev = void (*)(const char* left, const char* right, const int* n, double* a, const int* lda, double* w,
-                             double* vl, const int* ldvl, double* vr, const int* ldvr, double* work, const int* lwork,
-                             double* rwork, int* info);
-using Syev = void (*)(const char* job, const char* half, const int* n, double* a, const int* lda, double* w,
-                      double* work, const int* lwork, int* info);
-using Heev = void (*)(const char* job, const char* half, const int* n, double* a, const int* lda, double* w,
-                      double* work, const int* lwork, double* rwork, int* info);
-using Gesdd = void (*)(const char* job, const int* m, const int* n, double* a, const int* lda, double* s, double* u,
-                       const int* ldu, double* vt, const int* ldvt, double* work, const int* lwork, int* iwork,
-                       int* info);
-using ComplexGesdd = void (*)(const char* job, const int* m, const int* n, double* a, const int* lda, double* s,
-                              double* u, const int* ldu, double* vt, const int* ldvt, double* work, const int* lwork,
-                              double* rwork, int* iwork, int* info);
 
 /// Calls `run(work, lwork)` twice: for the length that the routine wants, and with a work space of it.
 template <class Run>
@@ -143,6 +127,17 @@ void unpackVectors(const double* wi, const double* packed, double* to, int n) {
   }
 }
 
+/// Whether a triangle of `a`, the factors of a matrix, is as good as singular: rounding hides that from LAPACK itself.
+bool isSingularTriangle(MKernelVector kv, const Matrix& a, int& info) {
+  const int n = std::min(a.rows, a.columns), ld = leading(a);
+  const char* half = a.rows >= a.columns ? "U" : "L";
+  double* work = block<double>(kv, 4 * std::size_t(n));
+  void* more = a.isComplex ? static_cast<void*>(block<double>(kv, std::size_t(n))) : block<int>(kv, std::size_t(n));
+  double condition = 1;  // its reciprocal
+  callFor(kv, a.isComplex, "dtrcon_", "ztrcon_", "1", half, "N", &n, a.data, &ld, &condition, work, more, &info);
+  return n != 0 && condition < std::numeric_limits<double>::epsilon();
+}
+
 }  // namespace
 
 extern "C" {
@@ -156,11 +151,11 @@ ALGEB korel_multiply(MKernelVector kv, ALGEB args) {
   checkSameFormat(kv, a, c);
   checkShape(kv, a.columns == b.rows && c.rows == a.rows && c.columns == b.columns);
   if (c.data == a.data || c.data == b.data) kv->error("the product needs an array of its own");
-  auto gemm = reinterpret_cast<Gemm>(routineFor(kv, a.isComplex, "dgemm_", "zgemm_"));
   const int lda = leading(a), ldb = leading(b), ldc = leading(c);
   const double one[2] = {1, 0}, zero[2] = {0, 0};
   if (c.rows != 0 && c.columns != 0)
-    gemm("N", "N", &a.rows, &b.columns, &a.columns, one, a.data, &lda, b.data, &ldb, zero, c.data, &ldc);
+    callFor(kv, a.isComplex, "dgemm_", "zgemm_", "N", "N", &a.rows, &b.columns, &a.columns, one, a.data, &lda, b.data,
+            &ldb, zero, c.data, &ldc);
   return KOREL_ARG(args, 3);
 }
 
@@ -170,13 +165,11 @@ ALGEB korel_solve(MKernelVector kv, ALGEB args) {
   const Matrix a = matrixOf(kv, KOREL_ARG(args, 1), true), b = matrixOf(kv, KOREL_ARG(args, 2), true);
   checkSameFormat(kv, a, b);
   checkShape(kv, a.rows == a.columns && b.rows == a.rows);
-  auto gesv = reinterpret_cast<Gesv>(routineFor(kv, a.isComplex, "dgesv_", "zgesv_"));
   int* pivots = block<int>(kv, std::size_t(a.rows));
   const int ld = leading(a);
   int info = 0;
-  gesv(&a.rows, &b.columns, a.data, &ld, pivots, b.data, &ld, &info);
-  checkInfo(kv, info);
-  if (info > 0) kv->error("the matrix is singular");
+  callFor(kv, a.isComplex, "dgesv_", "zgesv_", &a.rows, &b.columns, a.data, &ld, pivots, b.data, &ld, &info);
+  checkInfo(kv, info, "the matrix is singular");
   return KOREL_ARG(args, 2);
 }
 
@@ -186,14 +179,15 @@ ALGEB korel_least_squares(MKernelVector kv, ALGEB args) {
   const Matrix a = matrixOf(kv, KOREL_ARG(args, 1), true), b = matrixOf(kv, KOREL_ARG(args, 2), true);
   checkSameFormat(kv, a, b);
   checkShape(kv, b.rows == std::max(a.rows, a.columns));
-  auto gels = reinterpret_cast<Gels>(routineFor(kv, a.isComplex, "dgels_", "zgels_"));
   const int lda = leading(a), ldb = leading(b);
   int info = 0;
   withWorkSpace(kv, a.isComplex, [&](double* work, int length) {
-    gels("N", &a.rows, &a.columns, &b.columns, a.data, &lda, b.data, &ldb, work, &length, &info);
+    callFor(kv, a.isComplex, "dgels_", "zgels_", "N", &a.rows, &a.columns, &b.columns, a.data, &lda, b.data, &ldb, work,
+            &length, &info);
   });
-  checkInfo(kv, info);
-  if (info > 0) kv->error("the matrix does not have full rank");
+  constexpr const char* failure = "the matrix does not have full rank";
+  checkInfo(kv, info, failure);
+  if (isSingularTriangle(kv, a, info)) kv->error(failure);
   return KOREL_ARG(args, 2);
 }
 
@@ -210,23 +204,20 @@ ALGEB korel_eigen(MKernelVector kv, ALGEB args) {
   const auto count = std::size_t(n);
   int info = 0;
   if (a.isComplex) {
-    auto geev = reinterpret_cast<ComplexGeev>(routine(kv, "zgeev_"));
     double* reals = block<double>(kv, 2 * count);
     withWorkSpace(kv, true, [&](double* work, int length) {
-      geev("N", job, &n, a.data, &ld, w.data, nullptr, &one, v.data, &ld, work, &length, reals, &info);
+      call(kv, "zgeev_", "N", job, &n, a.data, &ld, w.data, nullptr, &one, v.data, &ld, work, &length, reals, &info);
     });
   } else {
-    auto geev = reinterpret_cast<Geev>(routine(kv, "dgeev_"));
     double *re = block<double>(kv, count), *im = block<double>(kv, count);
     double* packed = block<double>(kv, wantsVectors ? count * count : 1);
     withWorkSpace(kv, false, [&](double* work, int length) {
-      geev("N", job, &n, a.data, &ld, re, im, nullptr, &one, packed, &ld, work, &length, &info);
+      call(kv, "dgeev_", "N", job, &n, a.data, &ld, re, im, nullptr, &one, packed, &ld, work, &length, &info);
     });
     zip(re, im, w.data, n);
     if (wantsVectors) unpackVectors(im, packed, v.data, n);
   }
-  checkInfo(kv, info);
-  if (info > 0) kv->error("the eigenvalues do not converge");
+  checkInfo(kv, info, "the eigenvalues do not converge");
   return KOREL_ARG(args, 2);
 }
 
@@ -240,19 +231,12 @@ ALGEB korel_symmetric_eigen(MKernelVector kv, ALGEB args) {
   checkShape(kv, a.rows == a.columns && w.rows == a.rows && w.columns == 1);
   const int n = a.rows, ld = leading(a);
   int info = 0;
-  if (a.isComplex) {
-    auto heev = reinterpret_cast<Heev>(routine(kv, "zheev_"));
-    double* reals = block<double>(kv, 3 * std::size_t(n));
-    withWorkSpace(kv, true, [&](double* work, int length) {
-      heev(job, "U", &n, a.data, &ld, w.data, work, &length, reals, &info);
-    });
-  } else {
-    auto syev = reinterpret_cast<Syev>(routine(kv, "dsyev_"));
-    withWorkSpace(kv, false,
-                  [&](double* work, int length) { syev(job, "U", &n, a.data, &ld, w.data, work, &length, &info); });
-  }
-  checkInfo(kv, info);
-  if (info > 0) kv->error("the eigenvalues do not converge");
+  double* reals = block<double>(kv, 3 * std::size_t(n));  // of a Hermitian matrix
+  withWorkSpace(kv, a.isComplex, [&](double* work, int length) {
+    if (a.isComplex) call(kv, "zheev_", job, "U", &n, a.data, &ld, w.data, work, &length, reals, &info);
+    else call(kv, "dsyev_", job, "U", &n, a.data, &ld, w.data, work, &length, &info);
+  });
+  checkInfo(kv, info, "the eigenvalues do not converge");
   return KOREL_ARG(args, 2);
 }
 
@@ -275,22 +259,18 @@ ALGEB korel_singular_values(MKernelVector kv, ALGEB args) {
   const char* job = wantsFactors ? "A" : "N";
   const int lda = leading(a), ldu = leading(u), ldvt = leading(vt);
   int* integers = block<int>(kv, 8 * std::size_t(least));
+  const auto l = std::size_t(least), x = std::size_t(most);
+  double* reals = a.isComplex ? block<double>(kv, l * std::max(5 * l + 7, 2 * x + 2 * l + 1)) : nullptr;
   int info = 0;
-  if (a.isComplex) {
-    auto gesdd = reinterpret_cast<ComplexGesdd>(routine(kv, "zgesdd_"));
-    const auto l = std::size_t(least), x = std::size_t(most);
-    double* reals = block<double>(kv, l * std::max(5 * l + 7, 2 * x + 2 * l + 1));
-    withWorkSpace(kv, true, [&](double* work, int length) {
-      gesdd(job, &m, &n, a.data, &lda, s.data, u.data, &ldu, vt.data, &ldvt, work, &length, reals, integers, &info);
-    });
-  } else {
-    auto gesdd = reinterpret_cast<Gesdd>(routine(kv, "dgesdd_"));
-    withWorkSpace(kv, false, [&](double* work, int length) {
-      gesdd(job, &m, &n, a.data, &lda, s.data, u.data, &ldu, vt.data, &ldvt, work, &length, integers, &info);
-    });
-  }
-  checkInfo(kv, info);
-  if (info > 0) kv->error("the singular values do not converge");
+  withWorkSpace(kv, a.isComplex, [&](double* work, int length) {
+    auto run = [&](const char* name, auto... real) {
+      call(kv, name, job, &m, &n, a.data, &lda, s.data, u.data, &ldu, vt.data, &ldvt, work, &length, real..., integers,
+           &info);
+    };
+    if (a.isComplex) run("zgesdd_", reals);
+    else run("dgesdd_");
+  });
+  checkInfo(kv, info, "the singular values do not converge");
   return KOREL_ARG(args, 2);
 }
 

@@ -39,7 +39,7 @@ auto withFloatContext(bool hasFloats, Work work) {
 /// The same, as the floats in `x` have it.
 template <class Work>
 auto inFloatContextOf(DAG x, Work work) {
-  return withFloatContext(hasid(x, FLOAT) || hasid(x, HFLOAT), work);
+  return withFloatContext(hasfloat(x), work);
 }
 
 /// The built-ins of algebra with remember tables.

@@ -18,10 +18,7 @@ ExternalCall* callWithBlock(ALGEB x) {
   return call;
 }
 
-DAG fromC(ALGEB x) {
-  const auto address = reinterpret_cast<std::uintptr_t>(x);
-  if (address == 0) return null;
-  if (address == static_cast<Word>(address)) return DAG(static_cast<Word>(address));
+DAG fromOutside(ALGEB x) {
   ExternalCall* call = callWithBlock(x);
   return call != nullptr ? call->arguments = simpl(call->arguments) : null;
 }

@@ -28,8 +28,15 @@ extern ExternalCall* innermostCall;
 inline ALGEB toC(DAG x) { return reinterpret_cast<ALGEB>(std::uintptr_t{x.word}); }
 /// The running call whose arguments C takes for the array at `x`, or null.
 ExternalCall* callWithBlock(ALGEB x);
+/// The object behind an address beyond those of the store, or behind none.
+DAG fromOutside(ALGEB x);
 /// The object that C means; a null pointer stands for the empty sequence.
-DAG fromC(ALGEB x);
+inline DAG fromC(ALGEB x) {
+  const auto address = reinterpret_cast<std::uintptr_t>(x);
+  if (address != 0 && address == static_cast<Word>(address)) [[likely]]
+    return DAG(static_cast<Word>(address));
+  return fromOutside(x);
+}
 
 /// A block of `bytes` bytes in the heap, at a multiple of 8; zero. Nothing refers to it.
 void* newNativeBlock(std::size_t bytes);

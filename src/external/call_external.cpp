@@ -97,6 +97,7 @@ namespace {
 struct CallState {
   ExternalCall call;
   FaultLanding landing;
+  const FramelessCall* frameless;
   EnvironmentBlock* environment;
   std::int32_t trapSet;
   int errorProcs;
@@ -115,7 +116,7 @@ void copyStatics(const MWrapperStatic* statics, char* saved, bool putsBack) {
   }
 }
 
-void leaveCall(CallState& state) {
+inline void leaveCall(CallState& state) {
   if (state.statics != nullptr) copyStatics(state.statics, state.saved, true);
   InExternalCall = state.inExternalCall;
   vector::objectBlockIsOut = vector::objectBlockIsOut || state.blockWasOut;
@@ -139,7 +140,7 @@ void fillBlock(ALGEB* block, DAG arguments) {
   const Word n = lengthOf(arguments);
   block[0] = toC(null);
   for (Word i = 1; i < n; ++i) block[i] = toC(arguments[i]);
-  std::fill(block + n, block + n + spareArguments, ALGEB{nullptr});
+  std::memset(block + n, 0, spareArguments * sizeof(ALGEB));
 }
 
 // ---- what C may have written
@@ -174,12 +175,14 @@ using KernelFunction = ALGEB (*)(MKernelVector kv, ALGEB arguments);
   const char* message = state.landing.message;
   leaveCall(state);
   restoreSignalMask();
+  if (state.frameless != nullptr) PushFramelessCall(*state.frameless);
   userror(message);
 }
 
 }  // namespace
 
-DAG CallExternal(void* wrapper, void* external, bool returnsValue, DAG arguments) {
+DAG CallExternal(const ExternalCode& code, DAG arguments, const FramelessCall* frameless) {
+  const auto [body, wrapper, external, returnsValue] = code;
   prepareForFaults();
   CallState state;
   auto* block = static_cast<ALGEB*>(alloca((lengthOf(arguments) + spareArguments) * sizeof(ALGEB)));
@@ -198,10 +201,11 @@ DAG CallExternal(void* wrapper, void* external, bool returnsValue, DAG arguments
   }
   state.environment = Environment;
   state.trapSet = trapSet;
-  state.errorProcs = errorProcDepth();
+  state.errorProcs = errorProcCount;
   state.landing.outer = faultLanding;
+  state.frameless = frameless;
   if (_setjmp(state.landing.place) != 0) landFromFault(state);
-  PushStateKeeper(leaveCallByError, &state);
+  PushStateKeeper(leaveCallByError, &state, frameless);
   faultLanding = &state.landing;
   innermostCall = &state.call;
   InExternalCall = true;
@@ -301,7 +305,7 @@ DAG builtin::call_external(const BuiltinCall& call) {
   // C looks at the arguments one by one: those of a procedure need no place among the simplified objects.
   const Frame& frame = *Environment->frame;
   DAG arguments = isTag(frame.proc, PROC) ? frame.args : evparloc(given[4]);
-  return CallExternal(code.wrapper, code.external, code.returnsValue, asSequence(arguments));
+  return CallExternal(code, asSequence(arguments));
 }
 
 }  // namespace korel

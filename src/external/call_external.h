@@ -10,6 +10,7 @@
 // own, so that a recursion of C that fills the ordinary one ends in its message too.
 
 #include "frame/builtin_call.h"
+#include "frame/errors.h"
 #include "store/dag.h"
 
 namespace korel {
@@ -21,16 +22,19 @@ void registerWrapper(void* wrapper, const void* statics, bool isPlain);
 /// Forgets all wrappers, before their libraries are closed.
 void forgetWrappers();
 
-/// Calls `external`, by its wrapper unless that is null, with an EXPSEQ of arguments; its value, or the empty sequence
-/// when none is expected. Errors: those of the call, and those of a fault (`builtin::call_external`).
-DAG CallExternal(void* wrapper, void* external, bool returnsValue, DAG arguments);
-
 /// What a procedure of `define_external` calls, read from its body once.
 struct ExternalCode {
   DAG body{};
   void *wrapper = nullptr, *external = nullptr;
   bool returnsValue = false;
 };
+
+/// Calls external code, by its wrapper unless that is null, with an EXPSEQ of arguments; its value, or the empty
+/// sequence when none is expected. Errors: those of the call, and those of a fault (`builtin::call_external`).
+///
+/// `frameless` is the call of the procedure when that has no frame, else null.
+DAG CallExternal(const ExternalCode& code, DAG arguments, const FramelessCall* frameless = nullptr);
+
 /// The code of a procedure whose wrapper is plain: nothing runs within the call that would miss the frame of one
 /// (bench/external.sh). Null for any other, and in secure mode.
 const ExternalCode* framelessCode(DAG procedure);

@@ -261,10 +261,8 @@ void writeBack(Node* p) {
   AppendFormatToC("if( %s%s ) korelKernelVec->assign(%s, e);\n}\n", isNameText(p), same, argument);
 }
 
-// The copy that C was given of a string is of no use any more.
 void writeDisposal(Node* p) {
-  if (p->kind == stringNode && !p->isGlobal)
-    AppendFormatToC("if( %s != NULL ) korelKernelVec->dispose(%s);\n", p->c, p->c);
+  if (p->kind == stringNode && !p->isGlobal) writeStringDisposal(p);
 }
 
 void writeEnd(Node* head) {

@@ -238,6 +238,18 @@ void describeANYTHING(Node* node, Pass pass) {
 // ---- strings
 
 namespace {
+// An argument that the wrapper copies onto the stack when it is short (bench/external.sh).
+bool hasShortCopy(const Node* node) {
+  return node->size == 0 && !node->byReference && !node->isGlobal && isHeadParameter(node) && !isReturn(node);
+}
+}  // namespace
+
+void writeStringDisposal(Node* node) {
+  const char* isOwn = hasShortCopy(node) ? newText(" && %s != t_%s", node->c, node->c) : "";
+  AppendFormatToC("if( %s != NULL%s ) korelKernelVec->dispose(%s);\n", node->c, isOwn, node->c);
+}
+
+namespace {
 
 // Within a structure a string of a told size is a part of it.
 bool isInline(const Node* node) {
@@ -246,11 +258,13 @@ bool isInline(const Node* node) {
          (parent->kind == structNode || parent->kind == unionNode);
 }
 
+constexpr int shortCopyBytes = 256;
+
 void fillBuffer(Node* node) {
   AppendFormatToC("strncpy(%s, korelKernelVec->korelToString(%s), %d);\n", node->c, node->algeb, node->size);
 }
 
-// C gets a copy: the text of a string belongs to all who have it.
+// C gets a copy: the text of a string belongs to all who have it. A short copy of an argument lies on the stack.
 void stringIntoC(Node* node) {
   if (isInline(node)) return fillBuffer(node);
   beginNullBlock(newText("korelKernelVec->isUnnamedZero(%s)", node->algeb), newText("%s = NULL;", node->c));
@@ -258,7 +272,8 @@ void stringIntoC(Node* node) {
   if (node->size == 0) {
     AppendFormatToC("char *text = korelKernelVec->korelToString(%s);\n", node->algeb);
     AppendFormatToC("size_t bytes = strlen(text) + 1;\n");
-    AppendFormatToC("%s = (char*) memcpy(korelKernelVec->alloc(bytes), text, bytes);\n", node->c);
+    const char* memory = hasShortCopy(node) ? newText("bytes <= sizeof(t_%s) ? t_%s : ", node->c, node->c) : "";
+    AppendFormatToC("%s = (char*) memcpy(%skorelKernelVec->alloc(bytes), text, bytes);\n", node->c, memory);
   } else {
     AppendFormatToC("%s = (char*) korelKernelVec->alloc(%d);\n", node->c, node->size + 1);
     if (!node->returnOnly) {
@@ -289,7 +304,9 @@ void stringOutOfC(Node* node) {
 
 void describeSTRING(Node* node, Pass pass) {
   switch (pass) {
-    case declarePass: return declare(node);
+    case declarePass:
+      if (hasShortCopy(node)) AppendFormatToC("char t_%s[%d];\n", node->c, shortCopyBytes);
+      return declare(node);
     case intoCPass: return stringIntoC(node);
     case outOfCPass: return stringOutOfC(node);
     case allocatePass:

@@ -36,6 +36,8 @@ const char* valueType(const Node* node);
 const char* parameterType(const Node* node);
 /// Whether C sees the node as a pointer to a value of its own: by reference, but for strings and arrays.
 bool isPointer(const Node* node);
+/// At the end of the wrapper: the copy that C was given of a string is of no use any more.
+void writeStringDisposal(Node* node);
 /// The name of the node's type, as MWRAPSTRUCT_S_1. Error: "fatal error generating wrapper code".
 const char* typeName(const Node* node);
 

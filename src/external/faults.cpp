@@ -8,6 +8,7 @@
 namespace korel {
 
 FaultLanding* faultLanding = nullptr;
+bool faultsArePrepared = false;
 
 namespace {
 
@@ -26,7 +27,6 @@ constexpr int faultCount = sizeof faultRows / sizeof faultRows[0];
 
 struct sigaction handlersBefore[faultCount];
 sigset_t maskBefore;
-bool isPrepared = false;
 
 /// A fault of the kernel itself: as if this handler did not exist.
 void passOn(int row, int signal, siginfo_t* info, void* context) {
@@ -64,10 +64,8 @@ void giveHandlersAStack() {
 
 }  // namespace
 
-void prepareForFaults() {
-  if (isPrepared) [[likely]]
-    return;
-  isPrepared = true;
+void installFaultHandlers() {
+  faultsArePrepared = true;
   pthread_sigmask(SIG_BLOCK, nullptr, &maskBefore);
   giveHandlersAStack();
   for (int row = 0; row < faultCount; ++row) {
@@ -81,7 +79,7 @@ void prepareForFaults() {
   }
 }
 
-void forgetFaultHandlers() { isPrepared = false; }
+void forgetFaultHandlers() { faultsArePrepared = false; }
 
 void restoreSignalMask() { pthread_sigmask(SIG_SETMASK, &maskBefore, nullptr); }
 

@@ -14,8 +14,13 @@ struct FaultLanding {
 /// Null while no external code is running: a fault goes to whoever handled it before, then.
 extern FaultLanding* faultLanding;
 
-/// Installs the handlers for SIGSEGV, SIGBUS, SIGFPE and SIGILL, the first time; later calls cost a test.
-void prepareForFaults();
+/// Whether the handlers for SIGSEGV, SIGBUS, SIGFPE and SIGILL are installed.
+extern bool faultsArePrepared;
+void installFaultHandlers();
+inline void prepareForFaults() {
+  if (!faultsArePrepared) [[unlikely]]
+    installFaultHandlers();
+}
 /// Somebody else has installed a handler for one of them: the next call installs them anew.
 void forgetFaultHandlers();
 /// Puts the mask of blocked signals back to what it was when the handlers were installed.

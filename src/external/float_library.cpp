@@ -24,7 +24,7 @@ ALGEB initialize(MKernelVector kv, ALGEB arguments) {
   return nullptr;
 }
 void runStage(int stage) {
-  CallExternal(nullptr, reinterpret_cast<void*>(initialize), false, new2(EXPSEQ, immediate(stage)));
+  CallExternal({.external = reinterpret_cast<void*>(initialize)}, new2(EXPSEQ, immediate(stage)));
 }
 
 }  // namespace

@@ -4,12 +4,18 @@
 
 #include <korelshlib.h>
 
+#include "external/addresses.h"
 #include "store/dag.h"
 
 namespace korel::vector {
 
+/// The value of a name or of an element of a table.
+DAG valueBehind(DAG x);
 /// The object that `x` is, or the one that a name stands for.
-DAG valueOf(ALGEB x);
+inline DAG valueOf(ALGEB reference) {
+  DAG x = fromC(reference);
+  return !isImmediate(x) && (hasTag(x, NAME) || hasTag(x, TABLEREF)) ? valueBehind(x) : x;
+}
 
 // ---- scalars (vector_scalars.cpp)
 

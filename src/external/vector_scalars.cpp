@@ -24,15 +24,10 @@ namespace korel {
 
 namespace vector {
 
-DAG valueOf(ALGEB reference) {
-  DAG x = fromC(reference);
-  if (isImmediate(x)) return x;
-  if (hasTag(x, NAME)) {
-    // An array comes by its name, and a wrapper looks at it a dozen times (bench/external.sh).
-    if (isTag(x[1], RTABLE) && !isOpenEnvironmentName(x)) return x[1];
-    return valuenv(x, false);
-  }
-  return hasTag(x, TABLEREF) ? simpl(eval(x)) : x;
+DAG valueBehind(DAG x) {
+  if (hasTag(x, TABLEREF)) return simpl(eval(x));
+  // An array comes by its name, and a wrapper looks at it a dozen times (bench/external.sh).
+  return isTag(x[1], RTABLE) && !isOpenEnvironmentName(x) ? x[1] : valuenv(x, false);
 }
 
 // ---- tests
@@ -134,9 +129,9 @@ bool isFinite(DAG number) { return !isTag(number, FLOAT) || isFiniteFloat(number
 FLOAT64 korelToFloat64(ALGEB reference) {
   DAG x = valueOf(reference);
   if (isImmediate(x)) return x == consm0 ? -0.0 : immediateValue(x);
-  DAG number = realNumber(x);
+  DAG number = hasTag(x, FLOAT) ? x : realNumber(x);
   if (!number) userror("number expected for float[8] parameter");
-  const double value = FloatValue(number);
+  const double value = hasTag(number, FLOAT) ? SoftwareToHardwareFloat(number) : FloatValue(number);
   if (std::isinf(value) && isFinite(number) && !isTag(number, HFLOAT)) doesNotFit(x, "float", 8);
   return value;
 }
@@ -210,7 +205,7 @@ ALGEB selectImaginaryPart(ALGEB x) { return toC(simpl(cxImaginaryPart(valueOf(x)
 
 // ---- numbers out of C
 
-ALGEB toKorelInteger(long value) { return toC(simpl(NewInteger(value))); }
+ALGEB toKorelInteger(long value) { return toC(uniqueInteger(value)); }
 ALGEB toKorelFloat(double value) { return toC(floatOfDouble(value)); }
 ALGEB toKorelComplex(double re, double im) {
   DAG real = floatOfDouble(re), imaginary = floatOfDouble(im);

@@ -19,6 +19,8 @@ inline void pushBackToFile(FileRecord& file, int c) { file.pushedBack = c; }
 /// Errors: those of the system.
 void WriteCharToFile(FileRecord& file, int c);
 void writeToFile(FileRecord& file, const char* bytes, std::size_t n);
+/// The bytes and a newline.
+void writeLineToFile(FileRecord& file, const char* bytes, std::size_t n);
 void FlushFile(FileRecord& file);
 
 /// To be called before an operation reads or writes, on files that do both.
@@ -28,6 +30,11 @@ void prepareToWrite(FileRecord& file);
 /// The next line without its newline, and without zeros; false at the end of the file. It stands in `space`, or where
 /// the file keeps it, until something is read again.
 bool readLine(FileRecord& file, TextBuffer& space, std::string_view& line);
+/// The next line when the file's buffer holds the whole of it, without zeros; it stands there until another function
+/// reads. False when the buffer doesn't, and nothing has been read.
+bool readBufferedLine(FileRecord& file, std::string_view& line);
+/// The unique STRING of that line; the next one is looked at already. 0 when the buffer doesn't hold it.
+DAG readBufferedString(FileRecord& file);
 /// Reads up to `n` bytes; how many there were.
 std::size_t readBytes(FileRecord& file, char* bytes, std::size_t n);
 

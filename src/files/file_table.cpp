@@ -146,6 +146,17 @@ void requireNoDirectory(int descriptor, std::FILE* stream) {
   raiseSystemError(EISDIR);
 }
 
+// Regular files get a buffer of this size in place of the system's small one, in the place of the record that will be
+// theirs; what stands for a device or a pipe keeps its own (bench/files.sh, lines of a file).
+constexpr std::size_t streamBufferSize = 1 << 16;
+char streamBuffers[fileTableSize][streamBufferSize];
+
+void enlargeBuffer(std::FILE* stream) {
+  struct stat status;
+  if (fstat(fileno(stream), &status) != 0 || !S_ISREG(status.st_mode)) return;
+  std::setvbuf(stream, streamBuffers[slotOf(freeRecord())], _IOFBF, streamBufferSize);
+}
+
 bool exists(const char* path) {
   struct stat status;
   return stat(path, &status) == 0;
@@ -158,6 +169,7 @@ FileRecord openStream(const char* path, const FileMode& mode) {
   std::FILE* stream = std::fopen(path, mode.reads ? "r" : updates ? "r+" : "w+");
   if (stream == nullptr) raiseSystemError();
   requireNoDirectory(fileno(stream), stream);
+  enlargeBuffer(stream);
   const bool sought = mode.offset == endOfFile ? std::fseek(stream, 0, SEEK_END) == 0
                       : mode.offset == 0
                           ? true
@@ -257,15 +269,13 @@ FileRecord& fileNumbered(DAG number) {
   return fileTable[immediateValue(number)];
 }
 
+// The record that was found last, which has no name when it is free: a program that reads or writes line by line names
+// the same file again.
+FileRecord* lastFound = fileTable;
+
 FileRecord& fileFor(DAG x, FileUse use) {
   if (isInteger(x)) return fileNumbered(x);
-  // A program that reads or writes line by line names the same file again.
-  static int last = 0;
-  if (isInUse(fileTable[last]) && fileTable[last].name == x) return fileTable[last];
-  if (FileRecord* file = fileNamed(textOf(x))) {
-    last = slotOf(*file);
-    return *file;
-  }
+  if (FileRecord* file = fileNamed(textOf(x))) return *(lastFound = file);
   if (use == FileUse::open) userror("file descriptor not in use");
   return OpenFile(x, {.reads = use == FileUse::reading, .text = true}, FileKind::stream);
 }
@@ -275,8 +285,9 @@ FileRecord& fileFor(DAG x, FileUse use) {
 FileRecord& lookUpFile(DAG arguments, Word position, FileUse use) {
   if (position >= lengthOf(arguments)) userror("file name or descriptor required");
   DAG x = arguments[position];
-  if (!isInteger(x) && !isText(x)) userror("file name or descriptor required");
-  FileRecord& file = fileFor(x, use);
+  const bool again = lastFound->name == x;
+  if (!again && !isInteger(x) && !isText(x)) userror("file name or descriptor required");
+  FileRecord& file = again ? *lastFound : fileFor(x, use);
   if (use == FileUse::writing && file.reads && file.kind != FileKind::direct)
     userror("file or pipe already open in READ mode");
   return file;

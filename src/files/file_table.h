@@ -24,6 +24,13 @@ enum class FileKind : std::uint8_t {
 constexpr int defaultDescriptor = -1, terminalDescriptor = -2;
 constexpr int nothingPushedBack = -2;
 
+// A line that the stream's buffer holds, looked at before it is asked for.
+struct LineAhead {
+  const char* begin = nullptr;  // null: none
+  const char* end = nullptr;    // its newline
+  Word hash = 0;
+};
+
 struct FileRecord {
   DAG name{};                   // NAME or STRING
   std::FILE* stream = nullptr;  // of a stream or process
@@ -33,6 +40,7 @@ struct FileRecord {
   FileKind kind = FileKind::unused;
   int pushedBack = nothingPushedBack;
   bool readLast = false, wroteLast = false;  // what the C library has to be told of when it changes
+  LineAhead ahead{};                         // forgotten when something else reads or writes
   char* collected = nullptr;                 // long string of an INTERFACE_ stream, until it is flushed
 };
 constexpr int fileTableSize = 47;

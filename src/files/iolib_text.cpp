@@ -43,7 +43,8 @@ FileRecord& fileToWrite(const IolibCall& call) {
 // ---- lines
 
 DAG iolib::readLineOperation(const IolibCall& call) {
-  FileRecord& file = fileToRead(call);
+  FileRecord& file = lookUpFile(call.arguments, call.place(1), FileUse::reading);
+  if (DAG text = readBufferedString(file)) return text;
   TextBuffer space;
   std::string_view line;
   return readLine(file, space, line) ? strinstall(line) : cons0;
@@ -54,45 +55,54 @@ DAG native::filelines(const BuiltinCall& call) {
   Members lines;
   // Lines are looked up in the table of strings some lines late, when what the look will read is on its way.
   constexpr int batch = 32;
-  TextBuffer space, texts;  // the lines of a batch, one behind the other
-  std::size_t begin[batch + 1];
+  TextBuffer space;
+  std::string_view line[batch];
   Word hash[batch];
-  std::string_view line;
-  for (bool more = true; more;) {
-    texts.clear();
+  for (;;) {
     int n = 0;
-    for (; n < batch; ++n) {
-      passWork(50);
-      begin[n] = texts.size();
-      more = readLine(file, space, line);
-      if (!more) break;
-      texts.append(line);
-      hash[n] = hashstring(line);
+    for (; n < batch && readBufferedLine(file, line[n]); ++n) {
+      hash[n] = hashstring(line[n]);
       prefetchString(hash[n]);
     }
-    begin[n] = texts.size();
-    for (int i = 0; i < n; ++i)
-      lines.append(stringhashunique(hash[i], texts.view().substr(begin[i], begin[i + 1] - begin[i]), strtab));
+    passWork(50 * (n + 1));
+    for (int i = 0; i < n; ++i) lines.append(stringhashunique(hash[i], line[i], strtab));
+    if (n == batch) continue;
+    // The buffer holds no further line.
+    if (!readLine(file, space, line[0])) return lines.list();
+    lines.append(strinstall(line[0]));
   }
-  return lines.list();
 }
 
-DAG iolib::writeLines(const IolibCall& call) {
-  for (Word k = 2; k <= call.count(); ++k)
-    if (!isText(call.operand(k))) wrongOperands();
-  FileRecord& file = fileToWrite(call);
+namespace {
+
+// The members from `first` on as lines; the count of bytes.
+DAG writeMembers(FileRecord& file, DAG members, Word first) {
   std::int64_t count = 0;
   PushStateKeeper(sendCollectedTextOnError, nullptr);
-  for (Word k = 2; k <= call.count(); ++k) {
-    const char* text = textOf(call.operand(k));
+  for (Word k = first, end = lengthOf(members); k < end; ++k) {
+    const char* text = textOf(members[k]);
     const std::size_t n = std::strlen(text);
-    writeToFile(file, text, n);
-    WriteCharToFile(file, '\n');
+    writeLineToFile(file, text, n);
     count += static_cast<std::int64_t>(n) + 1;
   }
   PopErrorProc();
   sendCollectedText();
   return NewInteger(count);
+}
+
+}  // namespace
+
+DAG iolib::writeLines(const IolibCall& call) {
+  for (Word k = 2; k <= call.count(); ++k)
+    if (!isText(call.operand(k))) wrongOperands();
+  FileRecord& file = fileToWrite(call);
+  return writeMembers(file, call.arguments, call.place(2));
+}
+
+DAG native::fileputlines(const BuiltinCall& call) {
+  FileRecord& file = lookUpFile(call.arguments, 1, FileUse::writing);
+  prepareToWrite(file);
+  return writeMembers(file, call.arguments[2][1], 1);
 }
 
 // ---- formats

@@ -1,9 +1,13 @@
 // Rtables printed by a format.
 
+#include <cstring>
+
 #include "files/formatted_rtables.h"
 #include "files/rtable_layout.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
+#include "numbers/complex/complex.h"
+#include "numbers/float/hardware_float.h"
 #include "rtable/element_access.h"
 #include "rtable/element_formats.h"
 #include "store/constants.h"
@@ -47,12 +51,19 @@ Layout readLayout(const char* at) {
   return layout;
 }
 
+// The double that an element of hardware floats is: what it evaluates to would be rounded to `Digits`.
+DAG hardwareValue(DAG x) {
+  auto part = [](DAG real) { return NewHFloat(FloatValue(real), false); };
+  return isComplex(x) ? new3(COMPLEX, part(cxRealPart(x)), part(cxImaginaryPart(x))) : part(x);
+}
+
 // One rtable on its way out.
 struct Printing {
   PrintTarget& out;
   const PrintConversion& conversion;
   DAG r;
   Layout layout;
+  bool asDoubles;
   bool rowIsOpen = false;  // an element stands on the line
 
   void separate() {
@@ -62,7 +73,8 @@ struct Printing {
     passWork(objectSteps);
     separate();
     DAG element = lacksCell(r, index) ? DAG() : selectElement(r, index);
-    printValue(out, conversion, element ? element : RTableZero(r));
+    if (!element) element = RTableZero(r);
+    printValue(out, conversion, asDoubles ? hardwareValue(element) : element);
     rowIsOpen = true;
   }
   void endLine() {
@@ -89,7 +101,8 @@ bool isVertical(DAG r, const Layout& layout) {
 }  // namespace
 
 void FormatRTable(PrintTarget& out, const PrintConversion& c, DAG r) {
-  Printing p{out, c, r, readLayout(c.options)};
+  const bool holdsDoubles = datatypeOf(r) == dataFloat64 || datatypeOf(r) == dataComplexFloat64;
+  Printing p{out, c, r, readLayout(c.options), holdsDoubles && std::strchr("efgEGyY", c.code) != nullptr};
   if (p.layout.band != 0 && dimensionsOf(r) == 2) {
     forEachOnDiagonals(r, p.layout.band == '-', [&](const std::int32_t* index, bool isLast) {
       p.print(index);

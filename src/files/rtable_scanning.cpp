@@ -16,7 +16,6 @@
 #include "rtable/stored_positions.h"
 #include "store/names.h"
 #include "store/objects.h"
-#include "text/format/hex_floats.h"
 
 namespace korel {
 

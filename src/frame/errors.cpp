@@ -36,13 +36,15 @@ struct ErrorRecord {
   bool running;          // its own failure must not call it again
   bool keepsState;       // special errors call it too
   std::uintptr_t parameter;
+  const FramelessCall* frameless;  // null: the record belongs to none
   ErrorRecord* below;
 };
 ErrorRecord* procStack = nullptr;
 // Every `if` registers a procedure for its condition: records are used again.
 ErrorRecord* spareRecords = nullptr;
 
-void pushRecord(ErrorProcedure f, std::uintptr_t parameter, bool keepsState = false) {
+void pushRecord(ErrorProcedure f, std::uintptr_t parameter, bool keepsState = false,
+                const FramelessCall* frameless = nullptr) {
   ErrorRecord* record = spareRecords;
   if (record != nullptr) {
     spareRecords = record->below;
@@ -50,7 +52,7 @@ void pushRecord(ErrorProcedure f, std::uintptr_t parameter, bool keepsState = fa
     record = static_cast<ErrorRecord*>(std::malloc(sizeof(ErrorRecord)));
     if (record == nullptr) notimpl("PushErrorProc");
   }
-  *record = {f, trapSet, false, keepsState, parameter, procStack};
+  *record = {f, trapSet, false, keepsState, parameter, frameless, procStack};
   procStack = record;
   ++errorProcCount;
 }
@@ -82,17 +84,12 @@ void PushParamErrorProc(ErrorProcedure f, DAG parameter) { pushRecord(f, paramet
 void PushParamErrorProc(ErrorProcedure f, void* parameter) {
   pushRecord(f, reinterpret_cast<std::uintptr_t>(parameter));
 }
-void PushStateKeeper(ErrorProcedure f, void* parameter) {
-  pushRecord(f, reinterpret_cast<std::uintptr_t>(parameter), true);
+void PushStateKeeper(ErrorProcedure f, void* parameter, const FramelessCall* frameless) {
+  pushRecord(f, reinterpret_cast<std::uintptr_t>(parameter), true, frameless);
 }
 
-namespace {
-// Stands in a record as the mark of a frameless call.
-void passFramelessCall(const char*) {}
-}  // namespace
-
 void PushFramelessCall(const FramelessCall& call) {
-  pushRecord(passFramelessCall, reinterpret_cast<std::uintptr_t>(&call));
+  pushRecord([](const char*) {}, 0, false, &call);
 }
 
 void PopErrorProc() {
@@ -183,7 +180,7 @@ DAG raisingProcedure() {
 const FramelessCall* framelessCall() {
   ErrorRecord* record = procStack;
   for (int n = errorProcCount - Environment->errorProcs; n > 0; --n, record = record->below)
-    if (record->call == passFramelessCall) return reinterpret_cast<const FramelessCall*>(record->parameter);
+    if (record->frameless != nullptr) return record->frameless;
   return nullptr;
 }
 

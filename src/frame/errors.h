@@ -67,9 +67,6 @@ extern std::uintptr_t errorProcParam;
 void PushErrorProc(ErrorProcedure f);
 void PushParamErrorProc(ErrorProcedure f, DAG parameter);
 void PushParamErrorProc(ErrorProcedure f, void* parameter);
-/// The same for a procedure that only puts a variable back: special errors, which call no other, call it
-/// too, so that an interrupt or a time limit leaves neither a loop variable nor `Digits` changed.
-void PushStateKeeper(ErrorProcedure f, void* parameter);
 void PopErrorProc();
 /// A call of a procedure that runs without a frame of its own. What is raised within it, and not in a block entered
 /// since, is raised as if it had one: the exception, the traceback and the debugger name it. `PopErrorProc` ends it.
@@ -77,6 +74,10 @@ struct FramelessCall {
   DAG name, arguments, procedure;  // the name called, EXPSEQ, PROC
 };
 void PushFramelessCall(const FramelessCall& call);
+/// `PushErrorProc` for a procedure that only puts a variable back: special errors, which call no other, call it
+/// too, so that an interrupt or a time limit leaves neither a loop variable nor `Digits` changed.
+/// `frameless` is a call that begins here too, if it isn't null.
+void PushStateKeeper(ErrorProcedure f, void* parameter, const FramelessCall* frameless = nullptr);
 /// True when an error procedure is registered.
 bool hasErrorProc();
 /// Depth of the stack of error procedures, and the way back to an earlier depth without calling any.

@@ -37,11 +37,17 @@ Word& linkOf(Word block) { return wordAt(block); }
 // Chunks keep their size as a plain number, which may be more than an object can have.
 Word& chunkSize(Word chunk) { return wordAt(chunk + 4); }
 
-constexpr int classOf(Word n) { return n < 19 ? 12 : n < 35 ? 13 : n < 141 ? 14 : 15; }
+constexpr Word firstLastClassSize = 141;
+constexpr int classOf(Word n) { return n < 19 ? 12 : n < 35 ? 13 : n < firstLastClassSize ? 14 : lastClass; }
 
 // A list of thousands of blocks that are all a little too small would be walked at every request; what
 // fits stands near the head, or a larger block does as well.
 constexpr int mostProbes = 8;
+
+// How many blocks have come into the classes below the last, and what it was when a search of them for a size found
+// nothing: until another comes in the search need not be made again (bench/files.sh, lines of a file).
+std::int64_t blocksCome = 1;
+std::int64_t vainSince[firstLastClassSize];
 
 // First block of class `c` that fits `n` exactly or can be split, unlinked; 0 for none near the head.
 Word takeFromClass(int c, Word n) {
@@ -55,6 +61,19 @@ Word takeFromClass(int c, Word n) {
     }
   }
   return 0;
+}
+
+// The same of the last class, with all but `n` words given back, when what is left would be the head again; 0 when not.
+Word cutFromHead(Word n) {
+  Word& head = freelist[lastClass];
+  const Word block = head;
+  if (block == 0 || n < firstClassSize || freeSize(block) < n + firstLastClassSize) return 0;
+  const Word rest = freeSize(block) - n, next = linkOf(block);
+  if (next != 0 && freeSize(next) < rest) return 0;
+  head = block + 4 * n;
+  linkOf(head) = next;
+  setFreeSize(head, rest);
+  return block;
 }
 
 // Cuts `n` words from the front of `block`, whose size is at least n + 3. A small size also stocks its
@@ -143,7 +162,14 @@ Word getLargeSpace(Word n) {
     KernelException("object too large");
   }
   Word block = 0;
-  for (int c = classOf(n); c <= lastClass && block == 0; ++c) block = takeFromClass(c, n);
+  if (n < firstLastClassSize && vainSince[n] != blocksCome) {
+    for (int c = classOf(n); c < lastClass && block == 0; ++c) block = takeFromClass(c, n);
+    if (block == 0) vainSince[n] = blocksCome;
+  }
+  if (block == 0) {
+    if (const Word cut = cutFromHead(n)) return cut;
+    block = takeFromClass(lastClass, n);
+  }
   if (block == 0) block = newChunk(n);
   if (block == 0) {
     if (foreignDAG) return 0;
@@ -172,6 +198,7 @@ void releaseOther(Word block, std::int64_t n) {
   if (n < firstClassSize) return release_space(block, n);
   auto size = static_cast<Word>(n);
   setFreeSize(block, size);
+  if (size < firstLastClassSize) ++blocksCome;
   Word& head = freelist[classOf(size)];
   // The head is the smallest of what has lately come in: a search that fits it ends at once.
   if (head != 0 && freeSize(head) < size) {

@@ -207,8 +207,6 @@ bool hashEqualEntries(DAG a, DAG b) {
 
 namespace {
 
-// The hash is a polynomial in this factor: h = c + 1027*h for each character.
-constexpr Word hashFactor = 1027;
 constexpr auto hashFactorTo = [] {  // its powers
   std::array<Word, 17> powers{1};
   for (std::size_t n = 1; n < powers.size(); ++n) powers[n] = hashFactor * powers[n - 1];
@@ -274,7 +272,7 @@ Word hashalg(DAG s) {
   Tag tag = tagOf(s);
   Word n = lengthOf(s);
   Word h = 0;
-  auto mix = [&h](DAG x) { h = x.word + 1027 * h; };
+  auto mix = [&h](DAG x) { h = x.word + hashFactor * h; };
   switch (tag) {
     case NAME: return s.word;
     case PROC:
@@ -293,7 +291,7 @@ Word hashalg(DAG s) {
       if (n >= 4) {
         // Each pair is hashed alone and the hashes added: the order of the pairs does not matter.
         for (Word i = 1; i < n; i += 2) {
-          Word p = s[i + 1].word + 1027 * s[i].word;
+          Word p = s[i + 1].word + hashFactor * s[i].word;
           Word q = p + static_cast<Word>(static_cast<std::int32_t>(p) >> 4);
           h += q * (2 * q + 1);
         }
@@ -304,7 +302,7 @@ Word hashalg(DAG s) {
     default: {
       h = static_cast<Word>(tagNumber(tag));
       // Four fields at a time: the same number, but only one product in four waits for the one before.
-      constexpr Word f = 1027, f2 = f * f, f3 = f2 * f, f4 = f3 * f;
+      constexpr Word f = hashFactor, f2 = f * f, f3 = f2 * f, f4 = f3 * f;
       Word i = 1;
       for (; i + 4 <= n; i += 4)
         h = f4 * h + (f3 * s[i].word + f2 * s[i + 1].word + (f * s[i + 2].word + s[i + 3].word));

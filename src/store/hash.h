@@ -119,6 +119,8 @@ bool hashforeach(DAG table, bool (*f)(void* arg, PairAddress pair), void* arg);
 /// True when both have the same length and each bucket holds the same pairs as a set.
 bool hashEqualEntries(DAG a, DAG b);
 
+/// The hash is a polynomial in this factor: h = x + 1027*h for each character of a text, or field of most objects.
+constexpr Word hashFactor = 1027;
 /// Hash of a text without zeros; never 0.
 Word hashstring(std::string_view text);
 /// Hash of an object's content, by its tag; never 0. SUM and PROD hash as multisets of pairs.

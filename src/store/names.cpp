@@ -77,7 +77,7 @@ bool samePairs(DAG a, DAG b) {
 
 // Strings come by the million, and nobody walks their table while it takes one more. Long chains are read line
 // by line; more buckets would cost each collection.
-DAG newTextIn(DAG table, DAG text) {
+inline DAG newTextIn(DAG table, DAG text) {
   constexpr Word stringsPerBucket = 32;
   if (table == strtab && isCrowded(strtab, ++strtabCount, stringsPerBucket)) [[unlikely]]
     strtab = widenedhashtab(strtab, 4 * (lengthOf(strtab) - 1));
@@ -117,7 +117,7 @@ DAG stringhashunique(Word k, std::string_view text, DAG table) {
 void prefetchString(Word k) {
   DAG chain = strtab[bucketIndex(k, lengthOf(strtab))];
   if (!chain) return;
-  constexpr int lines = 5, words = 16;  // of the cache; chains hold thirty pairs
+  constexpr int lines = 3, words = 16;  // of the cache; few chains hold more than twenty pairs
   for (int line = 0; line < lines; ++line) __builtin_prefetch(&chain[words * line]);
 }
 

@@ -32,6 +32,13 @@ near(lapack_singularvalues(M([[3, 0, 0], [0, 4, 0]])), V([4, 3]));
 Y := V([1, 2, 2]): lapack_leastsquares(M([[1, 1], [1, 2], [1, 3]]), Y): trunc(1000*Y[1] + 0.5), trunc(1000*Y[2] + 0.5);
 Y := V([4, 0]): lapack_leastsquares(M([[1, 1]]), Y): trunc(1000*Y[1] + 0.5), trunc(1000*Y[2] + 0.5);
 
+# complex numbers: factors with which A comes again, and a right side outside of the columns
+K := Z([[1, I, 2], [0, 3 - I, 1]]): S, U, VT := lapack_singularfactors(rtable(K)): near(lapack_multiply(lapack_multiply(U, Z([[S[1], 0, 0], [0, S[2], 0]])), VT), K);
+Y := rtable(1..3, [1, I, 2], datatype = complex[8]): lapack_leastsquares(Z([[1, 0], [0, 1], [I, I]]), Y): near(Y, rtable(1..3, [2/3 - I, -1/3, Y[3]], datatype = complex[8]));
+
+# columns that depend on each other, exactly or but for rounding
+lapack_leastsquares(M([[1, 1], [1, 1], [1, 1]]), V([1, 2, 3])); lapack_leastsquares(Z([[1, I], [I, -1]]), rtable(1..2, [1, 2], datatype = complex[8]));
+
 # what they refuse
 lapack_multiply(A, A, A); lapack_solve(A, V([1])); lapack_solve([[1]], V([1])); lapack_multiply(M([[1]]), Z([[1]]));
 lapack_solve(M([[1]], order = C_order), V([1])); lapack_solve(rtable(1..1, 1..1, [[1]]), V([1])); lapack_eigenvalues(M([[1, 2]]));

@@ -71,3 +71,6 @@ tree := proc(d)
 end proc:
 point := proc() [X = 1 + (1 + die(99))/40, Y = (die(126) - 50)/100, Z = (die(200) - 100)/7, N = die(20) - 10, M = 1 + die(9)] end proc:
 bad := [seq(proc(e) facts(e, eval(subs(point(), e))) end proc(tree(3)), i = 1..3000)]; evalb(known > 4000);
+# Powers of -1 with exponents whose parity follows from what is assumed; other names keep theirs.
+assume([n, m], integer): additionally(m, odd): (-1)^(2*n), (-1)^m, (-1)^(2*n + 1), (-1)^(n*(n + 1)), ((-1)^n)^2, (-1)^n*x*(-1)^n, ((-1)^n)^3, (-1)^n/(-1)^n, (-1)^n*(-1)^m, (-1)^n, ((-1)^j)^2, (-1)^(2*j);
+f := (-1)^(2*j): eval(subs(j = n, f)); unassume(n): (-1)^(2*n); unassume();

@@ -37,3 +37,4 @@ genpoly(12*y + 7, 5, x), expand(subs(x = 5, genpoly(12*y - 7*z^2 + 13, 5, x)));
 genpoly(5, 1, x); genpoly(1/2, 10, x); genpoly(5, 10);
 maxnorm(3*x - 17*y + 1), maxnorm(x), maxnorm(-4), maxnorm(0), maxnorm((2*x - 3)^3*y), maxnorm(x/2 - 5/3), maxnorm(2.5*x);
 maxnorm(x + sin(x)); maxnorm([x]); `maxnorm/sin` := proc(x) 100 end proc: maxnorm(x + 2*sin(x)); `maxnorm/sin` := '`maxnorm/sin`':
+coeff(1/sin(x), x, 5), coeff(cot(x)^2, x, 0), coeff(exp(x)/sin(x)^3, x, -3), coeff(GAMMA(x), x, -1);

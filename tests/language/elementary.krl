@@ -68,3 +68,8 @@ sin(x), exp(x*y), arctan(y, x), arctan(y, 2), sin(f), evalf(sin(x + 1/3)); sin([
 'sin'(0), 'sin(0)'; exp(5) := "five": exp(5), exp(0); tan := x -> x + 1: tan(3), cot(0.5); tan := 'tan':
 g := sin: g(Pi/6), map(g, [0, Pi/2, x]), (sin@arcsin)(y), (sin@@2)(Pi/2);
 diff(sin(x)*exp(x), x), series(sin(x), x, 5), subs(x = Pi, sin(x)), eval(sin(x), x = Pi), has(sin(x), sin), type(sin(x), function), op(sin(x)), op(0, sin(x)), convert(sin(x), string);
+# Wrong kinds, with one text for all.
+refused := proc(f, x) evalb(op(1, [traperror(f(x))]) = "%1 expects an algebraic expression, but received %2") end proc:
+{seq(refused(f, [1]), f = [sin, arctan, ln, log10, sqrt, signum, csgn, argument, Heaviside, Dirac])};
+{seq(refused(exp, x), x = ["a", {1}, 1 .. 2, u = v, u <= v, u and v, Array(1 .. 2)]), refused(exp, table()), refused(sin, proc(y) y end proc)}, {seq(refused(exp, x), x = [u, f(u), u[1], 2])};
+traperror(log[[1]](2)), traperror(log[2]([1])), traperror(arctan(1, "a")), traperror(root([1], 2));

@@ -35,5 +35,21 @@ f := fopen("z.txt", APPEND): fprintf(f, "%s %d\n", "n", 1); fclose(f); f := fope
 f := proc(x) local y; y := sscanf(x, 7); y end proc: f("a"); tracelast; readline("/nosuch"); writeline("/dev/null", 3); readline(x + 1); feof(17); lastexception[2..-1]; g := proc() try sscanf(3) catch: 1 end try; error "own" end proc: g(); traperror(sscanf(3)); sscanf("1+", "%a"); sscanf("1*1/0", "%a");
 readline(), feof(default);
 the line of the default input
+# Lines are the same whichever way they are read, and ways may be mixed: over the ends of buffers, with zeros, and back.
+L := [seq(cat("line ", k, " ", "x" $ irem(7*k, 97)), k = 1..5000), cat("y" $ 200000), "", "end"]: writelines("l", L):
+evalb(readlines("l") = L), evalb(readtext("l") = cat(jointext(L, "\n"), "\n"));
+mixed := proc() local k, at, same; same := true;
+  for k to nops(L) do
+    if irem(k, 5) = 1 then at := filepos("l"); readline("l"); filepos("l", at) end if;
+    if irem(k, 7) = 3 and L[k] <> "" then same := same and fscanf("l", "%[^\n]%c") = [L[k], "\n"]
+    elif irem(k, 11) = 2 then same := same and readbytes("l", length(L[k]) + 1, TEXT) = cat(L[k], "\n")
+    else same := same and readline("l") = L[k]
+    end if
+  end do;
+  same, readline("l"), feof("l")
+end proc:
+mixed(); fclose("l"): mixed(); fclose("l"): removefile("l");
+f := fopen("w", WRITE): for k to 3000 do writeline(f, cat("a", k)); if irem(k, 500) = 0 then filepos(f, 0); readline(f); readline(f); filepos(f, infinity) end if end do: fclose(f); evalb(readlines("w") = [seq(cat("a", k), k = 1..3000)]);
+writebytes("w", [97, 0, 98, 10, 0, 10, 99]): fclose("w"): readline("w"), readline("w"), readline("w"), readline("w"); fclose("w"): readlines("w"); removefile("w");
 # Written lines and values are spliced, evaluated once, and no place for another procedure of that name.
 s := "7 8", "%d %d": sscanf(s); n := 0: h := proc() global n; n := n + 1; "12" end proc: sscanf(h(), "%d"), n; readline := proc() mine end proc: readline("/nosuch"); readline := 'readline': print(sscanf);

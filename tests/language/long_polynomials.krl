@@ -9,11 +9,16 @@ evalf(subs(x = 1/3, expand((x + 0.5)^25)) - (1/3 + 0.5)^25, 5);
 expand((x + 1)^(10^9)); expand((x + 1)^(10^20)); expand((a + b + c + d + e + f + g1 + h1)^40);
 expand(mul(v[i] + w[i], i = 1 .. 40)); expand(z^3*mul(add(v[i, j], j = 1 .. 10) + 1.5, i = 1 .. 12)/(y + 1)); expand((a + b + 1.5)^(10^6)); expand((a + I*b + c + d + u + v + w + x)^60); expand(add(v[i], i = 1 .. 1000)^3); expand(mul(v[i]^2 + v[i] + 1, i = 1 .. 30)*(y + 1)^5*(y - 1)); expand((x + 1)^400000);
 nops(expand(mul(v[i] + w[i], i = 1 .. 12))), nops(expand(mul(v[1] + v[i], i = 2 .. 8)*mul(v[2] - v[i], i = 3 .. 8))), nops(expand((x - 1)*add(x^k, k = 0 .. 999))), nops(expand(mul((x - k)*(y + k), k = 1 .. 30)));
+# Factors with variables in common, and positive coefficients: the first is too much, the others have as many terms as there are monomials.
+expand((a + b + c + d + u)^60*(a + b + c + d + v)^60); expand((x + y + z + t)^100*(x + u + v + w)^100);
+nops(expand((x + y + z + 1)^20*(x + y + t + 3)^20)), add(add(binomial(40 - i - j + 2, 2), i = 0..20), j = 0..20), nops(expand((x + y + z)^25*(x + y + z + t)^10)), nops(expand((x + y + 1)^60*(x - y + 1)^60));
+# Coefficients too long for machine words.
+wide := expand((x + y + 10^24)^62*(x - y + 10^24)^62): nops(wide), evalb(eval(wide, [x = 2, y = -5]) = (10^24 - 3)^62*(10^24 + 7)^62); wide := 'wide':
 # A limit of time reaches into a product; the session goes on.
 p := expand((a + b + c + d + u)^30):
 try timelimit(0.3, expand(p*(p + 1))) catch: lasterror end try; nops(expand((x + 2)^3));
 # What is remembered: results, but none with floats.
-expand((x + 7)^2): expand((x + 7.5)^2): has([entries(op(4, eval(expand)))], 14*x), hastype([entries(op(4, eval(expand)))], float);
+expand((x + 7)^2): expand((x + 7.5)^2): has([entries(op(4, eval(expand)))], 14*x), hastype([entries(op(4, eval(expand)))], float); divide((x + 1.5)*(x - 2.5), x - 2.5): hastype([entries(op(4, eval(expand)))], float);
 # The long way gives what the short one gives.
 f := expand((1 + x + y + z)^12): g := expand((x - 2*y + 3*z + 5)^11): h := expand((x^3*y - z^2 + 7)^6 + x):
 for a in [f, g, h] do for b in [f, g, h, 2*f, f + 1, x*y - z] do

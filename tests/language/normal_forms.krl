@@ -9,3 +9,12 @@ frontend(proc(a) a^2 end proc, [sin(x) + 1]), frontend(degree, [sin(x)^3 + x, si
 frontend(degree); frontend(degree, x);
 # What is left below the bar after a common factor has a positive leading coefficient.
 normal((y - x)/(x^2 - y^2)) + 1/(x + y), normal((1 - x)/(x^2 - 1)), normal((1 - x)^2/(x^2 - 1)^3), denom((sin(x) - 1)/(1 - sin(x)^2));
+# Long sums of fractions: the second route goes from the left, with one common factor taken out at the end.
+seed := 99: rnd := proc(n) global seed; seed := irem(seed*16807, 2147483647); irem(seed, n) - iquo(n, 2) end proc:
+for form in [k -> x + k, k -> 2*x + 3*k, k -> x + k*y, k -> x^2 + k*x*y + 1, k -> (x + k)*(x + k + 1), k -> (x + irem(k, 3))^2*(y - k), k -> (sin(x) - k)*(x + irem(k, 2)), k -> 10^30*x + k] do
+  terms := [seq((rnd(9)*x + rnd(5))/form(k), k = 1 .. 9)]:
+  n := 0: d := 1: for t in terms do n := expand(n*denom(t) + d*numer(t)); d := expand(d*denom(t)) end do:
+  s := normal(add(t, t = terms)): g := gcd(n, d):
+  lprint(evalb(expand(numer(s)*d - denom(s)*n) = 0), gcd(expand(numer(s)), expand(denom(s))), degree(expand(denom(s)), x) = degree(d, x) - degree(g, x))
+end do:
+evalb(normal(add(1/((x + k)*(x + k + 1)), k = 1 .. 40)) = 40/(x + 1)/(x + 41)), normal(add(1/(x + k), k = 1 .. 30) - add(1/(x + k), k = 2 .. 30)), degree(numer(add(k/(x + k), k = 1 .. 60)), x), evalb(normal(add(1.5/(x + k), k = 1 .. 3)) = (4.5*x^2 + 18.0*x + 16.5)/(x + 1)/(x + 2)/(x + 3));

@@ -39,6 +39,7 @@ series(abs(x - 1), x), series(abs(x), x), series(abs(a + x), x), series(signum(x
 series(f(x), x, 4), series(f(x^2), x), series(f(y, x), x, 3), series(f(x, x), x, 3), series(f(1/x), x); series(int(sin(x), x), x), series(int(f(y)*x, y), x), series(diff(f(x), x), x, 3), series(diff(f(x, y), y), x, 2);
 series(O(x^3) + sin(x), x), series(O(y), x), series(O(x*sin(x)), x), series(exp(1/x), x = 1, 2); series(sin(1/x), x); series(ln(x - x), x); series(ln(O(x)), x); series(1/O(x), x);
 # Arithmetic of the library: composition, inverse, conversion.
-convert(series(sin(x), x), polynom), convert(series(x^2, x = 1), polynom), convert(series(sqrt(x), x, 2) + O(x^3), polynom), convert(x + y, polynom), convert(O(x), polynom);
+convert(series(sin(x), x), polynom), convert(series(x^2, x = 1), polynom), convert(series(sqrt(x), x, 2) + O(x^3), polynom), convert(x + y, polynom), convert(O(x), polynom), convert([series(exp(x), x, 3)*series(1/x, x), series(x^2 + x, x) = O(x)], polynom);
 composeseries(series(exp(x), x, 5), series(sin(y), y, 5)), composeseries(series(1/x + x, x), series(y + y^2, y, 4)), composeseries(series(x^2 + 1, x), series(y^3, y)), composeseries(series(0, x), series(y, y)); composeseries(series(x, x), series(1 + y, y)); composeseries(x, x);
 reverseseries(series(sin(x), x, 8)), reverseseries(series(x*exp(x), x, 5)), reverseseries(series(2*x + x^2, x, 4)); reverseseries(series(1 + x, x)); iszero(composeseries(series(tan(z), z, 14), reverseseries(series(tan(z), z, 14))) - z);
+try timelimit(0.3, series(1/(1 - x - x^2), x, 200000)) catch: lasterror end try; series(1/(1 - x^1000 - x^3000), x, 20000): nops(%), op(nops(%) - 1, %), op(nops(%), %);

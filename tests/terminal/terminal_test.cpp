@@ -178,6 +178,18 @@ TEST(Terminal, TheRestOfTheInputIsLeft) {
   }
 }
 
+// The rest of the line that a program stands in is the statements', however long; the program is given the lines behind
+// it, each whole, and what a scan has left of one.
+TEST(Terminal, ProgramsReadTheLinesBehindTheirOwn) {
+  const std::string gap(6000, ' '), text(5000, 'x');
+  const std::string input = "s := readline():" + gap + "t := readline(): lprint(s, t, length(\"" + text + "\"));\n" +
+                            "first\n\n" + "u := scanf(\"%d %s\"):" + gap + "v := readline(): lprint(u, v);\n" +
+                            "12 abc the rest\n" + "length(readline());\n" + text + text + "\n" +
+                            "INTERFACE_READLINE(); readline(\"terminal\"); readline();\nlast";
+  const std::string output = "\"first\", \"\", 5000\n[12, \"abc\"], \" the rest\"\n10000\n\"last\"\n0\n0\n";
+  for (const char* switches : {"-q", "-q --kernel"}) EXPECT_EQ(run(switches, input).output, output) << switches;
+}
+
 TEST(Terminal, TheLibraryIsThatOfTheSwitchTheVariableOrTheProgram) {
   const std::string own = "\"" KOREL_BUILD_DIRECTORY "/lib\"\n";
   const std::string show = " -q -s -c 'print(libname)'";

@@ -38,6 +38,16 @@ inline void negate(Limb* x) {
     carry = carry != 0 && x[i] == 0 ? 1 : 0;
   }
 }
+/// sum += x.
+template <int W>
+inline void add(Limb* sum, const Limb* x) {
+  Limb carry = 0;
+  for (int i = 0; i < W; ++i) {
+    const Wide s = Wide{sum[i]} + x[i] + carry;
+    sum[i] = static_cast<Limb>(s);
+    carry = static_cast<Limb>(s >> 64);
+  }
+}
 /// x of `w` limbs in W limbs, W at least w.
 template <int W>
 inline void extend(Limb* to, const Limb* x, int w) {

@@ -102,7 +102,7 @@ DAG gcdOf(DAG a, DAG b) {
   if (isZero(a)) return b;
   if (isZero(b)) return a;
   if (isInteger(a) && isInteger(b)) return simpl(igcd(a, b));
-  if (hasid(a, FLOAT) || hasid(b, FLOAT) || hasid(a, HFLOAT) || hasid(b, HFLOAT)) return cons1;
+  if (hasfloat(a) || hasfloat(b)) return cons1;
   // Fractions: the primitive parts alone tell.
   DAG contentA = simpl(icontent(a)), contentB = simpl(icontent(b));
   if (!isInteger(contentA) || !isInteger(contentB)) {

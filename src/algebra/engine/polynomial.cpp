@@ -287,6 +287,7 @@ void checkTermCount(std::size_t terms) {
 namespace {
 
 DAG exponentOf(const Variable& v, std::int64_t e) {
+  if (v.root == 1 && fitsImmediate(e)) return immediate(static_cast<std::int32_t>(e));
   if (e % v.root == 0) return NewInteger(e / v.root);
   return simpl(mul(NewInteger(e), simpl(new3(RATIONAL, cons1, NewInteger(v.root)))));
 }

@@ -22,7 +22,7 @@ namespace korel::engine {
 
 namespace {
 
-constexpr double longestValue = 8e6;  // digits of base 10000 in an integer that stands for a polynomial
+constexpr double longestValue = 6e7;  // digits of base 10000 in an integer that stands for a polynomial
 
 void setRanges(const Layout& layout, const Operand& a, const Operand& b, std::int64_t* ranges, std::int64_t n = 1) {
   for (int v = 0; v < layout.count; ++v) ranges[v] = (a.highest[v] - a.lowest[v]) * n + (b.highest[v] - b.lowest[v]);
@@ -39,7 +39,11 @@ DAG productOfValues(Arena& arena, const Layout& layout, const Operand* operands,
   Box box(layout, ranges);
   const double terms = static_cast<double>(std::min(operands[0].terms, operands[1].terms));
   const std::int64_t digits = digitsForBits(operands[0].bits + operands[1].bits + std::log2(terms) + 2);
-  if (box.places() * static_cast<double>(digits) > longestValue) return DAG();
+  // Term by term each product takes some hundred digits' time.
+  constexpr double digitsOfProduct = 3, shortValue = 8e6;
+  const double length = box.places() * static_cast<double>(digits);
+  const double products = static_cast<double>(operands[0].terms) * static_cast<double>(operands[1].terms);
+  if (length > longestValue || (length > shortValue && length > products * digitsOfProduct)) return DAG();
   DAG a = valueAtPower(arena, box, packIntegers(arena, layout, operands[0]), digits);
   DAG b = operands[1].sum == operands[0].sum
               ? a
@@ -66,6 +70,44 @@ DAG product(DAG a, DAG b) {
   if (width == 0) return productOfValues(arena, layout, operands, ranges, lowest, denominator);
   Polynomial p = pack(arena, layout, operands[0], widthOfA), q = pack(arena, layout, operands[1], widthOfB);
   return unpack(arena, layout, multiply(arena, layout, p, q, width), lowest, denominator);
+}
+
+DAG sumOfProducts(DAG a, DAG b, DAG c, DAG d) {
+  Arena arena;
+  Layout layout;
+  Operand operands[4] = {{.sum = a}, {.sum = b}, {.sum = c}, {.sum = d}};
+  if (!survey(layout, operands, 4)) return DAG();
+  for (const Operand& operand : operands)
+    if (operand.denominator != cons1) return DAG();
+  std::int64_t ranges[mostVariables], lowest[mostVariables], raised[2][mostVariables];
+  for (int v = 0; v < layout.count; ++v) {
+    std::int64_t low[2], high[2];
+    for (int k = 0; k < 2; ++k) {
+      low[k] = operands[2 * k].lowest[v] + operands[2 * k + 1].lowest[v];
+      high[k] = operands[2 * k].highest[v] + operands[2 * k + 1].highest[v];
+    }
+    lowest[v] = std::min(low[0], low[1]);
+    ranges[v] = std::max(high[0], high[1]) - lowest[v];
+    for (int k = 0; k < 2; ++k) raised[k][v] = low[k] - lowest[v];
+  }
+  if (!assignFields(layout, ranges)) return DAG();
+  double bits = 0;
+  for (int k = 0; k < 4; k += 2) {
+    const double terms = static_cast<double>(std::min(operands[k].terms, operands[k + 1].terms));
+    bits = std::max(bits, operands[k].bits + operands[k + 1].bits + std::log2(terms) + 1);
+  }
+  const int width = widthFor(bits);
+  if (width == 0) return DAG();
+  Polynomial products[2];
+  for (int k = 0; k < 2; ++k) {
+    Polynomial p = pack(arena, layout, operands[2 * k], widthOf(operands[2 * k]));
+    Polynomial q = pack(arena, layout, operands[2 * k + 1], widthOf(operands[2 * k + 1]));
+    products[k] = multiply(arena, layout, p, q, width);
+    Monomial by = 0;
+    for (int v = 0; v < layout.count; ++v) by |= static_cast<Monomial>(raised[k][v]) << layout.variables[v].shift;
+    for (std::size_t i = 0; i < products[k].count; ++i) products[k].monomials[i] += by;
+  }
+  return unpack(arena, layout, sum(arena, products[0], products[1]), lowest, cons1);
 }
 
 // ---- powers

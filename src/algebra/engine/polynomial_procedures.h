@@ -12,6 +12,8 @@ namespace korel::engine {
 
 /// a * b for expanded sums.
 DAG product(DAG a, DAG b);
+/// a * b + c * d for expanded sums with integer coefficients; 0 also where these get long.
+DAG sumOfProducts(DAG a, DAG b, DAG c, DAG d);
 /// a^n for an expanded sum and n > 0.
 DAG powerOfSum(DAG a, DAG n);
 enum class Divided { yes, no, unknown };

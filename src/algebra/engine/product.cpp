@@ -208,6 +208,29 @@ Polynomial multiply(Arena& arena, const Layout& layout, const Polynomial& a, con
   });
 }
 
+Polynomial sum(Arena& arena, const Polynomial& a, const Polynomial& b) {
+  Polynomial result;
+  result.width = a.width;
+  result.monomials = arena.make<Monomial>(a.count + b.count);
+  result.coefficients = arena.make<Limb>((a.count + b.count) * a.width);
+  passWork(static_cast<std::int64_t>(a.count + b.count));
+  std::size_t i = 0, j = 0;
+  withWidth(a.width, [&](auto w) {
+    while (i < a.count || j < b.count) {
+      const bool fromA = i < a.count && (j == b.count || a.monomials[i] >= b.monomials[j]);
+      const bool fromB = j < b.count && (i == a.count || b.monomials[j] >= a.monomials[i]);
+      Limb* to = result.coefficients + result.count * w;
+      result.monomials[result.count] = fromA ? a.monomials[i] : b.monomials[j];
+      std::copy_n(fromA ? a.coefficient(i) : b.coefficient(j), w, to);
+      if (fromA && fromB) add<w>(to, b.coefficient(j));
+      i += fromA;
+      j += fromB;
+      result.count += !isZero<w>(to);
+    }
+  });
+  return result;
+}
+
 double bitsOfNorm(const Polynomial& p) {
   // Lengths by themselves would count a sum of ones as twice as long.
   double sum = 0;
@@ -219,9 +242,128 @@ double bitsOfNorm(const Polynomial& p) {
   return std::log2(sum + 1e-9) + 1e-6;
 }
 
+// ---- powers
+
+namespace {
+
+// Every term but one, at most, has a variable that no other has: products of different powers of the terms differ.
+bool isIndependent(const Layout& layout, const Polynomial& a) {
+  std::size_t dependent = 0;
+  for (std::size_t i = 0; i < a.count && dependent < 2; ++i) {
+    bool hasOwn = false;
+    for (int v = 0; v < layout.count && !hasOwn; ++v) {
+      std::size_t holders = 0;
+      for (std::size_t k = 0; k < a.count; ++k) holders += exponentIn(layout.variables[v], a.monomials[k]) != 0;
+      hasOwn = holders == 1 && exponentIn(layout.variables[v], a.monomials[i]) != 0;
+    }
+    dependent += !hasOwn;
+  }
+  return dependent < 2;
+}
+
+template <int W>
+void scaleBy(Limb* x, Limb factor) {
+  Limb carry = 0;
+  for (int i = 0; i < W; ++i) {
+    const Wide product = Wide{x[i]} * factor + carry;
+    x[i] = static_cast<Limb>(product);
+    carry = static_cast<Limb>(product >> 64);
+  }
+}
+// For a magnitude, which the divisor divides.
+template <int W>
+void divideBy(Limb* x, Limb divisor) {
+  if constexpr (W == 1) {
+    x[0] /= divisor;
+  } else {
+    Limb rest = 0;
+    for (int i = W - 1; i >= 0; --i) {
+      const Wide part = Wide{rest} << 64 | x[i];
+      x[i] = static_cast<Limb>(part / divisor);
+      rest = static_cast<Limb>(part % divisor);
+    }
+  }
+}
+
+// The power of a sum of independent terms by the multinomial theorem: one term after the other gets its share of the
+// exponent, the highest first, so that the terms of the power come in descending order where those of the sum are
+// powers of single variables.
+template <int W>
+class MultinomialPower {
+ public:
+  MultinomialPower(Arena& arena, const Polynomial& a, std::int32_t n) : a_(a), n_(n) {
+    double count = 1;
+    for (std::size_t i = 1; i < a.count; ++i) count = count * (n + static_cast<double>(i)) / static_cast<double>(i);
+    checkTermCount(static_cast<std::size_t>(count + 0.5));
+    result_.width = W;
+    result_.monomials = arena.make<Monomial>(static_cast<std::size_t>(count + 0.5));
+    result_.coefficients = arena.make<Limb>(static_cast<std::size_t>(count + 0.5) * W);
+    powers_ = arena.makeZero<Limb>(a.count * static_cast<std::size_t>(n + 1) * W);
+    for (std::size_t i = 0; i < a.count; ++i) {
+      power(i, 0)[0] = 1;
+      for (std::int32_t k = 1; k <= n; ++k)
+        withWidth(a.width, [&](auto w) {
+          // The sum's coefficients are no wider than the power's.
+          if constexpr (w <= W) {
+            Limb factor[W];
+            extend<W>(factor, a.coefficient(i), w);
+            addProduct<W, W, W>(power(i, k), power(i, k - 1), factor);
+          }
+        });
+    }
+  }
+  Polynomial result() {
+    Limb one[W] = {1};
+    share(0, n_, 0, one);
+    return result_;
+  }
+
+ private:
+  Limb* power(std::size_t i, std::int32_t k) {
+    return powers_ + (i * static_cast<std::size_t>(n_ + 1) + static_cast<std::size_t>(k)) * W;
+  }
+  // `product` is that of the terms before the i-th, to their powers, times the magnitude of their binomials.
+  void share(std::size_t i, std::int32_t left, Monomial monomial, const Limb* product) {
+    if (i + 1 == a_.count) {
+      Limb* to = result_.coefficients + result_.count * W;
+      std::fill_n(to, W, Limb{0});
+      addProduct<W, W, W>(to, product, power(i, left));
+      result_.monomials[result_.count++] = monomial + static_cast<Monomial>(left) * a_.monomials[i];
+      return;
+    }
+    passWork(left + 1);
+    Limb binomial[W] = {1};
+    Monomial m = monomial + static_cast<Monomial>(left) * a_.monomials[i];
+    for (std::int32_t k = left; k >= 0; --k, m -= a_.monomials[i]) {
+      Limb scaled[W] = {}, next[W] = {};
+      addProduct<W, W, W>(scaled, product, binomial);
+      addProduct<W, W, W>(next, scaled, power(i, k));
+      share(i + 1, left - k, m, next);
+      scaleBy<W>(binomial, static_cast<Limb>(k));
+      divideBy<W>(binomial, static_cast<Limb>(left - k + 1));
+    }
+  }
+
+  const Polynomial& a_;
+  std::int32_t n_;
+  Limb* powers_;
+  Polynomial result_;
+};
+
+}  // namespace
+
 Polynomial raise(Arena& arena, const Layout& layout, const Polynomial& a, std::int32_t n) {
   const double bits = bitsOfNorm(a);
-  if (widthFor(bits * n) == 0) return {};
+  const int width = widthFor(bits * n);
+  if (width == 0) return {};
+  if (n > 2 && isIndependent(layout, a)) {
+    Polynomial power = withWidth(std::max(width, a.width), [&](auto w) {
+      constexpr int W = w;
+      return MultinomialPower<W>(arena, a, n).result();
+    });
+    sortTerms(arena, power);
+    return power;
+  }
   Polynomial result = a;
   for (std::int32_t k = 2; k <= n; ++k) {
     Polynomial next = multiply(arena, layout, result, a, std::max({widthFor(bits * k), result.width, a.width}));

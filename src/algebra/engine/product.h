@@ -10,6 +10,8 @@ namespace korel::engine {
 
 /// a * b with coefficients of `width` limbs, which is enough for the result. Error: "object too large".
 Polynomial multiply(Arena& arena, const Layout& layout, const Polynomial& a, const Polynomial& b, int width);
+/// a + b, of one width, in which it fits.
+Polynomial sum(Arena& arena, const Polynomial& a, const Polynomial& b);
 
 /// Binary logarithm of the sum of the absolute values of the coefficients, rounded up.
 double bitsOfNorm(const Polynomial& p);

@@ -202,7 +202,7 @@ DAG powerModuloOdd(DAG a, DAG n, DAG m) {
   const MontgomeryModulus modulus(naturalOf(m));
   Natural r;
   if (!modulus.power(r, modulus.form(naturalOf(a)), naturalOf(n))) return DAG();
-  return integerOf(modulus.valueOf(r));
+  return simpl(integerOf(modulus.valueOf(r)));
 }
 
 }  // namespace

@@ -25,10 +25,11 @@ std::int64_t firstEstimate(DAG p, DAG x, std::int64_t n) {
   return k;
 }
 
-// The order term stands within the degree that was asked for: the coefficients behind it are unknown.
-bool isTooShort(DAG series, std::int64_t k) {
-  const Word n = lengthOf(series);
-  return n > 2 && series[n - 2] == order1 && static_cast<std::int32_t>(rawField(series, n - 1)) <= k;
+// The order term hides the coefficient of x^n. It may stand below the degree that was asked for, since a pole takes
+// terms away.
+bool isTooShort(DAG series, std::int64_t n) {
+  const Word length = lengthOf(series);
+  return length > 2 && series[length - 2] == order1 && static_cast<std::int32_t>(rawField(series, length - 1)) <= n;
 }
 
 }  // namespace
@@ -42,7 +43,7 @@ DAG seriesForCoefficient(DAG p, DAG x, std::int64_t n) {
     DAG series = polyn(p, x, static_cast<std::int32_t>(k));
     restoreEnvironmentWord(order);
     if (!isTag(series, SERIES)) KernelException("unable to compute coeff");
-    if (!isTooShort(series, k)) return series;
+    if (!isTooShort(series, n)) return series;
   }
 }
 

@@ -133,11 +133,9 @@ bool divideInVariable(DAG a, DAG b, DAG& quotient, bool mayAskLibrary) {
   if (!isInteger(da) || !isInteger(db)) refuse(a, b);
   if (compcon(da, db) < 0) return false;
   if (mayAskLibrary && isLongDivision(a, b, variablesOfA)) return divideInLibrary(a, b, quotient);
-  return withFloatContext(false, [&] {
-    AscendingTerms rest = ascendingTerms(a, x), divisor = ascendingTerms(b, x);
-    if (!lowestAgree(rest, divisor)) return false;
-    return longDivision(rest, divisor, x, quotientBound(a, variablesOfA, da), quotient);
-  });
+  AscendingTerms rest = ascendingTerms(a, x), divisor = ascendingTerms(b, x);
+  if (!lowestAgree(rest, divisor)) return false;
+  return longDivision(rest, divisor, x, quotientBound(a, variablesOfA, da), quotient);
 }
 
 }  // namespace

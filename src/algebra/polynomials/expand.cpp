@@ -104,6 +104,26 @@ DAG exprod(DAG a, DAG b) {
   return timesSum(a, b);
 }
 
+namespace {
+
+// Long coefficients are made anew for each pair of terms, and are not given back before the end. Fractions may shorten
+// each other.
+void checkRoomForCoefficients(DAG a, DAG b) {
+  struct Coefficients {
+    double words = 0, whole = 0;
+    explicit Coefficients(DAG sum) {
+      for (Word i = 2; i < lengthOf(sum); i += 2) {
+        if (isTag(sum[i], RATIONAL)) continue;
+        ++whole;
+        if (!isImmediate(sum[i])) words += lengthOf(sum[i]);
+      }
+    }
+  } ofA(a), ofB(b);
+  checkRoom(0, ofA.words * ofB.whole + ofB.words * ofA.whole);
+}
+
+}  // namespace
+
 DAG productByTerms(DAG a, DAG b) {
   constexpr std::int64_t mostPairs = 1 << 20;  // of a sum before like terms are merged
   a = asSum(a);
@@ -111,6 +131,7 @@ DAG productByTerms(DAG a, DAG b) {
   if (isTag(a, COMPLEX) && isTag(b, COMPLEX)) return NewPROD(a, b);
   if (isTag(b, COMPLEX)) return timesComplex(a, b);
   if (isTag(a, COMPLEX)) return timesComplex(b, a);
+  checkRoomForCoefficients(a, b);
   const auto rows = static_cast<Word>(std::max<std::int64_t>(1, mostPairs / lengthOf(b)));
   DAG sum = cons0;
   for (Word first = 1; first < lengthOf(a); first += 2 * rows) {

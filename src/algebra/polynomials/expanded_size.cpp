@@ -5,6 +5,7 @@
 #include "algebra/engine/arena.h"
 #include "frame/errors.h"
 #include "frame/interrupts.h"
+#include "numbers/arithmetic.h"
 #include "store/allocator.h"
 #include "store/constants.h"
 #include "store/pairs.h"
@@ -143,8 +144,9 @@ void checkSizeOfPower(DAG sum, double n, double wordsOfCoefficient) {
 
 namespace {
 
-constexpr double manyTerms = 1e6;        // fewer are no reason to look closer
-constexpr Word longestOperand = 200000;  // terms of a factor that is looked through
+constexpr double manyTerms = 1e6;         // fewer are no reason to look closer
+constexpr Word longestOperand = 200000;   // terms of a factor that is looked through
+constexpr std::int32_t mostInGroup = 10;  // factors with variables in common
 
 bool isSumFactor(DAG base, DAG exponent) {
   return isTag(base, SUM) && isImmediate(exponent) && immediateValue(exponent) > 0;
@@ -211,6 +213,88 @@ void groupFactors(const Groups& groups, DAG product) {
   owners.release();
 }
 
+// ---- factors that share variables, all of whose coefficients are positive: nothing cancels
+
+bool isPositive(const Pair& pair) { return !consneg(pair.coefficient) && !(isNumber(pair.term) && consneg(pair.term)); }
+
+bool isPositiveSum(DAG sum) {
+  for (Word i = 0; i < termsOf(sum); ++i)
+    if (!isPositive(pairOf(sum, i))) return false;
+  return true;
+}
+
+// The bare variables of a sum, with a constant term for one more; other terms are left out of the count.
+struct Variables {
+  static constexpr Word most = 60;
+  Word count = 0, shared = 0;
+  Word words[most];
+
+  explicit Variables(DAG sum) {
+    bool constant = false;
+    for (Word i = 0; i < termsOf(sum) && count + 1 < most; ++i) {
+      DAG term = pairOf(sum, i).term;
+      if (isVariable(term)) words[count++] = term.word;
+      else constant = constant || isNumber(term);
+    }
+    if (constant) words[count++] = cons1.word;
+  }
+  void share(const Variables& others) {
+    for (Word i = 0; i < count; ++i) shared += std::count(others.words, others.words + others.count, words[i]) != 0;
+  }
+};
+
+// C(n + k - 1, k - 1): the monomials of degree n in k variables.
+double monomials(Word k, std::int32_t n) {
+  if (k == 0) return n == 0 ? 1 : 0;
+  return productsOfTerms(k - 1, n);
+}
+// How many of the variables are in such a monomial on average.
+double variablesIn(Word k, std::int32_t n) { return n == 0 ? 0 : static_cast<double>(k) * n / (n + k - 1.0); }
+
+struct Size {
+  double terms = 0, words = 0;
+};
+
+// Monomials of the product of p^m and q^n for sums p, q of variables: by the degrees i and j in those that only p has
+// and only q has, where the others are of degree m + n - i - j.
+Size fewestOfTwo(DAG p, std::int32_t m, DAG q, std::int32_t n) {
+  constexpr std::int32_t enough = 500;  // a higher power has more terms
+  m = std::min(m, enough);
+  n = std::min(n, enough);
+  Variables ofP(p), ofQ(q);
+  ofP.share(ofQ);
+  const Word both = ofP.shared, alone1 = ofP.count - both, alone2 = ofQ.count - both;
+  Size size;
+  for (std::int32_t i = 0; i <= m; ++i) {
+    passWork(50 * std::int64_t{n});
+    for (std::int32_t j = 0; j <= n; ++j) {
+      const double terms = monomials(alone1, i) * monomials(alone2, j) * monomials(both, m + n - i - j);
+      const double powers = variablesIn(alone1, i) + variablesIn(alone2, j) + variablesIn(both, m + n - i - j);
+      size.terms += terms;
+      // A constant takes no room.
+      size.words += terms * (wordsOfSmallTerm - 2 + 2 * std::max(powers - 1, 0.0));
+    }
+  }
+  return size;
+}
+
+// The largest of such counts in a group of factors.
+Size fewestOfGroup(const Groups& groups, DAG product, std::int32_t group) {
+  Size size;
+  for (Word i = 0; i < pairCount(product); ++i) {
+    const Pair p = pairsOf(product)[i];
+    if (isUnit(p.term, p.coefficient) || groups.last(static_cast<std::int32_t>(i)) != group) continue;
+    if (!isPositiveSum(p.term)) return {};
+    for (Word k = 0; k < i; ++k) {
+      const Pair q = pairsOf(product)[k];
+      if (isUnit(q.term, q.coefficient) || groups.last(static_cast<std::int32_t>(k)) != group) continue;
+      const Size of = fewestOfTwo(p.term, immediateValue(p.coefficient), q.term, immediateValue(q.coefficient));
+      if (of.words > size.words) size = of;
+    }
+  }
+  return size;
+}
+
 }  // namespace
 
 void checkSizeOfProduct(DAG product) {
@@ -224,10 +308,17 @@ void checkSizeOfProduct(DAG product) {
   double terms = 1, alone = 0;
   for (Word i = 0; i < factors && terms < endless; ++i) {
     const Pair pair = pairsOf(product)[i];
-    if (isUnit(pair.term, pair.coefficient) || sizes[groups.last(static_cast<std::int32_t>(i))] != 1) continue;
-    terms *= pair.coefficient == cons1 ? termsOf(pair.term)
-                                       : fewestTermsOfPower(pair.term, immediateValue(pair.coefficient));
-    ++alone;
+    const auto factor = static_cast<std::int32_t>(i);
+    if (isUnit(pair.term, pair.coefficient)) continue;
+    if (sizes[groups.last(factor)] == 1) {
+      terms *= pair.coefficient == cons1 ? termsOf(pair.term)
+                                         : fewestTermsOfPower(pair.term, immediateValue(pair.coefficient));
+      ++alone;
+    } else if (groups.last(factor) == factor && sizes[factor] <= mostInGroup) {
+      const Size size = fewestOfGroup(groups, product, factor);
+      checkRoom(size.terms, size.words);
+      terms *= std::max(size.terms, 1.0);
+    }
   }
   // Each factor brings a variable to a term, but for one of its own.
   checkRoom(terms, terms * (wordsOfSmallTerm - 2 + alone));

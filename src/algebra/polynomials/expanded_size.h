@@ -16,7 +16,7 @@ double fewestTermsOfPower(DAG sum, double n);
 /// Error: "object too large".
 void checkSizeOfPower(DAG sum, double n, double wordsOfCoefficient);
 /// Refuses a PROD of sums, as it stands, that is too much when it is expanded. Factors that share no variable multiply
-/// their terms without a chance of like ones. Error: "object too large".
+/// their terms without a chance of like ones, and positive coefficients never cancel. Error: "object too large".
 void checkSizeOfProduct(DAG product);
 
 }  // namespace korel

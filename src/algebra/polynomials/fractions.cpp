@@ -1,5 +1,10 @@
 #include "algebra/polynomials/fractions.h"
 
+#include <algorithm>
+#include <new>
+
+#include "algebra/engine/coprime_test.h"
+#include "algebra/engine/polynomial_procedures.h"
 #include "algebra/polynomial_types.h"
 #include "algebra/polynomials/coefficients.h"
 #include "algebra/polynomials/divide.h"
@@ -16,6 +21,7 @@
 #include "store/append.h"
 #include "store/constants.h"
 #include "store/objects.h"
+#include "store/pairs.h"
 #include "store/vocabulary.h"
 
 namespace korel {
@@ -155,30 +161,72 @@ DAG commonDenominators(DAG a, DAG b) {
   return result;
 }
 
-// The numerator of `f` over the denominators `common`, expanded.
-DAG numeratorOver(const Fraction& f, DAG common) {
-  DAG numerator = expressionOf(f.number, f.numerators);
-  DAG missing = expressionOf(cons1, missingFactors(common, f.denominators));
-  return expand(simpl(NewPROD(expand(numerator), expand(missing))));
+// ---- sums of fractions
+
+std::int64_t termCount(DAG p) { return isTag(p, SUM) ? pairCount(p) : 1; }
+
+// Products of more terms than these are the engine's; those of fewer keep the order of their terms.
+constexpr std::int64_t fewTerms = 25;
+
+// a * b, expanded, for expanded operands.
+DAG productOfExpanded(DAG a, DAG b) {
+  if (termCount(a) * termCount(b) > fewTerms)
+    if (DAG p = engine::product(a, b)) return p;
+  return expand(simpl(NewPROD(a, b)));
 }
 
-Fraction sumOf(const Fraction& a, const Fraction& b) {
-  DAG common = commonDenominators(a.denominators, b.denominators);
-  DAG p = simpl(new5(SUM, numeratorOver(a, common), cons1, numeratorOver(b, common), cons1));
-  Fraction result = polynomialFraction(p);
-  result.denominators = isNumber(p) && isZero(p) ? emptyProduct() : common;
+// The factors from `first` to before `end`, multiplied out, by halves.
+DAG productOfFactors(DAG factors, Word first, Word end) {
+  checkStack();
+  std::int64_t terms = 1;
+  for (Word i = first; i < end && terms <= fewTerms; i += 2) terms *= termCount(factors[i]);
+  if (end - first <= 2 || terms <= fewTerms)
+    return expand(expressionOf(cons1, copysub(factors, first - 1, end - first)));
+  const Word middle = first + ((end - first) / 4) * 2;
+  return productOfExpanded(productOfFactors(factors, first, middle), productOfFactors(factors, middle, end));
+}
+DAG productOfFactors(DAG factors) { return productOfFactors(factors, 1, lengthOf(factors)); }
+
+// A fraction, and the two factors of its expanded denominator where they are known.
+struct Summand {
+  Fraction fraction;
+  DAG factors[2] = {};
+
+  DAG denominator() const {
+    return factors[0] ? productOfExpanded(factors[0], factors[1]) : productOfFactors(fraction.denominators);
+  }
+};
+
+Summand sumOf(const Summand& a, const Summand& b) {
+  const Fraction &f = a.fraction, &g = b.fraction;
+  DAG common = commonDenominators(f.denominators, g.denominators);
+  const bool shareNone = lengthOf(common) == lengthOf(f.denominators) + lengthOf(g.denominators) - 1;
+  DAG above[] = {expand(expressionOf(f.number, f.numerators)), expand(expressionOf(g.number, g.numerators))};
+  DAG missing[] = {shareNone ? b.denominator() : productOfFactors(missingFactors(common, f.denominators)),
+                   shareNone ? a.denominator() : productOfFactors(missingFactors(common, g.denominators))};
+  DAG p;
+  if (std::max(termCount(above[0]) * termCount(missing[0]), termCount(above[1]) * termCount(missing[1])) > fewTerms)
+    p = engine::sumOfProducts(above[0], missing[0], above[1], missing[1]);
+  if (!p) {
+    p = simpl(
+        new5(SUM, productOfExpanded(above[0], missing[0]), cons1, productOfExpanded(above[1], missing[1]), cons1));
+  }
+  Summand result{polynomialFraction(p), {}};
+  if (isNumber(p) && isZero(p)) return result;
+  result.fraction.denominators = common;
+  if (shareNone && termCount(missing[0]) * termCount(missing[1]) > fewTerms) std::copy_n(missing, 2, result.factors);
   return result;
 }
 
 // The terms from pair `first` to before `end`, by halves: numerators stay short as long as possible.
-Fraction fractionOfTerms(DAG sum, Word first, Word end) {
+Summand fractionOfTerms(DAG sum, Word first, Word end) {
   checkStack();
   if (end - first > 2) {
     const Word middle = first + ((end - first) / 4) * 2;
     return sumOf(fractionOfTerms(sum, first, middle), fractionOfTerms(sum, middle, end));
   }
-  Fraction result = fractionOf(sum[first]);
-  result.number = simpl(mul(result.number, sum[first + 1]));
+  Summand result{fractionOf(sum[first]), {}};
+  result.fraction.number = simpl(mul(result.fraction.number, sum[first + 1]));
   return result;
 }
 
@@ -197,7 +245,7 @@ Fraction fractionOf(DAG x) {
   if (isTag(x, PROD)) return fractionOfProduct(x);
   if (!isTag(x, SUM)) return polynomialFraction(x);
   if (lengthOf(x) > 3 && isPolynomialAsWritten(x)) return polynomialFraction(expand(x));
-  return fractionOfTerms(x, 1, lengthOf(x));
+  return fractionOfTerms(x, 1, lengthOf(x)).fraction;
 }
 
 // ---- lowest terms
@@ -247,12 +295,20 @@ bool cancelPair(Fraction& fraction, Word above, Word below) {
   return true;
 }
 
-// Cancels one common factor, if there is one.
+// Cancels one common factor, if there is one. Most pairs have none, which an image shows.
 bool cancelOnce(Fraction& fraction) {
+  engine::Arena arena;
+  const Word n = lengthOf(fraction.numerators) / 2;
+  auto* tests = arena.make<engine::CoprimeTest>(n);
+  for (Word i = 0; i < n; ++i) new (&tests[i]) engine::CoprimeTest(arena, fraction.numerators[2 * i + 1]);
   for (Word below = 1; below < lengthOf(fraction.denominators); below += 2) {
+    DAG g = fraction.denominators[below];
     if (fraction.denominators[below + 1] == cons0) continue;
-    for (Word above = 1; above < lengthOf(fraction.numerators); above += 2)
-      if (fraction.numerators[above + 1] != cons0 && cancelPair(fraction, above, below)) return true;
+    for (Word above = 1; above < lengthOf(fraction.numerators); above += 2) {
+      if (fraction.numerators[above + 1] == cons0) continue;
+      if (isTag(g, SUM) && tests[above / 2].isCoprimeTo(g)) continue;
+      if (cancelPair(fraction, above, below)) return true;
+    }
   }
   return false;
 }

@@ -5,6 +5,7 @@
 
 #include "algebra/polynomial_types.h"
 #include "algebra/series/rational_sum.h"
+#include "algebra/series/scaled_rows.h"
 #include "algebra/series/series_object.h"
 #include "eval/evaluate/evaluate.h"
 #include "eval/simplify/simplify.h"
@@ -107,27 +108,90 @@ DAG coefficientOfProduct(const Row& a, const Row& b, std::int64_t e) {
   return sum;
 }
 
+// Longer series have more primes below their coefficients than is worth while.
+constexpr std::int64_t longestScaled = 4000;
+
+// The coefficients of `t` for all exponents from its first on, below `end`.
+FixedRow scaledRow(engine::Arena& arena, const PrimeBase& base, const Terms& t, std::int64_t end) {
+  const std::int64_t first = t[0].exponent;
+  FixedRow row(arena, base, static_cast<std::size_t>(t[t.count - 1].exponent - first + 1));
+  for (Word i = 0; i < t.count && t[i].exponent < end; ++i) {
+    while (static_cast<std::int64_t>(row.count()) < t[i].exponent - first) row.put(cons0);
+    row.put(t[i].coefficient);
+  }
+  return row;
+}
+
+// Coefficients of a product in ascending order: up to degree `d` they go into the result, the first one beyond tells
+// where the order term is.
+struct ProductTerms {
+  SeriesBuilder result;
+  std::int32_t degree;
+  std::int64_t orderAt;
+
+  // False when no further one is wanted.
+  bool take(DAG coefficient, std::int64_t e) {
+    if (e > degree) orderAt = e;
+    else result.add(coefficient, boundedExponent(e));
+    return e <= degree;
+  }
+  DAG finish() {
+    if (orderAt != never)
+      result.add(order1, static_cast<std::int32_t>(std::min<std::int64_t>(orderAt, largestSeriesExponent)));
+    return simpl(result.finish());
+  }
+};
+
+// The product's coefficients for exponents from `first` to before `end`, where denominators have small primes only;
+// false otherwise, or when no coefficient beyond the degree has been met that has to be.
+bool scaledProduct(ProductTerms& terms, const Terms& a, const Terms& b, std::int64_t first, std::int64_t end) {
+  constexpr std::int64_t beyond = 16;  // exponents above the degree that are looked at
+  const std::int64_t stop = std::min(end, std::int64_t{terms.degree} + 1 + beyond);
+  if (stop - first > longestScaled || stop <= first) return false;
+  engine::Arena arena;
+  const PrimeBase base(arena, static_cast<std::int32_t>(stop - first) + 10);
+  FixedRow ra = scaledRow(arena, base, a, stop - b[0].exponent);
+  if (!ra.finish()) return false;
+  FixedRow rb = a.series == b.series ? ra : scaledRow(arena, base, b, stop - a[0].exponent);
+  if (a.series != b.series && !rb.finish()) return false;
+  const auto count = static_cast<std::size_t>(stop - first);
+  ScaledNumber* product = lowProduct(arena, ra.numbers(), ra.count(), rb.numbers(), rb.count(), count);
+  SmoothNumber ofA = base.one(), ofB = base.one(), below = base.one(), above = base.one(), left = base.one();
+  std::size_t k = 0;
+  for (; k < count && first + static_cast<std::int64_t>(k) <= terms.degree; ++k) {
+    if (k < ra.count()) ra.joinDenominator(ofA, k);
+    if (k < rb.count()) rb.joinDenominator(ofB, k);
+    if (product[k].count == 0) continue;
+    base.assign(below, ofA);
+    base.multiply(below, ofB);
+    base.assign(above, ra.denominator());
+    base.multiply(above, rb.denominator());
+    base.divide(above, below);
+    terms.take(productCoefficient(base, product[k], below, above, left), first + static_cast<std::int64_t>(k));
+  }
+  for (; k < count; ++k)
+    if (product[k].count != 0) return !terms.take(cons1, first + static_cast<std::int64_t>(k));
+  return stop == end;
+}
+
 DAG rationalProduct(DAG variable, const Terms& a, const Terms& b, std::int64_t orderAt, std::int32_t d) {
+  const std::int64_t first = std::int64_t{a[0].exponent} + b[0].exponent;
+  const std::int64_t end = std::min(orderAt, std::int64_t{a[a.count - 1].exponent} + b[b.count - 1].exponent + 1);
+  ProductTerms scaled{SeriesBuilder(variable, a.count + b.count + 1), d, orderAt};
+  if (scaledProduct(scaled, a, b, first, end)) return scaled.finish();
   DAG da = commonDenominator(a), db = commonDenominator(b);
   const Row ra = integerRow(a, da), rb = integerRow(b, db);
   DAG scale = inverseInteger(simpl(mulint(da, db)));
-  SeriesBuilder result(variable, a.count + b.count + 1);
-  const std::int64_t end = std::min(orderAt, ra.end() + rb.end() - 1);
-  std::int64_t at = orderAt;
-  for (std::int64_t e = ra.first + rb.first; e < end; ++e) {
+  ProductTerms terms{SeriesBuilder(variable, a.count + b.count + 1), d, orderAt};
+  for (std::int64_t e = first; e < end; ++e) {
     passWork(1);
     DAG sum = coefficientOfProduct(ra, rb, e);
     if (isZeroImmediate(sum)) continue;
-    if (e > d) {
-      at = e;
-      break;
-    }
-    result.add(scale == cons1 ? simpl(sum) : simpl(mul(simpl(sum), scale)), boundedExponent(e));
+    if (!terms.take(scale == cons1 ? simpl(sum) : simpl(mul(simpl(sum), scale)), e)) break;
   }
-  if (at != never) result.add(order1, static_cast<std::int32_t>(std::min<std::int64_t>(at, largestSeriesExponent)));
   ra.giveBack();
   rb.giveBack();
-  return simpl(result.finish());
+  return terms.finish();
 }
 
 // ---- products
@@ -214,6 +278,51 @@ struct Cut {
   }
 };
 
+// The same division over common denominators: one coefficient of the quotient after the other.
+class ScaledQuotient {
+ public:
+  ScaledQuotient(engine::Arena& arena, const Terms& a, const Terms& b, std::int32_t places)
+      : a_(a),
+        b_(b),
+        places_(places),
+        base_(arena, places + 10),
+        row_(arena, base_, a.count + b.count),
+        quotients_(arena, base_, static_cast<std::size_t>(places)),
+        sum_(arena),
+        below_(base_.one()) {}
+  // `inverse` is that of the divisor's first coefficient. False where a denominator has a large prime.
+  bool prepare(DAG inverse) {
+    for (Word i = 0; i < a_.count && a_[i].exponent - a_[0].exponent < places_; ++i, ++termsOfA_)
+      row_.put(simpl(mul(a_[i].coefficient, inverse)));
+    for (Word k = 1; k < b_.count && b_[k].exponent - b_[0].exponent < places_; ++k, ++termsOfB_)
+      row_.put(simpl(mul(b_[k].coefficient, inverse)));
+    return row_.finish();
+  }
+  DAG next() {
+    if (ofA_ < termsOfA_ && a_[ofA_].exponent - a_[0].exponent == at_) sum_.add(row_[ofA_++], quotients_.one());
+    for (std::size_t k = 0; k < termsOfB_; ++k) {
+      const std::int32_t from = at_ - (b_[static_cast<Word>(k + 1)].exponent - b_[0].exponent);
+      if (from < 0) break;
+      sum_.subtract(row_[termsOfA_ + k], quotients_[from]);
+    }
+    ++at_;
+    base_.assign(below_, row_.denominator());
+    base_.multiply(below_, quotients_.denominator());
+    return quotients_.append(sum_.take(), below_);
+  }
+
+ private:
+  const Terms &a_, &b_;
+  std::int32_t places_, at_ = 0;
+  PrimeBase base_;
+  FixedRow row_;  // the dividend, then the divisor without its first term
+  GrowingRow quotients_;
+  ProductSum sum_;
+  SmoothNumber below_;
+  std::size_t termsOfA_ = 0, termsOfB_ = 0;
+  Word ofA_ = 0;
+};
+
 // Long division, each coefficient of the remainder being found when it comes to lead.
 DAG rationalQuotient(DAG variable, const Terms& a, const Terms& b, std::int32_t d) {
   const std::int64_t v = b[0].exponent, start = a[0].exponent;
@@ -225,18 +334,25 @@ DAG rationalQuotient(DAG variable, const Terms& a, const Terms& b, std::int32_t 
   DAG inverse = simpl(power(b[0].coefficient, -1));
   for (Word i = 0; i < a.count; ++i) cut.see(a[i].exponent);
   SeriesBuilder quotient(variable, 16);
+  engine::Arena arena;
+  const std::int64_t places = std::max<std::int64_t>(end - start, 0);
+  const bool mayScale = places <= longestScaled;
+  ScaledQuotient scaled(arena, a, b, mayScale ? static_cast<std::int32_t>(places) : 0);
+  const bool isScaled = mayScale && scaled.prepare(inverse);
   Word ofA = 0;
   for (std::int64_t e = start; e < std::min(end, cut.at); ++e) {
     passWork(1);
-    RationalSum lead;
-    if (ofA < a.count && a[ofA].exponent == e) lead.add(a[ofA++].coefficient, cons1);
-    for (Word k = 1; k < b.count && e - (b[k].exponent - v) >= start; ++k) {
-      DAG q = quotients[e - (b[k].exponent - v)];
-      if (q != cons0) lead.add(consm1, q, b[k].coefficient);
+    DAG q = isScaled ? scaled.next() : cons0;
+    if (!isScaled) {
+      RationalSum lead;
+      if (ofA < a.count && a[ofA].exponent == e) lead.add(a[ofA++].coefficient, cons1);
+      for (Word k = 1; k < b.count && e - (b[k].exponent - v) >= start; ++k) {
+        DAG known = quotients[e - (b[k].exponent - v)];
+        if (known != cons0) lead.add(consm1, known, b[k].coefficient);
+      }
+      q = simpl(mul(lead.total(), inverse));
     }
-    DAG coefficient = lead.total();
-    if (isZeroImmediate(coefficient)) continue;
-    DAG q = simpl(mul(coefficient, inverse));
+    if (isZeroImmediate(q)) continue;
     quotients[e] = q;
     quotient.add(q, boundedExponent(e - v));
     // The first exponent at which this one leaves something beyond the degree.
@@ -251,6 +367,8 @@ DAG rationalQuotient(DAG variable, const Terms& a, const Terms& b, std::int32_t 
   return simpl(quotient.finish());
 }
 
+std::int64_t wordsOf(DAG x) { return isImmediate(x) ? 1 : lengthOf(x); }
+
 DAG generalQuotient(DAG variable, DAG a, DAG b, std::int32_t d) {
   const std::int32_t v = seriesPairs(b)[0].exponent;
   const std::int64_t degree = std::int64_t{d} + v;
@@ -259,8 +377,8 @@ DAG generalQuotient(DAG variable, DAG a, DAG b, std::int32_t d) {
   SeriesBuilder quotient(variable, 16);
   DAG remainder = a;
   while (seriesPairCount(remainder) != 0) {
-    passWork(objectSteps);
     const SeriesPair lead = seriesPairs(remainder)[0];
+    passWork(objectSteps + 16 * wordsOf(lead.coefficient) * std::int64_t{seriesPairCount(b)});
     const std::int64_t e = std::int64_t{lead.exponent} - v;
     if (lead.coefficient == order1 || e > d) break;
     DAG q = productOfCoefficients(lead.coefficient, inverse);
@@ -291,8 +409,8 @@ DAG divpol(DAG a, DAG b, std::int32_t d) {
   if (seriesPairCount(a) == 0) return simpl(zeroSeries(variableOf(a)));
   if (ta.count == 0) return simpl(orderTerm(variableOf(a), ta.orderAt - tb[0].exponent));
   const std::int64_t places = std::int64_t{d} + tb[0].exponent - ta[0].exponent;
-  const std::int64_t span = std::max<std::int64_t>(1000, 4 * (std::int64_t{ta.count} + tb.count));
-  if (places < 64 * span && hasDefaultTests() && areRational(ta) && areRational(tb))
+  constexpr std::int64_t mostPlaces = 1 << 22;
+  if (places < mostPlaces && hasDefaultTests() && areRational(ta) && areRational(tb))
     return rationalQuotient(variableOf(a), ta, tb, d);
   return generalQuotient(variableOf(a), a, b, d);
 }

@@ -10,6 +10,7 @@
 #include "algebra/polynomials/expand.h"
 #include "algebra/series/expansion.h"
 #include "algebra/series/rational_sum.h"
+#include "algebra/series/scaled_rows.h"
 #include "algebra/series/series_object.h"
 #include "eval/simplify/simplify.h"
 #include "frame/errors.h"
@@ -64,6 +65,7 @@ struct Steps {
     while (first != last && first->exponent <= lowest) ++first;
     while (last != first && (last[-1].exponent - lowest >= count || last[-1].coefficient == order1)) --last;
   }
+  std::size_t count() const { return static_cast<std::size_t>(last - first); }
   // Calls `work(k, c)` for the coefficients c of x^(from + k), 0 < k <= m.
   template <class Work>
   void upTo(std::int32_t m, Work work) const {
@@ -115,6 +117,41 @@ struct Accumulator {
   }
 };
 
+// Recurrences of rational numbers: the steps k * c, or c, as a row over one denominator.
+class ScaledSteps {
+ public:
+  ScaledSteps(engine::Arena& arena, const PrimeBase& base, const Steps& steps)
+      : base_(base), first_(steps.first), from_(steps.from), row_(arena, base, steps.count()) {}
+  enum Weight { exponent, none };
+  // The coefficients times `factor`; false where the recurrence has to go the other way.
+  bool prepare(const Steps& steps, Weight weight, DAG factor = cons1) {
+    for (const SeriesPair* p = steps.first; p != steps.last; ++p) {
+      if (!isRationalNumber(p->coefficient)) return false;
+      DAG c = simpl(mul(p->coefficient, factor));
+      row_.put(weight == exponent ? simpl(mul(c, immediate(p->exponent - from_))) : c);
+    }
+    return row_.finish();
+  }
+  // Calls `work(k, numerator)` for 0 < k <= m.
+  template <class Work>
+  void upTo(std::int32_t m, Work work) const {
+    for (std::size_t i = 0; i < row_.count() && first_[i].exponent - from_ <= m; ++i)
+      work(first_[i].exponent - from_, row_[i]);
+  }
+  // Sets `below` to the denominators of the steps and of `row` times n, which is at most the base's bound.
+  void setBelow(const GrowingRow& row, std::int32_t n, SmoothNumber& below) const {
+    base_.assign(below, row_.denominator());
+    base_.multiply(below, row.denominator());
+    base_.multiply(below, n);
+  }
+
+ private:
+  const PrimeBase& base_;
+  const SeriesPair* first_;
+  std::int32_t from_;
+  FixedRow row_;
+};
+
 DAG inverseOf(std::int32_t n) { return n == 1 ? cons1 : simpl(new3(RATIONAL, cons1, immediate(n))); }
 
 }  // namespace
@@ -162,13 +199,94 @@ DAG native::seriesIntegral(const BuiltinCall& call) {
   return sortpol(result.finish(), degreeOfOrder());
 }
 
+namespace {
+
+// Longer rows have more primes below them than is worth while.
+constexpr std::int32_t longestScaled = 4000;
+
+// Each finds the coefficients from 1 on; false, with nothing done, where they aren't rational with small primes below.
+bool scaledExp(const Steps& steps, const Coefficients& e) {
+  if (e.count() < 2 || e.count() > longestScaled) return false;
+  engine::Arena arena;
+  const PrimeBase base(arena, e.count() + 10);
+  ScaledSteps scaled(arena, base, steps);
+  if (!scaled.prepare(steps, ScaledSteps::exponent)) return false;
+  GrowingRow row(arena, base, static_cast<std::size_t>(e.count()));
+  ProductSum sum(arena);
+  SmoothNumber below = base.one();
+  row.appendSmall(true);
+  for (std::int32_t m = 1; m < e.count(); ++m) {
+    passWork(1);
+    scaled.upTo(m, [&](std::int32_t k, const ScaledNumber& c) { sum.add(c, row[m - k]); });
+    scaled.setBelow(row, m, below);
+    e[m] = row.append(sum.take(), below);
+  }
+  return true;
+}
+
+bool scaledSincos(const Steps& steps, std::int32_t sign, const Coefficients& sine, const Coefficients& cosine) {
+  const std::int32_t n = sine.count();
+  if (n < 2 || n > longestScaled) return false;
+  engine::Arena arena;
+  const PrimeBase base(arena, n + 10);
+  ScaledSteps scaled(arena, base, steps);
+  if (!scaled.prepare(steps, ScaledSteps::exponent)) return false;
+  GrowingRow sines(arena, base, static_cast<std::size_t>(n)), cosines(arena, base, static_cast<std::size_t>(n));
+  ProductSum forSine(arena), forCosine(arena);
+  SmoothNumber belowSine = base.one(), belowCosine = base.one();
+  sines.appendSmall(false);
+  cosines.appendSmall(true);
+  for (std::int32_t m = 1; m < n; ++m) {
+    passWork(1);
+    scaled.upTo(m, [&](std::int32_t k, const ScaledNumber& c) {
+      forSine.add(c, cosines[m - k]);
+      if (sign > 0) forCosine.add(c, sines[m - k]);
+      else forCosine.subtract(c, sines[m - k]);
+    });
+    // Of both denominators as they stand, before either grows.
+    scaled.setBelow(cosines, m, belowSine);
+    scaled.setBelow(sines, m, belowCosine);
+    sine[m] = sines.append(forSine.take(), belowSine);
+    cosine[m] = cosines.append(forCosine.take(), belowCosine);
+  }
+  return true;
+}
+
+// h0 * (s/c0)^a, with `inverse` for 1/c0.
+bool scaledPower(const Steps& steps, DAG a, DAG inverse, const Coefficients& h) {
+  if (h.count() > longestScaled || h.count() < 2 || !isRationalNumber(a) || !isRationalNumber(inverse)) return false;
+  DAG above = isInteger(a) ? a : a[1], q = isInteger(a) ? cons1 : a[2];
+  if (!isRationalNumber(h[0]) || !isImmediate(above) || !isImmediate(q)) return false;
+  engine::Arena arena;
+  const PrimeBase base(arena, h.count() + 10);
+  ScaledSteps scaled(arena, base, steps);
+  SmoothNumber below = base.one(), ofRoot = base.one();
+  if (!base.factor(q, ofRoot) || !scaled.prepare(steps, ScaledSteps::none, inverse)) return false;
+  GrowingRow row(arena, base, static_cast<std::size_t>(h.count()));
+  ProductSum sum(arena);
+  row.appendSmall(true);
+  const std::int64_t forStep = std::int64_t{immediateValue(above)} + immediateValue(q), forPlace = immediateValue(q);
+  for (std::int32_t m = 1; m < h.count(); ++m) {
+    passWork(1);
+    scaled.upTo(m, [&](std::int32_t k, const ScaledNumber& c) { sum.add(forStep * k - forPlace * m, c, row[m - k]); });
+    scaled.setBelow(row, m, below);
+    base.multiply(below, ofRoot);
+    DAG value = row.append(sum.take(), below);
+    h[m] = h[0] == cons1 ? value : simpl(mul(h[0], value));
+  }
+  return true;
+}
+
+}  // namespace
+
 // series/exp(s, n): exp(s) to n terms, for a series without constant term. e' = s' e.
 DAG native::seriesExp(const BuiltinCall& call) {
   DAG s = seriesArgument(call, 1);
   const Coefficients e(knownTerms(s, 0, countArgument(call, 2)));
   const Steps steps(s, 0, e.count());
   if (e.count() > 0) e[0] = cons1;
-  for (std::int32_t m = 1; m < e.count(); ++m) {
+  const bool isDone = scaledExp(steps, e);
+  for (std::int32_t m = 1; m < e.count() && !isDone; ++m) {
     passWork(1);
     Accumulator sum;
     steps.upTo(m, [&](std::int32_t k, DAG c) { sum.add(immediate(k), c, e[m - k]); });
@@ -187,7 +305,8 @@ DAG native::seriesSincos(const BuiltinCall& call) {
   const Coefficients sine(n), cosine(n);
   const Steps steps(s, 0, n);
   if (n > 0) cosine[0] = cons1;
-  for (std::int32_t m = 1; m < n; ++m) {
+  const bool isDone = scaledSincos(steps, sign, sine, cosine);
+  for (std::int32_t m = 1; m < n && !isDone; ++m) {
     passWork(1);
     Accumulator forSine, forCosine;
     steps.upTo(m, [&](std::int32_t k, DAG c) {
@@ -223,7 +342,8 @@ DAG native::seriesPower(const BuiltinCall& call) {
   const Steps steps(s, v, h.count());
   if (h.count() > 0) h[0] = call.arguments[3];
   DAG inverse = simpl(new3(PROD, seriesPairs(s)[0].coefficient, consm1));
-  for (std::int32_t m = 1; m < h.count(); ++m) {
+  const bool isDone = scaledPower(steps, a, inverse, h);
+  for (std::int32_t m = 1; m < h.count() && !isDone; ++m) {
     passWork(1);
     Accumulator sum;
     steps.upTo(m, [&](std::int32_t k, DAG c) {

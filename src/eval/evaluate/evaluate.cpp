@@ -297,8 +297,13 @@ DAG eval(DAG x, DAG* lastName) {
     case MODULE:
       return x;
     case HFLOAT: return evalHardwareFloat(x);
-    case FLOAT: return evalFloatObject(x);
-    case NAME: return evalNameObject(x, lastName);
+    case FLOAT: return isImmediate(x[2]) ? x : evalFloatObject(x);
+    case NAME:
+      if (DAG value = constantOfName(x)) {
+        if (lastName != nullptr) *lastName = x;
+        return value;
+      }
+      return evalNameObject(x, lastName);
     case LOCAL: return evalLocal(x, lastName);
     case PARAM: return evalParameter(x, lastName);
     case LEXICAL: return evalLexical(x, lastName);

@@ -32,7 +32,7 @@ inline DAG looseCopy(DAG a) {
   bool spliced = false;
   for (Word i = 1, n = lengthOf(a); i < n; ++i) {
     DAG argument = a[i];
-    if (isImmediate(argument)) continue;
+    if (isImmediate(argument) || hasTag(argument, STRING)) continue;
     DAG value = simpl(evalOperand(argument));
     if (value == argument) continue;
     if (result == a) result = looseCopy(a);

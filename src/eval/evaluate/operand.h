@@ -5,6 +5,7 @@
 // the frame. The reading here avoids its call and its dispatch; whatever is not plain goes to `eval`
 // (bench/programs/fibonacci.krl, loops.krl).
 
+#include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
 #include "frame/environment.h"
 #include "store/object_fields.h"
@@ -45,6 +46,14 @@ namespace korel {
 /// A tag that `plainValue` reads, one of `frameReferenceTags`. A comparison of neighbours takes less than the set
 /// (bench/programs/long_loop.krl).
 inline bool isFrameReference(Tag tag) { return tag == LOCAL || tag == PARAM || tag == LEXICAL; }
+
+/// The value of the NAME `x` when that is a small integer or a text, which evaluates to itself; 0 when `eval` must
+/// decide (bench/files.sh, lines of a file).
+[[gnu::always_inline]] inline DAG constantOfName(DAG x) {
+  DAG value = x[1];
+  if (!value || !(isImmediate(value) || hasTag(value, STRING))) return DAG();
+  return isEnvironmentName(x) || (controlWord(x) & deferredBit) != 0 ? DAG() : value;
+}
 
 /// `eval(x)`.
 [[gnu::always_inline]] inline DAG evalOperand(DAG x) {

@@ -219,17 +219,26 @@ inline DirectNative directFunction(DAG proc) {
   return directNative(proc);
 }
 
-// A call without a frame of a function that reads or writes (bench/files.sh, lines of a file).
-DAG runActing(NativeFunction function, DAG proc, DAG name, DAG x) {
-  LooseArguments loose = evalLooseArguments(x[2]);
-  const FramelessCall call{name, loose.sequence, proc};
-  PushFramelessCall(call);
+// A call without a frame of what may change the values of names.
+template <class Run>
+[[gnu::always_inline]] inline DAG runFrameless(const LooseArguments& loose, Run run) {
   stepEvaluationClock();
-  DAG value = function({loose.sequence, name, x});
+  DAG value = run(loose.sequence);
   stepEvaluationClock();
-  PopErrorProc();
   releaseLoose(loose);
   return value;
+}
+
+// A call without a frame of a function that reads or writes (bench/files.sh, lines of a file).
+DAG runActing(NativeFunction function, DAG proc, DAG name, DAG x) {
+  const LooseArguments loose = evalLooseArguments(x[2]);
+  return runFrameless(loose, [=](DAG arguments) {
+    const FramelessCall call{name, arguments, proc};
+    PushFramelessCall(call);
+    DAG value = function({arguments, name, x});
+    PopErrorProc();
+    return value;
+  });
 }
 
 // A call without a frame of a function of the arguments. When it stands as it is, it is the same object.
@@ -264,17 +273,13 @@ DAG runPlainExternal(DAG proc, DAG name, DAG x) {
   const ExternalCode* found = framelessCode(proc);
   if (found == nullptr) return DAG();
   const ExternalCode code = *found;
-  LooseArguments loose = evalLooseArguments(x[2]);
+  const LooseArguments loose = evalLooseArguments(x[2]);
   if (rememberOf(proc) != null) [[unlikely]]
     return runUnlessRemembered({proc, name, DAG()}, loose.sequence);
-  const FramelessCall call{name, loose.sequence, proc};
-  PushFramelessCall(call);
-  stepEvaluationClock();
-  DAG value = CallExternal(code.wrapper, code.external, code.returnsValue, loose.sequence);
-  stepEvaluationClock();
-  PopErrorProc();
-  releaseLoose(loose);
-  return value;
+  return runFrameless(loose, [&](DAG arguments) {
+    const FramelessCall call{name, arguments, proc};
+    return CallExternal(code, arguments, &call);
+  });
 }
 
 [[gnu::noinline]] DAG evalOtherCall(DAG x) {

@@ -46,7 +46,10 @@ bool multiplyPlain(PlainProduct& product, DAG base, DAG exponent) {
     case NAME:
       if (!isPlainName(base)) return false;
       break;
-    case MEMBER: case TABLEREF: case POWER: case FUNCTION: case LOCAL: case PARAM: case LEXICAL: break;
+    case POWER:
+      if (base[1] == consm1) return false;
+      break;
+    case MEMBER: case TABLEREF: case FUNCTION: case LOCAL: case PARAM: case LEXICAL: break;
     case PROD:
       if (exponent != cons1) return false;
       for (Word i = 0, n = pairCount(base); i < n; ++i) {

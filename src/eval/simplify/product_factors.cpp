@@ -7,6 +7,7 @@
 #include "eval/simplify/simplify_cases.h"
 #include "frame/environment.h"
 #include "frame/errors.h"
+#include "library/assumptions/known.h"
 #include "library/library_calls.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
@@ -241,6 +242,20 @@ void multiplyProduct(Product& product, DAG base, DAG exponent) {
     multiply(product, base[i], exponent == cons1 ? base[i + 1] : simpl(mul(base[i + 1], exponent)));
 }
 
+// A square of (-1)^n is 1 where n is known to be an integer.
+void multiplyPower(Product& product, DAG base, DAG exponent) {
+  if (base[1] != consm1 || !isInteger(exponent) || !isKnown(base[2], Property::integer))
+    return append(product, base, exponent);
+  const bool isOdd = isImmediate(exponent) ? (immediateValue(exponent) & 1) != 0 : (residueModulo4(exponent) & 1) != 0;
+  if (!isOdd) return fold(product, cons1);
+  for (Word i = 1; i < product.used; i += 2) {
+    if (product.factors[i] != base || product.factors[i + 1] != cons1) continue;
+    product.factors[i + 1] = cons0;
+    return;
+  }
+  append(product, base, cons1);
+}
+
 }  // namespace
 
 void multiply(Product& product, DAG base, DAG exponent) {
@@ -259,9 +274,9 @@ void multiply(Product& product, DAG base, DAG exponent) {
     case NAME: return multiplyName(product, base, exponent);
     case PROD: return multiplyProduct(product, base, exponent);
     case SUM: return multiplySum(product, base, exponent);
-    case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case POWER: case SERIES: case FUNCTION: case UNEVAL:
-    case LIST: case LOCAL: case PARAM: case LEXICAL: case PROC: case SET: case TABLE: case RTABLE: case MODDEF:
-    case MODULE:
+    case POWER: return multiplyPower(product, base, exponent);
+    case MEMBER: case TABLEREF: case DCOLON: case CATENATE: case SERIES: case FUNCTION: case UNEVAL: case LIST:
+    case LOCAL: case PARAM: case LEXICAL: case PROC: case SET: case TABLE: case RTABLE: case MODDEF: case MODULE:
       return append(product, base, exponent);
     default: break;
   }

@@ -1,5 +1,7 @@
 #include "eval/simplify/simplify.h"
 
+#include <algorithm>
+
 #include "algebra/series/simplify_series.h"
 #include "eval/evaluate/evalf.h"
 #include "eval/procedures/procedures.h"
@@ -14,6 +16,7 @@
 #include "numbers/integer/integer.h"
 #include "store/chain_scan.h"
 #include "store/constants.h"
+#include "store/generations.h"
 #include "store/hash.h"
 #include "store/names.h"
 #include "store/objects.h"
@@ -36,15 +39,20 @@ struct SearchEnd {
 };
 SearchEnd searchEnd;
 
-// Member of the table with the content of `s`, or 0.
-DAG findIdentical(Word key, DAG s) {
+// Member of the table with this key that `matches`, or 0.
+template <class Matches>
+DAG findMember(Word key, Matches matches) {
   DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))];
   if (!chain) return DAG();
-  const PairAddress pair = findInChain(chain, key, [s](DAG member) {
-    return member == s || (headerWord(member) == headerWord(s) && identical(member, s));
-  });
+  const PairAddress pair = findInChain(chain, key, matches);
   if (pairKey(pair).word == 0) searchEnd = {key, pair};
   return pairValue(pair);
+}
+
+// Member of the table with the content of `s`, or 0.
+DAG findIdentical(Word key, DAG s) {
+  return findMember(
+      key, [s](DAG member) { return member == s || (headerWord(member) == headerWord(s) && identical(member, s)); });
 }
 
 // Puts the pair at the end that the search found, if that is still the end of the key's chain and not the
@@ -355,23 +363,66 @@ DAG makeUnique(DAG s) {
   return enterUnique(key, s);
 }
 
+// ---- objects that are looked for before they are made
+
+namespace {
+
+// The key that `hashalg` would give to an object of this tag and these fields.
+template <class... Fields>
+Word keyOf(Tag tag, Fields... fields) {
+  Word h = static_cast<Word>(tagNumber(tag));
+  ((h = fields + hashFactor * h), ...);
+  return h == 0 ? 1 : h;
+}
+
+// A member that is found may have been on its way out.
+DAG keptAlive(DAG member) {
+  updategen(member);
+  return member;
+}
+
+}  // namespace
+
 DAG singleSequence(DAG member) {
   if (bindingsEnabled || !isSimplified(member) || isSequence(member)) return simpl(new2(EXPSEQ, member));
-  // The key that `hashalg` would give, and a search without an object to search for.
-  Word key = member.word + 1027 * static_cast<Word>(tagNumber(EXPSEQ));
-  if (key == 0) key = 1;
-  if (DAG chain = simpltab[bucketIndex(key, lengthOf(simpltab))]) {
-    PairAddress pair = chain.word + 4;
-    for (; pairKey(pair).word != 0; pair = nextPair(pair)) {
-      if (pairKey(pair).word != key) continue;
-      DAG found = pairValue(pair);
-      if (headerWord(found) != (EXPSEQ | 2) || found[1] != member) continue;
-      updategen(found);
-      return found;
-    }
-    searchEnd = {key, pair};
-  }
+  const Word key = keyOf(EXPSEQ, member.word);
+  auto matches = [=](DAG found) { return headerWord(found) == (EXPSEQ | 2) && found[1] == member; };
+  if (DAG found = findMember(key, matches)) return keptAlive(found);
   return enterUnique(key, new2(EXPSEQ, member));
+}
+
+DAG uniqueInteger(std::int64_t value) {
+  if (fitsImmediate(value)) return immediate(static_cast<std::int32_t>(value));
+  const Tag tag = value < 0 ? INTNEG : INTPOS;
+  const auto bits = static_cast<std::uint64_t>(value);
+  const std::uint64_t magnitude = value < 0 ? 0 - bits : bits;
+  // Three digits at least, as no immediate has, and no array of them: nothing waits for its neighbour.
+  constexpr std::uint64_t pair = std::uint64_t{BASE} * BASE;
+  const auto low = static_cast<Word>(magnitude % pair), high = static_cast<Word>(magnitude / pair % pair);
+  const Word d0 = low % BASE, d1 = low / BASE, d2 = high % BASE, d3 = high / BASE;
+  const auto d4 = static_cast<Word>(magnitude / (pair * pair));
+  const Word count = d4 != 0 ? 5 : d3 != 0 ? 4 : 3;
+  constexpr Word f = hashFactor;
+  Word key = f * f * f * static_cast<Word>(tagNumber(tag)) + (f * f * d0 + (f * d1 + d2));
+  if (count > 3) key = f * key + d3;
+  if (count > 4) key = f * key + d4;
+  if (key == 0) key = 1;
+  auto matches = [=](DAG found) {
+    if (headerWord(found) != (tag | (count + 1))) return false;
+    const Word* theirs = digitsOf(found);
+    if (((d0 ^ theirs[0]) | (d1 ^ theirs[1]) | (d2 ^ theirs[2])) != 0) return false;
+    return (count < 4 || d3 == theirs[3]) && (count < 5 || d4 == theirs[4]);
+  };
+  if (DAG found = findMember(key, matches)) return keptAlive(found);
+  return enterUnique(key, NewLongInteger(value));
+}
+
+DAG uniqueFloat(std::int64_t mantissa, std::int32_t exponent) {
+  DAG m = uniqueInteger(mantissa), e = immediate(exponent);
+  const Word key = keyOf(FLOAT, m.word, e.word);
+  auto matches = [=](DAG found) { return headerWord(found) == (FLOAT | 3) && found[1] == m && found[2] == e; };
+  if (DAG found = findMember(key, matches)) return keptAlive(found);
+  return enterUnique(key, new3(FLOAT, m, e));
 }
 
 Word prefetchBucket(DAG s) {

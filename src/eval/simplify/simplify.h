@@ -7,6 +7,8 @@
 // simplified return at once. Errors unwind and leave at most unsimplified objects half rewritten,
 // which nobody else can see.
 
+#include <cstdint>
+
 #include "eval/simplify/bindings.h"
 #include "store/dag.h"
 
@@ -28,6 +30,10 @@ inline void prefetchUnique(DAG s) { prefetchChain(prefetchBucket(s)); }
 /// The unique EXPSEQ of one member. Nothing is made when there is one: calls and table entries ask for
 /// the same few again and again.
 DAG singleSequence(DAG member);
+/// The unique integer of this value, and the unique FLOAT of a mantissa, which isn't 0, and an exponent. Nothing is
+/// made when there is one either (bench/external.sh).
+DAG uniqueInteger(std::int64_t value);
+DAG uniqueFloat(std::int64_t mantissa, std::int32_t exponent);
 /// `simpl` with name bindings on or off, put back on the way out.
 DAG SimplifyMaybeBind(DAG x, bool bind);
 /// A SUM of evaluated terms with all its lists added into the first, not simplified; other objects as they are. The

@@ -9,6 +9,7 @@
 #include "eval/simplify/simplify_cases.h"
 #include "eval/simplify/unique_pairs.h"
 #include "frame/errors.h"
+#include "library/assumptions/known.h"
 #include "library/library_calls.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
@@ -194,6 +195,11 @@ DAG simplPower(DAG s) {
     DAG number = simpl(new3(POWER, base[2], exponent));
     DAG term = simpl(new3(POWER, base[1], exponent));
     return simpl(new5(PROD, number, cons1, term, cons1));
+  }
+  // What is assumed about names may tell the sign.
+  if (base == consm1 && isKnown(exponent, Property::integer)) {
+    if (isKnown(exponent, Property::even)) return cons1;
+    if (isKnown(exponent, Property::odd)) return consm1;
   }
   return makeUnique(s);
 }

@@ -222,6 +222,13 @@ bool isOrdinaryName(DAG target) {
          target != ini("lastexception") && target != ini("libname");
 }
 
+bool assignPlainName(DAG name, DAG v) {
+  if (!(isImmediate(v) || isAmong(v, realTags | TagSet{STRING}))) return false;
+  if (!isOpenName(name) || !isOrdinaryName(name) || !isUnwatched(name)) return false;
+  name[1] = v;
+  return true;
+}
+
 DAG assign(DAG t, DAG v) {
   switch (tagOf(t)) {
     case MEMBER: return assign(evalname(t), v);

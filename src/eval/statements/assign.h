@@ -12,6 +12,9 @@ DAG assign(DAG target, DAG value);
 /// Stores a number, string or name in an entry under `target` as it stands in the statement: no reference to
 /// the entry is made on the way. False when that is not what it is.
 bool assignPlainEntry(DAG target, DAG value);
+/// Stores a number or string in the name that stands in the statement, as long as no rule of its own is in the way; the
+/// caller has passed the value through the barrier. False when that is not what it is.
+bool assignPlainName(DAG name, DAG v);
 /// A name for which `assign` has no rules of its own, as it has for environment variables and the error names:
 /// its value may be stored directly while it is open.
 bool isOrdinaryName(DAG target);

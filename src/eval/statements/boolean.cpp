@@ -199,12 +199,17 @@ DAG truthOf(DAG condition) {
 
 namespace {
 
-// An operand of a plain relation: an immediate, or 0.
+// An operand of a plain relation: an immediate, a text that a name outside procedures stands for, or 0.
 [[gnu::always_inline]] inline DAG smallOperand(DAG x) {
   if (!isImmediate(x)) {
-    if (!isFrameReference(tagOf(x))) return DAG();
-    x = plainValue(x);
-    if (!isImmediate(x)) return DAG();
+    if (isFrameReference(tagOf(x))) {
+      x = plainValue(x);
+      if (!isImmediate(x)) return DAG();
+    } else if (hasTag(x, NAME) && !bindingsEnabled) {
+      x = constantOfName(x);
+    } else {
+      return DAG();
+    }
   }
   return x == consm0 ? DAG() : x;
 }
@@ -217,6 +222,10 @@ DAG plainTruthOf(DAG x) {
   if (!isRelation(tag)) return DAG();
   DAG left = smallOperand(x[1]), right = smallOperand(x[2]);
   if (!left || !right) return DAG();
+  if ((left.word & right.word & 1) == 0) {
+    // Strings are unique: one word, one text, and no text is a number.
+    return tag == EQUATION || tag == INEQUAT ? truth((left == right) == (tag == EQUATION)) : DAG();
+  }
   // Immediates are in the order of their words.
   auto a = static_cast<std::int32_t>(left.word), b = static_cast<std::int32_t>(right.word);
   switch (tag) {

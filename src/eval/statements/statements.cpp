@@ -218,7 +218,8 @@ bool isStorable(DAG value) { return isInteger(value) || isSimplified(value); }
     return otherAssignment(left, value, mode);
   }
   value = simpl(value);
-  if (!assignPlainEntry(left, value)) return otherAssignment(left, value, mode);
+  const bool stored = isTag(left, NAME) ? assignPlainName(left, value) : assignPlainEntry(left, value);
+  if (!stored) return otherAssignment(left, value, mode);
   shiftDitto(value);
   return value;
 }

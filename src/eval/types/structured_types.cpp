@@ -1,5 +1,7 @@
 #include "eval/types/structured_types.h"
 
+#include <algorithm>
+
 #include "algebra/polynomial_types.h"
 #include "eval/evaluate/environment_variables.h"
 #include "eval/evaluate/evaluate.h"
@@ -11,6 +13,7 @@
 #include "eval/types/types.h"
 #include "eval/walk/has.h"
 #include "frame/errors.h"
+#include "frame/interrupts.h"
 #include "library/library_calls.h"
 #include "numbers/complex/complex.h"
 #include "store/constants.h"
@@ -29,8 +32,23 @@ bool membersMatch(DAG members, DAG types) {
 }
 
 // Members of a sequence against one type. A built-in name is looked up once for all of them.
+// A few of them as alternatives are looked up as well.
 bool allHaveType(DAG members, DAG t) {
   if (TypeTest matches = isName(t) ? builtinType(t) : nullptr) return everyMember(members, matches);
+  constexpr Word most = 8;
+  if (isTag(t, SET) && lengthOf(t[1]) <= most) {
+    TypeTest alternatives[most];
+    Word n = 0;
+    for (const Word end = lengthOf(t[1]) - 1; n < end; ++n) {
+      alternatives[n] = isName(t[1][n + 1]) ? builtinType(t[1][n + 1]) : nullptr;
+      if (alternatives[n] == nullptr) break;
+    }
+    if (n == lengthOf(t[1]) - 1)
+      return everyMember(members, [&](DAG member) {
+        passWork(n);
+        return std::any_of(alternatives, alternatives + n, [member](TypeTest matches) { return matches(member); });
+      });
+  }
   return everyMember(members, [t](DAG member) { return type(member, t); });
 }
 

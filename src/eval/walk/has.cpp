@@ -128,10 +128,21 @@ bool hasLeftSide(DAG x, DAG equations) {
   return hasAnyOf(x, lengthOf(equations) - 1, [&](Word i) { return equations[i + 1][1]; });
 }
 
+namespace {
+
+// Parts, coefficients and exponents for which `isSought` holds.
+template <class Sought>
+bool hasObject(DAG x, Sought isSought) {
+  return anyPart(x, [=](DAG part) { return isSought(part) || (isPairs(part) && anySecond(part, isSought)); });
+}
+
+}  // namespace
+
 bool hasid(DAG x, Tag tag) {
-  return anyPart(x, [tag](DAG part) {
-    return hasTag(part, tag) || (isPairs(part) && anySecond(part, [tag](DAG second) { return hasTag(second, tag); }));
-  });
+  return hasObject(x, [tag](DAG part) { return hasTag(part, tag); });
+}
+bool hasfloat(DAG x) {
+  return hasObject(x, [](DAG part) { return hasTag(part, FLOAT) || hasTag(part, HFLOAT); });
 }
 
 bool hasparloc(DAG x) {

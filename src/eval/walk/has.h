@@ -24,6 +24,8 @@ bool hasExceptInPROCorUNEVAL(DAG x, DAG y);
 bool hasOutsideIndices(DAG x, DAG y);
 /// `x` holds an object with this tag; coefficients and exponents count.
 bool hasid(DAG x, Tag tag);
+/// The same for a float of either kind.
+bool hasfloat(DAG x);
 /// `x` holds a parameter, local or lexical reference.
 bool hasparloc(DAG x);
 /// The same outside of the procedures, module definitions and tables in `x`.

@@ -13,6 +13,7 @@
 #include "library/assumptions/known.h"
 #include "library/native/elementary_rows.h"
 #include "library/native/exact_expressions.h"
+#include "library/native/expected_arguments.h"
 #include "library/native/native.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
@@ -27,22 +28,6 @@
 namespace korel {
 
 namespace {
-
-// What no function of numbers has a value for.
-constexpr TagSet notAlgebraic =
-    TagSet{STRING, LIST, SET, RANGE, EQUATION, INEQUAT, LESSEQ, LESSTHAN, AND, OR, NOT, TABLE};
-
-[[noreturn]] void wrongCount(const BuiltinCall& call, const char* wanted) {
-  KernelException(wanted, call.self, immediate(static_cast<std::int32_t>(argumentCount(call))));
-}
-void requireAlgebraic(const BuiltinCall& call, DAG x) {
-  if (isAmong(x, notAlgebraic)) KernelException("%1 expects an algebraic expression, but received %2", call.self, x);
-}
-DAG onlyArgument(const BuiltinCall& call) {
-  if (argumentCount(call) != 1) wrongCount(call, "%1 expects one argument, but received %2");
-  requireAlgebraic(call, call.arguments[1]);
-  return call.arguments[1];
-}
 
 bool isFloatEnd(DAG x) { return isFloatInfinity(x) || isFloatUndefined(x); }
 // The exact form of an infinite or undefined float.
@@ -233,6 +218,7 @@ DAG indexOf(const BuiltinCall& call, DAG otherwise) {
 
 DAG native::log(const BuiltinCall& call) {
   DAG x = onlyArgument(call), base = indexOf(call, DAG());
+  if (base != DAG()) requireAlgebraic(call, base);
   if (!base) {
     DAG value = evaluate(Elementary::ln, x);
     return value ? value : callOf(Elementary::ln, x);

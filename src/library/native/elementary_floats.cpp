@@ -11,8 +11,8 @@
 #include "frame/errors.h"
 #include "library/native/elementary_rows.h"
 #include "library/native/exact_expressions.h"
-#include "library/native/fixed_point.h"
 #include "library/native/native.h"
+#include "library/native/number_constants.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
 #include "numbers/complex/complex_forms.h"
@@ -230,7 +230,7 @@ DAG floatAt(Elementary f, DAG x) {
     if (isTag(whole, HFLOAT) || (isInteger(whole) && ilength(whole) <= digits)) return evalfsqrt(x);
   }
   // A constant: one series of rational numbers.
-  if (f == Elementary::exp && x == cons1) return rounded(decimal(fixedE(digits + 10), -digits - 10));
+  if (f == Elementary::exp && x == cons1) return floatOfE();
   RealSession session(digits);
   std::size_t more = 0;
   Complex z = readNumber(x, more, row.ofReciprocal);

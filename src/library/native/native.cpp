@@ -55,52 +55,66 @@ DirectCalls directCallsOf(std::string_view name) {
   return DirectCalls::none;
 }
 
-// Names found before, by the object that they stand in, which stays alive: no other text takes its place.
+// Bodies found before, which stay alive: no other takes the place of one.
 struct Known {
-  DAG text;
+  DAG body;
   const NativeRow* row;
-  DirectCalls calls;
 };
 constexpr std::size_t knownCount = 256;
 Known known[knownCount];
+
+// The same of procedures that were asked for `directNative`.
+struct KnownDirect {
+  DAG procedure;
+  DirectNative native;
+};
+KnownDirect knownDirect[knownCount];
 
 DAG nativeName;
 
 void visitKnown(Visitor visit) {
   for (const Known& entry : known)
-    if (entry.text) visit(entry.text);
+    if (entry.body) visit(entry.body);
+  for (const KnownDirect& entry : knownDirect)
+    if (entry.procedure) visit(entry.procedure);
 }
 
 // The row that the body `kernel/native`("name", args) calls, or null.
-const Known* knownBody(DAG body) {
-  if (isImmediate(body) || !hasTag(body, FUNCTION) || body[1] != nativeName) return nullptr;
+const NativeRow* rowOfBody(DAG body) {
+  Known& entry = known[body.word / 8 % knownCount];
+  if (entry.body == body) return entry.row;
+  if (!isTag(body, FUNCTION) || body[1] != nativeName || !isSimplified(body)) return nullptr;
   DAG arguments = body[2];
   if (isImmediate(arguments) || !hasTag(arguments, EXPSEQ) || lengthOf(arguments) != 3) return nullptr;
   DAG name = arguments[1], rest = arguments[2];
   if (isImmediate(rest) || !hasTag(rest, PARAM) || rawField(rest, 1) != static_cast<Word>(-1)) return nullptr;
   if (!isText(name)) return nullptr;
-  Known& entry = known[name.word / 8 % knownCount];
-  if (entry.text == name) return &entry;
   const NativeRow* row = rowNamed(textOf(name));
   if (row == nullptr) return nullptr;
-  updategen(name);
-  entry = {name, row, directCallsOf(row->name)};
-  return &entry;
+  updategen(body);
+  entry = {body, row};
+  return row;
 }
 
 }  // namespace
 
 NativeFunction nativeBody(DAG procedure) {
-  const Known* found = knownBody(bodyOf(procedure));
-  return found != nullptr ? found->row->function : nullptr;
+  const NativeRow* row = rowOfBody(bodyOf(procedure));
+  return row != nullptr ? row->function : nullptr;
 }
 
 DirectNative directNative(DAG procedure) {
-  const Known* found = knownBody(bodyOf(procedure));
-  if (found == nullptr || found->calls == DirectCalls::none || localsOf(procedure) != null) return {};
+  KnownDirect& entry = knownDirect[procedure.word / 8 % knownCount];
+  if (entry.procedure == procedure) return entry.native;
+  const NativeRow* row = rowOfBody(bodyOf(procedure));
+  if (row == nullptr || localsOf(procedure) != null) return {};
+  const DirectCalls calls = directCallsOf(row->name);
+  if (calls == DirectCalls::none) return {};
   for (Word i = 1, n = lengthOf(paramsOf(procedure)); i < n; ++i)
     if (!hasTag(paramsOf(procedure)[i], NAME)) return {};
-  return {found->row->function, found->calls};
+  updategen(procedure);
+  entry = {procedure, {row->function, calls}};
+  return entry.native;
 }
 
 DAG unevaluatedNative(const BuiltinCall& call) { return new2(UNEVAL, new3(FUNCTION, call.self, call.arguments)); }
@@ -118,6 +132,7 @@ DAG builtin::native(const BuiltinCall& call) {
 
 void initializeNative() {
   std::fill(std::begin(known), std::end(known), Known{});
+  std::fill(std::begin(knownDirect), std::end(knownDirect), KnownDirect{});
   registerRootWalker(visitKnown);
   DAG name = nativeName = naminstall("kernel/native");
   DAG proc = newProcedure({.options = builtinOptions, .body = immediate(nativeBuiltin)});

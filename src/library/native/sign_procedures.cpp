@@ -8,6 +8,7 @@
 #include "library/assumptions/known.h"
 #include "library/native/elementary_rows.h"
 #include "library/native/exact_expressions.h"
+#include "library/native/expected_arguments.h"
 #include "library/native/native.h"
 #include "numbers/arithmetic.h"
 #include "numbers/complex/complex.h"
@@ -21,13 +22,6 @@
 namespace korel {
 
 namespace {
-
-DAG onlyArgument(const BuiltinCall& call) {
-  if (argumentCount(call) != 1)
-    KernelException("%1 expects one argument, but received %2", call.self,
-                    immediate(static_cast<std::int32_t>(argumentCount(call))));
-  return call.arguments[1];
-}
 
 constexpr int unknownSign = 2;
 
@@ -152,9 +146,8 @@ DAG native::Heaviside(const BuiltinCall& call) {
 // 0 away from 0; Dirac(n, x) is the n-th derivative.
 DAG native::Dirac(const BuiltinCall& call) {
   const Word n = argumentCount(call);
-  if (n != 1 && n != 2)
-    KernelException("%1 expects one or two arguments, but received %2", call.self,
-                    immediate(static_cast<std::int32_t>(n)));
+  if (n != 1 && n != 2) wrongCount(call, "%1 expects one or two arguments, but received %2");
+  for (Word i = 1; i <= n; ++i) requireAlgebraic(call, call.arguments[i]);
   DAG x = call.arguments[n];
   if (n == 2 && call.arguments[1] == cons0) return simpl(new3(FUNCTION, call.self, simpl(new2(EXPSEQ, x))));
   const int sign = signOf(x);

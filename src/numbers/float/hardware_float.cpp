@@ -155,37 +155,49 @@ bool doubleOfShort(DAG m, std::int64_t exponent, double& value) {
 
 double SoftwareToHardwareFloat(DAG x) {
   DAG m = mantissaOf(x), e = exponentOf(x);
+  double value;
+  if (isImmediate(e) && doubleOfShort(m, immediateValue(e), value)) return value;
   if (e == ini("infinity")) return tagOf(m) == INTNEG ? mIEEENegInfinity : mIEEEPosInfinity;
   if (e == ini("undefined")) return mIEEEQuietNaN;
   if (!isInteger(e)) notimpl("invalid software floating point value");
-  const std::int64_t exponent = exponentValue(e);
-  double value;
-  return doubleOfShort(m, exponent, value) ? value : doubleOf(m, exponent);
+  return doubleOf(m, exponentValue(e));
 }
 
-DAG HardwareToSoftwareFloat(double x) {
+namespace {
+
+// The FLOAT of a double that isn't finite, or is a zero; 0 for any other.
+DAG specialFloat(double x) {
+  if (x == 0.0) return std::signbit(x) ? consfm0 : consf0;
+  if (std::isfinite(x)) return DAG();
   switch (fp_class_d(x)) {
     case signallingNaN: return newFLOAT(consm1, ini("undefined"));
     case quietNaN: return consfNaN;
     case positiveInfinity: return consfinf;
-    case negativeInfinity: return consfminf;
-    default: break;
+    default: return consfminf;
   }
-  if (x == 0.0) return std::signbit(x) ? consfm0 : consf0;
-  if (std::fabs(x) < 2147483648.0 && x == std::trunc(x)) return newFLOAT(Newint(static_cast<std::int32_t>(x)), cons0);
+}
+
+// Mantissa and exponent of any other.
+ShortDecimal decimalOf(double x) {
+  constexpr double limit = 2147483648.0;
+  if (std::fabs(x) < limit && static_cast<double>(static_cast<std::int64_t>(x)) == x)
+    return {static_cast<std::int64_t>(x), 0};
   const ShortDecimal decimal = shortestDecimal(std::fabs(x));
-  return newFLOAT(NewInteger(x < 0 ? -decimal.digits : decimal.digits), immediate(decimal.exponent));
+  return {x < 0 ? -decimal.digits : decimal.digits, decimal.exponent};
+}
+
+}  // namespace
+
+DAG HardwareToSoftwareFloat(double x) {
+  if (DAG special = specialFloat(x)) return special;
+  const ShortDecimal decimal = decimalOf(x);
+  return newFLOAT(NewInteger(decimal.digits), immediate(decimal.exponent));
 }
 
 DAG floatOfDouble(double x) {
-  DAG fresh = HardwareToSoftwareFloat(x);
-  if (isSimplified(fresh)) return fresh;
-  DAG mantissa = mantissaOf(fresh);
-  DAG value = simpl(fresh);
-  // The number is known already, or its mantissa: nobody else knows those of the fresh one (bench/external.sh).
-  if (!isSimplified(mantissa)) release(mantissa, lengthOf(mantissa));
-  if (!isSimplified(fresh)) release(fresh, lengthOf(fresh));
-  return value;
+  if (DAG special = specialFloat(x)) return simpl(special);
+  const ShortDecimal decimal = decimalOf(x);
+  return uniqueFloat(decimal.digits, decimal.exponent);
 }
 
 // ---- the bits as text
@@ -193,7 +205,9 @@ DAG floatOfDouble(double x) {
 void HFloatToIEEEHex(double x, bool upperCase, char* text) {
   std::uint64_t bits;
   std::memcpy(&bits, &x, sizeof bits);
-  std::snprintf(text, ieeeHexLength + 1, upperCase ? "%016llX" : "%016llx", static_cast<unsigned long long>(bits));
+  const char* alphabet = upperCase ? "0123456789ABCDEF" : "0123456789abcdef";
+  for (int i = 0; i < ieeeHexLength; ++i) text[i] = alphabet[bits >> (60 - 4 * i) & 15];
+  text[ieeeHexLength] = 0;
 }
 
 double IEEEHexToHFloat(const char* text) {

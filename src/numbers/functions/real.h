@@ -118,6 +118,8 @@ inline bool isNegligible(const Real& x, const Real& y) {
 /// An integer, RATIONAL or finite float to the working precision; integers that fit are exact. Nothing but a finite
 /// number is passed. An exponent of ten beyond 2^40 is taken as that.
 Real realOf(DAG number);
+/// The integer of a row of n limbs, lowest first, with a sign.
+Real realOfRow(int sign, const Limb* row, std::size_t n);
 /// mantissa * 10^exponent with some ten digits more than `Digits`; digits that were cut off leave a last digit that
 /// isn't 0 or 5, so that the number rounds as x does.
 struct Decimal {

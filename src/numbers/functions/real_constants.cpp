@@ -116,13 +116,14 @@ Real artanhOfReciprocal(std::int64_t n) {
   const Part s = artanhPart(n * n, 0, termsFor(2 * std::log2(static_cast<double>(n))));
   return keep(times(s.t, n) / (s.p * s.q), mark);
 }
-// Formulas of Machin's kind (Gauss).
-Real computeLnTen() {
-  return times(artanhOfReciprocal(31), 46) + times(artanhOfReciprocal(49), 34) + times(artanhOfReciprocal(161), 20);
+// The logarithm of 2^a 3^b 5^c, by formulas of Machin's kind (Gauss).
+Real lnOfSmooth(std::int64_t a, std::int64_t b, std::int64_t c) {
+  return times(artanhOfReciprocal(31), 14 * a + 22 * b + 32 * c) +
+         times(artanhOfReciprocal(49), 10 * a + 16 * b + 24 * c) +
+         times(artanhOfReciprocal(161), 6 * a + 10 * b + 14 * c);
 }
-Real computeLnTwo() {
-  return times(artanhOfReciprocal(31), 14) + times(artanhOfReciprocal(49), 10) + times(artanhOfReciprocal(161), 6);
-}
+Real computeLnTwo() { return lnOfSmooth(1, 0, 0); }
+Real computeLnTen() { return lnOfSmooth(1, 0, 1); }
 
 // Euler's constant (R. P. Brent and E. M. McMillan, 1980, algorithm B1): with A(k) = (n^k / k!)^2 and H(k) the harmonic
 // numbers, sum A(k) H(k) / sum A(k) - ln n, off by less than 4 e^(-4n).
@@ -131,33 +132,51 @@ struct HarmonicPart {
   Real c, d;     // sum of 1/k is c/d
   Real u;        // sum of A(k) H(k) times q d
 };
-HarmonicPart harmonicPart(std::int64_t n, std::int64_t first, std::int64_t last) {
+// `p` and `c` are no use to the last part of all.
+HarmonicPart harmonicPart(std::int64_t n, std::int64_t first, std::int64_t last, bool isEnd) {
   if (last - first == 1) {
     const Real k(first), square(n * n);
     return {square, k * k, square, Real(1), k, square};
   }
   LimbMark mark;
   const std::int64_t middle = (first + last) / 2;
-  const HarmonicPart l = harmonicPart(n, first, middle), r = harmonicPart(n, middle, last);
+  const HarmonicPart l = harmonicPart(n, first, middle, false), r = harmonicPart(n, middle, last, isEnd);
   passLimbWork(20);
-  HarmonicPart all = {l.p * r.p,
+  const Real later = l.p * r.t;
+  HarmonicPart all = {isEnd ? Real() : l.p * r.p,
                       l.q * r.q,
-                      l.t * r.q + l.p * r.t,
-                      l.c * r.d + r.c * l.d,
+                      l.t * r.q + later,
+                      isEnd ? Real() : l.c * r.d + r.c * l.d,
                       l.d * r.d,
-                      l.u * r.q * r.d + l.p * (l.c * r.d * r.t + l.d * r.u)};
+                      r.d * (l.u * r.q + l.c * later) + l.d * (l.p * r.u)};
   keepAll(&all.p, 6, mark);
   return all;
 }
+
+// The least number of factors 2, 3 and 5 that isn't below `least`.
+struct SmoothNumber {
+  std::int64_t n, a, b, c;
+};
+SmoothNumber smoothNumber(std::int64_t least) {
+  SmoothNumber best{INT64_MAX, 0, 0, 0};
+  std::int64_t c = 0;
+  for (std::int64_t five = 1; five < 5 * least; five *= 5, ++c) {
+    std::int64_t b = 0;
+    for (std::int64_t odd = five; odd < 3 * least; odd *= 3, ++b) {
+      std::int64_t a = 0, n = odd;
+      for (; n < least; n *= 2) ++a;
+      if (n < best.n) best = {n, a, b, c};
+    }
+  }
+  return best;
+}
 Real computeGamma() {
-  // The logarithm of a power of 2 is one constant.
   const auto least = static_cast<std::int64_t>(static_cast<double>(workingBits()) * 0.17329) + 2;
-  int a = 0;
-  while ((std::int64_t{1} << a) < least) ++a;
-  const std::int64_t n = std::int64_t{1} << a;
+  const SmoothNumber s = smoothNumber(least);
   Precision p(workingLimbs + 1);
-  const HarmonicPart s = harmonicPart(n, 1, static_cast<std::int64_t>(3.5912 * static_cast<double>(n)) + 10);
-  return s.u / (s.d * (s.q + s.t)) - times(lnTwo(), a);
+  const auto terms = static_cast<std::int64_t>(3.5912 * static_cast<double>(s.n)) + 10;
+  const HarmonicPart all = harmonicPart(s.n, 1, terms, true);
+  return all.u / (all.d * (all.q + all.t)) - lnOfSmooth(s.a, s.b, s.c);
 }
 
 Kept *keptPi, *keptLnTwo, *keptLnTen, *keptGamma, *keptCatalan;

@@ -17,9 +17,6 @@
 namespace korel {
 namespace reals {
 
-namespace {
-
-// A number of an integer row of n limbs.
 Real realOfRow(int sign, const Limb* row, std::size_t n) {
   while (n > 0 && row[n - 1] == 0) --n;
   if (n == 0) return {};
@@ -38,6 +35,8 @@ Real realOfRow(int sign, const Limb* row, std::size_t n) {
   }
   return r;
 }
+
+namespace {
 
 /// Limbs that hold the integer part.
 std::size_t limbsOf(const Real& x) {

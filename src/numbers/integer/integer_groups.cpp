@@ -291,6 +291,11 @@ void multiplyGroups(Group* r, const Group* a, std::size_t na, const Group* b, st
     std::swap(a, b);
     std::swap(na, nb);
   }
+  if (nb == 1) {
+    passGroupWork(na);
+    r[na] = scaleGroups(r, a, na, b[0]);
+    return;
+  }
   bool square = a == b && na == nb;
   if (nb < (square ? karatsubaSquareGroups : karatsubaGroups)) {
     schoolProduct(r, a, na, b, nb);

@@ -13,6 +13,12 @@ enum class ComplexForm : unsigned char { none, separated, withUnit };
 /// Error: "integer overflow in format specification".
 int readFormatInteger(const char*& at);
 inline bool isDigit(int c) { return c >= '0' && c <= '9'; }
+/// Value of a hexadecimal digit, or -1.
+inline int hexDigitValue(int c) {
+  if (isDigit(c)) return c - '0';
+  const int letter = c | 0x20;
+  return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
+}
 /// A character of the platform's space class.
 inline bool isSpace(int c) { return c == ' ' || (c >= 9 && c <= 13); }
 /// The STRING of one character, as messages quote it.

@@ -79,10 +79,10 @@ void printRecord(PrintTarget& out, const PrintConversion& c, DAG x) {
   printPadded(out, c, text.bytes(), text.size());
 }
 
+// What stands before a part that is no XML has gone out when the error is raised.
 void printXml(PrintTarget& out, const PrintConversion& c, DAG x) {
-  TextBuffer text;
-  PrintOpenMath(x, TextBufferSink, &text, c.width);
-  out.put(text.bytes(), text.size());
+  auto put = [](void* target, int byte) { static_cast<PrintTarget*>(target)->put(byte); };
+  PrintOpenMath(x, put, &out, c.width);
 }
 
 }  // namespace

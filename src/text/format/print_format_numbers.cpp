@@ -19,7 +19,6 @@
 #include "numbers/float/float.h"
 #include "numbers/integer/integer_functions.h"
 #include "store/vocabulary.h"
-#include "text/format/hex_floats.h"
 #include "text/format/text_buffer.h"
 
 namespace korel {
@@ -206,9 +205,9 @@ void printDecimal(PrintTarget& out, const PrintConversion& c, Decimal d) {
 // ---- one real number
 
 void printDoubleBits(PrintTarget& out, const PrintConversion& c, double x) {
-  char digits[17];
-  HFloatToIEEEHex(x, digits, c.code == 'Y');
-  printPadded(out, c, digits, 16);
+  char digits[ieeeHexLength + 1];
+  HFloatToIEEEHex(x, c.code == 'Y', digits);
+  printPadded(out, c, digits, ieeeHexLength);
 }
 
 // The C library's conversions keep to this width and precision.

@@ -10,7 +10,6 @@
 #include "numbers/float/float.h"
 #include "numbers/integer/integer.h"
 #include "store/objects.h"
-#include "text/format/hex_floats.h"
 
 namespace korel {
 
@@ -100,18 +99,19 @@ ScanOutcome scanInBase(Window in, int base) {
 }
 
 ScanOutcome scanBits(Window in) {
-  char digits[16];
-  for (char& digit : digits) {
+  char digits[ieeeHexLength + 1];
+  int n = 0;
+  while (n < ieeeHexLength) {
     const int c = in.next();
     if (hexDigitValue(c) < 0) {
       in.back(c);
-      return notScanned(c);
+      if (n == 0) return notScanned(c);
+      break;
     }
-    digit = static_cast<char>(c);
+    digits[n++] = static_cast<char>(c);
   }
-  double x = 0;
-  IEEEHexToHFloat(digits, x);
-  return scanned(simpl(NewHFloat(x, false)));
+  digits[n] = 0;
+  return scanned(simpl(NewHFloat(IEEEHexToHFloat(digits), false)));
 }
 
 // ---- floats

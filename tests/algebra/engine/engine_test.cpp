@@ -4,6 +4,7 @@
 #include <random>
 #include <string>
 
+#include "algebra/engine/coprime_test.h"
 #include "algebra/engine/image_gcd.h"
 #include "algebra/engine/polynomial_procedures.h"
 #include "algebra/engine/small_modulus.h"
@@ -16,6 +17,7 @@
 #include "numbers/integer/integer_functions.h"
 #include "store/constants.h"
 #include "store/objects.h"
+#include "store/vocabulary.h"
 
 namespace korel::test {
 
@@ -130,6 +132,62 @@ TEST(Engine, GreatestCommonDivisors) {
   }
   EXPECT_GT(dense, 40);
   EXPECT_GT(sparse, 40);
+}
+
+// Powers of sums whose terms have variables of their own, by the multinomial theorem, and of others: one and several
+// limbs, negative and long coefficients, powers of variables, fractions, exponents below 0.
+TEST(Engine, PowersOfSums) {
+  for (const char* sum : {"x+y+1", "x-y", "2*x-3*y+5*z-1", "x+y+z+u+v", "x^3+y^2-z", "10^12*x+7*y^5-10^9",
+                          "x*y+z^2+u*v", "x*y+x*z+y*z", "x^2+x+1", "x/2-y/3+z/7+1", "x^(-2)+y+3", "x*y+x+1", "-x-y-z"})
+    for (int n : {2, 3, 7, 17}) {
+      SCOPED_TRACE(std::string(sum) + " to the power " + std::to_string(n));
+      DAG a = polynomialOf(sum), power = a;
+      for (int k = 1; k < n; ++k) power = engine::product(power, a);
+      EXPECT_EQ(engine::powerOfSum(a, immediate(n)), power);
+    }
+}
+
+// What passes for coprime has no common factor but a number; without one most pairs pass.
+TEST(Engine, CoprimeTest) {
+  RandomPolynomialTexts texts(17);
+  int coprime = 0, passed = 0;
+  for (int round = 0; round < 300; ++round) {
+    const int variables = 1 + texts.below(3), degree = 1 + texts.below(3);
+    const std::string common = round % 2 == 0 ? "1" : texts.polynomial(variables, 1 + texts.below(2), degree);
+    const std::string p = "(" + common + ")*(" + texts.polynomial(variables, 1 + texts.below(4), degree) + ")";
+    const std::string q = "(" + common + ")*(" + texts.polynomial(variables, 1 + texts.below(3), degree) + "+x^5)";
+    DAG a = polynomialOf(p), b = polynomialOf(q);
+    if (!isSum(a) || !isSum(b)) continue;
+    SCOPED_TRACE(p + " and " + q);
+    engine::Arena arena;
+    engine::CoprimeTest test(arena, a);
+    const bool isOne = isNumber(engine::gcd(a, b));
+    const bool passes = test.isCoprimeTo(b);
+    EXPECT_EQ(passes, test.isCoprimeTo(b));
+    EXPECT_TRUE(isOne || !passes);
+    coprime += isOne;
+    passed += passes;
+  }
+  EXPECT_GT(coprime, 100);
+  EXPECT_GT(passed, coprime * 3 / 4);
+}
+
+// Sums of two products, whatever cancels, and with powers below 0.
+TEST(Engine, SumsOfProducts) {
+  RandomPolynomialTexts texts(23);
+  for (int round = 0; round < 60; ++round) {
+    DAG p[4];
+    std::string trace;
+    for (DAG& factor : p) {
+      const std::string text = texts.polynomial(3, 1 + texts.below(6), 4) + (texts.below(3) == 0 ? "+1/x^2" : "+z^5");
+      factor = polynomialOf(text);
+      trace += "(" + text + ") ";
+    }
+    SCOPED_TRACE(trace);
+    DAG plain = simpl(new5(SUM, plainProduct(p[0], p[1]), cons1, plainProduct(p[2], p[3]), cons1));
+    EXPECT_EQ(engine::sumOfProducts(p[0], p[1], p[2], p[3]), plain);
+    EXPECT_EQ(engine::sumOfProducts(p[0], p[1], plainProduct(p[0], consm1), p[1]), cons0);
+  }
 }
 
 // Coefficients of many primes, degrees that differ, a divisor that is led by a polynomial.

@@ -143,13 +143,14 @@ Real operator-(Real x) {
 
 namespace {
 
-// Where a sum of limbs that lie `apart` bits apart fits whole, it is exact.
+// The place of the lowest bit that is set: x is a multiple of 2^place.
+std::int64_t lowestPlace(const reals::Real& x) {
+  return x.exponent - 64 * static_cast<std::int64_t>(x.size) + __builtin_ctzll(x.limbs[0]);
+}
+// Where all bits of a sum fit, it is exact.
 bool isExactSum(const reals::Real& a, const reals::Real& b) {
-  const bool order = a.exponent >= b.exponent;
-  const reals::Real &high = order ? a : b, &low = order ? b : a;
-  const std::int64_t apart = high.exponent - low.exponent;
-  const std::int64_t needed = std::max<std::int64_t>(high.size, (apart + 63) / 64 + low.size);
-  return needed < workLimbs();
+  const std::int64_t top = std::max(a.exponent, b.exponent) + 1;
+  return top - std::min(lowestPlace(a), lowestPlace(b)) <= reals::workingBits();
 }
 
 }  // namespace

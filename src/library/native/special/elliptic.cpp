@@ -159,6 +159,7 @@ Complex ellipticF(const Complex& z, const Complex& k) {
 
 Complex ellipticE(const Complex& z, const Complex& k) {
   const Complex x = complementOf(z), y = complementOf(k * z), one(1);
+  if (isExactZero(complementOf(k))) return z;
   const Complex first = carlsonF(x, y, one);
   if (isExactZero(k)) return z * first;
   return z * (first - square(k * z) * carlsonJ(x, y, one, one) / 3);

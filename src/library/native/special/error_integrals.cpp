@@ -112,6 +112,7 @@ Complex exponentialIntegral(const Complex& z) {
 }
 
 Complex exponentialIntegral(const Complex& n, const Complex& z) {
+  if (isExactZero(z)) return Complex(1) / (n - 1);
   std::int64_t order;
   if (isMachineInteger(n, order)) {
     if (order == 1) return e1(z);

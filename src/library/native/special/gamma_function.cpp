@@ -1,5 +1,6 @@
 // The gamma function, its logarithm and the derivatives of that: Stirling's series behind as many steps up as it
-// takes, and reflection for the left half plane.
+// takes, and reflection for the left half plane. Real numbers of modest size have a series of their own
+// (gamma_taylor.h) once many are asked for.
 
 #include <algorithm>
 #include <cmath>
@@ -7,6 +8,7 @@
 #include <cstring>
 
 #include "library/native/special/elementary_balls.h"
+#include "library/native/special/gamma_taylor.h"
 #include "library/native/special/special_series.h"
 
 namespace korel::special {
@@ -53,20 +55,6 @@ Limb* tangentNumbers(std::size_t n, std::size_t width) {
   return t;
 }
 
-// The number of an integer row.
-Real numberOfRow(const Limb* limbs, std::size_t n) {
-  while (limbs[n - 1] == 0) --n;
-  const auto shift = static_cast<unsigned>(__builtin_clzll(limbs[n - 1]));
-  Limb* shifted = limbSpace(n);
-  shiftLimbsUp(shifted, limbs, n, shift);
-  Real x;
-  x.middle.sign = 1;
-  x.middle.exponent = static_cast<std::int64_t>(64 * n) - shift;
-  x.middle.size = static_cast<std::uint32_t>(n);
-  x.middle.limbs = shifted;
-  return x;
-}
-
 void keepRow(const Real* values, std::int64_t count, std::int64_t precision) {
   const auto n = static_cast<std::size_t>(count);
   auto* kept = static_cast<Real*>(std::malloc(n * sizeof(Real)));
@@ -100,7 +88,7 @@ void computeRow(std::int64_t count) {
   Real four(1);
   for (std::int64_t k = 1; k <= n; ++k) {
     four = four * 4;
-    Real t = numberOfRow(tangents + static_cast<std::size_t>(k - 1) * width, width);
+    Real t(reals::realOfRow(1, tangents + static_cast<std::size_t>(k - 1) * width, width), {});
     if (t.middle.size > reals::workingLimbs) t = cut(t, topOf(t) - precision + 1);
     t = t / (2 * k - 1) / (four * (four - Real(1)));
     values[k - 1] = k % 2 == 0 ? -t : t;
@@ -216,25 +204,6 @@ Real risingReal(const Real& z, std::int64_t n) {
   return widened(Real(product, {}), error);
 }
 
-// z (z + 1) ... (z + n - 1)
-Complex risingProduct(const Complex& z, std::int64_t n) {
-  if (isReal(z) && signOf(z.re) > 0 && n > 2) {
-    const Bound relative = z.re.error / lowerBound(z.re);
-    if (doubleOf(relative) * static_cast<double>(n) < 0.01) return risingReal(z.re, n);
-  }
-  Complex product(1);
-  const Scratch scratch;
-  for (std::int64_t k = 0; k < n; ++k) {
-    // Four short factors make a longer one first.
-    Complex factor = z + Real(k);
-    for (int i = 0; i < 3 && k + 1 < n; ++i) factor = factor * (z + Real(++k));
-    product = product * factor;
-    scratch.keep(product);
-    passLimbWork(20);
-  }
-  return product;
-}
-
 bool isLeft(const Complex& z) { return signOf(z.re) < 0 && toDouble(z.re) < -0.5; }
 bool isFarUp(const Complex& z) { return std::abs(toDouble(z.im)) > 1e6; }
 
@@ -262,6 +231,24 @@ Real stirlingCoefficient(std::int64_t k, std::int64_t count) {
 
 Real factorialBall(std::int64_t n) { return n < 2 ? Real(1) : risingProduct(Complex(1), n).re; }
 
+Complex risingProduct(const Complex& z, std::int64_t n) {
+  if (isReal(z) && signOf(z.re) > 0 && n > 2) {
+    const Bound relative = z.re.error / lowerBound(z.re);
+    if (doubleOf(relative) * static_cast<double>(n) < 0.01) return risingReal(z.re, n);
+  }
+  Complex product(1);
+  const Scratch scratch;
+  for (std::int64_t k = 0; k < n; ++k) {
+    // Four short factors make a longer one first.
+    Complex factor = z + Real(k);
+    for (int i = 0; i < 3 && k + 1 < n; ++i) factor = factor * (z + Real(++k));
+    product = product * factor;
+    scratch.keep(product);
+    passLimbWork(20);
+  }
+  return product;
+}
+
 bool isPole(const Complex& z) { return isReal(z) && signOf(z.re) <= 0 && isInteger(z.re); }
 
 Complex gamma(const Complex& z) {
@@ -269,6 +256,8 @@ Complex gamma(const Complex& z) {
   if (isMachineInteger(z, n) && n > 0 && n < 40 * workLimbs()) return factorialBall(n - 1);
   // Far up the sine grows faster than the other factor falls.
   if (isFarUp(z)) return exp(lnGamma(z));
+  Real reciprocal;
+  if (reciprocalGammaByTaylor(z, reciprocal)) return Complex(1) / reciprocal;
   if (isLeft(z)) return Complex(pi()) * reciprocalGamma(Complex(1) - z) / sinPi(z);
   const std::int64_t steps = stepsUp(z);
   const Complex up = exp(stirlingLn(z + Real(steps)));
@@ -280,6 +269,8 @@ Complex reciprocalGamma(const Complex& z) {
   if (isMachineInteger(z, n) && n > 0 && n < 40 * workLimbs()) return Complex(1) / factorialBall(n - 1);
   if (isPole(z)) return 0;
   if (isFarUp(z)) return exp(-lnGamma(z));
+  Real value;
+  if (reciprocalGammaByTaylor(z, value)) return value;
   if (isLeft(z)) return sinPi(z) * gamma(Complex(1) - z) / pi();
   const std::int64_t steps = stepsUp(z);
   const Complex up = exp(-stirlingLn(z + Real(steps)));

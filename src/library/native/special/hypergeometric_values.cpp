@@ -5,6 +5,7 @@
 
 #include "library/native/special/bessel.h"
 #include "library/native/special/elementary_balls.h"
+#include "library/native/special/hypergeometric_at_one.h"
 #include "library/native/special/hypergeometric_path.h"
 #include "library/native/special/special_series.h"
 
@@ -100,13 +101,30 @@ Complex alongPath(const Parameters& f, const Complex& z) {
   return walk(f, second, z, at).value;
 }
 
+// Near 1 from the two functions at 1 - z, unless the excess c - a - b of the powers there is close to an integer.
+bool besideOne(const Parameters& f, const Complex& z, Complex& value) {
+  const Complex rest = Complex(1) - z, excess = f.c - f.a - f.b, one(1);
+  if (!(sizeOf(rest) < 0.25) || sizeOf(excess - nearestInteger(excess.re)) < 0.01) return false;
+  const Complex upper[] = {f.a, f.b}, lower[] = {one - excess}, upper1[] = {f.c - f.a, f.c - f.b};
+  const Complex lower1[] = {excess + 1};
+  const Complex first =
+      gamma(excess) * reciprocalGamma(knownInteger(upper1[0])) * reciprocalGamma(knownInteger(upper1[1]));
+  const Complex second = gamma(-excess) * reciprocalGamma(f.a) * reciprocalGamma(f.b);
+  value = gamma(f.c) * (first * hypergeometricSum(upper, 2, lower, 1, rest) +
+                        second * power(rest, excess) * hypergeometricSum(upper1, 2, lower1, 1, rest));
+  return true;
+}
+
 Complex gauss(const Parameters& f, const Complex& z) {
   const Complex upper[] = {f.a, f.b}, lower[] = {f.c};
   const double size = sizeOf(z);
   if (size <= seriesRadius) return hypergeometricSum(upper, 2, lower, 1, z);
-  if (isExactZero(z - 1) && !(toDouble((f.c - f.a - f.b).re) > 0)) return giveUp();
-  if (isExactZero(z - 1))
-    return gamma(f.c) * gamma(f.c - f.a - f.b) * reciprocalGamma(f.c - f.a) * reciprocalGamma(f.c - f.b);
+  if (isExactZero(z - 1)) {
+    const Complex excess = knownInteger(f.c - f.a - f.b);
+    if (!(toDouble(excess.re) > 0)) return giveUp();
+    return gamma(f.c) * gamma(excess) * reciprocalGamma(knownInteger(f.c - f.a)) *
+           reciprocalGamma(knownInteger(f.c - f.b));
+  }
   if (signOf(z.re) < 0) {
     // Pfaff: (1 - z)^-a 2F1(a, c - b; c; z/(z - 1))
     Complex inner = z / (z - 1);
@@ -115,7 +133,8 @@ Complex gauss(const Parameters& f, const Complex& z) {
     return power(Complex(1) - z, -f.a) * gauss(turned, inner);
   }
   if (!std::isfinite(size)) return giveUp();
-  return alongPath(f, z);
+  Complex value;
+  return besideOne(f, z, value) ? value : alongPath(f, z);
 }
 
 // 1F1(a; b; z) for large z from its two asymptotic parts, U(a, b, z) and e^z U(b - a, b, -z).
@@ -184,7 +203,8 @@ Complex hypergeometric(const Complex* a, int p, const Complex* b, int q, const C
   if (p == 1) return power(Complex(1) - z, -a[0]);
   if (p == 2 && q == 1) return gauss({a[0], a[1], b[0]}, z);
   if (p == q + 1 && size <= seriesRadius) return hypergeometricSum(a, p, b, q, z);
-  if (p == q + 1 && !isExactZero(z - 1)) return hypergeometricAlongPath(a, b, q, z);
+  if (p == q + 1 && isExactZero(z - 1)) return hypergeometricAtOne(a, b, q);
+  if (p == q + 1) return hypergeometricAlongPath(a, b, q, z);
   if (p == 2 && q == 0) return tricomi(a[0], a[1], z);
   return giveUp();
 }
@@ -222,9 +242,11 @@ Complex atHalf(const Complex& a, const Complex& b, const Complex& c, const Compl
   const Complex upper[] = {a, b}, lower[] = {c};
   return hypergeometric(upper, 2, lower, 1, half(x));
 }
+// Whether gamma(sum)/gamma(n + 1) is 0: the functions of degrees -1, -2, ... vanish.
+bool isFactorZero(const Complex& n, const Complex& sum) { return isPole(n + 1) && !isPole(knownInteger(sum)); }
 // binomial(n + a, n)
 Complex shiftedBinomial(const Complex& n, const Complex& a) {
-  return gamma(n + a + 1) * reciprocalGamma(n + 1) * reciprocalGamma(a + 1);
+  return gamma(knownInteger(n + a + 1)) * reciprocalGamma(n + 1) * reciprocalGamma(a + 1);
 }
 
 }  // namespace
@@ -234,24 +256,26 @@ namespace {
 // Degrees up to this one come from their recurrences.
 constexpr std::int64_t smallDegree = 60;
 
-// P_n(cos t) by the expansion of Stieltjes for large n sin t. What it leaves out is below twice the next term without
-// its cosine (G. Szegoe, "Orthogonal polynomials", theorem 8.21.5).
-bool stieltjesSum(std::int64_t n, const Real& x, Real& value) {
+// P_n(cos t) of a real degree n by the expansion of Stieltjes for large n sin t. What it leaves out is below twice the
+// next term without its cosine (G. Szegoe, "Orthogonal polynomials", theorem 8.21.5).
+bool stieltjesSum(const Real& n, const Real& x, Real& value) {
   const Real sine = sqrt((Real(1) - x) * (x + Real(1)));
-  if (mayBeZero(sine) || toDouble(sine) * 2 * static_cast<double>(n) * 0.4342 < workDigits() + 3) return false;
+  const double size = toDouble(n);
+  if (mayBeZero(sine) || !(toDouble(sine) * 2 * size * 0.4342 > workDigits() + 3)) return false;
+  const Real twice = n * 2;
   const Complex step = Complex(sine, -x) / (sine * 2);  // e^(it)/(2i sin t)
   const Real angle = argument(Complex(x, sine));
-  const Complex factor = exp(timesI(Complex(angle * (2 * n + 1) / 2 - pi() / 4)));
+  const Complex factor = exp(timesI(Complex(angle * (twice + Real(1)) / 2 - pi() / 4)));
   Complex term = factor, sum = factor;
   const Bound small = powerOfTenBound(-workDigits());
   const Scratch scratch;
-  for (std::int64_t m = 1; m < 4 * n; ++m) {
+  for (std::int64_t m = 1; static_cast<double>(m) < 4 * size; ++m) {
     const std::int64_t odd = 2 * m - 1;
-    const Complex next = term * step * (odd * odd) / (2 * m * (2 * (n + m) + 1));
+    const Complex next = term * step * (odd * odd) / ((twice + Real(2 * m + 1)) * (2 * m));
     const Bound left = upperBound(absolute(next)) * boundOf(2);
     if (!(upperBound(absolute(next)) < upperBound(absolute(term)))) return false;
     if (left < small) {
-      const Real ratio = (gamma(Complex(n + 1)) * reciprocalGamma(Complex(Real(2 * n + 3) / 2))).re;
+      const Real ratio = (gamma(Complex(n + Real(1))) * reciprocalGamma(Complex(n + Real(3) / 2))).re;
       value = widened(sum.re, left) * ratio * sqrt(Real(2) / (pi() * sine));
       return true;
     }
@@ -273,7 +297,7 @@ Complex highLegendre(std::int64_t n, const Real& x) {
     return integerPower(Complex(halved(above)), n) * hypergeometricSum(upper, 2, one, 1, Complex(below / above));
   }
   Real value;
-  if (stieltjesSum(n, x, value)) return value;
+  if (stieltjesSum(Real(n), x, value)) return value;
   const Complex upper[] = {-degree, degree + 1};
   return hypergeometricSum(upper, 2, one, 1, -halved(below));
 }
@@ -292,7 +316,16 @@ Complex turnOf(const Complex& x) {
 
 Complex legendreP(const Complex& n, const Complex& x) {
   std::int64_t degree;
-  if (!isDegree(n, degree)) return atHalf(-n, n + 1, Complex(1), x);
+  if (isDegree(-n - 1, degree)) return legendreP(-n - 1, x);
+  if (!isDegree(n, degree)) {
+    // The same function for -n - 1.
+    const bool isLeft = toDouble(n.re) < -0.5;
+    Real value;
+    if (isReal(n) && isReal(x) && std::abs(toDouble(n.re)) > smallDegree && std::abs(toDouble(x.re)) < 1 &&
+        stieltjesSum(isLeft ? -n.re - Real(1) : n.re, x.re, value))
+      return value;
+    return atHalf(-n, n + 1, Complex(1), x);
+  }
   if (degree > smallDegree && isReal(x)) {
     if (isExactZero(x) && degree % 2 == 1) return 0;
     const Complex value = highLegendre(degree, absolute(x.re));
@@ -305,6 +338,7 @@ Complex legendreP(const Complex& n, const Complex& x) {
 
 Complex chebyshevT(const Complex& n, const Complex& x) {
   std::int64_t degree;
+  if (isDegree(-n, degree) && degree > 0) return chebyshevT(-n, x);
   if (!isDegree(n, degree)) return atHalf(-n, n, Complex(Real(1) / 2), x);
   if (degree > smallDegree) {
     const Complex w = integerPower(turnOf(x), degree), value = (w + Complex(1) / w) / 2;
@@ -316,6 +350,8 @@ Complex chebyshevT(const Complex& n, const Complex& x) {
 
 Complex chebyshevU(const Complex& n, const Complex& x) {
   std::int64_t degree;
+  if (isDegree(-n - 2, degree)) return -chebyshevU(-n - 2, x);
+  if (isExactZero(n + 1)) return 0;
   if (!isDegree(n, degree)) return (n + 1) * atHalf(-n, n + Real(2), Complex(Real(3) / 2), x);
   if (isExactZero((x - 1) * (x + 1))) return isNegative(x.re) && degree % 2 == 1 ? -(n + 1) : n + 1;
   if (degree > smallDegree) {
@@ -352,6 +388,7 @@ Complex laguerreL(const Complex& n, const Complex& a, const Complex& x) {
     return recurrence(degree, Complex(1), a + 1 - x, [&](std::int64_t k, const Complex& now, const Complex& before) {
       return ((a - x + Real(2 * k + 1)) * now - (a + Real(k)) * before) / (k + 1);
     });
+  if (isFactorZero(n, n + a + 1)) return 0;
   const Complex upper[] = {-n}, lower[] = {a + 1};
   return shiftedBinomial(n, a) * hypergeometric(upper, 1, lower, 1, x);
 }
@@ -363,13 +400,19 @@ Complex gegenbauerC(const Complex& n, const Complex& a, const Complex& x) {
       return (x * now * (a + Real(k)) * 2 - (a * 2 + Real(k - 1)) * before) / (k + 1);
     });
   const Complex twice = a * 2;
-  return gamma(twice + n) * reciprocalGamma(n + 1) * reciprocalGamma(twice) *
-         atHalf(-n, twice + n, a + Complex(Real(1) / 2), x);
+  const Complex sum = knownInteger(twice + n);
+  if (isFactorZero(n, sum)) return 0;
+  std::int64_t whole;
+  // gamma(n + 2 a)/gamma(n + 1) is a product then, at the poles of both as well.
+  if (isMachineInteger(twice, whole) && whole > 0 && whole < 1000)
+    return risingProduct(n + 1, whole - 1) * reciprocalGamma(twice) * atHalf(-n, sum, a + Complex(Real(1) / 2), x);
+  return gamma(sum) * reciprocalGamma(n + 1) * reciprocalGamma(twice) * atHalf(-n, sum, a + Complex(Real(1) / 2), x);
 }
 
 Complex jacobiP(const Complex& n, const Complex& a, const Complex& b, const Complex& x) {
   std::int64_t degree;
-  if (!isDegree(n, degree)) return shiftedBinomial(n, a) * atHalf(-n, a + b + n + 1, a + 1, x);
+  if (isFactorZero(n, n + a + 1)) return 0;
+  if (!isDegree(n, degree)) return shiftedBinomial(n, a) * atHalf(-n, knownInteger(a + b + n + 1), a + 1, x);
   // The finite sum of binomial(n + a, n - k) binomial(n + b, k) ((x - 1)/2)^k ((x + 1)/2)^(n - k) holds for all a
   // and b.
   if (degree > smallDegree && !isPole(a + 1) && !isPole(b + 1)) {
@@ -378,7 +421,7 @@ Complex jacobiP(const Complex& n, const Complex& a, const Complex& b, const Comp
       const Complex value = jacobiP(n, b, a, -x);
       return degree % 2 == 0 ? value : -value;
     }
-    return shiftedBinomial(n, a) * atHalf(-n, a + b + n + 1, a + 1, x);
+    return shiftedBinomial(n, a) * atHalf(-n, knownInteger(a + b + n + 1), a + 1, x);
   }
   const Complex first = (a + 1) + (a + b + Real(2)) * (x - 1) / 2;
   if (degree <= 1) return degree == 0 ? Complex(1) : first;

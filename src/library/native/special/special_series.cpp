@@ -9,6 +9,14 @@ namespace korel::special {
 
 bool hopeless = false;
 
+double argumentPlaces = 0;
+
+Complex knownInteger(const Complex& z) {
+  const Real whole = nearestInteger(z.re);
+  const Bound apart = upperBound(z.re - whole) + upperBound(z.im);
+  return apart < powerOfTenBound(-argumentPlaces) * boundOf(0.5) ? Complex(whole) : z;
+}
+
 Complex unknown() { return widened(Real(), infiniteBound()); }
 Complex giveUp() {
   hopeless = true;

@@ -9,6 +9,10 @@ namespace korel::special {
 extern bool hopeless;
 /// A value of which nothing is known.
 Complex unknown();
+/// The arguments of the call are multiples of 10^-argumentPlaces, products of two of them as well.
+extern double argumentPlaces;
+/// A sum of arguments and integers, or a product of two arguments: exact where it can only be an integer.
+Complex knownInteger(const Complex& z);
 /// Gives up.
 Complex giveUp();
 
@@ -34,6 +38,8 @@ Complex polygamma(std::int64_t n, const Complex& z);
 /// B(2k)/(2k(2k - 1)), k >= 1, of which at least `count` are at hand.
 Real stirlingCoefficient(std::int64_t k, std::int64_t count);
 Real factorialBall(std::int64_t n);
+/// z (z + 1) ... (z + n - 1)
+Complex risingProduct(const Complex& z, std::int64_t n);
 /// True for 0, -1, -2, ...
 bool isPole(const Complex& z);
 

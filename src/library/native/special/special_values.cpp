@@ -13,6 +13,8 @@
 #include "numbers/complex/complex.h"
 #include "numbers/events/numeric_events.h"
 #include "numbers/float/float.h"
+#include "numbers/float/hardware_float.h"
+#include "numbers/integer/integer_functions.h"
 #include "store/constants.h"
 #include "store/names.h"
 #include "store/object_fields.h"
@@ -73,9 +75,31 @@ Outcome evaluateOnce(const Task& task, Complex& value, int& sign) {
   return Outcome::value;
 }
 
+// The decimal places of a number, as many of them as its denominator has digits.
+double placesOf(DAG x) {
+  if (isComplex(x)) return std::max(lengthOf(x) == 2 ? 0 : placesOf(x[1]), placesOf(imaginaryPartOf(x)));
+  if (isTag(x, HFLOAT)) x = HFloatToFloat(x);
+  if (isTag(x, RATIONAL)) return static_cast<double>(ilength(x[2]));
+  return isSoftFloat(x) ? std::max(0.0, -static_cast<double>(exponentValue(exponentOf(x)))) : 0;
+}
+double placesOfArguments(const Task& task) {
+  double places = 0;
+  for (int i = 0; i < task.count; ++i) places += 2 * placesOf(task.arguments[i]);
+  return places;
+}
+
+// The sum of a series at 1 takes more than twice the precision (hypergeometric_at_one.h).
+bool isSumAtOne(const Task& task) {
+  if (task.function != nullptr || task.upper < 3 || 2 * task.upper != task.count) return false;
+  releaseAllLimbs();
+  reals::workingLimbs = 1;
+  return special::isExactZero(special::complexOf(task.arguments[task.count - 1]) - 1);
+}
+
 Outcome evaluate(const Task& task, Complex& value, int& sign) {
   const auto wanted = static_cast<double>(requireDigits());
-  double digits = wanted + guardDigits;
+  special::argumentPlaces = placesOfArguments(task);
+  double digits = isSumAtOne(task) ? 1.7 * wanted + 30 : wanted + guardDigits;
   special::hopeless = false;
   for (;;) {
     special::isOverflow = false;

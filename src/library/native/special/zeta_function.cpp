@@ -116,9 +116,17 @@ Jet tail(const Complex& s, const Complex& base, std::int64_t n) {
   }
 }
 
+// At s = -2, -4, ... the sum is a Bernoulli polynomial of odd degree in a, with the rational zeros 0, 1/2 and 1.
+bool isBernoulliZero(const Complex& s, const Complex& a) {
+  std::int64_t order, twice;
+  return isMachineInteger(s, order) && order < 0 && order % 2 == 0 && isMachineInteger(a * 2, twice) && twice >= 0 &&
+         twice <= 2;
+}
+
 }  // namespace
 
 Complex hurwitzZeta(const Complex& s, const Complex& a, std::int64_t n) {
+  if (n == 0 && isBernoulliZero(s, a)) return 0;
   const double size = doubleOf(upperBound(s)), re = toDouble(a.re), im = toDouble(a.im);
   if (n > mostDerivatives || !(size < static_cast<double>(mostPowers))) return giveUp();
   const double needed = 0.5 * workDigits() + 0.7 * size + 5;
