@@ -326,12 +326,15 @@ template <int W>
 class MultinomialPower {
  public:
   MultinomialPower(Arena& arena, const Polynomial& a, std::int32_t n) : a_(a), n_(n) {
-    double count = 1;
-    for (std::size_t i = 1; i < a.count; ++i) count = count * (n + static_cast<double>(i)) / static_cast<double>(i);
-    checkTermCount(static_cast<std::size_t>(count + 0.5));
+    // Binomial coefficients on the way to the last one, each a whole number.
+    std::size_t count = 1;
+    for (std::size_t i = 1; i < a.count; ++i) {
+      count = count * (static_cast<std::size_t>(n) + i) / i;
+      checkTermCount(count);
+    }
     result_.width = W;
-    result_.monomials = arena.make<Monomial>(static_cast<std::size_t>(count + 0.5));
-    result_.coefficients = arena.make<Limb>(static_cast<std::size_t>(count + 0.5) * W);
+    result_.monomials = arena.make<Monomial>(count);
+    result_.coefficients = arena.make<Limb>(count * W);
     powers_ = arena.makeZero<Limb>(a.count * static_cast<std::size_t>(n + 1) * W);
     for (std::size_t i = 0; i < a.count; ++i) {
       power(i, 0)[0] = 1;
