@@ -79,18 +79,16 @@ end proc:
 
 writetext := proc(name::{string, symbol}, s::{string, symbol})
   description "writetext(name, s): makes s the content of the file; the count of bytes";
-  `writetext/by`(name, s, 'WRITE')
+  local n;
+  iolib(1, name, 'WRITE');
+  try n := iolib(5, name, s) finally iolib(7, name) end try;
+  n
 end proc:
 
 appendtext := proc(name::{string, symbol}, s::{string, symbol})
   description "appendtext(name, s): adds s to the end of the file; the count of bytes";
-  `writetext/by`(name, s, 'APPEND')
-end proc:
-
-`writetext/by` := proc(name, s, mode)
-  description "writetext/by(name, s, mode): writes s into the file opened by that mode";
   local n;
-  fopen(name, mode);
+  fopen(name, 'APPEND');
   try n := iolib(5, name, s) finally iolib(7, name) end try;
   n
 end proc:
