@@ -127,7 +127,11 @@ void groupsOf(Group* groups, std::size_t count, const Real& x, const GroupPowers
     return;
   }
   std::size_t n = limbsOf(x);
-  const std::size_t bits = n == 0 ? 0 : static_cast<std::size_t>(x.exponent);
+  if (n == 0) {
+    std::fill_n(groups, count, 0);
+    return;
+  }
+  const auto bits = static_cast<std::size_t>(x.exponent);
   Limb* row = limbSpace(n + 1);
   clearLimbs(row, n);
   // The row as an integer of n limbs, shifted down to its place.

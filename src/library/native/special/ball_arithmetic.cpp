@@ -143,9 +143,11 @@ Real operator-(Real x) {
 
 namespace {
 
-// The place of the lowest bit that is set: x is a multiple of 2^place.
+// The place of the lowest bit that is set, for x other than 0: x is a multiple of 2^place.
 std::int64_t lowestPlace(const reals::Real& x) {
-  return x.exponent - 64 * static_cast<std::int64_t>(x.size) + __builtin_ctzll(x.limbs[0]);
+  std::uint32_t zeros = 0;
+  while (x.limbs[zeros] == 0) ++zeros;
+  return x.exponent - 64 * static_cast<std::int64_t>(x.size - zeros) + __builtin_ctzll(x.limbs[zeros]);
 }
 // Where all bits of a sum fit, it is exact.
 bool isExactSum(const reals::Real& a, const reals::Real& b) {
