@@ -37,7 +37,7 @@ void FormatRTable(PrintTarget& out, const PrintConversion& c, DAG r);
 /// Reads an rtable; `at` stands behind the `{` of its format and is moved behind the code of its elements.
 /// Errors: those of the format, as "unclosed table format dimension/option sequence", of its options, as "unknown
 /// rtable scanning option: `%1`", and of the input, as "end of input encountered while reading rtable".
-ScanOutcome scanTable(ScanSource& source, const char*& at, FormatArguments& arguments);
+ScanOutcome ScanRTable(ScanSource& source, const char*& at, FormatArguments& arguments);
 /// Reads floats by `code` as long as there are some, at most `limit` of them unless that is 0, into an Array of
 /// hardware floats. Error: "e, f, g, or x expected for %h format".
 DAG ScanHFArray(ScanSource& source, char code, int limit);

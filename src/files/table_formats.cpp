@@ -122,7 +122,7 @@ void readElementCode(const char*& at, ScanConversion& element) {
 
 }  // namespace
 
-ScanOutcome scanTable(ScanSource& source, const char*& at, FormatArguments& arguments) {
+ScanOutcome ScanRTable(ScanSource& source, const char*& at, FormatArguments& arguments) {
   TableFormat format;
   const char* begin = at;
   format.ranges = readDimensions(at, arguments);

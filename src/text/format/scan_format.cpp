@@ -274,7 +274,7 @@ ScanState scanConversion(Scan& scan, const char*& at) {
   c.width = readFormatInteger(at);
   if (*at == 0 || !readScanCode(at, c)) return ScanState::mismatch;
   ScanOutcome outcome;
-  if (c.code == '{') outcome = scanTable(scan.source, at, scan.arguments);
+  if (c.code == '{') outcome = ScanRTable(scan.source, at, scan.arguments);
   else if (c.code == 'h') outcome = scanned(ScanHFArray(scan.source, *at == 0 ? 0 : *at++, c.width));
   else outcome = scanValue(scan.source, c);
   if (outcome.state != ScanState::done) return outcome.state;
