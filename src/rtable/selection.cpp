@@ -128,7 +128,7 @@ Word rankOfSelection(DAG r, DAG index) {
 
 }  // namespace
 
-void expandIndex(DAG r, DAG index, Selection& s) {
+void expandIndex(DAG r, DAG index, IndexedBlock& s) {
   const Word given = memberCount(index);
   s.dimensions = dimensionsOf(r);
   s.rank = rankOfSelection(r, index);
@@ -147,7 +147,7 @@ std::int32_t indexAt(const Span& span, std::int64_t position) {
 
 // Calls visit(index, place): the index in the selected rtable, and the position within the block, from 0.
 template <class Visit>
-void forEachSelected(const Selection& s, Visit visit) {
+void forEachSelected(const IndexedBlock& s, Visit visit) {
   std::int32_t index[maxDimensions];
   std::int32_t place[2 * maxDimensions];
   for (Word k = 0; k < s.dimensions; ++k) {
@@ -167,7 +167,7 @@ void forEachSelected(const Selection& s, Visit visit) {
 }
 
 // Bounds of the block as an rtable: an Array keeps those of its ranges.
-void blockBounds(DAG r, const Selection& s, std::int32_t* bounds) {
+void blockBounds(DAG r, const IndexedBlock& s, std::int32_t* bounds) {
   for (Word k = 0, at = 0; k < s.dimensions; ++k) {
     const Span& span = s.spans[k];
     if (span.isSingle) continue;
@@ -178,7 +178,7 @@ void blockBounds(DAG r, const Selection& s, std::int32_t* bounds) {
   }
 }
 
-DAG selectBlock(DAG r, const Selection& s) {
+DAG selectBlock(DAG r, const IndexedBlock& s) {
   RTableSettings settings = CopyRTableSettings(r, false);
   if (storageOf(r) == storageSparse) {
     settings.storage = storageSparse;
@@ -220,20 +220,20 @@ DAG SelectFromRTable(DAG r, DAG index) {
     readElementIndex(r, index, numbers, a);
     return selectElement(a);
   }
-  Selection selection;
+  IndexedBlock selection;
   expandIndex(r, index, selection);
   return selectBlock(r, selection);
 }
 
 namespace {
 
-void assignToAll(DAG r, const Selection& s, DAG value) {
+void assignToAll(DAG r, const IndexedBlock& s, DAG value) {
   forEachSelected(s, [&](const std::int32_t* index, std::int32_t*) { assignElement(r, index, value); });
 }
 
 // Cuts the selection to the size of `block`, dimension by dimension; what it selected is zero then.
-void cutToBlock(DAG r, Selection& s, DAG block) {
-  const Selection whole = s;
+void cutToBlock(DAG r, IndexedBlock& s, DAG block) {
+  const IndexedBlock whole = s;
   bool isFilled = false;
   for (Word k = 0, at = 0; k < s.dimensions; ++k) {
     Span& span = s.spans[k];
@@ -251,7 +251,7 @@ void cutToBlock(DAG r, Selection& s, DAG block) {
 void assignBlock(DAG r, DAG index, DAG block) {
   if (dimensionsOf(block) != rankOfSelection(r, index))
     KernelException("rank of left hand side does not match rank of right hand side");
-  Selection s;
+  IndexedBlock s;
   expandIndex(r, index, s);
   cutToBlock(r, s, block);
   forEachSelected(s, [&](const std::int32_t* at, std::int32_t* place) {
@@ -273,13 +273,13 @@ void AssignToRTable(DAG r, DAG index, DAG value) {
     return assignElement(a, value);
   }
   if (isTag(value, RTABLE)) return assignBlock(r, index, value);
-  Selection selection;
+  IndexedBlock selection;
   expandIndex(r, index, selection);
   assignToAll(r, selection, value);
 }
 
 DAG RTableNormalizeIndex(DAG r, DAG index) {
-  Selection s;
+  IndexedBlock s;
   expandIndex(r, asSequence(index), s);
   DAG result = newl2(s.dimensions + 1, EXPSEQ);
   for (Word k = 0; k < s.dimensions; ++k) {

@@ -21,14 +21,14 @@ struct Span {
   DAG list;  // EXPSEQ of integers in place of the bounds, or 0
   std::int64_t count() const { return list ? std::int64_t{lengthOf(list)} - 1 : std::int64_t{upper} - lower + 1; }
 };
-struct Selection {
+struct IndexedBlock {
   Word dimensions;
   Word rank;  // dimensions of the block; 0: one element
   Span spans[maxDimensions];
 };
 /// Errors: "number of indices exceeds rank", "bad index into %1", "%1 index out of range", "inverted range in %1
 /// index", "non-integer ranges in %1 index", "Matrix requires two indices", "Vector requires one index".
-void expandIndex(DAG r, DAG index, Selection& selection);
+void expandIndex(DAG r, DAG index, IndexedBlock& selection);
 
 /// Value of r[index]: an element (0 for one that was never set), or a block as a new rtable.
 DAG SelectFromRTable(DAG r, DAG index);

@@ -204,12 +204,12 @@ class Remainders {
     for (std::size_t k = length; k-- > 0;) {
       Wide carry = static_cast<Wide>(digits_[k]);
       for (std::size_t g = 0; g < count; ++g) {
-        const Parts parts = splitGroup(Wide{groups_[g]} * fields_[k].prime() + carry);
+        const GroupQuotient parts = splitGroup(Wide{groups_[g]} * fields_[k].prime() + carry);
         groups_[g] = parts.rest;
         carry = parts.quotient;
       }
       while (carry != 0) {
-        const Parts parts = splitGroup(carry);
+        const GroupQuotient parts = splitGroup(carry);
         groups_[count++] = parts.rest;
         carry = parts.quotient;
       }

@@ -74,7 +74,7 @@ DAG makeInteger(const Limb* x, int width) {
   while (n > 0) {
     Group rest = 0;
     for (int i = n - 1; i >= 0; --i) {
-      Parts parts = splitGroup(Wide{rest} << 64 | magnitude[i]);
+      GroupQuotient parts = splitGroup(Wide{rest} << 64 | magnitude[i]);
       magnitude[i] = parts.quotient;
       rest = parts.rest;
     }

@@ -54,7 +54,7 @@ void cutDecimals(Group* r, const Group* a, std::size_t count, std::int64_t k, bo
   const Group unit = groupPower[groupDecimals - k];
   Group kept = by.split(a[0]).quotient;
   for (std::size_t i = 0; i + 1 < count + (more ? 1 : 0); ++i) {
-    Parts parts = by.split(a[i + 1]);
+    GroupQuotient parts = by.split(a[i + 1]);
     r[i] = kept + parts.rest * unit;
     kept = parts.quotient;
   }

@@ -22,7 +22,7 @@ class ColumnCarry {
  public:
   /// The group at the next column's place.
   Group put(Wide column) {
-    Parts parts = splitGroup(column);
+    GroupQuotient parts = splitGroup(column);
     Group sum = parts.rest + carry_, more = sum / groupBase;
     carry_ = parts.quotient + more;
     return sum - more * groupBase;
@@ -74,7 +74,7 @@ class ColumnRemainder {
   /// Takes the next column in, the dividend's group less `sum`, which the groups found so far have put
   /// there in `terms` products; gives the next group of the quotient.
   Group step(Group dividend, Wide sum, std::size_t terms) {
-    Parts parts = splitGroup(sum);
+    GroupQuotient parts = splitGroup(sum);
     Group low = dividend - parts.rest;
     Group borrow = low >> 63;
     low += borrow * groupBase;

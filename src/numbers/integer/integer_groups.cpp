@@ -140,7 +140,7 @@ Group scaleGroups(Group* r, const Group* a, std::size_t n, Group factor, Group c
   // The products are split each by itself; only a carry of 0 or 1 links the steps.
   Group above = carry, one = 0;
   for (std::size_t i = 0; i < n; ++i) {
-    Parts parts = splitGroup(Wide{a[i]} * factor);
+    GroupQuotient parts = splitGroup(Wide{a[i]} * factor);
     Group sum = parts.rest + above + one;
     one = sum >= groupBase;
     r[i] = sum - (one != 0 ? groupBase : 0);
@@ -153,7 +153,7 @@ Group divideGroupsBy(Group* r, const Group* a, std::size_t n, Group divisor) {
   const GroupDivisor by(divisor);
   Group rest = 0;
   for (std::size_t i = n; i-- > 0;) {
-    Parts parts = by.split(Wide{rest} * groupBase + a[i]);
+    GroupQuotient parts = by.split(Wide{rest} * groupBase + a[i]);
     r[i] = parts.quotient;
     rest = parts.rest;
   }

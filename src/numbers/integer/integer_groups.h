@@ -107,7 +107,8 @@ bool rootOfGroups(Group* s, Group* a, std::size_t n);
 
 // ---- single groups
 
-struct Parts {
+/// A quotient by a group, or by the base, and what is left.
+struct GroupQuotient {
   Group quotient, rest;
 };
 
@@ -120,7 +121,7 @@ class GroupDivisor {
         normal_(divisor << shift_),
         reciprocal_(static_cast<Group>((Wide{~normal_} << 64 | ~Group{0}) / normal_)) {}
   /// Quotient and rest of x, which is below divisor * 2^64.
-  constexpr Parts split(Wide x) const {
+  constexpr GroupQuotient split(Wide x) const {
     x <<= shift_;
     auto high = static_cast<Group>(x >> 64), low = static_cast<Group>(x);
     Wide estimate = Wide{reciprocal_} * high + x;
@@ -144,17 +145,17 @@ class GroupDivisor {
 
 /// The same for a divisor known to the compiler, which keeps its parts out of memory.
 template <Group base>
-inline Parts splitBy(Wide x) {
+inline GroupQuotient splitBy(Wide x) {
   constexpr GroupDivisor divisor(base);
   return divisor.split(x);
 }
-inline Parts splitGroup(Wide x) { return splitBy<groupBase>(x); }
+inline GroupQuotient splitGroup(Wide x) { return splitBy<groupBase>(x); }
 /// The product of two integers of one group each, sign aside, as two groups.
 inline void multiplySingles(DAG a, DAG b, Group* product) {
   Group x, y;
   packInteger(a, &x);
   packInteger(b, &y);
-  Parts parts = splitGroup(Wide{x} * y);
+  GroupQuotient parts = splitGroup(Wide{x} * y);
   product[0] = parts.rest;
   product[1] = parts.quotient;
 }
@@ -165,7 +166,7 @@ inline Group takeLowest(Wide& sum) {
   // The part above 64 bits first, so that the rest meets the bound of `splitBy`.
   auto high = static_cast<Group>(sum >> 64);
   Group above = high / base;
-  Parts parts = splitBy<base>(Wide{high - above * base} << 64 | static_cast<Group>(sum));
+  GroupQuotient parts = splitBy<base>(Wide{high - above * base} << 64 | static_cast<Group>(sum));
   sum = Wide{above} << 64 | parts.quotient;
   return parts.rest;
 }

@@ -74,7 +74,7 @@ Group combination(Group* r, const Group* a, Group u, const Group* b, Group v, st
   // The columns are split each by itself; only a carry of 0 or 1 links the steps.
   Group above = 0, carry = 0;
   for (std::size_t i = 0; i < n; ++i) {
-    Parts parts = splitGroup(Wide{u} * a[i] + Wide{v} * b[i]);
+    GroupQuotient parts = splitGroup(Wide{u} * a[i] + Wide{v} * b[i]);
     Group sum = parts.rest + above + carry;
     carry = sum >= groupBase;
     r[i] = sum - (carry != 0 ? groupBase : 0);

@@ -42,7 +42,7 @@ void absoluteCombination(Group* r, const Group* a, Group u, const Group* b, Grou
   constexpr auto base = static_cast<std::int64_t>(groupBase);
   std::int64_t above = 0, carry = 0;
   for (std::size_t i = 0; i < n; ++i) {
-    Parts parts = splitGroup(bias + Wide{u} * a[i] - Wide{v} * b[i]);
+    GroupQuotient parts = splitGroup(bias + Wide{u} * a[i] - Wide{v} * b[i]);
     std::int64_t value = static_cast<std::int64_t>(parts.rest) + above + carry;
     // Random signs: masks in place of branches.
     std::int64_t negative = value >> 63, full = (base - 1 - value) >> 63;

@@ -24,7 +24,7 @@ DAG packedProduct(DAG a, DAG b, DAG r) {
     Group x, y;
     packGroups(digitsOf(a), la, &x);
     packGroups(digitsOf(b), lb, &y);
-    Parts parts = splitGroup(Wide{x} * y);
+    GroupQuotient parts = splitGroup(Wide{x} * y);
     Group product[2] = {parts.rest, parts.quotient};
     unpackGroups(product, digitsOf(r), la + lb);
   } else {

@@ -221,7 +221,7 @@ void Parser::reduceOperator() {
   Entry& last = at(0);
   Entry& sign = at(1);
   DAG b = last.value;
-  if (kindOf(sign.symbol) == Kind::prefix) {
+  if (kindOf(sign.symbol) == SymbolKind::prefix) {
     DAG value;
     switch (sign.symbol) {
       case Symbol::notSign: value = new2(NOT, b); break;

@@ -154,7 +154,7 @@ Step Parser::optionalExpression(Symbol symbol, Tag tag) {
 /// A whole expression is on top behind a key word.
 Step Parser::closeKeyWord(Symbol below, int token) {
   DAG value = at(0).value;
-  if (kindOf(below) == Kind::opening) {
+  if (kindOf(below) == SymbolKind::opening) {
     if (token == T_ASSIGN) {
       push(Symbol::assign);
       take();

@@ -9,15 +9,15 @@
 
 namespace korel {
 
-enum class Kind : std::uint8_t { value, opening, open, prefix, infix };
+enum class SymbolKind : std::uint8_t { value, opening, open, prefix, infix };
 
 struct SymbolRow {
   Level limit;   // widest operand that may follow
   Level result;  // of an operator: the level of what it makes
-  Kind kind;
+  SymbolKind kind;
 };
 inline constexpr SymbolRow symbolRows[] = {
-#define KOREL_SYMBOL(symbol, limit, result, kind) {Level::limit, Level::result, Kind::kind},
+#define KOREL_SYMBOL(symbol, limit, result, kind) {Level::limit, Level::result, SymbolKind::kind},
 #include "text/read/parser_symbols.def"
 #undef KOREL_SYMBOL
 };
@@ -26,8 +26,8 @@ static_assert(std::size(symbolRows) == static_cast<std::size_t>(Symbol::dcolon) 
 inline const SymbolRow& rowOf(Symbol symbol) { return symbolRows[static_cast<int>(symbol)]; }
 inline Level limitOf(Symbol symbol) { return rowOf(symbol).limit; }
 inline Level resultOf(Symbol symbol) { return rowOf(symbol).result; }
-inline Kind kindOf(Symbol symbol) { return rowOf(symbol).kind; }
-inline bool isOperator(Symbol symbol) { return kindOf(symbol) >= Kind::prefix; }
+inline SymbolKind kindOf(Symbol symbol) { return rowOf(symbol).kind; }
+inline bool isOperator(Symbol symbol) { return kindOf(symbol) >= SymbolKind::prefix; }
 inline bool isBindingStart(Symbol symbol) { return symbol == Symbol::useWord || symbol == Symbol::useComma; }
 
 /// A token that may follow an operand as part of the expression.
