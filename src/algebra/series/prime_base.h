@@ -80,7 +80,6 @@ class PrimeBase {
   struct Dividend;
   static std::int32_t divideOut(Dividend& x, const Prime& prime, std::int32_t most);
 
-
   engine::Arena& arena_;
   int count_ = 0, runs_ = 0;
   Prime* primes_;
